@@ -1,0 +1,48 @@
+// A failed result code as a C++ exception, with the words of the error record when there are some.
+#pragma once
+
+#include <exception>
+
+#include "qvscriptwells/error_info.h"
+#include "qvscriptwells/unknown.h"
+
+namespace qv {
+
+class _com_error : public std::exception {
+ public:
+  explicit _com_error(HRESULT code) noexcept : code_(code) {}
+  _com_error(HRESULT code, const ErrorInfo& info) noexcept : code_(code), info_(info), hasInfo_(true) {}
+
+  HRESULT Error() const noexcept { return code_; }
+  // Null when there is no record or the record has no words.
+  const WideString& Description() const noexcept { return info_.description; }
+  bool HasErrorInfo() const noexcept { return hasInfo_; }
+  // A fixed text; the words for people are in Description().
+  const char* what() const noexcept override;
+
+ private:
+  HRESULT code_;
+  ErrorInfo info_;
+  bool hasInfo_ = false;
+};
+
+// Throws `_com_error(code)` without a record.
+[[noreturn]] void _com_raise_error(HRESULT code);
+
+// Throws for a failed operation of `object` on interface `iid`, with the thread's error record when the
+// object says (ISupportErrorInfo) that this interface leaves records. A record that stays unused is left
+// waiting.
+[[noreturn]] void _com_issue_errorex(HRESULT code, IUnknown* object, const Guid& iid);
+
+// Does nothing for success; otherwise as above. The usual way for a C++ host to call an interface:
+//   ThrowIfFailed(model->CloseUserSession(), model.get(), IConnectionModel::kIid);
+inline void ThrowIfFailed(HRESULT code, IUnknown* object, const Guid& iid) {
+  if (Failed(code)) _com_issue_errorex(code, object, iid);
+}
+
+// Asks `object` for `iid` and returns the interface with one reference, for the constructor of a `...Ptr`:
+//   IParametersPtr list(static_cast<IParameters*>(QueryFor(object, IParameters::kIid)), false);
+// Null for a null object or for one without the interface; any other failure throws `_com_error`.
+void* QueryFor(IUnknown* object, const Guid& iid);
+
+}  // namespace qv

@@ -1,0 +1,29 @@
+// The library's own exception: words and a result code. It leaves the library only through functions of these
+// headers that say so; interface operations turn it into a result code and an error record.
+#pragma once
+
+#include <exception>
+
+#include "qvscriptwells/result_codes.h"
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+class EQvException : public std::exception {
+ public:
+  // A code of 0 stays 0; any other gets the bits of 0x80040000, so a server's error number 5 becomes
+  // 0x80040005.
+  explicit EQvException(const WideString& description, HRESULT code = 0) noexcept;
+
+  // May be null.
+  const WideString& Description() const noexcept { return description_; }
+  HRESULT Code() const noexcept { return code_; }
+  // A fixed text; the words are in Description().
+  const char* what() const noexcept override;
+
+ private:
+  WideString description_;
+  HRESULT code_;
+};
+
+}  // namespace qv

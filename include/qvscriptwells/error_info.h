@@ -1,0 +1,28 @@
+// The thread's error record: words that a failed operation leaves beside its result code, as COM's
+// SetErrorInfo and GetErrorInfo keep them. One record per thread; an operation that can leave one clears it
+// when it starts.
+#pragma once
+
+#include <cstdint>
+
+#include "qvscriptwells/guid.h"
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+struct ErrorInfo {
+  Guid interfaceId{};      // which interface failed; all zero when not told
+  WideString source;       // ProgID of the class that failed, or null
+  WideString description;  // the words for a person, or null
+  WideString helpFile;     // null in records of this library
+  std::uint32_t helpContext = 0;
+};
+
+// Posts a record for this thread, replacing the one that waits.
+void SetErrorInfo(const ErrorInfo& info) noexcept;
+// Takes the waiting record: true and *info filled, and none waits afterwards; or false and *info unchanged.
+bool GetErrorInfo(ErrorInfo* info) noexcept;
+// Drops the waiting record, if any.
+void ClearErrorInfo() noexcept;
+
+}  // namespace qv

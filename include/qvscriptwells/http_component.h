@@ -1,0 +1,117 @@
+// The HTTP component: all network and file transfer of the library goes through these interfaces, made by
+// class id (class_registry.h), so that a host can put its own behind them. The built-in one stands on
+// libcurl.
+//
+// Failure: a negative result code, with an error record (error_info.h) that holds the transport's words. An
+// HTTP status is no failure. Ownership: as unknown.h says. Threads: one at a time per object; operations
+// block.
+#pragma once
+
+#include <cstdint>
+
+#include "qvscriptwells/unknown.h"
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+constexpr Guid CLSID_HttpComponent = ParseGuid("6f628f7a-b972-4929-83da-c3c16ac0022f");
+
+// One request and its answer, on the connection of the session that made it.
+class IHttpRequest : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("0e2a5c7e-aff3-426d-b221-02dd1976b5b9");
+
+  // The numeric status of the answer, 0 before there is one. The library does not call it.
+  virtual HRESULT GetStatus(std::uint32_t* status) noexcept = 0;
+  // Adds a request header; they go out in the order of the calls. E_INVALIDARG for a name or value that holds
+  // CR, LF or NUL, and for an empty name.
+  virtual HRESULT SetHeader(const WideString& name, const WideString& value) noexcept = 0;
+  // Sends the request with `body` as UTF-8 and waits for the head of the answer. Adds `Content-Length`.
+  // `extra` is appended to the body (empty in all calls of the library). At most one Send or SendFile per
+  // request.
+  virtual HRESULT Send(const WideString& body, const WideString& extra) noexcept = 0;
+  // A header of the answer, first one of that name in any case, as it stands; null text and S_OK when it is
+  // absent. "StatusCode" gives the HTTP status in decimal.
+  virtual HRESULT GetHeader(const WideString& name, WideString* value) noexcept = 0;
+  // Reads `length` bytes of the body and gives them as text; `count` gets the number of bytes read. Fails
+  // when the body ends before. The text's charset: `Content-Type`, byte order mark, XML declaration, UTF-8,
+  // in this order.
+  virtual HRESULT Read(std::int32_t length, WideString* text, std::int32_t* count) noexcept = 0;
+  // Writes the body into the file at `path`; `count` gets the number of bytes, cut to 32 bits.
+  virtual HRESULT ReadToFile(const WideString& path, std::int32_t* count) noexcept = 0;
+  // As Send, with the content of the regular file at `path` as body.
+  virtual HRESULT SendFile(const WideString& path) noexcept = 0;
+  // Stops a transfer at its next chance; a blocked operation then fails. The library does not call it.
+  virtual HRESULT Abort() noexcept = 0;
+  // Ends the request. A connection whose answer was read to its end may serve the next request of this
+  // thread.
+  virtual HRESULT Close() noexcept = 0;
+
+ protected:
+  ~IHttpRequest() = default;
+};
+
+class IHttpSession : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("942ec7e3-a72a-45c3-bdcd-12d71701739a");
+
+  // Connects to host and port, or takes a kept connection that is alive. `protocol` is "http" or "https" in
+  // any case. `proxy` is empty, "name" (port 80) or "name:port". The two spare texts are not used.
+  virtual HRESULT Open(const WideString& protocol, const WideString& host, std::uint16_t port,
+                       const WideString& secondSpare, const WideString& firstSpare,
+                       const WideString& proxy) noexcept = 0;
+  virtual HRESULT Close() noexcept = 0;
+  // `path` is the request target with its query, sent as it stands. `contentType` is what the caller expects
+  // or sends; it makes no header. `flags` is 0.
+  virtual HRESULT OpenRequest(const WideString& verb, const WideString& path, const WideString& contentType,
+                              std::uint32_t flags, IHttpRequest** request) noexcept = 0;
+
+ protected:
+  ~IHttpSession() = default;
+};
+
+// Told how far a transfer is. Called on the calling thread, between chunks.
+class IHttpProgress : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("3e4c0f5d-7d2a-4f0c-9d3f-5b1f5a6c2b71");
+  // Bytes done of the body and bytes in all (-1 when not known). Any code but S_OK cancels the transfer.
+  virtual HRESULT OnProgress(bool sending, std::int64_t done, std::int64_t total) noexcept = 0;
+
+ protected:
+  ~IHttpProgress() = default;
+};
+
+// Limits of the built-in component. Times are in milliseconds and sizes in bytes; 0 means no limit.
+struct HttpOptions {
+  std::int64_t connectTimeout = 30'000;
+  std::int64_t idleTimeout = 60'000;                // without a byte either way
+  std::int64_t maxBodyBytes = 512LL * 1024 * 1024;  // of an answer that is read as text
+  std::int64_t maxHeadBytes = 300 * 1024;
+};
+
+// Offered by the session object of the built-in component. A component is made anew for each call of the
+// library, so a host sets the options for all that are made on its thread through SetThreadHttpOptions.
+class IHttpOptions : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("a4a0d2b6-5c35-4d0e-8a3b-0d4f6b8c9e21");
+  virtual HRESULT GetOptions(HttpOptions* options) noexcept = 0;
+  virtual HRESULT SetOptions(const HttpOptions& options) noexcept = 0;
+  // Null takes the listener away.
+  virtual HRESULT SetProgress(IHttpProgress* progress) noexcept = 0;
+
+ protected:
+  ~IHttpOptions() = default;
+};
+
+// Options and listener (null: none) that sessions made on this thread from now on start with. The reference
+// to the listener is held until the next call here.
+void SetThreadHttpOptions(const HttpOptions& options, IHttpProgress* progress);
+// Closes the connections that this thread keeps open for reuse.
+void CloseKeptConnections();
+
+using IHttpRequestPtr = boost::intrusive_ptr<IHttpRequest>;
+using IHttpSessionPtr = boost::intrusive_ptr<IHttpSession>;
+using IHttpProgressPtr = boost::intrusive_ptr<IHttpProgress>;
+using IHttpOptionsPtr = boost::intrusive_ptr<IHttpOptions>;
+
+}  // namespace qv

@@ -1,0 +1,131 @@
+// The objects of the library as a host holds them. create_objects.h makes them.
+//
+// Failure: a negative result code. Every object leaves an error record (error_info.h) with the words; a
+// failure that has no number of its own is DISP_E_EXCEPTION. Out values are written on success only, unless
+// told otherwise. Ownership: unknown.h. Threads: one thread per object, counts are plain. Text: any
+// WideString may be null.
+#pragma once
+
+#include <cstdint>
+
+#include "qvscriptwells/unknown.h"
+#include "qvscriptwells/variant.h"
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+// An object that answers to one of these is an attached file or a duration as a parameter's value.
+constexpr Guid IID_IAttachedFile = ParseGuid("b8e59c13-2873-42d4-b3ac-4e53e5fc6693");
+constexpr Guid IID_IDuration = ParseGuid("e279f37a-fbe2-4860-8e6f-ff7df69e5a23");
+
+// One named, typed value.
+class IParameter : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("9d152496-5e82-4675-86e6-caaef442f767");
+  // Stores both; an object under VT_DISPATCH is kept under VT_UNKNOWN.
+  virtual HRESULT SetValues(const WideString& key, const Variant& value) noexcept = 0;
+  virtual HRESULT get_ParamKey(WideString* key) noexcept = 0;
+  virtual HRESULT get_ParamValue(Variant* value) noexcept = 0;
+  // The type name on the wire: "int", "string", ... ; "no type" for no value, null for a value without wire
+  // form.
+  virtual HRESULT get_ParamTypeAsString(WideString* typeName) noexcept = 0;
+
+ protected:
+  ~IParameter() = default;
+};
+
+// An ordered list of parameters. Keys may repeat; indexes count from 0.
+class IParameters : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("316b19ba-5a67-4c03-ac5c-877bc61d0b37");
+  // Appends a new parameter; `added` gets it with one reference, and may be null when nobody wants it.
+  virtual HRESULT Add(const WideString& key, const Variant& value, IParameter** added) noexcept = 0;
+  // "The are no parameters.", "The index is out of range." or "Cannot remove parameter."
+  virtual HRESULT Remove(std::int16_t index) noexcept = 0;
+  // "The are no parameters.", "The index is out of range." or "Cannot find parameter in the current index."
+  virtual HRESULT Find(std::int16_t index, IParameter** found) noexcept = 0;
+  virtual HRESULT Size(std::int16_t* size) noexcept = 0;
+  virtual HRESULT Clear() noexcept = 0;
+
+ protected:
+  ~IParameters() = default;
+};
+
+// The credentials of a session and their text form, "DbReplicationId=r;Username=u;Password=p;".
+class IConnectionString : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("5b46aead-fa79-4d2a-82dc-eae737691183");
+  virtual HRESULT put_UserName(const WideString& value) noexcept = 0;
+  virtual HRESULT get_UserName(WideString* value) noexcept = 0;
+  virtual HRESULT get_UserPassword(WideString* value) noexcept = 0;
+  virtual HRESULT put_UserPassword(const WideString& value) noexcept = 0;
+  virtual HRESULT get_DatabaseName(WideString* value) noexcept = 0;
+  virtual HRESULT put_DatabaseName(const WideString& value) noexcept = 0;
+  virtual HRESULT get_ReplicaID(WideString* value) noexcept = 0;
+  virtual HRESULT put_ReplicaID(const WideString& value) noexcept = 0;
+  virtual HRESULT get_DatabaseID(WideString* value) noexcept = 0;
+  virtual HRESULT put_DatabaseID(const WideString& value) noexcept = 0;
+  // Appends the text form to what earlier calls on this object gave, and gives the whole.
+  virtual HRESULT ToString(WideString* text) noexcept = 0;
+
+ protected:
+  ~IConnectionString() = default;
+};
+
+class IConnectionStringRaw : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("d88f1c3b-5faa-4f00-a748-755b81137618");
+  // Takes user name, password and replica id from a text of "Key=value;" pairs. Parsing stops silently at the
+  // first piece that is no pair; a text without ";" changes nothing.
+  virtual HRESULT Initialize(const WideString& connectionString) noexcept = 0;
+
+ protected:
+  ~IConnectionStringRaw() = default;
+};
+
+// One connection to one server, with at most one session.
+class IConnectionModel : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("fc62e4ca-81ab-4879-bf0a-2450a54f80f3");
+  // Opens a session. Needs SetServer and SetClientServices (IConnectionModelRaw) before.
+  virtual HRESULT CreateUserSession(const WideString& connectionString) noexcept = 0;
+  // Closes it; without a session nothing is sent and nothing fails. After a failure it may be called again.
+  virtual HRESULT CloseUserSession() noexcept = 0;
+  // Runs a script. `parameters` may be null. `result` gets the typed answer. "Session does not exist." when
+  // there is none; a fault of the server comes with the server's words, and with 0x80040000 | its error
+  // number as code.
+  virtual HRESULT Execute(const WideString& scriptLanguage, const WideString& script, IParameters* parameters,
+                          Variant* result) noexcept = 0;
+  // As Execute, with a script document on this machine in place of language and text. Script documents are
+  // not read yet: with a session the call fails with "Cannot create the xml document.", and nothing is sent.
+  virtual HRESULT ExecuteFile(const WideString& scriptFile, IParameters* parameters,
+                              Variant* result) noexcept = 0;
+  // Adopts a session that was opened elsewhere. Nothing is sent and nothing checked.
+  virtual HRESULT SetUSID(const WideString& usid) noexcept = 0;
+
+ protected:
+  ~IConnectionModel() = default;
+};
+
+class IConnectionModelRaw : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("9b8682a5-6ac5-4e13-b24c-682e73da1320");
+  // `serverName` is a URL without the service's path, such as "http://127.0.0.1:8080"; `proxy` is empty,
+  // "host" or "host:port".
+  virtual HRESULT SetServer(const WideString& serverName, const WideString& proxy) noexcept = 0;
+  // Keeps a reference to the IQvClientServices of `services`; null, or an object without it, means no
+  // services.
+  virtual HRESULT SetClientServices(IUnknown* services) noexcept = 0;
+
+ protected:
+  ~IConnectionModelRaw() = default;
+};
+
+using IParameterPtr = boost::intrusive_ptr<IParameter>;
+using IParametersPtr = boost::intrusive_ptr<IParameters>;
+using IConnectionStringPtr = boost::intrusive_ptr<IConnectionString>;
+using IConnectionStringRawPtr = boost::intrusive_ptr<IConnectionStringRaw>;
+using IConnectionModelPtr = boost::intrusive_ptr<IConnectionModel>;
+using IConnectionModelRawPtr = boost::intrusive_ptr<IConnectionModelRaw>;
+
+}  // namespace qv

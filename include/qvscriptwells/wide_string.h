@@ -1,0 +1,79 @@
+// The wide string: immutable counted UTF-16 text that may be null, and the raw string that some host
+// interfaces exchange. Lengths and positions count 16-bit units. Embedded null units are ordinary content.
+//
+// Null and empty are equal wherever the question is "is it set" (IsEmpty); they differ in order (null first).
+// Threads: a WideString object belongs to one thread at a time; copies on several threads may share one text.
+// Failure: running out of memory throws `_com_error` with E_OUTOFMEMORY (com_error.h).
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace qv {
+
+// A raw string: `length` units and a closing null unit, in a block that only the functions here make and
+// free. Whoever holds the pointer owns the block and may write its units.
+using BStr = char16_t*;
+
+// A block of `length` units copied from `units`, or all zero when `units` is null. Null when memory runs out.
+BStr AllocString(const char16_t* units, std::size_t length) noexcept;
+// Null is allowed and does nothing.
+void FreeString(BStr text) noexcept;
+// 0 for null. Constant time.
+std::size_t StringLength(const char16_t* text) noexcept;
+// Replaces *text, freeing what stood there; for the in/out strings of host services. False when memory runs
+// out, and *text is unchanged then.
+bool ReplaceString(BStr* text, std::u16string_view value) noexcept;
+
+class WideString {
+ public:
+  WideString() noexcept = default;       // null
+  WideString(const char16_t* text);      // NOLINT: up to the first null unit; null stays null
+  WideString(std::u16string_view text);  // NOLINT: never null, all units
+  WideString(const std::u16string& text) : WideString(std::u16string_view(text)) {}  // NOLINT: as above
+  WideString(const WideString& other) noexcept;
+  WideString(WideString&& other) noexcept : text_(other.text_) { other.text_ = nullptr; }
+  WideString& operator=(const WideString& other) noexcept;
+  WideString& operator=(WideString&& other) noexcept;
+  ~WideString();
+
+  // Takes over a raw string (null is allowed).
+  static WideString Attach(BStr text) noexcept;
+  // Hands out a raw string of the receiver's own; this object becomes null. Copies when the text is shared.
+  BStr Detach();
+
+  bool IsNull() const noexcept { return text_ == nullptr; }
+  bool IsEmpty() const noexcept { return size() == 0; }
+  std::size_t size() const noexcept { return StringLength(text_); }
+  // The units with a closing null unit; null for a null string. Borrowed: valid while this object lives
+  // unchanged.
+  const char16_t* data() const noexcept { return text_; }
+  // The units, empty for a null string. Borrowed as above.
+  std::u16string_view view() const noexcept { return {text_, size()}; }
+
+ private:
+  char16_t* text_ = nullptr;
+};
+
+// By units; null and empty are equal here.
+inline bool operator==(const WideString& a, const WideString& b) noexcept {
+  return a.view() == b.view();
+}
+inline bool operator!=(const WideString& a, const WideString& b) noexcept {
+  return a.view() != b.view();
+}
+// The order of maps: null first, then unit by unit, the shorter first on a common prefix.
+inline bool operator<(const WideString& a, const WideString& b) noexcept {
+  if (a.IsNull() || b.IsNull()) return a.IsNull() && !b.IsNull();
+  return a.view() < b.view();
+}
+
+// Text at the edge to UTF-8 programs. A lone surrogate and a malformed byte sequence become U+FFFD.
+std::string ToUtf8(std::u16string_view text);
+inline std::string ToUtf8(const WideString& text) {
+  return ToUtf8(text.view());
+}
+WideString FromUtf8(std::string_view text);
+
+}  // namespace qv
