@@ -1,0 +1,134 @@
+#include "qvscriptwells/variant.h"
+
+#include <utility>
+
+#include "platform/string_block.h"
+#include "qvscriptwells/com_error.h"
+
+namespace qv {
+namespace {
+
+// Tags that a Variant can be copied under: 0 to 11 and 13 to 23 of the published list, and pointers to them.
+bool IsKnownTag(VARTYPE tag) noexcept {
+  const VARTYPE base = tag & static_cast<VARTYPE>(~VT_BYREF);
+  if (base == VT_VARIANT) return (tag & VT_BYREF) != 0;
+  return base <= 23 && base != 14 && base != 15;
+}
+
+bool HoldsObject(VARTYPE tag) noexcept {
+  return tag == VT_UNKNOWN || tag == VT_DISPATCH;
+}
+
+VariantData SharedData(VARTYPE tag, const VariantData& data) {
+  if (!IsKnownTag(tag)) _com_raise_error(DISP_E_BADVARTYPE);
+  if (tag == VT_BSTR) ShareString(data.bstrVal);
+  if (HoldsObject(tag) && data.punkVal != nullptr) data.punkVal->AddRef();
+  return data;
+}
+
+}  // namespace
+
+Variant::Variant(const Variant& other) : tag_(other.tag_), data_(SharedData(other.tag_, other.data_)) {}
+
+Variant::Variant(Variant&& other) noexcept
+    : tag_(std::exchange(other.tag_, VT_EMPTY)), data_(std::exchange(other.data_, VariantData{})) {}
+
+Variant& Variant::operator=(const Variant& other) {
+  Variant copy(other);
+  *this = std::move(copy);
+  return *this;
+}
+
+Variant& Variant::operator=(Variant&& other) noexcept {
+  if (this == &other) return *this;
+  Clear();
+  tag_ = std::exchange(other.tag_, VT_EMPTY);
+  data_ = std::exchange(other.data_, VariantData{});
+  return *this;
+}
+
+void Variant::Clear() noexcept {
+  const VARTYPE tag = std::exchange(tag_, VT_EMPTY);
+  const VariantData data = std::exchange(data_, VariantData{});
+  if (tag == VT_BSTR) FreeString(data.bstrVal);
+  if (HoldsObject(tag) && data.punkVal != nullptr) data.punkVal->Release();
+}
+
+WideString Variant::Text() const noexcept {
+  return tag_ == VT_BSTR ? WideString::Attach(ShareString(data_.bstrVal)) : WideString();
+}
+
+IUnknown* Variant::Object() const noexcept {
+  return HoldsObject(tag_) ? data_.punkVal : nullptr;
+}
+
+Variant Variant::Null() noexcept {
+  return {VT_NULL, VariantData{}};
+}
+
+Variant Variant::FromByte(std::int8_t value) noexcept {
+  VariantData data;
+  data.cVal = value;
+  return {VT_I1, data};
+}
+
+Variant Variant::FromShort(std::int16_t value) noexcept {
+  VariantData data;
+  data.iVal = value;
+  return {VT_I2, data};
+}
+
+Variant Variant::FromInt(std::int32_t value) noexcept {
+  VariantData data;
+  data.intVal = value;
+  return {VT_INT, data};
+}
+
+Variant Variant::FromLong(std::int64_t value) noexcept {
+  VariantData data;
+  data.llVal = value;
+  return {VT_I8, data};
+}
+
+Variant Variant::FromBool(bool value) noexcept {
+  VariantData data;
+  data.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  return {VT_BOOL, data};
+}
+
+Variant Variant::FromFloat(float value) noexcept {
+  VariantData data;
+  data.fltVal = value;
+  return {VT_R4, data};
+}
+
+Variant Variant::FromDouble(double value) noexcept {
+  VariantData data;
+  data.dblVal = value;
+  return {VT_R8, data};
+}
+
+Variant Variant::FromDate(double serialDate) noexcept {
+  VariantData data;
+  data.date = serialDate;
+  return {VT_DATE, data};
+}
+
+Variant Variant::FromString(const WideString& text) noexcept {
+  VariantData data;
+  data.bstrVal = ShareString(const_cast<char16_t*>(text.data()));
+  return {VT_BSTR, data};
+}
+
+Variant Variant::FromObject(IUnknown* object) noexcept {
+  VariantData data;
+  data.punkVal = object;
+  if (object != nullptr) object->AddRef();
+  return {VT_UNKNOWN, data};
+}
+
+Variant Variant::FromRaw(VARTYPE tag, const VariantData& data) noexcept {
+  return {tag, data};
+}
+
+}  // namespace qv

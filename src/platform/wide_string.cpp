@@ -1,0 +1,135 @@
+#include "qvscriptwells/wide_string.h"
+
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <utility>
+
+#include "platform/string_block.h"
+#include "qvscriptwells/com_error.h"
+
+namespace qv {
+namespace {
+
+struct Header {
+  std::atomic<std::uint32_t> owners;
+  std::size_t length;
+};
+
+constexpr std::size_t kMaxUnits = (std::numeric_limits<std::size_t>::max() - sizeof(Header)) / 2 - 1;
+
+Header* HeaderOf(const char16_t* text) noexcept {
+  return reinterpret_cast<Header*>(const_cast<char16_t*>(text)) - 1;
+}
+char16_t* UnitsOf(Header* header) noexcept {
+  return reinterpret_cast<char16_t*>(header + 1);
+}
+std::size_t BlockBytes(std::size_t units) noexcept {
+  return sizeof(Header) + (units + 1) * sizeof(char16_t);
+}
+
+}  // namespace
+
+BStr NewStringBlock(std::size_t capacity) {
+  void* memory = capacity <= kMaxUnits ? std::malloc(BlockBytes(capacity)) : nullptr;
+  if (memory == nullptr) _com_raise_error(E_OUTOFMEMORY);
+  BStr text = UnitsOf(new (memory) Header{{1}, 0});
+  text[0] = 0;
+  return text;
+}
+
+BStr ResizeStringBlock(BStr text, std::size_t capacity) {
+  void* memory = capacity <= kMaxUnits
+                     ? std::realloc(static_cast<void*>(HeaderOf(text)), BlockBytes(capacity))
+                     : nullptr;
+  if (memory == nullptr) _com_raise_error(E_OUTOFMEMORY);
+  return UnitsOf(static_cast<Header*>(memory));
+}
+
+void SetStringLength(BStr text, std::size_t length) noexcept {
+  HeaderOf(text)->length = length;
+  text[length] = 0;
+}
+
+char16_t* ShareString(char16_t* text) noexcept {
+  if (text != nullptr) HeaderOf(text)->owners.fetch_add(1, std::memory_order_relaxed);
+  return text;
+}
+
+bool IsShared(const char16_t* text) noexcept {
+  return text != nullptr && HeaderOf(text)->owners.load(std::memory_order_acquire) > 1;
+}
+
+BStr AllocString(const char16_t* units, std::size_t length) noexcept {
+  try {
+    BStr text = NewStringBlock(length);
+    if (units != nullptr && length != 0) std::memcpy(text, units, length * sizeof(char16_t));
+    if (units == nullptr) std::memset(text, 0, length * sizeof(char16_t));
+    SetStringLength(text, length);
+    return text;
+  } catch (const _com_error&) {
+    return nullptr;
+  }
+}
+
+void FreeString(BStr text) noexcept {
+  if (text == nullptr) return;
+  Header* header = HeaderOf(text);
+  if (header->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) std::free(header);
+}
+
+std::size_t StringLength(const char16_t* text) noexcept {
+  return text == nullptr ? 0 : HeaderOf(text)->length;
+}
+
+bool ReplaceString(BStr* text, std::u16string_view value) noexcept {
+  static const char16_t kNothing[1] = {};
+  BStr fresh = AllocString(value.empty() ? kNothing : value.data(), value.size());
+  if (fresh == nullptr) return false;
+  FreeString(*text);
+  *text = fresh;
+  return true;
+}
+
+WideString::WideString(const char16_t* text) {
+  if (text != nullptr) *this = WideString(std::u16string_view(text));
+}
+
+WideString::WideString(std::u16string_view text) : text_(NewStringBlock(text.size())) {
+  if (!text.empty()) std::memcpy(text_, text.data(), text.size() * sizeof(char16_t));
+  SetStringLength(text_, text.size());
+}
+
+WideString::WideString(const WideString& other) noexcept : text_(ShareString(other.text_)) {}
+
+WideString& WideString::operator=(const WideString& other) noexcept {
+  char16_t* shared = ShareString(other.text_);
+  FreeString(text_);
+  text_ = shared;
+  return *this;
+}
+
+WideString& WideString::operator=(WideString&& other) noexcept {
+  std::swap(text_, other.text_);
+  return *this;
+}
+
+WideString::~WideString() {
+  FreeString(text_);
+}
+
+WideString WideString::Attach(BStr text) noexcept {
+  WideString result;
+  result.text_ = text;
+  return result;
+}
+
+BStr WideString::Detach() {
+  if (IsShared(text_)) *this = WideString(view());
+  return std::exchange(text_, nullptr);
+}
+
+}  // namespace qv
