@@ -1,0 +1,21 @@
+#include "qvscriptwells/e_qv_exception.h"
+
+namespace qv {
+namespace {
+
+constexpr std::uint32_t kServerErrorBits = 0x80040000u;
+
+HRESULT MergedCode(HRESULT code) noexcept {
+  return code == 0 ? 0 : MakeResult(static_cast<std::uint32_t>(code) | kServerErrorBits);
+}
+
+}  // namespace
+
+EQvException::EQvException(const WideString& description, HRESULT code) noexcept
+    : description_(description), code_(MergedCode(code)) {}
+
+const char* EQvException::what() const noexcept {
+  return "the call of a script service failed";
+}
+
+}  // namespace qv

@@ -1,0 +1,106 @@
+#include "support/string_helpers.h"
+
+#include <algorithm>
+#include <string>
+
+#include "qvscriptwells/e_qv_exception.h"
+#include "support/numbers.h"
+
+namespace qv {
+namespace {
+
+bool IsUpper(char16_t unit) noexcept {
+  return unit >= u'A' && unit <= u'Z';
+}
+bool IsLower(char16_t unit) noexcept {
+  return unit >= u'a' && unit <= u'z';
+}
+char16_t UpperUnit(char16_t unit) noexcept {
+  return IsLower(unit) ? static_cast<char16_t>(unit - 0x20) : unit;
+}
+char16_t LowerUnit(char16_t unit) noexcept {
+  return IsUpper(unit) ? static_cast<char16_t>(unit + 0x20) : unit;
+}
+
+bool IsSurrogate(char16_t unit) noexcept {
+  return unit >= 0xD800 && unit <= 0xDFFF;
+}
+bool IsPair(std::u16string_view text, std::size_t at) noexcept {
+  return text[at] < 0xDC00 && at + 1 < text.size() && text[at + 1] >= 0xDC00 && text[at + 1] <= 0xDFFF;
+}
+
+// Narrowing stops at the first null unit, as it does in C.
+bool CanBeNarrowed(std::u16string_view text) noexcept {
+  for (std::size_t at = 0; at < text.size() && text[at] != 0; ++at) {
+    if (!IsSurrogate(text[at])) continue;
+    if (!IsPair(text, at)) return false;
+    ++at;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::int64_t Find(const WideString& pattern, const WideString& text) {
+  if (pattern.IsEmpty() || text.IsEmpty()) return -1;
+  const std::size_t found = text.view().find(pattern.view());
+  return found == std::u16string_view::npos ? -1 : static_cast<std::int64_t>(found);
+}
+
+std::int32_t NarrowedInt(std::u16string_view text) {
+  return CanBeNarrowed(text) ? ParseInt(text) : 0;
+}
+
+std::int32_t ToInt(const WideString& text) {
+  return NarrowedInt(text.view());
+}
+
+std::int32_t ToLong(const WideString& text) {
+  return ParseInt(text.view());
+}
+
+void ReplaceChar(WideString& text, char16_t old, char16_t fresh) {
+  const std::u16string_view all = text.view();
+  std::u16string changed(all);
+  const auto end = std::find(changed.begin(), changed.end(), u'\0');
+  if (std::find(changed.begin(), end, old) == end) return;
+  std::replace(changed.begin(), end, old, fresh);
+  text = WideString(changed);
+}
+
+WideString ToUpper(const WideString& text) {
+  const std::u16string_view all = text.view();
+  if (std::none_of(all.begin(), all.end(), IsLower)) return text;
+  std::u16string changed(all);
+  std::transform(changed.begin(), changed.end(), changed.begin(), UpperUnit);
+  return WideString(changed);
+}
+
+WideString ToLower(const WideString& text) {
+  const std::u16string_view all = text.view();
+  if (std::none_of(all.begin(), all.end(), IsUpper)) return text;
+  std::u16string changed(all);
+  std::transform(changed.begin(), changed.end(), changed.begin(), LowerUnit);
+  return WideString(changed);
+}
+
+WideString Copy(const WideString& text, std::size_t position, std::size_t count) {
+  if (position > text.size()) throw EQvException(u"Invalid position in function Copy");
+  return WideString(text.view().substr(position, count));
+}
+
+void Resize(WideString& text, std::size_t size) {
+  if (text.IsEmpty()) text = WideString(std::u16string(size, u' '));
+  if (text.size() > size) text = WideString(text.view().substr(0, size));
+}
+
+bool EqualIgnoreCase(const char16_t* a, const char16_t* b) {
+  if (a == nullptr || b == nullptr) return (a == nullptr || *a == 0) && (b == nullptr || *b == 0);
+  while (*a != 0 && LowerUnit(*a) == LowerUnit(*b)) {
+    ++a;
+    ++b;
+  }
+  return *a == 0 && *b == 0;
+}
+
+}  // namespace qv

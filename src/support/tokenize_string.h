@@ -1,0 +1,22 @@
+// The one tokenizer.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+// Clears `tokens` and fills it with the pieces of `text` between separators. Returns the number of pieces
+// that count, which is what callers go by: `tokens` holds one more, of no meaning.
+//  - No separator, an empty text or an empty separator: 0 and no tokens.
+//  - A separator at the very start: 0 and one empty token.
+//  - The search goes on one unit behind the end of a separator, so of two neighbouring separators the second
+//  is
+//    part of the next piece: "a=1;;b=2" gives "a=1" and ";b=2".
+std::size_t TokenizeString(std::u16string_view text, std::u16string_view separator,
+                           std::vector<WideString>& tokens);
+
+}  // namespace qv

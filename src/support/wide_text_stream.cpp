@@ -1,0 +1,112 @@
+#include "support/wide_text_stream.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+#include "platform/string_block.h"
+#include "support/escape_units.h"
+
+namespace qv {
+namespace {
+
+constexpr std::size_t kFirstCapacity = 1024;
+constexpr std::size_t kLongestTwiceEncoded = 12;  // "&amp;#65535;"
+constexpr std::u16string_view kAmp = u"&amp;";
+constexpr std::size_t kNone = std::u16string_view::npos;
+
+char16_t* Put(char16_t* to, std::u16string_view text) noexcept {
+  std::memcpy(to, text.data(), text.size() * sizeof(char16_t));
+  return to + text.size();
+}
+
+// A unit that does not stand as it is; `ampersand` is what each "&" of its escape is written as.
+char16_t* PutEscaped(char16_t* to, char16_t unit, std::u16string_view ampersand) noexcept {
+  const std::u16string_view entity = XmlEntity(unit);
+  to = Put(to, ampersand);
+  if (!entity.empty()) return Put(to, entity.substr(1));
+  char digits[8];
+  const char* const end = std::to_chars(digits, digits + sizeof digits, static_cast<unsigned>(unit)).ptr;
+  *to++ = u'#';
+  for (const char* digit = digits; digit != end; ++digit) *to++ = static_cast<char16_t>(*digit);
+  *to++ = u';';
+  return to;
+}
+
+}  // namespace
+
+WideTextStream::~WideTextStream() {
+  FreeString(text_);
+}
+
+char16_t* WideTextStream::Room(std::size_t units) {
+  const std::size_t needed = size() + units;
+  if (text_ == nullptr) {
+    capacity_ = std::max(needed, kFirstCapacity);
+    text_ = NewStringBlock(capacity_);
+  } else if (needed > capacity_) {
+    const std::size_t larger = std::max(needed, capacity_ + capacity_ / 2);
+    text_ = ResizeStringBlock(text_, larger);
+    capacity_ = larger;
+  }
+  return text_ + size();
+}
+
+void WideTextStream::Wrote(const char16_t* end) {
+  SetStringLength(text_, static_cast<std::size_t>(end - text_));
+}
+
+void WideTextStream::Append(std::u16string_view text) {
+  if (text.empty()) return;
+  const std::size_t null = firstNull_ == kNone ? text.find(u'\0') : kNone;
+  if (null != kNone) firstNull_ = size() + null;
+  Wrote(Put(Room(text.size()), text));
+}
+
+void WideTextStream::AppendEncoded(std::u16string_view text) {
+  AppendEscaped(text, u"&");
+}
+
+// The second escape changes nothing but the ampersands that the first one wrote.
+void WideTextStream::AppendTwiceEncoded(std::u16string_view text) {
+  AppendEscaped(text, kAmp);
+}
+
+void WideTextStream::AppendEscaped(std::u16string_view text, std::u16string_view ampersand) {
+  char16_t* to = Room(text.size() + kLongestTwiceEncoded);
+  const char16_t* limit = text_ + capacity_ - kLongestTwiceEncoded;
+  while (!text.empty() && text.front() != 0) {
+    const std::size_t plain = PlainRun(text);
+    if (to + plain > limit) {
+      Wrote(to);
+      to = Room(text.size() + text.size() / 2 + 2 * kLongestTwiceEncoded);
+      limit = text_ + capacity_ - kLongestTwiceEncoded;
+    }
+    to = Put(to, text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (text.empty() || text.front() == 0) break;
+    to = PutEscaped(to, text.front(), ampersand);
+    text.remove_prefix(1);
+  }
+  Wrote(to);
+}
+
+void WideTextStream::AppendAttribute(std::u16string_view name, std::u16string_view value) {
+  Append(u" ");
+  Append(name);
+  Append(u"=\"");
+  AppendEncoded(value);
+  Append(u"\"");
+}
+
+WideString WideTextStream::TakeText() {
+  Room(0);
+  SetStringLength(text_, std::min(size(), firstNull_));
+  WideString taken = WideString::Attach(text_);
+  text_ = nullptr;
+  capacity_ = 0;
+  firstNull_ = kNone;
+  return taken;
+}
+
+}  // namespace qv

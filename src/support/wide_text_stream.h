@@ -1,0 +1,46 @@
+// A growing text to which a message is written piece by piece. Out of memory throws `_com_error`,
+// E_OUTOFMEMORY.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+class WideTextStream {
+ public:
+  WideTextStream() = default;
+  ~WideTextStream();
+  WideTextStream(const WideTextStream&) = delete;
+  WideTextStream& operator=(const WideTextStream&) = delete;
+
+  // As it stands, null units too.
+  void Append(std::u16string_view text);
+  // Escaped once, as EncodeXmlText does.
+  void AppendEncoded(std::u16string_view text);
+  // Escaped and the result escaped again, in one pass.
+  void AppendTwiceEncoded(std::u16string_view text);
+  // ` name="value"`, the value escaped.
+  void AppendAttribute(std::u16string_view name, std::u16string_view value);
+  // The null unit that ends a finished message.
+  void AppendNull() { Append(std::u16string_view(u"", 1)); }
+
+  std::size_t size() const noexcept { return StringLength(text_); }
+  // Borrowed until the next append.
+  std::u16string_view view() const noexcept { return {text_, size()}; }
+  // The text up to its first null unit. The stream is empty afterwards. Copies nothing.
+  WideString TakeText();
+
+ private:
+  char16_t* Room(std::size_t units);  // where `units` more units may be written
+  void Wrote(const char16_t* end);
+  void AppendEscaped(std::u16string_view text, std::u16string_view ampersand);
+
+  BStr text_ = nullptr;
+  std::size_t capacity_ = 0;
+  std::size_t firstNull_ = std::u16string_view::npos;
+};
+
+}  // namespace qv
