@@ -1,0 +1,77 @@
+#include "values/connection_string_impl.h"
+
+#include <string>
+#include <vector>
+
+#include "support/tokenize_string.h"
+
+namespace qv {
+namespace {
+
+constexpr std::u16string_view kReplicaKey = u"DbReplicationId";
+constexpr std::u16string_view kUserKey = u"Username";
+constexpr std::u16string_view kPasswordKey = u"Password";
+
+void AppendPair(std::u16string& text, std::u16string_view key, const WideString& value) {
+  text.append(key).append(u"=").append(value.view()).append(u";");
+}
+
+}  // namespace
+
+void ConnectionStringImpl::put_UserName(WideString value) {
+  userName_ = value;
+}
+WideString ConnectionStringImpl::get_UserName() {
+  return userName_;
+}
+WideString ConnectionStringImpl::get_UserPassword() {
+  return userPassword_;
+}
+void ConnectionStringImpl::put_UserPassword(WideString value) {
+  userPassword_ = value;
+}
+WideString ConnectionStringImpl::get_DatabaseName() {
+  return databaseName_;
+}
+void ConnectionStringImpl::put_DatabaseName(WideString value) {
+  databaseName_ = value;
+}
+WideString ConnectionStringImpl::get_ReplicaID() {
+  return replicaId_;
+}
+void ConnectionStringImpl::put_ReplicaID(WideString value) {
+  replicaId_ = value;
+}
+WideString ConnectionStringImpl::get_DatabaseID() {
+  return databaseId_;
+}
+void ConnectionStringImpl::put_DatabaseID(WideString value) {
+  databaseId_ = value;
+}
+
+WideString ConnectionStringImpl::ToString() {
+  std::u16string text(text_.view());
+  AppendPair(text, kReplicaKey, replicaId_);
+  AppendPair(text, kUserKey, userName_);
+  AppendPair(text, kPasswordKey, userPassword_);
+  text_ = WideString(text);
+  return text_;
+}
+
+void ConnectionStringImpl::Initialize(WideString connectionString) {
+  std::vector<WideString> pairs;
+  std::vector<WideString> pieces;
+  const std::size_t count = TokenizeString(connectionString.view(), u";", pairs);
+  for (std::size_t i = 0; i < count; ++i) {
+    if (TokenizeString(pairs[i].view(), u"=", pieces) == 0) return;
+    Assign(pieces[0], pieces[1]);
+  }
+}
+
+void ConnectionStringImpl::Assign(const WideString& key, const WideString& value) {
+  if (key.view() == kReplicaKey) replicaId_ = value;
+  if (key.view() == kUserKey) userName_ = value;
+  if (key.view() == kPasswordKey) userPassword_ = value;
+}
+
+}  // namespace qv

@@ -1,0 +1,23 @@
+// The logic behind a Parameter: one named value. Failure: exceptions (`_com_error`).
+#pragma once
+
+#include "qvscriptwells/variant.h"
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+class ParameterImpl {
+ public:
+  virtual ~ParameterImpl() = default;
+  // The key is replaced first; a value that cannot be copied then raises, and the old value stays.
+  virtual void SetValues(WideString key, Variant value);
+  virtual WideString get_ParamKey();
+  virtual Variant get_ParamValue();
+  virtual WideString get_ParamTypeAsString();
+
+ private:
+  WideString key_;
+  Variant value_;
+};
+
+}  // namespace qv
