@@ -1,0 +1,27 @@
+#include "format/register_formaters.h"
+
+#include "format/scalar_formaters.h"
+
+namespace qv {
+
+// "float" has no second name: a value typed "xsd:float" finds no formater, and hosts rely on it reading as
+// empty.
+void RegisterFormaters() {
+  static FormaterBoolCreator boolean(u"boolean");
+  static FormaterBoolCreator xsdBoolean(u"xsd:boolean");
+  static FormaterByteCreator byte(u"byte");
+  static FormaterByteCreator xsdByte(u"xsd:byte");
+  static FormaterDoubleCreator doubleNumber(u"double");
+  static FormaterDoubleCreator xsdDouble(u"xsd:double");
+  static FormaterFloatCreator floatNumber(u"float");
+  static FormaterIntCreator intNumber(u"int");
+  static FormaterIntCreator xsdInt(u"xsd:int");
+  static FormaterLongCreator longNumber(u"long");
+  static FormaterLongCreator xsdLong(u"xsd:long");
+  static FormaterShortCreator shortNumber(u"short");
+  static FormaterShortCreator xsdShort(u"xsd:short");
+  static FormaterStringCreator string(u"string");
+  static FormaterStringCreator xsdString(u"xsd:string");
+}
+
+}  // namespace qv
