@@ -1,0 +1,42 @@
+// A command writes the request envelope of one action.
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include "qvscriptwells/variant.h"
+#include "qvscriptwells/wide_string.h"
+#include "support/wide_text_stream.h"
+
+namespace qv {
+
+// The arguments of one call by name. The caller fills it by insertion, so the first value of a key stays.
+using NamedArguments = std::map<WideString, Variant>;
+
+class CQvCommand {
+ public:
+  virtual ~CQvCommand() = default;
+  virtual CQvCommand* clone() const = 0;  // a new command of the same class, owned by the caller
+  // Appends the envelope and a closing null unit to `stream`. A missing key throws std::out_of_range.
+  virtual void Serialize(WideTextStream& stream, const WideString& action, const WideString& serviceNamespace,
+                         const WideString& url, const NamedArguments& map) = 0;
+};
+
+class CCreateSessionCommand : public CQvCommand {
+ public:
+  CQvCommand* clone() const override;
+  void Serialize(WideTextStream& stream, const WideString& action, const WideString& serviceNamespace,
+                 const WideString& url, const NamedArguments& map) override;
+};
+
+class CReleaseSessionCommand : public CQvCommand {
+ public:
+  CQvCommand* clone() const override;
+  void Serialize(WideTextStream& stream, const WideString& action, const WideString& serviceNamespace,
+                 const WideString& url, const NamedArguments& map) override;
+};
+
+// The command of the action "Execute" comes from the room that writes scripts and parameters (script/).
+CQvCommand* NewExecuteCommand();
+
+}  // namespace qv

@@ -1,0 +1,40 @@
+// One HTTP exchange through the HTTP component.
+#pragma once
+
+#include <cstdint>
+
+#include "qvscriptwells/http_component.h"
+#include "qvscriptwells/wide_string.h"
+#include "soap/qv_url.h"
+#include "soap/soap_response.h"
+#include "support/wide_text_stream.h"
+
+namespace qv {
+
+class CServerConnector {
+ public:
+  explicit CServerConnector(const WideString& cookie) : cookie_(cookie) {}
+  virtual ~CServerConnector() = default;
+
+  // Posts the stream's text, up to its first null unit, and parses the answer. `proxy` "@PROXY@" means none
+  // and is replaced by the empty text. `proxyPort` is not used: the component gets the bare name. Raises
+  // EQvException, a DOM exception of the XML library, or `_com_error` E_POINTER when there was no request or
+  // session to close after a failure.
+  CSOAPResponse Post(const CQvUrl& url, const WideString& action, WideTextStream& stream, WideString& proxy,
+                     std::uint16_t proxyPort);
+
+ private:
+  struct Exchange;
+  WideString Fetch(Exchange& exchange, const CQvUrl& url, const WideString& action, WideTextStream& stream,
+                   WideString& proxy);
+  void SetHeaders(IHttpRequest* request, const WideString& action, const CQvUrl& url);
+  void ParseResponse(const WideString& action, const WideString& text, CSOAPResponse& response);
+
+  WideString cookie_;
+};
+
+// For `catch (...)` around the parsing of an answer: DOM exceptions and EQvException stay, anything else
+// becomes EQvException "Unknown response problem".
+[[noreturn]] void RethrowAsParseFailure();
+
+}  // namespace qv

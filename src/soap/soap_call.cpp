@@ -1,0 +1,111 @@
+#include "soap/soap_call.h"
+
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include <memory>
+
+#include "qvscriptwells/e_qv_exception.h"
+#include "soap/server_connector.h"
+#include "support/namespaces.h"
+#include "xml/xml_library_guard.h"
+
+namespace qv {
+namespace {
+
+struct CommandOfAction {
+  const char16_t* action;
+  CQvCommand* (*create)();
+};
+
+CQvCommand* NewCreateSessionCommand() {
+  return new CCreateSessionCommand;
+}
+CQvCommand* NewReleaseSessionCommand() {
+  return new CReleaseSessionCommand;
+}
+
+constexpr CommandOfAction kCommands[] = {{u"CreateUserSession", &NewCreateSessionCommand},
+                                         {u"CloseUserSession", &NewReleaseSessionCommand},
+                                         {u"Execute", &NewExecuteCommand}};
+
+const Variant* Lookup(const NamedArguments& map, const char16_t* key) {
+  const auto found = map.find(key);
+  return found == map.end() ? nullptr : &found->second;
+}
+
+WideString TextOf(const NamedArguments& map, const char16_t* key) {
+  const Variant* const value = Lookup(map, key);
+  return value == nullptr ? WideString(u"") : value->Text();
+}
+
+}  // namespace
+
+CSOAPCall::CSOAPCall() : encodingStyle_(kSoapEncodingNamespace) {}
+
+CQvCommand* CSOAPCall::CreateCommand() const {
+  for (const CommandOfAction& row : kCommands)
+    if (action_.view() == row.action) return row.create();
+  return nullptr;
+}
+
+WideString CSOAPCall::GetProxy(const NamedArguments& map) {
+  return TextOf(map, u"Proxy");
+}
+
+std::uint16_t CSOAPCall::GetProxyPort(const NamedArguments& map) {
+  const Variant* const value = Lookup(map, u"ProxyPort");
+  return value == nullptr ? std::uint16_t{0} : static_cast<std::uint16_t>(value->Data().intVal);
+}
+
+WideString CSOAPCall::GetCookieHandle(const NamedArguments& map) {
+  return TextOf(map, u"CookieHandle");
+}
+
+CSOAPResponse CSOAPCall::Run(const CQvUrl& url, const WideString& action, const WideString& serviceNamespace,
+                             const NamedArguments& map) {
+  const XmlLibraryGuardScope library;
+  try {
+    action_ = action;
+    return RunCommand(url, serviceNamespace, map);
+  } catch (...) {
+    RethrowAsCallFailure();
+  }
+}
+
+CSOAPResponse CSOAPCall::RunCommand(const CQvUrl& url, const WideString& serviceNamespace,
+                                    const NamedArguments& map) {
+  WideTextStream stream;
+  WriteEnvelope(stream, url, serviceNamespace, map);
+  WideString proxy = GetProxy(map);
+  const std::uint16_t proxyPort = GetProxyPort(map);
+  CServerConnector connector(GetCookieHandle(map));
+  CSOAPResponse response = connector.Post(url, action_, stream, proxy, proxyPort);
+  if (response.Value().Tag() == VT_NULL) throw EQvException(u"The respone that arrived is not valid");
+  return response;
+}
+
+// The command is gone before the exchange begins.
+void CSOAPCall::WriteEnvelope(WideTextStream& stream, const CQvUrl& url, const WideString& serviceNamespace,
+                              const NamedArguments& map) {
+  const std::unique_ptr<CQvCommand> command(CreateCommand());
+  if (command == nullptr) throw EQvException(u"Cannot create a soap call.");
+  command->Serialize(stream, action_, serviceNamespace, url.url, map);
+}
+
+void RethrowAsCallFailure() {
+  try {
+    throw;
+  } catch (const xercesc::XMLException& error) {
+    throw EQvException(error.getMessage());
+  } catch (const xercesc::DOMException& error) {
+    const WideString message(error.getMessage());
+    throw EQvException(std::u16string(u"The problem in building xml document => ").append(message.view()));
+  } catch (const EQvException&) {
+    throw;
+  } catch (...) {
+    throw EQvException(u"Cannot create a soap call.");
+  }
+}
+
+}  // namespace qv

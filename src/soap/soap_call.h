@@ -1,0 +1,48 @@
+// One call to the service: from named arguments to a response. Lives on the stack of one call.
+#pragma once
+
+#include <cstdint>
+
+#include "qvscriptwells/wide_string.h"
+#include "soap/qv_command.h"
+#include "soap/qv_url.h"
+#include "soap/soap_response.h"
+
+namespace qv {
+
+class CSOAPCall {
+ public:
+  CSOAPCall();
+  virtual ~CSOAPCall() = default;
+
+  // Writes the envelope, does the exchange and reads the answer. Whatever fails leaves as an EQvException
+  // (RethrowAsCallFailure).
+  CSOAPResponse Run(const CQvUrl& url, const WideString& action, const WideString& serviceNamespace,
+                    const NamedArguments& map);
+
+  // A new command for the action field, owned by the caller; null for an action that is none.
+  CQvCommand* CreateCommand() const;
+  static WideString GetProxy(const NamedArguments& map);
+  static std::uint16_t GetProxyPort(const NamedArguments& map);
+  static WideString GetCookieHandle(const NamedArguments& map);
+
+  void SetAction(const WideString& action) { action_ = action; }
+
+ private:
+  CSOAPResponse RunCommand(const CQvUrl& url, const WideString& serviceNamespace, const NamedArguments& map);
+  void WriteEnvelope(WideTextStream& stream, const CQvUrl& url, const WideString& serviceNamespace,
+                     const NamedArguments& map);
+
+  CQvUrl url_;
+  WideString namespace_;
+  WideString action_;
+  WideString encodingStyle_;
+  WideString last_;
+};
+
+// For `catch (...)` around a call: throws the EQvException that the failure becomes. Clauses in this order:
+// XMLException (its message), DOM exception ("The problem in building xml document => " and its message),
+// EQvException (as it is), anything else ("Cannot create a soap call.").
+[[noreturn]] void RethrowAsCallFailure();
+
+}  // namespace qv

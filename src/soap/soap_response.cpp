@@ -1,0 +1,183 @@
+#include "soap/soap_response.h"
+
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+
+#include <string>
+
+#include "format/response_value_reader.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "support/numbers.h"
+#include "support/string_helpers.h"
+#include "xml/qv_dom_error_handlers.h"
+#include "xml/qv_dom_parser.h"
+#include "xml/xml_walk.h"
+
+namespace qv {
+namespace {
+
+constexpr char kBufferId[] = "application/xml";
+constexpr std::u16string_view kErrorObjectStart = u"<ErrorObject";
+constexpr std::u16string_view kErrorObjectEnd = u"</ErrorObject>";
+
+// One walk finds what an answer is searched for: the first element of each of three names.
+struct AnswerNodes {
+  XmlNode fault;
+  XmlNode answer;
+  XmlNode prefixedAnswer;
+};
+
+AnswerNodes FindAnswerNodes(const XmlNode& document, const WideString& action) {
+  const std::u16string name = std::u16string(action.view()).append(u"Response");
+  const std::u16string prefixed = std::u16string(u"NS2:").append(name);
+  AnswerNodes found;
+  for (XmlWalk walk(document); !walk.Node().IsNull() && found.fault.IsNull(); walk.Next()) {
+    if (walk.Node().NodeType() != XmlNode::kElement) continue;
+    const std::u16string_view tag = walk.Node().Name();
+    if (tag == u"soap:Fault") found.fault = walk.Node();
+    if (found.answer.IsNull() && tag == name) found.answer = walk.Node();
+    if (found.prefixedAnswer.IsNull() && tag == prefixed) found.prefixedAnswer = walk.Node();
+  }
+  return found;
+}
+
+bool IsEnvelope(std::u16string_view text) {
+  return text.find(u"SOAP:Envelope") != std::u16string_view::npos ||
+         text.find(u"soap:Envelope") != std::u16string_view::npos;
+}
+
+// The value of the last element of that name, in document order; false when there is none.
+bool LastElementValue(const XmlNode& document, std::u16string_view name, WideString& value) {
+  bool found = false;
+  for (XmlWalk walk(document); !walk.Node().IsNull(); walk.Next()) {
+    if (walk.Node().NodeType() != XmlNode::kElement || walk.Node().Name() != name) continue;
+    value = WideString(walk.Node().FirstChild().Value());
+    found = true;
+  }
+  return found;
+}
+
+WideString FaultText(const XmlNode& document) {
+  WideString text;
+  try {
+    LastElementValue(document, u"faultstring", text);
+  } catch (...) {
+    throw EQvException(u"Cannot deserializer the soap fault.");
+  }
+  return text;
+}
+
+// The piece of the fault text that is an error object; empty when there is none.
+std::u16string_view ErrorObject(std::u16string_view faultText) {
+  const std::size_t start = faultText.find(kErrorObjectStart);
+  const std::size_t end = faultText.find(kErrorObjectEnd);
+  if (start == std::u16string_view::npos || end == std::u16string_view::npos || end < start) return {};
+  return faultText.substr(start, end + kErrorObjectEnd.size() - start);
+}
+
+[[noreturn]] void RaiseErrorObject(const WideString& faultText, std::u16string_view errorObject) {
+  QvDomParser parser;
+  QvDOMErrorHandlers handlers(true);
+  parser.setErrorHandler(&handlers);
+  parser.ParseHostileText(errorObject, kBufferId);
+  if (parser.Document().IsNull()) throw EQvException(faultText);
+  WideString code;
+  WideString description = faultText;
+  LastElementValue(parser.Document(), u"errorCode", code);
+  LastElementValue(parser.Document(), u"description", description);
+  throw EQvException(description, ToInt(code));
+}
+
+// The first text child of `node`, or its last child.
+XmlNode FindChildOfType(const XmlNode& node, int type) {
+  XmlNode child = node.FirstChild();
+  XmlNode last = child;
+  for (; !child.IsNull(); child = child.NextSibling()) {
+    if (child.NodeType() == type) return child;
+    last = child;
+  }
+  return last;
+}
+
+// The system id stands where the parser's message would: hosts compare this text.
+WideString ParseErrorText(const xercesc::SAXParseException& error) {
+  const WideString systemId(error.getSystemId());
+  std::u16string text(u"Error at file ");
+  text.append(systemId.view());
+  text.append(u", line ").append(DecimalText(static_cast<std::int64_t>(error.getLineNumber())).view());
+  text.append(u", char ").append(DecimalText(static_cast<std::int64_t>(error.getColumnNumber())).view());
+  text.append(u"  Message: ").append(systemId.view());
+  return WideString(text);
+}
+
+}  // namespace
+
+void CSOAPResponse::SetText(const WideString& action, const WideString& text, bool fromFile) {
+  action_ = action;
+  text_ = text;
+  fromFile_ = fromFile;
+}
+
+void CSOAPResponse::ParseText() {
+  try {
+    Parse();
+  } catch (...) {
+    RethrowAsResponseFailure();
+  }
+}
+
+void CSOAPResponse::Parse() {
+  QvDomParser parser;
+  QvDOMErrorHandlers handlers(true);
+  parser.setErrorHandler(&handlers);
+  if (fromFile_) {
+    parser.parse(ToUtf8(text_).c_str(), false);
+  } else {
+    if (!IsEnvelope(text_.view())) throw EQvException(u"The respone that arrived is not valid");
+    parser.ParseHostileText(text_.view(), kBufferId);
+  }
+  ReadDocument(parser.Document());
+}
+
+void CSOAPResponse::ReadDocument(const XmlNode& document) {
+  const AnswerNodes nodes = FindAnswerNodes(document, action_);
+  if (!nodes.fault.IsNull()) DeserializeFault(document);
+  const XmlNode answer = nodes.answer.IsNull() ? nodes.prefixedAnswer : nodes.answer;
+  if (answer.IsNull() || action_.view() == u"CloseUserSession") return;
+  ReadAnswer(answer, DocumentElement(document));
+}
+
+// A script's result is found by position: the first child of the envelope's first child.
+void CSOAPResponse::ReadAnswer(const XmlNode& answer, const XmlNode& documentElement) {
+  if (action_.view() == u"CreateUserSession") {
+    const XmlNode text = FindChildOfType(answer.FirstChild(), XmlNode::kText);
+    value_ = Variant::FromString(WideString(text.Value()));
+    return;
+  }
+  value_ = ReadResponseValue(documentElement.FirstChild().FirstChild());
+}
+
+void DeserializeFault(const XmlNode& document) {
+  const WideString faultText = FaultText(document);
+  const std::u16string_view errorObject = ErrorObject(faultText.view());
+  if (errorObject.empty()) throw EQvException(faultText);
+  RaiseErrorObject(faultText, errorObject);
+}
+
+void RethrowAsResponseFailure() {
+  try {
+    throw;
+  } catch (const xercesc::SAXParseException& error) {
+    throw EQvException(ParseErrorText(error));
+  } catch (const xercesc::DOMException&) {
+    throw;
+  } catch (const EQvException&) {
+    throw;
+  } catch (const WideString& text) {
+    throw EQvException(text);
+  } catch (...) {
+    throw EQvException(u"The respone that arrived is not valid");
+  }
+}
+
+}  // namespace qv

@@ -1,0 +1,38 @@
+// The outcome of one call, and the reader that finds it in the answer's text.
+#pragma once
+
+#include "qvscriptwells/variant.h"
+#include "qvscriptwells/wide_string.h"
+#include "xml/xml_node.h"
+
+namespace qv {
+
+class CSOAPResponse {
+ public:
+  void SetText(const WideString& action, const WideString& text, bool fromFile);
+  // Fills the value, or raises: EQvException for a fault, for text that is no answer and for a parse error
+  // ("Error at file ..."); a DOM exception of the XML library passes through.
+  void ParseText();
+  Variant Value() const { return value_; }
+  const WideString& Cookie() const { return cookie_; }
+
+ private:
+  void Parse();
+  void ReadDocument(const XmlNode& document);
+  void ReadAnswer(const XmlNode& answer, const XmlNode& documentElement);
+
+  WideString action_;
+  WideString text_;
+  WideString cookie_;  // the seam at which a server's cookie would enter; nothing fills it
+  Variant value_;
+  bool fromFile_ = false;
+};
+
+// Raises the fault that `document` holds; never returns.
+[[noreturn]] void DeserializeFault(const XmlNode& document);
+
+// For `catch (...)` around ParseText: throws what that failure becomes. Clauses in this order:
+// SAXParseException, DOM exception, EQvException, WideString, anything else.
+[[noreturn]] void RethrowAsResponseFailure();
+
+}  // namespace qv
