@@ -1,0 +1,183 @@
+#include "session/connection_model_impl.h"
+
+#include <string>
+#include <vector>
+
+#include "format/formater_factory.h"
+#include "format/register_formaters.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "soap/soap_call.h"
+#include "support/namespaces.h"
+#include "support/string_helpers.h"
+#include "support/tokenize_string.h"
+
+namespace qv {
+namespace {
+
+constexpr std::u16string_view kServicePath = u"/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx";
+constexpr std::u16string_view kUploadPath = u"/WebEditor/FileManagerUpload.aspx";
+constexpr std::int32_t kDefaultProxyPort = 80;
+
+WideString Joined(const WideString& first, std::u16string_view second) {
+  return WideString(std::u16string(first.view()).append(second));
+}
+
+void InsertText(NamedArguments& map, const char16_t* key, const WideString& text) {
+  map.emplace(key, Variant::FromString(text));
+}
+
+WideString ConnectionField(HRESULT (IConnectionString::*get)(WideString*) noexcept,
+                           IConnectionString* object) {
+  WideString value;
+  ThrowIfFailed((object->*get)(&value), object, IConnectionString::kIid);
+  return value;
+}
+
+}  // namespace
+
+ConnectionModelImpl::~ConnectionModelImpl() {
+  clientServices_.reset();
+  cookieHandle_ = WideString();
+  FormaterFactory::Destroy();
+}
+
+void ConnectionModelImpl::SetServer(WideString serverName, WideString proxy) {
+  SetNamespace();
+  SetHostUrl(Joined(serverName, kServicePath));
+  uploadUrl_ = Joined(serverName, kUploadPath);
+  SetProxyText(proxy);
+}
+
+void ConnectionModelImpl::SetNamespace() {
+  static bool registered = false;
+  namespace_ = kServiceNamespace;
+  if (registered) return;
+  registered = true;
+  RegisterFormaters();
+}
+
+void ConnectionModelImpl::SetHostUrl(const WideString& text) {
+  if (text.IsEmpty()) throw EQvException(u"No available host adress");
+  hostUrl_ = text;
+  serviceUrl_.SetUrl(text);
+}
+
+void ConnectionModelImpl::SetProxyText(const WideString& proxy) {
+  std::vector<WideString> pieces;
+  const bool hasPort = TokenizeString(proxy.view(), u":", pieces) != 0;
+  proxy_ = hasPort ? pieces[0] : proxy;
+  proxyPort_ = hasPort ? ToInt(pieces[1]) : kDefaultProxyPort;
+}
+
+void ConnectionModelImpl::SetClientServices(IUnknown* services) {
+  clientServices_ = IQvClientServicesPtr(
+      static_cast<IQvClientServices*>(QueryFor(services, IQvClientServices::kIid)), false);
+}
+
+void ConnectionModelImpl::SetUSID(WideString usid) {
+  contextHandle_ = usid;
+  state_ = SessionState::kOpen;
+}
+
+void ConnectionModelImpl::AddProxyArguments(NamedArguments& map) const {
+  if (proxy_.IsEmpty()) return;
+  InsertText(map, u"Proxy", proxy_);
+  map.emplace(u"ProxyPort", Variant::FromInt(proxyPort_));
+}
+
+Variant ConnectionModelImpl::RunCommand(const WideString& action, const NamedArguments& map) {
+  CSOAPCall call;
+  const CSOAPResponse response = call.Run(serviceUrl_, action, namespace_, map);
+  cookieHandle_ = response.Cookie();
+  return response.Value();
+}
+
+void ConnectionModelImpl::CreateUserSession(WideString connectionString) {
+  NamedArguments map;
+  InsertText(map, u"ConnectionString", connectionString);
+  AddProxyArguments(map);
+  const Variant value = RunCommand(u"CreateUserSession", map);
+  if (value.Tag() == VT_BSTR) {
+    contextHandle_ = value.Text();
+    PublishSessionInfo(connectionString);
+  }
+  state_ = SessionState::kOpen;
+}
+
+void ConnectionModelImpl::PublishSessionInfo(const WideString& connectionString) {
+  const IConnectionStringPtr fields = CreateConnectionString();
+  const IConnectionStringRawPtr raw(
+      static_cast<IConnectionStringRaw*>(QueryFor(fields.get(), IConnectionStringRaw::kIid)), false);
+  ThrowIfFailed(raw->Initialize(connectionString), raw.get(), IConnectionStringRaw::kIid);
+
+  const IQvClientServicesSinkPtr sink = Sink();
+  const auto check = [&sink](HRESULT code) { ThrowIfFailed(code, sink.get(), IQvClientServicesSink::kIid); };
+  check(sink->SetUsid(contextHandle_));
+  check(sink->SetUserName(ConnectionField(&IConnectionString::get_UserName, fields.get())));
+  check(sink->SetDatabaseIds(ConnectionField(&IConnectionString::get_DatabaseID, fields.get()),
+                             ConnectionField(&IConnectionString::get_ReplicaID, fields.get())));
+}
+
+void ConnectionModelImpl::CloseUserSession() {
+  if (contextHandle_.IsEmpty()) return;
+  NamedArguments map;
+  InsertText(map, u"ContextHandle", contextHandle_);
+  InsertText(map, u"CookieHandle", cookieHandle_);
+  AddProxyArguments(map);
+  RunCommand(u"CloseUserSession", map);
+  ResetSession(map);
+}
+
+void ConnectionModelImpl::ResetSession(NamedArguments& map) {
+  map.clear();
+  state_ = SessionState::kClosed;
+  contextHandle_ = u"";
+  cookieHandle_ = u"";
+  const IQvClientServicesSinkPtr sink = Sink();
+  ThrowIfFailed(sink->ClearSession(), sink.get(), IQvClientServicesSink::kIid);
+}
+
+IQvClientServicesSinkPtr ConnectionModelImpl::Sink() const {
+  IQvClientServicesSinkPtr sink(
+      static_cast<IQvClientServicesSink*>(QueryFor(clientServices_.get(), IQvClientServicesSink::kIid)),
+      false);
+  if (sink == nullptr) _com_raise_error(E_POINTER);
+  return sink;
+}
+
+void ConnectionModelImpl::RequireSession() const {
+  if (contextHandle_.IsEmpty()) throw EQvException(u"Session does not exist.");
+}
+
+Variant ConnectionModelImpl::Execute(WideString scriptLanguage, WideString script, IParameters* parameters) {
+  RequireSession();
+  NamedArguments map;
+  InsertText(map, u"ContextHandle", contextHandle_);
+  InsertText(map, u"ScriptLanguage", scriptLanguage);
+  InsertText(map, u"Script", script);
+  InsertText(map, u"UploadFile", uploadUrl_);
+  InsertText(map, u"CookieHandle", cookieHandle_);
+  return RunScript(map, parameters);
+}
+
+Variant ConnectionModelImpl::ExecuteFile(WideString scriptFile, IParameters* parameters) {
+  RequireSession();
+  NamedArguments map;
+  InsertText(map, u"ContextHandle", contextHandle_);
+  InsertText(map, u"CookieHandle", cookieHandle_);
+  InsertText(map, u"ScriptFile", scriptFile);
+  InsertText(map, u"UploadFile", uploadUrl_);
+  return RunScript(map, parameters);
+}
+
+Variant ConnectionModelImpl::RunScript(NamedArguments& map, IParameters* parameters) {
+  AddProxyArguments(map);
+  if (parameters != nullptr) map.emplace(u"parameters", Variant::FromObject(parameters));
+  Variant result = RunCommand(u"Execute", map);
+  state_ = SessionState::kScriptRan;
+  return result;
+}
+
+}  // namespace qv
