@@ -1,0 +1,33 @@
+// The ConnectionModel object that hosts hold. It keeps itself alive while a call of its own is out, since a
+// host service that is called back may release it.
+#pragma once
+
+#include "qvscriptwells/objects.h"
+#include "session/connection_model_impl.h"
+
+namespace qv {
+
+class ConnectionModel final : public IConnectionModel, public IConnectionModelRaw, public ISupportErrorInfo {
+ public:
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t Release() noexcept override;
+
+  HRESULT CreateUserSession(const WideString& connectionString) noexcept override;
+  HRESULT CloseUserSession() noexcept override;
+  HRESULT Execute(const WideString& scriptLanguage, const WideString& script, IParameters* parameters,
+                  Variant* result) noexcept override;
+  HRESULT ExecuteFile(const WideString& scriptFile, IParameters* parameters,
+                      Variant* result) noexcept override;
+  HRESULT SetUSID(const WideString& usid) noexcept override;
+  HRESULT SetServer(const WideString& serverName, const WideString& proxy) noexcept override;
+  HRESULT SetClientServices(IUnknown* services) noexcept override;
+
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
+
+ private:
+  ConnectionModelImpl logic_;
+  std::uint32_t count_ = 0;
+};
+
+}  // namespace qv

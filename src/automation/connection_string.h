@@ -1,0 +1,37 @@
+// The ConnectionString object that hosts hold.
+#pragma once
+
+#include "qvscriptwells/objects.h"
+#include "values/connection_string_impl.h"
+
+namespace qv {
+
+class ConnectionString final : public IConnectionString,
+                               public IConnectionStringRaw,
+                               public ISupportErrorInfo {
+ public:
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t Release() noexcept override;
+
+  HRESULT put_UserName(const WideString& value) noexcept override;
+  HRESULT get_UserName(WideString* value) noexcept override;
+  HRESULT get_UserPassword(WideString* value) noexcept override;
+  HRESULT put_UserPassword(const WideString& value) noexcept override;
+  HRESULT get_DatabaseName(WideString* value) noexcept override;
+  HRESULT put_DatabaseName(const WideString& value) noexcept override;
+  HRESULT get_ReplicaID(WideString* value) noexcept override;
+  HRESULT put_ReplicaID(const WideString& value) noexcept override;
+  HRESULT get_DatabaseID(WideString* value) noexcept override;
+  HRESULT put_DatabaseID(const WideString& value) noexcept override;
+  HRESULT ToString(WideString* text) noexcept override;
+  HRESULT Initialize(const WideString& connectionString) noexcept override;
+
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
+
+ private:
+  ConnectionStringImpl logic_;
+  std::uint32_t count_ = 0;
+};
+
+}  // namespace qv

@@ -1,0 +1,57 @@
+#include "automation/object_support.h"
+
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/error_info.h"
+
+namespace qv {
+namespace {
+
+constexpr HRESULT kUnknownError = MakeResult(0x80040000);
+
+HRESULT PostErrorRecord(WideString text, HRESULT code) {
+  if (text.IsNull()) {
+    text = u"Unknown Error";
+    if (code == 0) code = kUnknownError;
+  }
+  ErrorInfo record;
+  record.description = text;
+  SetErrorInfo(record);
+  return code == 0 ? DISP_E_EXCEPTION : code;
+}
+
+HRESULT PostCaughtException() {
+  try {
+    throw;
+  } catch (const EQvException& error) {
+    return PostErrorRecord(error.Description(), error.Code());
+  } catch (const _com_error& error) {
+    return PostErrorRecord(error.Description(), error.Error());
+  } catch (...) {
+    return E_UNEXPECTED;
+  }
+}
+
+}  // namespace
+
+HRESULT AnswerQuery(const InterfaceRow* rows, std::size_t count, const Guid& iid, void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (rows[i].iid != iid && !(i == 0 && iid == IUnknown::kIid)) continue;
+    *object = rows[i].pointer;
+    rows[i].counted->AddRef();
+    return S_OK;
+  }
+  return E_NOINTERFACE;
+}
+
+HRESULT ResultFromCaughtException() noexcept {
+  try {
+    return PostCaughtException();
+  } catch (...) {
+    return E_OUTOFMEMORY;  // not even the record could be made
+  }
+}
+
+}  // namespace qv

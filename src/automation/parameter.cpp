@@ -1,0 +1,74 @@
+#include "automation/parameter.h"
+
+#include "automation/object_support.h"
+#include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
+
+namespace qv {
+
+IParameterPtr CreateParameter() {
+  return IParameterPtr(new Parameter);
+}
+
+HRESULT Parameter::QueryInterface(const Guid& iid, void** object) noexcept {
+  const InterfaceRow rows[] = {
+      {IParameter::kIid, static_cast<IParameter*>(this), static_cast<IParameter*>(this)},
+      {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), static_cast<IParameter*>(this)},
+  };
+  return AnswerQuery(rows, 2, iid, object);
+}
+
+std::uint32_t Parameter::Release() noexcept {
+  const std::uint32_t left = --count_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT Parameter::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
+  return iid == IParameter::kIid ? S_OK : S_FALSE;
+}
+
+HRESULT Parameter::SetValues(const WideString& key, const Variant& value) noexcept {
+  ClearErrorInfo();
+  try {
+    logic_.SetValues(key, value);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT Parameter::get_ParamKey(WideString* key) noexcept {
+  ClearErrorInfo();
+  if (key == nullptr) return E_POINTER;
+  try {
+    *key = logic_.get_ParamKey();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT Parameter::get_ParamValue(Variant* value) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = logic_.get_ParamValue();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT Parameter::get_ParamTypeAsString(WideString* typeName) noexcept {
+  ClearErrorInfo();
+  if (typeName == nullptr) return E_POINTER;
+  try {
+    *typeName = logic_.get_ParamTypeAsString();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+}  // namespace qv

@@ -1,0 +1,27 @@
+// The Parameter object that hosts hold.
+#pragma once
+
+#include "qvscriptwells/objects.h"
+#include "values/parameter_impl.h"
+
+namespace qv {
+
+class Parameter final : public IParameter, public ISupportErrorInfo {
+ public:
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t Release() noexcept override;
+
+  HRESULT SetValues(const WideString& key, const Variant& value) noexcept override;
+  HRESULT get_ParamKey(WideString* key) noexcept override;
+  HRESULT get_ParamValue(Variant* value) noexcept override;
+  HRESULT get_ParamTypeAsString(WideString* typeName) noexcept override;
+
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
+
+ private:
+  ParameterImpl logic_;
+  std::uint32_t count_ = 0;
+};
+
+}  // namespace qv

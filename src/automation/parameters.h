@@ -1,0 +1,28 @@
+// The Parameters object that hosts hold.
+#pragma once
+
+#include "qvscriptwells/objects.h"
+#include "values/parameters_impl.h"
+
+namespace qv {
+
+class Parameters final : public IParameters, public ISupportErrorInfo {
+ public:
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t Release() noexcept override;
+
+  HRESULT Add(const WideString& key, const Variant& value, IParameter** added) noexcept override;
+  HRESULT Remove(std::int16_t index) noexcept override;
+  HRESULT Find(std::int16_t index, IParameter** found) noexcept override;
+  HRESULT Size(std::int16_t* size) noexcept override;
+  HRESULT Clear() noexcept override;
+
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
+
+ private:
+  ParametersImpl logic_;
+  std::uint32_t count_ = 0;
+};
+
+}  // namespace qv
