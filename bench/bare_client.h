@@ -1,0 +1,26 @@
+// The limit of a round trip: libcurl alone, posting prepared bytes on a kept connection.
+#pragma once
+
+#include <string>
+
+#include <curl/curl.h>
+
+namespace qv::bench {
+
+class BareClient {
+ public:
+  // Posts `body` to `url` with the headers that the library sends. `body` is borrowed.
+  BareClient(const std::string& url, const std::string& body);
+  ~BareClient();
+  BareClient(const BareClient&) = delete;
+  BareClient& operator=(const BareClient&) = delete;
+
+  // One exchange. The answer is dropped unless `keep` is set. False when it failed.
+  bool Post(std::string* keep);
+
+ private:
+  CURL* curl_;
+  curl_slist* headers_ = nullptr;
+};
+
+}  // namespace qv::bench

@@ -1,0 +1,52 @@
+#include "ratio_reporter.h"
+
+#include <iomanip>
+
+namespace qv::bench {
+namespace {
+
+struct Ratio {
+  const char* ours;
+  const char* limit;
+  double bar;  // 0: no bar, for the record
+};
+
+constexpr Ratio kRatios[] = {
+    {"round_trip/execute", "round_trip/bare_curl", 2.2},
+    {"round_trip/execute", "round_trip/bare_curl_and_parse", 1.15},
+    {"script_1MB/execute", "script_1MB/bare_curl", 3.0},
+    {"envelope_200/write", "envelope_200/copy", 0},
+    {"envelope_1MB/write", "envelope_1MB/copy", 0},
+    {"read_string/response", "read_string/bare_parse", 0},
+    {"encode/plain", "encode/copy", 0},
+    {"encode/special_5_percent", "encode/copy", 0},
+};
+
+// Names end in "/real_time" where the benchmark was told to go by it.
+std::string PlainName(const std::string& name) {
+  return name.substr(0, name.find("/real_time"));
+}
+
+}  // namespace
+
+void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
+  ConsoleReporter::ReportRuns(runs);
+  for (const Run& run : runs)
+    if (run.aggregate_name == "median") medians_[PlainName(run.run_name.str())] = run.GetAdjustedRealTime();
+}
+
+void RatioReporter::Finalize() {
+  std::ostream& out = GetOutputStream();
+  out << "\nRatios of medians in this run\n" << std::fixed;
+  for (const Ratio& ratio : kRatios) {
+    const auto ours = medians_.find(ratio.ours);
+    const auto limit = medians_.find(ratio.limit);
+    if (ours == medians_.end() || limit == medians_.end()) continue;
+    out << "  " << std::left << std::setw(26) << ratio.ours << " / " << std::setw(32) << ratio.limit << " = "
+        << std::setprecision(2) << ours->second / limit->second;
+    if (ratio.bar > 0) out << "   (bar " << ratio.bar << ")";
+    out << "\n";
+  }
+}
+
+}  // namespace qv::bench
