@@ -34,8 +34,11 @@ class _com_error : public std::exception {
 // waiting.
 [[noreturn]] void _com_issue_errorex(HRESULT code, IUnknown* object, const Guid& iid);
 
-// Does nothing for success; otherwise as above. The usual way for a C++ host to call an interface:
-//   ThrowIfFailed(model->CloseUserSession(), model.get(), IConnectionModel::kIid);
+// Does nothing for success; otherwise throws with the record that waits on this thread. The usual way for a
+// C++ host to call an object of this library, whose operations clear the record when they start:
+//   ThrowIfFailed(model->CloseUserSession());
+void ThrowIfFailed(HRESULT code);
+// The same for objects of any origin, by the rule of _com_issue_errorex.
 inline void ThrowIfFailed(HRESULT code, IUnknown* object, const Guid& iid) {
   if (Failed(code)) _com_issue_errorex(code, object, iid);
 }

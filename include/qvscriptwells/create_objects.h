@@ -1,12 +1,18 @@
-// Makes the objects of objects.h. Each call makes a new one; failure throws `_com_error` (E_OUTOFMEMORY).
+// Makes the objects of objects.h. Each call makes a new one. Failure throws `_com_error` (com_error.h).
 // The raw interfaces of the same object are reached with QueryFor (com_error.h).
 #pragma once
 
+#include "qvscriptwells/com_error.h"
 #include "qvscriptwells/objects.h"
 
 namespace qv {
 
 IConnectionModelPtr CreateConnectionModel();
+// A model that is ready for CreateUserSession: with a server ("http://host:port", no path), a proxy
+// ("host:port", or empty for none) and the host's services. A server name that is no URL throws `_com_error`
+// with the words.
+IConnectionModelPtr CreateConnectionModel(const WideString& serverName, const WideString& proxy,
+                                          IUnknown* services);
 IConnectionStringPtr CreateConnectionString();
 IParametersPtr CreateParameters();
 IParameterPtr CreateParameter();

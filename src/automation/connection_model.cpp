@@ -10,6 +10,15 @@ IConnectionModelPtr CreateConnectionModel() {
   return IConnectionModelPtr(new ConnectionModel);
 }
 
+IConnectionModelPtr CreateConnectionModel(const WideString& serverName, const WideString& proxy,
+                                          IUnknown* services) {
+  auto* const object = new ConnectionModel;
+  IConnectionModelPtr model(object);
+  ThrowIfFailed(object->SetServer(serverName, proxy));
+  ThrowIfFailed(object->SetClientServices(services));
+  return model;
+}
+
 HRESULT ConnectionModel::QueryInterface(const Guid& iid, void** object) noexcept {
   const InterfaceRow rows[] = {
       {IConnectionModel::kIid, static_cast<IConnectionModel*>(this), static_cast<IConnectionModel*>(this)},

@@ -26,6 +26,13 @@ void _com_issue_errorex(HRESULT code, IUnknown* object, const Guid& iid) {
   throw _com_error(code);
 }
 
+void ThrowIfFailed(HRESULT code) {
+  if (Succeeded(code)) return;
+  ErrorInfo info;
+  if (GetErrorInfo(&info)) throw _com_error(code, info);
+  throw _com_error(code);
+}
+
 void* QueryFor(IUnknown* object, const Guid& iid) {
   if (object == nullptr) return nullptr;
   void* raw = nullptr;
