@@ -1,0 +1,145 @@
+#include "xml/parse_memory.h"
+
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+namespace qv {
+
+namespace xc = XERCES_CPP_NAMESPACE;
+
+// What the system gave. The parts that are handed out follow it.
+struct alignas(std::max_align_t) ParseMemory::Block {
+  Block* previous;
+  Block* next;
+};
+
+// Stands in front of every part that is handed out.
+struct alignas(std::max_align_t) ParseMemory::Piece {
+  std::size_t total;  // with this head
+  Block* alone;       // its block if it has one for itself, else null
+};
+
+namespace {
+
+// A parser and the document of a small answer take 240 kB, most of it the library's read buffers.
+constexpr std::size_t kSharedBlockSize = std::size_t{256} * 1024;
+// Larger parts get a block for themselves once the shared one is full, and really are freed when given back.
+constexpr std::size_t kLargestShared = std::size_t{32} * 1024;
+// The library does not recover well when it is stopped between two small steps, so small requests may draw on
+// a reserve. A document that grows asks for large pieces too, and is stopped there.
+constexpr std::size_t kSmallRequest = 1024;
+constexpr std::size_t kReserve = std::size_t{16} * 1024 * 1024;
+constexpr std::size_t kLargestRequest = std::size_t{1} << 39;  // more is a mistake
+constexpr std::size_t kAlignment = alignof(std::max_align_t);
+
+struct FreeBytes {
+  void operator()(void* bytes) const noexcept { std::free(bytes); }
+};
+// One shared block between two parsers of a thread, so that a small parse asks the system for nothing.
+thread_local std::unique_ptr<void, FreeBytes> spareBlock;
+
+void* TakeSharedBlock() noexcept {
+  return spareBlock ? spareBlock.release() : std::malloc(kSharedBlockSize);
+}
+
+void GiveSharedBlockBack(void* block) noexcept {
+  if (spareBlock) {
+    std::free(block);
+  } else {
+    spareBlock.reset(block);
+  }
+}
+
+}  // namespace
+
+ParseMemory::ParseMemory() noexcept = default;
+
+ParseMemory::~ParseMemory() {
+  while (blocks_ != nullptr) {
+    Block* block = blocks_;
+    blocks_ = block->next;
+    if (block == shared_) {
+      GiveSharedBlockBack(block);
+    } else {
+      std::free(block);
+    }
+  }
+}
+
+xc::MemoryManager* ParseMemory::getExceptionMemoryManager() {
+  return xc::XMLPlatformUtils::fgMemoryManager;
+}
+
+void* ParseMemory::allocate(XMLSize_t size) {
+  if (size > kLargestRequest) throw xc::OutOfMemoryException();
+  const std::size_t total = sizeof(Piece) + (size + kAlignment - 1) / kAlignment * kAlignment;
+  const std::size_t limit = size < kSmallRequest ? SmallRequestLimit() : limit_;
+  if (inUse_ > limit || total > limit - inUse_) throw xc::OutOfMemoryException();
+  if (shared_ == nullptr) StartBlock();
+  if (void* bytes = TakeFromBlock(total)) return bytes;
+  if (total > kLargestShared) return TakeAlone(total);
+  StartBlock();
+  return TakeFromBlock(total);
+}
+
+std::size_t ParseMemory::SmallRequestLimit() const noexcept {
+  return limit_ > kLargestRequest ? limit_ : limit_ + kReserve;
+}
+
+// Null when the shared block has no room.
+void* ParseMemory::TakeFromBlock(std::size_t total) noexcept {
+  if (static_cast<std::size_t>(end_ - next_) < total) return nullptr;
+  auto* piece = new (next_) Piece{total, nullptr};
+  next_ += total;
+  inUse_ += total;
+  return piece + 1;
+}
+
+void* ParseMemory::TakeAlone(std::size_t total) {
+  void* raw = std::malloc(sizeof(Block) + total);
+  if (raw == nullptr) throw xc::OutOfMemoryException();
+  auto* block = new (raw) Block{nullptr, nullptr};
+  Link(block);
+  inUse_ += total;
+  return new (block + 1) Piece{total, block} + 1;
+}
+
+void ParseMemory::StartBlock() {
+  void* raw = TakeSharedBlock();
+  if (raw == nullptr) throw xc::OutOfMemoryException();
+  shared_ = new (raw) Block{nullptr, nullptr};
+  Link(shared_);
+  next_ = static_cast<char*>(raw) + sizeof(Block);
+  end_ = static_cast<char*>(raw) + kSharedBlockSize;
+}
+
+void ParseMemory::deallocate(void* bytes) {
+  if (bytes == nullptr) return;
+  const Piece* piece = static_cast<Piece*>(bytes) - 1;
+  const std::size_t total = piece->total;
+  if (Block* block = piece->alone) {
+    Unlink(block);
+    std::free(block);
+    inUse_ -= total;
+  } else if (static_cast<char*>(bytes) - sizeof(Piece) + total == next_) {
+    next_ -= total;  // the newest part: its room can be used again
+    inUse_ -= total;
+  }
+}
+
+void ParseMemory::Link(Block* block) noexcept {
+  block->next = blocks_;
+  if (blocks_ != nullptr) blocks_->previous = block;
+  blocks_ = block;
+}
+
+void ParseMemory::Unlink(Block* block) noexcept {
+  if (block->next != nullptr) block->next->previous = block->previous;
+  (block->previous != nullptr ? block->previous->next : blocks_) = block->next;
+}
+
+}  // namespace qv

@@ -1,0 +1,48 @@
+// The memory of one parser: handed out from a few large blocks, limited, and given back all at once. A small
+// answer fits into one block, which the thread keeps for its next parser. Whatever the XML library makes with
+// it (parser, document) must be gone before it; exceptions take their memory from the library's own manager,
+// since they outlive the parser. Used by one thread. Failure: the XML library's OutOfMemoryException, at the
+// limit and when the system has no more.
+#pragma once
+
+#include <cstddef>
+
+#include <xercesc/framework/MemoryManager.hpp>
+
+namespace qv {
+
+class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
+ public:
+  ParseMemory() noexcept;
+  ~ParseMemory() override;
+
+  // From now on at most `bytes` may be in use, what is in use already included. Requests below 1 kB may go
+  // beyond by up to 16 MB.
+  void SetLimit(std::size_t bytes) noexcept { limit_ = bytes; }
+  // Bytes in use. What lies inside a shared block counts until the end, given back or not.
+  std::size_t BytesInUse() const noexcept { return inUse_; }
+
+  XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager* getExceptionMemoryManager() override;
+  void* allocate(XMLSize_t size) override;
+  void deallocate(void* bytes) override;
+
+ private:
+  struct Block;
+  struct Piece;
+
+  std::size_t SmallRequestLimit() const noexcept;
+  void* TakeFromBlock(std::size_t total) noexcept;
+  void* TakeAlone(std::size_t total);
+  void StartBlock();
+  void Link(Block* block) noexcept;
+  void Unlink(Block* block) noexcept;
+
+  Block* blocks_ = nullptr;  // all that the system gave, the newest first
+  Block* shared_ = nullptr;  // the one that pieces are cut from
+  char* next_ = nullptr;     // its free part
+  char* end_ = nullptr;
+  std::size_t inUse_ = 0;
+  std::size_t limit_ = static_cast<std::size_t>(-1);
+};
+
+}  // namespace qv

@@ -1,0 +1,157 @@
+#include "xml/qv_dom_parser.h"
+
+#include <algorithm>
+#include <string>
+
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
+#include <xercesc/framework/XMLElementDecl.hpp>
+#include <xercesc/internal/ReaderMgr.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+
+#include "xml/text_input_source.h"
+
+namespace qv {
+namespace {
+
+namespace xc = XERCES_CPP_NAMESPACE;
+
+// Measured: 30 bytes for a unit of a table, 3 for a unit of long text, 55 for the densest flat markup
+// ("<a/>"), 90 for start tags that only nest. So only a document of hundreds of thousands of levels meets the
+// ceiling before 32 million units.
+constexpr std::size_t kBytesPerUnit = 64;
+constexpr std::size_t kBytesForAnyText = std::size_t{64} << 20;
+constexpr std::size_t kMostBytes = std::size_t{2} << 30;
+
+}  // namespace
+
+QvDomParser::QvDomParser() : TreeBuilder(nullptr, &Memory()), ownHandler_(true), memoryCeiling_(kMostBytes) {
+  setErrorHandler(&ownHandler_);
+  setValidationScheme(Val_Never);
+}
+
+QvDomParser::~QvDomParser() = default;
+
+std::size_t QvDomParser::MemoryCeilingFor(std::size_t units) noexcept {
+  return kBytesForAnyText + std::min(units, (kMostBytes - kBytesForAnyText) / kBytesPerUnit) * kBytesPerUnit;
+}
+
+void QvDomParser::ParseHostileText(std::u16string_view text, const char* bufferId) {
+  bufferId_.assign(bufferId, bufferId + std::char_traits<char>::length(bufferId));
+  Disarm(text.size());
+  try {
+    parse(TextInputSource(text, bufferId_.c_str(), &Memory()));
+  } catch (const xc::OutOfMemoryException&) {
+    Refuse(u"The document needs more memory than it may have.");
+  } catch (const xc::DOMException&) {
+    Refuse(u"The document cannot be built.");  // its place is forgotten by now
+  }
+}
+
+// With no default resolution the library fails where it would open a file or a connection.
+void QvDomParser::Disarm(std::size_t units) {
+  isHostile_ = true;
+  if (getErrorHandler() == nullptr) setErrorHandler(&ownHandler_);  // else errors would pass unseen
+  expansionLimit_.setEntityExpansionLimit(kMaxEntityExpansions);
+  setSecurityManager(&expansionLimit_);
+  setDisableDefaultEntityResolution(true);
+  Memory().SetLimit(std::min(memoryCeiling_, MemoryCeilingFor(units)));
+}
+
+// The scanner stands still where a callback or the memory refuses, so it still knows the place.
+void QvDomParser::Refuse(const char16_t* why) {
+  xc::ReaderMgr::LastExtEntityInfo place;
+  getScanner()->getReaderMgr()->getLastExtEntityInfo(place);
+  const xc::SAXParseException refusal(why, nullptr, bufferId_.c_str(), place.lineNumber, place.colNumber);
+  getErrorHandler()->fatalError(refusal);
+  throw xc::SAXParseException(refusal);  // also when the handler would have gone on
+}
+
+XmlNode QvDomParser::Document() const {
+  return XmlNode(fDocument);
+}
+
+void QvDomParser::error(unsigned int /*code*/, const XMLCh* /*domain*/, xc::XMLErrorReporter::ErrTypes type,
+                        const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
+                        XMLFileLoc column) {
+  const xc::SAXParseException report(text, publicId, systemId, line, column);
+  xc::ErrorHandler* handler = getErrorHandler();  // not null: without a handler the library reports nothing
+  if (type == xc::XMLErrorReporter::ErrType_Warning) {
+    handler->warning(report);
+  } else if (type == xc::XMLErrorReporter::ErrType_Fatal) {
+    handler->fatalError(report);
+  } else {
+    handler->error(report);
+  }
+}
+
+void QvDomParser::startElement(const xc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
+                               const xc::RefVectorOf<xc::XMLAttr>& attributes, XMLSize_t attributeCount,
+                               bool isEmpty, bool isRoot) {
+  if (isHostile_) {
+    // The scanner numbers the names of elements as they come up.
+    if (declaration.getId() > kMaxElementNames) Refuse(u"The document has too many different elements.");
+    if (attributeCount > kMaxAttributesOfElement) Refuse(u"The element has too many attributes.");
+  }
+  TreeBuilder::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
+}
+
+// The scanner lets any version 1.x pass, the document does not.
+void QvDomParser::XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone,
+                          const XMLCh* actualEncoding) {
+  try {
+    TreeBuilder::XMLDecl(version, encoding, standalone, actualEncoding);
+  } catch (const xc::DOMException&) {
+    if (!isHostile_) throw;
+    Refuse(u"The version of XML is not supported.");
+  }
+}
+
+// Nor does it take every name that the scanner takes.
+void QvDomParser::doctypeDecl(const xc::DTDElementDecl& root, const XMLCh* publicId, const XMLCh* systemId,
+                              bool hasInternalSubset, bool hasExternalSubset) {
+  try {
+    TreeBuilder::doctypeDecl(root, publicId, systemId, hasInternalSubset, hasExternalSubset);
+  } catch (const xc::DOMException&) {
+    if (!isHostile_) throw;
+    Refuse(u"The name of the document type is not valid.");
+  }
+}
+
+// The library counts references in the content only. A parameter entity has white space around it, which
+// comes by here. Each entity that is read has a reader of its own, counted up from the document's, which
+// is 1.
+void QvDomParser::doctypeWhitespace(const XMLCh* units, XMLSize_t length) {
+  if (isHostile_ && getScanner()->getReaderMgr()->getCurrentReaderNum() > kMaxEntityExpansions + 1) {
+    Refuse(u"The document refers to too many parameter entities.");
+  }
+  TreeBuilder::doctypeWhitespace(units, length);
+}
+
+void QvDomParser::CountDeclaration() {
+  if (isHostile_ && ++declarations_ > kMaxDeclarations) Refuse(u"The document has too many declarations.");
+}
+
+void QvDomParser::attDef(const xc::DTDElementDecl& element, const xc::DTDAttDef& attribute, bool isIgnored) {
+  CountDeclaration();
+  TreeBuilder::attDef(element, attribute, isIgnored);
+}
+
+void QvDomParser::elementDecl(const xc::DTDElementDecl& element, bool isIgnored) {
+  CountDeclaration();
+  TreeBuilder::elementDecl(element, isIgnored);
+}
+
+void QvDomParser::entityDecl(const xc::DTDEntityDecl& entity, bool isParameterEntity, bool isIgnored) {
+  CountDeclaration();
+  TreeBuilder::entityDecl(entity, isParameterEntity, isIgnored);
+}
+
+void QvDomParser::notationDecl(const xc::XMLNotationDecl& notation, bool isIgnored) {
+  CountDeclaration();
+  TreeBuilder::notationDecl(notation, isIgnored);
+}
+
+}  // namespace qv

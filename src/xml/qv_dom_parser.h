@@ -1,0 +1,112 @@
+// The one parser of the library: a document from memory (an answer) or from a file (a script document).
+// Namespaces, validation and schemas are off. It catches nothing but its own ceiling on memory:
+// SAXParseException from the handler, DOMException and XMLException of the XML library go to the caller. One
+// parser serves one document: it keeps what it has read until it dies, and after a refusal it is of no
+// further use. The document dies with its parser, also one that was adopted from it. Used by one thread, in
+// one scope, with the library started (XmlLibraryGuardScope). The constructor throws the XML library's
+// OutOfMemoryException, which is no std::exception, when the system has no memory left.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include <xercesc/util/SecurityManager.hpp>
+
+#include "qvscriptwells/wide_string.h"
+#include "xml/parse_memory.h"
+#include "xml/qv_dom_error_handlers.h"
+#include "xml/tree_builder.h"
+#include "xml/xml_node.h"
+
+namespace qv {
+
+// Comes first among the bases of the parser, so that its memory is there before all of it and goes last.
+class ParseMemoryOwner {
+ protected:
+  ParseMemory& Memory() noexcept { return memory_; }
+  const ParseMemory& Memory() const noexcept { return memory_; }
+
+ private:
+  ParseMemory memory_;
+};
+
+class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
+ public:
+  // An error handler of its own is in place, so errors are thrown whether or not the caller sets another.
+  QvDomParser();
+  ~QvDomParser() override;
+  QvDomParser(const QvDomParser&) = delete;
+  QvDomParser& operator=(const QvDomParser&) = delete;
+
+  using TreeBuilder::parse;
+
+  // Parses an answer that a server sent. The document is disarmed: nothing external is opened, at most
+  // kMaxEntityExpansions references to entities are followed (character references and the five predefined
+  // names do not count), and memory is limited, as is what the library handles in quadratic time. What is
+  // refused is a SAXParseException like any other, with the place that parsing had reached. `bufferId` is the
+  // system id of error reports, ASCII. The text is read as it is, whatever encoding an XML declaration in it
+  // names; it must outlive this call only.
+  void ParseHostileText(std::u16string_view text, const char* bufferId);
+
+  // Parses the file of a name or file URL (support/file_names.h), in UTF-8. A name with "#" or "?" goes to
+  // the library as it is. `reuse` lets the library use grammars that it keeps. Nothing is fetched from a
+  // network; that, and a file that cannot be opened, is a SAXParseException at line 0.
+  void parse(const char* fileName, bool reuse);
+
+  // Lowers the ceiling on memory of ParseHostileText from MemoryCeilingFor to `bytes`.
+  void LimitMemory(std::size_t bytes) noexcept { memoryCeiling_ = bytes; }
+
+  // What the parser and its document take; for tests and measurements.
+  std::size_t BytesInUse() const noexcept { return Memory().BytesInUse(); }
+
+  // The document of the last parse, null node when there is none.
+  XmlNode Document() const;
+
+  // Bytes that a text of so many units may cost.
+  static std::size_t MemoryCeilingFor(std::size_t units) noexcept;
+
+  static constexpr std::size_t kMaxEntityExpansions = 64;
+  // The library keeps these in tables of fixed size or in order, so their cost grows with the square of their
+  // number.
+  static constexpr std::size_t kMaxElementNames = 16384;
+  static constexpr std::size_t kMaxAttributesOfElement = 4096;
+  static constexpr std::size_t kMaxDeclarations = 4096;
+
+  // As in the base class, but what the exception says outlives the parser.
+  void error(unsigned int code, const XMLCh* domain,
+             XERCES_CPP_NAMESPACE_QUALIFIER XMLErrorReporter::ErrTypes type, const XMLCh* text,
+             const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line, XMLFileLoc column) override;
+  // As in the base class, but a hostile text meets its limits here.
+  void startElement(
+      const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl& declaration, unsigned int uriId,
+      const XMLCh* prefix,
+      const XERCES_CPP_NAMESPACE_QUALIFIER RefVectorOf<XERCES_CPP_NAMESPACE_QUALIFIER XMLAttr>& attributes,
+      XMLSize_t attributeCount, bool isEmpty, bool isRoot) override;
+  void XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone,
+               const XMLCh* actualEncoding) override;
+  void doctypeDecl(const XERCES_CPP_NAMESPACE_QUALIFIER DTDElementDecl& root, const XMLCh* publicId,
+                   const XMLCh* systemId, bool hasInternalSubset, bool hasExternalSubset) override;
+  void doctypeWhitespace(const XMLCh* units, XMLSize_t length) override;
+  void attDef(const XERCES_CPP_NAMESPACE_QUALIFIER DTDElementDecl& element,
+              const XERCES_CPP_NAMESPACE_QUALIFIER DTDAttDef& attribute, bool isIgnored) override;
+  void elementDecl(const XERCES_CPP_NAMESPACE_QUALIFIER DTDElementDecl& element, bool isIgnored) override;
+  void entityDecl(const XERCES_CPP_NAMESPACE_QUALIFIER DTDEntityDecl& entity, bool isParameterEntity,
+                  bool isIgnored) override;
+  void notationDecl(const XERCES_CPP_NAMESPACE_QUALIFIER XMLNotationDecl& notation, bool isIgnored) override;
+
+ private:
+  void ParseLocalFile(const WideString& url);
+  void Disarm(std::size_t units);
+  void CountDeclaration();
+  [[noreturn]] void Refuse(const char16_t* why);
+
+  QvDOMErrorHandlers ownHandler_;
+  XERCES_CPP_NAMESPACE_QUALIFIER SecurityManager expansionLimit_;
+  std::u16string bufferId_;
+  std::size_t memoryCeiling_;
+  std::size_t declarations_ = 0;
+  bool isHostile_ = false;
+};
+
+}  // namespace qv

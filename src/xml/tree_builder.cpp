@@ -1,0 +1,118 @@
+#include "xml/tree_builder.h"
+
+#include <xercesc/dom/impl/DOMAttrImpl.hpp>
+#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
+#include <xercesc/dom/impl/DOMCasts.hpp>
+#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
+#include <xercesc/dom/impl/DOMElementImpl.hpp>
+#include <xercesc/dom/impl/DOMTextImpl.hpp>
+#include <xercesc/framework/XMLAttr.hpp>
+#include <xercesc/framework/XMLElementDecl.hpp>
+
+namespace qv {
+namespace {
+
+namespace xc = XERCES_CPP_NAMESPACE;
+
+bool IsElement(const xc::DOMNode* node) {
+  return node->getNodeType() == xc::DOMNode::ELEMENT_NODE;
+}
+bool IsText(const xc::DOMNode* node) {
+  return node->getNodeType() == xc::DOMNode::TEXT_NODE;
+}
+
+xc::DOMElementImpl* AsElement(xc::DOMNode* node) {
+  return static_cast<xc::DOMElementImpl*>(node);
+}
+xc::DOMTextImpl* AsText(xc::DOMNode* node) {
+  return static_cast<xc::DOMTextImpl*>(node);
+}
+
+xc::DOMChildNode& LinksOf(xc::DOMNode* child) {
+  if (IsElement(child)) return AsElement(child)->fChild;
+  if (IsText(child)) return AsText(child)->fChild;
+  return *xc::castToChildImpl(child);
+}
+
+// Links a new node behind the last child. The library keeps the last child as the first one's previous
+// sibling.
+void Append(xc::DOMNode* parent, xc::DOMParentNode& parentPart, xc::DOMNode* child,
+            xc::DOMNodeImpl& childPart, xc::DOMChildNode& childLinks) {
+  childPart.fOwnerNode = parent;
+  childPart.isOwned(true);
+  if (parentPart.fFirstChild == nullptr) {
+    parentPart.fFirstChild = child;
+    childPart.isFirstChild(true);
+    childLinks.previousSibling = child;
+    return;
+  }
+  xc::DOMChildNode& firstLinks = LinksOf(parentPart.fFirstChild);
+  xc::DOMNode* last = firstLinks.previousSibling;
+  LinksOf(last).nextSibling = child;
+  childLinks.previousSibling = last;
+  firstLinks.previousSibling = child;
+}
+
+void AppendText(xc::DOMNode* parent, xc::DOMParentNode& parentPart, xc::DOMTextImpl* text) {
+  Append(parent, parentPart, text, text->fNode, text->fChild);
+}
+
+void AddAttribute(xc::DOMElementImpl* element, xc::DOMAttrImpl* attribute, const xc::XMLAttr& source) {
+  element->fAttributes->setNamedItemFast(attribute);
+  if (source.getValue() != nullptr) {
+    xc::DOMText* value = attribute->fParent.fOwnerDocument->createTextNode(source.getValue());
+    AppendText(attribute, attribute->fParent, AsText(value));
+  }
+  attribute->fNode.isSpecified(source.getSpecified());
+}
+
+}  // namespace
+
+void TreeBuilder::startElement(const xc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
+                               const xc::RefVectorOf<xc::XMLAttr>& attributes, XMLSize_t attributeCount,
+                               bool isEmpty, bool isRoot) {
+  if (getDoNamespaces() || getCreateSchemaInfo() || declaration.hasAttDefs() || !IsElement(fCurrentParent)) {
+    XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
+    return;
+  }
+  xc::DOMElementImpl* element = AsElement(createElement(declaration.getFullName()));
+  if (attributeCount != 0) element->fAttributes->reserve(attributeCount);
+  for (XMLSize_t i = 0; i < attributeCount; ++i) {
+    const xc::XMLAttr& source = *attributes.elementAt(i);
+    AddAttribute(element, static_cast<xc::DOMAttrImpl*>(createAttr(source.getName())), source);
+  }
+  Append(fCurrentParent, AsElement(fCurrentParent)->fParent, element, element->fNode, element->fChild);
+  fCurrentParent = element;
+  fCurrentNode = element;
+  fWithinElement = true;
+  if (isEmpty) endElement(declaration, uriId, isRoot, prefix);
+}
+
+void TreeBuilder::endElement(const xc::XMLElementDecl& declaration, unsigned int uriId, bool isRoot,
+                             const XMLCh* prefix) {
+  if (getDoXInclude() || !IsElement(fCurrentParent) || !AsElement(fCurrentParent)->fNode.isOwned()) {
+    XercesDOMParser::endElement(declaration, uriId, isRoot, prefix);
+    return;
+  }
+  fCurrentNode = fCurrentParent;
+  fCurrentParent = AsElement(fCurrentNode)->fNode.fOwnerNode;
+  if (fCurrentParent == fDocument) fWithinElement = false;
+}
+
+xc::DOMAttr* TreeBuilder::createAttr(const XMLCh* name) {
+  auto* attribute = new (fDocument, xc::DOMMemoryManager::ATTR_OBJECT) xc::DOMAttrImpl(fDocument, u"");
+  attribute->fName = fDocument->cloneString(name);
+  return attribute;
+}
+
+void TreeBuilder::docCharacters(const XMLCh* units, XMLSize_t length, bool isCData) {
+  if (isCData || !fWithinElement || IsText(fCurrentNode) || !IsElement(fCurrentParent)) {
+    XercesDOMParser::docCharacters(units, length, isCData);
+    return;
+  }
+  xc::DOMText* text = createText(units, length);
+  AppendText(fCurrentParent, AsElement(fCurrentParent)->fParent, AsText(text));
+  fCurrentNode = text;
+}
+
+}  // namespace qv

@@ -1,0 +1,105 @@
+#include "xml/xml_library_guard.h"
+
+#include <exception>
+
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/xml_library_hold.h"
+
+namespace qv {
+namespace {
+
+namespace xc = XERCES_CPP_NAMESPACE;
+
+void StartXerces() {
+  xc::XMLPlatformUtils::Initialize();
+}
+void StopXerces() {
+  xc::XMLPlatformUtils::Terminate();
+}
+
+// Runs a start or stop and gives each of its failures the words that callers know.
+void RunControl(void (*function)(), const char16_t* otherFailure) {
+  try {
+    function();
+  } catch (const xc::XMLException& failure) {
+    throw EQvException(WideString(failure.getMessage()));
+  } catch (...) {
+    throw EQvException(WideString(otherFailure));
+  }
+}
+
+}  // namespace
+
+XmlLibraryGuard& XmlLibraryGuard::Process() {
+  static XmlLibraryGuard guard(XmlLibraryControl{StartXerces, StopXerces});
+  return guard;
+}
+
+XmlLibraryGuard::~XmlLibraryGuard() {
+  try {
+    while (Count() > 0) Release();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the process ends, or the test does
+  }
+}
+
+void XmlLibraryGuard::Acquire() {
+  if (CountIfRunning()) return;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  if (count_.load() == 0) RunControl(control_.start, u"Xerces initialization failed.");
+  ++count_;
+}
+
+// Counts without the lock while the library is up. A compare-and-swap, since another thread may take the
+// count to 0 between a plain test and the increment.
+bool XmlLibraryGuard::CountIfRunning() noexcept {
+  std::int32_t seen = count_.load();
+  while (seen != 0) {
+    if (count_.compare_exchange_weak(seen, seen + 1)) return true;
+  }
+  return false;
+}
+
+void XmlLibraryGuard::Release() {
+  if (count_.load() <= 0) return;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  if (count_.load() <= 0) return;  // another thread released the last use while this one waited
+  if (--count_ == 0) Stop();
+}
+
+void XmlLibraryGuard::Stop() {
+  try {
+    RunControl(control_.stop, u"Xerces termination failed.");
+  } catch (...) {
+    ++count_;
+    throw;
+  }
+}
+
+XmlLibraryGuardScope::XmlLibraryGuardScope(XmlLibraryGuard& guard)
+    : guard_(guard), exceptionsAtEntry_(std::uncaught_exceptions()) {
+  guard_.Acquire();
+}
+
+XmlLibraryGuardScope::~XmlLibraryGuardScope() noexcept(false) {
+  try {
+    guard_.Release();
+  } catch (...) {
+    if (std::uncaught_exceptions() == exceptionsAtEntry_) throw;
+  }
+}
+
+XmlLibraryHold::XmlLibraryHold() {
+  XmlLibraryGuard::Process().Acquire();
+}
+
+XmlLibraryHold::~XmlLibraryHold() {
+  try {
+    XmlLibraryGuard::Process().Release();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): a holder that goes has no way to use the news
+  }
+}
+
+}  // namespace qv

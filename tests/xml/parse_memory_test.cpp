@@ -1,0 +1,126 @@
+#include "xml/parse_memory.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+#include <xercesc/util/OutOfMemoryException.hpp>
+
+namespace qv {
+namespace {
+
+using XERCES_CPP_NAMESPACE::OutOfMemoryException;
+
+TEST(ParseMemory, PartsAreAlignedAndApart) {
+  ParseMemory memory;
+  std::vector<unsigned char*> parts;
+  for (std::size_t size = 0; size < 3000; size += 7) {
+    auto* part = static_cast<unsigned char*>(memory.allocate(size));
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(part) % alignof(std::max_align_t), 0U);
+    std::memset(part, static_cast<int>(parts.size() % 251), size);
+    parts.push_back(part);
+  }
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    for (std::size_t at = 0; at < i * 7; ++at) ASSERT_EQ(parts[i][at], i % 251) << i;
+  }
+}
+
+TEST(ParseMemory, LargePartIsGivenBackAtOnce) {
+  ParseMemory memory;
+  memory.allocate(1);
+  const std::size_t before = memory.BytesInUse();
+  void* part = memory.allocate(1 << 20);
+  EXPECT_GE(memory.BytesInUse(), before + (1 << 20));
+  memory.deallocate(part);
+  EXPECT_EQ(memory.BytesInUse(), before);
+}
+
+TEST(ParseMemory, LargePartsCanBeGivenBackInAnyOrder) {
+  ParseMemory memory;
+  memory.allocate(1);
+  const std::size_t before = memory.BytesInUse();
+  void* a = memory.allocate(1 << 20);
+  void* b = memory.allocate(1 << 20);
+  void* c = memory.allocate(1 << 20);
+  memory.deallocate(b);
+  memory.deallocate(a);
+  memory.deallocate(c);
+  EXPECT_EQ(memory.BytesInUse(), before);
+}
+
+TEST(ParseMemory, NewestPartIsGivenBackAtOnce) {
+  ParseMemory memory;
+  const std::size_t before = memory.BytesInUse();
+  void* part = memory.allocate(100);
+  memory.deallocate(part);
+  EXPECT_EQ(memory.BytesInUse(), before);
+  EXPECT_EQ(memory.allocate(100), part);
+}
+
+TEST(ParseMemory, NullIsGivenBackWithoutEffect) {
+  ParseMemory memory;
+  memory.deallocate(nullptr);
+  EXPECT_EQ(memory.BytesInUse(), 0U);
+}
+
+TEST(ParseMemory, LimitIsKept) {
+  ParseMemory memory;
+  memory.SetLimit(10000);
+  memory.allocate(9000);
+  EXPECT_THROW(memory.allocate(2000), OutOfMemoryException);
+  EXPECT_LE(memory.BytesInUse(), 10000U);
+}
+
+TEST(ParseMemory, LimitBelowWhatIsInUseIsReachedAlready) {
+  ParseMemory memory;
+  memory.allocate(2000);
+  memory.SetLimit(500);
+  EXPECT_THROW(memory.allocate(1024), OutOfMemoryException);
+}
+
+TEST(ParseMemory, SmallRequestsGoBeyondTheLimitButNotForEver) {
+  ParseMemory memory;
+  memory.SetLimit(0);
+  EXPECT_THROW(
+      {
+        for (int i = 0; i < 20000; ++i) memory.allocate(1000);
+      },
+      OutOfMemoryException);
+  EXPECT_GT(memory.BytesInUse(), 16000000U);
+  EXPECT_LE(memory.BytesInUse(), 16777216U);
+}
+
+TEST(ParseMemory, SizesNearTheLargestAreRefused) {
+  ParseMemory memory;
+  EXPECT_THROW(memory.allocate(SIZE_MAX), OutOfMemoryException);
+  EXPECT_THROW(memory.allocate(SIZE_MAX - 8), OutOfMemoryException);
+  EXPECT_THROW(memory.allocate(SIZE_MAX / 2), OutOfMemoryException);
+}
+
+TEST(ParseMemory, RefusedRequestLeavesItUsable) {
+  ParseMemory memory;
+  memory.SetLimit(10000);
+  EXPECT_THROW(memory.allocate(20000), OutOfMemoryException);
+  EXPECT_NE(memory.allocate(100), nullptr);
+}
+
+TEST(ParseMemory, EachThreadHasItsOwnSpareBlock) {
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([t] {
+      for (int i = 0; i < 1000; ++i) {
+        ParseMemory memory;
+        auto* part = static_cast<unsigned char*>(memory.allocate(100));
+        std::memset(part, t, 100);
+        ASSERT_EQ(part[99], t);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
+}  // namespace
+}  // namespace qv
