@@ -1,0 +1,36 @@
+#include "devservice/js_handles.h"
+
+#include "devservice/text.h"
+
+namespace qv::devservice {
+
+static_assert(sizeof(JSChar) == sizeof(char16_t), "the engine's strings are UTF-16");
+
+JsString MakeJsString(std::string_view utf8) {
+  std::u16string units;
+  if (!Utf8ToUtf16(utf8, units)) units.clear();
+  return JsString(JSStringCreateWithCharacters(reinterpret_cast<const JSChar*>(units.data()), units.size()));
+}
+
+std::u16string UnitsOf(JSStringRef text) {
+  const JSChar* units = JSStringGetCharactersPtr(text);
+  return std::u16string(reinterpret_cast<const char16_t*>(units), JSStringGetLength(text));
+}
+
+std::optional<std::u16string> TextOfValue(JSContextRef context, JSValueRef value, JSValueRef* exception) {
+  const JsString text(JSValueToStringCopy(context, value, exception));
+  if (!text) return std::nullopt;
+  return UnitsOf(text.get());
+}
+
+JSValueRef GetProperty(JSContextRef context, JSObjectRef object, const char* name) {
+  JSValueRef exception = nullptr;
+  const JSValueRef value = JSObjectGetProperty(context, object, MakeJsString(name).get(), &exception);
+  return exception ? nullptr : value;
+}
+
+void SetProperty(JSContextRef context, JSObjectRef object, std::string_view name, JSValueRef value) {
+  JSObjectSetProperty(context, object, MakeJsString(name).get(), value, kJSPropertyAttributeNone, nullptr);
+}
+
+}  // namespace qv::devservice

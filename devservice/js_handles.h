@@ -1,0 +1,40 @@
+// Owners of the engine's handles, and the few conversions that all users of the engine need.
+#pragma once
+
+#include <JavaScriptCore/JavaScript.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qv::devservice {
+
+struct JsStringDeleter {
+  void operator()(JSStringRef text) const { JSStringRelease(text); }
+};
+using JsString = std::unique_ptr<OpaqueJSString, JsStringDeleter>;
+
+struct JsContextDeleter {
+  void operator()(JSGlobalContextRef context) const { JSGlobalContextRelease(context); }
+};
+// JSGlobalContextRef is the mutable form of JSContextRef, so the pointee is not const.
+using JsContext = std::unique_ptr<OpaqueJSContext, JsContextDeleter>;
+
+// From UTF-8; malformed bytes give an empty text.
+JsString MakeJsString(std::string_view utf8);
+
+// The units of an engine string.
+std::u16string UnitsOf(JSStringRef text);
+
+// Like String(value), which may run code of the script; nothing when that throws (it is left in `exception`
+// unless that is null).
+std::optional<std::u16string> TextOfValue(JSContextRef context, JSValueRef value, JSValueRef* exception);
+
+// Value of a property, or null when reading it throws.
+JSValueRef GetProperty(JSContextRef context, JSObjectRef object, const char* name);
+
+// Sets an ordinary property. The engine is out of memory if that fails, which the next evaluation reports.
+void SetProperty(JSContextRef context, JSObjectRef object, std::string_view name, JSValueRef value);
+
+}  // namespace qv::devservice

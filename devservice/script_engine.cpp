@@ -1,0 +1,36 @@
+#include "devservice/script_engine.h"
+
+#include "devservice/fault_codes.h"
+#include "devservice/js_handles.h"
+#include "devservice/js_values.h"
+
+namespace qv::devservice {
+namespace {
+
+constexpr int kFirstLine = 1;
+
+ScriptResult DescribeFailure(JSContextRef context, JSStringRef code, JSValueRef exception) {
+  ScriptResult result = ResultOfException(context, exception);
+  if (!JSCheckScriptSyntax(context, code, nullptr, kFirstLine, nullptr)) result.code = kScriptSyntax;
+  return result;
+}
+
+}  // namespace
+
+ScriptEngine::ScriptEngine() : group_(JSContextGroupCreate()) {}
+ScriptEngine::~ScriptEngine() {
+  JSContextGroupRelease(group_);
+}
+
+ScriptResult ScriptEngine::Run(const ScriptJob& job) {
+  const JsContext context(JSGlobalContextCreateInGroup(group_, nullptr));
+  InstallScriptApi(context.get(), job);
+  const JsString code = MakeJsString(job.code);
+  JSValueRef exception = nullptr;
+  const JSValueRef value =
+      JSEvaluateScript(context.get(), code.get(), nullptr, nullptr, kFirstLine, &exception);
+  if (exception) return DescribeFailure(context.get(), code.get(), exception);
+  return ResultOfValue(context.get(), value);
+}
+
+}  // namespace qv::devservice

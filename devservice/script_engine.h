@@ -1,0 +1,25 @@
+// Runs one script after another in JavaScriptCore, each in a fresh global object.
+#pragma once
+
+#include <JavaScriptCore/JavaScript.h>
+
+#include "devservice/script_job.h"
+
+namespace qv::devservice {
+
+// Belongs to one thread. Has no limits of its own: time and memory are watched from outside the process.
+class ScriptEngine {
+ public:
+  ScriptEngine();
+  ~ScriptEngine();
+  ScriptEngine(const ScriptEngine&) = delete;
+  ScriptEngine& operator=(const ScriptEngine&) = delete;
+
+  // Never throws for what a script does: its failure is a result of the kind kFault.
+  ScriptResult Run(const ScriptJob& job);
+
+ private:
+  JSContextGroupRef group_;
+};
+
+}  // namespace qv::devservice

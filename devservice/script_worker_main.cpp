@@ -1,0 +1,9 @@
+// The script worker as a program of its own, for hosts of the service that have no such command themselves.
+
+#include <unistd.h>
+
+#include "devservice/script_worker.h"
+
+int main() {
+  _exit(qv::devservice::RunScriptWorker(STDIN_FILENO));
+}

@@ -1,0 +1,83 @@
+#include "devservice/service.h"
+
+#include <unistd.h>
+
+#include <stdexcept>
+
+#include "devservice/endpoint.h"
+#include "devservice/http_server.h"
+#include "devservice/service_stats.h"
+#include "devservice/sessions.h"
+#include "devservice/worker_pool.h"
+
+namespace qv::devservice {
+namespace {
+
+void CheckOptions(const ServiceOptions& options) {
+  if (options.port < 0 || options.port > 65535)
+    throw std::runtime_error("The port is not between 0 and 65535.");
+  if (options.workerCommand.empty()) throw std::runtime_error("No command for the script worker is set.");
+  if (options.maxWorkers == 0 || options.maxConnections == 0) {
+    throw std::runtime_error("The service needs at least one worker and one connection.");
+  }
+  const std::string& program = options.workerCommand.front();
+  if (program.find('/') != std::string::npos && access(program.c_str(), X_OK) != 0) {
+    throw std::runtime_error("The script worker \"" + program + "\" is no program that can be run.");
+  }
+}
+
+}  // namespace
+
+// The parts in the order in which they depend on each other.
+class Service::Running {
+ public:
+  explicit Running(const ServiceOptions& options)
+      : sessions_(options.users, options.maxSessions, options.sessionIdleLimit),
+        pool_({options.workerCommand, options.maxWorkers, options.scriptTimeLimit, options.scriptMemoryLimit},
+              stats_),
+        endpoint_(Namespaces(options.namespaceHost), sessions_, pool_, stats_),
+        server_({options.host, options.port, options.maxRequestBytes, options.maxConnections,
+                 options.keepAliveTime, options.stallTime},
+                stats_, [this](const HttpRequest& request) { return endpoint_.Handle(request); }) {}
+
+  // Scripts first: the server waits for its handlers.
+  ~Running() {
+    pool_.Stop();
+    server_.Stop();
+  }
+
+  int Port() const { return server_.Port(); }
+
+ private:
+  ServiceStats stats_;
+  SessionTable sessions_;
+  WorkerPool pool_;
+  Endpoint endpoint_;
+  HttpServer server_;
+};
+
+Service::Service(ServiceOptions options) : options_(std::move(options)) {}
+Service::~Service() = default;
+
+void Service::Start() {
+  if (running_) return;
+  CheckOptions(options_);
+  running_ = std::make_unique<Running>(options_);
+}
+
+void Service::Stop() {
+  running_.reset();
+}
+
+int Service::Port() const {
+  return running_ ? running_->Port() : 0;
+}
+
+std::string Service::Url() const {
+  if (!running_) return "";
+  const bool bracketed = options_.host.find(':') != std::string::npos;
+  const std::string host = bracketed ? "[" + options_.host + "]" : options_.host;
+  return "http://" + host + ":" + std::to_string(Port());
+}
+
+}  // namespace qv::devservice

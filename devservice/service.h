@@ -1,0 +1,87 @@
+// The development service: a local server that runs JavaScript scripts and speaks the Scriptwells protocol.
+//
+// It is meant for development and tests: it listens on loopback, keeps everything in memory and forgets
+// all of it when it stops. devservice/README.md tells the protocol, the script API and the limits.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qv::devservice {
+
+// One user who may open a session. Both texts are UTF-8 and compared exactly.
+struct ServiceUser {
+  std::string name;
+  std::string password;
+};
+
+// Everything that a service is told before it starts. Values are copied; a later change has no effect.
+struct ServiceOptions {
+  // Address or name to listen on. Anything but loopback opens the service to the network: it runs the code
+  // that it is sent, so think twice.
+  std::string host = "127.0.0.1";
+  // TCP port, 0 to 65535; 0 takes a free one, which Port() then tells.
+  int port = 0;
+  // Wall-clock time that one script may take, from its arrival at the worker to its answer.
+  std::chrono::milliseconds scriptTimeLimit{5000};
+  // Bytes of resident memory that a worker may take beyond what it had when it was fresh.
+  std::size_t scriptMemoryLimit = std::size_t{256} << 20;
+  // Who may open a session. Empty: every non-empty user name, with any password.
+  std::vector<ServiceUser> users;
+  // Program and arguments of the script worker, which has to call RunScriptWorker on descriptor 0. A name
+  // without "/" is looked up in PATH. Required.
+  std::vector<std::string> workerCommand;
+  // Most workers alive at one time; further scripts wait for a free one.
+  std::size_t maxWorkers = 4;
+  // Host in front of the paths of all namespaces. Has to equal the client's constant.
+  std::string namespaceHost = "http://quorvane.example";
+  // Largest request body in bytes; more is answered with status 413.
+  std::size_t maxRequestBytes = std::size_t{64} << 20;
+  // Most open sessions; one more is a fault. Sessions idle for `sessionIdleLimit` make room.
+  std::size_t maxSessions = 1000;
+  std::chrono::seconds sessionIdleLimit{3600};
+  // Most connections served at one time; further ones wait.
+  std::size_t maxConnections = 128;
+  // How long a kept connection may stay without a request before it is closed.
+  std::chrono::milliseconds keepAliveTime{60000};
+  // How long the odd answers "stall" and "stallhead" hold still.
+  std::chrono::milliseconds stallTime{30000};
+};
+
+// A service that can be started and stopped any number of times. The object is not copyable. Start and Stop
+// belong to one thread at a time; Port and Url may be called from any thread while it runs.
+class Service {
+ public:
+  // Only keeps the options; nothing is opened.
+  explicit Service(ServiceOptions options);
+  // Stops a running service.
+  ~Service();
+  Service(const Service&) = delete;
+  Service& operator=(const Service&) = delete;
+
+  // Opens the port and returns as soon as connections are accepted. Throws std::runtime_error with a text for
+  // people when that fails (port taken, bad host, no worker command, worker program not found); nothing is
+  // left open then. Starting a running service does nothing.
+  void Start();
+
+  // Ends every connection and every running script, and returns when all threads and workers are gone: at
+  // once, also while a script loops or an answer stalls. Sessions and counts are forgotten. Stopping a
+  // stopped service does nothing.
+  void Stop();
+
+  // The port in use, 0 when stopped.
+  int Port() const;
+
+  // "http://host:port" without a path, in the form that a client takes as server name; empty when stopped.
+  std::string Url() const;
+
+ private:
+  class Running;
+  ServiceOptions options_;
+  std::unique_ptr<Running> running_;
+};
+
+}  // namespace qv::devservice

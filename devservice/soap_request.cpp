@@ -1,0 +1,191 @@
+#include "devservice/soap_request.h"
+
+#include "devservice/fault_codes.h"
+#include "devservice/value_types.h"
+#include "devservice/xml_reader.h"
+
+namespace qv::devservice {
+namespace {
+
+using Nodes = std::vector<pugi::xml_node>;
+
+constexpr Action kActions[] = {Action::kCreateUserSession, Action::kCloseUserSession, Action::kExecute};
+
+[[noreturn]] void RefuseParameter(int code, const std::string& name, const std::string& why) {
+  throw FaultError(code, "The parameter \"" + name + "\" " + why, "request");
+}
+
+// Reads the three messages. Holds no more than the namespaces, borrowed.
+class RequestReader {
+ public:
+  explicit RequestReader(const Namespaces& spaces) : spaces_(spaces) {}
+  SoapRequest Read(pugi::xml_node envelope) const;
+
+ private:
+  pugi::xml_node FindMethod(pugi::xml_node envelope) const;
+  Action ReadAction(pugi::xml_node method) const;
+  std::string ReadString(pugi::xml_node element, const char* name) const;
+  void ReadExecute(const Nodes& children, SoapRequest& request) const;
+  std::vector<Parameter> ReadParameters(pugi::xml_node array) const;
+  void CheckNilForm(pugi::xml_node array) const;
+  void CheckArrayType(pugi::xml_node array, const std::string& bounds) const;
+  Parameter ReadParameter(pugi::xml_node element) const;
+
+  const Namespaces& spaces_;
+};
+
+void ExpectCount(const Nodes& children, std::size_t count, std::string_view parent) {
+  if (children.size() == count) return;
+  throw XmlError("\"" + std::string(parent) + "\" holds " + std::to_string(children.size()) +
+                 " elements, not " + std::to_string(count));
+}
+
+void ExpectType(pugi::xml_node element, std::string_view space, std::string_view name) {
+  const std::string written = FindAttribute(element, kSchemaInstance, "type").value_or("");
+  const QualifiedName type = ResolveName(element, written);
+  if (type.prefixed && type.space == space && type.name == name) return;
+  throw XmlError("\"" + std::string(element.name()) + "\" has the type \"" + written + "\"");
+}
+
+pugi::xml_node RequestReader::FindMethod(pugi::xml_node envelope) const {
+  ExpectElement(envelope, kSoapEnvelope, "Envelope");
+  const Nodes parts = ChildElements(envelope);
+  ExpectCount(parts, 1, "Envelope");
+  ExpectElement(parts[0], kSoapEnvelope, "Body");
+  const Nodes methods = ChildElements(parts[0]);
+  ExpectCount(methods, 1, "Body");
+  return methods[0];
+}
+
+Action RequestReader::ReadAction(pugi::xml_node method) const {
+  for (const Action action : kActions) {
+    if (LocalName(method) != ActionName(action)) continue;
+    ExpectElement(method, spaces_.service, ActionName(action));
+    return action;
+  }
+  throw XmlError("the method \"" + std::string(method.name()) + "\" is not known");
+}
+
+std::string RequestReader::ReadString(pugi::xml_node element, const char* name) const {
+  ExpectElement(element, spaces_.service, name);
+  ExpectType(element, kSchema, "string");
+  return TextOf(element);
+}
+
+SoapRequest RequestReader::Read(pugi::xml_node envelope) const {
+  const pugi::xml_node method = FindMethod(envelope);
+  const Nodes children = ChildElements(method);
+  SoapRequest request;
+  request.action = ReadAction(method);
+  ExpectCount(children, request.action == Action::kExecute ? 3 : 1, method.name());
+  switch (request.action) {
+    case Action::kCreateUserSession:
+      request.connectionString = ReadString(children[0], "ConnectionString");
+      break;
+    case Action::kCloseUserSession:
+      request.sessionId = ReadString(children[0], "usid");
+      break;
+    case Action::kExecute:
+      ReadExecute(children, request);
+      break;
+  }
+  return request;
+}
+
+void RequestReader::ReadExecute(const Nodes& children, SoapRequest& request) const {
+  request.sessionId = ReadString(children[0], "usid");
+  request.scriptDocument = ReadString(children[1], "Script");
+  request.parameters = ReadParameters(children[2]);
+}
+
+std::vector<Parameter> RequestReader::ReadParameters(pugi::xml_node array) const {
+  ExpectElement(array, spaces_.service, "parameters");
+  std::vector<Parameter> result;
+  const Nodes elements = ChildElements(array);
+  if (FindAttribute(array, kSchemaInstance, "nil")) {
+    ExpectCount(elements, 0, "parameters");
+    CheckNilForm(array);
+    return result;
+  }
+  CheckArrayType(array, "[" + std::to_string(elements.size()) + "]");
+  for (const pugi::xml_node element : elements) result.push_back(ReadParameter(element));
+  return result;
+}
+
+void RequestReader::CheckNilForm(pugi::xml_node array) const {
+  if (FindAttribute(array, kSchemaInstance, "nil") != "true") throw XmlError("xsi:nil is not \"true\"");
+  ExpectType(array, spaces_.sof, "Parameter");
+  CheckArrayType(array, "[]");
+}
+
+void RequestReader::CheckArrayType(pugi::xml_node array, const std::string& bounds) const {
+  const std::string written = FindAttribute(array, kSoapEncoding, "arrayType").value_or("");
+  const QualifiedName type = ResolveName(array, written);
+  if (type.space == spaces_.sof && type.name == "Parameter" + bounds) return;
+  throw XmlError("the array type \"" + written + "\" is not that of an array Parameter" + bounds);
+}
+
+// The row of the type that an element declares. A ticket of an uploaded file has a type without a prefix.
+const ValueType& FindType(pugi::xml_node value, const std::string& parameter) {
+  const std::string written = FindAttribute(value, kSchemaInstance, "type").value_or("");
+  const QualifiedName name = ResolveName(value, written);
+  const ValueType* type = name.space == kSchema ? FindValueType(name.name) : nullptr;
+  if (type) return *type;
+  RefuseParameter(kUnsupportedType, parameter,
+                  "has the type \"" + written + "\", which this service does not know.");
+}
+
+Parameter RequestReader::ReadParameter(pugi::xml_node element) const {
+  ExpectElement(element, spaces_.service, "Parameter");
+  const Nodes children = ChildElements(element);
+  ExpectCount(children, 2, "Parameter");
+  ExpectElement(children[1], spaces_.service, "Value");
+  Parameter parameter;
+  parameter.name = ReadString(children[0], "Name");
+  const ValueType& type = FindType(children[1], parameter.name);
+  parameter.type = type.name;
+  const std::string text = TextOf(children[1]);
+  if (!NormaliseText(type, text, parameter.text)) {
+    RefuseParameter(
+        kBadParameter, parameter.name,
+        "holds \"" + text.substr(0, 100) + "\", which is no value of the type " + type.name + ".");
+  }
+  return parameter;
+}
+
+void CheckHeader(std::string_view soapAction, Action action, const Namespaces& spaces) {
+  const std::string expected = spaces.service + "#" + ActionName(action);
+  if (soapAction == expected) return;
+  throw FaultError(
+      kActionMismatch,
+      "The SOAPAction header is \"" + std::string(soapAction) + "\", the body asks for \"" + expected + "\".",
+      "request");
+}
+
+}  // namespace
+
+const char* ActionName(Action action) {
+  switch (action) {
+    case Action::kCreateUserSession:
+      return "CreateUserSession";
+    case Action::kCloseUserSession:
+      return "CloseUserSession";
+    case Action::kExecute:
+      break;
+  }
+  return "Execute";
+}
+
+SoapRequest ParseSoapRequest(std::string_view body, std::string_view soapAction, const Namespaces& spaces) {
+  try {
+    const XmlDocument document(body);
+    SoapRequest request = RequestReader(spaces).Read(document.Root());
+    CheckHeader(soapAction, request.action, spaces);
+    return request;
+  } catch (const XmlError& error) {
+    throw FaultError(kBadRequest, std::string("The request cannot be read: ") + error.what() + ".",
+                     "request");
+  }
+}
+
+}  // namespace qv::devservice

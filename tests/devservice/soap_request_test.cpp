@@ -1,0 +1,183 @@
+#include "devservice/soap_request.h"
+
+#include "devservice/fault_codes.h"
+#include "devservice/script_document.h"
+#include "service_fixture.h"
+
+namespace qv::devservice::testing {
+namespace {
+
+const Namespaces& Spaces() {
+  static const Namespaces spaces("http://quorvane.example");
+  return spaces;
+}
+
+SoapRequest Parse(const std::string& body, const std::string& action = "Execute") {
+  return ParseSoapRequest(body, "http://quorvane.example/dev/ns/ivarnel/scriptwells#" + action, Spaces());
+}
+
+// The code of the fault that the request makes, 0 when it is accepted.
+int CodeOf(const std::string& body, const std::string& action = "Execute") {
+  try {
+    Parse(body, action);
+    return 0;
+  } catch (const FaultError& error) {
+    return error.Code();
+  }
+}
+
+// A good Execute envelope in which one text is replaced.
+std::string Altered(const std::string& from, const std::string& to,
+                    const std::string& parameters = NilParameters()) {
+  std::string envelope = ExecuteEnvelope("s", "1", parameters);
+  const std::size_t at = envelope.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  return at == std::string::npos ? envelope : envelope.replace(at, from.size(), to);
+}
+
+std::string OneParameter() {
+  return ArrayOf(1, ParameterElement("p", "xsd:int", "1"));
+}
+
+TEST(SoapRequest, EnvelopesOfTheClientAreRead) {
+  const SoapRequest create = Parse(CreateEnvelope("Username=a&b;"), "CreateUserSession");
+  EXPECT_EQ(create.action, Action::kCreateUserSession);
+  EXPECT_EQ(create.connectionString, "Username=a&b;");
+  const SoapRequest release = Parse(CloseEnvelope("id<"), "CloseUserSession");
+  EXPECT_EQ(release.action, Action::kCloseUserSession);
+  EXPECT_EQ(release.sessionId, "id<");
+  const SoapRequest execute = Parse(ExecuteEnvelope("s", "1", OneParameter()));
+  EXPECT_EQ(execute.sessionId, "s");
+  EXPECT_EQ(execute.scriptDocument.substr(0, 34), "<Scriptwell Language=\"JavaScript\" ");
+  ASSERT_EQ(execute.parameters.size(), 1u);
+  EXPECT_EQ(execute.parameters[0].name, "p");
+  EXPECT_EQ(execute.parameters[0].type, "int");
+  EXPECT_EQ(execute.parameters[0].text, "1");
+}
+
+TEST(SoapRequest, NilAndEmptyArrayMeanNoParameters) {
+  EXPECT_TRUE(Parse(ExecuteEnvelope("s", "1", NilParameters())).parameters.empty());
+  EXPECT_TRUE(Parse(ExecuteEnvelope("s", "1", ArrayOf(0, ""))).parameters.empty());
+}
+
+TEST(SoapRequest, PrefixesAreFreeAndNamespacesAreNot) {
+  std::string renamed = CloseEnvelope("s");
+  for (std::size_t at = renamed.find("SOAP-ENV"); at != std::string::npos; at = renamed.find("SOAP-ENV")) {
+    renamed.replace(at, 8, "e");
+  }
+  EXPECT_EQ(Parse(renamed, "CloseUserSession").sessionId, "s");
+  EXPECT_EQ(CodeOf(Altered("schemas.xmlsoap.org/soap/envelope/", "www.w3.org/2003/05/soap-envelope")), 1001);
+  EXPECT_EQ(CodeOf(Altered("/dev/ns/ivarnel/scriptwells", "/dev/ns/ivarnel/other")), 1001);
+  EXPECT_EQ(CodeOf(Altered("http://www.w3.org/2001/XMLSchema\"", "http://www.w3.org/1999/XMLSchema\"")),
+            1001);
+}
+
+TEST(SoapRequest, EveryPieceOfTheFormIsChecked) {
+  EXPECT_EQ(CodeOf(Altered("<Execute ", "<Exekute ")), 1001) << "end tag differs";
+  EXPECT_EQ(CodeOf(Altered("<usid xsi:type=\"xsd:string\">", "<usid>")), 1001);
+  EXPECT_EQ(CodeOf(Altered("<usid xsi:type=\"xsd:string\">", "<usid xsi:type=\"string\">")), 1001);
+  EXPECT_EQ(CodeOf(Altered("<usid xsi:type=\"xsd:string\">s</usid>", "")), 1001);
+  EXPECT_EQ(
+      CodeOf(Altered("<usid xsi:type=\"xsd:string\">s</usid>", "<usid xsi:type=\"xsd:string\"><s/></usid>")),
+      1001);
+  EXPECT_EQ(CodeOf(Altered("<usid", "text<usid")), 1001);
+  EXPECT_EQ(CodeOf(Altered("<SOAP-ENV:Body>", "<SOAP-ENV:Header/><SOAP-ENV:Body>")), 1001);
+  EXPECT_EQ(CodeOf(Altered("xsi:nil=\"true\"", "xsi:nil=\"false\"")), 1001);
+  EXPECT_EQ(CodeOf(Altered("xsi:type=\"ns1:Parameter\"", "xsi:type=\"ns2:Parameter\"")), 1001);
+  EXPECT_EQ(CodeOf(Altered("ns1:Parameter[]", "ns1:Parameter[0]")), 1001);
+}
+
+TEST(SoapRequest, ParameterArrayIsChecked) {
+  const std::string one = ParameterElement("p", "xsd:int", "1");
+  EXPECT_EQ(CodeOf(ExecuteEnvelope("s", "1", ArrayOf(1, one))), 0);
+  EXPECT_EQ(CodeOf(ExecuteEnvelope("s", "1", ArrayOf(2, one))), 1001);
+  EXPECT_EQ(CodeOf(ExecuteEnvelope("s", "1", ArrayOf(0, one))), 1001);
+  EXPECT_EQ(CodeOf(Altered("ns1:arrayType=", "ns2:arrayType=", OneParameter())), 1001);
+  EXPECT_EQ(CodeOf(Altered("\"ns2:Parameter[1]\"", "\"ns1:Parameter[1]\"", OneParameter())), 1001);
+  EXPECT_EQ(CodeOf(Altered("<Name xsi:type=\"xsd:string\">", "<Name>", OneParameter())), 1001);
+  EXPECT_EQ(CodeOf(Altered("xsi:type=\"xsd:int\"", "", OneParameter())), 1009);
+  EXPECT_EQ(CodeOf(Altered("xsi:type=\"xsd:int\"", "xsi:type=\"int\"", OneParameter())), 1009);
+  EXPECT_EQ(CodeOf(Altered("xsi:type=\"xsd:int\"", "xsi:type=\"zzz:int\"", OneParameter())), 1001);
+  EXPECT_EQ(CodeOf(Altered("xsi:type=\"xsd:int\"", "xsi:type=\"FileTicket\"", OneParameter())), 1009);
+}
+
+TEST(SoapRequest, HeaderAndBodyHaveToAgree) {
+  EXPECT_EQ(CodeOf(CloseEnvelope("s"), "CloseUserSession"), 0);
+  EXPECT_EQ(CodeOf(CloseEnvelope("s"), "Execute"), 1002);
+  for (const char* header :
+       {"", "Execute", "\"http://quorvane.example/dev/ns/ivarnel/scriptwells#CloseUserSession\""}) {
+    EXPECT_THROW(ParseSoapRequest(CloseEnvelope("s"), header, Spaces()), FaultError) << header;
+  }
+}
+
+TEST(SoapRequest, WhatIsNoXmlIsRefused) {
+  const std::string deep = std::string(200000, '<') + "a>";
+  std::string nested;
+  for (int i = 0; i < 300000; ++i) nested += "<a>";
+  std::string attributes = "<a";
+  for (int i = 0; i < 100000; ++i) attributes += " b" + std::to_string(i) + "=''";
+  for (const std::string& body :
+       {std::string(), std::string("no xml"), std::string("<a>"), std::string("<a/><b/>"),
+        std::string("<a b='1' b='2'/>"), std::string("<a>&unknown;</a>"), std::string("<a>&#0;</a>"),
+        std::string("<a>& </a>"), std::string("<a>\0</a>", 8), std::string("<a xmlns:x='y'>\xff</a>"),
+        std::string("<x:a/>"), deep, nested, attributes + "/>",
+        std::string("<!DOCTYPE a [<!ENTITY x 'y'>]><a>&x;</a>"), std::string("<!DOCTYPE a><a/>")}) {
+    EXPECT_EQ(CodeOf(body), 1001) << body.substr(0, 60);
+  }
+}
+
+TEST(SoapRequest, BadBytesInATextAreRefused) {
+  EXPECT_EQ(CodeOf(Altered(">s</usid>", ">\xff</usid>")), 1001);
+  EXPECT_EQ(CodeOf(Altered(">s</usid>", ">\xC0\x80</usid>")), 1001);
+}
+
+TEST(SoapRequest, DeclaredUtf16IsRead) {
+  std::string wide = "\xFF\xFE";
+  for (const char c : CloseEnvelope("s")) wide += std::string(1, c) + '\0';
+  EXPECT_EQ(Parse(wide, "CloseUserSession").sessionId, "s");
+}
+
+int ScriptCode(const std::string& document) {
+  try {
+    ReadScriptDocument(document, Spaces());
+    return 0;
+  } catch (const FaultError& error) {
+    return error.Code();
+  }
+}
+
+std::string Document(const std::string& language, const std::string& content) {
+  return "<Scriptwell Language=\"" + language +
+         "\" xmlns=\"http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0\">" + content +
+         "</Scriptwell>";
+}
+
+TEST(ScriptDocument, CodeIsTakenFromTextAndCdata) {
+  EXPECT_EQ(ReadScriptDocument(Document("JavaScript", "<Code>a&lt;b\n</Code>"), Spaces()), "a<b\n");
+  EXPECT_EQ(
+      ReadScriptDocument("<?xml version='1.0'?><!-- c -->\n" +
+                             Document("JavaScript", "\n <!-- & -->\n<Code>a<![CDATA[ && <b>]]></Code>\n"),
+                         Spaces()),
+      "a && <b>");
+  EXPECT_EQ(ReadScriptDocument(Document("JavaScript", "<Code></Code>"), Spaces()), "");
+}
+
+TEST(ScriptDocument, LanguageIgnoresCaseAndNothingElse) {
+  EXPECT_EQ(ScriptCode(Document("JAVAscript", "<Code>1</Code>")), 0);
+  EXPECT_EQ(ScriptCode(Document("VBScript", "<Code>1</Code>")), 1007);
+  EXPECT_EQ(ScriptCode(Document("", "<Code>1</Code>")), 1007);
+  EXPECT_EQ(ScriptCode(Document("Java\"Script", "<Code>1</Code>")), 1006);
+}
+
+TEST(ScriptDocument, OtherDocumentsAreRefused) {
+  for (const std::string& text :
+       {std::string(), std::string("1 + 1"),
+        std::string("<Scriptwell Language='JavaScript'><Code/></Scriptwell>"), Document("JavaScript", ""),
+        Document("JavaScript", "<Code/><Code/>"), Document("JavaScript", "<Kode/>"),
+        Document("JavaScript", "<Code><b/></Code>"), Document("JavaScript", "1<Code/>")}) {
+    EXPECT_EQ(ScriptCode(text), 1006) << text;
+  }
+}
+
+}  // namespace
+}  // namespace qv::devservice::testing
