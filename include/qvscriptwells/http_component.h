@@ -16,6 +16,24 @@ namespace qv {
 
 constexpr Guid CLSID_HttpComponent = ParseGuid("6f628f7a-b972-4929-83da-c3c16ac0022f");
 
+// What the built-in component reports. The values are those of the Win32 network and file functions, wrapped
+// as HRESULTs, so that hosts can name them. A wrong state is E_UNEXPECTED, a refused argument E_INVALIDARG.
+constexpr HRESULT HTTP_E_TIMED_OUT =
+    MakeResult(0x80072EE2);  // no connection, or no byte, in the time allowed
+constexpr HRESULT HTTP_E_NOT_RESOLVED = MakeResult(0x80072EE7);   // name of host or proxy unknown
+constexpr HRESULT HTTP_E_CANCELLED = MakeResult(0x80072EF1);      // by Abort or by the progress listener
+constexpr HRESULT HTTP_E_NOT_CONNECTED = MakeResult(0x80072EFD);  // refused or unreachable
+constexpr HRESULT HTTP_E_CUT_OFF = MakeResult(0x80072EFE);    // closed or reset before the answer was whole
+constexpr HRESULT HTTP_E_MALFORMED = MakeResult(0x80072F78);  // the answer is no HTTP/1
+constexpr HRESULT HTTP_E_TLS = MakeResult(0x80072F8F);        // handshake or certificate
+constexpr HRESULT HTTP_E_TOO_LARGE = MakeResult(0x800700DF);  // beyond one of the limits in HttpOptions
+constexpr HRESULT HTTP_E_FILE_NOT_FOUND = MakeResult(0x80070002);
+constexpr HRESULT HTTP_E_PATH_NOT_FOUND = MakeResult(0x80070003);
+constexpr HRESULT HTTP_E_ACCESS_DENIED = MakeResult(0x80070005);
+constexpr HRESULT HTTP_E_WRITE_FAULT = MakeResult(0x8007001D);  // a local file cannot be written
+constexpr HRESULT HTTP_E_READ_FAULT = MakeResult(0x8007001E);   // a local file cannot be read, or shrank
+constexpr HRESULT HTTP_E_DISK_FULL = MakeResult(0x80070070);
+
 // One request and its answer, on the connection of the session that made it.
 class IHttpRequest : public IUnknown {
  public:
@@ -70,7 +88,8 @@ class IHttpSession : public IUnknown {
   ~IHttpSession() = default;
 };
 
-// Told how far a transfer is. Called on the calling thread, between chunks.
+// Told how far a transfer is. Called on the calling thread, between chunks, and every quarter of a second of
+// a wait, so that a stalled transfer can be cancelled too.
 class IHttpProgress : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("3e4c0f5d-7d2a-4f0c-9d3f-5b1f5a6c2b71");

@@ -7,12 +7,13 @@
 
 namespace qv {
 
-// What the services answer. A null text means that there is no value.
+// What the services answer. A null text means that there is no value. Once the sink has been told of a
+// session, its id takes the place of `usid`, and after its end there is none.
 struct SimpleHostUser {
-  WideString userName;
-  WideString databaseId;
-  WideString replicaId;
-  WideString usid;  // a session that is held already, to be adopted
+  WideString userName{};
+  WideString databaseId{};
+  WideString replicaId{};
+  WideString usid{};  // a session that is held already, to be adopted
 };
 
 // What the sink was told last.

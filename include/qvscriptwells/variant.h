@@ -94,7 +94,7 @@ class Variant {
   Variant(VARTYPE tag, const VariantData& data) noexcept : tag_(tag), data_(data) {}
 
   VARTYPE tag_ = VT_EMPTY;
-  VariantData data_;
+  VariantData data_{};
 };
 
 // Converts `source` to the tag VT_I1, VT_I2, VT_I4, VT_INT, VT_I8 or to its own tag, and stores the result in

@@ -74,6 +74,9 @@ std::string ToUtf8(std::u16string_view text);
 inline std::string ToUtf8(const WideString& text) {
   return ToUtf8(text.view());
 }
+inline std::string ToUtf8(const char16_t* text) {  // null gives ""
+  return ToUtf8(WideString(text));
+}
 WideString FromUtf8(std::string_view text);
 
 }  // namespace qv

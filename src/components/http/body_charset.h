@@ -1,0 +1,40 @@
+// Which charset the bytes of an answer are in, and the bytes as text.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+class BodyCharset {
+ public:
+  BodyCharset() = default;  // UTF-8
+  // Decides from the value of `Content-Type` (may be empty), else a byte order mark, else the encoding in the
+  // XML declaration, else UTF-8. `start` is the beginning of the body, a few hundred bytes of it if there are
+  // as many. A name that nobody knows counts as UTF-8.
+  BodyCharset(std::string_view contentType, std::string_view start);
+
+  // How many bytes at the front of `start` are this charset's byte order mark.
+  std::size_t MarkSize(std::string_view start) const noexcept;
+  // How many bytes at the end begin a character that is not whole; always 0 for the rarer charsets.
+  std::size_t OpenTail(std::string_view bytes) const noexcept;
+  WideString Decode(std::string_view bytes) const;
+
+ private:
+  enum class Kind { kUtf8, kUtf16Little, kUtf16Big, kLatin1, kOther };
+
+  bool SetByName(std::string_view name, std::string_view start);
+  bool SetByMark(std::string_view start) noexcept;
+
+  Kind kind_ = Kind::kUtf8;
+  std::string name_;  // for kOther: what the C library's converter is asked for
+};
+
+// The value of `charset` in a Content-Type, without quotes; empty when there is none.
+std::string CharsetParameter(std::string_view contentType);
+// The encoding that an XML declaration at the start of `bytes` names; empty when there is none.
+std::string DeclaredEncoding(std::string_view bytes);
+
+}  // namespace qv

@@ -1,0 +1,209 @@
+#include "components/http/connection.h"
+
+#include <fcntl.h>
+#include <langinfo.h>
+#include <locale.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <mutex>
+#include <new>
+#include <string>
+
+#include "components/http/http_error.h"
+#include "components/http/sigpipe_guard.h"
+
+namespace qv {
+namespace {
+
+constexpr std::size_t kBufferBytes = 64 * 1024;
+constexpr int kTickMilliseconds = 250;  // how long a wait goes on before the listener and Abort are looked at
+
+void StartCurlOnce() {
+  static std::once_flag once;
+  static CURLcode result = CURLE_OK;
+  std::call_once(once, [] { result = curl_global_init(CURL_GLOBAL_DEFAULT); });
+  if (result != CURLE_OK) ThrowCurl(result);
+}
+
+CurlEasy NewHandle() {
+  StartCurlOnce();
+  CurlEasy handle(curl_easy_init());
+  if (handle == nullptr) throw std::bad_alloc();
+  return handle;
+}
+
+curl_socket_t OpenSocket(void*, curlsocktype, curl_sockaddr* address) {
+  return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+}
+
+int OnConnecting(void* watch, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+  return watch == nullptr || static_cast<TransferWatch*>(watch)->MayGoOn() ? 0 : 1;
+}
+
+long ConnectTimeout(const HttpOptions& options) noexcept {
+  if (options.connectTimeout <= 0) return INT_MAX;  // libcurl's 0 would be five minutes
+  return static_cast<long>(std::min<std::int64_t>(options.connectTimeout, INT_MAX));
+}
+
+struct LocaleCloser {
+  using pointer = locale_t;
+  void operator()(locale_t locale) const noexcept { freelocale(locale); }
+};
+
+// libcurl reads a name beyond ASCII in the thread's character set, whatever the host has chosen; ours is
+// UTF-8.
+class Utf8Names {
+ public:
+  explicit Utf8Names(bool needed) noexcept
+      : locale_(needed ? newlocale(LC_CTYPE_MASK, "C.UTF-8", locale_t()) : locale_t()),
+        before_(locale_ ? uselocale(locale_.get()) : locale_t()) {}
+  ~Utf8Names() {
+    if (locale_) uselocale(before_);
+  }
+  Utf8Names(const Utf8Names&) = delete;
+  Utf8Names& operator=(const Utf8Names&) = delete;
+
+ private:
+  std::unique_ptr<locale_t, LocaleCloser> locale_;
+  locale_t before_;
+};
+
+bool IsAscii(const std::string& text) noexcept {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+}  // namespace
+
+Connection::Connection(const Endpoint& endpoint, TransferWatch& watch)
+    : endpoint_(endpoint), handle_(NewHandle()), owner_(getpid()), buffer_(kBufferBytes) {
+  SetOptions(watch);
+  Perform();
+  curl_easy_setopt(handle_.get(), CURLOPT_XFERINFODATA, nullptr);
+  const CURLcode code = curl_easy_getinfo(handle_.get(), CURLINFO_ACTIVESOCKET, &socket_);
+  if (code != CURLE_OK || socket_ < 0) ThrowCurl(CURLE_COULDNT_CONNECT, words_);
+}
+
+Connection::~Connection() {
+  if (owner_ != getpid()) DetachFromParent();
+  const SigpipeGuard guard(endpoint_.secure);
+  handle_.reset();
+}
+
+// A plain request to a proxy is a connection to the proxy; only a tunnel is libcurl's matter.
+void Connection::SetOptions(TransferWatch& watch) {
+  CURL* handle = handle_.get();
+  const std::string url = endpoint_.UsesPlainProxy() ? "http://" + endpoint_.proxy : endpoint_.Origin();
+  const std::string tunnel = endpoint_.UsesPlainProxy() ? std::string() : endpoint_.proxy;
+  if (curl_easy_setopt(handle, CURLOPT_URL, url.c_str()) != CURLE_OK) throw std::bad_alloc();
+  if (curl_easy_setopt(handle, CURLOPT_PROXY, tunnel.c_str()) != CURLE_OK) throw std::bad_alloc();
+  curl_easy_setopt(handle, CURLOPT_PROXYTYPE, static_cast<long>(CURLPROXY_HTTP));
+  curl_easy_setopt(handle, CURLOPT_NOPROXY, "");
+  curl_easy_setopt(handle, CURLOPT_HTTPPROXYTUNNEL, 1L);
+  curl_easy_setopt(handle, CURLOPT_CONNECT_ONLY, 1L);
+  curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
+  curl_easy_setopt(handle, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+  curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, words_);
+  curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
+  curl_easy_setopt(handle, CURLOPT_TCP_NODELAY, 1L);
+  curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, static_cast<long>(kBufferBytes));
+  curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, ConnectTimeout(watch.Options()));
+  curl_easy_setopt(handle, CURLOPT_OPENSOCKETFUNCTION, &OpenSocket);
+  curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 0L);
+  curl_easy_setopt(handle, CURLOPT_XFERINFOFUNCTION, &OnConnecting);
+  curl_easy_setopt(handle, CURLOPT_XFERINFODATA, &watch);
+  if (endpoint_.secure) SetTrust();
+}
+
+// The variables that curl's own program reads; libcurl by itself does not.
+void Connection::SetTrust() {
+  CURL* handle = handle_.get();
+  curl_easy_setopt(handle, CURLOPT_SSL_VERIFYPEER, 1L);
+  curl_easy_setopt(handle, CURLOPT_SSL_VERIFYHOST, 2L);
+  curl_easy_setopt(handle, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+  const char* bundle = std::getenv("CURL_CA_BUNDLE");
+  const char* file = bundle != nullptr && *bundle != '\0' ? bundle : std::getenv("SSL_CERT_FILE");
+  const char* directory = std::getenv("SSL_CERT_DIR");
+  if (file != nullptr && *file != '\0') curl_easy_setopt(handle, CURLOPT_CAINFO, file);
+  if (directory != nullptr && *directory != '\0') curl_easy_setopt(handle, CURLOPT_CAPATH, directory);
+}
+
+void Connection::Perform() {
+  const SigpipeGuard guard(endpoint_.secure);
+  const Utf8Names names(!IsAscii(endpoint_.host) || !IsAscii(endpoint_.proxy));
+  const CURLcode code = curl_easy_perform(handle_.get());
+  if (code != CURLE_OK) ThrowCurl(code, words_);
+}
+
+// In a forked child the socket is the parent's too: what libcurl says in farewell must not reach the server.
+void Connection::DetachFromParent() noexcept {
+  const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
+  const bool replaced = nowhere >= 0 && socket_ >= 0 && dup3(nowhere, socket_, O_CLOEXEC) >= 0;
+  if (nowhere >= 0) close(nowhere);
+  if (!replaced) static_cast<void>(handle_.release());
+}
+
+bool Connection::IsAlive() noexcept {
+  if (owner_ != getpid() || begin_ != end_) return false;
+  const SigpipeGuard guard(endpoint_.secure);
+  char byte = 0;
+  std::size_t received = 0;
+  return curl_easy_recv(handle_.get(), &byte, 1, &received) == CURLE_AGAIN;
+}
+
+std::size_t Connection::Send(std::string_view bytes) {
+  const SigpipeGuard guard(endpoint_.secure);
+  std::size_t sent = 0;
+  const CURLcode code = curl_easy_send(handle_.get(), bytes.data(), bytes.size(), &sent);
+  if (code == CURLE_AGAIN) return 0;
+  if (code != CURLE_OK) ThrowCurl(code, words_);
+  return sent;
+}
+
+Connection::Arrival Connection::Receive() {
+  const SigpipeGuard guard(endpoint_.secure);
+  if (begin_ == end_) begin_ = end_ = 0;
+  const std::size_t room = buffer_.size() - end_;
+  std::size_t received = 0;
+  const CURLcode code = curl_easy_recv(handle_.get(), buffer_.data() + end_, room, &received);
+  filledUp_ = code == CURLE_OK && received == room;
+  if (code == CURLE_AGAIN) return Arrival::kNothingYet;
+  if (code != CURLE_OK) ThrowCurl(code, words_);
+  end_ += received;
+  return received == 0 ? Arrival::kClosed : Arrival::kBytes;
+}
+
+short Connection::Wait(short events, TransferWatch& watch) {
+  using std::chrono::milliseconds;
+  using std::chrono::steady_clock;
+  const std::int64_t limit = watch.Options().idleTimeout;
+  const steady_clock::time_point start = steady_clock::now();
+  for (;;) {
+    const std::int64_t passed = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start).count();
+    if (limit > 0 && passed >= limit)
+      ThrowCurl(CURLE_OPERATION_TIMEDOUT,
+                "Operation timed out after " + std::to_string(passed) + " milliseconds without a byte");
+    const std::int64_t slice =
+        limit > 0 ? std::min<std::int64_t>(kTickMilliseconds, limit - passed) : kTickMilliseconds;
+    pollfd entry{socket_, events, 0};
+    const int ready = poll(&entry, 1, static_cast<int>(slice));
+    if (ready > 0) return entry.revents;
+    if (ready < 0 && errno != EINTR) ThrowCurl(CURLE_RECV_ERROR);
+    watch.Tick();
+  }
+}
+
+std::string_view Connection::Buffered() const noexcept {
+  return {buffer_.data() + begin_, end_ - begin_};
+}
+
+void Connection::Take(std::size_t bytes) noexcept {
+  begin_ += std::min(bytes, end_ - begin_);
+}
+
+}  // namespace qv

@@ -1,0 +1,73 @@
+// One open connection to an endpoint: resolved, connected and, for https, verified by libcurl; bytes go
+// through libcurl as well. A connection is its own: it is never shared, and nothing is sent on it but what
+// Send gets. Threads: one at a time.
+#pragma once
+
+#include <curl/curl.h>
+#include <sys/types.h>
+
+#include <chrono>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "components/http/endpoint.h"
+#include "components/http/transfer_watch.h"
+
+namespace qv {
+
+struct CurlEasyCloser {
+  void operator()(CURL* handle) const noexcept { curl_easy_cleanup(handle); }
+};
+using CurlEasy = std::unique_ptr<CURL, CurlEasyCloser>;
+
+class Connection {
+ public:
+  // Connects within `watch`'s time. Throws HttpFailure with libcurl's words.
+  Connection(const Endpoint& endpoint, TransferWatch& watch);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  const Endpoint& Target() const noexcept { return endpoint_; }
+  // Still open, nothing arrived unasked, and not inherited from a parent process.
+  bool IsAlive() noexcept;
+
+  // Sends as much as the system takes; 0 when it takes none now. Throws HttpFailure (HTTP_E_CUT_OFF).
+  std::size_t Send(std::string_view bytes);
+  enum class Arrival { kBytes, kNothingYet, kClosed };
+  // Receives behind what is in the buffer, which must have room. Throws as Send.
+  Arrival Receive();
+  // Waits for `events` of poll(). Throws HttpFailure for time out and cancel; returns what is ready.
+  short Wait(short events, TransferWatch& watch);
+
+  // Bytes that arrived and were not taken. The view lives until the next Receive.
+  std::string_view Buffered() const noexcept;
+  void Take(std::size_t bytes) noexcept;
+  // TLS may hold bytes that poll() does not see.
+  bool MayHoldBytes() const noexcept { return endpoint_.secure || filledUp_; }
+
+  void NoteIdle() noexcept { idleSince_ = std::chrono::steady_clock::now(); }
+  std::chrono::steady_clock::time_point IdleSince() const noexcept { return idleSince_; }
+
+ private:
+  void SetOptions(TransferWatch& watch);
+  void SetTrust();
+  void Perform();
+  void DetachFromParent() noexcept;
+
+  Endpoint endpoint_;
+  char words_[CURL_ERROR_SIZE] = {};
+  CurlEasy handle_;
+  int socket_ = -1;
+  pid_t owner_;
+  std::vector<char> buffer_;
+  std::size_t begin_ = 0;
+  std::size_t end_ = 0;
+  bool filledUp_ = false;
+  std::chrono::steady_clock::time_point idleSince_{};
+};
+
+using ConnectionPtr = std::unique_ptr<Connection>;
+
+}  // namespace qv

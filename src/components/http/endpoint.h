@@ -1,0 +1,30 @@
+// Whom a session talks to.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+struct Endpoint {
+  bool secure = false;
+  std::string host;  // as a URL holds it
+  std::uint16_t port = 0;
+  std::string proxy;  // empty, or "name:port"
+
+  // Checks and takes the arguments of IHttpSession::Open. Throws HttpFailure (E_INVALIDARG) for another
+  // protocol and for a host or proxy that is no plain name or address.
+  static Endpoint FromArguments(const WideString& protocol, const WideString& host, std::uint16_t port,
+                                const WideString& proxy);
+
+  bool operator==(const Endpoint& other) const noexcept;
+  bool UsesPlainProxy() const noexcept { return !secure && !proxy.empty(); }
+  // "http://host:port".
+  std::string Origin() const;
+  // What stands in a `Host` header: the port only when it is not the protocol's own.
+  std::string HostHeader() const;
+};
+
+}  // namespace qv

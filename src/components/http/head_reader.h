@@ -1,0 +1,42 @@
+// Collects bytes of the connection until a whole head is there: finds its end in whatever pieces it arrives,
+// and skips interim answers (1xx).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "components/http/response_head.h"
+
+namespace qv {
+
+class HeadReader {
+ public:
+  // `limit` counts the bytes of all heads together; 0 means none.
+  explicit HeadReader(std::int64_t limit) noexcept : limit_(limit) {}
+
+  // Takes bytes off the front of `input` up to the end of the head and returns how many; the rest is body.
+  // Throws HttpFailure: HTTP_E_TOO_LARGE, HTTP_E_MALFORMED.
+  std::size_t Feed(std::string_view input);
+  bool IsComplete() const noexcept { return complete_; }
+  bool HasBegun() const noexcept { return total_ > 0; }
+  // The final answer's head; meaningful when complete.
+  const ResponseHead& Head() const noexcept { return head_; }
+
+ private:
+  std::size_t FeedOne(std::string_view input);
+  std::size_t EndOfHead(std::string_view input) noexcept;
+  void Count(std::size_t bytes);
+  void Finish();
+
+  std::int64_t limit_;
+  std::int64_t total_ = 0;
+  std::string text_;
+  bool lineHasContent_ = true;  // the status line is never empty, so an empty line there ends nothing
+  bool ended_ = false;
+  bool complete_ = false;
+  ResponseHead head_;
+};
+
+}  // namespace qv

@@ -1,0 +1,311 @@
+#include "components/http/http_request.h"
+
+#include <cstring>
+#include <utility>
+
+#include "components/http/http_error.h"
+#include "components/http/http_syntax.h"
+#include "components/http/source_file.h"
+#include "components/http/target_file.h"
+#include "components/http/text_codec.h"
+#include "qvscriptwells/error_info.h"
+
+namespace qv {
+namespace {
+
+constexpr std::size_t kFilePiece = 64 * 1024;
+
+// A header of a server holds UTF-8 today and Latin-1 by tradition.
+WideString HeaderText(std::string_view value) {
+  return IsUtf8(value) ? DecodeUtf8(value) : DecodeLatin1(value);
+}
+
+std::int32_t CutTo32(std::int64_t count) noexcept {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(count)));
+}
+
+}  // namespace
+
+class HttpRequest::BusyMark {
+ public:
+  explicit BusyMark(HttpRequest* request) : request_(request), keepAlive_(request) { request->busy_ = true; }
+  ~BusyMark() { request_->busy_ = false; }
+  BusyMark(const BusyMark&) = delete;
+  BusyMark& operator=(const BusyMark&) = delete;
+
+ private:
+  HttpRequest* request_;
+  IHttpRequestPtr keepAlive_;
+};
+
+HttpRequest::HttpRequest(HttpSessionPtr session, std::uint32_t opening, const Endpoint& endpoint,
+                         std::u16string_view verb, std::u16string_view path)
+    : session_(std::move(session)), opening_(opening), head_(endpoint, verb, path) {}
+
+HttpRequest::~HttpRequest() {
+  End();
+}
+
+void* HttpRequest::Find(const Guid& iid) noexcept {
+  if (iid == IUnknown::kIid || iid == IHttpRequest::kIid) return static_cast<IHttpRequest*>(this);
+  if (iid == ISupportErrorInfo::kIid) return static_cast<ISupportErrorInfo*>(this);
+  return nullptr;
+}
+
+HRESULT HttpRequest::QueryInterface(const Guid& iid, void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = Find(iid);
+  if (*object == nullptr) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+std::uint32_t HttpRequest::AddRef() noexcept {
+  return ++references_;
+}
+
+std::uint32_t HttpRequest::Release() noexcept {
+  const std::uint32_t left = --references_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT HttpRequest::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
+  return iid == IHttpRequest::kIid ? S_OK : S_FALSE;
+}
+
+void HttpRequest::ExpectNew() const {
+  if (busy_) ThrowWrongState("An operation of the request is under way");
+  if (state_ == State::kClosed) ThrowWrongState("The request is closed");
+  if (state_ != State::kNew) ThrowWrongState("The request was sent already");
+}
+
+void HttpRequest::ExpectAnswered() const {
+  if (state_ == State::kClosed) ThrowWrongState("The request is closed");
+  if (state_ == State::kFailed) ThrowWrongState("The request has failed");
+  if (state_ == State::kNew) ThrowWrongState("The request was not sent yet");
+}
+
+HRESULT HttpRequest::GetStatus(std::uint32_t* status) noexcept try {
+  ClearErrorInfo();
+  if (status == nullptr) return E_POINTER;
+  *status = 0;
+  if (state_ == State::kClosed) ThrowWrongState("The request is closed");
+  if (state_ == State::kAnswered) *status = static_cast<std::uint32_t>(exchange_->Head().Status());
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpRequest::kIid);
+}
+
+HRESULT HttpRequest::SetHeader(const WideString& name, const WideString& value) noexcept try {
+  ClearErrorInfo();
+  ExpectNew();
+  head_.Add(name.view(), value.view());
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpRequest::kIid);
+}
+
+HRESULT HttpRequest::Send(const WideString& body, const WideString& extra) noexcept try {
+  ClearErrorInfo();
+  ExpectNew();
+  const BusyMark mark(this);
+  CheckedSend(body.view(), extra.view());
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpRequest::kIid);
+}
+
+void HttpRequest::BeginExchange() {
+  if (aborted_) ThrowCurl(CURLE_ABORTED_BY_CALLBACK);
+  options_ = session_->Options();
+  progress_ = session_->Progress();
+  watch_.emplace(options_, progress_.get(), aborted_);
+  exchange_.emplace(session_->Lend(this, opening_, *watch_), *watch_, head_.VerbIsHead());
+}
+
+// The head is written into the room before the body, so that both go out as one piece without another copy.
+void HttpRequest::CheckedSend(std::u16string_view body, std::u16string_view extra) {
+  const RoomyBytes wire = EncodeUtf8WithRoom(body, extra, head_.MostBytes());
+  const std::string head = head_.Text(static_cast<std::int64_t>(wire.size));
+  char* start = wire.Text() - head.size();
+  std::memcpy(start, head.data(), head.size());
+  BeginExchange();
+  try {
+    exchange_->Send({start, head.size() + wire.size}, head.size());
+    exchange_->ReceiveHead();
+  } catch (...) {
+    Fail();
+    throw;
+  }
+  state_ = State::kAnswered;
+}
+
+HRESULT HttpRequest::SendFile(const WideString& path) noexcept try {
+  ClearErrorInfo();
+  ExpectNew();
+  const BusyMark mark(this);
+  CheckedSendFile(path);
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpRequest::kIid);
+}
+
+void HttpRequest::CheckedSendFile(const WideString& path) {
+  SourceFile file(path);
+  const std::string head = head_.Text(file.Size());
+  BeginExchange();
+  try {
+    exchange_->SendFile(head, file);
+    exchange_->ReceiveHead();
+  } catch (...) {
+    Fail();
+    throw;
+  }
+  state_ = State::kAnswered;
+}
+
+HRESULT HttpRequest::GetHeader(const WideString& name, WideString* value) noexcept try {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  *value = WideString();
+  ExpectAnswered();
+  *value = HeaderValue(name.view());
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpRequest::kIid);
+}
+
+WideString HttpRequest::HeaderValue(std::u16string_view name) const {
+  const ResponseHead& head = exchange_->Head();
+  if (EqualsIgnoringCase(name, "StatusCode")) return DecodeLatin1(std::to_string(head.Status()));
+  std::string_view value;
+  const bool found = IsToken(name) && head.Find(std::string(name.begin(), name.end()), &value);
+  return found ? HeaderText(value) : WideString();
+}
+
+HRESULT HttpRequest::Read(std::int32_t length, WideString* text, std::int32_t* count) noexcept try {
+  ClearErrorInfo();
+  if (text == nullptr || count == nullptr) return E_POINTER;
+  *text = WideString();
+  *count = 0;
+  ExpectAnswered();
+  if (busy_) ThrowWrongState("An operation of the request is under way");
+  const BusyMark mark(this);
+  *text = CheckedRead(length);
+  *count = length;
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpRequest::kIid);
+}
+
+void HttpRequest::CheckLimits(std::int32_t length) const {
+  if (length < 0) ThrowBadArgument("The length to read is negative");
+  const std::int64_t limit = options_.maxBodyBytes;
+  if (limit > 0 && (exchange_->Announced() > limit || exchange_->BodyDone() + length > limit))
+    ThrowCurl(CURLE_FILESIZE_EXCEEDED, "Maximum file size exceeded");
+}
+
+WideString HttpRequest::CheckedRead(std::int32_t length) {
+  CheckLimits(length);
+  try {
+    std::string gathered;
+    return Decode(Gather(static_cast<std::size_t>(length), &gathered));
+  } catch (...) {
+    Fail();
+    throw;
+  }
+}
+
+// A view of `length` bytes: of the connection's buffer when they are all there, else of *gathered, which
+// grows with what arrives and not with what was promised.
+std::string_view HttpRequest::Gather(std::size_t length, std::string* gathered) {
+  if (length == 0) return {};
+  const std::string_view first = exchange_->NextBody(length);
+  if (first.size() == length) return first;
+  gathered->assign(first);
+  while (gathered->size() < length) {
+    const std::string_view piece = exchange_->NextBody(length - gathered->size());
+    if (piece.empty())
+      ThrowCurl(CURLE_PARTIAL_FILE, "transfer closed with " + std::to_string(length - gathered->size()) +
+                                        " bytes remaining to read");
+    gathered->append(piece);
+  }
+  return *gathered;
+}
+
+WideString HttpRequest::Decode(std::string_view bytes) {
+  if (!charset_.has_value()) {
+    std::string_view contentType;
+    exchange_->Head().Find("Content-Type", &contentType);
+    charset_.emplace(contentType, bytes);
+    bytes.remove_prefix(charset_->MarkSize(bytes));
+  }
+  std::string joined;
+  if (!openTail_.empty()) {
+    joined = openTail_ + std::string(bytes);
+    bytes = joined;
+  }
+  const std::size_t tail = exchange_->IsAtEnd() ? 0 : charset_->OpenTail(bytes);
+  openTail_.assign(bytes.substr(bytes.size() - tail));
+  return charset_->Decode(bytes.substr(0, bytes.size() - tail));
+}
+
+HRESULT HttpRequest::ReadToFile(const WideString& path, std::int32_t* count) noexcept try {
+  ClearErrorInfo();
+  if (count == nullptr) return E_POINTER;
+  *count = 0;
+  ExpectAnswered();
+  if (busy_) ThrowWrongState("An operation of the request is under way");
+  const BusyMark mark(this);
+  *count = CutTo32(CheckedReadToFile(path));
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpRequest::kIid);
+}
+
+std::int64_t HttpRequest::CheckedReadToFile(const WideString& path) {
+  TargetFile target(path);
+  const std::int64_t before = exchange_->BodyDone();
+  try {
+    for (std::string_view piece = exchange_->NextBody(kFilePiece); !piece.empty();
+         piece = exchange_->NextBody(kFilePiece))
+      target.Write(piece);
+    target.Commit();
+  } catch (...) {
+    Fail();
+    throw;
+  }
+  return exchange_->BodyDone() - before;
+}
+
+HRESULT HttpRequest::Abort() noexcept {
+  aborted_ = true;
+  return S_OK;
+}
+
+HRESULT HttpRequest::Close() noexcept try {
+  ClearErrorInfo();
+  if (busy_) ThrowWrongState("An operation of the request is under way");
+  End();
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpRequest::kIid);
+}
+
+void HttpRequest::End() noexcept {
+  state_ = State::kClosed;
+  if (!exchange_.has_value()) return;
+  ConnectionPtr connection = exchange_->Finish();
+  exchange_.reset();
+  session_->TakeBack(std::move(connection));
+}
+
+void HttpRequest::Fail() noexcept {
+  state_ = State::kFailed;
+  if (!exchange_.has_value()) return;
+  exchange_.reset();
+  session_->TakeBack(nullptr);
+}
+
+}  // namespace qv

@@ -1,0 +1,83 @@
+// The request object of the built-in HTTP component.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "components/http/body_charset.h"
+#include "components/http/http_exchange.h"
+#include "components/http/http_session.h"
+#include "components/http/request_head.h"
+#include "qvscriptwells/http_component.h"
+
+namespace qv {
+
+class HttpRequest final : public IHttpRequest, public ISupportErrorInfo {
+ public:
+  // `opening` tells which opening of the session the request belongs to. Throws HttpFailure (E_INVALIDARG)
+  // for a path that cannot be sent.
+  HttpRequest(HttpSessionPtr session, std::uint32_t opening, const Endpoint& endpoint,
+              std::u16string_view verb, std::u16string_view path);
+
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override;
+  std::uint32_t Release() noexcept override;
+
+  HRESULT GetStatus(std::uint32_t* status) noexcept override;
+  HRESULT SetHeader(const WideString& name, const WideString& value) noexcept override;
+  HRESULT Send(const WideString& body, const WideString& extra) noexcept override;
+  HRESULT GetHeader(const WideString& name, WideString* value) noexcept override;
+  HRESULT Read(std::int32_t length, WideString* text, std::int32_t* count) noexcept override;
+  HRESULT ReadToFile(const WideString& path, std::int32_t* count) noexcept override;
+  HRESULT SendFile(const WideString& path) noexcept override;
+  HRESULT Abort() noexcept override;
+  HRESULT Close() noexcept override;
+
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
+
+  // For the session: is an operation of this request running, further up on this thread?
+  bool IsBusy() const noexcept { return busy_; }
+  // Gives the connection back; every later operation but Close fails.
+  void End() noexcept;
+
+ private:
+  enum class State { kNew, kAnswered, kFailed, kClosed };
+
+  // Stands around an operation that calls out: keeps the object alive and bars a second one from inside.
+  class BusyMark;
+
+  ~HttpRequest();
+
+  void* Find(const Guid& iid) noexcept;
+  void ExpectNew() const;
+  void ExpectAnswered() const;
+  void CheckedSend(std::u16string_view body, std::u16string_view extra);
+  void CheckedSendFile(const WideString& path);
+  WideString CheckedRead(std::int32_t length);
+  std::int64_t CheckedReadToFile(const WideString& path);
+  void BeginExchange();
+  void CheckLimits(std::int32_t length) const;
+  std::string_view Gather(std::size_t length, std::string* gathered);
+  WideString Decode(std::string_view bytes);
+  WideString HeaderValue(std::u16string_view name) const;
+  void Fail() noexcept;
+
+  std::uint32_t references_ = 1;
+  HttpSessionPtr session_;
+  std::uint32_t opening_;
+  RequestHead head_;
+  State state_ = State::kNew;
+  bool busy_ = false;
+  std::atomic<bool> aborted_{false};
+  HttpOptions options_;
+  IHttpProgressPtr progress_;
+  std::optional<TransferWatch> watch_;
+  std::optional<HttpExchange> exchange_;
+  std::optional<BodyCharset> charset_;  // known after the first Read
+  std::string openTail_;                // bytes of a character that the last Read cut
+};
+
+}  // namespace qv

@@ -1,0 +1,187 @@
+#include "components/http/http_session.h"
+
+#include <atomic>
+#include <utility>
+
+#include "components/http/connection_pool.h"
+#include "components/http/http_error.h"
+#include "components/http/http_request.h"
+#include "components/http/http_syntax.h"
+#include "components/http/thread_options.h"
+#include "qvscriptwells/error_info.h"
+
+namespace qv {
+namespace {
+
+void Check(const HttpOptions& options) {
+  if (options.connectTimeout < 0 || options.idleTimeout < 0 || options.maxBodyBytes < 0 ||
+      options.maxHeadBytes < 0)
+    ThrowBadArgument("A limit is negative");
+}
+
+void CheckVerb(std::u16string_view verb) {
+  if (!IsToken(verb)) ThrowBadArgument("The verb is no word of HTTP");
+  if (verb == u"CONNECT") ThrowBadArgument("The verb CONNECT makes no request");
+}
+
+}  // namespace
+
+HttpSession::HttpSession() noexcept {
+  ThreadHttpOptions given = CurrentThreadHttpOptions();
+  options_ = given.options;
+  progress_ = std::move(given.progress);
+}
+
+HttpSession::~HttpSession() {
+  Keep(std::move(connection_));
+}
+
+void* HttpSession::Find(const Guid& iid) noexcept {
+  if (iid == IUnknown::kIid || iid == IHttpSession::kIid) return static_cast<IHttpSession*>(this);
+  if (iid == IHttpOptions::kIid) return static_cast<IHttpOptions*>(this);
+  if (iid == ISupportErrorInfo::kIid) return static_cast<ISupportErrorInfo*>(this);
+  return nullptr;
+}
+
+HRESULT HttpSession::QueryInterface(const Guid& iid, void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = Find(iid);
+  if (*object == nullptr) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+std::uint32_t HttpSession::AddRef() noexcept {
+  return ++references_;
+}
+
+std::uint32_t HttpSession::Release() noexcept {
+  const std::uint32_t left = --references_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT HttpSession::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
+  return iid == IHttpSession::kIid || iid == IHttpOptions::kIid ? S_OK : S_FALSE;
+}
+
+HRESULT HttpSession::Open(const WideString& protocol, const WideString& host, std::uint16_t port,
+                          const WideString&, const WideString&, const WideString& proxy) noexcept try {
+  ClearErrorInfo();
+  const HttpSessionPtr keepAlive(this);
+  CheckedOpen(Endpoint::FromArguments(protocol, host, port, proxy));
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpSession::kIid);
+}
+
+void HttpSession::CheckedOpen(const Endpoint& endpoint) {
+  if (open_ || connecting_) ThrowWrongState("The session is open already");
+  const HttpOptions options = options_;
+  const IHttpProgressPtr progress = progress_;
+  const std::atomic<bool> notAborted{false};
+  TransferWatch watch(options, progress.get(), notAborted);
+  endpoint_ = endpoint;
+  Connect(watch);
+  open_ = true;
+  ++opening_;
+}
+
+// The listener is called in here, and may call anything.
+void HttpSession::Connect(TransferWatch& watch) {
+  ConnectionPool* pool = ConnectionPool::OfThisThread();
+  if (pool != nullptr) connection_ = pool->Take(endpoint_);
+  if (connection_ != nullptr) return;
+  connecting_ = true;
+  try {
+    connection_ = std::make_unique<Connection>(endpoint_, watch);
+    connecting_ = false;
+  } catch (...) {
+    connecting_ = false;
+    throw;
+  }
+}
+
+HRESULT HttpSession::Close() noexcept try {
+  ClearErrorInfo();
+  const HttpSessionPtr keepAlive(this);
+  CheckedClose();
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpSession::kIid);
+}
+
+void HttpSession::CheckedClose() {
+  if (connecting_ || (borrower_ != nullptr && borrower_->IsBusy()))
+    ThrowWrongState("The session is in the middle of an operation");
+  open_ = false;
+  if (borrower_ != nullptr) borrower_->End();
+  Keep(std::move(connection_));
+}
+
+HRESULT HttpSession::OpenRequest(const WideString& verb, const WideString& path, const WideString&,
+                                 std::uint32_t flags, IHttpRequest** request) noexcept try {
+  ClearErrorInfo();
+  if (request == nullptr) return E_POINTER;
+  *request = nullptr;
+  if (!open_) ThrowWrongState("The session is not open");
+  if (flags != 0) ThrowBadArgument("Flags of a request are 0");
+  CheckVerb(verb.view());
+  *request = new HttpRequest(HttpSessionPtr(this), opening_, endpoint_, verb.view(), path.view());
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpSession::kIid);
+}
+
+ConnectionPtr HttpSession::Lend(HttpRequest* borrower, std::uint32_t opening, TransferWatch& watch) {
+  if (!open_ || opening != opening_) ThrowWrongState("The session of the request is closed");
+  if (borrower_ != nullptr || connecting_) ThrowWrongState("Another request of the session is under way");
+  borrower_ = borrower;
+  try {
+    if (connection_ == nullptr) Connect(watch);
+  } catch (...) {
+    borrower_ = nullptr;
+    throw;
+  }
+  return std::move(connection_);
+}
+
+void HttpSession::TakeBack(ConnectionPtr connection) noexcept {
+  borrower_ = nullptr;
+  if (open_) {
+    connection_ = std::move(connection);
+  } else {
+    Keep(std::move(connection));
+  }
+}
+
+void HttpSession::Keep(ConnectionPtr connection) noexcept {
+  ConnectionPool* pool = ConnectionPool::OfThisThread();
+  if (connection != nullptr && pool != nullptr) pool->Put(std::move(connection));
+}
+
+HRESULT HttpSession::GetOptions(HttpOptions* options) noexcept try {
+  ClearErrorInfo();
+  if (options == nullptr) return E_POINTER;
+  *options = options_;
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpOptions::kIid);
+}
+
+HRESULT HttpSession::SetOptions(const HttpOptions& options) noexcept try {
+  ClearErrorInfo();
+  Check(options);
+  options_ = options;
+  return S_OK;
+} catch (...) {
+  return ReportCurrentException(IHttpOptions::kIid);
+}
+
+HRESULT HttpSession::SetProgress(IHttpProgress* progress) noexcept {
+  ClearErrorInfo();
+  progress_ = IHttpProgressPtr(progress);
+  return S_OK;
+}
+
+}  // namespace qv

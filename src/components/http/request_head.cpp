@@ -1,0 +1,59 @@
+#include "components/http/request_head.h"
+
+#include "components/http/http_error.h"
+#include "components/http/http_syntax.h"
+#include "components/http/text_codec.h"
+
+namespace qv {
+namespace {
+
+constexpr std::string_view kLengthName = "Content-Length: ";
+constexpr std::string_view kEnd = "\r\n\r\n";
+constexpr std::size_t kMostDigits = 19;
+
+bool IsFramingName(std::u16string_view name) noexcept {
+  return EqualsIgnoringCase(name, "content-length") || EqualsIgnoringCase(name, "transfer-encoding");
+}
+
+}  // namespace
+
+RequestHead::RequestHead(const Endpoint& endpoint, std::u16string_view verb, std::u16string_view path)
+    : ownHost_("Host: " + endpoint.HostHeader() + "\r\n"), verbIsHead_(verb == u"HEAD") {
+  const std::string target = RequestTarget(path);
+  requestLine_.assign(verb.begin(), verb.end());
+  requestLine_ += ' ';
+  if (endpoint.UsesPlainProxy()) requestLine_ += endpoint.Origin();
+  requestLine_ += target;
+  requestLine_ += " HTTP/1.1\r\n";
+}
+
+void RequestHead::Add(std::u16string_view name, std::u16string_view value) {
+  if (!IsToken(name)) ThrowBadArgument("The name of a header is no word of HTTP");
+  if (!IsFieldValue(value)) ThrowBadArgument("The value of a header holds CR, LF or NUL");
+  if (IsFramingName(name)) ThrowBadArgument("The length of the body is not the caller's to set");
+  std::string line(name.begin(), name.end());
+  line += ": ";
+  line += EncodeUtf8(value);
+  line += "\r\n";
+  fields_ += line;
+  hasHost_ = hasHost_ || EqualsIgnoringCase(name, "host");
+}
+
+std::size_t RequestHead::MostBytes() const noexcept {
+  return requestLine_.size() + ownHost_.size() + fields_.size() + kLengthName.size() + kMostDigits +
+         kEnd.size();
+}
+
+std::string RequestHead::Text(std::int64_t contentLength) const {
+  std::string text;
+  text.reserve(MostBytes());
+  text += requestLine_;
+  if (!hasHost_) text += ownHost_;
+  text += fields_;
+  text += kLengthName;
+  text += std::to_string(contentLength);
+  text += kEnd;
+  return text;
+}
+
+}  // namespace qv

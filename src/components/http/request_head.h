@@ -1,0 +1,36 @@
+// The head of a request, as it goes out: request line, the caller's headers in their order, the length.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "components/http/endpoint.h"
+
+namespace qv {
+
+class RequestHead {
+ public:
+  // Through a plain proxy the target is written with the origin before it. Throws HttpFailure (E_INVALIDARG)
+  // for a path that cannot be sent. `verb` is a token.
+  RequestHead(const Endpoint& endpoint, std::u16string_view verb, std::u16string_view path);
+
+  // Throws HttpFailure (E_INVALIDARG) for a name that is no token, for a value with CR, LF or NUL, and for
+  // the two headers that say where the body ends, which are the component's own.
+  void Add(std::u16string_view name, std::u16string_view value);
+
+  bool VerbIsHead() const noexcept { return verbIsHead_; }
+  // The whole head, empty line included, is never longer than this.
+  std::size_t MostBytes() const noexcept;
+  // A `Host` header is put first when the caller has set none.
+  std::string Text(std::int64_t contentLength) const;
+
+ private:
+  std::string requestLine_;
+  std::string ownHost_;
+  std::string fields_;
+  bool hasHost_ = false;
+  bool verbIsHead_;
+};
+
+}  // namespace qv

@@ -1,0 +1,38 @@
+// A regular file that is sent as a body: its size is fixed when it is opened, and it must hold that much to
+// its end.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "components/http/unique_descriptor.h"
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+// The name that the system knows a path by (NativePath in support/file_names.h). Throws HttpFailure
+// (E_INVALIDARG) for an empty path and for one with a NUL.
+std::string NativeFileName(const WideString& path);
+
+class SourceFile {
+ public:
+  // Throws HttpFailure when the file cannot be opened or is not a regular one.
+  explicit SourceFile(const WideString& path);
+
+  std::int64_t Size() const noexcept { return size_; }
+  // The next piece, empty at the end. Bytes that were added after the opening are not sent. Throws
+  // HttpFailure (HTTP_E_READ_FAULT) when the file cannot be read or has become shorter. The view lives until
+  // the next call.
+  std::string_view Next();
+
+ private:
+  std::string name_;
+  UniqueDescriptor file_;
+  std::int64_t size_ = 0;
+  std::int64_t left_ = 0;
+  std::vector<char> buffer_;
+};
+
+}  // namespace qv

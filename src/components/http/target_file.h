@@ -1,0 +1,33 @@
+// A file that appears at its place only when it is whole: written beside the target under another name, then
+// renamed over it. Whatever stood there stays as it was until then, and for good when the writing fails.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "components/http/unique_descriptor.h"
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+class TargetFile {
+ public:
+  // Throws HttpFailure when no file can be made in the target's directory, and for a target that exists and
+  // is neither a regular file nor a link (a link is replaced, never followed).
+  explicit TargetFile(const WideString& path);
+  // Removes the unfinished file.
+  ~TargetFile();
+  TargetFile(const TargetFile&) = delete;
+  TargetFile& operator=(const TargetFile&) = delete;
+
+  void Write(std::string_view bytes);
+  // Puts the file in its place.
+  void Commit();
+
+ private:
+  std::string name_;
+  std::string freshName_;  // empty when there is nothing to remove
+  UniqueDescriptor file_;
+};
+
+}  // namespace qv

@@ -1,0 +1,35 @@
+// A TLS server on loopback with a certificate of its own making, which serves one connection after the other.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace qv::test {
+
+class TlsServer {
+ public:
+  // `name` is what the certificate is for: an address such as "127.0.0.1" or a DNS name. Throws
+  // std::runtime_error.
+  explicit TlsServer(const std::string& name);
+  ~TlsServer();
+  TlsServer(const TlsServer&) = delete;
+  TlsServer& operator=(const TlsServer&) = delete;
+
+  std::uint16_t Port() const;
+  // A file with the certificate, for SSL_CERT_FILE; removed at the end.
+  const std::string& CertificateFile() const;
+  // What each further request is answered with, in order. A request without an answer closes the connection.
+  void Answer(const std::string& bytes);
+  // The connection closes behind the last answer, and without TLS's word of farewell.
+  void SayNoFarewell();
+  std::string Received() const;
+  // Connections whose handshake succeeded.
+  int Connections() const;
+
+ private:
+  class Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace qv::test
