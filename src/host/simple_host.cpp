@@ -1,0 +1,97 @@
+#include "host/simple_host.h"
+
+#include <new>
+
+#include "qvscriptwells/com_error.h"
+
+namespace qv {
+
+namespace {
+
+// Puts `value` into an in/out text; a null value leaves null there.
+HRESULT Answer(BStr* text, const WideString& value) noexcept {
+  if (text == nullptr) return E_POINTER;
+  if (!value.IsNull()) return ReplaceString(text, value.view()) ? S_OK : E_OUTOFMEMORY;
+  FreeString(*text);
+  *text = nullptr;
+  return S_OK;
+}
+
+}  // namespace
+
+HRESULT SimpleHost::QueryInterface(const Guid& iid, void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  if (iid == IUnknown::kIid || iid == IQvClientServices::kIid)
+    *object = static_cast<IQvClientServices*>(this);
+  if (iid == IQvClientServicesSink::kIid) *object = static_cast<IQvClientServicesSink*>(this);
+  if (iid == ISimpleHost::kIid) *object = static_cast<ISimpleHost*>(this);
+  if (*object == nullptr) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+std::uint32_t SimpleHost::Release() noexcept {
+  const std::uint32_t left = --count_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT SimpleHost::GetUserName(BStr* text) noexcept {
+  return Answer(text, user_.userName);
+}
+
+HRESULT SimpleHost::GetDatabaseId(BStr* text) noexcept {
+  return Answer(text, user_.databaseId);
+}
+
+HRESULT SimpleHost::GetReplicaId(BStr* text) noexcept {
+  return Answer(text, user_.replicaId);
+}
+
+HRESULT SimpleHost::GetUsid(BStr* text) noexcept {
+  return Answer(text, user_.usid);
+}
+
+// There is no database of its own to name.
+HRESULT SimpleHost::SetDatabaseName(const WideString&) noexcept {
+  return S_OK;
+}
+
+HRESULT SimpleHost::SetUserName(const WideString& userName) noexcept {
+  session_.userName = userName;
+  return S_OK;
+}
+
+HRESULT SimpleHost::SetUsid(const WideString& usid) noexcept {
+  session_.usid = usid;
+  session_.open = !usid.IsEmpty();
+  user_.usid = usid.IsEmpty() ? WideString() : usid;
+  return S_OK;
+}
+
+HRESULT SimpleHost::SetDatabaseIds(const WideString& databaseId, const WideString& replicaId) noexcept {
+  session_.databaseId = databaseId;
+  session_.replicaId = replicaId;
+  return S_OK;
+}
+
+HRESULT SimpleHost::ClearSession() noexcept {
+  session_ = SimpleHostSession();
+  user_.usid = WideString();
+  return S_OK;
+}
+
+HRESULT SimpleHost::GetSession(SimpleHostSession* session) noexcept {
+  if (session == nullptr) return E_POINTER;
+  *session = session_;
+  return S_OK;
+}
+
+IQvClientServicesPtr CreateSimpleHost(const SimpleHostUser& user) {
+  IQvClientServices* services = new (std::nothrow) SimpleHost(user);
+  if (services == nullptr) _com_raise_error(E_OUTOFMEMORY);
+  return IQvClientServicesPtr(services, false);
+}
+
+}  // namespace qv

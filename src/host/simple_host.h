@@ -1,0 +1,40 @@
+// The services object behind CreateSimpleHost: a fixed user, and a memory for what the sink is told.
+#pragma once
+
+#include "qvscriptwells/simple_host.h"
+
+namespace qv {
+
+class SimpleHost final : public IQvClientServices, public IQvClientServicesSink, public ISimpleHost {
+ public:
+  // Starts with one reference, which the maker owns.
+  explicit SimpleHost(const SimpleHostUser& user) : user_(user) {}
+
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t Release() noexcept override;
+
+  HRESULT GetUserName(BStr* text) noexcept override;
+  HRESULT GetDatabaseId(BStr* text) noexcept override;
+  HRESULT GetReplicaId(BStr* text) noexcept override;
+  // The session to adopt: the user's at first, later the one that the sink heard of, none once it was
+  // cleared. A client that asks again during a session thus gets that session and not an older one.
+  HRESULT GetUsid(BStr* text) noexcept override;
+
+  HRESULT SetDatabaseName(const WideString& name) noexcept override;
+  HRESULT SetUserName(const WideString& userName) noexcept override;
+  HRESULT SetUsid(const WideString& usid) noexcept override;
+  HRESULT SetDatabaseIds(const WideString& databaseId, const WideString& replicaId) noexcept override;
+  HRESULT ClearSession() noexcept override;
+
+  HRESULT GetSession(SimpleHostSession* session) noexcept override;
+
+ private:
+  ~SimpleHost() = default;
+
+  std::uint32_t count_ = 1;
+  SimpleHostUser user_;
+  SimpleHostSession session_;
+};
+
+}  // namespace qv

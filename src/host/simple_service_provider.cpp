@@ -1,0 +1,39 @@
+#include "host/simple_service_provider.h"
+
+#include <new>
+
+#include "qvscriptwells/com_error.h"
+
+namespace qv {
+
+HRESULT SimpleServiceProvider::QueryInterface(const Guid& iid, void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  if (iid != IUnknown::kIid && iid != IQvServiceProvider::kIid) return E_NOINTERFACE;
+  *object = static_cast<IQvServiceProvider*>(this);
+  AddRef();
+  return S_OK;
+}
+
+std::uint32_t SimpleServiceProvider::Release() noexcept {
+  const std::uint32_t left = --count_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT SimpleServiceProvider::GetService(const WideString& name, IUnknown** service) noexcept {
+  if (service == nullptr) return E_POINTER;
+  *service = nullptr;
+  if (name.view() != kClientServicesName || !services_) return S_OK;
+  services_->AddRef();
+  *service = services_.get();
+  return S_OK;
+}
+
+IQvServiceProviderPtr CreateSimpleServiceProvider(IQvClientServices* services) {
+  IQvServiceProvider* provider = new (std::nothrow) SimpleServiceProvider(services);
+  if (provider == nullptr) _com_raise_error(E_OUTOFMEMORY);
+  return IQvServiceProviderPtr(provider, false);
+}
+
+}  // namespace qv
