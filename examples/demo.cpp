@@ -1,0 +1,144 @@
+// A host program against a service of its own: starts the development service on a free port, opens a session
+// with a connection string, runs examples/hello.js once per type, shows the typed answers and one fault,
+// closes the session.
+//   demo [SCRIPT]
+#include <unistd.h>
+
+#include <clocale>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+#include "devservice/script_worker.h"
+#include "devservice/service.h"
+#include "qvscriptwells/qvscriptwells.h"
+#include "tools/answer_format.h"
+#include "tools/text_table.h"
+
+namespace {
+
+struct Sample {
+  const char16_t* name;
+  qv::Variant value;
+};
+
+std::vector<Sample> Samples() {
+  return {
+      {u"aByte", qv::Variant::FromByte(41)},
+      {u"aShort", qv::Variant::FromShort(1233)},
+      {u"anInt", qv::Variant::FromInt(2024)},
+      {u"aLong", qv::Variant::FromLong(5000000000)},
+      {u"aBoolean", qv::Variant::FromBool(false)},
+      {u"aFloat", qv::Variant::FromFloat(0.125F)},
+      {u"aDouble", qv::Variant::FromDouble(3.14)},
+      {u"aString", qv::Variant::FromString(u"W\u00F6rld \u2603")},
+  };
+}
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  if (!file || text.str().empty()) throw std::runtime_error("cannot read " + path);
+  return text.str();
+}
+
+// One session; every failure is a _com_error.
+class Client {
+ public:
+  explicit Client(const std::string& server)
+      : services_(qv::CreateSimpleHost({u"demo", nullptr, nullptr, nullptr})),
+        model_(qv::CreateConnectionModel()) {
+    const qv::IConnectionModelRawPtr raw(
+        static_cast<qv::IConnectionModelRaw*>(qv::QueryFor(model_.get(), qv::IConnectionModelRaw::kIid)),
+        false);
+    const qv::Guid& iid = qv::IConnectionModelRaw::kIid;
+    qv::ThrowIfFailed(raw->SetServer(qv::FromUtf8(server), u""), raw.get(), iid);
+    qv::ThrowIfFailed(raw->SetClientServices(services_.get()), raw.get(), iid);
+  }
+
+  void Open(const qv::WideString& connectionString) { Check(model_->CreateUserSession(connectionString)); }
+  void Close() { Check(model_->CloseUserSession()); }
+
+  qv::Variant Run(const qv::WideString& script, const qv::IParametersPtr& parameters) {
+    qv::Variant answer;
+    Check(model_->Execute(u"JavaScript", script, parameters.get(), &answer));
+    return answer;
+  }
+
+ private:
+  void Check(qv::HRESULT code) { qv::ThrowIfFailed(code, model_.get(), qv::IConnectionModel::kIid); }
+
+  qv::IQvClientServicesPtr services_;
+  qv::IConnectionModelPtr model_;
+};
+
+// Every sample, and the name of the one that the script is to send back.
+qv::IParametersPtr MakeParameters(const qv::WideString& pick) {
+  const qv::IParametersPtr list = qv::CreateParameters();
+  const auto add = [&list](const qv::WideString& name, const qv::Variant& value) {
+    qv::ThrowIfFailed(list->Add(name, value, nullptr), list.get(), qv::IParameters::kIid);
+  };
+  add(u"pick", qv::Variant::FromString(pick));
+  for (const Sample& sample : Samples()) add(sample.name, sample.value);
+  return list;
+}
+
+void ShowAnswers(Client& client, const qv::WideString& script) {
+  std::vector<qv::cli::TableRow> rows;
+  for (const Sample& sample : Samples()) {
+    const qv::Variant answer = client.Run(script, MakeParameters(sample.name));
+    rows.push_back(
+        {qv::ToUtf8(qv::WideString(sample.name)), qv::cli::TypeName(answer), qv::cli::ValueText(answer)});
+  }
+  std::cout << "\nOne answer per type:\n\n"
+            << qv::cli::FormatTable(rows)
+            << "\nA byte arrives as 0 and a long as an empty value: clients in the field read them so.\n";
+}
+
+void ShowFault(Client& client, const qv::WideString& script) {
+  std::cout << "\nAsking for a parameter that is not there:\n\n";
+  try {
+    client.Run(script, MakeParameters(u"aDream"));
+    throw std::runtime_error("the server reported no fault");
+  } catch (const qv::_com_error& fault) {
+    std::cout << "  fault 0x" << std::hex << static_cast<std::uint32_t>(fault.Error()) << std::dec << ": "
+              << qv::ToUtf8(fault.Description()) << "\n";
+  }
+}
+
+void RunDemo(const std::string& scriptPath) {
+  const qv::WideString script = qv::FromUtf8(ReadFile(scriptPath));
+  qv::devservice::ServiceOptions options;
+  options.workerCommand = {"/proc/self/exe", "script-worker"};
+  qv::devservice::Service service(options);
+  service.Start();
+  std::cout << "The development service runs at " << service.Url() << "\n";
+
+  const qv::XmlLibraryHold hold;
+  Client client(service.Url());
+  client.Open(u"DbReplicationId=;Username=demo;Password=secret;");
+  std::cout << "The session is open.\n";
+  ShowAnswers(client, script);
+  ShowFault(client, script);
+  client.Close();
+  qv::CloseKeptConnections();
+  std::cout << "\nThe session is closed.\n";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc == 2 && std::string(argv[1]) == "script-worker")
+    _exit(qv::devservice::RunScriptWorker(STDIN_FILENO));
+  std::setlocale(LC_CTYPE, "C.UTF-8");  // the table counts characters
+  try {
+    RunDemo(argc > 1 ? argv[1] : DEMO_SCRIPT);
+    return 0;
+  } catch (const qv::_com_error& error) {
+    std::cerr << "demo: failed: " << qv::ToUtf8(error.Description()) << "\n";
+  } catch (const std::exception& error) {
+    std::cerr << "demo: " << error.what() << "\n";
+  }
+  return 1;
+}

@@ -1,0 +1,33 @@
+// The shortest complete host: opens a session, adds two numbers on the server, closes the session.
+//   first_call http://127.0.0.1:8080
+#include <iostream>
+
+#include "qvscriptwells/qvscriptwells.h"
+
+namespace {
+
+void AddOnTheServer(const char* server) {
+  const qv::XmlLibraryHold hold;
+  const auto services = qv::CreateSimpleHost({u"joe"});
+  const auto model = qv::CreateConnectionModel(qv::FromUtf8(server), u"", services.get());
+  qv::ThrowIfFailed(model->CreateUserSession(u"Username=joe;Password=secret;"));
+  const auto parameters = qv::CreateParameters();
+  qv::ThrowIfFailed(parameters->Add(u"a", qv::Variant::FromInt(2), nullptr));
+  qv::ThrowIfFailed(parameters->Add(u"b", qv::Variant::FromInt(40), nullptr));
+  qv::Variant sum;
+  qv::ThrowIfFailed(model->Execute(u"JavaScript", u"parameters.a + parameters.b", parameters.get(), &sum));
+  std::cout << sum.Data().intVal << "\n";  // 42
+  qv::ThrowIfFailed(model->CloseUserSession());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    AddOnTheServer(argc > 1 ? argv[1] : "http://127.0.0.1:8080");
+    return 0;
+  } catch (const qv::_com_error& error) {
+    std::cerr << "failed: " << qv::ToUtf8(error.Description()) << "\n";
+    return 1;
+  }
+}

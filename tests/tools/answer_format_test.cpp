@@ -1,0 +1,84 @@
+#include "tools/answer_format.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace qv::cli {
+namespace {
+
+std::string Json(const Variant& value) {
+  return FormatAnswer(OutputFormat::kJson, value);
+}
+std::string Text(const Variant& value) {
+  return FormatAnswer(OutputFormat::kText, value);
+}
+
+TEST(AnswerFormat, WholeNumbers) {
+  EXPECT_EQ(Json(Variant::FromInt(42)), "{\"type\":\"int\",\"value\":42,\"tag\":22}\n");
+  EXPECT_EQ(Json(Variant::FromByte(-128)), "{\"type\":\"byte\",\"value\":-128,\"tag\":16}\n");
+  EXPECT_EQ(Json(Variant::FromShort(32767)), "{\"type\":\"short\",\"value\":32767,\"tag\":2}\n");
+  EXPECT_EQ(Text(Variant::FromInt(-7)), "-7\n");
+  EXPECT_EQ(Text(Variant::FromByte(65)), "65\n");
+}
+
+TEST(AnswerFormat, LongThatReadersWouldRoundIsAString) {
+  EXPECT_EQ(Json(Variant::FromLong(9007199254740991)),
+            "{\"type\":\"long\",\"value\":9007199254740991,\"tag\":20}\n");
+  EXPECT_EQ(Json(Variant::FromLong(9007199254740992)),
+            "{\"type\":\"long\",\"value\":\"9007199254740992\",\"tag\":20}\n");
+  EXPECT_EQ(Json(Variant::FromLong(-9007199254740992)),
+            "{\"type\":\"long\",\"value\":\"-9007199254740992\",\"tag\":20}\n");
+  EXPECT_EQ(Text(Variant::FromLong(9223372036854775807)), "9223372036854775807\n");
+}
+
+TEST(AnswerFormat, NumbersHaveTheFewestDigitsThatReadBack) {
+  EXPECT_EQ(Text(Variant::FromDouble(0.1)), "0.1\n");
+  EXPECT_EQ(Text(Variant::FromDouble(0.30000000000000004)), "0.30000000000000004\n");
+  EXPECT_EQ(Text(Variant::FromFloat(0.1F)), "0.1\n");
+  EXPECT_EQ(Text(Variant::FromDouble(3.0)), "3\n");
+  EXPECT_EQ(Json(Variant::FromDouble(0.30000000000000004)),
+            "{\"type\":\"double\",\"value\":0.30000000000000004,\"tag\":5}\n");
+  EXPECT_EQ(Json(Variant::FromFloat(0.1F)), "{\"type\":\"float\",\"value\":0.1,\"tag\":4}\n");
+}
+
+TEST(AnswerFormat, NumbersBeyondJsonAreStrings) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(Json(Variant::FromDouble(std::nan(""))), "{\"type\":\"double\",\"value\":\"NaN\",\"tag\":5}\n");
+  EXPECT_EQ(Json(Variant::FromDouble(-infinity)), "{\"type\":\"double\",\"value\":\"-INF\",\"tag\":5}\n");
+  EXPECT_EQ(Json(Variant::FromFloat(std::numeric_limits<float>::infinity())),
+            "{\"type\":\"float\",\"value\":\"INF\",\"tag\":4}\n");
+  EXPECT_EQ(Text(Variant::FromDouble(infinity)), "INF\n");
+}
+
+TEST(AnswerFormat, Booleans) {
+  EXPECT_EQ(Json(Variant::FromBool(true)), "{\"type\":\"boolean\",\"value\":true,\"tag\":11}\n");
+  EXPECT_EQ(Text(Variant::FromBool(false)), "false\n");
+}
+
+TEST(AnswerFormat, StringsKeepEveryCharacter) {
+  EXPECT_EQ(Json(Variant::FromString(u"a\"b\\\n\u00E9\U0001F600")),
+            "{\"type\":\"string\",\"value\":\"a\\\"b\\\\\\n\xC3\xA9\xF0\x9F\x98\x80\",\"tag\":8}\n");
+  EXPECT_EQ(Text(Variant::FromString(u"two\nlines")), "two\nlines\n");
+  EXPECT_EQ(Json(Variant::FromString(u"")), "{\"type\":\"string\",\"value\":\"\",\"tag\":8}\n");
+  EXPECT_EQ(Json(Variant::FromString(nullptr)), "{\"type\":\"string\",\"value\":null,\"tag\":8}\n");
+}
+
+TEST(AnswerFormat, EmptyAndNullAreTold) {
+  EXPECT_EQ(Json(Variant()), "{\"type\":\"empty\",\"value\":null,\"tag\":0}\n");
+  EXPECT_EQ(Json(Variant::Null()), "{\"type\":\"null\",\"value\":null,\"tag\":1}\n");
+  EXPECT_EQ(Text(Variant()), "\n");
+}
+
+TEST(AnswerFormat, UnknownTagIsToldByItsNumber) {
+  EXPECT_EQ(Json(Variant::FromRaw(VT_UI1, VariantData())),
+            "{\"type\":\"unknown\",\"value\":null,\"tag\":17}\n");
+}
+
+TEST(AnswerFormat, TableHasOneRow) {
+  EXPECT_EQ(FormatAnswer(OutputFormat::kTable, Variant::FromInt(42)), "NAME   TYPE VALUE\nanswer int  42\n");
+}
+
+}  // namespace
+}  // namespace qv::cli

@@ -1,0 +1,148 @@
+#include "tools/explain_failure.h"
+
+#include <gtest/gtest.h>
+
+namespace qv::cli {
+namespace {
+
+_com_error Error(HRESULT code, const char16_t* words) {
+  ErrorInfo info;
+  info.description = words;
+  return _com_error(code, info);
+}
+
+ExchangeNote Connected() {
+  ExchangeNote note;
+  note.server = "http://srv:8080";
+  note.connected = true;
+  return note;
+}
+
+ExchangeNote Answered(const char* status, bool holdsFault) {
+  ExchangeNote note = Connected();
+  note.httpStatus = status;
+  note.holdsFault = holdsFault;
+  return note;
+}
+
+ExchangeNote Broken(ExchangeNote note, std::uint32_t code, const char* words) {
+  note.failure = MakeResult(code);
+  note.words = words;
+  return note;
+}
+
+std::string Explain(Phase phase, const _com_error& error, const ExchangeNote& note) {
+  const Failure failure = ExplainFailure(phase, error, note);
+  return std::to_string(static_cast<int>(failure.Status())) + " " + failure.Message();
+}
+
+const _com_error kNoCall = Error(DISP_E_EXCEPTION, u"Cannot create a soap call.");
+
+struct TransportRow {
+  const char* name;
+  std::uint32_t code;
+  const char* expected;
+};
+
+class Transport : public ::testing::TestWithParam<TransportRow> {};
+
+TEST_P(Transport, FailureWhileConnectingNamesTheServer) {
+  ExchangeNote note;
+  note.server = "http://srv:8080";
+  EXPECT_EQ(Explain(Phase::kOpen, kNoCall, Broken(note, GetParam().code, "words")), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ExplainFailure, Transport,
+    ::testing::Values(TransportRow{"timeout", 0x80072EE2, "4 cannot reach http://srv:8080: words"},
+                      TransportRow{"name", 0x80072EE7, "3 cannot reach http://srv:8080: words"},
+                      TransportRow{"refused", 0x80072EFD, "3 cannot reach http://srv:8080: words"},
+                      TransportRow{"tls", 0x80072F8F, "3 cannot reach http://srv:8080: words"},
+                      TransportRow{"cancelled", 0x80072EF1, "130 interrupted"},
+                      TransportRow{"argument", 0x80070057, "6 cannot reach http://srv:8080: words"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(ExplainFailure, ConnectionThatBreaksBeforeTheAnswer) {
+  EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"x"), Broken(Connected(), 0x80072EFE, "reset")),
+            "3 no answer from http://srv:8080: reset");
+  EXPECT_EQ(
+      Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"x"), Broken(Connected(), 0x80072EE2, "silence")),
+      "4 no answer from http://srv:8080: silence");
+  EXPECT_EQ(
+      Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"x"), Broken(Connected(), 0x80072F78, "no HTTP")),
+      "7 no answer from http://srv:8080: no HTTP");
+}
+
+TEST(ExplainFailure, AnswerThatBreaksOff) {
+  EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"x"),
+                    Broken(Answered("200", false), 0x80072EFE, "closed")),
+            "3 the answer of http://srv:8080 broke off: closed");
+}
+
+TEST(ExplainFailure, TransportWithoutWordsShowsItsCode) {
+  EXPECT_EQ(Explain(Phase::kExecute, kNoCall, Broken(Connected(), 0x80072EFE, "")),
+            "3 no answer from http://srv:8080: failure 0x80072EFE");
+}
+
+TEST(ExplainFailure, FaultInOpeningIsARefusal) {
+  const Failure failure =
+      ExplainFailure(Phase::kOpen, Error(MakeResult(0x800403EB), u"who are you"), Answered("500", true));
+  EXPECT_EQ(failure.Status(), ExitStatus::kRefused);
+  EXPECT_EQ(failure.Message(), "who are you");
+  EXPECT_EQ(failure.Code(), MakeResult(0x800403EB));
+}
+
+TEST(ExplainFailure, FaultInExecuteKeepsItsCode) {
+  const Failure failure = ExplainFailure(Phase::kExecute, Error(MakeResult(0x80040005), u"no such customer"),
+                                         Answered("200", true));
+  EXPECT_EQ(failure.Status(), ExitStatus::kFault);
+  EXPECT_EQ(failure.Message(), "no such customer");
+  EXPECT_EQ(failure.Code(), MakeResult(0x80040005));
+}
+
+TEST(ExplainFailure, FaultWithoutNumberHasNoCode) {
+  const Failure failure =
+      ExplainFailure(Phase::kExecute, Error(DISP_E_EXCEPTION, u"oops"), Answered("200", true));
+  EXPECT_EQ(failure.Status(), ExitStatus::kFault);
+  EXPECT_FALSE(failure.Code().has_value());
+}
+
+TEST(ExplainFailure, FaultWithoutWordsSaysSo) {
+  EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, nullptr), Answered("200", true)),
+            "1 the server gives no reason");
+}
+
+TEST(ExplainFailure, AnswerThatIsNoneShowsItsStatus) {
+  EXPECT_EQ(Explain(Phase::kOpen, Error(DISP_E_EXCEPTION, u"The respone that arrived is not valid"),
+                    Answered("404", false)),
+            "7 The respone that arrived is not valid (HTTP status 404)");
+}
+
+TEST(ExplainFailure, NullAnswerIsHintedAt) {
+  EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"The respone that arrived is not valid"),
+                    Answered("200", false)),
+            "7 The respone that arrived is not valid (a script that answers null or nothing ends so, too)");
+}
+
+TEST(ExplainFailure, FaultThatCannotBeReadIsAnAnswerNotUnderstood) {
+  EXPECT_EQ(Explain(Phase::kExecute,
+                    Error(DISP_E_EXCEPTION,
+                          u"Error at file application/xml, line 1, char 9  Message: application/xml"),
+                    Answered("200", true)),
+            "7 Error at file application/xml, line 1, char 9  Message: application/xml");
+}
+
+TEST(ExplainFailure, FailureBeforeAnythingWasSentIsLocal) {
+  EXPECT_EQ(
+      Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"Cannot create the xml document."), ExchangeNote()),
+      "6 Cannot create the xml document.");
+  EXPECT_EQ(Explain(Phase::kExecute, Error(E_POINTER, nullptr), ExchangeNote()), "6 failure 0x80004003");
+}
+
+TEST(ExplainFailure, LackOfMemoryIsToldAsSuch) {
+  EXPECT_EQ(Explain(Phase::kExecute, Error(E_OUTOFMEMORY, nullptr), Answered("200", false)),
+            "1 out of memory");
+}
+
+}  // namespace
+}  // namespace qv::cli

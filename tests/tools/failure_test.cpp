@@ -1,0 +1,63 @@
+#include "tools/failure.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace qv::cli {
+namespace {
+
+std::string Report(const Failure& failure, bool asJson) {
+  std::ostringstream err;
+  ReportFailure(failure, asJson, err);
+  return err.str();
+}
+
+TEST(FailureReport, FaultShowsCodeAndNumber) {
+  EXPECT_EQ(Report(Failure(ExitStatus::kFault, "no such customer", MakeResult(0x80040005)), false),
+            "scriptwells: script fault 0x80040005 (5): no such customer\n");
+}
+
+TEST(FailureReport, FaultWithoutCodeShowsItsWordsOnly) {
+  EXPECT_EQ(Report(Failure(ExitStatus::kFault, "no such customer"), false),
+            "scriptwells: script fault: no such customer\n");
+}
+
+TEST(FailureReport, RefusedSessionNamesItself) {
+  EXPECT_EQ(Report(Failure(ExitStatus::kRefused, "who are you", MakeResult(0x800403EB)), false),
+            "scriptwells: session refused 0x800403EB (1003): who are you\n");
+}
+
+TEST(FailureReport, OtherFailuresAreTheirWords) {
+  EXPECT_EQ(Report(Failure(ExitStatus::kUnreachable, "cannot reach http://h:1: refused"), false),
+            "scriptwells: cannot reach http://h:1: refused\n");
+}
+
+TEST(FailureReport, JsonHoldsEverything) {
+  EXPECT_EQ(Report(Failure(ExitStatus::kFault, "no \"such\"\ncustomer", MakeResult(0x80040005)), true),
+            "{\"error\":{\"kind\":\"script fault\",\"message\":\"no \\\"such\\\"\\ncustomer\","
+            "\"code\":\"0x80040005\",\"number\":5,\"exit\":1}}\n");
+  EXPECT_EQ(Report(Failure(ExitStatus::kTimeout, "late"), true),
+            "{\"error\":{\"kind\":\"timeout\",\"message\":\"late\",\"exit\":4}}\n");
+}
+
+TEST(FailureReport, JsonOfBytesThatAreNoUtf8IsStillJson) {
+  EXPECT_EQ(Report(Failure(ExitStatus::kUsage, "x\xFFy"), true),
+            "{\"error\":{\"kind\":\"usage\",\"message\":\"x\xEF\xBF\xBDy\",\"exit\":2}}\n");
+}
+
+TEST(FailureReport, WordsOfAServerCannotDriveTheTerminal) {
+  EXPECT_EQ(OneLine("a\nb\x1b[31mc\x7f"
+                    "d\xC2\x9B"
+                    "e\r\n"),
+            "a b [31mc d  e");
+  EXPECT_EQ(OneLine("\xC3\xA9\xE2\x98\x83"), "\xC3\xA9\xE2\x98\x83");
+}
+
+TEST(FailureReport, NumberIsTheServersErrorNumber) {
+  EXPECT_EQ(FaultNumber(MakeResult(0x80040005)), 5u);
+  EXPECT_EQ(FaultNumber(MakeResult(0x800403EB)), 1003u);
+}
+
+}  // namespace
+}  // namespace qv::cli

@@ -1,0 +1,141 @@
+#include "tools/parameter_text.h"
+
+#include <gtest/gtest.h>
+
+#include "tools/failure.h"
+
+namespace qv::cli {
+namespace {
+
+// What the user is told; "accepted" when nothing is wrong.
+std::string Refusal(const std::string& text) {
+  try {
+    ParseParameter(text);
+    return "accepted";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.Status(), ExitStatus::kLocal);
+    return failure.Message();
+  }
+}
+
+std::u16string StringOf(const std::string& text) {
+  const ScriptParameter parameter = ParseParameter(text);
+  EXPECT_EQ(parameter.value.Tag(), VT_BSTR);
+  EXPECT_FALSE(parameter.value.Text().IsNull());
+  return std::u16string(parameter.value.Text().view());
+}
+
+TEST(ParameterText, ByteTakesItsWholeRange) {
+  EXPECT_EQ(ParseParameter("a=byte:-128").value.Tag(), VT_I1);
+  EXPECT_EQ(ParseParameter("a=byte:-128").value.Data().cVal, -128);
+  EXPECT_EQ(ParseParameter("a=byte:127").value.Data().cVal, 127);
+  EXPECT_EQ(Refusal("a=byte:128"), "parameter 'a': 128 is out of range for byte (-128 to 127)");
+  EXPECT_EQ(Refusal("a=byte:-129"), "parameter 'a': -129 is out of range for byte (-128 to 127)");
+}
+
+TEST(ParameterText, ShortTakesItsWholeRange) {
+  EXPECT_EQ(ParseParameter("a=short:-32768").value.Tag(), VT_I2);
+  EXPECT_EQ(ParseParameter("a=short:-32768").value.Data().iVal, -32768);
+  EXPECT_EQ(ParseParameter("a=short:32767").value.Data().iVal, 32767);
+  EXPECT_EQ(Refusal("a=short:32768"), "parameter 'a': 32768 is out of range for short (-32768 to 32767)");
+}
+
+TEST(ParameterText, IntTakesItsWholeRange) {
+  EXPECT_EQ(ParseParameter("a=int:-2147483648").value.Tag(), VT_INT);
+  EXPECT_EQ(ParseParameter("a=int:-2147483648").value.Data().intVal, -2147483647 - 1);
+  EXPECT_EQ(ParseParameter("a=int:2147483647").value.Data().intVal, 2147483647);
+  EXPECT_EQ(Refusal("a=int:99999999999"),
+            "parameter 'a': 99999999999 is out of range for int (-2147483648 to 2147483647)");
+}
+
+TEST(ParameterText, LongTakesItsWholeRange) {
+  EXPECT_EQ(ParseParameter("a=long:9223372036854775807").value.Tag(), VT_I8);
+  EXPECT_EQ(ParseParameter("a=long:9223372036854775807").value.Data().llVal, 9223372036854775807LL);
+  EXPECT_EQ(ParseParameter("a=long:-9223372036854775808").value.Data().llVal, -9223372036854775807LL - 1);
+  EXPECT_EQ(Refusal("a=long:9223372036854775808"),
+            "parameter 'a': 9223372036854775808 is out of range for long "
+            "(-9223372036854775808 to 9223372036854775807)");
+}
+
+TEST(ParameterText, WholeNumbersAreNothingButDigitsAndMinus) {
+  EXPECT_EQ(Refusal("a=int:"), "parameter 'a': '' is not a whole number");
+  EXPECT_EQ(Refusal("a=int:12abc"), "parameter 'a': '12abc' is not a whole number");
+  EXPECT_EQ(Refusal("a=int: 12"), "parameter 'a': ' 12' is not a whole number");
+  EXPECT_EQ(Refusal("a=int:12 "), "parameter 'a': '12 ' is not a whole number");
+  EXPECT_EQ(Refusal("a=int:+12"), "parameter 'a': '+12' is not a whole number");
+  EXPECT_EQ(Refusal("a=int:0x10"), "parameter 'a': '0x10' is not a whole number");
+  EXPECT_EQ(Refusal("a=int:1.0"), "parameter 'a': '1.0' is not a whole number");
+  EXPECT_EQ(Refusal("a=int:99999999999999999999x"),
+            "parameter 'a': '99999999999999999999x' is not a whole number");
+}
+
+TEST(ParameterText, BooleanTakesWordsAndDigits) {
+  EXPECT_EQ(ParseParameter("a=boolean:true").value.Tag(), VT_BOOL);
+  EXPECT_EQ(ParseParameter("a=boolean:true").value.Data().boolVal, VARIANT_TRUE);
+  EXPECT_EQ(ParseParameter("a=boolean:1").value.Data().boolVal, VARIANT_TRUE);
+  EXPECT_EQ(ParseParameter("a=boolean:false").value.Data().boolVal, VARIANT_FALSE);
+  EXPECT_EQ(ParseParameter("a=boolean:0").value.Data().boolVal, VARIANT_FALSE);
+  EXPECT_EQ(Refusal("a=boolean:TRUE"), "parameter 'a': 'TRUE' is not a boolean (true or false)");
+  EXPECT_EQ(Refusal("a=boolean:"), "parameter 'a': '' is not a boolean (true or false)");
+}
+
+TEST(ParameterText, FloatAndDoubleTakeNumbers) {
+  EXPECT_EQ(ParseParameter("a=float:0.5").value.Tag(), VT_R4);
+  EXPECT_EQ(ParseParameter("a=float:0.5").value.Data().fltVal, 0.5F);
+  EXPECT_EQ(ParseParameter("a=double:-1.25e3").value.Tag(), VT_R8);
+  EXPECT_EQ(ParseParameter("a=double:-1.25e3").value.Data().dblVal, -1250.0);
+  EXPECT_EQ(Refusal("a=double:one"), "parameter 'a': 'one' is not a number");
+  EXPECT_EQ(Refusal("a=double:1,5"), "parameter 'a': '1,5' is not a number");
+  EXPECT_EQ(Refusal("a=double:"), "parameter 'a': '' is not a number");
+  EXPECT_EQ(Refusal("a=float:1e39"), "parameter 'a': 1e39 is out of range for float");
+  EXPECT_EQ(Refusal("a=double:1e400"), "parameter 'a': 1e400 is out of range for double");
+  EXPECT_EQ(Refusal("a=double:inf"), "parameter 'a': 'inf' is not a finite number");
+  EXPECT_EQ(Refusal("a=float:nan"), "parameter 'a': 'nan' is not a finite number");
+}
+
+TEST(ParameterText, DigitsBeyondTheSixthAreNoticed) {
+  EXPECT_FALSE(ParseParameter("a=double:0.1").losesDigits);
+  EXPECT_FALSE(ParseParameter("a=double:123456").losesDigits);
+  EXPECT_TRUE(ParseParameter("a=double:1234567").losesDigits);
+  EXPECT_TRUE(ParseParameter("a=double:3.14159265").losesDigits);
+  EXPECT_FALSE(ParseParameter("a=float:0.1").losesDigits);
+  EXPECT_TRUE(ParseParameter("a=float:1.2345678").losesDigits);
+  EXPECT_FALSE(ParseParameter("a=int:1234567").losesDigits);
+}
+
+TEST(ParameterText, StringIsEverythingBehindTheColon) {
+  EXPECT_EQ(StringOf("x=string:"), u"");
+  EXPECT_EQ(StringOf("x=string:a=b:c"), u"a=b:c");
+  EXPECT_EQ(StringOf("x=string: two words "), u" two words ");
+  EXPECT_EQ(StringOf("x=string:\xC3\xA9\xF0\x9F\x98\x80"), u"\u00E9\U0001F600");
+}
+
+TEST(ParameterText, NameIsEverythingBeforeTheFirstEqualsSign) {
+  EXPECT_EQ(ParseParameter("a:b=string:c").name, "a:b");
+  EXPECT_EQ(ParseParameter("two words=int:1").name, "two words");
+}
+
+TEST(ParameterText, MissingPiecesAreTold) {
+  EXPECT_EQ(Refusal("x"), "parameter 'x' is not of the form name=type:value");
+  EXPECT_EQ(Refusal("x=int"), "parameter 'x=int' is not of the form name=type:value");
+  EXPECT_EQ(Refusal("x:int=1"), "parameter 'x:int=1' is not of the form name=type:value");
+  EXPECT_EQ(Refusal("=int:1"), "parameter '=int:1' is not of the form name=type:value");
+  EXPECT_EQ(Refusal(""), "parameter '' is not of the form name=type:value");
+}
+
+TEST(ParameterText, UnknownTypeListsTheKnownOnes) {
+  EXPECT_EQ(
+      Refusal("d=date:2024-01-01"),
+      "parameter 'd': unknown type 'date' (known: byte, short, int, long, boolean, float, double, string)");
+  EXPECT_EQ(
+      Refusal("d=Int:1"),
+      "parameter 'd': unknown type 'Int' (known: byte, short, int, long, boolean, float, double, string)");
+}
+
+TEST(ParameterText, BytesThatAreNoUtf8AreRefused) {
+  EXPECT_EQ(Refusal("x=string:\xFF"), "a parameter is not valid UTF-8");
+  EXPECT_EQ(Refusal("\xC3=string:x"), "a parameter is not valid UTF-8");
+}
+
+}  // namespace
+}  // namespace qv::cli

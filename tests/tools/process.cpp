@@ -1,0 +1,208 @@
+#include "tests/tools/process.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <pty.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+
+extern char** environ;
+
+namespace qv::cli::testing {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::seconds kPatience{30};
+
+struct Pipe {
+  Pipe() {
+    if (::pipe2(ends, O_CLOEXEC) != 0) std::abort();
+  }
+  int ends[2];
+};
+
+std::vector<std::string> EnvironmentWith(const Variables& variables) {
+  std::vector<std::string> lines;
+  for (char** line = environ; *line != nullptr; ++line)
+    if (std::string(*line).rfind("SCRIPTWELLS_", 0) != 0) lines.emplace_back(*line);
+  for (const auto& [name, value] : variables) lines.push_back(name + "=" + value);
+  return lines;
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (std::string& text : texts) pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+[[noreturn]] void Become(const Words& arguments, const Variables& variables) {
+  Words words = arguments;
+  words.insert(words.begin(), SCRIPTWELLS_PROGRAM);
+  std::vector<std::string> environment = EnvironmentWith(variables);
+  ::execve(SCRIPTWELLS_PROGRAM, Pointers(words).data(), Pointers(environment).data());
+  ::_exit(126);
+}
+
+int LeftOf(Clock::time_point end) {
+  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+  return left < 0 ? 0 : static_cast<int>(left);
+}
+
+// Appends what is there; false at the end of the stream.
+bool Drain(int descriptor, std::string& text) {
+  char bytes[4096];
+  const ssize_t count = ::read(descriptor, bytes, sizeof bytes);
+  if (count > 0) text.append(bytes, static_cast<std::size_t>(count));
+  return count > 0;
+}
+
+int ExitOf(pid_t pid) {
+  int status = 0;
+  if (::waitpid(pid, &status, 0) != pid) return -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+void Close(int& descriptor) {
+  if (descriptor >= 0) ::close(descriptor);
+  descriptor = -1;
+}
+
+}  // namespace
+
+Process::Process(const Words& arguments, const Variables& variables) {
+  ::signal(SIGPIPE, SIG_IGN);
+  Pipe in;
+  Pipe out;
+  Pipe err;
+  pid_ = ::fork();
+  if (pid_ == 0) {
+    ::dup2(in.ends[0], 0);
+    ::dup2(out.ends[1], 1);
+    ::dup2(err.ends[1], 2);
+    ::signal(SIGPIPE, SIG_DFL);
+    Become(arguments, variables);
+  }
+  ::close(in.ends[0]);
+  ::close(out.ends[1]);
+  ::close(err.ends[1]);
+  in_ = in.ends[1];
+  out_ = out.ends[0];
+  err_ = err.ends[0];
+}
+
+Process::~Process() {
+  if (pid_ > 0) {
+    ::kill(pid_, SIGKILL);
+    ExitOf(pid_);
+  }
+  Close(in_);
+  Close(out_);
+  Close(err_);
+}
+
+void Process::Signal(int signal) const {
+  ::kill(pid_, signal);
+}
+
+void Process::CloseOutput() {
+  Close(out_);
+}
+
+std::string Process::ReadLine() {
+  std::string line;
+  const auto end = Clock::now() + kPatience;
+  for (;;) {
+    pollfd wait{out_, POLLIN, 0};
+    char byte = 0;
+    if (::poll(&wait, 1, LeftOf(end)) <= 0 || ::read(out_, &byte, 1) != 1 || byte == '\n') return line;
+    line += byte;
+  }
+}
+
+Outcome Process::Finish(const std::string& input) {
+  Outcome outcome;
+  if (::write(in_, input.data(), input.size()) < 0) outcome.err = "(the program takes no input)\n";
+  Close(in_);
+  const auto end = Clock::now() + kPatience;
+  while (out_ >= 0 || err_ >= 0) {
+    pollfd waits[2] = {{out_, POLLIN, 0}, {err_, POLLIN, 0}};
+    if (::poll(waits, 2, LeftOf(end)) <= 0) break;
+    if (waits[0].revents != 0 && !Drain(out_, outcome.out)) Close(out_);
+    if (waits[1].revents != 0 && !Drain(err_, outcome.err)) Close(err_);
+  }
+  if (out_ >= 0 || err_ >= 0) ::kill(pid_, SIGKILL);
+  outcome.exit = ExitOf(pid_);
+  pid_ = -1;
+  return outcome;
+}
+
+Outcome RunTool(const Words& arguments, const std::string& input, const Variables& variables) {
+  return Process(arguments, variables).Finish(input);
+}
+
+namespace {
+
+Words ServeWords(const Words& more) {
+  Words words{"serve"};
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
+// The page at `path`, with its head.
+std::string Fetch(const std::string& url, const std::string& path) {
+  const std::string port = url.substr(url.rfind(':') + 1);
+  const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<std::uint16_t>(std::stoi(port)));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  std::string page;
+  const std::string request = "GET " + path + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n";
+  if (::connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+      ::write(connection, request.data(), request.size()) > 0)
+    while (Drain(connection, page)) {
+    }
+  ::close(connection);
+  return page;
+}
+
+}  // namespace
+
+ServeProcess::ServeProcess(const Words& more) : process_(ServeWords(more)), url_(process_.ReadLine()) {}
+
+int ServeProcess::Count(const std::string& name) const {
+  const std::string page = Fetch(url_, "/stats");
+  const std::size_t found = page.find("\"" + name + "\":");
+  return found == std::string::npos ? -1 : std::atoi(page.c_str() + found + name.size() + 3);
+}
+
+Outcome RunOnTerminal(const Words& arguments, const std::string& question, const std::string& typed) {
+  int terminal = -1;
+  const pid_t pid = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+  if (pid == 0) Become(arguments, {});
+  Outcome outcome;
+  bool asked = false;
+  const auto end = Clock::now() + kPatience;
+  for (;;) {
+    pollfd wait{terminal, POLLIN, 0};
+    if (::poll(&wait, 1, LeftOf(end)) <= 0 || !Drain(terminal, outcome.out)) break;
+    if (asked || outcome.out.find(question) == std::string::npos) continue;
+    asked = ::write(terminal, typed.data(), typed.size()) == static_cast<ssize_t>(typed.size());
+  }
+  if (LeftOf(end) == 0) ::kill(pid, SIGKILL);
+  ::close(terminal);
+  outcome.exit = ExitOf(pid);
+  return outcome;
+}
+
+}  // namespace qv::cli::testing

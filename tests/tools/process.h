@@ -1,0 +1,65 @@
+// The built program as its users meet it: started as a process, with its output, its words and its exit code.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qv::cli::testing {
+
+using Words = std::vector<std::string>;
+using Variables = std::vector<std::pair<std::string, std::string>>;
+
+struct Outcome {
+  int exit = -1;  // 128 + the number for an end by signal
+  std::string out;
+  std::string err;
+};
+
+// A running `scriptwells`. Its environment is this process's without any SCRIPTWELLS_ variable. It is killed
+// after 30 seconds, and with this object.
+class Process {
+ public:
+  explicit Process(const Words& arguments, const Variables& variables = {});
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  void Signal(int signal) const;
+  // Reads standard output up to its next line end, which is left out.
+  std::string ReadLine();
+  // Nobody reads its standard output any more.
+  void CloseOutput();
+  // Gives `input` to it, closes its standard input, and takes the rest of what it says until it ends.
+  Outcome Finish(const std::string& input = "");
+
+ private:
+  pid_t pid_ = -1;
+  int in_ = -1;
+  int out_ = -1;
+  int err_ = -1;
+};
+
+Outcome RunTool(const Words& arguments, const std::string& input = "", const Variables& variables = {});
+
+// A running `scriptwells serve`.
+class ServeProcess {
+ public:
+  explicit ServeProcess(const Words& more = {});
+  const std::string& Url() const { return url_; }
+  Process& Itself() { return process_; }
+  // A number out of the service's own counts, -1 when it is not there.
+  int Count(const std::string& name) const;
+
+ private:
+  Process process_;
+  std::string url_;
+};
+
+// The program on a terminal: `typed` is given to it once it has shown `question`. The outcome's `out` is
+// everything that the terminal shows.
+Outcome RunOnTerminal(const Words& arguments, const std::string& question, const std::string& typed);
+
+}  // namespace qv::cli::testing

@@ -1,0 +1,140 @@
+#include "tools/reporting_http.h"
+
+#include <gtest/gtest.h>
+
+#include "fixtures/fake_http.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/error_info.h"
+
+namespace qv::cli {
+namespace {
+
+// The component as the library makes it: with this program's class in front of a fake one.
+class ReportingHttpTest : public ::testing::Test {
+ protected:
+  IHttpSessionPtr MakeSession() {
+    void* object = nullptr;
+    EXPECT_EQ(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IUnknown::kIid, &object), S_OK);
+    const IUnknownPtr component(static_cast<IUnknown*>(object), false);
+    EXPECT_EQ(OleRun(component.get()), S_OK);
+    return IHttpSessionPtr(static_cast<IHttpSession*>(QueryFor(component.get(), IHttpSession::kIid)), false);
+  }
+  static HRESULT Open(const IHttpSessionPtr& session, const WideString& proxy = u"") {
+    return session->Open(u"http", u"srv", 8080, nullptr, nullptr, proxy);
+  }
+  static IHttpRequestPtr MakeRequest(const IHttpSessionPtr& session) {
+    IHttpRequest* request = nullptr;
+    EXPECT_EQ(session->OpenRequest(u"POST", u"/p", u"text/xml", 0, &request), S_OK);
+    return IHttpRequestPtr(request, false);
+  }
+
+  FakeHttp fake_;
+  ReportingHttp http_{"px:3128"};
+};
+
+TEST_F(ReportingHttpTest, EveryCallReachesTheComponentBehind) {
+  fake_.Answer(u"body");
+  const IHttpSessionPtr session = MakeSession();
+  EXPECT_EQ(Open(session), S_OK);
+  const IHttpRequestPtr request = MakeRequest(session);
+  EXPECT_EQ(request->SetHeader(u"Host", u"srv"), S_OK);
+  EXPECT_EQ(request->Send(u"sent", u""), S_OK);
+  WideString text;
+  std::int32_t count = 0;
+  EXPECT_EQ(request->Read(4, &text, &count), S_OK);
+  EXPECT_EQ(text, WideString(u"body"));
+  EXPECT_EQ(request->Close(), S_OK);
+  EXPECT_EQ(session->Close(), S_OK);
+  EXPECT_EQ(fake_.Bodies(), std::vector<std::string>{"sent"});
+  EXPECT_TRUE(http_.Note().connected);
+  EXPECT_FALSE(http_.Note().failure.has_value());
+  EXPECT_FALSE(http_.Note().holdsFault);
+  EXPECT_EQ(http_.Note().server, "http://srv:8080");
+}
+
+TEST_F(ReportingHttpTest, FailureIsNotedAndItsRecordStaysForTheCaller) {
+  fake_.Fail(HttpStep::kOpen, MakeResult(0x80072EFD), u"nobody there");
+  EXPECT_EQ(Open(MakeSession()), MakeResult(0x80072EFD));
+  EXPECT_FALSE(http_.Note().connected);
+  EXPECT_EQ(http_.Note().failure, MakeResult(0x80072EFD));
+  EXPECT_EQ(http_.Note().words, "nobody there");
+  ErrorInfo info;
+  ASSERT_TRUE(GetErrorInfo(&info));
+  EXPECT_EQ(info.description, WideString(u"nobody there"));
+}
+
+TEST_F(ReportingHttpTest, CallersSeeThatRecordsAreLeft) {
+  const IHttpSessionPtr session = MakeSession();
+  const ISupportErrorInfoPtr support(
+      static_cast<ISupportErrorInfo*>(QueryFor(session.get(), ISupportErrorInfo::kIid)), false);
+  ASSERT_TRUE(support);
+  EXPECT_EQ(support->InterfaceSupportsErrorInfo(IHttpSession::kIid), S_OK);
+  EXPECT_EQ(support->InterfaceSupportsErrorInfo(IHttpOptions::kIid), S_FALSE);
+}
+
+TEST_F(ReportingHttpTest, FirstFailureIsKept) {
+  fake_.Fail(HttpStep::kSend, MakeResult(0x80072EE2), u"silence");
+  fake_.Fail(HttpStep::kGetHeader, E_UNEXPECTED, u"no answer yet");
+  const IHttpSessionPtr session = MakeSession();
+  Open(session);
+  const IHttpRequestPtr request = MakeRequest(session);
+  EXPECT_EQ(request->Send(u"", u""), MakeResult(0x80072EE2));
+  WideString value;
+  EXPECT_EQ(request->GetHeader(u"X", &value), E_UNEXPECTED);
+  EXPECT_EQ(http_.Note().failure, MakeResult(0x80072EE2));
+  EXPECT_EQ(http_.Note().words, "silence");
+}
+
+TEST_F(ReportingHttpTest, FaultElementInTheAnswerIsNoted) {
+  fake_.Answer(u"<soap:Envelope><soap:Fault/></soap:Envelope>");
+  const IHttpSessionPtr session = MakeSession();
+  Open(session);
+  const IHttpRequestPtr request = MakeRequest(session);
+  request->Send(u"", u"");
+  WideString text;
+  std::int32_t count = 0;
+  request->Read(44, &text, &count);
+  EXPECT_TRUE(http_.Note().holdsFault);
+}
+
+TEST_F(ReportingHttpTest, ProxyGetsItsPortBack) {
+  EXPECT_EQ(Open(MakeSession(), u"px"), S_OK);
+  const std::vector<std::string> opens = fake_.CallsNamed("Open");
+  ASSERT_EQ(opens.size(), 1u);
+  EXPECT_NE(opens[0].find("px:3128"), std::string::npos) << opens[0];
+}
+
+TEST_F(ReportingHttpTest, CallWithoutProxyStaysWithoutOne) {
+  EXPECT_EQ(Open(MakeSession(), u""), S_OK);
+  EXPECT_EQ(fake_.CallsNamed("Open")[0].find("px"), std::string::npos);
+}
+
+TEST_F(ReportingHttpTest, NextExchangeStartsANewNote) {
+  fake_.Fail(HttpStep::kOpen, MakeResult(0x80072EFD), u"nobody there");
+  Open(MakeSession());
+  EXPECT_EQ(Open(MakeSession()), S_OK);
+  EXPECT_FALSE(http_.Note().failure.has_value());
+  EXPECT_EQ(http_.Note().words, "");
+}
+
+TEST_F(ReportingHttpTest, NothingIsLeftBehind) {
+  {
+    const IHttpSessionPtr session = MakeSession();
+    Open(session);
+    const IHttpRequestPtr request = MakeRequest(session);
+    EXPECT_EQ(fake_.LiveObjects(), 2);
+  }
+  EXPECT_EQ(fake_.LiveObjects(), 0);
+}
+
+TEST(ReportingHttpScope, FormerClassComesBack) {
+  const FakeHttp fake;
+  { const ReportingHttp http(""); }
+  void* object = nullptr;
+  ASSERT_EQ(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IUnknown::kIid, &object), S_OK);
+  EXPECT_EQ(fake.LiveObjects(), 1);
+  static_cast<IUnknown*>(object)->Release();
+}
+
+}  // namespace
+}  // namespace qv::cli

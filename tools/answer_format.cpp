@@ -1,0 +1,131 @@
+#include "tools/answer_format.h"
+
+#include <charconv>
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "tools/text_table.h"
+
+namespace qv::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct TypeRow {
+  VARTYPE tag;
+  const char* name;
+};
+
+constexpr TypeRow kTypes[] = {
+    {VT_EMPTY, "empty"},    {VT_NULL, "null"},       {VT_I1, "byte"},   {VT_I2, "short"},
+    {VT_I4, "int"},         {VT_INT, "int"},         {VT_I8, "long"},   {VT_BOOL, "boolean"},
+    {VT_R4, "float"},       {VT_R8, "double"},       {VT_DATE, "date"}, {VT_BSTR, "string"},
+    {VT_UNKNOWN, "object"}, {VT_DISPATCH, "object"},
+};
+
+// Beyond these, a reader that keeps numbers as doubles would see another number.
+constexpr std::int64_t kSafeWhole = 9007199254740991;
+
+// Floats are printed from their own width: 0.1f is "0.1" and not what a double makes of it.
+std::string NumberText(double value, bool single) {
+  if (std::isnan(value)) return "NaN";
+  if (std::isinf(value)) return value < 0 ? "-INF" : "INF";
+  char text[64];
+  char* const end = text + sizeof text;
+  const std::to_chars_result result =
+      single ? std::to_chars(text, end, static_cast<float>(value)) : std::to_chars(text, end, value);
+  return std::string(text, result.ptr);
+}
+
+Json NumberJson(double value, bool single) {
+  if (!std::isfinite(value)) return NumberText(value, single);
+  if (!single) return value;
+  const std::string text = NumberText(value, single);
+  double shortest = 0;
+  std::from_chars(text.data(), text.data() + text.size(), shortest);
+  return shortest;
+}
+
+Json LongJson(std::int64_t value) {
+  if (value > kSafeWhole || value < -kSafeWhole) return std::to_string(value);
+  return value;
+}
+
+Json ValueJson(const Variant& value) {
+  const VariantData& data = value.Data();
+  switch (value.Tag()) {
+    case VT_I1:
+      return data.cVal;
+    case VT_I2:
+      return data.iVal;
+    case VT_I4:
+    case VT_INT:
+      return data.lVal;
+    case VT_I8:
+      return LongJson(data.llVal);
+    case VT_BOOL:
+      return data.boolVal != VARIANT_FALSE;
+    case VT_R4:
+      return NumberJson(data.fltVal, true);
+    case VT_R8:
+      return NumberJson(data.dblVal, false);
+    case VT_DATE:
+      return NumberJson(data.date, false);
+    case VT_BSTR:
+      return value.Text().IsNull() ? Json() : Json(ToUtf8(value.Text()));
+    default:
+      return Json();
+  }
+}
+
+std::string FormatJson(const Variant& value) {
+  Json answer;
+  answer["type"] = TypeName(value);
+  answer["value"] = ValueJson(value);
+  answer["tag"] = value.Tag();
+  return answer.dump() + "\n";
+}
+
+}  // namespace
+
+std::string TypeName(const Variant& value) {
+  for (const TypeRow& row : kTypes)
+    if (row.tag == value.Tag()) return row.name;
+  return "unknown";
+}
+
+std::string ValueText(const Variant& value) {
+  const VariantData& data = value.Data();
+  switch (value.Tag()) {
+    case VT_I1:
+      return std::to_string(data.cVal);
+    case VT_I2:
+      return std::to_string(data.iVal);
+    case VT_I4:
+    case VT_INT:
+      return std::to_string(data.lVal);
+    case VT_I8:
+      return std::to_string(data.llVal);
+    case VT_BOOL:
+      return data.boolVal != VARIANT_FALSE ? "true" : "false";
+    case VT_R4:
+      return NumberText(data.fltVal, true);
+    case VT_R8:
+      return NumberText(data.dblVal, false);
+    case VT_DATE:
+      return NumberText(data.date, false);
+    case VT_BSTR:
+      return ToUtf8(value.Text());
+    default:
+      return "";
+  }
+}
+
+std::string FormatAnswer(OutputFormat format, const Variant& value) {
+  if (format == OutputFormat::kJson) return FormatJson(value);
+  if (format == OutputFormat::kTable) return FormatTable({{"answer", TypeName(value), ValueText(value)}});
+  return ValueText(value) + "\n";
+}
+
+}  // namespace qv::cli

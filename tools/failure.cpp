@@ -1,0 +1,100 @@
+#include "tools/failure.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+namespace qv::cli {
+
+namespace {
+
+struct NameRow {
+  ExitStatus status;
+  const char* name;
+};
+
+constexpr NameRow kNames[] = {
+    {ExitStatus::kOk, "ok"},
+    {ExitStatus::kFault, "script fault"},
+    {ExitStatus::kUsage, "usage"},
+    {ExitStatus::kUnreachable, "not connected"},
+    {ExitStatus::kTimeout, "timeout"},
+    {ExitStatus::kRefused, "session refused"},
+    {ExitStatus::kLocal, "not run"},
+    {ExitStatus::kAnswer, "answer not understood"},
+    {ExitStatus::kInterrupted, "interrupted"},
+};
+
+// The words for a person say it themselves unless a server spoke or a class of failure needs its name.
+bool NamesItsKind(ExitStatus status) {
+  return status == ExitStatus::kFault || status == ExitStatus::kRefused || status == ExitStatus::kAnswer;
+}
+
+std::string Line(const Failure& failure) {
+  std::string line = "scriptwells: ";
+  if (NamesItsKind(failure.Status())) {
+    line += StatusName(failure.Status());
+    if (failure.Code())
+      line += " " + HexCode(*failure.Code()) + " (" + std::to_string(FaultNumber(*failure.Code())) + ")";
+    line += ": ";
+  }
+  return line + OneLine(failure.Message());
+}
+
+std::string JsonLine(const Failure& failure) {
+  nlohmann::ordered_json error;
+  error["kind"] = StatusName(failure.Status());
+  error["message"] = failure.Message();
+  if (failure.Code()) {
+    error["code"] = HexCode(*failure.Code());
+    error["number"] = FaultNumber(*failure.Code());
+  }
+  error["exit"] = static_cast<int>(failure.Status());
+  nlohmann::ordered_json whole;
+  whole["error"] = error;
+  return whole.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+}  // namespace
+
+const char* StatusName(ExitStatus status) {
+  for (const NameRow& row : kNames)
+    if (row.status == status) return row.name;
+  return "failure";
+}
+
+std::uint32_t FaultNumber(HRESULT code) {
+  return static_cast<std::uint32_t>(code) & ~0x80040000u;
+}
+
+std::string HexCode(HRESULT code) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code));
+  return text;
+}
+
+std::string OneLine(const std::string& text) {
+  std::string line = text;
+  // U+0080 to U+009F, which terminals obey too, are two bytes from 0xC2 0x80 on.
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(line[i]);
+    const bool second =
+        i > 0 && static_cast<unsigned char>(line[i - 1]) == 0xC2 && byte >= 0x80 && byte < 0xA0;
+    if (second) line[i - 1] = line[i] = ' ';
+    if (byte < 0x20 || byte == 0x7F) line[i] = ' ';
+  }
+  const std::size_t end = line.find_last_not_of(' ');
+  line.resize(end == std::string::npos ? 0 : end + 1);
+  return line;
+}
+
+void ReportFailure(const Failure& failure, bool asJson, std::ostream& err) {
+  err << (asJson ? JsonLine(failure) : Line(failure)) << std::endl;
+}
+
+void ReportNote(const char* kind, const std::string& message, std::ostream& err) {
+  err << "scriptwells: " << kind << ": " << OneLine(message) << std::endl;
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,54 @@
+// A failure on its way to the user: exit status and words.
+#pragma once
+
+#include <exception>
+#include <iosfwd>
+#include <optional>
+#include <string>
+
+#include "qvscriptwells/result_codes.h"
+#include "tools/exit_status.h"
+
+namespace qv::cli {
+
+// `status` is never kOk. `message` is UTF-8 without the program's name and without a full stop.
+class Failure : public std::exception {
+ public:
+  Failure(ExitStatus status, std::string message) : status_(status), message_(std::move(message)) {}
+  // A fault that the server reported: with the result code that came of it.
+  Failure(ExitStatus status, std::string message, HRESULT code)
+      : status_(status), message_(std::move(message)), code_(code) {}
+
+  ExitStatus Status() const noexcept { return status_; }
+  const std::string& Message() const noexcept { return message_; }
+  // The code, when there is one that tells more than the words.
+  const std::optional<HRESULT>& Code() const noexcept { return code_; }
+  const char* what() const noexcept override { return message_.c_str(); }
+
+ private:
+  ExitStatus status_;
+  std::string message_;
+  std::optional<HRESULT> code_;
+};
+
+// "script fault", "timeout", ...: one short name per status, for people and for JSON.
+const char* StatusName(ExitStatus status);
+
+// The error number that a server put into its fault: the code without the bits that every fault has.
+std::uint32_t FaultNumber(HRESULT code);
+
+// "0x80040005"
+std::string HexCode(HRESULT code);
+
+// Makes one printable line of a text that may come from anywhere: control characters become blanks.
+std::string OneLine(const std::string& text);
+
+// Writes one line, or one line of JSON:
+//   scriptwells: script fault 0x80040005 (5): no such customer
+//   {"error":{"kind":"script fault","message":"no such customer","code":"0x80040005","number":5,"exit":1}}
+void ReportFailure(const Failure& failure, bool asJson, std::ostream& err);
+
+// One line that changes nothing about the exit status.
+void ReportNote(const char* kind, const std::string& message, std::ostream& err);
+
+}  // namespace qv::cli

@@ -1,0 +1,19 @@
+// Ctrl-C and SIGTERM.
+#pragma once
+
+namespace qv::cli {
+
+// From now on the first signal is remembered and makes a blocking read return; the program then closes its
+// session and leaves. A second one, or 5 seconds without an end, leaves at once with exit status 130. A
+// closed pipe on standard output is a failed write from now on.
+void WatchForInterrupt();
+
+bool Interrupted() noexcept;
+
+// Throws Failure (kInterrupted) after a signal.
+void ThrowIfInterrupted();
+
+// Waits for the first signal. What follows has the 5 seconds told above.
+void WaitForInterrupt();
+
+}  // namespace qv::cli

@@ -1,0 +1,26 @@
+#include "tools/local_service.h"
+
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+
+#include "tools/failure.h"
+
+namespace qv::cli {
+
+std::vector<std::string> WorkerCommand() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error) throw Failure(ExitStatus::kLocal, "cannot find this program's own file: " + error.message());
+  return {program.string(), "script-worker"};
+}
+
+void StartService(devservice::Service& service) {
+  try {
+    service.Start();
+  } catch (const std::runtime_error& error) {
+    throw Failure(ExitStatus::kLocal, std::string("cannot start the service: ") + error.what());
+  }
+}
+
+}  // namespace qv::cli

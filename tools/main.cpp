@@ -1,0 +1,8 @@
+#include <iostream>
+
+#include "tools/program.h"
+
+int main(int argc, char** argv) {
+  return qv::cli::RunProgram(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc), std::cout,
+                             std::cerr);
+}

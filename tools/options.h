@@ -1,0 +1,54 @@
+// The command line as a unit of its own: arguments in, settings or what went wrong out. Nothing is opened or
+// run.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace qv::cli {
+
+enum class Command { kText, kUsageError, kRun, kServe, kScriptWorker };
+enum class OutputFormat { kText, kJson, kTable };
+
+struct RunOptions {
+  std::string file;  // "-" is standard input; empty when the code is given
+  std::string code;
+  std::vector<std::string> parameters;  // "name=type:value", not looked at yet
+  bool local = false;
+  std::string server;  // not empty unless local
+  std::string proxy;
+  std::string user;
+  std::string replica;
+  std::string passwordFile;
+  bool passwordFromInput = false;
+  std::string language = "JavaScript";
+  OutputFormat output = OutputFormat::kText;
+  bool json = false;  // result and failure both as JSON
+  double timeoutSeconds = 60;
+  double connectTimeoutSeconds = 30;
+};
+
+struct ServeOptions {
+  std::string host = "127.0.0.1";
+  int port = 0;
+  std::string usersFile;
+  double scriptTimeoutSeconds = 5;
+  int scriptMemoryMegabytes = 256;
+};
+
+struct ParsedArguments {
+  Command command = Command::kUsageError;
+  RunOptions run;      // for kRun, and `json` for kUsageError
+  ServeOptions serve;  // for kServe
+  // kText: what to print on standard output, help or version. kUsageError: what is wrong, in one line without
+  // a full stop.
+  std::string text;
+  // kUsageError: the command whose help explains it, such as "scriptwells run --help".
+  std::string hint;
+};
+
+// `arguments` without the program's name. Reads the SCRIPTWELLS_ variables of the environment. Does not throw
+// but for lack of memory.
+ParsedArguments ParseArguments(const std::vector<std::string>& arguments);
+
+}  // namespace qv::cli

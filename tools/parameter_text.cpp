@@ -1,0 +1,152 @@
+#include "tools/parameter_text.h"
+
+#include <utf8.h>
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+
+#include "tools/failure.h"
+
+namespace qv::cli {
+
+namespace {
+
+struct TypeRow {
+  const char* name;
+  // Throws Failure with the reason alone, such as "'x' is not a whole number".
+  Variant (*parse)(const TypeRow& row, const std::string& text);
+  std::int64_t least = 0;  // of whole numbers
+  std::int64_t greatest = 0;
+};
+
+[[noreturn]] void Refuse(const std::string& reason) {
+  throw Failure(ExitStatus::kLocal, reason);
+}
+
+[[noreturn]] void RefuseRange(const TypeRow& row, const std::string& text) {
+  Refuse(text + " is out of range for " + row.name + " (" + std::to_string(row.least) + " to " +
+         std::to_string(row.greatest) + ")");
+}
+
+std::int64_t ParseWhole(const TypeRow& row, const std::string& text) {
+  std::int64_t value = 0;
+  const char* end = text.data() + text.size();
+  const std::from_chars_result result = std::from_chars(text.data(), end, value);
+  if (result.ec == std::errc::invalid_argument || result.ptr != end)
+    Refuse("'" + text + "' is not a whole number");
+  if (result.ec == std::errc::result_out_of_range || value < row.least || value > row.greatest)
+    RefuseRange(row, text);
+  return value;
+}
+
+Variant ParseByte(const TypeRow& row, const std::string& text) {
+  return Variant::FromByte(static_cast<std::int8_t>(ParseWhole(row, text)));
+}
+
+Variant ParseShort(const TypeRow& row, const std::string& text) {
+  return Variant::FromShort(static_cast<std::int16_t>(ParseWhole(row, text)));
+}
+
+Variant ParseInt(const TypeRow& row, const std::string& text) {
+  return Variant::FromInt(static_cast<std::int32_t>(ParseWhole(row, text)));
+}
+
+Variant ParseLong(const TypeRow& row, const std::string& text) {
+  return Variant::FromLong(ParseWhole(row, text));
+}
+
+Variant ParseBoolean(const TypeRow&, const std::string& text) {
+  if (text == "true" || text == "1") return Variant::FromBool(true);
+  if (text == "false" || text == "0") return Variant::FromBool(false);
+  Refuse("'" + text + "' is not a boolean (true or false)");
+}
+
+// Infinities and NaN have no text on the wire that all servers read alike.
+void CheckNumber(const TypeRow& row, const std::string& text, const std::from_chars_result& result,
+                 bool finite) {
+  const bool whole = result.ptr == text.data() + text.size();
+  if (result.ec == std::errc::invalid_argument || !whole) Refuse("'" + text + "' is not a number");
+  if (result.ec == std::errc::result_out_of_range) Refuse(text + " is out of range for " + row.name);
+  if (!finite) Refuse("'" + text + "' is not a finite number");
+}
+
+Variant ParseFloat(const TypeRow& row, const std::string& text) {
+  float value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  CheckNumber(row, text, result, std::isfinite(value));
+  return Variant::FromFloat(value);
+}
+
+Variant ParseDouble(const TypeRow& row, const std::string& text) {
+  double value = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  CheckNumber(row, text, result, std::isfinite(value));
+  return Variant::FromDouble(value);
+}
+
+Variant ParseString(const TypeRow&, const std::string& text) {
+  return Variant::FromString(FromUtf8(text));
+}
+
+constexpr TypeRow kTypes[] = {
+    {"byte", ParseByte, INT8_MIN, INT8_MAX},
+    {"short", ParseShort, INT16_MIN, INT16_MAX},
+    {"int", ParseInt, INT32_MIN, INT32_MAX},
+    {"long", ParseLong, INT64_MIN, INT64_MAX},
+    {"boolean", ParseBoolean},
+    {"float", ParseFloat},
+    {"double", ParseDouble},
+    {"string", ParseString},
+};
+
+const TypeRow& FindType(const std::string& name) {
+  for (const TypeRow& row : kTypes)
+    if (name == row.name) return row;
+  Refuse("unknown type '" + name + "' (known: " + KnownParameterTypes() + ")");
+}
+
+bool LosesDigits(const Variant& value) {
+  char text[64];
+  if (value.Tag() == VT_R4) {
+    float back = 0;
+    const auto end =
+        std::to_chars(text, text + sizeof text, value.Data().fltVal, std::chars_format::general, 6).ptr;
+    std::from_chars(text, end, back);
+    return back != value.Data().fltVal;
+  }
+  if (value.Tag() != VT_R8) return false;
+  double back = 0;
+  const auto end =
+      std::to_chars(text, text + sizeof text, value.Data().dblVal, std::chars_format::general, 6).ptr;
+  std::from_chars(text, end, back);
+  return back != value.Data().dblVal;
+}
+
+}  // namespace
+
+ScriptParameter ParseParameter(const std::string& text) {
+  if (!utf8::is_valid(text.begin(), text.end())) Refuse("a parameter is not valid UTF-8");
+  const std::size_t equals = text.find('=');
+  const std::size_t colon = equals == std::string::npos ? equals : text.find(':', equals + 1);
+  if (colon == std::string::npos || equals == 0)
+    Refuse("parameter '" + text + "' is not of the form name=type:value");
+  ScriptParameter parameter;
+  parameter.name = text.substr(0, equals);
+  try {
+    const TypeRow& type = FindType(text.substr(equals + 1, colon - equals - 1));
+    parameter.value = type.parse(type, text.substr(colon + 1));
+  } catch (const Failure& failure) {
+    Refuse("parameter '" + parameter.name + "': " + failure.Message());
+  }
+  parameter.losesDigits = LosesDigits(parameter.value);
+  return parameter;
+}
+
+std::string KnownParameterTypes() {
+  std::string names;
+  for (const TypeRow& row : kTypes) names += (names.empty() ? "" : ", ") + std::string(row.name);
+  return names;
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,93 @@
+#include "tools/password.h"
+
+#include <fcntl.h>
+#include <termios.h>
+#include <unistd.h>
+#include <utf8.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+#include "tools/failure.h"
+#include "tools/input_text.h"
+
+namespace qv::cli {
+
+namespace {
+
+// Keeps a terminal from showing what is typed.
+class EchoOff {
+ public:
+  explicit EchoOff(int terminal) : terminal_(terminal), known_(tcgetattr(terminal, &before_) == 0) {
+    termios quiet = before_;
+    quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    if (known_) tcsetattr(terminal_, TCSAFLUSH, &quiet);
+  }
+  ~EchoOff() {
+    if (known_) tcsetattr(terminal_, TCSAFLUSH, &before_);
+  }
+  EchoOff(const EchoOff&) = delete;
+  EchoOff& operator=(const EchoOff&) = delete;
+
+ private:
+  int terminal_;
+  termios before_ = {};
+  bool known_;
+};
+
+std::string AskPassword(const std::string& user) {
+  std::string password;
+  {
+    const EchoOff quiet(STDIN_FILENO);  // before the question: an answer may come fast
+    std::cerr << "Password of " << OneLine(user) << ": " << std::flush;
+    password = ReadLine(STDIN_FILENO, "password");
+  }
+  std::cerr << std::endl;
+  return password;
+}
+
+std::string ReadPasswordFile(const std::string& path) {
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0)
+    throw Failure(ExitStatus::kLocal, "cannot read the password file " + path + ": " + std::strerror(errno));
+  struct Closer {
+    int descriptor;
+    ~Closer() { ::close(descriptor); }
+  } closer{descriptor};
+  return ReadLine(descriptor, "password");
+}
+
+bool CanAsk(const RunOptions& options) {
+  return !options.user.empty() && options.file != "-" && isatty(STDIN_FILENO) == 1;
+}
+
+std::string TakePassword(const RunOptions& options) {
+  if (!options.passwordFile.empty()) return ReadPasswordFile(options.passwordFile);
+  if (options.passwordFromInput) return ReadLine(STDIN_FILENO, "password");
+  const char* variable = std::getenv("SCRIPTWELLS_PASSWORD");
+  if (variable != nullptr) return variable;
+  return CanAsk(options) ? AskPassword(options.user) : std::string();
+}
+
+}  // namespace
+
+void CheckCredential(const std::string& value, const std::string& what) {
+  if (!utf8::is_valid(value.begin(), value.end()))
+    throw Failure(ExitStatus::kLocal, "the " + what + " is not valid UTF-8");
+  if (value.find_first_of(";=") != std::string::npos)
+    throw Failure(ExitStatus::kLocal,
+                  "the " + what + " holds ';' or '=', which a connection string cannot carry");
+  for (const char c : value)
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
+      throw Failure(ExitStatus::kLocal, "the " + what + " holds a control character");
+}
+
+std::string FindPassword(const RunOptions& options) {
+  std::string password = TakePassword(options);
+  CheckCredential(password, "password");
+  return password;
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,84 @@
+#include "tools/program.h"
+
+#include <unistd.h>
+
+#include <clocale>
+#include <ostream>
+
+#include "devservice/script_worker.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "tools/failure.h"
+#include "tools/interrupt.h"
+#include "tools/options.h"
+#include "tools/run_command.h"
+#include "tools/serve_command.h"
+
+namespace qv::cli {
+
+namespace {
+
+// Only for the width of characters in tables; numbers stay as they are everywhere.
+void SetLocale() {
+  const char* set = std::setlocale(LC_CTYPE, "");
+  if (set == nullptr || std::string(set) == "C") std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
+ExitStatus ReportUsage(const ParsedArguments& parsed, std::ostream& err) {
+  const std::string text = parsed.text + "; try '" + parsed.hint + "'";
+  ReportFailure(Failure(ExitStatus::kUsage, text), parsed.run.json, err);
+  return ExitStatus::kUsage;
+}
+
+ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
+  switch (parsed.command) {
+    case Command::kText:
+      out << parsed.text << std::flush;
+      return ExitStatus::kOk;
+    case Command::kUsageError:
+      return ReportUsage(parsed, err);
+    case Command::kRun:
+      RunCommand(parsed.run, out, err);
+      return ExitStatus::kOk;
+    case Command::kServe:
+      ServeCommand(parsed.serve, out, err);
+      return ExitStatus::kOk;
+    // The script engine's threads are still running, so nothing may be torn down.
+    case Command::kScriptWorker:
+      _exit(devservice::RunScriptWorker(STDIN_FILENO));
+  }
+  return ExitStatus::kFault;
+}
+
+ExitStatus Guarded(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
+  try {
+    return Dispatch(parsed, out, err);
+  } catch (const Failure& failure) {
+    ReportFailure(failure, parsed.run.json, err);
+    return failure.Status();
+  } catch (const EQvException& error) {
+    ReportFailure(Failure(ExitStatus::kFault, ToUtf8(error.Description())), parsed.run.json, err);
+  } catch (const _com_error& error) {
+    ReportFailure(Failure(ExitStatus::kFault, "failure " + HexCode(error.Error())), parsed.run.json, err);
+  } catch (const std::exception& error) {
+    ReportFailure(Failure(ExitStatus::kFault, error.what()), parsed.run.json, err);
+  }
+  return ExitStatus::kFault;
+}
+
+}  // namespace
+
+int RunProgram(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) noexcept {
+  try {
+    const ParsedArguments parsed = ParseArguments(arguments);
+    if (parsed.command != Command::kScriptWorker) {
+      SetLocale();
+      WatchForInterrupt();
+    }
+    return static_cast<int>(Guarded(parsed, out, err));
+  } catch (...) {
+    return static_cast<int>(ExitStatus::kFault);
+  }
+}
+
+}  // namespace qv::cli

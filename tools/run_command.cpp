@@ -1,0 +1,115 @@
+#include "tools/run_command.h"
+
+#include <cmath>
+#include <ostream>
+#include <set>
+
+#include "tools/answer_format.h"
+#include "tools/failure.h"
+#include "tools/input_text.h"
+#include "tools/interrupt.h"
+#include "tools/local_service.h"
+#include "tools/parameter_text.h"
+#include "tools/password.h"
+#include "tools/script_session.h"
+#include "tools/server_address.h"
+
+namespace qv::cli {
+
+namespace {
+
+// What the library's list can count.
+constexpr std::size_t kMostParameters = 32767;
+
+struct Job {
+  std::string script;
+  std::vector<ScriptParameter> parameters;
+  SessionSettings settings;
+};
+
+std::vector<ScriptParameter> ParseParameters(const std::vector<std::string>& texts, std::ostream& err) {
+  if (texts.size() > kMostParameters) throw Failure(ExitStatus::kLocal, "more than 32767 parameters");
+  std::vector<ScriptParameter> parameters;
+  std::set<std::string> names;
+  for (const std::string& text : texts) {
+    parameters.push_back(ParseParameter(text));
+    const ScriptParameter& last = parameters.back();
+    if (!names.insert(last.name).second)
+      throw Failure(ExitStatus::kLocal, "parameter '" + last.name + "' is given twice");
+    if (last.losesDigits)
+      ReportNote("note", "parameter '" + last.name + "' travels with 6 significant digits", err);
+  }
+  return parameters;
+}
+
+std::int64_t Milliseconds(double seconds) {
+  return static_cast<std::int64_t>(std::ceil(seconds * 1000));
+}
+
+SessionSettings CheckSettings(const RunOptions& options) {
+  SessionSettings settings;
+  if (!options.local) settings.server = CheckServer(options.server);
+  settings.proxy = CheckProxy(options.proxy);
+  settings.user = options.local && options.user.empty() ? "local" : options.user;
+  settings.replica = options.replica;
+  CheckCredential(settings.user, "user name");
+  CheckCredential(settings.replica, "replica id");
+  // The service inside this program takes every password.
+  if (!options.local) settings.password = FindPassword(options);
+  settings.http.connectTimeout = Milliseconds(options.connectTimeoutSeconds);
+  settings.http.idleTimeout = Milliseconds(options.timeoutSeconds);
+  return settings;
+}
+
+// Everything that can be wrong on this side is told before any server is asked.
+Job Prepare(const RunOptions& options, std::ostream& err) {
+  Job job;
+  job.parameters = ParseParameters(options.parameters, err);
+  job.settings = CheckSettings(options);
+  job.script = options.file.empty() ? CheckScript(options.code) : ReadScript(options.file);
+  return job;
+}
+
+void CloseSession(ScriptSession& session, std::ostream& err) {
+  try {
+    session.Close();
+  } catch (const Failure& failure) {
+    ReportNote("warning", "the session was not closed: " + failure.Message(), err);
+  }
+}
+
+void WriteAnswer(OutputFormat format, const Variant& answer, std::ostream& out, std::ostream& err) {
+  out << FormatAnswer(format, answer) << std::flush;
+  if (!out) throw Failure(ExitStatus::kLocal, "cannot write the answer to standard output");
+  if (answer.Tag() == VT_EMPTY && format != OutputFormat::kJson)
+    ReportNote("note", "the answer arrived as an empty value, as every answer of the type long does", err);
+}
+
+void RunJob(const Job& job, const RunOptions& options, std::ostream& out, std::ostream& err) {
+  ScriptSession session(job.settings);
+  try {
+    session.Open();
+    ThrowIfInterrupted();
+    WriteAnswer(options.output, session.Execute(options.language, job.script, job.parameters), out, err);
+  } catch (const Failure&) {
+    CloseSession(session, err);
+    throw;
+  }
+  CloseSession(session, err);
+  ThrowIfInterrupted();
+}
+
+}  // namespace
+
+void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err) {
+  Job job = Prepare(options, err);
+  if (!options.local) return RunJob(job, options, out, err);
+  devservice::ServiceOptions serviceOptions;
+  serviceOptions.workerCommand = WorkerCommand();
+  devservice::Service service(serviceOptions);
+  StartService(service);
+  job.settings.server = service.Url();
+  RunJob(job, options, out, err);
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,129 @@
+#include "tools/script_session.h"
+
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/create_objects.h"
+#include "tools/explain_failure.h"
+#include "tools/interrupt.h"
+
+namespace qv::cli {
+
+namespace {
+
+// Cancels transfers after Ctrl-C. Counting is idle: one object lives as long as the program.
+class CancelOnInterrupt final : public IHttpProgress {
+ public:
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (iid != IUnknown::kIid && iid != IHttpProgress::kIid) return E_NOINTERFACE;
+    *object = static_cast<IHttpProgress*>(this);
+    return S_OK;
+  }
+  std::uint32_t AddRef() noexcept override { return 2; }
+  std::uint32_t Release() noexcept override { return 1; }
+  HRESULT OnProgress(bool, std::int64_t, std::int64_t) noexcept override {
+    return Interrupted() ? S_FALSE : S_OK;
+  }
+};
+
+CancelOnInterrupt g_cancelOnInterrupt;
+
+constexpr std::int64_t kLastWait = 2000;
+
+std::int64_t AtMost(std::int64_t wait, std::int64_t limit) {
+  return wait == 0 || wait > limit ? limit : wait;
+}
+
+IParametersPtr MakeList(const std::vector<ScriptParameter>& parameters) {
+  IParametersPtr list = CreateParameters();
+  for (const ScriptParameter& parameter : parameters)
+    ThrowIfFailed(list->Add(FromUtf8(parameter.name), parameter.value, nullptr), list.get(),
+                  IParameters::kIid);
+  return list;
+}
+
+}  // namespace
+
+ScriptSession::ScriptSession(const SessionSettings& settings)
+    : settings_(settings), http_(settings.proxy), model_(CreateConnectionModel()) {
+  SimpleHostUser user;
+  user.userName = FromUtf8(settings.user);
+  user.replicaId = FromUtf8(settings.replica);
+  services_ = CreateSimpleHost(user);
+  SetThreadHttpOptions(settings_.http, &g_cancelOnInterrupt);
+}
+
+ScriptSession::~ScriptSession() {
+  model_.reset();
+  CloseKeptConnections();
+  SetThreadHttpOptions(HttpOptions(), nullptr);
+}
+
+void ScriptSession::SetServer() {
+  const IConnectionModelRawPtr raw(
+      static_cast<IConnectionModelRaw*>(QueryFor(model_.get(), IConnectionModelRaw::kIid)), false);
+  ThrowIfFailed(raw->SetServer(FromUtf8(settings_.server), FromUtf8(settings_.proxy)), raw.get(),
+                IConnectionModelRaw::kIid);
+  ThrowIfFailed(raw->SetClientServices(services_.get()), raw.get(), IConnectionModelRaw::kIid);
+}
+
+WideString ScriptSession::ConnectionText() const {
+  const IConnectionStringPtr connection = CreateConnectionString();
+  const Guid& iid = IConnectionString::kIid;
+  ThrowIfFailed(connection->put_UserName(FromUtf8(settings_.user)), connection.get(), iid);
+  ThrowIfFailed(connection->put_UserPassword(FromUtf8(settings_.password)), connection.get(), iid);
+  ThrowIfFailed(connection->put_ReplicaID(FromUtf8(settings_.replica)), connection.get(), iid);
+  WideString text;
+  ThrowIfFailed(connection->ToString(&text), connection.get(), iid);
+  return text;
+}
+
+// The library takes an answer without a session id for success; a script would then fail with other words.
+void ScriptSession::CheckSessionId() {
+  const ISimpleHostPtr host(static_cast<ISimpleHost*>(QueryFor(services_.get(), ISimpleHost::kIid)), false);
+  SimpleHostSession session;
+  host->GetSession(&session);
+  if (!session.open) throw Failure(ExitStatus::kAnswer, "the server opened a session without an id");
+}
+
+void ScriptSession::Open() {
+  http_.Forget();
+  try {
+    SetServer();
+    ThrowIfFailed(model_->CreateUserSession(ConnectionText()), model_.get(), IConnectionModel::kIid);
+    CheckSessionId();
+  } catch (const _com_error& error) {
+    throw ExplainFailure(Phase::kOpen, error, http_.Note());
+  }
+}
+
+Variant ScriptSession::Execute(const std::string& language, const std::string& script,
+                               const std::vector<ScriptParameter>& parameters) {
+  http_.Forget();
+  try {
+    const IParametersPtr list = parameters.empty() ? IParametersPtr() : MakeList(parameters);
+    Variant answer;
+    ThrowIfFailed(model_->Execute(FromUtf8(language), FromUtf8(script), list.get(), &answer), model_.get(),
+                  IConnectionModel::kIid);
+    return answer;
+  } catch (const _com_error& error) {
+    throw ExplainFailure(Phase::kExecute, error, http_.Note());
+  }
+}
+
+void ScriptSession::Close() {
+  http_.Forget();
+  if (Interrupted()) {
+    HttpOptions hurried = settings_.http;
+    hurried.connectTimeout = AtMost(hurried.connectTimeout, kLastWait);
+    hurried.idleTimeout = AtMost(hurried.idleTimeout, kLastWait);
+    SetThreadHttpOptions(hurried, nullptr);
+  }
+  try {
+    ThrowIfFailed(model_->CloseUserSession(), model_.get(), IConnectionModel::kIid);
+  } catch (const _com_error& error) {
+    throw ExplainFailure(Phase::kClose, error, http_.Note());
+  }
+}
+
+}  // namespace qv::cli

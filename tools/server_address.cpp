@@ -1,0 +1,73 @@
+#include "tools/server_address.h"
+
+#include <charconv>
+
+#include "tools/failure.h"
+
+namespace qv::cli {
+
+namespace {
+
+[[noreturn]] void Refuse(const std::string& what, const std::string& text, const std::string& reason) {
+  throw Failure(ExitStatus::kLocal, what + " '" + text + "' " + reason);
+}
+
+// Blanks, control characters, backslashes and bytes beyond ASCII stand in no address.
+bool IsPlain(const std::string& text) {
+  for (const char c : text)
+    if (c <= ' ' || c > '~' || c == '\\') return false;
+  return true;
+}
+
+bool IsPort(const std::string& text) {
+  unsigned port = 0;
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, port);
+  return result.ec == std::errc() && result.ptr == end && port >= 1 && port <= 65535;
+}
+
+// Returns whether there is a port behind the host. `what` and `whole` are for the message.
+bool CheckAuthority(const std::string& what, const std::string& whole, const std::string& authority) {
+  if (authority.find('@') != std::string::npos)
+    throw Failure(ExitStatus::kLocal,
+                  what + " must not hold a user name; use --user");  // nor is it repeated here
+  if (authority.find('[') != std::string::npos)
+    Refuse(what, whole, "is an IPv6 address, which the protocol's client cannot read; use a host name");
+  const std::size_t colon = authority.find(':');
+  if (authority.empty() || colon == 0) Refuse(what, whole, "has no host name");
+  if (colon == std::string::npos) return false;
+  if (!IsPort(authority.substr(colon + 1)))
+    Refuse(what, whole, "has no port between 1 and 65535 behind its ':'");
+  return true;
+}
+
+}  // namespace
+
+std::string CheckServer(const std::string& url) {
+  if (!IsPlain(url))
+    throw Failure(ExitStatus::kLocal,
+                  "the server's URL holds a blank, '\\' or another character that no URL has");
+  const bool secure = url.rfind("https://", 0) == 0;
+  if (!secure && url.rfind("http://", 0) != 0)
+    Refuse("server", url, "does not begin with http:// or https://");
+  const std::size_t start = secure ? 8 : 7;
+  const std::size_t slash = url.find('/', start);
+  const std::string authority = url.substr(start, slash == std::string::npos ? slash : slash - start);
+  std::string path = slash == std::string::npos ? "" : url.substr(slash);
+  const bool hasPort = CheckAuthority("server", url, authority);
+  if (url.find_first_of("?#") != std::string::npos) Refuse("server", url, "must not hold '?' or '#'");
+  if (path.find("://") != std::string::npos) Refuse("server", url, "holds a second '://'");
+  while (!path.empty() && path.back() == '/') path.pop_back();
+  return url.substr(0, start) + authority + (hasPort ? "" : secure ? ":443" : ":80") + path;
+}
+
+std::string CheckProxy(const std::string& proxy) {
+  if (proxy.empty()) return proxy;
+  if (!IsPlain(proxy))
+    throw Failure(ExitStatus::kLocal, "the proxy holds a blank, '\\' or another character that no host has");
+  if (proxy.find('/') != std::string::npos) Refuse("proxy", proxy, "is not of the form host or host:port");
+  CheckAuthority("proxy", proxy, proxy);
+  return proxy;
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,15 @@
+// The server as a user writes it, checked and brought into the form that the library understands.
+#pragma once
+
+#include <string>
+
+namespace qv::cli {
+
+// "http://host[:port][/path]" or the same with https. The result has no "/" at its end and always a port: the
+// library takes 80 for every scheme, while users of https mean 443. Throws Failure (kLocal) with the reason.
+std::string CheckServer(const std::string& url);
+
+// "host" or "host:port", also empty. Throws Failure (kLocal).
+std::string CheckProxy(const std::string& proxy);
+
+}  // namespace qv::cli
