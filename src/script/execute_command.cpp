@@ -113,8 +113,15 @@ void CExecuteCommand::WriteEnvelopeHead(WideTextStream& stream, const WideString
 // once.
 void CExecuteCommand::WriteScriptDocument(WideTextStream& stream, const NamedArguments& map) {
   if (map.find(u"ScriptFile") != map.end()) _com_raise_error(E_NOTIMPL);
+  const WideString language = map.at(u"ScriptLanguage").Text();
   stream.AppendEncoded(u"<Scriptwell Language=\"");
-  stream.AppendEncoded(map.at(u"ScriptLanguage").Text().view());
+  stream.AppendEncoded(language.view());
+  // The escape ends at a null unit, and with it the document.
+  if (language.view().find(u'\0') == std::u16string_view::npos) WriteCode(stream, map.at(u"Script").Text());
+  stream.Append(u"</Script>");
+}
+
+void CExecuteCommand::WriteCode(WideTextStream& stream, const WideString& script) {
   stream.AppendEncoded(u"\" xmlns:xsi=\"");
   stream.AppendEncoded(kXmlSchemaInstanceNamespace);
   stream.AppendEncoded(u"\" xsi:schemaLocation=\"");
@@ -124,9 +131,8 @@ void CExecuteCommand::WriteScriptDocument(WideTextStream& stream, const NamedArg
   stream.AppendEncoded(u"\" xmlns=\"");
   stream.AppendEncoded(kScriptNamespace);
   stream.AppendEncoded(u"\"><Code>");
-  stream.AppendTwiceEncoded(map.at(u"Script").Text().view());
+  stream.AppendTwiceEncoded(script.view());
   stream.AppendEncoded(u"</Code></Scriptwell>");
-  stream.Append(u"</Script>");
 }
 
 void CExecuteCommand::WriteNoParameters(WideTextStream& stream) {

@@ -20,6 +20,7 @@ class CExecuteCommand : public CQvCommand {
   static void Write(WideTextStream& stream, const NamedArguments& map);
   static void WriteEnvelopeHead(WideTextStream& stream, const WideString& contextHandle);
   static void WriteScriptDocument(WideTextStream& stream, const NamedArguments& map);
+  static void WriteCode(WideTextStream& stream, const WideString& script);
   static void WriteNoParameters(WideTextStream& stream);
   static void WriteParameters(WideTextStream& stream, const Variant& value);
   static void WriteParametersStart(WideTextStream& stream, std::int16_t count);
