@@ -8,7 +8,7 @@
 namespace qv {
 
 // `node` wraps the value element, which is its first child and names its type in "xsi:type". No child, or
-// "xsi:null": VT_NULL. A first child without attributes, or of an unknown type: VT_EMPTY.
+// "xsi:null": VT_NULL. A first child that is no element, or of an unknown type: VT_EMPTY.
 // EQvException, code 0: "The node is NULL.", "Scriptwells SOAP module - General Parse fault.", what a
 // formater says, and "Cannot deserialize the response." for any other failure.
 Variant ReadResponseValue(const XmlNode& node);

@@ -1,7 +1,5 @@
 #include "values/parameter_impl.h"
 
-#include <cmath>
-
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/objects.h"
 
@@ -28,7 +26,7 @@ constexpr ObjectType kObjectTypes[] = {{IID_IAttachedFile, u"AttachedFile"}, {II
 
 // A value beyond 32 bits has no whole part that hosts could name; it is a point in time all the same.
 WideString DateTypeName(double serialDate) {
-  if (!(std::abs(serialDate) < 2147483648.0)) return u"datetime";
+  if (!(serialDate > -2147483649.0 && serialDate < 2147483648.0)) return u"datetime";
   const auto days = static_cast<std::int32_t>(serialDate);
   if (days == 0) return u"time";
   return serialDate - days == 0.0 ? u"date" : u"datetime";

@@ -1,0 +1,115 @@
+#include "qvscriptwells/error_info.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "support/print_wide_string.h"
+
+namespace qv {
+namespace {
+
+constexpr Guid kSomeInterface = ParseGuid("9d152496-5e82-4675-86e6-caaef442f767");
+
+ErrorInfo Words(const char16_t* description) {
+  ErrorInfo info;
+  info.description = description;
+  return info;
+}
+
+class ErrorInfoTest : public testing::Test {
+ protected:
+  ErrorInfoTest() { ClearErrorInfo(); }
+  ~ErrorInfoTest() override { ClearErrorInfo(); }
+};
+
+TEST_F(ErrorInfoTest, FreshRecordIsEmpty) {
+  const ErrorInfo info;
+  EXPECT_TRUE(info.interfaceId == Guid{});
+  EXPECT_TRUE(info.source.IsNull());
+  EXPECT_TRUE(info.description.IsNull());
+  EXPECT_TRUE(info.helpFile.IsNull());
+  EXPECT_EQ(info.helpContext, 0u);
+}
+
+TEST_F(ErrorInfoTest, WithoutRecordGetAnswersFalseAndLeavesItsArgument) {
+  ErrorInfo info = Words(u"kept");
+  info.helpContext = 7;
+  EXPECT_FALSE(GetErrorInfo(&info));
+  EXPECT_EQ(info.description, u"kept");
+  EXPECT_EQ(info.helpContext, 7u);
+}
+
+TEST_F(ErrorInfoTest, PostedRecordIsTakenWithAllFields) {
+  ErrorInfo posted = Words(u"words");
+  posted.interfaceId = kSomeInterface;
+  posted.source = u"Class.1";
+  posted.helpFile = u"help";
+  posted.helpContext = 4000000000u;
+  SetErrorInfo(posted);
+  ErrorInfo info;
+  ASSERT_TRUE(GetErrorInfo(&info));
+  EXPECT_TRUE(info.interfaceId == kSomeInterface);
+  EXPECT_EQ(info.source, u"Class.1");
+  EXPECT_EQ(info.description, u"words");
+  EXPECT_EQ(info.helpFile, u"help");
+  EXPECT_EQ(info.helpContext, 4000000000u);
+}
+
+TEST_F(ErrorInfoTest, RecordIsTakenOnce) {
+  SetErrorInfo(Words(u"words"));
+  ErrorInfo info;
+  ASSERT_TRUE(GetErrorInfo(&info));
+  EXPECT_FALSE(GetErrorInfo(&info));
+}
+
+TEST_F(ErrorInfoTest, LaterRecordReplacesTheWaitingOne) {
+  ErrorInfo first = Words(u"first");
+  first.source = u"Class.1";
+  SetErrorInfo(first);
+  SetErrorInfo(Words(u"second"));
+  ErrorInfo info;
+  ASSERT_TRUE(GetErrorInfo(&info));
+  EXPECT_EQ(info.description, u"second");
+  EXPECT_TRUE(info.source.IsNull());
+  EXPECT_FALSE(GetErrorInfo(&info));
+}
+
+TEST_F(ErrorInfoTest, ClearDropsTheWaitingRecord) {
+  SetErrorInfo(Words(u"words"));
+  ClearErrorInfo();
+  ErrorInfo info;
+  EXPECT_FALSE(GetErrorInfo(&info));
+  ClearErrorInfo();
+}
+
+TEST_F(ErrorInfoTest, NullAndEmptyDescriptionsStayApart) {
+  ErrorInfo info;
+  SetErrorInfo(Words(u""));
+  ASSERT_TRUE(GetErrorInfo(&info));
+  EXPECT_FALSE(info.description.IsNull());
+  SetErrorInfo(ErrorInfo{});
+  ASSERT_TRUE(GetErrorInfo(&info));
+  EXPECT_TRUE(info.description.IsNull());
+}
+
+TEST_F(ErrorInfoTest, EachThreadHasItsOwnRecord) {
+  SetErrorInfo(Words(u"mine"));
+  bool seenThere = true;
+  bool takenThere = false;
+  std::thread([&] {
+    ErrorInfo info;
+    seenThere = GetErrorInfo(&info);
+    SetErrorInfo(Words(u"theirs"));
+    takenThere = GetErrorInfo(&info) && info.description == u"theirs";
+    SetErrorInfo(Words(u"left behind"));
+  }).join();
+  EXPECT_FALSE(seenThere);
+  EXPECT_TRUE(takenThere);
+  ErrorInfo info;
+  ASSERT_TRUE(GetErrorInfo(&info));
+  EXPECT_EQ(info.description, u"mine");
+}
+
+}  // namespace
+}  // namespace qv

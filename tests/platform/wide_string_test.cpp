@@ -1,0 +1,253 @@
+#include "qvscriptwells/wide_string.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "support/print_wide_string.h"
+
+namespace qv {
+namespace {
+
+using std::literals::string_view_literals::operator""sv;
+
+TEST(RawString, UnitsAreCopiedAndClosedWithNull) {
+  BStr text = AllocString(u"a\0b!", 3);
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(StringLength(text), 3u);
+  EXPECT_EQ(std::u16string_view(text, 3), u"a\0b"sv);
+  EXPECT_EQ(text[3], u'\0');
+  FreeString(text);
+}
+
+TEST(RawString, WithoutUnitsTheBlockIsAllZero) {
+  BStr text = AllocString(nullptr, 256);
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(StringLength(text), 256u);
+  EXPECT_EQ(std::u16string_view(text, 257), std::u16string(257, u'\0'));
+  FreeString(text);
+}
+
+TEST(RawString, LengthZeroIsNotNull) {
+  BStr text = AllocString(u"", 0);
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(StringLength(text), 0u);
+  EXPECT_EQ(text[0], u'\0');
+  FreeString(text);
+}
+
+TEST(RawString, LengthThatNoMemoryHoldsGivesNull) {
+  for (const std::size_t length : {SIZE_MAX, SIZE_MAX - 1, SIZE_MAX / 2, SIZE_MAX / 2 - 1})
+    EXPECT_EQ(AllocString(nullptr, length), nullptr) << length;
+}
+
+TEST(RawString, LengthOfNullIsZero) {
+  EXPECT_EQ(StringLength(nullptr), 0u);
+}
+
+TEST(RawString, NullMayBeFreed) {
+  EXPECT_NO_FATAL_FAILURE(FreeString(nullptr));
+}
+
+TEST(RawString, ReplaceTakesNullTexts) {
+  BStr text = nullptr;
+  EXPECT_TRUE(ReplaceString(&text, u"user"));
+  EXPECT_EQ(std::u16string_view(text, StringLength(text)), u"user");
+  FreeString(text);
+}
+
+TEST(RawString, ReplaceExchangesTheText) {
+  BStr text = AllocString(nullptr, 256);
+  EXPECT_TRUE(ReplaceString(&text, u"a\0b"sv));
+  EXPECT_EQ(StringLength(text), 3u);
+  EXPECT_EQ(std::u16string_view(text, 3), u"a\0b"sv);
+  FreeString(text);
+}
+
+TEST(RawString, ReplaceTakesAPieceOfTheTextItself) {
+  BStr text = AllocString(u"abcdef", 6);
+  EXPECT_TRUE(ReplaceString(&text, std::u16string_view(text + 2, 3)));
+  EXPECT_EQ(std::u16string_view(text, StringLength(text)), u"cde");
+  FreeString(text);
+}
+
+TEST(RawString, ReplaceWithEmptyIsNotNull) {
+  BStr text = AllocString(u"abc", 3);
+  EXPECT_TRUE(ReplaceString(&text, {}));
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(StringLength(text), 0u);
+  FreeString(text);
+}
+
+TEST(WideString, FreshOneIsNull) {
+  const WideString text;
+  EXPECT_TRUE(text.IsNull());
+  EXPECT_TRUE(text.IsEmpty());
+  EXPECT_EQ(text.size(), 0u);
+  EXPECT_EQ(text.data(), nullptr);
+  EXPECT_EQ(text.view(), u""sv);
+}
+
+TEST(WideString, NullPointerStaysNull) {
+  EXPECT_TRUE(WideString(static_cast<const char16_t*>(nullptr)).IsNull());
+}
+
+TEST(WideString, EmptyLiteralIsEmptyAndNotNull) {
+  const WideString text(u"");
+  EXPECT_FALSE(text.IsNull());
+  EXPECT_TRUE(text.IsEmpty());
+  ASSERT_NE(text.data(), nullptr);
+  EXPECT_EQ(text.data()[0], u'\0');
+}
+
+TEST(WideString, ViewIsNeverNull) {
+  EXPECT_FALSE(WideString(std::u16string_view()).IsNull());
+  EXPECT_FALSE(WideString(std::u16string()).IsNull());
+}
+
+TEST(WideString, PointerIsReadUpToTheFirstNull) {
+  EXPECT_EQ(WideString(u"ab\0cd").view(), u"ab"sv);
+}
+
+TEST(WideString, ViewIsTakenWithAllUnits) {
+  EXPECT_EQ(WideString(u"ab\0cd\0"sv).view(), u"ab\0cd\0"sv);
+  EXPECT_EQ(WideString(std::u16string(u"ab\0cd", 5)).size(), 5u);
+}
+
+TEST(WideString, DataIsClosedWithNull) {
+  const WideString text(std::u16string_view(u"abcdef").substr(0, 3));
+  EXPECT_EQ(text.data()[3], u'\0');
+}
+
+TEST(WideString, LengthCountsUnitsAndNotCharacters) {
+  EXPECT_EQ(WideString(u"\U0001F600").size(), 2u);
+}
+
+TEST(WideString, CopySharesTheText) {
+  const WideString text(u"abc");
+  const WideString copy(text);
+  EXPECT_EQ(copy.data(), text.data());
+  WideString assigned(u"other");
+  assigned = text;
+  EXPECT_EQ(assigned.data(), text.data());
+}
+
+TEST(WideString, CopyOutlivesTheOriginal) {
+  WideString copy;
+  {
+    const WideString text(u"abc");
+    copy = text;
+  }
+  EXPECT_EQ(copy.view(), u"abc"sv);
+}
+
+TEST(WideString, CopyOfNullIsNull) {
+  const WideString null;
+  EXPECT_TRUE(WideString(null).IsNull());
+  WideString text(u"abc");
+  text = null;
+  EXPECT_TRUE(text.IsNull());
+}
+
+TEST(WideString, MoveTakesTheTextAndLeavesNull) {
+  WideString text(u"abc");
+  const char16_t* units = text.data();
+  WideString moved(std::move(text));
+  EXPECT_EQ(moved.data(), units);
+  EXPECT_TRUE(text.IsNull());  // NOLINT: the state after a move is promised
+  WideString assigned(u"other");
+  assigned = std::move(moved);
+  EXPECT_EQ(assigned.data(), units);
+  EXPECT_EQ(assigned.view(), u"abc"sv);
+}
+
+TEST(WideString, AssignedToItselfItStays) {
+  WideString text(u"abc");
+  const WideString& same = text;
+  text = same;
+  EXPECT_EQ(text.view(), u"abc"sv);
+}
+
+TEST(WideString, AttachTakesTheBlockOver) {
+  BStr raw = AllocString(u"a\0b", 3);
+  const WideString text = WideString::Attach(raw);
+  EXPECT_EQ(text.data(), raw);
+  EXPECT_EQ(text.view(), u"a\0b"sv);
+  EXPECT_TRUE(WideString::Attach(nullptr).IsNull());
+}
+
+TEST(WideString, DetachHandsTheOnlyBlockOut) {
+  WideString text(u"abc");
+  const char16_t* units = text.data();
+  BStr raw = text.Detach();
+  EXPECT_EQ(raw, units);
+  EXPECT_TRUE(text.IsNull());
+  FreeString(raw);
+}
+
+TEST(WideString, DetachOfASharedTextHandsOutACopy) {
+  WideString text(u"a\0b"sv);
+  const WideString other(text);
+  BStr raw = text.Detach();
+  EXPECT_TRUE(text.IsNull());
+  EXPECT_NE(raw, other.data());
+  EXPECT_EQ(std::u16string_view(raw, StringLength(raw)), u"a\0b"sv);
+  raw[0] = u'X';
+  EXPECT_EQ(other.view(), u"a\0b"sv);
+  FreeString(raw);
+}
+
+TEST(WideString, DetachOfNullIsNull) {
+  EXPECT_EQ(WideString().Detach(), nullptr);
+}
+
+TEST(WideString, NullAndEmptyAreEqual) {
+  EXPECT_TRUE(WideString() == WideString(u""));
+  EXPECT_FALSE(WideString() != WideString(u""));
+  EXPECT_FALSE(WideString() == WideString(u"a"));
+}
+
+TEST(WideString, EqualityLooksAtAllUnits) {
+  EXPECT_TRUE(WideString(u"a\0b"sv) == WideString(u"a\0b"sv));
+  EXPECT_TRUE(WideString(u"a\0b"sv) != WideString(u"a\0c"sv));
+  EXPECT_TRUE(WideString(u"a"sv) != WideString(u"a\0"sv));
+  EXPECT_TRUE(WideString(u"a") != WideString(u"A"));
+}
+
+TEST(WideString, OrderPutsNullFirstAndThenGoesByUnits) {
+  const WideString ascending[] = {
+      WideString(),          u"",       u"\0"sv,  u"A", u"a", u"a\0"sv, u"ab", u"b", u"\u00E9", u"\u0430",
+      WideString(u"\xD83D"), u"\uE000", u"\uFFFF"};
+  const std::size_t count = std::size(ascending);
+  for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t j = 0; j < count; ++j)
+      EXPECT_EQ(ascending[i] < ascending[j], i < j) << "rows " << i << " and " << j;
+}
+
+TEST(WideString, CopiesOnSeveralThreadsShareOneText) {
+  WideString text(u"shared");
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([copy = text] {
+      for (int round = 0; round < 20000; ++round) {
+        WideString again(copy);
+        again = WideString(again);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  threads.clear();
+  EXPECT_EQ(text.view(), u"shared"sv);
+  WideString last(text);
+  text = WideString();
+  const char16_t* units = last.data();
+  BStr raw = last.Detach();
+  EXPECT_EQ(raw, units) << "the count of owners did not come back to one";
+  FreeString(raw);
+}
+
+}  // namespace
+}  // namespace qv

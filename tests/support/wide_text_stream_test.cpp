@@ -1,0 +1,141 @@
+#include "support/wide_text_stream.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/encode_xml_text.h"
+#include "support/print_wide_string.h"
+
+namespace qv {
+namespace {
+
+using std::literals::string_view_literals::operator""sv;
+
+TEST(WideTextStream, FreshOneIsEmpty) {
+  const WideTextStream stream;
+  EXPECT_EQ(stream.size(), 0u);
+  EXPECT_EQ(stream.view(), u""sv);
+}
+
+TEST(WideTextStream, AppendsAsItStands) {
+  WideTextStream stream;
+  stream.Append(u"<a>");
+  stream.Append(u"");
+  stream.Append(u"x\0y"sv);
+  stream.Append(u"\u00E9\xD800"sv);
+  EXPECT_EQ(stream.view(), u"<a>x\0y\u00E9\xD800"sv);
+  EXPECT_EQ(stream.size(), 8u);
+}
+
+TEST(WideTextStream, AppendsEscapedOnce) {
+  WideTextStream stream;
+  stream.Append(u"[");
+  stream.AppendEncoded(u"a<b>&\"'~\x7F\u00E9\uFFFF");
+  stream.AppendEncoded(u"");
+  stream.Append(u"]");
+  EXPECT_EQ(stream.view(), u"[a&lt;b&gt;&amp;&quot;&apos;~&#127;&#233;&#65535;]"sv);
+}
+
+TEST(WideTextStream, AppendsEscapedTwice) {
+  WideTextStream stream;
+  stream.Append(u"[");
+  stream.AppendTwiceEncoded(u"a<b>&\"'~\x7F\u00E9\uFFFF");
+  stream.AppendTwiceEncoded(u"");
+  stream.Append(u"]");
+  EXPECT_EQ(stream.view(),
+            u"[a&amp;lt;b&amp;gt;&amp;amp;&amp;quot;&amp;apos;~&amp;#127;&amp;#233;&amp;#65535;]"sv);
+}
+
+TEST(WideTextStream, EscapesStopAtTheFirstNullUnit) {
+  WideTextStream stream;
+  stream.AppendEncoded(u"<\0>"sv);
+  stream.AppendTwiceEncoded(u"<\0>"sv);
+  stream.Append(u"!");
+  EXPECT_EQ(stream.view(), u"&lt;&amp;lt;!"sv);
+}
+
+TEST(WideTextStream, BothEscapesAgreeWithTheEscapeOfTexts) {
+  std::u16string all;
+  for (std::uint32_t unit = 1; unit <= 0xFFFF; ++unit) all += static_cast<char16_t>(unit);
+  WideTextStream once;
+  once.AppendEncoded(all);
+  EXPECT_TRUE(once.view() == EncodeXmlText(all).view());
+  WideTextStream twice;
+  twice.AppendTwiceEncoded(all);
+  EXPECT_TRUE(twice.view() == EncodeXmlText(EncodeXmlText(all)).view());
+}
+
+TEST(WideTextStream, AttributeIsNamedQuotedAndEscaped) {
+  WideTextStream stream;
+  stream.Append(u"<a");
+  stream.AppendAttribute(u"xmlns:x", u"a\"<&>'\u00E9");
+  stream.AppendAttribute(u"empty", u"");
+  stream.Append(u"/>");
+  EXPECT_EQ(stream.view(), u"<a xmlns:x=\"a&quot;&lt;&amp;&gt;&apos;&#233;\" empty=\"\"/>"sv);
+}
+
+TEST(WideTextStream, AppendNullAddsOneNullUnit) {
+  WideTextStream stream;
+  stream.Append(u"ab");
+  stream.AppendNull();
+  EXPECT_EQ(stream.view(), u"ab\0"sv);
+}
+
+TEST(WideTextStream, TakenTextEndsAtTheFirstNullUnit) {
+  WideTextStream stream;
+  stream.Append(u"ab");
+  stream.AppendNull();
+  stream.Append(u"cd");
+  stream.AppendNull();
+  EXPECT_EQ(stream.TakeText().view(), u"ab"sv);
+  stream.Append(u"whole");
+  EXPECT_EQ(stream.TakeText().view(), u"whole"sv);
+  stream.AppendNull();
+  stream.Append(u"x");
+  EXPECT_TRUE(stream.TakeText().IsEmpty());
+}
+
+TEST(WideTextStream, TakenTextIsClosedWithNull) {
+  WideTextStream stream;
+  stream.Append(u"abc");
+  const WideString text = stream.TakeText();
+  EXPECT_EQ(text.data()[3], u'\0');
+}
+
+TEST(WideTextStream, IsEmptyAfterTheTextIsTaken) {
+  WideTextStream stream;
+  stream.Append(u"abc");
+  const WideString first = stream.TakeText();
+  EXPECT_EQ(stream.size(), 0u);
+  EXPECT_EQ(stream.view(), u""sv);
+  EXPECT_TRUE(stream.TakeText().IsEmpty());
+  stream.Append(u"XY");
+  const WideString second = stream.TakeText();
+  EXPECT_EQ(first.view(), u"abc"sv);
+  EXPECT_EQ(second.view(), u"XY"sv);
+}
+
+TEST(WideTextStream, GrowsThroughEveryLength) {
+  WideTextStream stream;
+  std::u16string expected;
+  for (std::size_t length = 0; length < 600; ++length) {
+    stream.Append(std::u16string(length, u'x'));
+    stream.AppendEncoded(u"<");
+    stream.AppendTwiceEncoded(u"\uFFFF");
+    expected += std::u16string(length, u'x') + u"&lt;&amp;#65535;";
+  }
+  EXPECT_EQ(stream.size(), expected.size());
+  EXPECT_TRUE(stream.view() == expected);
+  EXPECT_TRUE(stream.TakeText().view() == expected);
+}
+
+TEST(WideTextStream, HundredThousandAmpersandsTwice) {
+  WideTextStream stream;
+  stream.AppendTwiceEncoded(std::u16string(100000, u'&'));
+  ASSERT_EQ(stream.size(), 900000u);
+  for (std::size_t at = 0; at < 900000; at += 9) ASSERT_EQ(stream.view().substr(at, 9), u"&amp;amp;"sv) << at;
+}
+
+}  // namespace
+}  // namespace qv
