@@ -114,7 +114,8 @@ void ConnectionModelImpl::PublishSessionInfo(const WideString& connectionString)
 
   const IQvClientServicesSinkPtr sink = Sink();
   const auto check = [&sink](HRESULT code) { ThrowIfFailed(code, sink.get(), IQvClientServicesSink::kIid); };
-  check(sink->SetUsid(contextHandle_));
+  const WideString usid = contextHandle_;  // a host may change ours while it is told
+  check(sink->SetUsid(usid));
   check(sink->SetUserName(ConnectionField(&IConnectionString::get_UserName, fields.get())));
   check(sink->SetDatabaseIds(ConnectionField(&IConnectionString::get_DatabaseID, fields.get()),
                              ConnectionField(&IConnectionString::get_ReplicaID, fields.get())));

@@ -83,8 +83,10 @@ WideString CServerConnector::Fetch(Exchange& exchange, const CQvUrl& url, const 
   exchange.CheckSession(exchange.Session()->Open(url.protocol, url.host, static_cast<std::uint16_t>(url.port),
                                                  url.secondSpareText, url.firstSpareText, proxy));
   IHttpRequest* request = nullptr;
-  exchange.CheckSession(exchange.session->OpenRequest(u"POST", url.path, u"text/xml", 0, &request));
-  exchange.request = IHttpRequestPtr(request, false);
+  const HRESULT opened = exchange.session->OpenRequest(u"POST", url.path, u"text/xml", 0, &request);
+  const IHttpRequestPtr received(request, false);
+  exchange.CheckSession(opened);
+  exchange.request = received;
   if (request == nullptr) throw EQvException(u"Cannot create http context.");
 
   SetHeaders(request, action, url);

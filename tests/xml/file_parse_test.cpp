@@ -1,0 +1,170 @@
+// Parsing by file name.
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/wide_string.h"
+#include "xml/local_entities.h"
+#include "xml/xml_walk.h"
+#include "xml_fixture.h"
+
+namespace qv {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FileParseTest : public XmlFixture {
+ protected:
+  FileParseTest() {
+    std::string pattern = (fs::temp_directory_path() / "qv_file_parse_XXXXXX").string();
+    directory_ = mkdtemp(pattern.data());
+  }
+  ~FileParseTest() override { fs::remove_all(directory_); }
+
+  std::string Write(const std::string& name, const std::string& bytes) const {
+    const fs::path path = directory_ / name;
+    fs::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+    return path.string();
+  }
+
+  // The text of the document element of a file.
+  static WideString TextOf(const std::string& fileName) {
+    QvDomParser parser;
+    parser.parse(fileName.c_str(), false);
+    return WideString(GetNodeText(DocumentElement(parser.Document())));
+  }
+
+  // What a refused file is reported as: system id, line and column.
+  static std::string RefusalOf(const std::string& fileName) {
+    QvDomParser parser;
+    try {
+      parser.parse(fileName.c_str(), false);
+    } catch (const xercesc::SAXParseException& error) {
+      return ToUtf8(error.getSystemId()) + ":" + std::to_string(error.getLineNumber()) + ":" +
+             std::to_string(error.getColumnNumber());
+    }
+    return "(accepted)";
+  }
+
+  fs::path directory_;
+};
+
+TEST_F(FileParseTest, AbsolutePathIsRead) {
+  EXPECT_EQ(TextOf(Write("a.xml", "<r>text</r>")), u"text");
+}
+
+TEST_F(FileParseTest, FileUrlIsRead) {
+  EXPECT_EQ(TextOf("file:///" + Write("a.xml", "<r>text</r>")), u"text");
+}
+
+TEST_F(FileParseTest, PathWithoutRootIsRelativeToTheCurrentDirectory) {
+  Write("sub/a.xml", "<r>here</r>");
+  const fs::path before = fs::current_path();
+  fs::current_path(directory_);
+  EXPECT_EQ(TextOf("sub/a.xml"), u"here");
+  fs::current_path(before);
+}
+
+TEST_F(FileParseTest, BackslashesBlanksPercentSignsAndOtherLettersAreAsTheyStand) {
+  Write("a b/%41 \xC3\xA9.xml", "<r>odd</r>");
+  EXPECT_EQ(TextOf(directory_.string() + "\\a b\\%41 \xC3\xA9.xml"), u"odd");
+}
+
+TEST_F(FileParseTest, EncodingIsTheFilesOwn) {
+  EXPECT_EQ(TextOf(Write("l.xml", "<?xml version='1.0' encoding='iso-8859-1'?><r>\xE9</r>")), u"\u00e9");
+  EXPECT_EQ(TextOf(Write("u.xml", std::string("\xFF\xFE<\0r\0>\0\xE9\0<\0/\0r\0>\0", 18))), u"\u00e9");
+}
+
+TEST_F(FileParseTest, ErrorNamesTheUrlAndThePlace) {
+  const std::string path = Write("bad.xml", "<r>\n <a></b></r>");
+  EXPECT_EQ(RefusalOf(path), "file:///" + path + ":2:7");
+}
+
+TEST_F(FileParseTest, MissingFileIsAParseErrorAtLineZero) {
+  const std::string path = (directory_ / "none.xml").string();
+  EXPECT_EQ(RefusalOf(path), "file:///" + path + ":0:0");
+}
+
+TEST_F(FileParseTest, DirectoryIsAParseError) {
+  EXPECT_EQ(RefusalOf(directory_.string()), "file:///" + directory_.string() + ":0:0");
+}
+
+TEST_F(FileParseTest, OtherSchemesAreNotOpened) {
+  EXPECT_EQ(RefusalOf("http://127.0.0.1:1/a.xml"), "http://127.0.0.1:1/a.xml:0:0");
+  EXPECT_EQ(RefusalOf("http://127.0.0.1:1/a.xml?x=1"), "http://127.0.0.1:1/a.xml?x=1:0:0");
+  EXPECT_EQ(RefusalOf("ftp://127.0.0.1:1/a.xml#top"), "ftp://127.0.0.1:1/a.xml#top:0:0");
+}
+
+TEST_F(FileParseTest, NameWithQuestionMarkGoesToTheLibraryUnchanged) {
+  // The library takes it for a path of its own; with the prefix it would not be found.
+  EXPECT_EQ(TextOf(Write("a?b.xml", "<r>asked</r>")), u"asked");
+}
+
+TEST_F(FileParseTest, LocalEntityIsResolved) {
+  const std::string part = Write("part.txt", "from a file");
+  const std::string path =
+      Write("e.xml", "<!DOCTYPE r [<!ENTITY e SYSTEM \"file://" + part + "\">]><r>&e;</r>");
+  QvDomParser parser;
+  parser.parse(path.c_str(), false);
+  const XmlNode reference = DocumentElement(parser.Document()).FirstChild();
+  EXPECT_EQ(reference.NodeType(), 5);
+  EXPECT_EQ(reference.FirstChild().Value(), u"from a file");
+}
+
+TEST_F(FileParseTest, EntityOnTheNetworkIsRefused) {
+  const std::string path =
+      Write("n.xml", "<!DOCTYPE r [<!ENTITY e SYSTEM \"http://127.0.0.1:1/e\">]><r>&e;</r>");
+  EXPECT_EQ(RefusalOf(path), "http://127.0.0.1:1/e:0:0");
+}
+
+TEST_F(FileParseTest, EmptyNameHasTheWordsOfTheNameRules) {
+  QvDomParser parser;
+  try {
+    parser.parse("", false);
+    ADD_FAILURE();
+  } catch (const EQvException& error) {
+    EXPECT_EQ(error.Description(), u"IsFileNameURL - File Name is missing.");
+  }
+}
+
+TEST(NamesNetwork, SchemesOtherThanFileDo) {
+  for (const char16_t* name : {u"http://h/x", u"HTTPS://h", u"ftp:x", u"a+b-c.1:x"})
+    EXPECT_TRUE(NamesNetwork(name));
+  for (const char16_t* name : {u"file:///x", u"FILE:x", u"c:\\x", u"a/b:c", u"", u"x", u"1a:b", u":x"})
+    EXPECT_FALSE(NamesNetwork(name)) << ToUtf8(name);
+}
+
+class XmlWalkTest : public XmlFixture {};
+
+TEST_F(XmlWalkTest, VisitsNodesInDocumentOrder) {
+  std::string names;
+  for (XmlWalk walk(Root(u"<r><a><b/>t</a><c/></r>")); !walk.Node().IsNull(); walk.Next())
+    names += ToUtf8(walk.Node().Name()) + " ";
+  EXPECT_EQ(names, "r a b #text c ");
+}
+
+TEST_F(XmlWalkTest, StaysBelowItsRoot) {
+  std::string names;
+  const XmlNode first = Root(u"<r><a><b/></a><c/></r>").FirstChild();
+  for (XmlWalk walk(first); !walk.Node().IsNull(); walk.Next()) names += ToUtf8(walk.Node().Name()) + " ";
+  EXPECT_EQ(names, "a b ");
+}
+
+TEST_F(XmlWalkTest, NothingIsNoWalk) {
+  EXPECT_TRUE(XmlWalk(XmlNode()).Node().IsNull());
+}
+
+TEST_F(XmlWalkTest, DocumentElementStandsBehindCommentsAndInstructions) {
+  const XmlNode root = Root(u"<!--c--><?p?><r/>");
+  EXPECT_EQ(DocumentElement(root.Parent()).Name(), u"r");
+  EXPECT_TRUE(DocumentElement(XmlNode()).IsNull());
+}
+
+}  // namespace
+}  // namespace qv
