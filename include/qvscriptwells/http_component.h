@@ -105,7 +105,7 @@ struct HttpOptions {
   std::int64_t connectTimeout = 30'000;
   std::int64_t idleTimeout = 60'000;                // without a byte either way
   std::int64_t maxBodyBytes = 512LL * 1024 * 1024;  // of an answer that is read as text
-  std::int64_t maxHeadBytes = 300 * 1024;
+  std::int64_t maxHeadBytes = std::int64_t{300} * 1024;
 };
 
 // Offered by the session object of the built-in component. A component is made anew for each call of the

@@ -90,7 +90,7 @@ HRESULT WholeFrom(const Variant& source, std::int64_t* whole) {
       *whole = 0;
       return S_OK;
     case VT_I1:
-      *whole = data.cVal;
+      *whole = data.cVal;  // NOLINT(bugprone-signed-char-misuse,cert-str34-c): a signed byte is meant
       return S_OK;
     case VT_UI1:
       *whole = data.bVal;

@@ -106,9 +106,8 @@ WideString::WideString(std::u16string_view text) : text_(NewStringBlock(text.siz
 WideString::WideString(const WideString& other) noexcept : text_(ShareString(other.text_)) {}
 
 WideString& WideString::operator=(const WideString& other) noexcept {
-  char16_t* shared = ShareString(other.text_);
-  FreeString(text_);
-  text_ = shared;
+  WideString copy(other);
+  std::swap(text_, copy.text_);
   return *this;
 }
 

@@ -28,7 +28,7 @@ class CServerConnector {
   WideString Fetch(Exchange& exchange, const CQvUrl& url, const WideString& action, WideTextStream& stream,
                    WideString& proxy);
   void SetHeaders(IHttpRequest* request, const WideString& action, const CQvUrl& url);
-  void ParseResponse(const WideString& action, const WideString& text, CSOAPResponse& response);
+  static void ParseResponse(const WideString& action, const WideString& text, CSOAPResponse& response);
 
   WideString cookie_;
 };

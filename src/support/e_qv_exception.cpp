@@ -3,7 +3,7 @@
 namespace qv {
 namespace {
 
-constexpr std::uint32_t kServerErrorBits = 0x80040000u;
+constexpr std::uint32_t kServerErrorBits = 0x80040000U;
 
 HRESULT MergedCode(HRESULT code) noexcept {
   return code == 0 ? 0 : MakeResult(static_cast<std::uint32_t>(code) | kServerErrorBits);

@@ -1,6 +1,6 @@
 #include "support/numbers.h"
 
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale is POSIX
 
 #include <charconv>
 #include <cstdlib>

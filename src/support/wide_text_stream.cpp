@@ -25,7 +25,7 @@ char16_t* PutEscaped(char16_t* to, char16_t unit, std::u16string_view ampersand)
   const std::u16string_view entity = XmlEntity(unit);
   to = Put(to, ampersand);
   if (!entity.empty()) return Put(to, entity.substr(1));
-  char digits[8];
+  char digits[8] = {};
   const char* const end = std::to_chars(digits, digits + sizeof digits, static_cast<unsigned>(unit)).ptr;
   *to++ = u'#';
   for (const char* digit = digits; digit != end; ++digit) *to++ = static_cast<char16_t>(*digit);

@@ -25,7 +25,7 @@ class WideTextStream {
   // ` name="value"`, the value escaped.
   void AppendAttribute(std::u16string_view name, std::u16string_view value);
   // The null unit that ends a finished message.
-  void AppendNull() { Append(std::u16string_view(u"", 1)); }
+  void AppendNull() { Append(std::u16string_view(u"\0", 1)); }
 
   std::size_t size() const noexcept { return StringLength(text_); }
   // Borrowed until the next append.

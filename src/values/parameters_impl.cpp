@@ -21,7 +21,7 @@ std::size_t CheckedIndex(std::int16_t index, std::size_t size, const char16_t* a
 }  // namespace
 
 IParameterPtr ParametersImpl::Add(WideString key, Variant value) {
-  const IParameterPtr parameter = CreateParameter();
+  IParameterPtr parameter = CreateParameter();
   ThrowIfFailed(parameter->SetValues(key, value), parameter.get(), IParameter::kIid);
   if (parameters_.size() == parameters_.capacity())
     parameters_.reserve(

@@ -31,7 +31,7 @@ std::string ReadWholeFile(const WideString& url) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rbe"), &std::fclose);
   if (file == nullptr) RefuseFile(url, u"The file cannot be opened.");
   std::string bytes;
-  std::vector<char> chunk(64 * 1024);
+  std::vector<char> chunk(std::size_t{64} * 1024);
   for (std::size_t got = 1; got != 0;) {
     got = std::fread(chunk.data(), 1, chunk.size(), file.get());
     bytes.append(chunk.data(), got);

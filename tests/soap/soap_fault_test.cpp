@@ -1,5 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/dom/DOMImplementation.hpp>
+#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
+#include <xercesc/dom/impl/DOMTextImpl.hpp>
+
 #include "fixtures/thrown.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "soap/soap_response.h"
@@ -171,6 +178,26 @@ TEST_F(SoapFault, NonAsciiWordsAreKept) {
   EXPECT_EQ(RaisedFor(u"caf\u00E9 &#8364;"), "EQvException 0x00000000 caf\\u00E9 \\u20AC");
   EXPECT_EQ(RaisedForObject(u"<description>caf\u00E9 \U0001F600</description>"),
             "EQvException 0x00000000 caf\\u00E9 \\uD83D\\uDE00");
+}
+
+// A text that cannot be read.
+class UnreadableText : public xercesc::DOMTextImpl {
+ public:
+  using DOMTextImpl::DOMTextImpl;
+  const XMLCh* getData() const override {
+    throw xercesc::DOMException(xercesc::DOMException::INVALID_STATE_ERR);
+  }
+};
+
+TEST_F(SoapFault, UnreadableFaultStringHasWordsOfItsOwn) {
+  using xercesc::DOMDocument;
+  DOMDocument* document =
+      xercesc::DOMImplementation::getImplementation()->createDocument(nullptr, u"faultstring", nullptr);
+  auto* text = new (document, xercesc::DOMMemoryManager::TEXT_OBJECT) UnreadableText(document, u"words");
+  document->getDocumentElement()->appendChild(text);
+  EXPECT_EQ(Thrown([&] { DeserializeFault(XmlNode(document)); }),
+            "EQvException 0x00000000 Cannot deserializer the soap fault.");
+  document->release();
 }
 
 }  // namespace

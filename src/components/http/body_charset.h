@@ -25,7 +25,7 @@ class BodyCharset {
  private:
   enum class Kind { kUtf8, kUtf16Little, kUtf16Big, kLatin1, kOther };
 
-  bool SetByName(std::string_view name, std::string_view start);
+  bool SetByName(std::string_view given, std::string_view start);
   bool SetByMark(std::string_view start) noexcept;
 
   Kind kind_ = Kind::kUtf8;

@@ -2,7 +2,7 @@
 
 #include <fcntl.h>
 #include <langinfo.h>
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): uselocale is POSIX
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -21,7 +21,7 @@
 namespace qv {
 namespace {
 
-constexpr std::size_t kBufferBytes = 64 * 1024;
+constexpr std::size_t kBufferBytes = std::size_t{64} * 1024;
 constexpr int kTickMilliseconds = 250;  // how long a wait goes on before the listener and Abort are looked at
 
 void StartCurlOnce() {

@@ -11,7 +11,8 @@
 namespace qv {
 namespace {
 
-constexpr std::size_t kReportedPiece = 64 * 1024;  // what goes out between two words to a listener
+constexpr std::size_t kReportedPiece =
+    std::size_t{64} * 1024;  // what goes out between two words to a listener
 constexpr std::size_t kHeadOnly = 0;
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "components/http/http_request.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -13,7 +14,7 @@
 namespace qv {
 namespace {
 
-constexpr std::size_t kFilePiece = 64 * 1024;
+constexpr std::size_t kFilePiece = std::size_t{64} * 1024;
 
 // A header of a server holds UTF-8 today and Latin-1 by tradition.
 WideString HeaderText(std::string_view value) {
@@ -129,7 +130,7 @@ void HttpRequest::CheckedSend(std::u16string_view body, std::u16string_view extr
   const RoomyBytes wire = EncodeUtf8WithRoom(body, extra, head_.MostBytes());
   const std::string head = head_.Text(static_cast<std::int64_t>(wire.size));
   char* start = wire.Text() - head.size();
-  std::memcpy(start, head.data(), head.size());
+  std::copy(head.begin(), head.end(), start);
   BeginExchange();
   try {
     exchange_->Send({start, head.size() + wire.size}, head.size());

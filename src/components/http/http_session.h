@@ -49,7 +49,7 @@ class HttpSession final : public IHttpSession, public IHttpOptions, public ISupp
   void Connect(TransferWatch& watch);
   void CheckedOpen(const Endpoint& endpoint);
   void CheckedClose();
-  void Keep(ConnectionPtr connection) noexcept;
+  static void Keep(ConnectionPtr connection) noexcept;
 
   std::uint32_t references_ = 1;
   HttpOptions options_;

@@ -86,7 +86,7 @@ std::string RequestTarget(std::u16string_view path) {
   if (path.front() != u'/') ThrowBadArgument("The path of a request begins with \"/\"");
   if (std::any_of(path.begin(), path.end(), IsControlOrBlank))
     ThrowBadArgument("The path of a request holds a control character or a blank");
-  const std::string text = EncodeUtf8(path);
+  std::string text = EncodeUtf8(path);
   if (text.size() == path.size()) return text;
   std::string target;
   for (const char c : text) {

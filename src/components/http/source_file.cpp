@@ -12,7 +12,7 @@
 namespace qv {
 namespace {
 
-constexpr std::size_t kPieceBytes = 64 * 1024;
+constexpr std::size_t kPieceBytes = std::size_t{64} * 1024;
 constexpr const char* kCannotOpen = "Couldn't open file";
 constexpr const char* kCannotRead = "Couldn't read file";
 

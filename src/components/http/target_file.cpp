@@ -26,7 +26,8 @@ std::string FreshName(const std::string& directory) {
   std::uint64_t random = 0;
   if (getrandom(&random, sizeof(random), 0) != static_cast<ssize_t>(sizeof(random))) random = 0;
   char text[32];
-  std::snprintf(text, sizeof(text), ".%016llx.part", static_cast<unsigned long long>(random));
+  static_cast<void>(
+      std::snprintf(text, sizeof(text), ".%016llx.part", static_cast<unsigned long long>(random)));
   return directory + text;
 }
 

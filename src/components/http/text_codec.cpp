@@ -171,13 +171,13 @@ Piece FirstPiece(std::string_view bytes) noexcept {
   if (first < 0x80) return {1, first, true, false};
   const Lead lead = LeadOf(first);
   if (lead.more == 0) return {1, kReplacement, false, false};
-  char32_t value = first & (0x3Fu >> lead.more);
+  char32_t value = first & (0x3FU >> lead.more);
   for (std::size_t i = 1; i <= lead.more; ++i) {
     if (i == bytes.size()) return {i, kReplacement, false, true};
     const unsigned char next = static_cast<unsigned char>(bytes[i]);
     const bool fits = i == 1 ? next >= lead.low && next <= lead.high : (next & 0xC0) == 0x80;
     if (!fits) return {i, kReplacement, false, false};
-    value = (value << 6) | (next & 0x3Fu);
+    value = (value << 6) | (next & 0x3FU);
   }
   return {lead.more + 1, value, true, false};
 }
@@ -265,7 +265,7 @@ RoomyBytes EncodeUtf8WithRoom(std::u16string_view first, std::u16string_view sec
 }
 
 WideString DecodeUtf8(std::string_view bytes) {
-  const BStr units = NewStringBlock(bytes.size());
+  char16_t* const units = NewStringBlock(bytes.size());
   WideString text = WideString::Attach(units);
   char16_t* out = units;
   while (!bytes.empty()) {
@@ -283,7 +283,7 @@ WideString DecodeUtf8(std::string_view bytes) {
 }
 
 WideString DecodeLatin1(std::string_view bytes) {
-  const BStr units = NewStringBlock(bytes.size());
+  char16_t* const units = NewStringBlock(bytes.size());
   WideString text = WideString::Attach(units);
   for (std::size_t i = 0; i < bytes.size(); ++i) units[i] = static_cast<unsigned char>(bytes[i]);
   SetStringLength(units, bytes.size());
@@ -293,7 +293,7 @@ WideString DecodeLatin1(std::string_view bytes) {
 WideString DecodeUtf16(std::string_view bytes, bool bigEndian) {
   const std::size_t whole = bytes.size() / 2;
   const std::size_t size = whole + bytes.size() % 2;
-  const BStr units = NewStringBlock(size);
+  char16_t* const units = NewStringBlock(size);
   WideString text = WideString::Attach(units);
   for (std::size_t i = 0; i < whole; ++i) units[i] = UnitAt(bytes.data() + 2 * i, bigEndian);
   if (size > whole) units[whole] = kReplacement;
