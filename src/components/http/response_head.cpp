@@ -90,8 +90,8 @@ std::string_view ResponseHead::ValueOf(const Field& field) const noexcept {
 }
 
 bool ResponseHead::Find(std::string_view name, std::string_view* value) const noexcept {
-  for (const Field& field :
-       fields_) {  // NOLINT(readability-use-anyofallof): the first one found is handed out
+  // NOLINTNEXTLINE(readability-use-anyofallof): the first one found is handed out
+  for (const Field& field : fields_) {
     if (!EqualsIgnoringCase(NameOf(field), name)) continue;
     *value = ValueOf(field);
     return true;
