@@ -1,6 +1,6 @@
-// What a host offers to the library. The library finds the services by name through the provider, and tells
-// them of the sessions that it opens and closes. A program without such services takes the ready-made ones of
-// simple_host.h.
+// What a host offers to the library. A provider knows the services by name; a model is given them directly,
+// and tells them of the sessions that it opens and closes. A program without such services takes the
+// ready-made ones of simple_host.h.
 //
 // Every operation is called on the thread that uses the library object, while a call of the host is under
 // way.

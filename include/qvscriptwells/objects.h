@@ -2,8 +2,8 @@
 //
 // Failure: a negative result code. Every object leaves an error record (error_info.h) with the words; a
 // failure that has no number of its own is DISP_E_EXCEPTION. Out values are written on success only, unless
-// told otherwise. Ownership: unknown.h. Threads: one thread per object, counts are plain. Text: any
-// WideString may be null.
+// told otherwise. Ownership: unknown.h. Threads: an object is used on one thread at
+// a time, and all models of a process on one thread. Text: any WideString may be null.
 #pragma once
 
 #include <cstdint>
@@ -83,11 +83,15 @@ class IConnectionStringRaw : public IUnknown {
   ~IConnectionStringRaw() = default;
 };
 
-// One connection to one server, with at most one session.
+// One connection to one server, with at most one session. The first model that is destroyed takes the
+// process's table of types with it: later calls with parameters fail with "Cannot create the xml document.",
+// and typed answers read as empty. A program that makes several models keeps the first one to its end.
 class IConnectionModel : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("fc62e4ca-81ab-4879-bf0a-2450a54f80f3");
-  // Opens a session. Needs SetServer and SetClientServices (IConnectionModelRaw) before.
+  // Opens a session. Needs SetServer and SetClientServices (IConnectionModelRaw) before. Without services the
+  // server opens the session, the call fails with E_POINTER when it wants to tell them, and the session can
+  // be used; closing it ends in E_POINTER too, after the server has closed it.
   virtual HRESULT CreateUserSession(const WideString& connectionString) noexcept = 0;
   // Closes it; without a session nothing is sent and nothing fails. After a failure it may be called again.
   virtual HRESULT CloseUserSession() noexcept = 0;

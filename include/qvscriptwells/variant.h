@@ -72,7 +72,7 @@ class Variant {
   static Variant FromBool(bool value) noexcept;                // VT_BOOL, "boolean"
   static Variant FromFloat(float value) noexcept;              // VT_R4, "float"
   static Variant FromDouble(double value) noexcept;            // VT_R8, "double"
-  static Variant FromDate(double serialDate) noexcept;         // VT_DATE, "time", "date" or "datetime"
+  static Variant FromDate(double serialDate) noexcept;         // VT_DATE; refused as parameter yet
   static Variant FromString(const WideString& text) noexcept;  // VT_BSTR, "string"; shares the text
   static Variant FromObject(IUnknown* object) noexcept;  // VT_UNKNOWN; adds a reference, null is allowed
   // Any tag with any bytes. A text or object pointer under its tag is taken over with one owner.
