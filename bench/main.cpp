@@ -1,5 +1,6 @@
 // qv_bench [name filter...]: see README.md here.
 #include <benchmark/benchmark.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
@@ -37,7 +38,7 @@ int main(int argc, char** argv) {
 
   const qv::XmlLibraryHold hold;
   qv::RegisterFormaters();
-  qv::bench::RatioReporter reporter;
+  qv::bench::RatioReporter reporter(isatty(STDOUT_FILENO) == 1);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   return 0;
 }
