@@ -1,0 +1,255 @@
+// The requests as a server receives them, byte for byte.
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "client_fixture.h"
+#include "fixtures/formaters.h"
+#include "fixtures/raw_server.h"
+
+namespace qv {
+namespace {
+
+using test::RawAnswerText;
+using test::RawScript;
+using test::RawServer;
+
+constexpr char kCreateBody[] =
+    "<SOAP-ENV:Envelope xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" "
+    "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+    "xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\"><SOAP-ENV:Body>"
+    "<CreateUserSession xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
+    "<ConnectionString "
+    "xsi:type=\"xsd:string\">Username=J&#233;r&amp;me;Password=&lt;p&gt;;</ConnectionString>"
+    "</CreateUserSession></SOAP-ENV:Body></SOAP-ENV:Envelope>";
+
+constexpr char kCloseBody[] =
+    "<SOAP-ENV:Envelope xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" "
+    "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+    "xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\"><SOAP-ENV:Body>"
+    "<CloseUserSession xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
+    "<usid xsi:type=\"xsd:string\">u&amp;1</usid>"
+    "</CloseUserSession></SOAP-ENV:Body></SOAP-ENV:Envelope>";
+
+constexpr char kExecuteNilBody[] =
+    "<SOAP-ENV:Envelope xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" "
+    "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+    "xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\"><SOAP-ENV:Body>"
+    "<Execute xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
+    "<usid xsi:type=\"xsd:string\">u&amp;1</usid>"
+    "<Script xsi:type=\"xsd:string\">"
+    "&lt;Scriptwell Language=&quot;VBScript&quot; "
+    "xmlns:xsi=&quot;http://www.w3.org/2001/XMLSchema-instance&quot; "
+    "xsi:schemaLocation=&quot;http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0 "
+    "http://quorvane.example/dev/schema/scriptwellsApp/scriptwell/1.0/scriptwell.xsd&quot; "
+    "xmlns=&quot;http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0&quot;&gt;"
+    "&lt;Code&gt;a&amp;lt;b&amp;#233;\r\n&lt;/Code&gt;&lt;/Scriptwell&gt;</Script>"
+    "<parameters xsi:nil=\"true\" xsi:type=\"ns1:Parameter\" "
+    "xmlns:ns1=\"http://quorvane.example/dev/ns/SOF/2.0\" "
+    "xmlns:ns2=\"http://schemas.xmlsoap.org/soap/encoding/\" ns2:arrayType=\"ns1:Parameter[]\"/>"
+    "</Execute></SOAP-ENV:Body></SOAP-ENV:Envelope>";
+
+constexpr char kExecuteArrayBody[] =
+    "<SOAP-ENV:Envelope xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" "
+    "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+    "xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\"><SOAP-ENV:Body>"
+    "<Execute xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
+    "<usid xsi:type=\"xsd:string\">u&amp;1</usid>"
+    "<Script xsi:type=\"xsd:string\">"
+    "&lt;Scriptwell Language=&quot;JavaScript&quot; "
+    "xmlns:xsi=&quot;http://www.w3.org/2001/XMLSchema-instance&quot; "
+    "xsi:schemaLocation=&quot;http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0 "
+    "http://quorvane.example/dev/schema/scriptwellsApp/scriptwell/1.0/scriptwell.xsd&quot; "
+    "xmlns=&quot;http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0&quot;&gt;"
+    "&lt;Code&gt;&lt;/Code&gt;&lt;/Scriptwell&gt;</Script>"
+    "<parameters xmlns:ns1=\"http://schemas.xmlsoap.org/soap/encoding/\" "
+    "xmlns:ns2=\"http://quorvane.example/dev/ns/SOF/2.0\" ns1:arrayType=\"ns2:Parameter[3]\">"
+    "<Parameter xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
+    "<Name xsi:type=\"xsd:string\">a&lt;</Name><Value xsi:type=\"xsd:string\">&apos;&#55357;&#56832;</Value>"
+    "</Parameter>"
+    "<Parameter xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
+    "<Name xsi:type=\"xsd:string\">d</Name><Value xsi:type=\"xsd:double\">3.14159</Value></Parameter>"
+    "<Parameter xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
+    "<Name xsi:type=\"xsd:string\"></Name><Value xsi:type=\"xsd:boolean\">1</Value></Parameter>"
+    "</parameters></Execute></SOAP-ENV:Body></SOAP-ENV:Envelope>";
+
+constexpr char kSessionOpened[] =
+    "<soap:Envelope><soap:Body><CreateUserSessionResponse><r>u&amp;1</r></CreateUserSessionResponse>"
+    "</soap:Body></soap:Envelope>";
+constexpr char kSessionClosed[] =
+    "<soap:Envelope><soap:Body><CloseUserSessionResponse/></soap:Body></soap:Envelope>";
+constexpr char kScriptRan[] =
+    "<soap:Envelope><soap:Body><ExecuteResponse><r xsi:type=\"int\">7</r></ExecuteResponse></soap:Body>"
+    "</soap:Envelope>";
+
+bool SomebodyListensOnPort80() {
+  const int probe = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(80);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  const bool listens = connect(probe, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  close(probe);
+  return listens;
+}
+
+class WireBytes : public testing::Test {
+ protected:
+  void SetUp() override {
+    CloseKeptConnections();
+    host_ = CreateSimpleHost({u"joe"});
+    NewModel(u"");
+    EnsureFormaters();
+  }
+  void TearDown() override {
+    model_.reset();
+    CloseKeptConnections();
+    for (const char* name : {"http_proxy", "HTTP_PROXY", "https_proxy", "all_proxy", "ALL_PROXY"})
+      unsetenv(name);
+  }
+  void NewModel(const WideString& proxy) {
+    model_ = CreateConnectionModel(FromUtf8("http://127.0.0.1:" + Port()), proxy, host_.get());
+  }
+  std::string Port() const { return std::to_string(server_.Port()); }
+  // A request with these parts; all else is the same for every call.
+  std::string Request(const std::string& action, const std::string& length, const std::string& body) const {
+    return "POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\n"
+           "Host: 127.0.0.1:" +
+           Port() +
+           "\r\n"
+           "Content-Type: text/xml\r\n"
+           "SOAPAction: http://quorvane.example/dev/ns/ivarnel/scriptwells#" +
+           action +
+           "\r\n"
+           "Content-Length: " +
+           length + "\r\n\r\n" + body;
+  }
+  void ExpectOne(const char* answer) {
+    server_.Expect(RawScript().ReadRequest().Write(RawAnswerText(answer)));
+  }
+  std::string Open() { return OutcomeText(model_->CreateUserSession(u"Username=J\u00E9r&me;Password=<p>;")); }
+  std::string Run(const WideString& language, const WideString& script, IParameters* parameters) {
+    Variant result;
+    const HRESULT code = model_->Execute(language, script, parameters, &result);
+    return code == S_OK ? ValueText(result) : OutcomeText(code);
+  }
+
+  RawServer server_;
+  IQvClientServicesPtr host_;
+  IConnectionModelPtr model_;
+};
+
+TEST_F(WireBytes, OpeningASession) {
+  ExpectOne(kSessionOpened);
+  EXPECT_EQ(Open(), "ok");
+  EXPECT_EQ(server_.AllReceived(), Request("CreateUserSession", "429", kCreateBody));
+}
+
+TEST_F(WireBytes, ClosingASession) {
+  ExpectOne(kSessionClosed);
+  ASSERT_EQ(model_->SetUSID(u"u&1"), S_OK);
+  EXPECT_EQ(OutcomeText(model_->CloseUserSession()), "ok");
+  EXPECT_EQ(server_.AllReceived(), Request("CloseUserSession", "366", kCloseBody));
+}
+
+TEST_F(WireBytes, ScriptWithoutParameters) {
+  ExpectOne(kScriptRan);
+  ASSERT_EQ(model_->SetUSID(u"u&1"), S_OK);
+  EXPECT_EQ(Run(u"VBScript", u"a<b\u00E9\r\n", nullptr), "VT_INT 7");
+  EXPECT_EQ(server_.AllReceived(), Request("Execute", "1006", kExecuteNilBody));
+}
+
+TEST_F(WireBytes, ScriptWithParameters) {
+  ExpectOne(kScriptRan);
+  ASSERT_EQ(model_->SetUSID(u"u&1"), S_OK);
+  const IParametersPtr list = ParameterList({{u"a<", Variant::FromString(u"'\U0001F600")},
+                                             {u"d", Variant::FromDouble(3.14159265)},
+                                             {nullptr, Variant::FromBool(true)}});
+  EXPECT_EQ(Run(u"JavaScript", u"", list.get()), "VT_INT 7");
+  EXPECT_EQ(server_.AllReceived(), Request("Execute", "1458", kExecuteArrayBody));
+}
+
+TEST_F(WireBytes, CallsFollowEachOtherOnOneConnection) {
+  RawScript script;
+  for (const char* answer : {kSessionOpened, kScriptRan, kSessionClosed})
+    script.ReadRequest().Write(RawAnswerText(answer, "Set-Cookie: c=1\r\n"));
+  server_.Expect(script);
+  EXPECT_EQ(Open(), "ok");
+  EXPECT_EQ(Run(u"VBScript", u"a<b\u00E9\r\n", nullptr), "VT_INT 7");
+  EXPECT_EQ(OutcomeText(model_->CloseUserSession()), "ok");
+  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.AllReceived(), Request("CreateUserSession", "429", kCreateBody) +
+                                       Request("Execute", "1006", kExecuteNilBody) +
+                                       Request("CloseUserSession", "366", kCloseBody));
+}
+
+TEST_F(WireBytes, AnswerInSinglePiecesIsReadWhole) {
+  server_.Expect(RawScript().ReadRequest().WriteByteByByte(RawAnswerText(kScriptRan)));
+  ASSERT_EQ(model_->SetUSID(u"u&1"), S_OK);
+  EXPECT_EQ(Run(u"VBScript", u"1", nullptr), "VT_INT 7");
+}
+
+TEST_F(WireBytes, RedirectIsNotFollowed) {
+  server_.Expect(RawScript().ReadRequest().Write("HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:" +
+                                                 Port() + "/other\r\nContent-Length: 5\r\n\r\nmoved"));
+  EXPECT_EQ(Open(), "0x80020009 The respone that arrived is not valid");
+  EXPECT_EQ(server_.AllReceived(), Request("CreateUserSession", "429", kCreateBody));
+}
+
+TEST_F(WireBytes, ResetWhileTheAnswerIsAwaitedSendsNothingAgain) {
+  server_.Expect(RawScript().ReadRequest().Reset());
+  ExpectOne(kSessionOpened);
+  EXPECT_EQ(Open().substr(0, 11), "0x80020009 ");
+  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(Open(), "ok");
+  EXPECT_EQ(server_.Connections(), 2u);
+}
+
+// Found closed before anything was sent, so that nothing can have been run.
+TEST_F(WireBytes, KeptConnectionThatWasClosedIsReplaced) {
+  server_.Expect(RawScript().ReadRequest().Write(RawAnswerText(kSessionOpened)).Close());
+  ExpectOne(kSessionClosed);
+  EXPECT_EQ(Open(), "ok");
+  ASSERT_TRUE(server_.WaitForClosed(1));
+  EXPECT_EQ(OutcomeText(model_->CloseUserSession()), "ok");
+  EXPECT_EQ(server_.Connections(), 2u);
+  EXPECT_EQ(server_.AllReceived(), Request("CreateUserSession", "429", kCreateBody) +
+                                       Request("CloseUserSession", "366", kCloseBody));
+}
+
+TEST_F(WireBytes, ProxyOfTheEnvironmentIsNotUsed) {
+  RawServer proxy;
+  const std::string address = "http://127.0.0.1:" + std::to_string(proxy.Port());
+  for (const char* name : {"http_proxy", "HTTP_PROXY", "https_proxy", "all_proxy", "ALL_PROXY"})
+    ASSERT_EQ(setenv(name, address.c_str(), 1), 0);
+  ExpectOne(kSessionOpened);
+  EXPECT_EQ(Open(), "ok");
+  EXPECT_EQ(proxy.Connections(), 0u);
+  EXPECT_EQ(server_.AllReceived(), Request("CreateUserSession", "429", kCreateBody));
+}
+
+TEST_F(WireBytes, PlaceholderStandsForNoProxy) {
+  NewModel(u"@PROXY@");
+  ExpectOne(kSessionOpened);
+  EXPECT_EQ(Open(), "ok");
+  EXPECT_EQ(server_.AllReceived(), Request("CreateUserSession", "429", kCreateBody));
+}
+
+// The port of a proxy text does not reach the component, so both go to port 80.
+TEST_F(WireBytes, ProxyIsLookedForOnPort80) {
+  if (SomebodyListensOnPort80()) GTEST_SKIP() << "port 80 of this machine is in use";
+  RawServer proxy;
+  NewModel(u"127.0.0.1");
+  EXPECT_EQ(Open(), "0x80020009 Cannot create a soap call.");
+  NewModel(FromUtf8("127.0.0.1:" + std::to_string(proxy.Port())));
+  EXPECT_EQ(Open(), "0x80020009 Cannot create a soap call.");
+  EXPECT_EQ(proxy.Connections(), 0u);
+  EXPECT_EQ(server_.Connections(), 0u);
+}
+
+}  // namespace
+}  // namespace qv
