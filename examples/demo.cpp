@@ -85,15 +85,17 @@ qv::IParametersPtr MakeParameters(const qv::WideString& pick) {
 }
 
 void ShowAnswers(Client& client, const qv::WideString& script) {
-  std::vector<qv::cli::TableRow> rows;
+  std::vector<std::vector<std::string>> rows;
   for (const Sample& sample : Samples()) {
     const qv::Variant answer = client.Run(script, MakeParameters(sample.name));
-    rows.push_back(
-        {qv::ToUtf8(qv::WideString(sample.name)), qv::cli::TypeName(answer), qv::cli::ValueText(answer)});
+    rows.push_back({qv::ToUtf8(qv::WideString(sample.name)), qv::cli::TypeName(sample.value),
+                    qv::cli::ValueText(sample.value), qv::cli::TypeName(answer), qv::cli::ValueText(answer)});
   }
-  std::cout << "\nOne answer per type:\n\n"
-            << qv::cli::FormatTable(rows)
-            << "\nA byte arrives as 0 and a long as an empty value: clients in the field read them so.\n";
+  std::cout
+      << "\nOne answer per type:\n\n"
+      << qv::cli::FormatColumns({"NAME", "TYPE", "SENT", "ANSWER", "VALUE"}, rows)
+      << "\nA byte arrives as 0 and a long as an empty value: existing clients read them so, and this one "
+         "keeps to it.\n";
 }
 
 void ShowFault(Client& client, const qv::WideString& script) {
@@ -123,7 +125,8 @@ void RunDemo(const std::string& scriptPath) {
   ShowFault(client, script);
   client.Close();
   qv::CloseKeptConnections();
-  std::cout << "\nThe session is closed.\n";
+  std::cout << "\nThe session is closed.\n"
+            << "\nTry: build/demo/tools/scriptwells run --local -e '6 * 7'\n";
 }
 
 }  // namespace

@@ -28,6 +28,8 @@ int main(int argc, char** argv) {
     return 0;
   } catch (const qv::_com_error& error) {
     std::cerr << "failed: " << qv::ToUtf8(error.Description()) << "\n";
-    return 1;
+  } catch (const qv::EQvException& error) {  // the XML library cannot be started
+    std::cerr << "failed: " << qv::ToUtf8(error.Description()) << "\n";
   }
+  return 1;
 }

@@ -33,13 +33,26 @@ std::string WordsOr(const std::string& words, HRESULT code) {
   return words.empty() ? "failure " + HexCode(code) : words;
 }
 
+std::string Server(const ExchangeNote& note) {
+  return note.proxy.empty() ? note.server : note.server + " through the proxy " + note.proxy;
+}
+
+// The transport has the same words for every text that is too long; a body has a limit that can be named.
+std::string TooLong(const ExchangeNote& note, const std::string& words) {
+  const std::string answer = "the answer of " + Server(note);
+  if (words == "Maximum file size exceeded")
+    return answer + " is longer than " + std::to_string(HttpOptions().maxBodyBytes >> 20) + " MB";
+  return answer + " is too long: " + words;
+}
+
 Failure ExplainTransport(const ExchangeNote& note) {
   const ExitStatus status = TransportStatus(*note.failure);
   const std::string words = WordsOr(note.words, *note.failure);
   if (status == ExitStatus::kInterrupted) return Failure(status, "interrupted");
-  if (!note.connected) return Failure(status, "cannot reach " + note.server + ": " + words);
-  if (note.httpStatus.empty()) return Failure(status, "no answer from " + note.server + ": " + words);
-  return Failure(status, "the answer of " + note.server + " broke off: " + words);
+  if (*note.failure == HTTP_E_TOO_LARGE) return Failure(status, TooLong(note, words));
+  if (!note.connected) return Failure(status, "cannot reach " + Server(note) + ": " + words);
+  if (note.httpStatus.empty()) return Failure(status, "no answer from " + Server(note) + ": " + words);
+  return Failure(status, "the answer of " + Server(note) + " broke off: " + words);
 }
 
 bool StartsWith(const std::string& text, const char* start) {
@@ -58,8 +71,10 @@ Failure ExplainFault(Phase phase, HRESULT code, const std::string& words) {
   return Failure(status, message, code);
 }
 
-// The library has the same words for a null answer as for one that is damaged.
+// The library has the same words for a null answer as for one that is damaged, and names no length that it
+// missed.
 const char* Hint(const ExchangeNote& note, const std::string& words) {
+  if (words == "Unknown Http problem.") return " (the answer has no usable Content-Length)";
   const bool whole = note.httpStatus == "200" && words == "The respone that arrived is not valid";
   return whole ? " (a script that answers null or nothing ends so, too)" : "";
 }

@@ -42,6 +42,10 @@ std::string Line(const Failure& failure) {
   return line + OneLine(failure.Message());
 }
 
+std::string Dump(const nlohmann::ordered_json& whole) {
+  return whole.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
 std::string JsonLine(const Failure& failure) {
   nlohmann::ordered_json error;
   error["kind"] = StatusName(failure.Status());
@@ -53,7 +57,7 @@ std::string JsonLine(const Failure& failure) {
   error["exit"] = static_cast<int>(failure.Status());
   nlohmann::ordered_json whole;
   whole["error"] = error;
-  return whole.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  return Dump(whole);
 }
 
 }  // namespace
@@ -93,8 +97,14 @@ void ReportFailure(const Failure& failure, bool asJson, std::ostream& err) {
   err << (asJson ? JsonLine(failure) : Line(failure)) << std::endl;
 }
 
-void ReportNote(const char* kind, const std::string& message, std::ostream& err) {
-  err << "scriptwells: " << kind << ": " << OneLine(message) << std::endl;
+void ReportNote(const char* kind, const std::string& message, bool asJson, std::ostream& err) {
+  if (!asJson) {
+    err << "scriptwells: " << kind << ": " << OneLine(message) << std::endl;
+    return;
+  }
+  nlohmann::ordered_json whole;
+  whole[kind] = message;
+  err << Dump(whole) << std::endl;
 }
 
 }  // namespace qv::cli

@@ -19,6 +19,13 @@ class Failure : public std::exception {
   Failure(ExitStatus status, std::string message, HRESULT code)
       : status_(status), message_(std::move(message)), code_(code) {}
 
+  // The same failure with more words behind its own.
+  Failure With(const std::string& more) const {
+    Failure longer = *this;
+    longer.message_ += more;
+    return longer;
+  }
+
   ExitStatus Status() const noexcept { return status_; }
   const std::string& Message() const noexcept { return message_; }
   // The code, when there is one that tells more than the words.
@@ -48,7 +55,9 @@ std::string OneLine(const std::string& text);
 //   {"error":{"kind":"script fault","message":"no such customer","code":"0x80040005","number":5,"exit":1}}
 void ReportFailure(const Failure& failure, bool asJson, std::ostream& err);
 
-// One line that changes nothing about the exit status.
-void ReportNote(const char* kind, const std::string& message, std::ostream& err);
+// One line that changes nothing about the exit status; `kind` is "note" or "warning".
+//   scriptwells: note: parameter 'a' travels with 6 significant digits
+//   {"note":"parameter 'a' travels with 6 significant digits"}
+void ReportNote(const char* kind, const std::string& message, bool asJson, std::ostream& err);
 
 }  // namespace qv::cli

@@ -44,11 +44,14 @@ class InputFile {
     return count > 0;
   }
 
+  // "from standard input" or the path.
+  const std::string& Name() const { return name_; }
+
  private:
   ssize_t ReadSome(char* bytes, std::size_t room) const {
     for (;;) {
+      WaitReadable(descriptor_);
       const ssize_t count = ::read(descriptor_, bytes, room);
-      ThrowIfInterrupted();
       if (count >= 0 || errno != EINTR) return count;
     }
   }
@@ -65,12 +68,13 @@ std::string ReadWhole(const std::string& path, const std::string& what) {
   std::string text;
   while (file.Append(text))
     if (text.size() > kLongestFile)
-      throw Failure(ExitStatus::kLocal, "the " + what + " " + path + " is longer than 64 MB");
+      throw Failure(ExitStatus::kLocal, "the " + what + " " + file.Name() + " is longer than 64 MB");
   return text;
 }
 
 std::string CheckScript(std::string text) {
   if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
+  if (text.empty()) throw Failure(ExitStatus::kLocal, "the script is empty");
   if (!utf8::is_valid(text.begin(), text.end()))
     throw Failure(ExitStatus::kLocal, "the script is not valid UTF-8");
   if (text.find('\0') != std::string::npos)
@@ -86,11 +90,10 @@ std::string ReadLine(int descriptor, const std::string& what) {
   std::string line;
   char byte = 0;
   for (;;) {
+    WaitReadable(descriptor);
     const ssize_t count = ::read(descriptor, &byte, 1);
-    const int error = errno;
-    ThrowIfInterrupted();
-    if (count < 0 && error == EINTR) continue;
-    if (count < 0) throw Failure(ExitStatus::kLocal, "cannot read the " + what + ": " + std::strerror(error));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) throw Failure(ExitStatus::kLocal, "cannot read the " + what + ": " + std::strerror(errno));
     if (count == 0 || byte == '\n') break;
     line += byte;
     if (line.size() > kLongestLine)

@@ -10,8 +10,8 @@ namespace qv::cli {
 // MB.
 std::string ReadWhole(const std::string& path, const std::string& what);
 
-// A script: as above, without a byte order mark. Throws also for text that is not UTF-8, and for one that
-// holds a null character, which would end the script there.
+// A script: as above, without a byte order mark. Throws also for an empty text, for one that is not UTF-8,
+// and for one that holds a null character, which would end the script there.
 std::string ReadScript(const std::string& path);
 
 // Checks a script that did not come from a file in the same way.

@@ -1,11 +1,14 @@
 #include "tools/interrupt.h"
 
-#include <semaphore.h>
+#include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
+#include <cstring>
+#include <string>
 
 #include "tools/failure.h"
 
@@ -17,14 +20,18 @@ constexpr unsigned kSecondsToLeave = 5;
 
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
 std::atomic<bool> g_interrupted{false};
-sem_t g_signal;
+
+// The handler writes a byte that nobody reads, so that a poll returns also when the signal came just before
+// it.
+int g_pipe[2] = {-1, -1};
 
 // Everything here is allowed in a signal handler.
 extern "C" void OnInterrupt(int) {
   const int error = errno;
   if (g_interrupted.exchange(true)) _exit(static_cast<int>(ExitStatus::kInterrupted));
   alarm(kSecondsToLeave);
-  sem_post(&g_signal);
+  const char byte = 0;
+  [[maybe_unused]] const ssize_t written = write(g_pipe[1], &byte, 1);
   errno = error;
 }
 
@@ -39,10 +46,18 @@ void Handle(int signal, void (*handler)(int)) {
   sigaction(signal, &action, nullptr);
 }
 
+// Waits for the descriptor or a signal; poll passes over a negative descriptor.
+void WaitForEither(int descriptor) {
+  pollfd waits[] = {{descriptor, POLLIN, 0}, {g_pipe[0], POLLIN, 0}};
+  while (poll(waits, 2, -1) < 0 && errno == EINTR && !Interrupted()) {
+  }
+}
+
 }  // namespace
 
 void WatchForInterrupt() {
-  sem_init(&g_signal, 0, 0);
+  if (pipe2(g_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+    throw Failure(ExitStatus::kLocal, std::string("cannot make a pipe: ") + std::strerror(errno));
   Handle(SIGINT, OnInterrupt);
   Handle(SIGTERM, OnInterrupt);
   Handle(SIGALRM, OnAlarm);
@@ -57,9 +72,13 @@ void ThrowIfInterrupted() {
   if (Interrupted()) throw Failure(ExitStatus::kInterrupted, "interrupted");
 }
 
+void WaitReadable(int descriptor) {
+  WaitForEither(descriptor);
+  ThrowIfInterrupted();
+}
+
 void WaitForInterrupt() {
-  while (sem_wait(&g_signal) != 0 && errno == EINTR) {
-  }
+  WaitForEither(-1);
 }
 
 }  // namespace qv::cli

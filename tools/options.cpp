@@ -94,7 +94,10 @@ class ArgumentParser {
         ->take_all()
         ->expected(1)
         ->allow_extra_args(false);
-    run_->add_flag("--local", run.local, "Run in a service inside this program; nothing else is needed");
+    run_->add_flag(
+        "--local", run.local,
+        "Run in a service inside this program; nothing else is needed. A script has 5 s and 256 MiB "
+        "there; for more: serve --script-timeout, --script-memory, and --server");
     server_ = run_->add_option("--server", run.server,
                                "The server, such as https://scripts.example:8443 "
                                "(environment: SCRIPTWELLS_SERVER)")
@@ -122,7 +125,8 @@ class ArgumentParser {
         ->capture_default_str()
         ->type_name("NAME")
         ->envname("SCRIPTWELLS_LANGUAGE");
-    run_->add_option("--timeout", run.timeoutSeconds, "Longest silence of the server; 0: no limit")
+    run_->add_option("--timeout", run.timeoutSeconds,
+                     "Longest silence of the server; 0: no limit (for connecting: --connect-timeout)")
         ->capture_default_str()
         ->type_name("SECONDS")
         ->envname("SCRIPTWELLS_TIMEOUT");
@@ -134,12 +138,13 @@ class ArgumentParser {
   }
 
   void DefineOutput() {
-    run_->add_option("-o,--output", output_, "How the answer is printed")
-        ->capture_default_str()
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember(kOutputs))
-        ->envname("SCRIPTWELLS_OUTPUT");
-    run_->add_flag("--json", result_.run.json, "The answer, or what failed, as one line of JSON");
+    outputOption_ = run_->add_option("-o,--output", output_,
+                                     "How the answer is printed (environment: SCRIPTWELLS_OUTPUT)")
+                        ->capture_default_str()
+                        ->type_name("FORMAT")
+                        ->check(CLI::IsMember(kOutputs));
+    run_->add_flag("--json", result_.run.json,
+                   "The answer, or what failed, and every note, as one line of JSON each");
   }
 
   void DefineServe() {
@@ -184,8 +189,8 @@ class ArgumentParser {
 
   void DecideRun() {
     RunOptions& run = result_.run;
-    run.output = run.json ? OutputFormat::kJson : kOutputs.at(output_);
-    const char* wrong = WrongWithScript();
+    const char* wrong = WrongWithOutput();
+    if (wrong == nullptr) wrong = WrongWithScript();
     if (wrong == nullptr) wrong = WrongWithServer();
     if (wrong == nullptr) wrong = WrongWithPassword();
     if (wrong == nullptr && !IsWait(run.timeoutSeconds))
@@ -194,6 +199,19 @@ class ArgumentParser {
       wrong = "--connect-timeout has to lie between 0 and 86400 seconds";
     if (wrong != nullptr) return Refuse(wrong);
     result_.command = Command::kRun;
+  }
+
+  // The variable stands for a usual form, so --json wins over it.
+  const char* WrongWithOutput() {
+    RunOptions& run = result_.run;
+    const bool chosen = outputOption_->count() > 0;
+    const char* usual = std::getenv("SCRIPTWELLS_OUTPUT");
+    if (!chosen && !run.json && usual != nullptr && *usual != '\0') output_ = usual;
+    const auto found = kOutputs.find(output_);
+    if (found == kOutputs.end()) return "SCRIPTWELLS_OUTPUT has to be text, json or table";
+    run.output = run.json ? OutputFormat::kJson : found->second;
+    if (chosen && found->second != run.output) return "give --json or another --output, not both";
+    return nullptr;
   }
 
   const char* WrongWithScript() const {
@@ -250,6 +268,7 @@ class ArgumentParser {
   CLI::App* worker_ = nullptr;
   CLI::Option* code_ = nullptr;
   CLI::Option* server_ = nullptr;
+  CLI::Option* outputOption_ = nullptr;
 };
 
 }  // namespace

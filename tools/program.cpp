@@ -34,6 +34,7 @@ ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostre
   switch (parsed.command) {
     case Command::kText:
       out << parsed.text << std::flush;
+      if (!out) throw Failure(ExitStatus::kLocal, "cannot write to standard output");
       return ExitStatus::kOk;
     case Command::kUsageError:
       return ReportUsage(parsed, err);

@@ -122,12 +122,13 @@ class ReportingSession final : public IHttpSession, public ISupportErrorInfo {
                const WideString& secondSpare, const WideString& firstSpare,
                const WideString& proxy) noexcept override {
     note_ = ExchangeNote();
+    const WideString& used = proxy.IsEmpty() || proxy_.IsEmpty() ? proxy : proxy_;
     try {
+      note_.proxy = ToUtf8(used);
       note_.server = ToUtf8(protocol) + "://" + ToUtf8(host) + ":" + std::to_string(port);
     } catch (...) {
       return E_OUTOFMEMORY;
     }
-    const WideString& used = proxy.IsEmpty() || proxy_.IsEmpty() ? proxy : proxy_;
     const HRESULT code = Noted(note_, inner_->Open(protocol, host, port, secondSpare, firstSpare, used));
     note_.connected = Succeeded(code);
     return code;

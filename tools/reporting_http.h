@@ -14,6 +14,7 @@ namespace qv::cli {
 // The last exchange, as far as it came.
 struct ExchangeNote {
   std::string server;              // "http://host:port" of the last Open
+  std::string proxy;               // "host[:port]" that Open was given; empty without one
   bool connected = false;          // Open went well
   std::optional<HRESULT> failure;  // of the first operation that failed
   std::string words;               // the transport's, may be empty

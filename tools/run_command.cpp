@@ -27,7 +27,8 @@ struct Job {
   SessionSettings settings;
 };
 
-std::vector<ScriptParameter> ParseParameters(const std::vector<std::string>& texts, std::ostream& err) {
+std::vector<ScriptParameter> ParseParameters(const RunOptions& options, std::ostream& err) {
+  const std::vector<std::string>& texts = options.parameters;
   if (texts.size() > kMostParameters) throw Failure(ExitStatus::kLocal, "more than 32767 parameters");
   std::vector<ScriptParameter> parameters;
   std::set<std::string> names;
@@ -37,7 +38,8 @@ std::vector<ScriptParameter> ParseParameters(const std::vector<std::string>& tex
     if (!names.insert(last.name).second)
       throw Failure(ExitStatus::kLocal, "parameter '" + last.name + "' is given twice");
     if (last.losesDigits)
-      ReportNote("note", "parameter '" + last.name + "' travels with 6 significant digits", err);
+      ReportNote("note", "parameter '" + last.name + "' travels with 6 significant digits", options.json,
+                 err);
   }
   return parameters;
 }
@@ -64,25 +66,33 @@ SessionSettings CheckSettings(const RunOptions& options) {
 // Everything that can be wrong on this side is told before any server is asked.
 Job Prepare(const RunOptions& options, std::ostream& err) {
   Job job;
-  job.parameters = ParseParameters(options.parameters, err);
+  job.parameters = ParseParameters(options, err);
   job.settings = CheckSettings(options);
   job.script = options.file.empty() ? CheckScript(options.code) : ReadScript(options.file);
   return job;
 }
 
-void CloseSession(ScriptSession& session, std::ostream& err) {
+void CloseSession(ScriptSession& session, bool asJson, std::ostream& err) {
   try {
     session.Close();
   } catch (const Failure& failure) {
-    ReportNote("warning", "the session was not closed: " + failure.Message(), err);
+    ReportNote("warning", "the session was not closed: " + failure.Message(), asJson, err);
   }
 }
 
-void WriteAnswer(OutputFormat format, const Variant& answer, std::ostream& out, std::ostream& err) {
-  out << FormatAnswer(format, answer) << std::flush;
+// What the library reads of some answers, whatever was sent.
+void TellWhatWasLost(const Variant& answer, bool asJson, std::ostream& err) {
+  if (answer.Tag() == VT_EMPTY)
+    ReportNote("note", "the answer arrived as an empty value, as every answer of the type long does", asJson,
+               err);
+  if (answer.Tag() == VT_I1)
+    ReportNote("note", "the answer arrived as 0, as every answer of the type byte does", asJson, err);
+}
+
+void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream& out, std::ostream& err) {
+  out << FormatAnswer(options.output, answer) << std::flush;
   if (!out) throw Failure(ExitStatus::kLocal, "cannot write the answer to standard output");
-  if (answer.Tag() == VT_EMPTY && format != OutputFormat::kJson)
-    ReportNote("note", "the answer arrived as an empty value, as every answer of the type long does", err);
+  TellWhatWasLost(answer, options.json, err);
 }
 
 void RunJob(const Job& job, const RunOptions& options, std::ostream& out, std::ostream& err) {
@@ -90,12 +100,12 @@ void RunJob(const Job& job, const RunOptions& options, std::ostream& out, std::o
   try {
     session.Open();
     ThrowIfInterrupted();
-    WriteAnswer(options.output, session.Execute(options.language, job.script, job.parameters), out, err);
+    WriteAnswer(options, session.Execute(options.language, job.script, job.parameters), out, err);
   } catch (const Failure&) {
-    CloseSession(session, err);
+    CloseSession(session, options.json, err);
     throw;
   }
-  CloseSession(session, err);
+  CloseSession(session, options.json, err);
   ThrowIfInterrupted();
 }
 

@@ -93,7 +93,10 @@ void ScriptSession::Open() {
     ThrowIfFailed(model_->CreateUserSession(ConnectionText()), model_.get(), IConnectionModel::kIid);
     CheckSessionId();
   } catch (const _com_error& error) {
-    throw ExplainFailure(Phase::kOpen, error, http_.Note());
+    const Failure failure = ExplainFailure(Phase::kOpen, error, http_.Note());
+    if (failure.Status() == ExitStatus::kRefused && settings_.user.empty())
+      throw failure.With(" (no --user given)");
+    throw failure;
   }
 }
 

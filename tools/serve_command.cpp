@@ -35,8 +35,9 @@ void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& 
   devservice::Service service(ToServiceOptions(options));
   StartService(service);
   if (!IsLoopback(options.host))
-    ReportNote("warning", "others can reach this service and run code on this machine", err);
+    ReportNote("warning", "others can reach this service and run code on this machine", false, err);
   out << service.Url() << std::endl;
+  if (!out) throw Failure(ExitStatus::kLocal, "cannot write the address to standard output");
   WaitForInterrupt();
   service.Stop();
 }

@@ -24,33 +24,38 @@ void Check(int result) {
   if (result != 0) throw std::bad_alloc();
 }
 
-TablePtr MakeTable() {
+TablePtr MakeTable(const std::vector<std::string>& heads) {
   TablePtr table(scols_new_table());
   if (!table) throw std::bad_alloc();
-  for (const char* name : {"NAME", "TYPE", "VALUE"})
-    if (scols_table_new_column(table.get(), name, 0, 0) == nullptr) throw std::bad_alloc();
+  for (const std::string& head : heads)
+    if (scols_table_new_column(table.get(), head.c_str(), 0, 0) == nullptr) throw std::bad_alloc();
   return table;
 }
 
-void AddRow(libscols_table* table, const TableRow& row) {
+void AddRow(libscols_table* table, const std::vector<std::string>& row) {
   libscols_line* line = scols_table_new_line(table, nullptr);
   if (line == nullptr) throw std::bad_alloc();
-  Check(scols_line_set_data(line, 0, row.name.c_str()));
-  Check(scols_line_set_data(line, 1, row.type.c_str()));
-  Check(scols_line_set_data(line, 2, row.value.c_str()));
+  for (std::size_t i = 0; i < row.size(); ++i) Check(scols_line_set_data(line, i, row[i].c_str()));
 }
 
 }  // namespace
 
-std::string FormatTable(const std::vector<TableRow>& rows) {
-  const TablePtr table = MakeTable();
-  for (const TableRow& row : rows) AddRow(table.get(), row);
+std::string FormatColumns(const std::vector<std::string>& heads,
+                          const std::vector<std::vector<std::string>>& rows) {
+  const TablePtr table = MakeTable(heads);
+  for (const std::vector<std::string>& row : rows) AddRow(table.get(), row);
   char* text = nullptr;
   Check(scols_print_table_to_string(table.get(), &text));
   const std::unique_ptr<char, Free> owner(text);
   std::string result = text;
   if (result.empty() || result.back() != '\n') result += '\n';
   return result;
+}
+
+std::string FormatTable(const std::vector<TableRow>& rows) {
+  std::vector<std::vector<std::string>> texts;
+  for (const TableRow& row : rows) texts.push_back({row.name, row.type, row.value});
+  return FormatColumns({"NAME", "TYPE", "VALUE"}, texts);
 }
 
 }  // namespace qv::cli

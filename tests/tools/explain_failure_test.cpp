@@ -79,6 +79,31 @@ TEST(ExplainFailure, AnswerThatBreaksOff) {
             "3 the answer of http://srv:8080 broke off: closed");
 }
 
+TEST(ExplainFailure, ProxyIsNamedBesideTheServer) {
+  ExchangeNote note;
+  note.server = "http://srv:8080";
+  note.proxy = "px:3128";
+  EXPECT_EQ(Explain(Phase::kOpen, kNoCall, Broken(note, 0x80072EFD, "refused")),
+            "3 cannot reach http://srv:8080 through the proxy px:3128: refused");
+  note.connected = true;
+  EXPECT_EQ(Explain(Phase::kOpen, kNoCall, Broken(note, 0x80072EFE, "closed")),
+            "3 no answer from http://srv:8080 through the proxy px:3128: closed");
+}
+
+TEST(ExplainFailure, AnswerThatIsTooLong) {
+  EXPECT_EQ(Explain(Phase::kExecute, kNoCall,
+                    Broken(Answered("200", false), 0x800700DF, "Maximum file size exceeded")),
+            "7 the answer of http://srv:8080 is longer than 512 MB");
+  EXPECT_EQ(Explain(Phase::kExecute, kNoCall, Broken(Connected(), 0x800700DF, "large head")),
+            "7 the answer of http://srv:8080 is too long: large head");
+}
+
+TEST(ExplainFailure, MissingLengthIsHintedAt) {
+  EXPECT_EQ(
+      Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"Unknown Http problem."), Answered("200", false)),
+      "7 Unknown Http problem. (the answer has no usable Content-Length)");
+}
+
 TEST(ExplainFailure, TransportWithoutWordsShowsItsCode) {
   EXPECT_EQ(Explain(Phase::kExecute, kNoCall, Broken(Connected(), 0x80072EFE, "")),
             "3 no answer from http://srv:8080: failure 0x80072EFE");

@@ -54,6 +54,15 @@ TEST(FailureReport, WordsOfAServerCannotDriveTheTerminal) {
   EXPECT_EQ(OneLine("\xC3\xA9\xE2\x98\x83"), "\xC3\xA9\xE2\x98\x83");
 }
 
+TEST(FailureReport, NotesAreALineOrALineOfJson) {
+  std::ostringstream text;
+  ReportNote("warning", "two\nlines", false, text);
+  EXPECT_EQ(text.str(), "scriptwells: warning: two lines\n");
+  std::ostringstream json;
+  ReportNote("warning", "two\nlines \xFF", true, json);
+  EXPECT_EQ(json.str(), "{\"warning\":\"two\\nlines \xEF\xBF\xBD\"}\n");
+}
+
 TEST(FailureReport, NumberIsTheServersErrorNumber) {
   EXPECT_EQ(FaultNumber(MakeResult(0x80040005)), 5u);
   EXPECT_EQ(FaultNumber(MakeResult(0x800403EB)), 1003u);

@@ -65,6 +65,8 @@ TEST_F(InputText, EndlessFileIsRefused) {
 }
 
 TEST_F(InputText, ScriptThatCannotTravelIsRefused) {
+  EXPECT_EQ(Refusal(""), "the script is empty");
+  EXPECT_EQ(Refusal("\xEF\xBB\xBF"), "the script is empty");
   EXPECT_EQ(Refusal("a\xFF"), "the script is not valid UTF-8");
   EXPECT_EQ(Refusal(std::string("a\0b", 3)), "the script holds a null character, which would end it there");
   EXPECT_EQ(Refusal("'\xC3\xA9'"), "accepted");

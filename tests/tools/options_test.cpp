@@ -115,6 +115,20 @@ TEST_F(Options, JsonMeansJsonOutputToo) {
   EXPECT_FALSE(Run({"run", "--local", "-e", "1", "-o", "json"}).json);
 }
 
+TEST_F(Options, JsonAndAnotherOutputExcludeEachOther) {
+  for (const char* other : {"text", "table"})
+    EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "--json", "-o", other}),
+              "give --json or another --output, not both|scriptwells run --help");
+  EXPECT_TRUE(Run({"run", "--local", "-e", "1", "--json", "-o", "json"}).json);
+}
+
+TEST_F(Options, JsonWinsOverTheVariableOfTheOutput) {
+  ::setenv("SCRIPTWELLS_OUTPUT", "table", 1);
+  EXPECT_EQ(Run({"run", "--local", "-e", "1", "--json"}).output, OutputFormat::kJson);
+  EXPECT_EQ(Run({"run", "--local", "-e", "1"}).output, OutputFormat::kTable);
+  EXPECT_EQ(Run({"run", "--local", "-e", "1", "-o", "text"}).output, OutputFormat::kText);
+}
+
 TEST_F(Options, ScriptHasToBeGivenOnce) {
   EXPECT_EQ(Refusal({"run", "--local"}), "no script given (FILE, - or -e CODE)|scriptwells run --help");
   EXPECT_EQ(Refusal({"run", "--local", "a.js", "-e", "1"}),
@@ -193,7 +207,8 @@ TEST_F(Options, LocalWinsOverTheVariablesOfServerAndProxy) {
 
 TEST_F(Options, BadVariableIsRefused) {
   ::setenv("SCRIPTWELLS_OUTPUT", "yaml", 1);
-  EXPECT_NE(Refusal({"run", "-e", "1", "--local"}), "accepted");
+  EXPECT_EQ(Refusal({"run", "-e", "1", "--local"}),
+            "SCRIPTWELLS_OUTPUT has to be text, json or table|scriptwells run --help");
 }
 
 TEST_F(Options, ServeTakesItsOptions) {

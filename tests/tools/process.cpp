@@ -8,6 +8,7 @@
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -79,7 +80,7 @@ void Close(int& descriptor) {
 
 }  // namespace
 
-Process::Process(const Words& arguments, const Variables& variables) {
+Process::Process(const Words& arguments, const Variables& variables, const char* output) {
   ::signal(SIGPIPE, SIG_IGN);
   Pipe in;
   Pipe out;
@@ -89,6 +90,7 @@ Process::Process(const Words& arguments, const Variables& variables) {
     ::dup2(in.ends[0], 0);
     ::dup2(out.ends[1], 1);
     ::dup2(err.ends[1], 2);
+    if (output != nullptr) ::dup2(::open(output, O_WRONLY | O_CLOEXEC), 1);
     ::signal(SIGPIPE, SIG_DFL);
     Become(arguments, variables);
   }
@@ -200,6 +202,8 @@ Outcome RunOnTerminal(const Words& arguments, const std::string& question, const
     asked = ::write(terminal, typed.data(), typed.size()) == static_cast<ssize_t>(typed.size());
   }
   if (LeftOf(end) == 0) ::kill(pid, SIGKILL);
+  termios state = {};
+  outcome.echo = ::tcgetattr(terminal, &state) == 0 && (state.c_lflag & ECHO) != 0;
   ::close(terminal);
   outcome.exit = ExitOf(pid);
   return outcome;

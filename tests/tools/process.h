@@ -16,13 +16,15 @@ struct Outcome {
   int exit = -1;  // 128 + the number for an end by signal
   std::string out;
   std::string err;
+  bool echo = false;  // of RunOnTerminal: whether the terminal shows again what is typed
 };
 
 // A running `scriptwells`. Its environment is this process's without any SCRIPTWELLS_ variable. It is killed
 // after 30 seconds, and with this object.
 class Process {
  public:
-  explicit Process(const Words& arguments, const Variables& variables = {});
+  // `output` is a file that takes the place of the pipe behind its standard output.
+  explicit Process(const Words& arguments, const Variables& variables = {}, const char* output = nullptr);
   ~Process();
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;

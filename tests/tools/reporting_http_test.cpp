@@ -102,6 +102,7 @@ TEST_F(ReportingHttpTest, ProxyGetsItsPortBack) {
   const std::vector<std::string> opens = fake_.CallsNamed("Open");
   ASSERT_EQ(opens.size(), 1u);
   EXPECT_NE(opens[0].find("px:3128"), std::string::npos) << opens[0];
+  EXPECT_EQ(http_.Note().proxy, "px:3128");
 }
 
 TEST_F(ReportingHttpTest, CallWithoutProxyStaysWithoutOne) {

@@ -64,6 +64,43 @@ TEST(RunLocal, AnswersThatTheClientReadsOddlyAreShownAsTheyArrive) {
       "scriptwells: note: the answer arrived as an empty value, as every answer of the type long does\n");
 }
 
+TEST(RunLocal, ByteAnswerHasANote) {
+  const Outcome text = Local({"-e", "typed.byte(7)"});
+  EXPECT_EQ(text.out, "0\n");
+  EXPECT_EQ(text.err, "scriptwells: note: the answer arrived as 0, as every answer of the type byte does\n");
+  EXPECT_EQ(text.exit, 0);
+  EXPECT_EQ(Local({"-e", "typed.byte(7)", "--json"}).err,
+            "{\"note\":\"the answer arrived as 0, as every answer of the type byte does\"}\n");
+}
+
+TEST(RunLocal, NotesAreJsonBesideJson) {
+  const Outcome outcome = Local({"-e", "typed.long(7)", "-p", "pi=double:3.14159265", "--json"});
+  EXPECT_EQ(outcome.err,
+            "{\"note\":\"parameter 'pi' travels with 6 significant digits\"}\n"
+            "{\"note\":\"the answer arrived as an empty value, as every answer of the type long does\"}\n");
+}
+
+TEST(RunLocal, EmptyScriptIsALocalFailure) {
+  for (const Words& words : {Words{"-e", ""}, Words{"-"}}) {
+    const Outcome outcome = Local(words);
+    EXPECT_EQ(outcome.err, "scriptwells: the script is empty\n");
+    EXPECT_EQ(outcome.exit, 6);
+  }
+}
+
+TEST(RunLocal, EndlessStandardInputIsNamed) {
+  const Outcome outcome = Local({"-"}, std::string((std::size_t{64} << 20) + 100000, 'x'));
+  EXPECT_EQ(outcome.err, "scriptwells: the script from standard input is longer than 64 MB\n");
+  EXPECT_EQ(outcome.exit, 6);
+}
+
+TEST(RunLocal, HelpThatCannotBeWrittenIsALocalFailure) {
+  testing::Process process({"--help"}, {}, "/dev/full");
+  const Outcome outcome = process.Finish();
+  EXPECT_EQ(outcome.err, "scriptwells: cannot write to standard output\n");
+  EXPECT_EQ(outcome.exit, 6);
+}
+
 TEST(RunLocal, NullAnswerIsNotUnderstood) {
   for (const char* script : {"null", "undefined", "var a = 1;"}) {
     const Outcome outcome = Local({"-e", script});

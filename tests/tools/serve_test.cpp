@@ -24,6 +24,13 @@ TEST(Serve, AddressIsPrintedAtOnce) {
   EXPECT_EQ(outcome.err, "");
 }
 
+TEST(Serve, AddressThatCannotBeWrittenEndsIt) {
+  Process process({"serve"}, {}, "/dev/full");
+  const Outcome outcome = process.Finish();
+  EXPECT_EQ(outcome.err, "scriptwells: cannot write the address to standard output\n");
+  EXPECT_EQ(outcome.exit, 6);
+}
+
 TEST(Serve, SignalsStopItCleanly) {
   for (const int signal : {SIGINT, SIGTERM}) {
     ServeProcess service;

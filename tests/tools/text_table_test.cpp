@@ -12,6 +12,10 @@ TEST(TextTable, ColumnsAreAsWideAsTheirWidestText) {
             "NAME   TYPE    VALUE\na      int     1\nlonger boolean true\n");
 }
 
+TEST(TextTable, ColumnsMayBeOthers) {
+  EXPECT_EQ(FormatColumns({"A", "LONG"}, {{"one", "1"}, {"2", ""}}), "A   LONG\none 1\n2   \n");
+}
+
 TEST(TextTable, LongValueIsNotCut) {
   const std::string value(500, 'x');
   EXPECT_EQ(FormatTable({{"a", "string", value}}), "NAME TYPE   VALUE\na    string " + value + "\n");
