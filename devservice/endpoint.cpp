@@ -16,7 +16,8 @@ constexpr int kRefusals = 2;
 constexpr std::size_t kMostRefusingPaths = 1000;
 
 constexpr char kWelcome[] =
-    "Scriptwells development service 1.0\n\n"
+    "Scriptwells development service " DEVSERVICE_VERSION
+    "\n\n"
     "Runs JavaScript over SOAP 1.1 at /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx\n"
     "Counts: /stats\n"
     "Odd answers: /odd/NAME[+NAME...] in front of the service path, with the names\n";

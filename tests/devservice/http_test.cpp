@@ -77,7 +77,7 @@ TEST_F(Http, OtherPathsMethodsAndTypesAreRefused) {
 }
 
 TEST_F(Http, WelcomePageNamesTheService) {
-  EXPECT_EQ(Get("/").body.substr(0, 36), "Scriptwells development service 1.0\n");
+  EXPECT_EQ(Get("/").body.substr(0, 38), "Scriptwells development service 0.1.0\n");
 }
 
 TEST_F(Http, ChunkedRequestIsRead) {

@@ -180,6 +180,11 @@ TEST_F(SoapFault, NonAsciiWordsAreKept) {
             "EQvException 0x00000000 caf\\u00E9 \\uD83D\\uDE00");
 }
 
+TEST_F(SoapFault, ObjectBehindAStrayEndTagIsNone) {
+  EXPECT_EQ(RaisedFor(u"<![CDATA[</ErrorObject><ErrorObject><errorCode>5</errorCode></ErrorObject>]]>"),
+            "EQvException 0x00000000 </ErrorObject><ErrorObject><errorCode>5</errorCode></ErrorObject>");
+}
+
 // A text that cannot be read.
 class UnreadableText : public xercesc::DOMTextImpl {
  public:
