@@ -28,10 +28,11 @@ bool ReplaceString(BStr* text, std::u16string_view value) noexcept;
 
 class WideString {
  public:
-  WideString() noexcept = default;       // null
-  WideString(const char16_t* text);      // NOLINT: up to the first null unit; null stays null
-  WideString(std::u16string_view text);  // NOLINT: never null, all units
-  WideString(const std::u16string& text) : WideString(std::u16string_view(text)) {}  // NOLINT: as above
+  WideString() noexcept = default;  // null
+  // Implicit, so that literals and standard strings go where a WideString is wanted.
+  WideString(const char16_t* text);      // up to the first null unit; null stays null
+  WideString(std::u16string_view text);  // never null, all units
+  WideString(const std::u16string& text) : WideString(std::u16string_view(text)) {}  // as above
   WideString(const WideString& other) noexcept;
   WideString(WideString&& other) noexcept : text_(other.text_) { other.text_ = nullptr; }
   WideString& operator=(const WideString& other) noexcept;
