@@ -16,5 +16,10 @@ IConnectionModelPtr CreateConnectionModel(const WideString& serverName, const Wi
 IConnectionStringPtr CreateConnectionString();
 IParametersPtr CreateParameters();
 IParameterPtr CreateParameter();
+IDurationPtr CreateDuration();
+// From its text, such as "P1DT2H" (IDurationRaw::SetText). A refused text throws `_com_error` with the words.
+//   list->Add(u"span", Variant::FromObject(CreateDuration(u"P1DT2H").get()), nullptr);
+IDurationPtr CreateDuration(const WideString& text);
+IUrlPtr CreateUrl();
 
 }  // namespace qv

@@ -9,14 +9,11 @@
 #include <cstdint>
 
 #include "qvscriptwells/unknown.h"
+#include "qvscriptwells/value_objects.h"
 #include "qvscriptwells/variant.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {
-
-// An object that answers to one of these is an attached file or a duration as a parameter's value.
-constexpr Guid IID_IAttachedFile = ParseGuid("b8e59c13-2873-42d4-b3ac-4e53e5fc6693");
-constexpr Guid IID_IDuration = ParseGuid("e279f37a-fbe2-4860-8e6f-ff7df69e5a23");
 
 // One named, typed value.
 class IParameter : public IUnknown {
@@ -100,8 +97,10 @@ class IConnectionModel : public IUnknown {
   // number as code.
   virtual HRESULT Execute(const WideString& scriptLanguage, const WideString& script, IParameters* parameters,
                           Variant* result) noexcept = 0;
-  // As Execute, with a script document on this machine in place of language and text. Script documents are
-  // not read yet: with a session the call fails with "Cannot create the xml document.", and nothing is sent.
+  // As Execute, with a script document in place of language and text: `scriptFile` is a path or "file:" URL
+  // on this machine ("\\" and "/" are alike), and the file an XML document that tells its language and holds
+  // its code. It is read afresh for each call and not checked; one that cannot be opened or is not
+  // well-formed is "Cannot create the xml document.", and nothing is sent.
   virtual HRESULT ExecuteFile(const WideString& scriptFile, IParameters* parameters,
                               Variant* result) noexcept = 0;
   // Adopts a session that was opened elsewhere. Nothing is sent and nothing checked.

@@ -65,14 +65,16 @@ class Variant {
   ~Variant() { Clear(); }
 
   static Variant Null() noexcept;
-  static Variant FromByte(std::int8_t value) noexcept;         // VT_I1, type name "byte"
-  static Variant FromShort(std::int16_t value) noexcept;       // VT_I2, "short"
-  static Variant FromInt(std::int32_t value) noexcept;         // VT_INT, "int"
-  static Variant FromLong(std::int64_t value) noexcept;        // VT_I8, "long"
-  static Variant FromBool(bool value) noexcept;                // VT_BOOL, "boolean"
-  static Variant FromFloat(float value) noexcept;              // VT_R4, "float"
-  static Variant FromDouble(double value) noexcept;            // VT_R8, "double"
-  static Variant FromDate(double serialDate) noexcept;         // VT_DATE; refused as parameter yet
+  static Variant FromByte(std::int8_t value) noexcept;    // VT_I1, type name "byte"
+  static Variant FromShort(std::int16_t value) noexcept;  // VT_I2, "short"
+  static Variant FromInt(std::int32_t value) noexcept;    // VT_INT, "int"
+  static Variant FromLong(std::int64_t value) noexcept;   // VT_I8, "long"
+  static Variant FromBool(bool value) noexcept;           // VT_BOOL, "boolean"
+  static Variant FromFloat(float value) noexcept;         // VT_R4, "float"
+  static Variant FromDouble(double value) noexcept;       // VT_R8, "double"
+  // VT_DATE (serial_date.h). On the wire "time" for a whole part of 0, "date" for a whole number, else
+  // "datetime".
+  static Variant FromDate(double serialDate) noexcept;
   static Variant FromString(const WideString& text) noexcept;  // VT_BSTR, "string"; shares the text
   static Variant FromObject(IUnknown* object) noexcept;  // VT_UNKNOWN; adds a reference, null is allowed
   // Any tag with any bytes. A text or object pointer under its tag is taken over with one owner.

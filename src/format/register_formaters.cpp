@@ -1,5 +1,7 @@
 #include "format/register_formaters.h"
 
+#include "format/date_time_formaters.h"
+#include "format/object_formaters.h"
 #include "format/scalar_formaters.h"
 
 namespace qv {
@@ -11,6 +13,10 @@ void RegisterFormaters() {
   static FormaterBoolCreator xsdBoolean(u"xsd:boolean");
   static FormaterByteCreator byte(u"byte");
   static FormaterByteCreator xsdByte(u"xsd:byte");
+  static FormaterDateCreator date(u"date");
+  static FormaterDateCreator xsdDate(u"xsd:date");
+  static FormaterDateTimeCreator dateTime(u"datetime");
+  static FormaterDateTimeCreator xsdDateTime(u"xsd:datetime");
   static FormaterDoubleCreator doubleNumber(u"double");
   static FormaterDoubleCreator xsdDouble(u"xsd:double");
   static FormaterFloatCreator floatNumber(u"float");
@@ -22,6 +28,12 @@ void RegisterFormaters() {
   static FormaterShortCreator xsdShort(u"xsd:short");
   static FormaterStringCreator string(u"string");
   static FormaterStringCreator xsdString(u"xsd:string");
+  static FormaterTimeCreator time(u"time");
+  static FormaterTimeCreator xsdTime(u"xsd:time");
+  static FormaterDurationCreator duration(u"duration");
+  static FormaterDurationCreator xsdDuration(u"xsd:duration");
+  static FormaterUrlCreator url(u"url");
+  static FormaterUrlCreator sofUrl(u"sof:url");
 }
 
 }  // namespace qv

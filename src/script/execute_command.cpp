@@ -8,6 +8,8 @@
 #include "support/namespaces.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
+#include "xml/qv_dom_parser.h"
+#include "xml/xml_serializer.h"
 
 namespace qv {
 namespace {
@@ -109,16 +111,35 @@ void CExecuteCommand::WriteEnvelopeHead(WideTextStream& stream, const WideString
   stream.Append(u">");
 }
 
+void CExecuteCommand::WriteScriptDocument(WideTextStream& stream, const NamedArguments& map) {
+  const auto file = map.find(u"ScriptFile");
+  if (file != map.end()) {
+    WriteScriptFile(stream, file->second.Text());
+  } else {
+    WriteScriptText(stream, map);
+  }
+  stream.Append(u"</Script>");
+}
+
+// The file is a document already, so it is escaped once. What goes out is a new rendering of it.
+void CExecuteCommand::WriteScriptFile(WideTextStream& stream, const WideString& fileName) {
+  QvDOMErrorHandlers handler(true);
+  QvDomParser parser;
+  CXMLSerializer serializer;
+  parser.setErrorHandler(&handler);
+  parser.setIncludeIgnorableWhitespace(true);
+  parser.parse(ToUtf8(fileName).c_str(), false);
+  stream.AppendEncoded(serializer.Serialize(parser.Document()).view());
+}
+
 // The whole document is escaped once more on its way out, so the script is escaped twice and the language
 // once.
-void CExecuteCommand::WriteScriptDocument(WideTextStream& stream, const NamedArguments& map) {
-  if (map.find(u"ScriptFile") != map.end()) _com_raise_error(E_NOTIMPL);
+void CExecuteCommand::WriteScriptText(WideTextStream& stream, const NamedArguments& map) {
   const WideString language = map.at(u"ScriptLanguage").Text();
   stream.AppendEncoded(u"<Scriptwell Language=\"");
   stream.AppendEncoded(language.view());
   // The escape ends at a null unit, and with it the document.
   if (language.view().find(u'\0') == std::u16string_view::npos) WriteCode(stream, map.at(u"Script").Text());
-  stream.Append(u"</Script>");
 }
 
 void CExecuteCommand::WriteCode(WideTextStream& stream, const WideString& script) {

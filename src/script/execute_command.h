@@ -20,6 +20,8 @@ class CExecuteCommand : public CQvCommand {
   static void Write(WideTextStream& stream, const NamedArguments& map);
   static void WriteEnvelopeHead(WideTextStream& stream, const WideString& contextHandle);
   static void WriteScriptDocument(WideTextStream& stream, const NamedArguments& map);
+  static void WriteScriptFile(WideTextStream& stream, const WideString& fileName);
+  static void WriteScriptText(WideTextStream& stream, const NamedArguments& map);
   static void WriteCode(WideTextStream& stream, const WideString& script);
   static void WriteNoParameters(WideTextStream& stream);
   static void WriteParameters(WideTextStream& stream, const Variant& value);

@@ -7,7 +7,7 @@
 #include "qvscriptwells/host_services.h"
 #include "qvscriptwells/objects.h"
 #include "soap/qv_command.h"
-#include "soap/qv_url.h"
+#include "support/qv_url.h"
 
 namespace qv {
 

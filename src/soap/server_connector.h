@@ -5,7 +5,7 @@
 
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/wide_string.h"
-#include "soap/qv_url.h"
+#include "support/qv_url.h"
 #include "soap/soap_response.h"
 #include "support/wide_text_stream.h"
 

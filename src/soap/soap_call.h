@@ -5,7 +5,7 @@
 
 #include "qvscriptwells/wide_string.h"
 #include "soap/qv_command.h"
-#include "soap/qv_url.h"
+#include "support/qv_url.h"
 #include "soap/soap_response.h"
 
 namespace qv {

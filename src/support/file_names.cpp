@@ -1,6 +1,6 @@
 #include "support/file_names.h"
 
-#include <algorithm>
+#include <string>
 #include <string_view>
 
 #include "qvscriptwells/e_qv_exception.h"
@@ -36,12 +36,6 @@ WideString FileNameToUrl(const WideString& fileName) {
   const std::u16string_view name = fileName.view();
   if (name.substr(0, kFileScheme.size()) == kFileScheme || IsFileNameURL(fileName)) return fileName;
   return WideString(std::u16string(kFileUrlStart).append(name));
-}
-
-std::string NativePath(const WideString& fileName) {
-  std::string path = ToUtf8(fileName);
-  std::replace(path.begin(), path.end(), '\\', '/');
-  return path;
 }
 
 }  // namespace qv

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "qvscriptwells/wide_string.h"
 
@@ -18,8 +17,5 @@ FileSource DetectFileSource(const WideString& fileName);
 bool IsFileNameURL(const WideString& fileName);
 // A URL as it is; any other name behind "file:///". Nothing is turned or escaped. Raises as the above.
 WideString FileNameToUrl(const WideString& fileName);
-
-// The one place where a name becomes a path of this system, in UTF-8: every "\" becomes "/".
-std::string NativePath(const WideString& fileName);
 
 }  // namespace qv

@@ -9,6 +9,7 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include "qvscriptwells/native_path.h"
 #include "qvscriptwells/wide_string.h"
 #include "support/file_names.h"
 #include "xml/local_entities.h"

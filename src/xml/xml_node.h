@@ -32,6 +32,8 @@ class XmlNode {
   XmlNode Parent() const;
   bool HasAttributeMap() const;  // true for elements, also for those without attributes
   XmlNode Attribute(std::u16string_view qualifiedName) const;  // null when absent
+  // The XML library's own node, for the files of this room.
+  const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* DomNode() const noexcept { return node_; }
 
  private:
   friend bool operator==(const XmlNode& a, const XmlNode& b) noexcept;

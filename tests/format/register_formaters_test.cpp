@@ -5,7 +5,9 @@
 #include <set>
 #include <typeindex>
 
+#include "format/date_time_formaters.h"
 #include "format/factory_fixture.h"
+#include "format/object_formaters.h"
 #include "format/scalar_formaters.h"
 #include "support/print_wide_string.h"
 
@@ -20,14 +22,31 @@ struct Registration {
 };
 
 const Registration kRegistrations[] = {
-    {u"boolean", typeid(FormaterBool)},      {u"xsd:boolean", typeid(FormaterBool)},
-    {u"byte", typeid(FormaterByte)},         {u"xsd:byte", typeid(FormaterByte)},
-    {u"double", typeid(FormaterDouble)},     {u"xsd:double", typeid(FormaterDouble)},
-    {u"float", typeid(FormaterFloat)},       {u"int", typeid(FormaterInt)},
-    {u"xsd:int", typeid(FormaterInt)},       {u"long", typeid(FormaterLong)},
-    {u"xsd:long", typeid(FormaterLong)},     {u"short", typeid(FormaterShort)},
-    {u"xsd:short", typeid(FormaterShort)},   {u"string", typeid(FormaterString)},
+    {u"boolean", typeid(FormaterBool)},
+    {u"xsd:boolean", typeid(FormaterBool)},
+    {u"byte", typeid(FormaterByte)},
+    {u"xsd:byte", typeid(FormaterByte)},
+    {u"date", typeid(FormaterDate)},
+    {u"xsd:date", typeid(FormaterDate)},
+    {u"datetime", typeid(FormaterDateTime)},
+    {u"xsd:datetime", typeid(FormaterDateTime)},
+    {u"double", typeid(FormaterDouble)},
+    {u"xsd:double", typeid(FormaterDouble)},
+    {u"float", typeid(FormaterFloat)},
+    {u"int", typeid(FormaterInt)},
+    {u"xsd:int", typeid(FormaterInt)},
+    {u"long", typeid(FormaterLong)},
+    {u"xsd:long", typeid(FormaterLong)},
+    {u"short", typeid(FormaterShort)},
+    {u"xsd:short", typeid(FormaterShort)},
+    {u"string", typeid(FormaterString)},
     {u"xsd:string", typeid(FormaterString)},
+    {u"time", typeid(FormaterTime)},
+    {u"xsd:time", typeid(FormaterTime)},
+    {u"duration", typeid(FormaterDuration)},
+    {u"xsd:duration", typeid(FormaterDuration)},
+    {u"url", typeid(FormaterUrl)},
+    {u"sof:url", typeid(FormaterUrl)},
 };
 
 TEST_F(RegisterFormatersTest, EachNameHasTheFormaterOfItsType) {
@@ -42,12 +61,13 @@ TEST_F(RegisterFormatersTest, EachNameHasTheFormaterOfItsType) {
 TEST_F(RegisterFormatersTest, EachNameHasACreatorOfItsOwn) {
   std::set<FormaterSerializer*> formaters;
   for (const Registration& row : kRegistrations) formaters.insert(Get(row.name));
-  EXPECT_EQ(formaters.size(), 15u);
+  EXPECT_EQ(formaters.size(), 25u);
 }
 
-TEST_F(RegisterFormatersTest, FloatHasOnlyItsBareName) {
+TEST_F(RegisterFormatersTest, SomeTypesLackASchemaName) {
   EXPECT_NE(Get(u"float"), nullptr);
   EXPECT_EQ(Get(u"xsd:float"), nullptr);
+  EXPECT_EQ(Get(u"xsd:url"), nullptr);
 }
 
 TEST_F(RegisterFormatersTest, OtherSchemaTypesHaveNone) {

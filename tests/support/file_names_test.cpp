@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/native_path.h"
 
 namespace qv {
 namespace {
@@ -26,7 +27,9 @@ INSTANTIATE_TEST_SUITE_P(
                     SourceRow{u"c:\\", FileSource::kLocal}, SourceRow{u"c:\\x", FileSource::kLocal},
                     SourceRow{u"ab://x", FileSource::kUrl}, SourceRow{u"ab:c", FileSource::kUrl},
                     SourceRow{u"x/y", FileSource::kLocal}, SourceRow{u"/a/b", FileSource::kLocal},
-                    SourceRow{u"a", FileSource::kLocal}, SourceRow{u"/a:b", FileSource::kUrl}));
+                    SourceRow{u"a", FileSource::kLocal}, SourceRow{u":", FileSource::kUrl},
+                    SourceRow{u"::", FileSource::kLocal}, SourceRow{u"\\c:", FileSource::kLocal},
+                    SourceRow{u"FILE:c", FileSource::kUrl}, SourceRow{u"/a:b", FileSource::kUrl}));
 
 WideString WordsOf(void (*call)()) {
   try {
@@ -39,7 +42,7 @@ WideString WordsOf(void (*call)()) {
 }
 
 TEST(DetectFileSource, ColonInSecondPlaceWithoutBackslashIsRefused) {
-  for (const char16_t* name : {u"c:x", u"c:/x", u"a:b"}) {
+  for (const char16_t* name : {u"c:x", u"c:/x", u"a:b", u"::x"}) {
     try {
       DetectFileSource(name);
       ADD_FAILURE() << ToUtf8(name);
@@ -76,6 +79,11 @@ TEST(FileNameToUrl, OtherNamesStandBehindThePrefixAsTheyAre) {
   EXPECT_EQ(FileNameToUrl(u"c:\\x"), u"file:///c:\\x");
   EXPECT_EQ(FileNameToUrl(u"/a b/%41"), u"file:////a b/%41");
   EXPECT_EQ(FileNameToUrl(u"\\\\server\\x"), u"file:///\\\\server\\x");
+}
+
+TEST(FileNameToUrl, NameThatIsNoneRaisesTheWordsOfItsTest) {
+  EXPECT_EQ(WordsOf([] { FileNameToUrl(u"c:/x"); }), u"DetectFileSource - Invalid path or file name");
+  EXPECT_EQ(WordsOf([] { IsFileNameURL(u"c:/x"); }), u"DetectFileSource - Invalid path or file name");
 }
 
 TEST(FileNameToUrl, EmptyNameIsMissing) {

@@ -7,7 +7,7 @@
 #include <cerrno>
 
 #include "components/http/http_error.h"
-#include "support/file_names.h"
+#include "qvscriptwells/native_path.h"
 
 namespace qv {
 namespace {

@@ -7,12 +7,12 @@
 #include <string_view>
 #include <vector>
 
-#include "components/http/unique_descriptor.h"
+#include "platform/unique_descriptor.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {
 
-// The name that the system knows a path by (NativePath in support/file_names.h). Throws HttpFailure
+// The name that the system knows a path by (NativePath in native_path.h). Throws HttpFailure
 // (E_INVALIDARG) for an empty path and for one with a NUL.
 std::string NativeFileName(const WideString& path);
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "components/http/unique_descriptor.h"
+#include "platform/unique_descriptor.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {

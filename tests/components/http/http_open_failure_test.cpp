@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "components/http/unique_descriptor.h"
 #include "http_fixture.h"
+#include "platform/unique_descriptor.h"
 
 namespace qv::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "soap/qv_url.h"
+#include "support/qv_url.h"
 
 #include <vector>
 

@@ -1,0 +1,81 @@
+// Objects that are values: they travel inside a Variant under VT_UNKNOWN. create_objects.h makes them.
+// Failure, ownership, threads: as in objects.h.
+#pragma once
+
+#include <cstdint>
+
+#include "qvscriptwells/unknown.h"
+#include "qvscriptwells/variant.h"
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+// An object that answers to this is an attached file as a parameter's value.
+constexpr Guid IID_IAttachedFile = ParseGuid("b8e59c13-2873-42d4-b3ac-4e53e5fc6693");
+
+// A span of time in separate counts of its units. Nothing is normalised: 90 seconds stay 90 seconds.
+// Every put_ but put_Negative refuses a negative argument with words such as
+// "Invalid duration format: day can't be negative." and leaves the count unchanged.
+class IDuration : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("e279f37a-fbe2-4860-8e6f-ff7df69e5a23");
+  virtual HRESULT get_Day(std::int16_t* value) noexcept = 0;
+  virtual HRESULT put_Day(std::int16_t value) noexcept = 0;
+  virtual HRESULT get_Month(std::int16_t* value) noexcept = 0;
+  virtual HRESULT put_Month(std::int16_t value) noexcept = 0;
+  virtual HRESULT get_Year(std::int16_t* value) noexcept = 0;
+  virtual HRESULT put_Year(std::int16_t value) noexcept = 0;
+  virtual HRESULT get_Hour(std::int16_t* value) noexcept = 0;
+  virtual HRESULT put_Hour(std::int16_t value) noexcept = 0;
+  virtual HRESULT get_Min(std::int16_t* value) noexcept = 0;
+  virtual HRESULT put_Min(std::int16_t value) noexcept = 0;
+  virtual HRESULT get_Sec(double* value) noexcept = 0;
+  virtual HRESULT put_Sec(double value) noexcept = 0;
+  // Any value other than 0 means a negative duration; VARIANT_TRUE is the usual one.
+  virtual HRESULT get_Negative(VARIANT_BOOL* value) noexcept = 0;
+  virtual HRESULT put_Negative(VARIANT_BOOL value) noexcept = 0;
+
+ protected:
+  ~IDuration() = default;
+};
+constexpr Guid IID_IDuration = IDuration::kIid;
+
+// The text form of the same object, shaped as the durations of ISO 8601 and XML Schema: "P1Y2M3DT4H5M6.5S".
+class IDurationRaw : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("b1ea6b4f-65b0-44e7-bb6d-aaa23561031a");
+  // Reads designators in their fixed order; what is no number reads as 0, what stands in the wrong place is
+  // passed over. Without "T" the counts of hour, minute and second stay; without "-" the sign stays. Refused,
+  // with words: a lower-case letter, a "-" that is not the first character, a "P" that does not come first
+  // (second in a negative duration).
+  virtual HRESULT SetText(const WideString& text) noexcept = 0;
+  // Counts of 0 are left out; all 0 is "P0". Seconds have 6 significant digits.
+  virtual HRESULT GetText(WideString* text) noexcept = 0;
+
+ protected:
+  ~IDurationRaw() = default;
+};
+
+// A link with a caption. One that a script answers arrives without both: clients in the field never kept
+// them, and scripts that want to hand over a link answer with a string. A URL cannot be sent as a parameter.
+class IUrl : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("88298ee0-4369-42b1-9ca3-79e59da15143");
+  virtual HRESULT get_UrlCaption(WideString* value) noexcept = 0;
+  virtual HRESULT put_UrlCaption(const WideString& value) noexcept = 0;
+  virtual HRESULT get_Url(WideString* value) noexcept = 0;
+  // Takes what has the shape "http://host/path" or "http://host:port/path". An empty text changes nothing;
+  // another shape is "Cannot parse url, expecting 'http://' after protocol name."
+  virtual HRESULT put_Url(const WideString& value) noexcept = 0;
+  // The same text as get_Url.
+  virtual HRESULT ToString(WideString* text) noexcept = 0;
+
+ protected:
+  ~IUrl() = default;
+};
+
+using IDurationPtr = boost::intrusive_ptr<IDuration>;
+using IDurationRawPtr = boost::intrusive_ptr<IDurationRaw>;
+using IUrlPtr = boost::intrusive_ptr<IUrl>;
+
+}  // namespace qv

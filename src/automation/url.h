@@ -1,0 +1,28 @@
+// The Url object that hosts hold.
+#pragma once
+
+#include "qvscriptwells/value_objects.h"
+#include "values/url_impl.h"
+
+namespace qv {
+
+class Url final : public IUrl, public ISupportErrorInfo {
+ public:
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t Release() noexcept override;
+
+  HRESULT get_UrlCaption(WideString* value) noexcept override;
+  HRESULT put_UrlCaption(const WideString& value) noexcept override;
+  HRESULT get_Url(WideString* value) noexcept override;
+  HRESULT put_Url(const WideString& value) noexcept override;
+  HRESULT ToString(WideString* text) noexcept override;
+
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
+
+ private:
+  UrlImpl logic_;
+  std::uint32_t count_ = 0;
+};
+
+}  // namespace qv

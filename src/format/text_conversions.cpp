@@ -1,0 +1,250 @@
+#include "format/text_conversions.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <string>
+
+#include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/serial_date.h"
+#include "support/numbers.h"
+#include "support/string_helpers.h"
+
+namespace qv {
+namespace {
+
+constexpr std::size_t kNone = std::u16string_view::npos;
+constexpr std::int32_t kMinutesOfDay = 24 * 60;
+
+std::int16_t Cut(std::int32_t number) noexcept {
+  return static_cast<std::int16_t>(number);
+}
+
+// Two pieces of a text; `second` begins behind the mark, or with it where told.
+struct Halves {
+  std::u16string_view first;
+  std::u16string_view second;
+};
+
+Halves SplitDateAndTime(std::u16string_view text) {
+  const std::size_t mark = text.find(u'T');
+  if (mark != kNone) return {text.substr(0, mark), text.substr(mark + 1)};
+  if (text.find(u':') != kNone) return {{}, text};
+  return {text, {}};
+}
+
+// The zone begins with its mark. A "+" anywhere wins over a "-", and that over a "Z".
+Halves SplitZone(std::u16string_view time) {
+  for (const char16_t mark : {u'+', u'-', u'Z'}) {
+    const std::size_t at = time.find(mark);
+    if (at != kNone) return {time.substr(0, at), time.substr(at)};
+  }
+  return {time, {}};
+}
+
+// A minus sign counts twice here, once in the number and once as the sign: "-12" is the century of 1200.
+void ReadCentury(std::u16string_view date, DateTimeValue& value) {
+  const std::int32_t sign = date[0] == u'-' ? -1 : 1;
+  value.Year = NarrowedInt(date) * sign * 100;  // three digits at most
+}
+
+void ReadMonthOfNoYear(std::u16string_view date, DateTimeValue& value) {
+  if (date[2] == u'-' || date.size() < 6 || date[5] != u'-') return;
+  value.Accuracy = DateTimeValue::kMonth;
+  value.Month = NarrowedInt(date.substr(2, 2));
+}
+
+void ReadYearAndRest(std::u16string_view date, std::size_t dash, DateTimeValue& value) {
+  value.Year = NarrowedInt(date.substr(0, dash));
+  const std::u16string_view rest = date.substr(dash + 1);
+  const std::size_t second = rest.find(u'-');
+  value.Month = NarrowedInt(rest.substr(0, second));
+  value.Accuracy = DateTimeValue::kYearMonth;
+  if (second == kNone) return;
+  value.Accuracy = DateTimeValue::kDate;
+  value.Day = NarrowedInt(rest.substr(second + 1));
+}
+
+void ReadDatePart(std::u16string_view date, DateTimeValue& value) {
+  if (date.size() < 4) return ReadCentury(date, value);
+  const std::size_t dash = date.find(u'-');
+  if (dash == 0) return ReadMonthOfNoYear(date, value);
+  if (dash != kNone) return ReadYearAndRest(date, dash, value);
+  value.Accuracy = DateTimeValue::kYear;
+  value.Year = NarrowedInt(date);
+}
+
+struct ClockFields {
+  std::int16_t hour;
+  std::int16_t minute;
+  std::int16_t second = 0;
+};
+
+// The fraction is cut off before it could become milliseconds: readers in the field drop it.
+std::int16_t WholeSeconds(std::u16string_view text) {
+  const double seconds = ParseSeconds(text);
+  if (!(seconds > -2147483649.0 && seconds < 2147483648.0))
+    throw EQvException(u"Invalid argument to time encode");
+  return Cut(static_cast<std::int32_t>(seconds));
+}
+
+ClockFields ReadClock(std::u16string_view text) {
+  const std::size_t colon = text.find(u':');
+  if (colon == kNone) throw EQvException(u"Invalid time format");
+  const std::int16_t hour = Cut(NarrowedInt(text.substr(0, colon)));
+  const std::u16string_view rest = text.substr(colon + 1);
+  const std::size_t second = rest.find(u':');
+  const std::int16_t minute = Cut(NarrowedInt(rest.substr(0, second)));
+  if (second == kNone) return {hour, minute};
+  return {hour, minute, WholeSeconds(rest.substr(second + 1))};
+}
+
+double Encoded(const ClockFields& clock) {
+  return EncodeTime(clock.hour, clock.minute, clock.second, 0);
+}
+
+std::int32_t ZoneMinutes(const ClockFields& clock) {
+  if (clock.hour == 24 && clock.minute == 0 && clock.second == 0) return kMinutesOfDay;
+  const ClockTime time = DecodeTime(Encoded(clock));
+  return time.hour * 60 + time.minute;
+}
+
+struct RefusedNumber {
+  std::u16string_view text;
+  const char16_t* words;
+};
+
+constexpr RefusedNumber kRefusedNumbers[] = {{u"NaN", u"Unable to convert NaN float value"},
+                                             {u"-0", u"Unable to convert -0 float value"},
+                                             {u"INF", u"Unable to convert INF float value"},
+                                             {u"-INF", u"Unable to convert -INF float value"}};
+
+// Zeros on the left up to `width`, a sign included.
+void AppendPadded(std::u16string& text, std::int64_t number, std::ptrdiff_t width) {
+  char digits[24];
+  const char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  if (end - digits < width) text.append(static_cast<std::size_t>(width - (end - digits)), u'0');
+  text.append(static_cast<const char*>(digits), end);
+}
+
+void AppendNumber(std::u16string& text, std::int64_t number) {
+  AppendPadded(text, number, 0);
+}
+
+void AppendDate(std::u16string& text, const DateTimeValue& value) {
+  AppendPadded(text, value.Year, 4);
+  text.push_back(u'-');
+  AppendPadded(text, value.Month, 2);
+  text.push_back(u'-');
+  AppendPadded(text, value.Day, 2);
+}
+
+void AppendZone(std::u16string& text, std::int64_t minutes) {
+  if (minutes == 0) return text.push_back(u'Z');
+  text.push_back(minutes < 0 ? u'-' : u'+');
+  AppendNumber(text, std::abs(minutes) / 60);
+  text.push_back(u':');
+  AppendNumber(text, std::abs(minutes) % 60);
+}
+
+void AppendTime(std::u16string& text, const DateTimeValue& value) {
+  const ClockTime time = DecodeTime(value.Time);
+  AppendPadded(text, time.hour, 2);
+  text.push_back(u':');
+  AppendPadded(text, time.minute, 2);
+  text.push_back(u':');
+  AppendPadded(text, time.second, 2);
+  text.push_back(u'.');
+  AppendNumber(text, time.millisecond);
+  AppendZone(text, value.TimeZone);
+}
+
+void AppendMonth(std::u16string& text, const DateTimeValue& value) {
+  text.append(u"--");
+  AppendPadded(text, value.Month, 2);
+  text.append(u"--");
+}
+
+}  // namespace
+
+DateTimeValue ParseDateTimeText(std::u16string_view text) {
+  DateTimeValue value;
+  const Halves parts = SplitDateAndTime(text);
+  const Halves time = SplitZone(parts.second);
+  if (!parts.first.empty()) ReadDatePart(parts.first, value);
+  if (time.first.empty()) return value;
+  if (!parts.first.empty() && value.Accuracy != DateTimeValue::kDate)
+    throw EQvException(u"Expecting a full date value");
+  value.Accuracy = parts.first.empty() ? DateTimeValue::kTime : DateTimeValue::kDateTime;
+  value.Time = ParseTimeOfDay(time.first);
+  value.TimeZone = ParseTimeZone(time.second);
+  return value;
+}
+
+double ParseTimeOfDay(std::u16string_view text) {
+  return Encoded(ReadClock(text));
+}
+
+std::int32_t ParseTimeZone(std::u16string_view text) {
+  if (text.empty() || text == u"Z") return 0;
+  const std::int32_t minutes = ZoneMinutes(ReadClock(text.substr(1)));
+  return text[0] == u'-' ? -minutes : minutes;
+}
+
+double ParseSeconds(std::u16string_view text) {
+  if (text.find(u'.') != kNone) return ParseDouble(text);
+  if (text.find_first_of(u"eE") != kNone) return 0;
+  for (const RefusedNumber& refused : kRefusedNumbers)
+    if (text == refused.text) throw EQvException(refused.words);
+  return NarrowedInt(text);
+}
+
+double DateTimeToSerial(const DateTimeValue& value) {
+  double days = 0;
+  if (value.Accuracy == DateTimeValue::kDate || value.Accuracy == DateTimeValue::kDateTime)
+    days = EncodeDate(Cut(value.Year), Cut(value.Month), Cut(value.Day));
+  else if (value.Accuracy != DateTimeValue::kTime)
+    throw EQvException(u"Unable to convert a value with the given accuracy");
+  const std::int32_t wholeDaysOfOffset = value.TimeZone / kMinutesOfDay;
+  return days + value.Time - wholeDaysOfOffset;
+}
+
+double ParseSerialDate(std::u16string_view text) {
+  return DateTimeToSerial(ParseDateTimeText(text));
+}
+
+WideString WriteDateTimeValue(const DateTimeValue& value) {
+  std::u16string text;
+  text.reserve(kDateTimePattern.size() + kPositiveZonePattern.size());
+  switch (value.Accuracy) {
+    case DateTimeValue::kCentury:
+      return DecimalText(value.Year / 100);
+    case DateTimeValue::kYear:
+      return DecimalText(value.Year);
+    case DateTimeValue::kMonth:
+      AppendMonth(text, value);
+      break;
+    case DateTimeValue::kDate:
+      AppendDate(text, value);
+      break;
+    case DateTimeValue::kTime:
+      AppendTime(text, value);
+      break;
+    case DateTimeValue::kDateTime:
+      AppendDate(text, value);
+      text.push_back(u'T');
+      AppendTime(text, value);
+      break;
+    default:
+      throw EQvException(u"Invalid value");
+  }
+  return WideString(text);
+}
+
+WideString DomStringToWide(const char16_t* units, std::size_t length) {
+  if (units == nullptr || length == 0) return u"";
+  const BStr copy = AllocString(units, length);
+  if (copy == nullptr) throw EQvException(u"Failed to allocate string");
+  return WideString::Attach(copy);
+}
+
+}  // namespace qv

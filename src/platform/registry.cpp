@@ -1,0 +1,64 @@
+#include "qvscriptwells/registry.h"
+
+#include <cstdlib>
+
+#include "platform/registry_layers.h"
+
+namespace qv {
+namespace {
+
+constexpr const char* kBelowConfigDirectory = "/quorvane/registry.reg";
+constexpr const char* kInstalledFile = QV_SHARE_DIR "/registry.reg";
+
+// Empty when the variable is not there, or when the program runs with the rights of another user.
+std::string Variable(const char* name) {
+  const char* text = secure_getenv(name);
+  return text != nullptr ? text : std::string();
+}
+
+bool IsAbsolute(const std::string& path) noexcept {
+  return !path.empty() && path.front() == '/';
+}
+
+std::string UserConfigDirectory() {
+  std::string directory = Variable("XDG_CONFIG_HOME");
+  if (IsAbsolute(directory)) return directory;
+  directory = Variable("HOME");
+  return IsAbsolute(directory) ? directory + "/.config" : std::string();
+}
+
+std::vector<RegistryPlace> Places() {
+  std::vector<RegistryPlace> places;
+  const std::string named = Variable("QV_REGISTRY");
+  if (!named.empty()) places.push_back({named, RegistryPlaceKind::kNamed});
+  const std::string config = UserConfigDirectory();
+  if (!config.empty()) places.push_back({config + kBelowConfigDirectory, RegistryPlaceKind::kUser});
+  places.push_back({kInstalledFile, RegistryPlaceKind::kInstalled});
+  return places;
+}
+
+}  // namespace
+
+std::vector<RegistryLayer> ReadRegistry() {
+  std::vector<RegistryLayer> layers;
+  for (const RegistryPlace& place : Places()) layers.push_back(ReadRegistryLayer(place.path));
+  return layers;
+}
+
+WideString ReadRegistryValue(const WideString& key) noexcept {
+  try {
+    return FindInRegistry(Places(), key);
+  } catch (...) {
+    return WideString();
+  }
+}
+
+std::string WriteRegistryValue(const WideString& key, const WideString& value) {
+  return WriteToRegistry(Places(), key, value);
+}
+
+std::string RemoveRegistryValue(const WideString& key) {
+  return RemoveFromRegistry(Places(), key);
+}
+
+}  // namespace qv

@@ -1,0 +1,120 @@
+#include "platform/registry_layers.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <utility>
+
+#include "platform/registry_disk.h"
+#include "platform/registry_file.h"
+#include "platform/system_error_text.h"
+#include "qvscriptwells/com_error.h"
+
+namespace qv {
+namespace {
+
+// Reasons to try the next file: this one is out of reach. A full disk is not among them.
+constexpr int kOutOfReach[] = {EACCES, EPERM, EROFS, ENOENT, ENOTDIR};
+
+bool IsOutOfReach(int error) noexcept {
+  return std::find(std::begin(kOutOfReach), std::end(kOutOfReach), error) != std::end(kOutOfReach);
+}
+
+[[noreturn]] void Raise(HRESULT code, const std::string& words) {
+  ErrorInfo info;
+  info.description = FromUtf8(words);
+  throw _com_error(code, info);
+}
+
+bool IsControl(char16_t unit) noexcept {
+  return unit < 0x20 || (unit >= 0x7F && unit <= 0x9F);
+}
+
+// A lone surrogate would come back as another text.
+void RequireWritable(const WideString& text, const std::string& name) {
+  const std::u16string_view units = text.view();
+  if (std::any_of(units.begin(), units.end(), IsControl))
+    Raise(E_INVALIDARG, "The " + name + " holds a control character");
+  if (FromUtf8(ToUtf8(text)) != text) Raise(E_INVALIDARG, "The " + name + " holds half a character");
+}
+
+void RequireKey(const WideString& key) {
+  if (key.IsEmpty()) Raise(E_INVALIDARG, "The key is empty");
+  RequireWritable(key, "key");
+}
+
+// A file that may be edited: its bytes are whole and its form is right.
+struct SoundFile {
+  std::string bytes;
+  std::vector<RegistryEntry> entries;
+
+  bool Has(const WideString& key) const { return !FindRegistryValue(entries, key).IsNull(); }
+};
+
+SoundFile LoadSound(const std::string& path) {
+  RegistryBytes read = ReadRegistryBytes(path);
+  if (!read.problem.empty()) Raise(E_FAIL, path + ": " + read.problem);
+  RegistryContent content = ParseRegistryFile(read.bytes);
+  if (!content.damage.empty()) Raise(E_FAIL, path + ": " + content.damage);
+  return {std::move(read.bytes), std::move(content.entries)};
+}
+
+int Save(const RegistryPlace& place, const std::string& bytes) {
+  if (bytes.size() > kLongestRegistryFile) Raise(E_FAIL, place.path + ": It would be longer than 1 MiB");
+  const int error = place.kind == RegistryPlaceKind::kUser ? MakeRegistryDirectories(place.path) : 0;
+  return error != 0 ? error : ReplaceRegistryBytes(place.path, bytes);
+}
+
+}  // namespace
+
+RegistryLayer ReadRegistryLayer(const std::string& path) {
+  RegistryLayer layer;
+  layer.path = path;
+  const RegistryBytes read = ReadRegistryBytes(path);
+  layer.damage = read.problem;
+  if (!layer.damage.empty()) return layer;
+  RegistryContent content = ParseRegistryFile(read.bytes);
+  layer.damage = std::move(content.damage);
+  layer.entries = std::move(content.entries);
+  return layer;
+}
+
+WideString FindInRegistry(const std::vector<RegistryPlace>& places, const WideString& key) {
+  for (const RegistryPlace& place : places) {
+    WideString value = FindRegistryValue(ReadRegistryLayer(place.path).entries, key);
+    if (!value.IsNull()) return value;
+  }
+  return WideString();
+}
+
+std::string WriteToRegistry(const std::vector<RegistryPlace>& places, const WideString& key,
+                            const WideString& value) {
+  RequireKey(key);
+  RequireWritable(value, "value");
+  std::string reasons;
+  for (const RegistryPlace& place : places) {
+    const SoundFile file = LoadSound(place.path);
+    const int error = Save(place, WithRegistryValue(file.bytes, key, value));
+    if (error == 0) return place.path;
+    const std::string reason = place.path + ": " + SystemErrorText(error);
+    // A file that has the key already would go on hiding what stands in the next one.
+    const bool mayPassOver = place.kind != RegistryPlaceKind::kNamed && IsOutOfReach(error) && !file.Has(key);
+    if (!mayPassOver) Raise(E_FAIL, reason);
+    reasons += (reasons.empty() ? "" : "; ") + reason;
+  }
+  Raise(E_FAIL, "No registry file can be written: " + reasons);
+}
+
+std::string RemoveFromRegistry(const std::vector<RegistryPlace>& places, const WideString& key) {
+  RequireKey(key);
+  for (const RegistryPlace& place : places) {
+    const SoundFile file = LoadSound(place.path);
+    if (!file.Has(key)) continue;
+    const int error = Save(place, WithoutRegistryValue(file.bytes, key));
+    if (error != 0) Raise(E_FAIL, place.path + ": " + SystemErrorText(error));
+    return place.path;
+  }
+  return {};
+}
+
+}  // namespace qv

@@ -1,0 +1,29 @@
+// The registry over a given list of files. qvscriptwells/registry.h says what each function does.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "qvscriptwells/registry.h"
+#include "qvscriptwells/wide_string.h"
+
+namespace qv {
+
+enum class RegistryPlaceKind {
+  kNamed,      // asked for by name, so never passed over when it cannot be written
+  kUser,       // its directory is made when missing
+  kInstalled,  // passed over when its directory is missing or forbidden
+};
+
+struct RegistryPlace {
+  std::string path;  // UTF-8
+  RegistryPlaceKind kind;
+};
+
+RegistryLayer ReadRegistryLayer(const std::string& path);
+WideString FindInRegistry(const std::vector<RegistryPlace>& places, const WideString& key);
+std::string WriteToRegistry(const std::vector<RegistryPlace>& places, const WideString& key,
+                            const WideString& value);
+std::string RemoveFromRegistry(const std::vector<RegistryPlace>& places, const WideString& key);
+
+}  // namespace qv

@@ -1,0 +1,85 @@
+#include "support/path_helpers.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+
+#include "platform/guid_text.h"
+#include "platform/system_error_text.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/native_path.h"
+#include "qvscriptwells/registry.h"
+
+namespace qv {
+namespace {
+
+constexpr char16_t kSeparator = u'\\';
+
+WideString Variable(const char* name) {
+  const char* text = secure_getenv(name);
+  return text != nullptr ? FromUtf8(text) : WideString();
+}
+
+[[noreturn]] void ThrowNotMade(const WideString& path, int error) {
+  std::u16string words = u"Cannot create the following directory: ";
+  words.append(path.view()).append(u" due to the following error: ");
+  words.append(FromUtf8(SystemErrorText(error)).view());
+  throw EQvException(WideString(words));
+}
+
+int MakeNativeDirectory(const std::string& path, int* error) noexcept {
+  const int result = mkdir(path.c_str(), S_IRWXU);
+  *error = errno;
+  return result;
+}
+
+}  // namespace
+
+char16_t PathSeparator() noexcept {
+  return kSeparator;
+}
+
+WideString AppendPathSeparator(const WideString& path) {
+  if (path.IsEmpty() || path.view().back() == kSeparator) return path;
+  return WideString(std::u16string(path.view()) + kSeparator);
+}
+
+WideString GetTempDirectory() {
+  for (const char* name : {"TEMP", "TMP"}) {
+    WideString directory = Variable(name);
+    if (!directory.IsEmpty()) return directory;
+  }
+  throw EQvException(u"Failed to get temp directory path. TEMP/TMP environment variable does not exist.");
+}
+
+int MakeDirectory(const WideString& path) {
+  int error = 0;
+  const int result = MakeNativeDirectory(NativePath(path), &error);
+  errno = error;  // freeing the native path may have changed it
+  return result;
+}
+
+WideString CreateTempSubdirectory(const WideString&) {
+  const WideString guid = NewGuidText();
+  std::u16string path(AppendPathSeparator(GetTempDirectory()).view());
+  path.append(guid.view().substr(1, guid.size() - 2));
+  WideString directory(path);
+  if (MakeDirectory(directory) != 0) ThrowNotMade(directory, errno);
+  return directory;
+}
+
+WideString GetHomeDirectory() noexcept {
+  WideString directory = ReadRegistryValue(kHomeDirectoryKey);
+  if (directory.size() > kLongestHomeDirectory) return WideString();
+  return directory;
+}
+
+WideString NewGuidText() {
+  Guid id{};
+  CoCreateGuid(&id);
+  return StringFromIID(id);
+}
+
+}  // namespace qv

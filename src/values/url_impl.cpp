@@ -1,0 +1,40 @@
+#include "values/url_impl.h"
+
+#include <string>
+
+namespace qv {
+
+void UrlImpl::Init(WideString url, WideString caption) {
+  put_Url(url);
+  put_UrlCaption(caption);
+}
+
+WideString UrlImpl::get_UrlCaption() {
+  return urlCaption_;
+}
+
+void UrlImpl::put_UrlCaption(WideString value) {
+  urlCaption_ = value;
+}
+
+WideString UrlImpl::get_Url() {
+  return url_.url;
+}
+
+void UrlImpl::put_Url(WideString value) {
+  url_.SetUrl(value);
+}
+
+WideString UrlImpl::ToString() {
+  return url_.url;
+}
+
+void UrlImpl::FromText(WideString) {}
+
+WideString UrlImpl::ToText() {
+  std::u16string text = u"<Object>Url<DataType>string:string</DataType><Data>";
+  text.append(url_.url.view()).append(u":").append(urlCaption_.view()).append(u"</Data></Object>");
+  return WideString(text);
+}
+
+}  // namespace qv

@@ -1,0 +1,34 @@
+// Where a formatter's bytes collect in memory: each byte becomes one unit, none is decoded.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include <xercesc/framework/XMLBuffer.hpp>
+#include <xercesc/framework/XMLFormatter.hpp>
+
+namespace qv {
+
+class MemBufFormatTarget : public XERCES_CPP_NAMESPACE_QUALIFIER XMLFormatTarget {
+ public:
+  // Takes over an empty buffer.
+  explicit MemBufFormatTarget(std::unique_ptr<XERCES_CPP_NAMESPACE_QUALIFIER XMLBuffer> buffer)
+      : buffer_(std::move(buffer)) {}
+
+  void writeChars(const XMLByte* bytes, XMLSize_t count,
+                  XERCES_CPP_NAMESPACE_QUALIFIER XMLFormatter* formatter) override;
+
+  // Units that are bytes already.
+  void Append(std::u16string_view units);
+
+  // All units so far. Borrowed until the next write.
+  std::u16string_view view() const;
+
+  // Units that a buffer holds at first.
+  static constexpr XMLSize_t kCapacity = 0x4000;
+
+ private:
+  std::unique_ptr<XERCES_CPP_NAMESPACE_QUALIFIER XMLBuffer> buffer_;
+};
+
+}  // namespace qv

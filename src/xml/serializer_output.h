@@ -1,0 +1,35 @@
+// The way of a serializer's pieces to its target. Most units are plain ASCII, which UTF-8 leaves as it is:
+// they go straight to the target, and the XML library's formatter, which tests unit by unit, gets the rest.
+// The text is the same as if it had got all.
+#pragma once
+
+#include <string_view>
+
+#include <xercesc/framework/XMLFormatter.hpp>
+
+#include "xml/mem_buf_format_target.h"
+
+namespace qv {
+
+class SerializerOutput {
+ public:
+  // `formatter` writes to `target`; both are borrowed.
+  SerializerOutput(XERCES_CPP_NAMESPACE_QUALIFIER XMLFormatter& formatter, MemBufFormatTarget& target)
+      : formatter_(formatter), target_(target) {}
+
+  // Markup, names and values that are written as they are. Null is nothing.
+  void Put(const XMLCh* text);
+  // With the formatter's escapes for text between tags.
+  void PutText(std::u16string_view text);
+  // With the formatter's escapes for attribute values.
+  void PutAttribute(std::u16string_view text);
+
+ private:
+  using Formatter = XERCES_CPP_NAMESPACE_QUALIFIER XMLFormatter;
+  void PutRuns(std::u16string_view text, bool (*isPlain)(char16_t unit), Formatter::EscapeFlags escapes);
+
+  Formatter& formatter_;
+  MemBufFormatTarget& target_;
+};
+
+}  // namespace qv
