@@ -18,6 +18,8 @@ constexpr Ratio kRatios[] = {
     {"envelope_200/write", "envelope_200/copy", 0},
     {"envelope_1MB/write", "envelope_1MB/copy", 0},
     {"read_string/response", "read_string/bare_parse", 0},
+    {"document_5MB/serialize", "document_5MB/bare_parse", 0},
+    {"document_5MB/file_to_request", "document_5MB/bare_parse", 0},
     {"encode/plain", "encode/copy", 0},
     {"encode/special_5_percent", "encode/copy", 0},
 };
