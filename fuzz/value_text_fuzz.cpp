@@ -1,0 +1,92 @@
+// Feeds the readers of dates, durations and links, which see what servers send. Nothing may crash or be
+// undefined; what was read has to be written and read again to the same value. Input is UTF-8.
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#include <xercesc/sax/SAXParseException.hpp>
+
+#include "format/formater_factory.h"
+#include "format/register_formaters.h"
+#include "format/text_conversions.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/serial_date.h"
+#include "qvscriptwells/xml_library_hold.h"
+#include "support/encode_xml_text.h"
+#include "values/duration_impl.h"
+#include "xml/qv_dom_parser.h"
+
+namespace {
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+// A day and a time that were read are written as a text that reads the same.
+void LookAtDate(const qv::WideString& text) {
+  const double serial = qv::ParseSerialDate(text.view());
+  Require(std::isfinite(serial));
+  qv::DateTimeValue day;
+  day.Accuracy = qv::DateTimeValue::kDate;
+  const qv::CalendarDate date = qv::DecodeDate(serial);
+  day.Year = date.year;
+  day.Month = date.month;
+  day.Day = date.day;
+  Require(qv::ParseSerialDate(qv::WriteDateTimeValue(day).view()) ==
+          qv::EncodeDate(date.year, date.month, date.day));
+  const qv::ClockTime time = qv::DecodeTime(serial);
+  Require(time.hour >= -24 && time.hour <= 24 && time.minute > -60 && time.minute < 60);
+}
+
+void LookAtDuration(const qv::WideString& text) {
+  qv::DurationImpl duration;
+  duration.SetText(text);
+  const qv::WideString written = duration.GetText();
+  Require(!written.IsEmpty());
+  if (written.view().find(u'-', 1) != std::u16string_view::npos) return;  // a count beyond 16 bits
+  qv::DurationImpl again;
+  try {
+    again.SetText(written);
+  } catch (const qv::EQvException&) {
+    return;  // seconds with an exponent, or none
+  }
+  Require(again.GetText() == written);
+}
+
+void LookAtNode(const qv::WideString& text) {
+  qv::QvDomParser parser;
+  const std::u16string element =
+      std::u16string(u"<v>").append(qv::EncodeXmlText(text).view()).append(u"</v>");
+  parser.ParseHostileText(element, "application/xml");
+  const qv::XmlNode node = parser.Document().FirstChild();
+  for (const char16_t* type : {u"url", u"duration", u"datetime"}) {
+    try {
+      qv::FormaterFactory::Instance()->GetFormater(type)->ReadValue(node);
+    } catch (const qv::EQvException&) {  // NOLINT(bugprone-empty-catch): refused is fine
+    } catch (const qv::_com_error&) {    // NOLINT(bugprone-empty-catch): refused is fine
+    }
+  }
+}
+
+// Runs one look; a refusal of any kind is fine.
+void Refusable(void (*look)(const qv::WideString&), const qv::WideString& text) {
+  try {
+    look(text);
+  } catch (const qv::EQvException&) {                         // NOLINT(bugprone-empty-catch)
+  } catch (const XERCES_CPP_NAMESPACE::SAXParseException&) {  // NOLINT(bugprone-empty-catch)
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const qv::XmlLibraryHold library;
+  qv::RegisterFormaters();
+  const qv::WideString text = qv::FromUtf8({reinterpret_cast<const char*>(data), size});
+  Refusable(LookAtDate, text);
+  Refusable(LookAtDuration, text);
+  Refusable(LookAtNode, text);
+  return 0;
+}
