@@ -9,6 +9,7 @@ namespace {
 
 constexpr double kDaysTo1970 = 25569.0;  // from 30 December 1899
 constexpr int kDaysToYearOne = 693594;
+constexpr double kSecondsOfDay = 86400.0;
 constexpr double kMillisecondsOfDay = 86400000.0;
 // Whole days around the calendar's range, within which the arithmetic below cannot overflow.
 constexpr double kLeastDay = -700000.0;
@@ -63,9 +64,8 @@ double EncodeTime(std::int16_t hour, std::int16_t minute, std::int16_t second, s
 
 CalendarDate DecodeDate(double serialDate) {
   if (!(serialDate > kLeastDay && serialDate < kGreatestDay)) RefuseDecode();
-  // Seconds are cut towards zero, days are counted downwards.
-  const auto seconds = static_cast<std::int64_t>((serialDate - kDaysTo1970) * 86400.0 + 0.5);
-  const auto daysFrom1970 = static_cast<int>((seconds - (seconds % 86400 + 86400) % 86400) / 86400);
+  const double seconds = std::floor((serialDate - kDaysTo1970) * kSecondsOfDay + 0.5);
+  const auto daysFrom1970 = static_cast<int>(std::floor(seconds / kSecondsOfDay));
   const int fromMarch = daysFrom1970 + 719468;  // 1 March of the year 0
   if (fromMarch < 306) RefuseDecode();          // before the year 1
   const MarchYear at = MarchYearOf(fromMarch);

@@ -23,6 +23,12 @@ IUnknownPtr MakeParameters() {
 IUnknownPtr MakeParameter() {
   return CreateParameter();
 }
+IUnknownPtr MakeDuration() {
+  return CreateDuration();
+}
+IUnknownPtr MakeUrl() {
+  return CreateUrl();
+}
 
 struct Kind {
   const char* name;
@@ -33,12 +39,11 @@ void PrintTo(const Kind& row, std::ostream* out) {
   *out << row.name;
 }
 
-const Guid kAllInterfaces[] = {IConnectionModel::kIid,  IConnectionModelRaw::kIid,
-                               IConnectionString::kIid, IConnectionStringRaw::kIid,
-                               IParameters::kIid,       IParameter::kIid,
-                               IQvClientServices::kIid, IHttpSession::kIid,
-                               IRunnableObject::kIid,   IID_IDuration,
-                               IID_IAttachedFile};
+const Guid kAllInterfaces[] = {
+    IConnectionModel::kIid, IConnectionModelRaw::kIid, IConnectionString::kIid, IConnectionStringRaw::kIid,
+    IParameters::kIid,      IParameter::kIid,          IQvClientServices::kIid, IHttpSession::kIid,
+    IRunnableObject::kIid,  IDuration::kIid,           IDurationRaw::kIid,      IUrl::kIid,
+    IID_IAttachedFile};
 
 class ObjectIdentity : public testing::TestWithParam<Kind> {
  protected:
@@ -127,7 +132,9 @@ INSTANTIATE_TEST_SUITE_P(
         Kind{"ConnectionModel", MakeModel, {IConnectionModel::kIid, IConnectionModelRaw::kIid}},
         Kind{"ConnectionString", MakeConnectionString, {IConnectionString::kIid, IConnectionStringRaw::kIid}},
         Kind{"Parameters", MakeParameters, {IParameters::kIid}},
-        Kind{"Parameter", MakeParameter, {IParameter::kIid}}),
+        Kind{"Parameter", MakeParameter, {IParameter::kIid}},
+        Kind{"Duration", MakeDuration, {IDuration::kIid, IDurationRaw::kIid}},
+        Kind{"Url", MakeUrl, {IUrl::kIid}}),
     [](const testing::TestParamInfo<Kind>& row) { return std::string(row.param.name); });
 
 }  // namespace
