@@ -23,6 +23,22 @@ std::optional<std::u16string> TextOfValue(JSContextRef context, JSValueRef value
   return UnitsOf(text.get());
 }
 
+bool CarriableText(JSContextRef context, JSValueRef value, std::string& text, JSValueRef* exception) {
+  const std::optional<std::u16string> units = TextOfValue(context, value, exception);
+  if (!units || FindForbiddenUnit(*units) != std::u16string::npos) return false;
+  text = Utf16ToUtf8(*units);
+  return true;
+}
+
+JSValueRef MakeText(JSContextRef context, std::string_view utf8) {
+  return JSValueMakeString(context, MakeJsString(utf8).get());
+}
+
+JSValueRef MakeError(JSContextRef context, std::string_view message) {
+  const JSValueRef text = MakeText(context, message);
+  return JSObjectMakeError(context, 1, &text, nullptr);
+}
+
 JSValueRef GetProperty(JSContextRef context, JSObjectRef object, const char* name) {
   JSValueRef exception = nullptr;
   const JSValueRef value = JSObjectGetProperty(context, object, MakeJsString(name).get(), &exception);

@@ -31,6 +31,13 @@ std::u16string UnitsOf(JSStringRef text);
 // unless that is null).
 std::optional<std::u16string> TextOfValue(JSContextRef context, JSValueRef value, JSValueRef* exception);
 
+// The same as UTF-8, false when String(value) throws or the text holds what XML cannot carry.
+bool CarriableText(JSContextRef context, JSValueRef value, std::string& text, JSValueRef* exception);
+
+// A String value, and an Error to be thrown.
+JSValueRef MakeText(JSContextRef context, std::string_view utf8);
+JSValueRef MakeError(JSContextRef context, std::string_view message);
+
 // Value of a property, or null when reading it throws.
 JSValueRef GetProperty(JSContextRef context, JSObjectRef object, const char* name);
 

@@ -1,22 +1,17 @@
 #include "devservice/js_values.h"
 
-#include <charconv>
 #include <cmath>
-#include <limits>
 
+#include "devservice/date_text.h"
 #include "devservice/fault_codes.h"
 #include "devservice/js_handles.h"
+#include "devservice/js_objects.h"
+#include "devservice/js_parameters.h"
+#include "devservice/js_typed.h"
 #include "devservice/text.h"
-#include "devservice/value_types.h"
 
 namespace qv::devservice {
 namespace {
-
-// What typed.int(5) and its kin return: an opaque object that carries type and text to the answer.
-struct TypedValue {
-  const ValueType* type;
-  std::string text;
-};
 
 constexpr char kPrelude[] =
     "globalThis.ScriptError = class ScriptError extends Error {"
@@ -25,194 +20,8 @@ constexpr char kPrelude[] =
     "  }"
     "};";
 
-constexpr double kSafeInteger = 9007199254740991.0;  // Number.MAX_SAFE_INTEGER
-constexpr double kTwoTo63 = 9223372036854775808.0;
-
 ScriptResult MakeFault(int code, const std::string& description, const std::string& source = "script") {
   return {ResultKind::kFault, "", MakeCarriable(description), code, source};
-}
-
-// ---- parameters ----
-
-JSValueRef NumberFromLong(JSContextRef context, std::int64_t value) {
-  const auto number = static_cast<double>(value);
-  const bool safe = number >= -kSafeInteger && number <= kSafeInteger;
-  return safe ? JSValueMakeNumber(context, number) : JSBigIntCreateWithInt64(context, value, nullptr);
-}
-
-JSValueRef MakeParameterValue(JSContextRef context, const Parameter& parameter) {
-  const ValueType* type = FindValueType(parameter.type);
-  switch (type ? type->kind : ValueKind::kString) {
-    case ValueKind::kInteger:
-      return NumberFromLong(context, ReadInteger(parameter.text));
-    case ValueKind::kBoolean:
-      return JSValueMakeBoolean(context, parameter.text == "true");
-    case ValueKind::kFloat:
-    case ValueKind::kDouble:
-      return JSValueMakeNumber(context, ReadDouble(parameter.text));
-    case ValueKind::kString:
-      break;
-  }
-  return JSValueMakeString(context, MakeJsString(parameter.text).get());
-}
-
-// An object without a prototype, so that "__proto__" and "toString" are names like any other.
-JSObjectRef MakeBareObject(JSContextRef context) {
-  const JSObjectRef object = JSObjectMake(context, nullptr, nullptr);
-  JSObjectSetPrototype(context, object, JSValueMakeNull(context));
-  return object;
-}
-
-void InstallParameters(JSContextRef context, JSObjectRef global, const std::vector<Parameter>& parameters) {
-  const JSObjectRef values = MakeBareObject(context);
-  const JSObjectRef types = MakeBareObject(context);
-  const JSObjectRef list = JSObjectMakeArray(context, 0, nullptr, nullptr);
-  SetProperty(context, global, "parameters", values);
-  SetProperty(context, global, "parameterTypes", types);
-  SetProperty(context, global, "parameterList", list);
-  for (unsigned i = 0; i < parameters.size(); ++i) {
-    const Parameter& parameter = parameters[i];
-    const JSValueRef value = MakeParameterValue(context, parameter);
-    const JSValueRef type = JSValueMakeString(context, MakeJsString(parameter.type).get());
-    SetProperty(context, values, parameter.name, value);
-    SetProperty(context, types, parameter.name, type);
-    const JSObjectRef entry = JSObjectMake(context, nullptr, nullptr);
-    JSObjectSetPropertyAtIndex(context, list, i, entry, nullptr);
-    SetProperty(context, entry, "name", JSValueMakeString(context, MakeJsString(parameter.name).get()));
-    SetProperty(context, entry, "type", type);
-    SetProperty(context, entry, "value", value);
-  }
-}
-
-// ---- typed values ----
-
-// Reads a number of either kind as a 64-bit integer; false when it is none or beyond the range.
-bool IntegerOf(JSContextRef context, JSValueRef value, std::int64_t& result) {
-  if (JSValueIsBigInt(context, value)) {
-    const std::string digits = Utf16ToUtf8(TextOfValue(context, value, nullptr).value_or(u""));
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), result);
-    return error == std::errc() && end == digits.data() + digits.size();
-  }
-  if (!JSValueIsNumber(context, value)) return false;
-  const double number = JSValueToNumber(context, value, nullptr);
-  if (!(number >= -kTwoTo63 && number < kTwoTo63) || number != std::trunc(number)) return false;
-  result = static_cast<std::int64_t>(number);
-  return true;
-}
-
-bool WriteInteger(JSContextRef context, const ValueType& type, JSValueRef value, std::string& text) {
-  std::int64_t number = 0;
-  if (!IntegerOf(context, value, number)) return false;
-  text = std::to_string(number);
-  return number >= type.least && number <= type.greatest;
-}
-
-bool WriteFloat(JSContextRef context, JSValueRef value, std::string& text) {
-  if (!JSValueIsNumber(context, value)) return false;
-  const double number = JSValueToNumber(context, value, nullptr);
-  // Beyond this the nearest float would be an infinity. Half a unit above the greatest float is the border.
-  constexpr double kBorder = 3.4028235677973366e38;
-  if (std::isfinite(number) && std::fabs(number) >= kBorder) return false;
-  text = FormatFloat(static_cast<float>(number));
-  return true;
-}
-
-bool WriteDouble(JSContextRef context, JSValueRef value, std::string& text) {
-  if (!JSValueIsNumber(context, value)) return false;
-  text = FormatDouble(JSValueToNumber(context, value, nullptr));
-  return true;
-}
-
-bool WriteBoolean(JSContextRef context, JSValueRef value, std::string& text) {
-  // The other legal spelling than that of a plain boolean, so that clients meet both.
-  text = JSValueToBoolean(context, value) ? "1" : "0";
-  return JSValueIsBoolean(context, value);
-}
-
-bool WriteString(JSContextRef context, JSValueRef value, std::string& text, JSValueRef* exception) {
-  const std::optional<std::u16string> units = TextOfValue(context, value, exception);
-  if (!units || FindForbiddenUnit(*units) != std::u16string::npos) return false;
-  text = Utf16ToUtf8(*units);
-  return true;
-}
-
-bool WriteTyped(JSContextRef context, const ValueType& type, JSValueRef value, std::string& text,
-                JSValueRef* exception) {
-  switch (type.kind) {
-    case ValueKind::kInteger:
-      return WriteInteger(context, type, value, text);
-    case ValueKind::kBoolean:
-      return WriteBoolean(context, value, text);
-    case ValueKind::kFloat:
-      return WriteFloat(context, value, text);
-    case ValueKind::kDouble:
-      return WriteDouble(context, value, text);
-    case ValueKind::kString:
-      return WriteString(context, value, text, exception);
-  }
-  return false;
-}
-
-void DeleteTypedValue(JSObjectRef object) {
-  delete static_cast<TypedValue*>(JSObjectGetPrivate(object));
-}
-
-JSClassRef TypedValueClass() {
-  static const JSClassRef shared = [] {
-    JSClassDefinition definition = kJSClassDefinitionEmpty;
-    definition.className = "TypedValue";
-    definition.finalize = DeleteTypedValue;
-    return JSClassCreate(&definition);
-  }();
-  return shared;
-}
-
-JSValueRef MakeError(JSContextRef context, const std::string& message) {
-  const JSValueRef text = JSValueMakeString(context, MakeJsString(message).get());
-  return JSObjectMakeError(context, 1, &text, nullptr);
-}
-
-std::string DescribeRange(const ValueType& type) {
-  if (type.kind != ValueKind::kInteger) return ".";
-  return " (" + std::to_string(type.least) + " to " + std::to_string(type.greatest) + ").";
-}
-
-// The body of typed.int and its kin; the function object's private data is the row of its type.
-JSValueRef CallTyped(JSContextRef context, JSObjectRef function, JSObjectRef, std::size_t count,
-                     const JSValueRef arguments[], JSValueRef* exception) {
-  const auto* type = static_cast<const ValueType*>(JSObjectGetPrivate(function));
-  const std::string call = std::string("typed.") + type->name;
-  if (count != 1) {
-    *exception = MakeError(context, call + " takes one value.");
-    return JSValueMakeUndefined(context);
-  }
-  auto value = std::make_unique<TypedValue>(TypedValue{type, ""});
-  if (!WriteTyped(context, *type, arguments[0], value->text, exception)) {
-    if (!*exception)
-      *exception = MakeError(context, call + ": the value is none of this type" + DescribeRange(*type));
-    return JSValueMakeUndefined(context);
-  }
-  return JSObjectMake(context, TypedValueClass(), value.release());
-}
-
-JSClassRef ConverterClass() {
-  static const JSClassRef shared = [] {
-    JSClassDefinition definition = kJSClassDefinitionEmpty;
-    definition.className = "TypedConverter";
-    definition.callAsFunction = CallTyped;
-    return JSClassCreate(&definition);
-  }();
-  return shared;
-}
-
-void InstallTyped(JSContextRef context, JSObjectRef global) {
-  const JSObjectRef typed = JSObjectMake(context, nullptr, nullptr);
-  SetProperty(context, global, "typed", typed);
-  for (const ValueType* type = BeginValueTypes(); type != EndValueTypes(); ++type) {
-    // Only the callback above reads the row, and it does not write.
-    SetProperty(context, typed, type->name,
-                JSObjectMake(context, ConverterClass(), const_cast<ValueType*>(type)));
-  }
 }
 
 // ---- answers ----
@@ -243,12 +52,30 @@ ScriptResult ResultOfString(JSContextRef context, JSValueRef value) {
                                     std::to_string(bad) + ", which XML cannot carry.");
 }
 
-ScriptResult ResultOfObject(JSContextRef context, JSValueRef value) {
-  if (JSValueIsObjectOfClass(context, value, TypedValueClass())) {
-    const JSObjectRef object = JSValueToObject(context, value, nullptr);
-    const auto* typed = static_cast<const TypedValue*>(JSObjectGetPrivate(object));
-    if (typed) return MakeValue(typed->type->name, typed->text);
-  }
+ScriptResult ResultOfDate(double time) {
+  if (IsDateInRange(time)) return MakeValue("datetime", FormatDateTime(static_cast<std::int64_t>(time)));
+  return MakeFault(kNoWireForm, std::isnan(time) ? "The script's value is an invalid Date."
+                                                 : "The script's Date is beyond the years 1 to 9999.");
+}
+
+ScriptResult ResultOfDuration(JSContextRef context, JSValueRef value) {
+  Duration duration;
+  if (ReadDurationFields(context, value, duration)) return MakeValue("duration", FormatDuration(duration));
+  return MakeFault(kNoWireForm, "The fields of the script's duration are no counts of their units.");
+}
+
+ScriptResult ResultOfUrl(JSContextRef context, JSValueRef value) {
+  UrlValue url;
+  if (ReadUrlFields(context, value, url)) return MakeValue("url", FormatUrl(url));
+  return MakeFault(kNoWireForm, "The fields of the script's link are no texts that it can carry.");
+}
+
+ScriptResult ResultOfObject(JSContextRef context, JSValueRef value, const DateReader& dates) {
+  if (const TypedValue* typed = TypedValueOf(context, value))
+    return MakeValue(typed->type->name, typed->text);
+  if (JSValueIsDate(context, value)) return ResultOfDate(dates.TimeOf(context, value));
+  if (IsDurationObject(context, value)) return ResultOfDuration(context, value);
+  if (IsUrlObject(context, value)) return ResultOfUrl(context, value);
   const bool array = JSValueIsArray(context, value);
   return MakeFault(kNoWireForm, std::string("The script's value is an ") + (array ? "array" : "object") +
                                     ", which has no form in an answer.");
@@ -286,14 +113,14 @@ void TakePlace(JSContextRef context, JSObjectRef thrown, ScriptResult& fault) {
 
 }  // namespace
 
-void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job) {
+void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const DateReader& dates) {
   const JSObjectRef global = JSContextGetGlobalObject(context);
   InstallParameters(context, global, job.parameters);
-  InstallTyped(context, global);
+  InstallTyped(context, global, dates);
   JSEvaluateScript(context, MakeJsString(kPrelude).get(), nullptr, nullptr, 1, nullptr);
 }
 
-ScriptResult ResultOfValue(JSContextRef context, JSValueRef value) {
+ScriptResult ResultOfValue(JSContextRef context, JSValueRef value, const DateReader& dates) {
   switch (JSValueGetType(context, value)) {
     case kJSTypeUndefined:
       return {};
@@ -308,7 +135,7 @@ ScriptResult ResultOfValue(JSContextRef context, JSValueRef value) {
     case kJSTypeBigInt:
       return ResultOfBigInt(context, value);
     case kJSTypeObject:
-      return ResultOfObject(context, value);
+      return ResultOfObject(context, value, dates);
     case kJSTypeSymbol:
       break;
   }

@@ -3,15 +3,18 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
+#include "devservice/js_dates.h"
 #include "devservice/script_job.h"
 
 namespace qv::devservice {
 
 // Puts `parameters`, `parameterTypes`, `parameterList`, `typed` and `ScriptError` into a fresh global object.
-void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job);
+// The reader is borrowed and has to outlive the context.
+void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const DateReader& dates);
 
-// The answer that a script's value makes, a fault when the value has no wire form.
-ScriptResult ResultOfValue(JSContextRef context, JSValueRef value);
+// The answer that a script's value makes, a fault when the value has no wire form. May run getters of the
+// script.
+ScriptResult ResultOfValue(JSContextRef context, JSValueRef value, const DateReader& dates);
 
 // The fault that a thrown value makes. May run getters of the script.
 ScriptResult ResultOfException(JSContextRef context, JSValueRef exception);

@@ -25,6 +25,27 @@ constexpr OddForm kOddForms[] = {
     {"zero", [](OddForms& forms) { forms.empty = true; }},
 };
 
+// Texts that readers accept in ways of their own, or refuse.
+constexpr OddValue kOddValues[] = {
+    {"url-empty-parts", "sof:url", "<URL/><C/>"},
+    {"url-no-caption", "sof:url", "<URL>u</URL><C/>"},
+    {"url-no-marks", "sof:url", "http://quorvane.example/"},
+    {"url-nothing", "sof:url", ""},
+    {"bad-date", "xsd:date", "2024-02-30"},
+    {"short-date", "xsd:date", "2024-03"},
+    {"empty-date", "xsd:date", ""},
+    {"date-with-time", "xsd:date", "2024-03-05T10:15:30Z"},
+    {"bad-time", "xsd:time", "25:00:00Z"},
+    {"short-time", "xsd:time", "10:15"},
+    {"bad-datetime", "xsd:dateTime", "2024-03T10:15:30Z"},
+    {"datetime-with-offset", "xsd:dateTime", "2024-03-05T10:15:30+02:00"},
+    {"datetime-with-day-offset", "xsd:dateTime", "2024-03-05T10:15:30+24:00"},
+    {"bad-duration", "xsd:duration", "p1d"},
+    {"loose-duration", "xsd:duration", "P3D1Y"},
+    {"exponent-duration", "xsd:duration", "PT1.23457e+007S"},
+    {"unknown-type", "xsd:decimal", "1.5"},
+};
+
 }  // namespace
 
 bool AddOddForm(std::string_view name, OddForms& forms) {
@@ -33,12 +54,18 @@ bool AddOddForm(std::string_view name, OddForms& forms) {
     form.apply(forms);
     return true;
   }
+  for (const OddValue& value : kOddValues) {
+    if (name != value.name) continue;
+    forms.value = &value;
+    return true;
+  }
   return false;
 }
 
 std::string OddFormNames() {
   std::string names;
   for (const OddForm& form : kOddForms) names += (names.empty() ? "" : ", ") + std::string(form.name);
+  for (const OddValue& value : kOddValues) names += ", " + std::string(value.name);
   return names;
 }
 

@@ -10,6 +10,13 @@ namespace qv::devservice {
 
 enum class Charset { kUtf8, kLatin1, kUtf16 };
 
+// A value that no script can answer with.
+struct OddValue {
+  const char* name;
+  const char* type;  // xsi:type
+  const char* text;  // unescaped
+};
+
 // What is to differ from an ordinary answer.
 struct OddForms {
   bool prefixedAnswer = false;  // "NS2:" before the answer element
@@ -20,6 +27,7 @@ struct OddForms {
   bool empty = false;        // Content-Length: 0
   bool refuseTwice = false;  // the first two requests of this path are dropped
   bool delayed = false;
+  const OddValue* value = nullptr;  // in place of the script's value; lives for the whole process
   Charset charset = Charset::kUtf8;
   Delivery delivery = Delivery::kPlain;
 };

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "devservice/document_type.h"
 #include "devservice/fault_codes.h"
+#include "devservice/rendered_document.h"
 #include "devservice/xml_reader.h"
 
 namespace qv::devservice {
@@ -33,7 +35,8 @@ std::string ReadCode(pugi::xml_node root, const Namespaces& spaces) {
 
 std::string ReadScriptDocument(std::string_view document, const Namespaces& spaces) {
   try {
-    const XmlDocument parsed(document);
+    // A text has left its encoding behind, whatever its declaration says.
+    const XmlDocument parsed(ResolveDocumentType(JoinBytes(document)), pugi::encoding_utf8);
     ExpectElement(parsed.Root(), spaces.script, "Scriptwell");
     CheckLanguage(parsed.Root());
     return ReadCode(parsed.Root(), spaces);

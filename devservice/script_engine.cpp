@@ -17,20 +17,20 @@ ScriptResult DescribeFailure(JSContextRef context, JSStringRef code, JSValueRef 
 
 }  // namespace
 
-ScriptEngine::ScriptEngine() : group_(JSContextGroupCreate()) {}
+ScriptEngine::ScriptEngine() : group_(JSContextGroupCreate()), dates_(group_) {}
 ScriptEngine::~ScriptEngine() {
   JSContextGroupRelease(group_);
 }
 
 ScriptResult ScriptEngine::Run(const ScriptJob& job) {
   const JsContext context(JSGlobalContextCreateInGroup(group_, nullptr));
-  InstallScriptApi(context.get(), job);
+  InstallScriptApi(context.get(), job, dates_);
   const JsString code = MakeJsString(job.code);
   JSValueRef exception = nullptr;
   const JSValueRef value =
       JSEvaluateScript(context.get(), code.get(), nullptr, nullptr, kFirstLine, &exception);
   if (exception) return DescribeFailure(context.get(), code.get(), exception);
-  return ResultOfValue(context.get(), value);
+  return ResultOfValue(context.get(), value, dates_);
 }
 
 }  // namespace qv::devservice

@@ -3,6 +3,7 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
+#include "devservice/js_dates.h"
 #include "devservice/script_job.h"
 
 namespace qv::devservice {
@@ -20,6 +21,7 @@ class ScriptEngine {
 
  private:
   JSContextGroupRef group_;
+  DateReader dates_;
 };
 
 }  // namespace qv::devservice

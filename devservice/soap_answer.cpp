@@ -72,12 +72,20 @@ HttpAnswer Finish(int status, const std::string& body, const OddForms& forms) {
   return answer;
 }
 
-std::string ValueElement(const std::string& name, const ScriptResult& result) {
+const char* AnswerType(const ScriptResult& result, const OddForms& forms) {
+  if (forms.value) return forms.value->type;
+  const ValueType* type = result.kind == ResultKind::kValue ? FindValueType(result.type) : nullptr;
+  return type ? type->answerType : "xsd:string";
+}
+
+std::string TypedElement(const std::string& name, const char* type, std::string_view text) {
+  return "<" + name + Attribute("xsi:type", type) + ">" + EscapeXml(text) + "</" + name + ">";
+}
+
+std::string ValueElement(const std::string& name, const ScriptResult& result, const char* type) {
   if (result.kind == ResultKind::kNothing) return "";
   if (result.kind == ResultKind::kNull) return "<" + name + " xsi:null=\"true\"/>";
-  const ValueType* type = FindValueType(result.type);
-  return "<" + name + Attribute("xsi:type", type ? type->answerType : "xsd:string") + ">" +
-         EscapeXml(result.text) + "</" + name + ">";
+  return TypedElement(name, type, result.text);
 }
 
 }  // namespace
@@ -86,10 +94,17 @@ HttpAnswer WriteAnswer(Action action, const ScriptResult& result, const Namespac
                        const OddForms& forms) {
   const std::string method = ActionName(action);
   const std::string element = (forms.prefixedAnswer ? "NS2:" : "") + method + "Response";
-  const std::string declaration = Attribute(forms.prefixedAnswer ? "xmlns:NS2" : "xmlns", spaces.service);
-  const bool empty = action == Action::kCloseUserSession;
-  const std::string content = empty ? "" : ValueElement(method + "Result", result);
-  return Finish(200, "<" + element + declaration + ">" + content + "</" + element + ">", forms);
+  std::string declarations = Attribute(forms.prefixedAnswer ? "xmlns:NS2" : "xmlns", spaces.service);
+  std::string content;
+  if (action == Action::kExecute) {
+    const char* type = AnswerType(result, forms);
+    if (std::string_view(type).substr(0, 4) == "sof:") declarations += Attribute("xmlns:sof", spaces.sof);
+    content = forms.value ? TypedElement(method + "Result", type, forms.value->text)
+                          : ValueElement(method + "Result", result, type);
+  } else if (action == Action::kCreateUserSession) {
+    content = ValueElement(method + "Result", result, "xsd:string");
+  }
+  return Finish(200, "<" + element + declarations + ">" + content + "</" + element + ">", forms);
 }
 
 HttpAnswer WriteFault(const FaultContent& fault, const OddForms& forms) {

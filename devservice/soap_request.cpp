@@ -29,6 +29,7 @@ class RequestReader {
   std::vector<Parameter> ReadParameters(pugi::xml_node array) const;
   void CheckNilForm(pugi::xml_node array) const;
   void CheckArrayType(pugi::xml_node array, const std::string& bounds) const;
+  const ValueType& FindType(pugi::xml_node value, const std::string& parameter) const;
   Parameter ReadParameter(pugi::xml_node element) const;
 
   const Namespaces& spaces_;
@@ -126,10 +127,11 @@ void RequestReader::CheckArrayType(pugi::xml_node array, const std::string& boun
 }
 
 // The row of the type that an element declares. A ticket of an uploaded file has a type without a prefix.
-const ValueType& FindType(pugi::xml_node value, const std::string& parameter) {
+const ValueType& RequestReader::FindType(pugi::xml_node value, const std::string& parameter) const {
   const std::string written = FindAttribute(value, kSchemaInstance, "type").value_or("");
   const QualifiedName name = ResolveName(value, written);
-  const ValueType* type = name.space == kSchema ? FindValueType(name.name) : nullptr;
+  const bool known = name.space == kSchema || (name.space == spaces_.sof && name.name == "url");
+  const ValueType* type = known ? FindValueType(name.name) : nullptr;
   if (type) return *type;
   RefuseParameter(kUnsupportedType, parameter,
                   "has the type \"" + written + "\", which this service does not know.");

@@ -5,6 +5,11 @@
 #include <iterator>
 #include <limits>
 
+#include "devservice/date_text.h"
+#include "devservice/duration_text.h"
+#include "devservice/text_scanner.h"
+#include "devservice/url_text.h"
+
 namespace qv::devservice {
 namespace {
 
@@ -21,6 +26,11 @@ constexpr ValueType kValueTypes[] = {
     {"float", "float", ValueKind::kFloat, 0, 0},
     {"double", "xsd:double", ValueKind::kDouble, 0, 0},
     {"string", "xsd:string", ValueKind::kString, 0, 0},
+    {"date", "xsd:date", ValueKind::kDate, 0, 0},
+    {"time", "xsd:time", ValueKind::kTime, 0, 0},
+    {"datetime", "xsd:dateTime", ValueKind::kDateTime, 0, 0},
+    {"duration", "xsd:duration", ValueKind::kDuration, 0, 0},
+    {"url", "sof:url", ValueKind::kUrl, 0, 0},
 };
 
 struct NamedNumber {
@@ -33,12 +43,6 @@ constexpr NamedNumber kNamedNumbers[] = {
     {"INF", HUGE_VAL},   {"-INF", -HUGE_VAL}, {"NaN", NAN},  {"inf", HUGE_VAL},
     {"-inf", -HUGE_VAL}, {"nan", NAN},        {"-nan", NAN},
 };
-
-std::string_view Trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t\r\n");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
-}
 
 std::string_view WithoutPlus(std::string_view text) {
   const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
@@ -73,6 +77,27 @@ bool NormaliseNumber(std::string_view text, std::string& result) {
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
   if (error != std::errc() || end != digits.data() + digits.size() || !std::isfinite(value)) return false;
   result = FormatDouble(value);
+  return true;
+}
+
+bool NormaliseMoment(ValueKind kind, std::string_view text, std::string& result) {
+  std::int64_t milliseconds = 0;
+  if (!ParseMoment(kind, text, milliseconds)) return false;
+  result = FormatMoment(kind, milliseconds);
+  return true;
+}
+
+bool NormaliseDuration(std::string_view text, std::string& result) {
+  Duration duration;
+  if (!ParseDuration(text, duration)) return false;
+  result = FormatDuration(duration);
+  return true;
+}
+
+bool NormaliseUrl(std::string_view text, std::string& result) {
+  UrlValue url;
+  if (!ParseUrl(text, url)) return false;
+  result = FormatUrl(url);
   return true;
 }
 
@@ -111,6 +136,14 @@ bool NormaliseText(const ValueType& type, std::string_view text, std::string& re
     case ValueKind::kString:
       result = text;
       return true;
+    case ValueKind::kDate:
+    case ValueKind::kTime:
+    case ValueKind::kDateTime:
+      return NormaliseMoment(type.kind, text, result);
+    case ValueKind::kDuration:
+      return NormaliseDuration(text, result);
+    case ValueKind::kUrl:
+      return NormaliseUrl(text, result);
   }
   return false;
 }
@@ -140,6 +173,18 @@ double ReadDouble(std::string_view text) {
   double value = 0;
   std::from_chars(text.data(), text.data() + text.size(), value);
   return value;
+}
+
+bool ParseMoment(ValueKind kind, std::string_view text, std::int64_t& milliseconds) {
+  if (kind == ValueKind::kDate) return ParseDate(text, milliseconds);
+  if (kind == ValueKind::kTime) return ParseTime(text, milliseconds);
+  return ParseDateTime(text, milliseconds);
+}
+
+std::string FormatMoment(ValueKind kind, std::int64_t milliseconds) {
+  if (kind == ValueKind::kDate) return FormatDate(milliseconds);
+  if (kind == ValueKind::kTime) return FormatTime(milliseconds);
+  return FormatDateTime(milliseconds);
 }
 
 }  // namespace qv::devservice

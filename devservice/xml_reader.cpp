@@ -35,16 +35,6 @@ bool IsReference(std::string_view name) {
   return std::find(std::begin(kEntities), std::end(kEntities), name) != std::end(kEntities);
 }
 
-// The position behind the literal section that starts at `at`, or `at` itself when none does.
-std::size_t SkipLiteralSection(std::string_view bytes, std::size_t at) {
-  for (const Section& section : kLiteralSections) {
-    if (bytes.compare(at, section.start.size(), section.start) != 0) continue;
-    const std::size_t end = bytes.find(section.end, at + section.start.size());
-    return end == std::string_view::npos ? bytes.size() : end + section.end.size();
-  }
-  return at;
-}
-
 // pugixml lets unknown references through as plain text, so they are looked for here.
 void CheckReferences(std::string_view bytes) {
   constexpr std::size_t kLongestReference = 16;
@@ -60,10 +50,13 @@ void CheckReferences(std::string_view bytes) {
   }
 }
 
-void CheckBytes(std::string_view bytes) {
-  const bool wide = bytes.size() > 1 && (bytes[0] == 0 || bytes[1] == 0 || bytes.substr(0, 2) == "\xFF\xFE" ||
-                                         bytes.substr(0, 2) == "\xFE\xFF");
-  if (wide) return;
+bool LooksWide(std::string_view bytes) {
+  return bytes.size() > 1 && (bytes[0] == 0 || bytes[1] == 0 || bytes.substr(0, 2) == "\xFF\xFE" ||
+                              bytes.substr(0, 2) == "\xFE\xFF");
+}
+
+void CheckBytes(std::string_view bytes, pugi::xml_encoding encoding) {
+  if (encoding == pugi::encoding_auto && LooksWide(bytes)) return;
   if (bytes.find('\0') != std::string_view::npos) throw XmlError("the document holds a null byte");
   CheckReferences(bytes);
 }
@@ -138,9 +131,19 @@ bool IsText(pugi::xml_node node) {
 
 }  // namespace
 
-XmlDocument::XmlDocument(std::string_view bytes) {
-  CheckBytes(bytes);
-  const pugi::xml_parse_result result = document_.load_buffer(bytes.data(), bytes.size(), kParseOptions);
+std::size_t SkipLiteralSection(std::string_view bytes, std::size_t at) {
+  for (const Section& section : kLiteralSections) {
+    if (bytes.compare(at, section.start.size(), section.start) != 0) continue;
+    const std::size_t end = bytes.find(section.end, at + section.start.size());
+    return end == std::string_view::npos ? bytes.size() : end + section.end.size();
+  }
+  return at;
+}
+
+XmlDocument::XmlDocument(std::string_view bytes, pugi::xml_encoding encoding) {
+  CheckBytes(bytes, encoding);
+  const pugi::xml_parse_result result =
+      document_.load_buffer(bytes.data(), bytes.size(), kParseOptions, encoding);
   if (!result) {
     throw XmlError("not well-formed at byte " + std::to_string(result.offset) + ": " + result.description());
   }

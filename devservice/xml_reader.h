@@ -19,15 +19,20 @@ class XmlError : public std::runtime_error {
 // One parsed document. Nodes handed out live as long as it does. One thread at a time.
 class XmlDocument {
  public:
-  // Parses `bytes` (UTF-8 unless byte order mark or declaration say otherwise). Throws XmlError on anything
-  // not well-formed that is recognised, on a document type declaration and on unknown entities. One leniency
-  // is wanted: control characters, and surrogates as references, pass, since clients write them.
-  explicit XmlDocument(std::string_view bytes);
+  // Parses `bytes` (UTF-8 unless byte order mark or declaration say otherwise; an encoding that is given
+  // holds against both). Throws XmlError on anything not well-formed that is recognised, on a document type
+  // declaration and on unknown entities. One leniency is wanted: control characters, and surrogates as
+  // references, pass, since clients write them.
+  explicit XmlDocument(std::string_view bytes, pugi::xml_encoding encoding = pugi::encoding_auto);
   pugi::xml_node Root() const { return document_.document_element(); }
 
  private:
   pugi::xml_document document_;
 };
+
+// The position behind the comment, instruction or CDATA section that starts at `at` ("&" means itself in
+// these), or `at` itself when none does.
+std::size_t SkipLiteralSection(std::string_view bytes, std::size_t at);
 
 // Name without prefix, and the namespace that the prefix (or its absence) means. Throws XmlError when the
 // prefix is not declared.

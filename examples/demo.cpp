@@ -1,6 +1,6 @@
 // A host program against a service of its own: starts the development service on a free port, opens a session
-// with a connection string, runs examples/hello.js once per type, shows the typed answers and one fault,
-// closes the session.
+// with a connection string, runs examples/hello.js once per type and shows the typed answers, a link and a
+// fault, runs the script document examples/document.xml, closes the session.
 //   demo [SCRIPT]
 #include <unistd.h>
 
@@ -32,6 +32,10 @@ std::vector<Sample> Samples() {
       {u"aFloat", qv::Variant::FromFloat(0.125F)},
       {u"aDouble", qv::Variant::FromDouble(3.14)},
       {u"aString", qv::Variant::FromString(u"W\u00F6rld \u2603")},
+      {u"aDate", qv::Variant::FromDate(qv::EncodeDate(2024, 2, 28))},
+      {u"aTime", qv::Variant::FromDate(qv::EncodeTime(10, 15, 30, 0))},
+      {u"aDatetime", qv::Variant::FromDate(qv::EncodeDate(2024, 2, 28) + qv::EncodeTime(10, 15, 30, 0))},
+      {u"aDuration", qv::Variant::FromObject(qv::CreateDuration(u"P1DT2H").get())},
   };
 }
 
@@ -66,6 +70,12 @@ class Client {
     return answer;
   }
 
+  qv::Variant RunDocument(const qv::WideString& path, const qv::IParametersPtr& parameters) {
+    qv::Variant answer;
+    Check(model_->ExecuteFile(path, parameters.get(), &answer));
+    return answer;
+  }
+
  private:
   void Check(qv::HRESULT code) { qv::ThrowIfFailed(code, model_.get(), qv::IConnectionModel::kIid); }
 
@@ -73,14 +83,15 @@ class Client {
   qv::IConnectionModelPtr model_;
 };
 
+void Add(const qv::IParametersPtr& list, const qv::WideString& name, const qv::Variant& value) {
+  qv::ThrowIfFailed(list->Add(name, value, nullptr), list.get(), qv::IParameters::kIid);
+}
+
 // Every sample, and the name of the one that the script is to send back.
 qv::IParametersPtr MakeParameters(const qv::WideString& pick) {
   const qv::IParametersPtr list = qv::CreateParameters();
-  const auto add = [&list](const qv::WideString& name, const qv::Variant& value) {
-    qv::ThrowIfFailed(list->Add(name, value, nullptr), list.get(), qv::IParameters::kIid);
-  };
-  add(u"pick", qv::Variant::FromString(pick));
-  for (const Sample& sample : Samples()) add(sample.name, sample.value);
+  Add(list, u"pick", qv::Variant::FromString(pick));
+  for (const Sample& sample : Samples()) Add(list, sample.name, sample.value);
   return list;
 }
 
@@ -96,6 +107,25 @@ void ShowAnswers(Client& client, const qv::WideString& script) {
       << qv::cli::FormatColumns({"NAME", "TYPE", "SENT", "ANSWER", "VALUE"}, rows)
       << "\nA byte arrives as 0 and a long as an empty value: existing clients read them so, and this one "
          "keeps to it.\n";
+}
+
+// A link is an object that keeps neither link nor caption on its way.
+void ShowLink(Client& client, const qv::WideString& script) {
+  const qv::Variant answer = client.Run(script, MakeParameters(u"link"));
+  const qv::IUrlPtr url(static_cast<qv::IUrl*>(qv::QueryFor(answer.Object(), qv::IUrl::kIid)), false);
+  if (!url) throw std::runtime_error("the answer is no link");
+  qv::WideString link;
+  qv::ThrowIfFailed(url->get_Url(&link), url.get(), qv::IUrl::kIid);
+  std::cout << "\nA link that a script answers arrives as a " << qv::cli::TypeName(answer)
+            << " object whose link is \"" << qv::ToUtf8(link) << "\": existing clients never keep it.\n";
+}
+
+void ShowDocument(Client& client) {
+  const qv::IParametersPtr parameters = qv::CreateParameters();
+  Add(parameters, u"who", qv::Variant::FromString(u"W\u00F6rld \u2603"));
+  const qv::Variant answer = client.RunDocument(qv::FromUtf8(DEMO_DOCUMENT), parameters);
+  std::cout << "\nThe script document examples/document.xml answers:\n\n  " << qv::cli::ValueText(answer)
+            << "\n";
 }
 
 void ShowFault(Client& client, const qv::WideString& script) {
@@ -122,6 +152,8 @@ void RunDemo(const std::string& scriptPath) {
   client.Open(u"DbReplicationId=;Username=demo;Password=secret;");
   std::cout << "The session is open.\n";
   ShowAnswers(client, script);
+  ShowLink(client, script);
+  ShowDocument(client);
   ShowFault(client, script);
   client.Close();
   qv::CloseKeptConnections();

@@ -1,9 +1,14 @@
 // Takes parameters of any names and types, and gives one typed answer. The name in the parameter `pick` says which
-// one comes back, changed a little; without it the answer is a greeting that lists them all.
+// one comes back, changed a little; "link" picks a link; without `pick` the answer is a greeting that lists them all.
 //
 //   scriptwells run --local hello.js -p who=string:World
 //   scriptwells run --local hello.js -p pick=string:aDouble -p aDouble=double:1.25 --json
+//   scriptwells run --local hello.js -p pick=string:due -p due=date:2024-02-28
 
+const HOUR = 3600 * 1000;
+const DAY = 24 * HOUR;
+
+// Dates and times are Dates in UTC, a duration is an object of counts: {days: 1, hours: 2, ...}.
 const change = {
   byte: (value) => value + 1,
   short: (value) => value + 1,
@@ -13,13 +18,22 @@ const change = {
   float: (value) => value * 2,
   double: (value) => value * 2,
   string: (value) => `Hello, ${value}!`,
+  date: (value) => new Date(value.getTime() + DAY),
+  time: (value) => new Date(value.getTime() + HOUR),
+  datetime: (value) => new Date(value.getTime() + DAY + HOUR),
+  duration: (value) => ({ ...value, days: value.days + 1 }),
 };
 
+function text(value) {
+  return value instanceof Date ? value.toISOString() : String(value);
+}
+
 function list() {
-  return parameterList.map((p) => `${p.name} (${p.type}) = ${p.value}`).join("\n");
+  return parameterList.map((p) => `${p.name} (${p.type}) = ${text(p.value)}`).join("\n");
 }
 
 function answer(name) {
+  if (name === "link") return typed.url("http://quorvane.example/", "Home");
   if (!(name in parameters)) throw new ScriptError(5, `there is no parameter "${name}"`);
   const type = parameterTypes[name];
   return typed[type](change[type](parameters[name]));

@@ -149,12 +149,43 @@ TEST_F(Odd, FormsCombine) {
   EXPECT_EQ(HeaderOf(Run("nolength+whitespace").head, "Content-Length"), "(none)");
 }
 
+TEST_F(Odd, ValuesThatNoScriptAnswersWith) {
+  constexpr const char* kRows[][2] = {
+      {"url-empty-parts", "sof:url|<URL/><C/>"},
+      {"url-no-caption", "sof:url|<URL>u</URL><C/>"},
+      {"url-no-marks", "sof:url|http://quorvane.example/"},
+      {"url-nothing", "sof:url|"},
+      {"bad-date", "xsd:date|2024-02-30"},
+      {"short-date", "xsd:date|2024-03"},
+      {"empty-date", "xsd:date|"},
+      {"date-with-time", "xsd:date|2024-03-05T10:15:30Z"},
+      {"bad-time", "xsd:time|25:00:00Z"},
+      {"short-time", "xsd:time|10:15"},
+      {"bad-datetime", "xsd:dateTime|2024-03T10:15:30Z"},
+      {"datetime-with-offset", "xsd:dateTime|2024-03-05T10:15:30+02:00"},
+      {"datetime-with-day-offset", "xsd:dateTime|2024-03-05T10:15:30+24:00"},
+      {"bad-duration", "xsd:duration|p1d"},
+      {"loose-duration", "xsd:duration|P3D1Y"},
+      {"exponent-duration", "xsd:duration|PT1.23457e+007S"},
+      {"unknown-type", "xsd:decimal|1.5"},
+  };
+  for (const auto& row : kRows) EXPECT_EQ(ValueIn(Run(row[0]).body), row[1]) << row[0];
+  EXPECT_EQ(ValueIn(Run("bad-date", "null").body), "xsd:date|2024-02-30");
+  EXPECT_EQ(ValueIn(Run("ns2+bad-date", "undefined").body), "xsd:date|2024-02-30");
+}
+
+TEST_F(Odd, ValuesLeaveSessionsAndFaultsAlone) {
+  const std::string body = Post("/odd/bad-date", "CreateUserSession", CreateEnvelope("Username=a;")).body;
+  EXPECT_NE(body.find("<CreateUserSessionResult xsi:type=\"xsd:string\">"), std::string::npos) << body;
+  EXPECT_EQ(FaultIn(Run("bad-date", "throw 'x'").body), "1010|x|script");
+}
+
 TEST_F(Odd, UnknownNameIsRefusedWithTheNames) {
   const RawAnswer answer = Run("ns2+wrong");
   EXPECT_EQ(answer.head.substr(0, 12), "HTTP/1.1 404");
   EXPECT_NE(
       answer.body.find("ns2, status500, nolength, chunked, cut, stall, stallhead, whitespace, html, spoil, "
-                       "refuse2, latin1, utf16, zero"),
+                       "refuse2, latin1, utf16, zero, url-empty-parts, url-no-caption, "),
       std::string::npos);
 }
 

@@ -1,7 +1,6 @@
 #include "devservice/soap_request.h"
 
 #include "devservice/fault_codes.h"
-#include "devservice/script_document.h"
 #include "service_fixture.h"
 
 namespace qv::devservice::testing {
@@ -135,48 +134,6 @@ TEST(SoapRequest, DeclaredUtf16IsRead) {
   std::string wide = "\xFF\xFE";
   for (const char c : CloseEnvelope("s")) wide += std::string(1, c) + '\0';
   EXPECT_EQ(Parse(wide, "CloseUserSession").sessionId, "s");
-}
-
-int ScriptCode(const std::string& document) {
-  try {
-    ReadScriptDocument(document, Spaces());
-    return 0;
-  } catch (const FaultError& error) {
-    return error.Code();
-  }
-}
-
-std::string Document(const std::string& language, const std::string& content) {
-  return "<Scriptwell Language=\"" + language +
-         "\" xmlns=\"http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0\">" + content +
-         "</Scriptwell>";
-}
-
-TEST(ScriptDocument, CodeIsTakenFromTextAndCdata) {
-  EXPECT_EQ(ReadScriptDocument(Document("JavaScript", "<Code>a&lt;b\n</Code>"), Spaces()), "a<b\n");
-  EXPECT_EQ(
-      ReadScriptDocument("<?xml version='1.0'?><!-- c -->\n" +
-                             Document("JavaScript", "\n <!-- & -->\n<Code>a<![CDATA[ && <b>]]></Code>\n"),
-                         Spaces()),
-      "a && <b>");
-  EXPECT_EQ(ReadScriptDocument(Document("JavaScript", "<Code></Code>"), Spaces()), "");
-}
-
-TEST(ScriptDocument, LanguageIgnoresCaseAndNothingElse) {
-  EXPECT_EQ(ScriptCode(Document("JAVAscript", "<Code>1</Code>")), 0);
-  EXPECT_EQ(ScriptCode(Document("VBScript", "<Code>1</Code>")), 1007);
-  EXPECT_EQ(ScriptCode(Document("", "<Code>1</Code>")), 1007);
-  EXPECT_EQ(ScriptCode(Document("Java\"Script", "<Code>1</Code>")), 1006);
-}
-
-TEST(ScriptDocument, OtherDocumentsAreRefused) {
-  for (const std::string& text :
-       {std::string(), std::string("1 + 1"),
-        std::string("<Scriptwell Language='JavaScript'><Code/></Scriptwell>"), Document("JavaScript", ""),
-        Document("JavaScript", "<Code/><Code/>"), Document("JavaScript", "<Kode/>"),
-        Document("JavaScript", "<Code><b/></Code>"), Document("JavaScript", "1<Code/>")}) {
-    EXPECT_EQ(ScriptCode(text), 1006) << text;
-  }
 }
 
 }  // namespace

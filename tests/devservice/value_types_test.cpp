@@ -16,7 +16,9 @@ TEST(ValueTypes, NamesAreExact) {
   EXPECT_EQ(std::string(FindValueType("float")->answerType), "float");
   EXPECT_EQ(std::string(FindValueType("double")->answerType), "xsd:double");
   EXPECT_EQ(FindValueType("Int"), nullptr);
-  EXPECT_EQ(FindValueType("datetime"), nullptr);
+  EXPECT_EQ(std::string(FindValueType("datetime")->answerType), "xsd:dateTime");
+  EXPECT_EQ(std::string(FindValueType("url")->answerType), "sof:url");
+  EXPECT_EQ(FindValueType("dateTime"), nullptr);
   EXPECT_EQ(FindValueType(""), nullptr);
 }
 
@@ -54,6 +56,23 @@ TEST(ValueTypes, NumbersTakeTheSpellingsOfSchemaAndC) {
 
 TEST(ValueTypes, StringsStayAsTheyAre) {
   EXPECT_EQ(Normalised("string", " a\n "), " a\n ");
+}
+
+TEST(ValueTypes, DatesTimesAndDurationsTakeOneForm) {
+  EXPECT_EQ(Normalised("date", "2024-03-05"), "2024-03-05");
+  EXPECT_EQ(Normalised("time", "10:15:30.7Z"), "10:15:30.007Z");
+  EXPECT_EQ(Normalised("datetime", "2024-03-05T10:15:30+02:00"), "2024-03-05T08:15:30.000Z");
+  EXPECT_EQ(Normalised("duration", "PT1.23457e+07S"), "PT12345700S");
+  EXPECT_EQ(Normalised("date", "10:15:30Z"), "(refused)");
+  EXPECT_EQ(Normalised("time", "2024-03-05"), "(refused)");
+  EXPECT_EQ(Normalised("datetime", "2024-03-05"), "(refused)");
+  EXPECT_EQ(Normalised("duration", "P"), "(refused)");
+}
+
+TEST(ValueTypes, LinksBecomeMarkup) {
+  EXPECT_EQ(Normalised("url", "http://a/"), "<URL>http://a/</URL><C></C>");
+  EXPECT_EQ(Normalised("url", "<URL/><C>c</C>"), "<URL></URL><C>c</C>");
+  EXPECT_EQ(Normalised("url", "<URL>"), "(refused)");
 }
 
 TEST(ValueTypes, NumbersHaveTheShortestDigits) {
