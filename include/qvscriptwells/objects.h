@@ -97,10 +97,12 @@ class IConnectionModel : public IUnknown {
   // number as code.
   virtual HRESULT Execute(const WideString& scriptLanguage, const WideString& script, IParameters* parameters,
                           Variant* result) noexcept = 0;
-  // As Execute, with a script document in place of language and text: `scriptFile` is a path or "file:" URL
-  // on this machine ("\\" and "/" are alike), and the file an XML document that tells its language and holds
-  // its code. It is read afresh for each call and not checked; one that cannot be opened or is not
-  // well-formed is "Cannot create the xml document.", and nothing is sent.
+  // As Execute, with a script document in place of language and text. `scriptFile` is a path on this machine,
+  // in which "\" and "/" are alike, or "file:///" with such a path behind it ("file:////tmp/x.xml" for the
+  // absolute one); a name with "#", "?" or a ":" elsewhere is taken as another URL and refused. The file is a
+  // regular one with an XML document that tells its language and holds its code; it is read afresh for each
+  // call and not checked. One that cannot be opened or is not well-formed is "Cannot create the xml
+  // document.", and nothing is sent.
   virtual HRESULT ExecuteFile(const WideString& scriptFile, IParameters* parameters,
                               Variant* result) noexcept = 0;
   // Adopts a session that was opened elsewhere. Nothing is sent and nothing checked.

@@ -9,37 +9,14 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/regular_file.h"
 #include "platform/system_error_text.h"
-#include "platform/unique_descriptor.h"
 
 namespace qv {
 namespace {
 
-constexpr std::size_t kPieceBytes = std::size_t{16} * 1024;
 constexpr mode_t kNewFileMode = 0644;
 constexpr mode_t kModeBits = 07777;
-
-// Not blocking, so that a pipe without a writer does not hold the caller up before it is refused.
-int OpenForReading(const std::string& path) noexcept {
-  int number = -1;
-  do {
-    number = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  } while (number < 0 && errno == EINTR);
-  return number;
-}
-
-// 0 or errno. One byte more than allowed is enough to see that there are too many.
-int ReadAll(int file, std::string& bytes) {
-  char piece[kPieceBytes];
-  while (bytes.size() <= kLongestRegistryFile) {
-    const ssize_t got = read(file, piece, sizeof(piece));
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return errno;
-    if (got == 0) return 0;
-    bytes.append(piece, static_cast<std::size_t>(got));
-  }
-  return 0;
-}
 
 int WriteAll(int file, std::string_view bytes) noexcept {
   while (!bytes.empty()) {
@@ -121,20 +98,11 @@ int MakeMissing(const std::string& directory) noexcept {
 
 RegistryBytes ReadRegistryBytes(const std::string& path) {
   RegistryBytes result;
-  const UniqueDescriptor file(OpenForReading(path));
-  if (!file.IsOpen()) {
-    const int error = errno;
-    if (error != ENOENT && error != ENOTDIR) result.problem = SystemErrorText(error);
-    return result;
-  }
-  struct stat facts {};
-  int error = fstat(file.Get(), &facts) == 0 ? 0 : errno;
-  if (error == 0 && !S_ISREG(facts.st_mode)) {
-    result.problem = "Not a regular file";
-    return result;
-  }
-  if (error == 0) error = ReadAll(file.Get(), result.bytes);
-  if (error != 0) result.problem = SystemErrorText(error);
+  const RegularFile file = OpenRegularFile(path);
+  int error = file.error;
+  if (error == ENOENT || error == ENOTDIR) return result;
+  if (error == 0) error = ReadToEnd(file.descriptor.Get(), kLongestRegistryFile, result.bytes);
+  if (error != 0) result.problem = error == kNotRegular ? "Not a regular file" : SystemErrorText(error);
   if (result.bytes.size() > kLongestRegistryFile) result.problem = "Longer than 1 MiB";
   return result;
 }

@@ -9,6 +9,7 @@ namespace qv {
 class CExecuteCommand : public CQvCommand {
  public:
   CQvCommand* clone() const override;
+  // Needs the XML library started (XmlLibraryGuardScope) when the map names a script file.
   // EQvException passes; any other failure becomes EQvException "Cannot create the xml document."
   void Serialize(WideTextStream& stream, const WideString& action, const WideString& serviceNamespace,
                  const WideString& url, const NamedArguments& map) override;

@@ -1,14 +1,12 @@
 // Parsing by file name. The host trusts its local files, so the library's defaults hold, less network access.
-#include <cstdio>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include "platform/regular_file.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/wide_string.h"
 #include "support/file_names.h"
@@ -29,15 +27,12 @@ constexpr std::u16string_view kFileUrlStart = u"file:///";
 std::string ReadWholeFile(const WideString& url) {
   // What stands behind "file:///" is a path of this system: "/a/b" is absolute, "a/b" is relative.
   const std::string path = NativePath(WideString(url.view().substr(kFileUrlStart.size())));
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rbe"), &std::fclose);
-  if (file == nullptr) RefuseFile(url, u"The file cannot be opened.");
+  const RegularFile file = OpenRegularFile(path);
+  if (file.error != 0) RefuseFile(url, u"The file cannot be opened.");
   std::string bytes;
-  std::vector<char> chunk(std::size_t{64} * 1024);
-  for (std::size_t got = 1; got != 0;) {
-    got = std::fread(chunk.data(), 1, chunk.size(), file.get());
-    bytes.append(chunk.data(), got);
-  }
-  if (std::ferror(file.get()) != 0) RefuseFile(url, u"The file cannot be read.");
+  bytes.reserve(static_cast<std::size_t>(file.size));
+  const int error = ReadToEnd(file.descriptor.Get(), bytes.max_size() - 1, bytes);
+  if (error != 0) RefuseFile(url, u"The file cannot be read.");
   return bytes;
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <xercesc/dom/DOMException.hpp>
+
 namespace qv {
 namespace {
 
@@ -15,6 +17,23 @@ bool IsPlainInAttribute(char16_t unit) noexcept {
 
 bool IsPlainInText(char16_t unit) noexcept {
   return IsPlainInAttribute(unit) || unit == u'"' || unit == u'\n' || unit == u'\t';
+}
+
+bool IsFirstHalf(char16_t unit) noexcept {
+  return unit >= 0xD800 && unit < 0xDC00;
+}
+bool IsSecondHalf(char16_t unit) noexcept {
+  return unit >= 0xDC00 && unit < 0xE000;
+}
+
+// The formatter never returns from some lone halves of surrogate pairs and makes no UTF-8 of others.
+void RequirePairs(const char16_t* at, const char16_t* end) {
+  for (; at != end; ++at) {
+    if (IsFirstHalf(*at) && at + 1 != end && IsSecondHalf(at[1]))
+      ++at;
+    else if (IsFirstHalf(*at) || IsSecondHalf(*at))
+      throw xercesc::DOMException(xercesc::DOMException::INVALID_CHARACTER_ERR);
+  }
 }
 
 }  // namespace
@@ -41,6 +60,7 @@ void SerializerOutput::PutRuns(std::u16string_view text, bool (*isPlain)(char16_
     target_.Append({at, static_cast<std::size_t>(special - at)});
     at = std::find_if(special, end, isPlain);
     if (at == special) continue;
+    RequirePairs(special, at);
     formatter_.formatBuf(special, static_cast<XMLSize_t>(at - special), escapes, Formatter::DefaultUnRep);
   }
 }

@@ -17,6 +17,7 @@ class SerializerOutput {
   SerializerOutput(XERCES_CPP_NAMESPACE_QUALIFIER XMLFormatter& formatter, MemBufFormatTarget& target)
       : formatter_(formatter), target_(target) {}
 
+  // Each throws DOMException for half of a surrogate pair.
   // Markup, names and values that are written as they are. Null is nothing.
   void Put(const XMLCh* text);
   // With the formatter's escapes for text between tags.

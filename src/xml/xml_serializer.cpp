@@ -84,8 +84,10 @@ void PutComment(Output& out, const xc::DOMNode* node) {
 void PutDocumentType(Output& out, const xc::DOMNode* node) {
   const auto* type = static_cast<const xc::DOMDocumentType*>(node);
   PutBetween(out, u"<!DOCTYPE ", node->getNodeValue(), nullptr);
-  PutQuoted(out, u" PUBLIC ", type->getPublicId());
-  PutQuoted(out, type->getPublicId() == nullptr ? u" SYSTEM " : u" ", type->getSystemId());
+  const XMLCh* publicId = type->getPublicId();
+  if (publicId != nullptr && *publicId == 0) publicId = nullptr;  // so the parser says that there is none
+  PutQuoted(out, u" PUBLIC ", publicId);
+  PutQuoted(out, publicId == nullptr ? u" SYSTEM " : u" ", type->getSystemId());
   if (type->getInternalSubset() != nullptr) PutBetween(out, u"[", type->getInternalSubset(), u"]");
   out.Put(u">");
 }
@@ -137,12 +139,12 @@ const xc::DOMNode* NextInOrder(Output& out, const xc::DOMNode* node, const xc::D
 // Without recursion: a document may be deeper than the stack.
 void WriteTree(Output& out, const xc::DOMNode* top) {
   const xc::DOMNode* node = top;
-  while (node != nullptr) {
+  do {
     const NodeForm& form = FormOf(node);
     form.open(out, node);
     const bool descends = form.hasChildren && node->getFirstChild() != nullptr;
     node = descends ? node->getFirstChild() : NextInOrder(out, node, top);
-  }
+  } while (node != nullptr);
 }
 
 }  // namespace

@@ -93,9 +93,10 @@ TEST_F(ConnectionModelObject, NoSessionIsAnExceptionWithWords) {
   ExpectFailure(model_->ExecuteFile(u"f", nullptr, &result_), 0x80020009, "Session does not exist.");
 }
 
-TEST_F(ConnectionModelObject, ScriptDocumentIsAnExceptionWithWords) {
+TEST_F(ConnectionModelObject, MissingScriptDocumentIsAnExceptionWithWords) {
   model_->SetUSID(u"u1");
-  ExpectFailure(model_->ExecuteFile(u"f", nullptr, &result_), 0x80020009, "Cannot create the xml document.");
+  ExpectFailure(model_->ExecuteFile(u"/none", nullptr, &result_), 0x80020009,
+                "Cannot create the xml document.");
   EXPECT_TRUE(http_.Calls().empty());
 }
 

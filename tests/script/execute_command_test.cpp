@@ -7,6 +7,7 @@
 #include "fixtures/formaters.h"
 #include "fixtures/shown_text.h"
 #include "fixtures/thrown.h"
+#include "qvscriptwells/xml_library_hold.h"
 #include "script/execute_envelope.h"
 
 namespace qv {
@@ -143,12 +144,13 @@ TEST_F(ExecuteCommand, MissingKeysAreRefused) {
   }
 }
 
-// Script documents are not read yet: the key alone decides, and script and language are not looked at.
-TEST_F(ExecuteCommand, ScriptFileIsRefused) {
-  map_[u"ScriptFile"] = Variant::FromString(u"script.xml");
+// The key alone decides, and script and language are not looked at.
+TEST_F(ExecuteCommand, ScriptFileTakesThePlaceOfScriptAndLanguage) {
+  const XmlLibraryHold library;
+  map_[u"ScriptFile"] = Variant::FromString(u"/nowhere/script.xml");
   EXPECT_EQ(Thrown([this] { Written(); }), kRefused);
   map_[u"ScriptFile"] = Variant::FromString(WideString());
-  EXPECT_EQ(Thrown([this] { Written(); }), kRefused);
+  EXPECT_EQ(Thrown([this] { Written(); }), "EQvException 0x00000000 IsFileNameURL - File Name is missing.");
 }
 
 TEST_F(ExecuteCommand, SameValuesGiveSameTextAgain) {

@@ -16,7 +16,7 @@ class ModelExecute : public ModelTest {
  protected:
   void TearDown() override { EXPECT_EQ(http_.LiveObjects(), 0); }
   std::string ExecuteFileThrows() {
-    return Thrown([this] { model_.ExecuteFile(u"script.xml", nullptr); });
+    return Thrown([this] { model_.ExecuteFile(u"/nowhere/script.xml", nullptr); });
   }
 };
 
@@ -162,7 +162,7 @@ TEST_F(ModelExecute, ReferencesToTheListAreGivenBackAfterAFailure) {
   EXPECT_EQ(model_.State(), SessionState::kOpen);
 }
 
-TEST_F(ModelExecute, ScriptDocumentIsRefusedBeforeAnythingIsSent) {
+TEST_F(ModelExecute, MissingScriptDocumentIsRefusedBeforeAnythingIsSent) {
   AdoptSession();
   EXPECT_EQ(ExecuteFileThrows(), kRefused);
   EXPECT_TRUE(http_.Calls().empty());
@@ -170,7 +170,7 @@ TEST_F(ModelExecute, ScriptDocumentIsRefusedBeforeAnythingIsSent) {
   EXPECT_EQ(Shown(model_.ContextHandle()), "u1");
 }
 
-TEST_F(ModelExecute, CallAfterARefusedScriptDocumentWorks) {
+TEST_F(ModelExecute, CallAfterAMissingScriptDocumentWorks) {
   AdoptSession();
   ExecuteFileThrows();
   http_.Answer(kScriptRan);

@@ -2,6 +2,8 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include <sys/stat.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -54,6 +56,12 @@ class FileParseTest : public XmlFixture {
 
   fs::path directory_;
 };
+
+TEST_F(FileParseTest, PipeIsRefusedAndNotWaitedFor) {
+  const std::string path = (directory_ / "pipe").string();
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  EXPECT_EQ(RefusalOf(path), "file:///" + path + ":0:0");
+}
 
 TEST_F(FileParseTest, AbsolutePathIsRead) {
   EXPECT_EQ(TextOf(Write("a.xml", "<r>text</r>")), u"text");

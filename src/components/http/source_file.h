@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/unique_descriptor.h"
+#include "platform/regular_file.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {
@@ -21,7 +21,7 @@ class SourceFile {
   // Throws HttpFailure when the file cannot be opened or is not a regular one.
   explicit SourceFile(const WideString& path);
 
-  std::int64_t Size() const noexcept { return size_; }
+  std::int64_t Size() const noexcept { return file_.size; }
   // The next piece, empty at the end. Bytes that were added after the opening are not sent. Throws
   // HttpFailure (HTTP_E_READ_FAULT) when the file cannot be read or has become shorter. The view lives until
   // the next call.
@@ -29,8 +29,7 @@ class SourceFile {
 
  private:
   std::string name_;
-  UniqueDescriptor file_;
-  std::int64_t size_ = 0;
+  RegularFile file_;
   std::int64_t left_ = 0;
   std::vector<char> buffer_;
 };
