@@ -4,6 +4,8 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "tools/date_text.h"
+#include "tools/object_text.h"
 #include "tools/text_table.h"
 
 namespace qv::cli {
@@ -18,10 +20,9 @@ struct TypeRow {
 };
 
 constexpr TypeRow kTypes[] = {
-    {VT_EMPTY, "empty"},    {VT_NULL, "null"},       {VT_I1, "byte"},   {VT_I2, "short"},
-    {VT_I4, "int"},         {VT_INT, "int"},         {VT_I8, "long"},   {VT_BOOL, "boolean"},
-    {VT_R4, "float"},       {VT_R8, "double"},       {VT_DATE, "date"}, {VT_BSTR, "string"},
-    {VT_UNKNOWN, "object"}, {VT_DISPATCH, "object"},
+    {VT_EMPTY, "empty"}, {VT_NULL, "null"}, {VT_I1, "byte"},     {VT_I2, "short"},
+    {VT_I4, "int"},      {VT_INT, "int"},   {VT_I8, "long"},     {VT_BOOL, "boolean"},
+    {VT_R4, "float"},    {VT_R8, "double"}, {VT_BSTR, "string"},
 };
 
 // Beyond these, a reader that keeps numbers as doubles would see another number.
@@ -52,6 +53,41 @@ Json LongJson(std::int64_t value) {
   return value;
 }
 
+bool IsObject(const Variant& value) {
+  return value.Tag() == VT_UNKNOWN || value.Tag() == VT_DISPATCH;
+}
+
+Json DateJson(double serial) {
+  const std::optional<std::string> text = SerialDateText(serial);
+  return text ? Json(*text) : NumberJson(serial, false);
+}
+
+Json ObjectJson(const Variant& value) {
+  return value.Object() == nullptr ? Json() : Json(ObjectText(value));
+}
+
+Json SecondsJson(double seconds) {
+  const bool whole = seconds == std::trunc(seconds) && std::abs(seconds) <= static_cast<double>(kSafeWhole);
+  return whole ? Json(static_cast<std::int64_t>(seconds)) : NumberJson(seconds, false);
+}
+
+void AddDuration(const DurationFields& fields, Json& answer) {
+  answer["negative"] = fields.negative;
+  answer["years"] = fields.years;
+  answer["months"] = fields.months;
+  answer["days"] = fields.days;
+  answer["hours"] = fields.hours;
+  answer["minutes"] = fields.minutes;
+  answer["seconds"] = SecondsJson(fields.seconds);
+}
+
+// What the value's text leaves out.
+void AddDetails(const Variant& value, Json& answer) {
+  if (value.Tag() == VT_DATE) answer["serial"] = NumberJson(value.Data().date, false);
+  if (const std::optional<DurationFields> duration = ReadDuration(value)) AddDuration(*duration, answer);
+  if (const std::optional<UrlFields> url = ReadUrl(value)) answer["caption"] = url->caption;
+}
+
 Json ValueJson(const Variant& value) {
   const VariantData& data = value.Data();
   switch (value.Tag()) {
@@ -71,11 +107,11 @@ Json ValueJson(const Variant& value) {
     case VT_R8:
       return NumberJson(data.dblVal, false);
     case VT_DATE:
-      return NumberJson(data.date, false);
+      return DateJson(data.date);
     case VT_BSTR:
       return value.Text().IsNull() ? Json() : Json(ToUtf8(value.Text()));
     default:
-      return Json();
+      return IsObject(value) ? ObjectJson(value) : Json();
   }
 }
 
@@ -84,12 +120,15 @@ std::string FormatJson(const Variant& value) {
   answer["type"] = TypeName(value);
   answer["value"] = ValueJson(value);
   answer["tag"] = value.Tag();
+  AddDetails(value, answer);
   return answer.dump() + "\n";
 }
 
 }  // namespace
 
 std::string TypeName(const Variant& value) {
+  if (value.Tag() == VT_DATE) return SerialDateType(value.Data().date);
+  if (IsObject(value)) return ObjectType(value);
   for (const TypeRow& row : kTypes)
     if (row.tag == value.Tag()) return row.name;
   return "unknown";
@@ -114,11 +153,11 @@ std::string ValueText(const Variant& value) {
     case VT_R8:
       return NumberText(data.dblVal, false);
     case VT_DATE:
-      return NumberText(data.date, false);
+      return SerialDateText(data.date).value_or(NumberText(data.date, false));
     case VT_BSTR:
       return ToUtf8(value.Text());
     default:
-      return "";
+      return ObjectText(value);
   }
 }
 

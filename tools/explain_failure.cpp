@@ -79,6 +79,14 @@ const char* Hint(const ExchangeNote& note, const std::string& words) {
   return whole ? " (a script that answers null or nothing ends so, too)" : "";
 }
 
+// The library tells no more of a script document that it cannot read.
+Failure ExplainLocal(Phase phase, HRESULT code, const std::string& words) {
+  if (phase == Phase::kExecuteDocument && words == "Cannot create the xml document.")
+    return Failure(ExitStatus::kLocal,
+                   "the script document is not well-formed XML, or a parameter has no form on the wire");
+  return Failure(ExitStatus::kLocal, WordsOr(words, code));
+}
+
 Failure ExplainAnswer(const ExchangeNote& note, const std::string& words) {
   const std::string status = note.httpStatus == "200" ? "" : " (HTTP status " + note.httpStatus + ")";
   return Failure(ExitStatus::kAnswer, words + status + Hint(note, words));
@@ -91,7 +99,7 @@ Failure ExplainFailure(Phase phase, const _com_error& error, const ExchangeNote&
   if (note.failure) return ExplainTransport(note);
   if (error.Error() == E_OUTOFMEMORY) return Failure(ExitStatus::kFault, "out of memory");
   // Nothing was sent: an argument that the library refuses.
-  if (note.httpStatus.empty()) return Failure(ExitStatus::kLocal, WordsOr(words, error.Error()));
+  if (note.httpStatus.empty()) return ExplainLocal(phase, error.Error(), words);
   if (note.holdsFault && !IsUnreadableFault(words)) return ExplainFault(phase, error.Error(), words);
   return ExplainAnswer(note, WordsOr(words, error.Error()));
 }

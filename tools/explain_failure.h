@@ -9,7 +9,7 @@
 
 namespace qv::cli {
 
-enum class Phase { kOpen, kExecute, kClose };
+enum class Phase { kOpen, kExecute, kExecuteDocument, kClose };
 
 // `error` is what the call gave, `note` what the transport saw of the exchange (empty when there was none).
 Failure ExplainFailure(Phase phase, const _com_error& error, const ExchangeNote& note);

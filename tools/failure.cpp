@@ -33,7 +33,7 @@ bool NamesItsKind(ExitStatus status) {
 
 std::string Line(const Failure& failure) {
   std::string line = "scriptwells: ";
-  if (NamesItsKind(failure.Status())) {
+  if (failure.OwnKind() == nullptr && NamesItsKind(failure.Status())) {
     line += StatusName(failure.Status());
     if (failure.Code())
       line += " " + HexCode(*failure.Code()) + " (" + std::to_string(FaultNumber(*failure.Code())) + ")";
@@ -48,7 +48,7 @@ std::string Dump(const nlohmann::ordered_json& whole) {
 
 std::string JsonLine(const Failure& failure) {
   nlohmann::ordered_json error;
-  error["kind"] = StatusName(failure.Status());
+  error["kind"] = failure.OwnKind() != nullptr ? failure.OwnKind() : StatusName(failure.Status());
   error["message"] = failure.Message();
   if (failure.Code()) {
     error["code"] = HexCode(*failure.Code());

@@ -26,7 +26,16 @@ class Failure : public std::exception {
     return longer;
   }
 
+  // The same failure under a name of its own, in place of its status's.
+  Failure Called(const char* kind) const {
+    Failure renamed = *this;
+    renamed.kind_ = kind;
+    return renamed;
+  }
+
   ExitStatus Status() const noexcept { return status_; }
+  // A literal; null unless it was given.
+  const char* OwnKind() const noexcept { return kind_; }
   const std::string& Message() const noexcept { return message_; }
   // The code, when there is one that tells more than the words.
   const std::optional<HRESULT>& Code() const noexcept { return code_; }
@@ -36,6 +45,7 @@ class Failure : public std::exception {
   ExitStatus status_;
   std::string message_;
   std::optional<HRESULT> code_;
+  const char* kind_ = nullptr;
 };
 
 // "script fault", "timeout", ...: one short name per status, for people and for JSON.

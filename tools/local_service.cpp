@@ -4,7 +4,12 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "devservice/namespaces.h"
 #include "tools/failure.h"
+
+#ifndef QV_NAMESPACE_HOST
+#error "QV_NAMESPACE_HOST comes from the build"
+#endif
 
 namespace qv::cli {
 
@@ -13,6 +18,17 @@ std::vector<std::string> WorkerCommand() {
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
   if (error) throw Failure(ExitStatus::kLocal, "cannot find this program's own file: " + error.message());
   return {program.string(), "script-worker"};
+}
+
+std::string ScriptNamespace() {
+  return devservice::Namespaces(QV_NAMESPACE_HOST).script;
+}
+
+devservice::ServiceOptions CommonServiceOptions() {
+  devservice::ServiceOptions options;
+  options.namespaceHost = QV_NAMESPACE_HOST;
+  options.workerCommand = WorkerCommand();
+  return options;
 }
 
 void StartService(devservice::Service& service) {

@@ -12,6 +12,12 @@ namespace qv::cli {
 // known.
 std::vector<std::string> WorkerCommand();
 
+// The namespace of script documents, on the namespace host that this program was built with.
+std::string ScriptNamespace();
+
+// What every service of this program has in common: its worker and its namespaces. Throws as WorkerCommand.
+devservice::ServiceOptions CommonServiceOptions();
+
 // Starts the service; its failures become Failure (kLocal).
 void StartService(devservice::Service& service);
 

@@ -7,11 +7,13 @@
 
 namespace qv::cli {
 
-enum class Command { kText, kUsageError, kRun, kServe, kScriptWorker };
+enum class Command { kText, kUsageError, kRun, kServe, kRegistry, kScriptWorker };
 enum class OutputFormat { kText, kJson, kTable };
 
+// Of `run` and `run-document`.
 struct RunOptions {
-  std::string file;  // "-" is standard input; empty when the code is given
+  bool document = false;  // `file` is a script document; there is no code then, and no language
+  std::string file;       // "-" is standard input; empty when the code is given
   std::string code;
   std::vector<std::string> parameters;  // "name=type:value", not looked at yet
   bool local = false;
@@ -36,10 +38,21 @@ struct ServeOptions {
   int scriptMemoryMegabytes = 256;
 };
 
+enum class RegistryVerb { kGet, kSet, kRemove, kList };
+
+struct RegistryOptions {
+  RegistryVerb verb = RegistryVerb::kList;
+  std::string key;    // as written, "home" included; not for kList
+  std::string value;  // for kSet
+  bool json = false;
+};
+
 struct ParsedArguments {
   Command command = Command::kUsageError;
-  RunOptions run;      // for kRun, and `json` for kUsageError
-  ServeOptions serve;  // for kServe
+  RunOptions run;            // for kRun
+  ServeOptions serve;        // for kServe
+  RegistryOptions registry;  // for kRegistry
+  bool json = false;         // failures are wanted as JSON
   // kText: what to print on standard output, help or version. kUsageError: what is wrong, in one line without
   // a full stop.
   std::string text;

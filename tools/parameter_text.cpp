@@ -6,7 +6,10 @@
 #include <cmath>
 #include <cstdint>
 
+#include "qvscriptwells/serial_date.h"
+#include "tools/date_text.h"
 #include "tools/failure.h"
+#include "tools/object_text.h"
 
 namespace qv::cli {
 
@@ -89,6 +92,22 @@ Variant ParseString(const TypeRow&, const std::string& text) {
   return Variant::FromString(FromUtf8(text));
 }
 
+Variant ParseDateParameter(const TypeRow&, const std::string& text) {
+  return Variant::FromDate(ParseDate(text));
+}
+
+Variant ParseTimeParameter(const TypeRow&, const std::string& text) {
+  return Variant::FromDate(ParseTime(text));
+}
+
+Variant ParseDateTimeParameter(const TypeRow&, const std::string& text) {
+  return Variant::FromDate(ParseDateTime(text));
+}
+
+Variant ParseDurationParameter(const TypeRow&, const std::string& text) {
+  return ParseDuration(text);
+}
+
 constexpr TypeRow kTypes[] = {
     {"byte", ParseByte, INT8_MIN, INT8_MAX},
     {"short", ParseShort, INT16_MIN, INT16_MAX},
@@ -98,29 +117,71 @@ constexpr TypeRow kTypes[] = {
     {"float", ParseFloat},
     {"double", ParseDouble},
     {"string", ParseString},
+    {"date", ParseDateParameter},
+    {"time", ParseTimeParameter},
+    {"datetime", ParseDateTimeParameter},
+    {"duration", ParseDurationParameter},
+};
+
+// Types of answers that have no form as a parameter.
+struct AnswerOnlyRow {
+  const char* name;
+  const char* reason;
+};
+
+constexpr AnswerOnlyRow kAnswerOnly[] = {
+    {"url", "a URL cannot be sent as a parameter; send its text as a string"},
+    {"table", "a table cannot be sent as a parameter; send its text, such as CSV or JSON, as a string"},
 };
 
 const TypeRow& FindType(const std::string& name) {
   for (const TypeRow& row : kTypes)
     if (name == row.name) return row;
+  for (const AnswerOnlyRow& row : kAnswerOnly)
+    if (name == row.name) Refuse(row.reason);
   Refuse("unknown type '" + name + "' (known: " + KnownParameterTypes() + ")");
 }
 
-bool LosesDigits(const Variant& value) {
+// Whether the text with 6 significant digits reads back as another number.
+bool LosesDigits(float value) {
   char text[64];
-  if (value.Tag() == VT_R4) {
-    float back = 0;
-    const auto end =
-        std::to_chars(text, text + sizeof text, value.Data().fltVal, std::chars_format::general, 6).ptr;
-    std::from_chars(text, end, back);
-    return back != value.Data().fltVal;
-  }
-  if (value.Tag() != VT_R8) return false;
-  double back = 0;
-  const auto end =
-      std::to_chars(text, text + sizeof text, value.Data().dblVal, std::chars_format::general, 6).ptr;
+  float back = 0;
+  const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6).ptr;
   std::from_chars(text, end, back);
-  return back != value.Data().dblVal;
+  return back != value;
+}
+
+bool LosesDigits(double value) {
+  char text[64];
+  double back = 0;
+  const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6).ptr;
+  std::from_chars(text, end, back);
+  return back != value;
+}
+
+bool LosesDigits(const Variant& value) {
+  if (value.Tag() == VT_R4) return LosesDigits(value.Data().fltVal);
+  if (value.Tag() == VT_R8) return LosesDigits(value.Data().dblVal);
+  const std::optional<DurationFields> duration = ReadDuration(value);
+  return duration && LosesDigits(duration->seconds);
+}
+
+// Servers are sent the count of milliseconds behind the point, without leading zeros.
+std::string MillisecondNote(int milliseconds) {
+  return "travels with '." + std::to_string(milliseconds) + "' for its " + std::to_string(milliseconds) +
+         " milliseconds, which a server may read as a decimal fraction";
+}
+
+std::vector<std::string> NotesOn(const TypeRow& type, const Variant& value) {
+  std::vector<std::string> notes;
+  if (LosesDigits(value)) notes.emplace_back("travels with 6 significant digits");
+  if (value.Tag() != VT_DATE) return notes;
+  const double serial = value.Data().date;
+  const std::string travels = SerialDateType(serial);
+  if (travels != type.name) notes.push_back("travels as " + travels);
+  const int milliseconds = DecodeTime(serial).millisecond;
+  if (milliseconds > 0 && milliseconds < 100) notes.push_back(MillisecondNote(milliseconds));
+  return notes;
 }
 
 }  // namespace
@@ -136,10 +197,10 @@ ScriptParameter ParseParameter(const std::string& text) {
   try {
     const TypeRow& type = FindType(text.substr(equals + 1, colon - equals - 1));
     parameter.value = type.parse(type, text.substr(colon + 1));
+    parameter.notes = NotesOn(type, parameter.value);
   } catch (const Failure& failure) {
     Refuse("parameter '" + parameter.name + "': " + failure.Message());
   }
-  parameter.losesDigits = LosesDigits(parameter.value);
   return parameter;
 }
 

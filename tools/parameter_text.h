@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "qvscriptwells/variant.h"
 
@@ -10,8 +11,8 @@ namespace qv::cli {
 struct ScriptParameter {
   std::string name;  // UTF-8, not empty
   Variant value;
-  // True for a float or double that the wire, with its 6 significant digits, cannot carry as it is.
-  bool losesDigits = false;
+  // What the wire makes of the value: "travels with 6 significant digits", "travels as date". Often none.
+  std::vector<std::string> notes;
 };
 
 // The library takes any text for a number; here a value has to be what its type says, whole and in range, so

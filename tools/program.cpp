@@ -11,8 +11,10 @@
 #include "tools/failure.h"
 #include "tools/interrupt.h"
 #include "tools/options.h"
+#include "tools/registry_command.h"
 #include "tools/run_command.h"
 #include "tools/serve_command.h"
+#include "tools/temp_directory.h"
 
 namespace qv::cli {
 
@@ -26,7 +28,7 @@ void SetLocale() {
 
 ExitStatus ReportUsage(const ParsedArguments& parsed, std::ostream& err) {
   const std::string text = parsed.text + "; try '" + parsed.hint + "'";
-  ReportFailure(Failure(ExitStatus::kUsage, text), parsed.run.json, err);
+  ReportFailure(Failure(ExitStatus::kUsage, text), parsed.json, err);
   return ExitStatus::kUsage;
 }
 
@@ -44,6 +46,8 @@ ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostre
     case Command::kServe:
       ServeCommand(parsed.serve, out, err);
       return ExitStatus::kOk;
+    case Command::kRegistry:
+      return RegistryCommand(parsed.registry, out, err);
     // The script engine's threads are still running, so nothing may be torn down.
     case Command::kScriptWorker:
       _exit(devservice::RunScriptWorker(STDIN_FILENO));
@@ -55,14 +59,14 @@ ExitStatus Guarded(const ParsedArguments& parsed, std::ostream& out, std::ostrea
   try {
     return Dispatch(parsed, out, err);
   } catch (const Failure& failure) {
-    ReportFailure(failure, parsed.run.json, err);
+    ReportFailure(failure, parsed.json, err);
     return failure.Status();
   } catch (const EQvException& error) {
-    ReportFailure(Failure(ExitStatus::kFault, ToUtf8(error.Description())), parsed.run.json, err);
+    ReportFailure(Failure(ExitStatus::kFault, ToUtf8(error.Description())), parsed.json, err);
   } catch (const _com_error& error) {
-    ReportFailure(Failure(ExitStatus::kFault, "failure " + HexCode(error.Error())), parsed.run.json, err);
+    ReportFailure(Failure(ExitStatus::kFault, "failure " + HexCode(error.Error())), parsed.json, err);
   } catch (const std::exception& error) {
-    ReportFailure(Failure(ExitStatus::kFault, error.what()), parsed.run.json, err);
+    ReportFailure(Failure(ExitStatus::kFault, error.what()), parsed.json, err);
   }
   return ExitStatus::kFault;
 }
@@ -71,6 +75,7 @@ ExitStatus Guarded(const ParsedArguments& parsed, std::ostream& out, std::ostrea
 
 int RunProgram(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) noexcept {
   try {
+    SetTempDirectory();
     const ParsedArguments parsed = ParseArguments(arguments);
     if (parsed.command != Command::kScriptWorker) {
       SetLocale();

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "tools/answer_format.h"
+#include "tools/document_file.h"
 #include "tools/failure.h"
 #include "tools/input_text.h"
 #include "tools/interrupt.h"
@@ -22,7 +23,7 @@ namespace {
 constexpr std::size_t kMostParameters = 32767;
 
 struct Job {
-  std::string script;
+  std::string script;  // or the document, as CheckDocument gives it
   std::vector<ScriptParameter> parameters;
   SessionSettings settings;
 };
@@ -37,9 +38,8 @@ std::vector<ScriptParameter> ParseParameters(const RunOptions& options, std::ost
     const ScriptParameter& last = parameters.back();
     if (!names.insert(last.name).second)
       throw Failure(ExitStatus::kLocal, "parameter '" + last.name + "' is given twice");
-    if (last.losesDigits)
-      ReportNote("note", "parameter '" + last.name + "' travels with 6 significant digits", options.json,
-                 err);
+    for (const std::string& note : last.notes)
+      ReportNote("note", "parameter '" + last.name + "' " + note, options.json, err);
   }
   return parameters;
 }
@@ -63,12 +63,21 @@ SessionSettings CheckSettings(const RunOptions& options) {
   return settings;
 }
 
+std::string TakeScript(const RunOptions& options, std::ostream& err) {
+  if (options.document) return CheckDocument(options.file);
+  std::string script = options.file.empty() ? CheckScript(options.code) : ReadScript(options.file);
+  if (LooksLikeDocument(script))
+    ReportNote("note", "this looks like a script document, which scriptwells run-document runs", options.json,
+               err);
+  return script;
+}
+
 // Everything that can be wrong on this side is told before any server is asked.
 Job Prepare(const RunOptions& options, std::ostream& err) {
   Job job;
   job.parameters = ParseParameters(options, err);
   job.settings = CheckSettings(options);
-  job.script = options.file.empty() ? CheckScript(options.code) : ReadScript(options.file);
+  job.script = TakeScript(options, err);
   return job;
 }
 
@@ -87,6 +96,9 @@ void TellWhatWasLost(const Variant& answer, bool asJson, std::ostream& err) {
                err);
   if (answer.Tag() == VT_I1)
     ReportNote("note", "the answer arrived as 0, as every answer of the type byte does", asJson, err);
+  if (TypeName(answer) == "url")
+    ReportNote("note", "the link of a URL answer does not arrive; let the script answer with a string",
+               asJson, err);
 }
 
 void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream& out, std::ostream& err) {
@@ -95,12 +107,17 @@ void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream&
   TellWhatWasLost(answer, options.json, err);
 }
 
+Variant Execute(ScriptSession& session, const Job& job, const RunOptions& options) {
+  if (options.document) return session.ExecuteDocument(job.script, job.parameters);
+  return session.Execute(options.language, job.script, job.parameters);
+}
+
 void RunJob(const Job& job, const RunOptions& options, std::ostream& out, std::ostream& err) {
   ScriptSession session(job.settings);
   try {
     session.Open();
     ThrowIfInterrupted();
-    WriteAnswer(options, session.Execute(options.language, job.script, job.parameters), out, err);
+    WriteAnswer(options, Execute(session, job, options), out, err);
   } catch (const Failure&) {
     CloseSession(session, options.json, err);
     throw;
@@ -114,9 +131,7 @@ void RunJob(const Job& job, const RunOptions& options, std::ostream& out, std::o
 void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err) {
   Job job = Prepare(options, err);
   if (!options.local) return RunJob(job, options, out, err);
-  devservice::ServiceOptions serviceOptions;
-  serviceOptions.workerCommand = WorkerCommand();
-  devservice::Service service(serviceOptions);
+  devservice::Service service(CommonServiceOptions());
   StartService(service);
   job.settings.server = service.Url();
   RunJob(job, options, out, err);

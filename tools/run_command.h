@@ -1,4 +1,4 @@
-// `scriptwells run`
+// `scriptwells run` and `scriptwells run-document`
 #pragma once
 
 #include <iosfwd>

@@ -34,7 +34,9 @@ std::int64_t AtMost(std::int64_t wait, std::int64_t limit) {
   return wait == 0 || wait > limit ? limit : wait;
 }
 
+// Null without parameters, for which the protocol has a form of its own.
 IParametersPtr MakeList(const std::vector<ScriptParameter>& parameters) {
+  if (parameters.empty()) return IParametersPtr();
   IParametersPtr list = CreateParameters();
   for (const ScriptParameter& parameter : parameters)
     ThrowIfFailed(list->Add(FromUtf8(parameter.name), parameter.value, nullptr), list.get(),
@@ -104,13 +106,27 @@ Variant ScriptSession::Execute(const std::string& language, const std::string& s
                                const std::vector<ScriptParameter>& parameters) {
   http_.Forget();
   try {
-    const IParametersPtr list = parameters.empty() ? IParametersPtr() : MakeList(parameters);
+    const IParametersPtr list = MakeList(parameters);
     Variant answer;
     ThrowIfFailed(model_->Execute(FromUtf8(language), FromUtf8(script), list.get(), &answer), model_.get(),
                   IConnectionModel::kIid);
     return answer;
   } catch (const _com_error& error) {
     throw ExplainFailure(Phase::kExecute, error, http_.Note());
+  }
+}
+
+Variant ScriptSession::ExecuteDocument(const std::string& file,
+                                       const std::vector<ScriptParameter>& parameters) {
+  http_.Forget();
+  try {
+    const IParametersPtr list = MakeList(parameters);
+    Variant answer;
+    ThrowIfFailed(model_->ExecuteFile(FromUtf8(file), list.get(), &answer), model_.get(),
+                  IConnectionModel::kIid);
+    return answer;
+  } catch (const _com_error& error) {
+    throw ExplainFailure(Phase::kExecuteDocument, error, http_.Note());
   }
 }
 

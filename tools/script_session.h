@@ -36,6 +36,8 @@ class ScriptSession {
   void Open();
   Variant Execute(const std::string& language, const std::string& script,
                   const std::vector<ScriptParameter>& parameters);
+  // `file` as CheckDocument gives it.
+  Variant ExecuteDocument(const std::string& file, const std::vector<ScriptParameter>& parameters);
   // Without a session nothing happens. After an interrupt it waits for 2 seconds at most.
   void Close();
 

@@ -14,13 +14,12 @@ namespace qv::cli {
 namespace {
 
 devservice::ServiceOptions ToServiceOptions(const ServeOptions& options) {
-  devservice::ServiceOptions service;
+  devservice::ServiceOptions service = CommonServiceOptions();
   service.host = options.host;
   service.port = options.port;
   service.scriptTimeLimit =
       std::chrono::milliseconds(static_cast<std::int64_t>(std::ceil(options.scriptTimeoutSeconds * 1000)));
   service.scriptMemoryLimit = static_cast<std::size_t>(options.scriptMemoryMegabytes) << 20;
-  service.workerCommand = WorkerCommand();
   if (!options.usersFile.empty()) service.users = ParseUsers(ReadWhole(options.usersFile, "users file"));
   return service;
 }

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "qvscriptwells/create_objects.h"
+
 namespace qv::cli {
 namespace {
 
@@ -69,6 +71,68 @@ TEST(AnswerFormat, EmptyAndNullAreTold) {
   EXPECT_EQ(Json(Variant()), "{\"type\":\"empty\",\"value\":null,\"tag\":0}\n");
   EXPECT_EQ(Json(Variant::Null()), "{\"type\":\"null\",\"value\":null,\"tag\":1}\n");
   EXPECT_EQ(Text(Variant()), "\n");
+}
+
+TEST(AnswerFormat, DatesAndTimesAreIsoTexts) {
+  EXPECT_EQ(Text(Variant::FromDate(45356)), "2024-03-05\n");
+  EXPECT_EQ(Text(Variant::FromDate(45356.5)), "2024-03-05T12:00:00\n");
+  EXPECT_EQ(Text(Variant::FromDate(0.25)), "06:00:00\n");
+  EXPECT_EQ(Json(Variant::FromDate(45356)),
+            "{\"type\":\"date\",\"value\":\"2024-03-05\",\"tag\":7,\"serial\":45356.0}\n");
+  EXPECT_EQ(
+      Json(Variant::FromDate(45356.42743055556)),
+      "{\"type\":\"datetime\",\"value\":\"2024-03-05T10:15:30\",\"tag\":7,\"serial\":45356.42743055556}\n");
+  EXPECT_EQ(Json(Variant::FromDate(0.25)),
+            "{\"type\":\"time\",\"value\":\"06:00:00\",\"tag\":7,\"serial\":0.25}\n");
+  EXPECT_EQ(FormatAnswer(OutputFormat::kTable, Variant::FromDate(45356.5)),
+            "NAME   TYPE     VALUE\nanswer datetime 2024-03-05T12:00:00\n");
+}
+
+TEST(AnswerFormat, DateThatIsNoneIsItsNumber) {
+  EXPECT_EQ(Text(Variant::FromDate(2958466)), "2958466\n");
+  EXPECT_EQ(Json(Variant::FromDate(2958466.5)),
+            "{\"type\":\"datetime\",\"value\":2958466.5,\"tag\":7,\"serial\":2958466.5}\n");
+  EXPECT_EQ(Text(Variant::FromDate(-0.25)), "-0.25\n");
+  EXPECT_EQ(Json(Variant::FromDate(std::nan(""))),
+            "{\"type\":\"datetime\",\"value\":\"NaN\",\"tag\":7,\"serial\":\"NaN\"}\n");
+}
+
+TEST(AnswerFormat, DurationsHaveTheirCounts) {
+  const Variant span = Variant::FromObject(CreateDuration(u"P1DT2H").get());
+  EXPECT_EQ(Text(span), "P1DT2H\n");
+  EXPECT_EQ(
+      Json(span),
+      "{\"type\":\"duration\",\"value\":\"P1DT2H\",\"tag\":13,\"negative\":false,\"years\":0,\"months\":0,"
+      "\"days\":1,\"hours\":2,\"minutes\":0,\"seconds\":0}\n");
+  EXPECT_EQ(FormatAnswer(OutputFormat::kTable, span), "NAME   TYPE     VALUE\nanswer duration P1DT2H\n");
+}
+
+// The text has 6 significant digits, the number all of them.
+TEST(AnswerFormat, SecondsOfADurationKeepTheirDigitsInJson) {
+  EXPECT_EQ(
+      Json(Variant::FromObject(CreateDuration(u"-P1Y2M3DT4H5M12345.678S").get())),
+      "{\"type\":\"duration\",\"value\":\"-P1Y2M3DT4H5M12345.7S\",\"tag\":13,\"negative\":true,\"years\":1,"
+      "\"months\":2,\"days\":3,\"hours\":4,\"minutes\":5,\"seconds\":12345.678}\n");
+}
+
+// What another party's text makes of a lenient reader must not end in bad JSON.
+TEST(AnswerFormat, SecondsThatAreNoNumberAreStrings) {
+  EXPECT_NE(Json(Variant::FromObject(CreateDuration(u"PTINFS").get())).find(",\"seconds\":\"INF\"}"),
+            std::string::npos);
+  EXPECT_NE(Json(Variant::FromObject(CreateDuration(u"PTNANS").get())).find(",\"seconds\":\"NaN\"}"),
+            std::string::npos);
+}
+
+TEST(AnswerFormat, UrlsHaveLinkAndCaption) {
+  EXPECT_EQ(Json(Variant::FromObject(CreateUrl().get())),
+            "{\"type\":\"url\",\"value\":\"\",\"tag\":13,\"caption\":\"\"}\n");
+  EXPECT_EQ(Text(Variant::FromObject(CreateUrl().get())), "\n");
+}
+
+TEST(AnswerFormat, OtherObjectsHaveNoText) {
+  EXPECT_EQ(Json(Variant::FromObject(nullptr)), "{\"type\":\"object\",\"value\":null,\"tag\":13}\n");
+  EXPECT_EQ(Json(Variant::FromObject(CreateParameters().get())),
+            "{\"type\":\"object\",\"value\":\"\",\"tag\":13}\n");
 }
 
 TEST(AnswerFormat, UnknownTagIsToldByItsNumber) {

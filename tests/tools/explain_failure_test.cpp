@@ -164,6 +164,17 @@ TEST(ExplainFailure, FailureBeforeAnythingWasSentIsLocal) {
   EXPECT_EQ(Explain(Phase::kExecute, Error(E_POINTER, nullptr), ExchangeNote()), "6 failure 0x80004003");
 }
 
+TEST(ExplainFailure, DocumentThatCannotBeReadIsTold) {
+  EXPECT_EQ(Explain(Phase::kExecuteDocument, Error(DISP_E_EXCEPTION, u"Cannot create the xml document."),
+                    ExchangeNote()),
+            "6 the script document is not well-formed XML, or a parameter has no form on the wire");
+  EXPECT_EQ(Explain(Phase::kExecuteDocument, Error(DISP_E_EXCEPTION, u"other words"), ExchangeNote()),
+            "6 other words");
+  EXPECT_EQ(Explain(Phase::kExecuteDocument, Error(DISP_E_EXCEPTION, u"Cannot create the xml document."),
+                    Answered("200", true)),
+            "1 Cannot create the xml document.");
+}
+
 TEST(ExplainFailure, LackOfMemoryIsToldAsSuch) {
   EXPECT_EQ(Explain(Phase::kExecute, Error(E_OUTOFMEMORY, nullptr), Answered("200", false)),
             "1 out of memory");

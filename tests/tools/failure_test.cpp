@@ -68,5 +68,15 @@ TEST(FailureReport, NumberIsTheServersErrorNumber) {
   EXPECT_EQ(FaultNumber(MakeResult(0x800403EB)), 1003u);
 }
 
+TEST(Failure, NameOfItsOwnTakesThePlaceOfTheStatuss) {
+  const Failure failure = Failure(ExitStatus::kFault, "no file has it").Called("no such key");
+  std::ostringstream text;
+  ReportFailure(failure, false, text);
+  EXPECT_EQ(text.str(), "scriptwells: no file has it\n");
+  std::ostringstream json;
+  ReportFailure(failure, true, json);
+  EXPECT_EQ(json.str(), "{\"error\":{\"kind\":\"no such key\",\"message\":\"no file has it\",\"exit\":1}}\n");
+}
+
 }  // namespace
 }  // namespace qv::cli

@@ -4,39 +4,12 @@
 
 #include <cstdlib>
 
+#include "tests/tools/options_fixture.h"
+
 namespace qv::cli {
 namespace {
 
-constexpr const char* kVariables[] = {
-    "SCRIPTWELLS_SERVER",  "SCRIPTWELLS_USER",     "SCRIPTWELLS_PROXY",
-    "SCRIPTWELLS_OUTPUT",  "SCRIPTWELLS_REPLICA",  "SCRIPTWELLS_LANGUAGE",
-    "SCRIPTWELLS_TIMEOUT", "SCRIPTWELLS_PASSWORD", "SCRIPTWELLS_CONNECT_TIMEOUT"};
-
-class Options : public ::testing::Test {
- protected:
-  void SetUp() override { ForgetVariables(); }
-  void TearDown() override { ForgetVariables(); }
-
-  static void ForgetVariables() {
-    for (const char* name : kVariables) ::unsetenv(name);
-  }
-
-  static RunOptions Run(const std::vector<std::string>& arguments) {
-    const ParsedArguments parsed = ParseArguments(arguments);
-    EXPECT_EQ(parsed.command, Command::kRun) << parsed.text;
-    return parsed.run;
-  }
-  static ServeOptions Serve(const std::vector<std::string>& arguments) {
-    const ParsedArguments parsed = ParseArguments(arguments);
-    EXPECT_EQ(parsed.command, Command::kServe) << parsed.text;
-    return parsed.serve;
-  }
-  // What is wrong, and the hint behind a bar.
-  static std::string Refusal(const std::vector<std::string>& arguments) {
-    const ParsedArguments parsed = ParseArguments(arguments);
-    return parsed.command == Command::kUsageError ? parsed.text + "|" + parsed.hint : "accepted";
-  }
-};
+class Options : public testing::OptionsTest {};
 
 TEST_F(Options, RunTakesCodeAndParametersInOrder) {
   const RunOptions run = Run({"run", "--local", "-e", "1+1", "-p", "a=int:2", "-p", "b=string:x y"});
@@ -249,6 +222,16 @@ TEST_F(Options, HelpIsTextOfTheCommandThatAsks) {
   EXPECT_EQ(run.command, Command::kText);
   EXPECT_NE(run.text.find("-p a=int:2 -p b=int:40"), std::string::npos);
   EXPECT_NE(run.text.find("SCRIPTWELLS_USER"), std::string::npos);
+  EXPECT_NE(run.text.find("-p when=datetime:2024-03-05T10:15:30"), std::string::npos);
+  const ParsedArguments document = ParseArguments({"run-document", "--help"});
+  EXPECT_EQ(document.command, Command::kText);
+  EXPECT_NE(document.text.find("-p for=duration:P1DT2H"), std::string::npos);
+  EXPECT_NE(document.text.find("<Scriptwell Language="), std::string::npos);
+  EXPECT_EQ(document.text.find("--eval"), std::string::npos);
+  const ParsedArguments registry = ParseArguments({"registry", "--help"});
+  EXPECT_EQ(registry.command, Command::kText);
+  EXPECT_NE(registry.text.find("QV_REGISTRY"), std::string::npos);
+  EXPECT_NE(ParseArguments({"registry", "set", "--help"}).text.find("VALUE"), std::string::npos);
 }
 
 TEST_F(Options, VersionIsOneLine) {
@@ -264,7 +247,8 @@ TEST_F(Options, ScriptWorkerIsKnown) {
 TEST_F(Options, JsonIsHeardAlsoWhereTheCommandLineIsWrong) {
   const ParsedArguments parsed = ParseArguments({"run", "--json", "--colour"});
   EXPECT_EQ(parsed.command, Command::kUsageError);
-  EXPECT_TRUE(parsed.run.json);
+  EXPECT_TRUE(parsed.json);
+  EXPECT_FALSE(ParseArguments({"run", "--colour"}).json);
 }
 
 }  // namespace

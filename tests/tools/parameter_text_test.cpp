@@ -18,6 +18,13 @@ std::string Refusal(const std::string& text) {
   }
 }
 
+// What the wire makes of it, joined with a bar.
+std::string Notes(const std::string& text) {
+  std::string all;
+  for (const std::string& note : ParseParameter(text).notes) all += (all.empty() ? "" : "|") + note;
+  return all;
+}
+
 std::u16string StringOf(const std::string& text) {
   const ScriptParameter parameter = ParseParameter(text);
   EXPECT_EQ(parameter.value.Tag(), VT_BSTR);
@@ -94,13 +101,65 @@ TEST(ParameterText, FloatAndDoubleTakeNumbers) {
 }
 
 TEST(ParameterText, DigitsBeyondTheSixthAreNoticed) {
-  EXPECT_FALSE(ParseParameter("a=double:0.1").losesDigits);
-  EXPECT_FALSE(ParseParameter("a=double:123456").losesDigits);
-  EXPECT_TRUE(ParseParameter("a=double:1234567").losesDigits);
-  EXPECT_TRUE(ParseParameter("a=double:3.14159265").losesDigits);
-  EXPECT_FALSE(ParseParameter("a=float:0.1").losesDigits);
-  EXPECT_TRUE(ParseParameter("a=float:1.2345678").losesDigits);
-  EXPECT_FALSE(ParseParameter("a=int:1234567").losesDigits);
+  for (const char* text : {"a=double:1234567", "a=double:3.14159265", "a=float:1.2345678",
+                           "a=duration:PT12345.678S", "a=duration:P1DT0.1234567S"})
+    EXPECT_EQ(Notes(text), "travels with 6 significant digits") << text;
+  for (const char* text : {"a=double:0.1", "a=double:123456", "a=float:0.1", "a=int:1234567",
+                           "a=duration:PT12345.6S", "a=duration:PT999999S", "a=duration:P32767D"})
+    EXPECT_EQ(Notes(text), "") << text;
+}
+
+TEST(ParameterText, DatesAndTimesAreSerialDates) {
+  EXPECT_EQ(ParseParameter("a=date:2024-03-05").value.Tag(), VT_DATE);
+  EXPECT_EQ(ParseParameter("a=date:2024-03-05").value.Data().date, 45356.0);
+  EXPECT_EQ(ParseParameter("a=time:12:00").value.Tag(), VT_DATE);
+  EXPECT_EQ(ParseParameter("a=time:12:00").value.Data().date, 0.5);
+  EXPECT_EQ(ParseParameter("a=datetime:2024-03-05T12:00:00").value.Tag(), VT_DATE);
+  EXPECT_EQ(ParseParameter("a=datetime:2024-03-05T12:00:00").value.Data().date, 45356.5);
+}
+
+TEST(ParameterText, DurationIsAnObject) {
+  const Variant value = ParseParameter("a=duration:P1DT2H").value;
+  EXPECT_EQ(value.Tag(), VT_UNKNOWN);
+  ASSERT_NE(value.Object(), nullptr);
+}
+
+TEST(ParameterText, ReasonsNameTheParameter) {
+  EXPECT_EQ(Refusal("a=date:2024-3-5"), "parameter 'a': '2024-3-5' is not a date (YYYY-MM-DD)");
+  EXPECT_EQ(Refusal("a=time:24:00"), "parameter 'a': '24:00' names no time of day (00:00 to 23:59:59.999)");
+  EXPECT_EQ(Refusal("a=datetime:2024-03-05"),
+            "parameter 'a': '2024-03-05' is not a datetime (YYYY-MM-DDThh:mm or YYYY-MM-DDThh:mm:ss)");
+  EXPECT_EQ(Refusal("a=duration:P1.5D"),
+            "parameter 'a': 'P1.5D' has a fraction of its days; only seconds may have one");
+}
+
+// The value decides on the wire, and not what the user called it.
+TEST(ParameterText, TypeThatChangesOnTheWayIsNoticed) {
+  EXPECT_EQ(Notes("a=datetime:2024-03-05T00:00"), "travels as date");
+  EXPECT_EQ(Notes("a=datetime:2024-03-05T00:00:00.000Z"), "travels as date");
+  EXPECT_EQ(Notes("a=datetime:1899-12-30T10:15"), "travels as time");
+  EXPECT_EQ(Notes("a=datetime:1899-12-30T00:00"), "travels as time");
+  EXPECT_EQ(Notes("a=date:1899-12-30"), "travels as time");
+  for (const char* text : {"a=date:2024-03-05", "a=date:1899-12-29", "a=time:00:00", "a=time:10:15",
+                           "a=datetime:2024-03-05T10:15"})
+    EXPECT_EQ(Notes(text), "") << text;
+}
+
+TEST(ParameterText, MillisecondsThatTravelWithoutZerosAreNoticed) {
+  EXPECT_EQ(Notes("a=time:10:15:30.007"),
+            "travels with '.7' for its 7 milliseconds, which a server may read as a decimal fraction");
+  EXPECT_EQ(Notes("a=datetime:2024-03-05T10:15:30.05"),
+            "travels with '.50' for its 50 milliseconds, which a server may read as a decimal fraction");
+  EXPECT_EQ(Notes("a=time:10:15:30.100"), "");
+  EXPECT_EQ(Notes("a=time:10:15:30.999"), "");
+}
+
+TEST(ParameterText, TypesOfAnswersOnlySayWhatToSend) {
+  EXPECT_EQ(Refusal("u=url:http://srv/"),
+            "parameter 'u': a URL cannot be sent as a parameter; send its text as a string");
+  EXPECT_EQ(Refusal("t=table:a,b"),
+            "parameter 't': a table cannot be sent as a parameter; send its text, such as CSV or JSON, as a "
+            "string");
 }
 
 TEST(ParameterText, StringIsEverythingBehindTheColon) {
@@ -124,12 +183,11 @@ TEST(ParameterText, MissingPiecesAreTold) {
 }
 
 TEST(ParameterText, UnknownTypeListsTheKnownOnes) {
-  EXPECT_EQ(
-      Refusal("d=date:2024-01-01"),
-      "parameter 'd': unknown type 'date' (known: byte, short, int, long, boolean, float, double, string)");
-  EXPECT_EQ(
-      Refusal("d=Int:1"),
-      "parameter 'd': unknown type 'Int' (known: byte, short, int, long, boolean, float, double, string)");
+  for (const std::string type : {"Int", "Date", "dateTime", "xsd", "", "decimal"})
+    EXPECT_EQ(Refusal("d=" + type + ":1"),
+              "parameter 'd': unknown type '" + type +
+                  "' (known: byte, short, int, long, boolean, float, double, string, date, time, datetime, "
+                  "duration)");
 }
 
 TEST(ParameterText, BytesThatAreNoUtf8AreRefused) {

@@ -1,0 +1,83 @@
+// What stands below the options in the help of each command.
+#pragma once
+
+namespace qv::cli {
+
+inline constexpr char kProgramFooter[] = R"(Examples:
+  scriptwells run --local -e '6 * 7'
+  scriptwells run report.js --server https://scripts.example --user joe -p year=int:2024
+  scriptwells run-document report.xml --server https://scripts.example --user joe
+  scriptwells serve --port 8080
+  scriptwells registry list
+
+Exit codes: 0 ok, 1 script or server fault, 2 usage, 3 server not reached, 4 timeout, 5 session refused,
+6 local file or parameter, 7 answer not understood, 130 interrupted.)";
+
+// The namespace stands between the two.
+inline constexpr char kDocumentStart[] =
+    R"(FILE is an XML document that tells its language and holds its code:
+  <Scriptwell Language="JavaScript" xmlns=")";
+inline constexpr char kDocumentEnd[] = R"(">
+    <Code>parameters.a + 1</Code>
+  </Scriptwell>
+It may be in any encoding. Its path cannot hold '#', '?' or '\'.
+
+)";
+
+// For both kinds of script.
+inline constexpr char kValuesFooter[] =
+    R"(Parameters are written name=type:value. Types: byte, short, int, long, boolean, float, double, string,
+date, time, datetime, duration. Everything behind the first ':' is the value, so a string may hold '='
+and ':' and may be empty.
+  date      YYYY-MM-DD                              -p on=date:2024-03-05
+  time      hh:mm or hh:mm:ss or hh:mm:ss.sss       -p at=time:10:15:30
+  datetime  a date, T and a time                    -p when=datetime:2024-03-05T10:15:30
+  duration  P[nY][nM][nD][T[nH][nM][nS]], - before  -p for=duration:P1DT2H
+Dates and times travel without zone. float, double and the seconds of a duration travel with 6
+significant digits. A datetime at midnight travels as a date, and 1899-12-30 as a time.
+
+The password never stands on the command line. It comes from the first of: --password-file,
+--password-stdin, the variable SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.
+A user name, password or replica id cannot hold ';' or '='.
+
+What the protocol's client reads back: a long answer arrives as an empty value, a byte answer as 0, a
+time without its fraction of a second and a URL without its link; let the script answer with a string
+or a double where that matters. A script that answers null or nothing (undefined) ends as an answer
+that is not understood (7).
+
+)";
+
+inline constexpr char kRunExamples[] = R"(Examples:
+  scriptwells run --local -e 'parameters.a + parameters.b' -p a=int:2 -p b=int:40
+  scriptwells run --local hello.js -p name=string:World --output table
+  echo '6 * 7' | scriptwells run - --server http://127.0.0.1:8080 --user joe --json)";
+
+inline constexpr char kDocumentExamples[] = R"(Examples:
+  scriptwells run-document --local sum.xml -p a=int:41
+  scriptwells run-document sum.xml -p a=int:41 --server http://127.0.0.1:8080 --user joe --json)";
+
+inline constexpr char kServeFooter[] =
+    R"(The service is for development: it keeps everything in memory, and it runs the scripts that it is sent.
+It prints its address on standard output and stops at Ctrl-C or SIGTERM.
+The users file holds one name:password per line; '#' starts a comment line. Without it every user name
+is welcome, with any password.
+
+Example:
+  scriptwells serve --port 8080 --users-file users.txt)";
+
+inline constexpr char kRegistryFooter[] =
+    R"(The registry tells the library where the installation has its home directory. Keys are paths such as
+SOFTWARE\Quorvane\Quorvane\HomeDir, for which "home" is a short name. The first of these files that has a
+key decides: the one that the variable QV_REGISTRY names, quorvane/registry.reg below $XDG_CONFIG_HOME (else
+~/.config), the installed one. set writes to the first of them that can be written.
+
+A damaged file counts as absent and is told on standard error (6). get and remove end with 1 when no
+file has the key.
+
+Examples:
+  scriptwells registry get home
+  scriptwells registry set home /usr/share/quorvane
+  scriptwells registry remove home
+  scriptwells registry list --json)";
+
+}  // namespace qv::cli

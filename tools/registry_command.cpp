@@ -1,0 +1,175 @@
+#include "tools/registry_command.h"
+
+#include <utf8.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/registry.h"
+#include "tools/failure.h"
+#include "tools/text_table.h"
+
+namespace qv::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+char Lowered(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool IsSameKey(const std::string& a, const std::string& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return Lowered(x) == Lowered(y); });
+}
+
+WideString ToWide(const std::string& text, const char* what) {
+  if (!utf8::is_valid(text.begin(), text.end()))
+    throw Failure(ExitStatus::kLocal, std::string("the ") + what + " is not valid UTF-8");
+  return FromUtf8(text);
+}
+
+WideString FullKey(const std::string& key) {
+  if (key.empty()) throw Failure(ExitStatus::kLocal, "the key is empty");
+  return IsSameKey(key, "home") ? WideString(kHomeDirectoryKey) : ToWide(key, "key");
+}
+
+std::string Dump(const Json& line) {
+  return line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+void Write(const std::string& text, std::ostream& out) {
+  out << text << std::flush;
+  if (!out) throw Failure(ExitStatus::kLocal, "cannot write to standard output");
+}
+
+ExitStatus ReportDamage(const std::vector<RegistryLayer>& layers, bool asJson, std::ostream& err) {
+  ExitStatus status = ExitStatus::kOk;
+  for (const RegistryLayer& layer : layers) {
+    if (layer.damage.empty()) continue;
+    status = ExitStatus::kLocal;
+    ReportFailure(Failure(status, layer.path + ": " + layer.damage), asJson, err);
+  }
+  return status;
+}
+
+[[noreturn]] void RefuseMissing(const RegistryOptions& options) {
+  throw Failure(ExitStatus::kFault, "no file has the key '" + options.key + "'").Called("no such key");
+}
+
+ExitStatus Get(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
+  const WideString key = FullKey(options.key);
+  const ExitStatus damage = ReportDamage(ReadRegistry(), options.json, err);
+  const WideString value = ReadRegistryValue(key);
+  if (value.IsNull() && damage == ExitStatus::kOk) RefuseMissing(options);
+  if (value.IsNull()) return damage;  // it may stand in the damaged file
+  Json line;
+  line["key"] = ToUtf8(key);
+  line["value"] = ToUtf8(value);
+  Write(options.json ? Dump(line) : ToUtf8(value) + "\n", out);
+  return damage;
+}
+
+void WritePath(const std::string& path, const RegistryOptions& options, std::ostream& out) {
+  Json line;
+  line["file"] = path;
+  Write(options.json ? Dump(line) : path + "\n", out);
+}
+
+void WarnOfLength(const WideString& key, const WideString& value, bool asJson, std::ostream& err) {
+  if (!IsSameKey(ToUtf8(key), ToUtf8(WideString(kHomeDirectoryKey)))) return;
+  if (value.size() <= kLongestHomeDirectory) return;
+  ReportNote("warning",
+             "a home directory of more than " + std::to_string(kLongestHomeDirectory) +
+                 " characters is read as none",
+             asJson, err);
+}
+
+ExitStatus Set(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
+  const WideString key = FullKey(options.key);
+  const WideString value = ToWide(options.value, "value");
+  WritePath(WriteRegistryValue(key, value), options, out);
+  WarnOfLength(key, value, options.json, err);
+  return ExitStatus::kOk;
+}
+
+ExitStatus Remove(const RegistryOptions& options, std::ostream& out, std::ostream&) {
+  const std::string path = RemoveRegistryValue(FullKey(options.key));
+  if (path.empty()) RefuseMissing(options);
+  WritePath(path, options, out);
+  return ExitStatus::kOk;
+}
+
+struct ListedEntry {
+  const RegistryLayer* layer;
+  const RegistryEntry* entry;  // null for a file without any
+};
+
+std::vector<ListedEntry> AllEntries(const std::vector<RegistryLayer>& layers) {
+  std::vector<ListedEntry> all;
+  for (const RegistryLayer& layer : layers) {
+    if (layer.entries.empty()) all.push_back({&layer, nullptr});
+    for (const RegistryEntry& entry : layer.entries) all.push_back({&layer, &entry});
+  }
+  return all;
+}
+
+std::string TableOf(const std::vector<ListedEntry>& entries) {
+  std::vector<std::vector<std::string>> rows;
+  for (const auto& [layer, entry] : entries)
+    rows.push_back({layer->path, entry != nullptr ? ToUtf8(entry->key) : "",
+                    entry != nullptr ? ToUtf8(entry->value) : "", layer->damage});
+  return FormatColumns({"FILE", "KEY", "VALUE", "DAMAGE"}, rows);
+}
+
+std::string JsonOf(const std::vector<ListedEntry>& entries) {
+  std::string lines;
+  for (const auto& [layer, entry] : entries) {
+    Json line;
+    line["file"] = layer->path;
+    line["key"] = entry != nullptr ? Json(ToUtf8(entry->key)) : Json();
+    line["value"] = entry != nullptr ? Json(ToUtf8(entry->value)) : Json();
+    line["damage"] = layer->damage.empty() ? Json() : Json(layer->damage);
+    lines += Dump(line);
+  }
+  return lines;
+}
+
+ExitStatus List(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
+  const std::vector<RegistryLayer> layers = ReadRegistry();
+  const std::vector<ListedEntry> entries = AllEntries(layers);
+  Write(options.json ? JsonOf(entries) : TableOf(entries), out);
+  return ReportDamage(layers, options.json, err);
+}
+
+struct VerbRow {
+  RegistryVerb verb;
+  ExitStatus (*run)(const RegistryOptions&, std::ostream&, std::ostream&);
+};
+
+constexpr VerbRow kVerbs[] = {{RegistryVerb::kGet, Get},
+                              {RegistryVerb::kSet, Set},
+                              {RegistryVerb::kRemove, Remove},
+                              {RegistryVerb::kList, List}};
+
+std::string WordsOf(const _com_error& error) {
+  const std::string words = ToUtf8(error.Description());
+  return words.empty() ? "failure " + HexCode(error.Error()) : words;
+}
+
+}  // namespace
+
+ExitStatus RegistryCommand(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
+  try {
+    for (const VerbRow& row : kVerbs)
+      if (row.verb == options.verb) return row.run(options, out, err);
+    return ExitStatus::kFault;
+  } catch (const _com_error& error) {
+    throw Failure(ExitStatus::kLocal, WordsOf(error));
+  }
+}
+
+}  // namespace qv::cli

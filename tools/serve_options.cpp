@@ -1,0 +1,46 @@
+#include "tools/serve_options.h"
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+
+#include "tools/help_texts.h"
+
+namespace qv::cli {
+
+namespace {
+
+constexpr double kLongestScript = 86400;
+
+}  // namespace
+
+ServeArguments::ServeArguments(CLI::App& app)
+    : command_(app.add_subcommand("serve", "Run the development service until it is stopped")) {
+  command_->footer(kServeFooter);
+  command_->add_option("--host", serve_.host, "Address to listen on")
+      ->capture_default_str()
+      ->type_name("HOST");
+  command_->add_option("--port", serve_.port, "Port to listen on; 0: a free one")
+      ->capture_default_str()
+      ->type_name("PORT")
+      ->check(CLI::Range(0, 65535).description("0 to 65535"));
+  command_->add_option("--users-file", serve_.usersFile, "Who may open a session")->type_name("FILE");
+  command_->add_option("--script-timeout", serve_.scriptTimeoutSeconds, "Time for one script")
+      ->capture_default_str()
+      ->type_name("SECONDS");
+  command_->add_option("--script-memory", serve_.scriptMemoryMegabytes, "Memory for one script")
+      ->capture_default_str()
+      ->type_name("MB")
+      ->check(CLI::Range(1, 65536).description("1 to 65536"));
+}
+
+bool ServeArguments::Parsed() const {
+  return command_->parsed();
+}
+
+const char* ServeArguments::Check() const {
+  const double seconds = serve_.scriptTimeoutSeconds;
+  if (std::isfinite(seconds) && seconds >= 0.001 && seconds <= kLongestScript) return nullptr;
+  return "--script-timeout has to lie between 0.001 and 86400 seconds";
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,29 @@
+// The options of `serve`.
+#pragma once
+
+#include "tools/options.h"
+
+namespace CLI {
+class App;
+}
+
+namespace qv::cli {
+
+class ServeArguments {
+ public:
+  // Adds the command to `app`, which owns it; its parsing writes to this object.
+  explicit ServeArguments(CLI::App& app);
+  ServeArguments(const ServeArguments&) = delete;
+  ServeArguments& operator=(const ServeArguments&) = delete;
+
+  bool Parsed() const;
+  // After parsing: what is wrong, or null.
+  const char* Check() const;
+  const ServeOptions& Options() const { return serve_; }
+
+ private:
+  ServeOptions serve_;
+  CLI::App* command_;
+};
+
+}  // namespace qv::cli
