@@ -242,7 +242,7 @@ WideString WriteDateTimeValue(const DateTimeValue& value) {
 
 WideString DomStringToWide(const char16_t* units, std::size_t length) {
   if (units == nullptr || length == 0) return u"";
-  const BStr copy = AllocString(units, length);
+  char16_t* const copy = AllocString(units, length);
   if (copy == nullptr) throw EQvException(u"Failed to allocate string");
   return WideString::Attach(copy);
 }

@@ -5,8 +5,8 @@
 
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/wide_string.h"
-#include "support/qv_url.h"
 #include "soap/soap_response.h"
+#include "support/qv_url.h"
 #include "support/wide_text_stream.h"
 
 namespace qv {

@@ -5,8 +5,8 @@
 
 #include "qvscriptwells/wide_string.h"
 #include "soap/qv_command.h"
-#include "support/qv_url.h"
 #include "soap/soap_response.h"
+#include "support/qv_url.h"
 
 namespace qv {
 

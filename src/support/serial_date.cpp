@@ -52,7 +52,8 @@ double EncodeDate(std::int16_t year, std::int16_t month, std::int16_t day) {
   int dayOfYear = day;
   for (int i = 0; i < month - 1; ++i) dayOfYear += kDaysOfMonth[IsLeapYear(year) ? 1 : 0][i];
   const int before = year - 1;
-  return before * 365 + before / 4 - before / 100 + before / 400 + dayOfYear - kDaysToYearOne;
+  const int days = before * 365 + before / 4 - before / 100 + before / 400 + dayOfYear - kDaysToYearOne;
+  return days;
 }
 
 double EncodeTime(std::int16_t hour, std::int16_t minute, std::int16_t second, std::int16_t millisecond) {
@@ -79,7 +80,8 @@ CalendarDate DecodeDate(double serialDate) {
 ClockTime DecodeTime(double serialDate) {
   if (!std::isfinite(serialDate)) throw EQvException(u"Invalid argument to time decode");
   const double fraction = serialDate - std::trunc(serialDate);
-  const auto milliseconds = static_cast<std::int32_t>(fraction * 24.0 * 60.0 * 60.0 * 1000.0 + 0.5);
+  const double rounded = fraction * 24.0 * 60.0 * 60.0 * 1000.0 + 0.5;
+  const auto milliseconds = static_cast<std::int32_t>(rounded);
   const std::int32_t minutes = milliseconds / 60000;
   const std::int32_t rest = milliseconds % 60000;
   return {static_cast<std::int16_t>(minutes / 60), static_cast<std::int16_t>(minutes % 60),

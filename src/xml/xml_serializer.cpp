@@ -95,22 +95,22 @@ void PutDocumentType(Output& out, const xc::DOMNode* node) {
 void PutNothing(Output&, const xc::DOMNode*) {}
 
 struct NodeForm {
-  short type;
   void (*open)(Output& out, const xc::DOMNode* node);
   void (*close)(Output& out, const xc::DOMNode* node);
+  short type;
   bool hasChildren;
 };
 
 constexpr NodeForm kNodeForms[] = {
-    {xc::DOMNode::ELEMENT_NODE, &OpenElement, &CloseElement, true},
-    {xc::DOMNode::TEXT_NODE, &PutText, &PutNothing, false},
-    {xc::DOMNode::CDATA_SECTION_NODE, &PutCData, &PutNothing, false},
-    {xc::DOMNode::ENTITY_REFERENCE_NODE, &PutReference, &PutNothing, false},
-    {xc::DOMNode::ENTITY_NODE, &PutEntity, &PutNothing, false},
-    {xc::DOMNode::PROCESSING_INSTRUCTION_NODE, &PutInstruction, &PutNothing, false},
-    {xc::DOMNode::COMMENT_NODE, &PutComment, &PutNothing, false},
-    {xc::DOMNode::DOCUMENT_NODE, &PutNothing, &PutNothing, true},
-    {xc::DOMNode::DOCUMENT_TYPE_NODE, &PutDocumentType, &PutNothing, false},
+    {&OpenElement, &CloseElement, xc::DOMNode::ELEMENT_NODE, true},
+    {&PutText, &PutNothing, xc::DOMNode::TEXT_NODE, false},
+    {&PutCData, &PutNothing, xc::DOMNode::CDATA_SECTION_NODE, false},
+    {&PutReference, &PutNothing, xc::DOMNode::ENTITY_REFERENCE_NODE, false},
+    {&PutEntity, &PutNothing, xc::DOMNode::ENTITY_NODE, false},
+    {&PutInstruction, &PutNothing, xc::DOMNode::PROCESSING_INSTRUCTION_NODE, false},
+    {&PutComment, &PutNothing, xc::DOMNode::COMMENT_NODE, false},
+    {&PutNothing, &PutNothing, xc::DOMNode::DOCUMENT_NODE, true},
+    {&PutDocumentType, &PutNothing, xc::DOMNode::DOCUMENT_TYPE_NODE, false},
 };
 
 const NodeForm& FormOf(const xc::DOMNode* node) {

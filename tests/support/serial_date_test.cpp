@@ -148,12 +148,9 @@ TEST(DecodeDate, HalfASecondIsAddedFirst) {
 // Seconds are rounded downwards there too: the last one of a day belongs to it.
 TEST(DecodeDate, BeforeSeventyTheDayTurnsAtMidnight) {
   const DecodedDate rows[] = {
-      {25568.0 + 86398.0 / kDaySeconds, "1969/12/31"},
-      {25568.0 + 86399.0 / kDaySeconds, "1969/12/31"},
-      {25568.0 + 86399.6 / kDaySeconds, "1970/1/1"},
-      {25567.0 + 86399.0 / kDaySeconds, "1969/12/30"},
-      {25567.0 + 86399.4 / kDaySeconds, "1969/12/30"},
-      {25567.0 + 86399.6 / kDaySeconds, "1969/12/31"},
+      {25568.0 + 86398.0 / kDaySeconds, "1969/12/31"}, {25568.0 + 86399.0 / kDaySeconds, "1969/12/31"},
+      {25568.0 + 86399.6 / kDaySeconds, "1970/1/1"},   {25567.0 + 86399.0 / kDaySeconds, "1969/12/30"},
+      {25567.0 + 86399.4 / kDaySeconds, "1969/12/30"}, {25567.0 + 86399.6 / kDaySeconds, "1969/12/31"},
   };
   for (const DecodedDate& row : rows) EXPECT_EQ(Shown(DecodeDate(row.value)), row.date) << row.value;
 }
