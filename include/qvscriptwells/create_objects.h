@@ -21,5 +21,9 @@ IDurationPtr CreateDuration();
 //   list->Add(u"span", Variant::FromObject(CreateDuration(u"P1DT2H").get()), nullptr);
 IDurationPtr CreateDuration(const WideString& text);
 IUrlPtr CreateUrl();
+IAttachedFilePtr CreateAttachedFile();
+// For the file at `fileName`:
+//   list->Add(u"doc", Variant::FromObject(CreateAttachedFile(u"/tmp/report.pdf").get()), nullptr);
+IAttachedFilePtr CreateAttachedFile(const WideString& fileName);
 
 }  // namespace qv

@@ -107,6 +107,14 @@ class IConnectionModel : public IUnknown {
                               Variant* result) noexcept = 0;
   // Adopts a session that was opened elsewhere. Nothing is sent and nothing checked.
   virtual HRESULT SetUSID(const WideString& usid) noexcept = 0;
+  // Fetches the file of `url` ("http://host:port/path?query") into the directory `target`, under the name
+  // that the server gives; `path` gets the whole path (native_path.h makes it the system's). A null or empty
+  // target means a new directory in the temporary one (TEMP, else TMP). The session's id goes along; whether
+  // there is a session is not checked. The file appears whole or not at all, and replaces one of its name.
+  // E_POINTER when the server is not reached or `url` is none; "Unknown Http problem." when the answer names
+  // no file or one that would leave the directory; else the transport's words.
+  virtual HRESULT DownloadFile(const WideString& url, const WideString& target,
+                               WideString* path) noexcept = 0;
 
  protected:
   ~IConnectionModel() = default;

@@ -10,8 +10,36 @@
 
 namespace qv {
 
-// An object that answers to this is an attached file as a parameter's value.
-constexpr Guid IID_IAttachedFile = ParseGuid("b8e59c13-2873-42d4-b3ac-4e53e5fc6693");
+// A local file that stands as a parameter's value. While a call is written the file goes to the server, and
+// the ticket that the server gives for it takes its place in the request. The ticket is kept here: the next
+// call with the same object sends the file again under it. A host that reads TicketId clears the flag, and
+// the next call asks for a new ticket.
+class IAttachedFile : public IUnknown {
+ public:
+  static constexpr Guid kIid = ParseGuid("b8e59c13-2873-42d4-b3ac-4e53e5fc6693");
+  // Stores the name, as put_Filename does.
+  virtual HRESULT Init(const WideString& fileName) noexcept = 0;
+  // A path on this machine, "\" and "/" alike. Nothing is checked before the transfer.
+  virtual HRESULT get_Filename(WideString* value) noexcept = 0;
+  virtual HRESULT put_Filename(const WideString& value) noexcept = 0;
+  // Kept for the host; no transfer looks at these three. The two numbers are 1 at first.
+  virtual HRESULT get_FileId(WideString* value) noexcept = 0;
+  virtual HRESULT put_FileId(const WideString& value) noexcept = 0;
+  virtual HRESULT get_SourceFileLifeTime(std::int32_t* value) noexcept = 0;
+  virtual HRESULT put_SourceFileLifeTime(std::int32_t value) noexcept = 0;
+  virtual HRESULT get_CleanUp(std::int32_t* value) noexcept = 0;
+  virtual HRESULT put_CleanUp(std::int32_t value) noexcept = 0;
+  // Clears the flag of IsTicketId.
+  virtual HRESULT get_TicketId(WideString* value) noexcept = 0;
+  // Sets it, whatever the value.
+  virtual HRESULT put_TicketId(const WideString& value) noexcept = 0;
+  // VARIANT_TRUE between a put_TicketId and the next get_TicketId.
+  virtual HRESULT IsTicketId(VARIANT_BOOL* value) noexcept = 0;
+
+ protected:
+  ~IAttachedFile() = default;
+};
+constexpr Guid IID_IAttachedFile = IAttachedFile::kIid;
 
 // A span of time in separate counts of its units. Nothing is normalised: 90 seconds stay 90 seconds.
 // Every put_ but put_Negative refuses a negative argument with words such as
@@ -74,6 +102,7 @@ class IUrl : public IUnknown {
   ~IUrl() = default;
 };
 
+using IAttachedFilePtr = boost::intrusive_ptr<IAttachedFile>;
 using IDurationPtr = boost::intrusive_ptr<IDuration>;
 using IDurationRawPtr = boost::intrusive_ptr<IDurationRaw>;
 using IUrlPtr = boost::intrusive_ptr<IUrl>;

@@ -99,11 +99,12 @@ class Variant {
   VariantData data_{};
 };
 
-// Converts `source` to the tag VT_I1, VT_I2, VT_I4, VT_INT, VT_I8 or to its own tag, and stores the result in
-// `*destination` (which may be `source`). VT_EMPTY is 0, true is -1; fractions round half to even; texts may
-// have blanks around, a sign, thousands separators, a decimal point and an exponent. DISP_E_OVERFLOW: out of
-// the tag's range. DISP_E_TYPEMISMATCH: VT_NULL, an object, a text that is no number. DISP_E_BADVARTYPE:
-// another target. *destination stays as it was on failure.
+// Converts `source` to the tag VT_I1, VT_I2, VT_I4, VT_INT, VT_I8, VT_BSTR or to its own tag, and stores the
+// result in `*destination` (which may be `source`). VT_EMPTY is 0, true is -1; fractions round half to even;
+// texts may have blanks around, a sign, thousands separators, a decimal point and an exponent.
+// DISP_E_OVERFLOW: out of the tag's range. DISP_E_TYPEMISMATCH: VT_NULL, an object, a text that is no number.
+// DISP_E_BADVARTYPE: another target. As text, true is "-1", VT_EMPTY is empty, numbers have 7 (float) or 15
+// digits, a date reads "03/05/2024 10:15:30". *destination stays as it was on failure.
 HRESULT VariantChangeType(Variant* destination, const Variant& source, VARTYPE tag) noexcept;
 
 }  // namespace qv

@@ -97,6 +97,19 @@ HRESULT ConnectionModel::SetUSID(const WideString& usid) noexcept {
   }
 }
 
+HRESULT ConnectionModel::DownloadFile(const WideString& url, const WideString& target,
+                                      WideString* path) noexcept {
+  ClearErrorInfo();
+  if (path == nullptr) return E_POINTER;
+  try {
+    const IConnectionModelPtr self(this);
+    *path = logic_.DownloadFile(url, target);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
 HRESULT ConnectionModel::SetServer(const WideString& serverName, const WideString& proxy) noexcept {
   ClearErrorInfo();
   try {

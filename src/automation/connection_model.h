@@ -20,6 +20,7 @@ class ConnectionModel final : public IConnectionModel, public IConnectionModelRa
   HRESULT ExecuteFile(const WideString& scriptFile, IParameters* parameters,
                       Variant* result) noexcept override;
   HRESULT SetUSID(const WideString& usid) noexcept override;
+  HRESULT DownloadFile(const WideString& url, const WideString& target, WideString* path) noexcept override;
   HRESULT SetServer(const WideString& serverName, const WideString& proxy) noexcept override;
   HRESULT SetClientServices(IUnknown* services) noexcept override;
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <system_error>
 
+#include "platform/variant_text.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/variant.h"
 
@@ -130,11 +131,19 @@ Variant WholeVariant(VARTYPE tag, std::int64_t whole) noexcept {
   return Variant::FromRaw(tag, data);
 }
 
+HRESULT ChangeToText(Variant* destination, const Variant& source) {
+  WideString text;
+  const HRESULT code = TextOfVariant(source, &text);
+  if (Succeeded(code)) *destination = Variant::FromString(text);
+  return code;
+}
+
 HRESULT ChangeType(Variant* destination, const Variant& source, VARTYPE tag) {
   if (source.Tag() == tag) {
     *destination = Variant(source);
     return S_OK;
   }
+  if (tag == VT_BSTR) return ChangeToText(destination, source);
   const Range* range = RangeOf(tag);
   if (range == nullptr) return DISP_E_BADVARTYPE;
   std::int64_t whole = 0;

@@ -5,6 +5,7 @@
 #include "format/formater_factory.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "script/file_uploader.h"
 #include "support/namespaces.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
@@ -28,7 +29,7 @@ constexpr char16_t kAttachedFileType[] = u"AttachedFile";
   }
 }
 
-// A parameter without a wire form is refused before any byte goes out.
+// A parameter without a wire form is refused before the request goes out.
 [[noreturn]] void RefuseParameter() {
   _com_raise_error(E_INVALIDARG);
 }
@@ -47,9 +48,30 @@ WireParameter ReadParameter(IParameter* parameter) {
   return read;
 }
 
+// Brings the file to the server now, before the request that names its ticket.
+WideString UploadAttachedFile(const WideString& serviceUrl, const Variant& value, const NamedArguments& map) {
+  const IAttachedFilePtr file(static_cast<IAttachedFile*>(QueryFor(value.Object(), IAttachedFile::kIid)),
+                              false);
+  CFileUploader uploader(serviceUrl, map.at(u"UploadFile").Text());
+  return uploader.Upload(file.get(), map);
+}
+
+void AppendTicket(WideTextStream& stream, const WideString& ticket) {
+  stream.Append(u"<Value xsi:type=\"FileTicket\"><Id xsi:type=\"string\">");
+  stream.AppendEncoded(ticket.view());
+  stream.Append(u"</Id></Value>");
+}
+
+void AppendValue(WideTextStream& stream, const WideString& typeName, const WideString& text) {
+  stream.Append(u"<Value xsi:type=\"xsd:");
+  stream.AppendEncoded(typeName.view());
+  stream.Append(u"\">");
+  stream.Append(text.view());
+  stream.Append(u"</Value>");
+}
+
 WideString ValueText(const WireParameter& parameter) {
-  if (parameter.typeName.IsNull() || EqualIgnoreCase(parameter.typeName.data(), kAttachedFileType))
-    RefuseParameter();
+  if (parameter.typeName.IsNull()) RefuseParameter();
   WideString text = CExecuteCommand::FormatValue(parameter.typeName, parameter.value);
   if (text.IsNull()) RefuseParameter();
   return text;
@@ -66,9 +88,9 @@ CQvCommand* CExecuteCommand::clone() const {
 }
 
 void CExecuteCommand::Serialize(WideTextStream& stream, const WideString&, const WideString&,
-                                const WideString&, const NamedArguments& map) {
+                                const WideString& url, const NamedArguments& map) {
   try {
-    Write(stream, map);
+    Write(stream, url, map);
   } catch (...) {
     RethrowAsWriteFailure();
   }
@@ -83,14 +105,13 @@ WideString CExecuteCommand::FormatValue(WideString typeName, Variant value) {
   }
 }
 
-void CExecuteCommand::Write(WideTextStream& stream, const NamedArguments& map) {
+void CExecuteCommand::Write(WideTextStream& stream, const WideString& serviceUrl, const NamedArguments& map) {
   WriteEnvelopeHead(stream, map.at(u"ContextHandle").Text());
   WriteScriptDocument(stream, map);
-  const auto parameters = map.find(u"parameters");
-  if (parameters == map.end()) {
+  if (map.find(u"parameters") == map.end()) {
     WriteNoParameters(stream);
   } else {
-    WriteParameters(stream, parameters->second);
+    WriteParameters(stream, serviceUrl, map);
   }
   WriteEnvelopeTail(stream);
 }
@@ -166,8 +187,10 @@ void CExecuteCommand::WriteNoParameters(WideTextStream& stream) {
   stream.Append(u"/>");
 }
 
-void CExecuteCommand::WriteParameters(WideTextStream& stream, const Variant& value) {
-  const IParametersPtr list(static_cast<IParameters*>(QueryFor(value.Object(), IParameters::kIid)), false);
+void CExecuteCommand::WriteParameters(WideTextStream& stream, const WideString& serviceUrl,
+                                      const NamedArguments& map) {
+  IUnknown* const object = map.at(u"parameters").Object();
+  const IParametersPtr list(static_cast<IParameters*>(QueryFor(object, IParameters::kIid)), false);
   if (list == nullptr) _com_raise_error(E_POINTER);
   std::int16_t count = 0;
   ThrowIfFailed(list->Size(&count), list.get(), IParameters::kIid);
@@ -177,7 +200,7 @@ void CExecuteCommand::WriteParameters(WideTextStream& stream, const Variant& val
     ThrowIfFailed(list->Find(index, &raw), list.get(), IParameters::kIid);
     const IParameterPtr parameter(raw, false);
     if (parameter == nullptr) _com_raise_error(E_POINTER);
-    WriteParameter(stream, parameter.get());
+    WriteParameter(stream, parameter.get(), serviceUrl, map);
   }
   stream.Append(u"</parameters>");
 }
@@ -193,20 +216,24 @@ void CExecuteCommand::WriteParametersStart(WideTextStream& stream, std::int16_t 
   stream.Append(u">");
 }
 
-void CExecuteCommand::WriteParameter(WideTextStream& stream, IParameter* parameter) {
+void CExecuteCommand::WriteParameter(WideTextStream& stream, IParameter* parameter,
+                                     const WideString& serviceUrl, const NamedArguments& map) {
   const WireParameter wire = ReadParameter(parameter);
-  const WideString text = ValueText(wire);
+  const bool isFile = EqualIgnoreCase(wire.typeName.data(), kAttachedFileType);
+  const WideString text = isFile ? UploadAttachedFile(serviceUrl, wire.value, map) : ValueText(wire);
   stream.Append(u"<Parameter");
   stream.AppendAttribute(u"xmlns", kServiceNamespace);
   stream.Append(u"><Name");
   stream.AppendAttribute(u"xsi:type", kStringType);
   stream.Append(u">");
   stream.AppendEncoded(wire.key.view());
-  stream.Append(u"</Name><Value xsi:type=\"xsd:");
-  stream.AppendEncoded(wire.typeName.view());
-  stream.Append(u"\">");
-  stream.Append(text.view());
-  stream.Append(u"</Value></Parameter>");
+  stream.Append(u"</Name>");
+  if (isFile) {
+    AppendTicket(stream, text);
+  } else {
+    AppendValue(stream, wire.typeName, text);
+  }
+  stream.Append(u"</Parameter>");
 }
 
 void CExecuteCommand::WriteEnvelopeTail(WideTextStream& stream) {

@@ -18,16 +18,18 @@ class CExecuteCommand : public CQvCommand {
   static WideString FormatValue(WideString typeName, Variant value);
 
  private:
-  static void Write(WideTextStream& stream, const NamedArguments& map);
+  static void Write(WideTextStream& stream, const WideString& serviceUrl, const NamedArguments& map);
   static void WriteEnvelopeHead(WideTextStream& stream, const WideString& contextHandle);
   static void WriteScriptDocument(WideTextStream& stream, const NamedArguments& map);
   static void WriteScriptFile(WideTextStream& stream, const WideString& fileName);
   static void WriteScriptText(WideTextStream& stream, const NamedArguments& map);
   static void WriteCode(WideTextStream& stream, const WideString& script);
   static void WriteNoParameters(WideTextStream& stream);
-  static void WriteParameters(WideTextStream& stream, const Variant& value);
+  static void WriteParameters(WideTextStream& stream, const WideString& serviceUrl,
+                              const NamedArguments& map);
   static void WriteParametersStart(WideTextStream& stream, std::int16_t count);
-  static void WriteParameter(WideTextStream& stream, IParameter* parameter);
+  static void WriteParameter(WideTextStream& stream, IParameter* parameter, const WideString& serviceUrl,
+                             const NamedArguments& map);
   static void WriteEnvelopeTail(WideTextStream& stream);
 };
 

@@ -8,6 +8,7 @@
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "script/file_downloader.h"
 #include "soap/soap_call.h"
 #include "support/namespaces.h"
 #include "support/string_helpers.h"
@@ -179,6 +180,11 @@ Variant ConnectionModelImpl::RunScript(NamedArguments& map, IParameters* paramet
   Variant result = RunCommand(u"Execute", map);
   state_ = SessionState::kScriptRan;
   return result;
+}
+
+WideString ConnectionModelImpl::DownloadFile(WideString url, WideString target) {
+  CFileDownloader downloader(url, proxy_, proxyPort_, cookieHandle_);
+  return downloader.Download(contextHandle_, target);
 }
 
 }  // namespace qv

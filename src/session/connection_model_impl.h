@@ -28,6 +28,8 @@ class ConnectionModelImpl {
   virtual Variant Execute(WideString scriptLanguage, WideString script, IParameters* parameters);
   virtual Variant ExecuteFile(WideString scriptFile, IParameters* parameters);
   virtual void SetUSID(WideString usid);
+  // No session is asked for: without one the id that goes along is empty.
+  virtual WideString DownloadFile(WideString url, WideString target);
   virtual void SetServer(WideString serverName, WideString proxy);
   virtual void SetClientServices(IUnknown* services);
 

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "qvscriptwells/http_component.h"
 #include "qvscriptwells/wide_string.h"
+#include "soap/http_call.h"
 #include "soap/soap_response.h"
 #include "support/qv_url.h"
 #include "support/wide_text_stream.h"
@@ -24,10 +24,9 @@ class CServerConnector {
                      std::uint16_t proxyPort);
 
  private:
-  struct Exchange;
-  WideString Fetch(Exchange& exchange, const CQvUrl& url, const WideString& action, WideTextStream& stream,
+  WideString Fetch(HttpCall& call, const CQvUrl& url, const WideString& action, WideTextStream& stream,
                    WideString& proxy);
-  void SetHeaders(IHttpRequest* request, const WideString& action, const CQvUrl& url);
+  void SetHeaders(const HttpCall& call, const WideString& action, const CQvUrl& url);
   static void ParseResponse(const WideString& action, const WideString& text, CSOAPResponse& response);
 
   WideString cookie_;

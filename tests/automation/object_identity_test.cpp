@@ -26,6 +26,9 @@ IUnknownPtr MakeParameter() {
 IUnknownPtr MakeDuration() {
   return CreateDuration();
 }
+IUnknownPtr MakeAttachedFile() {
+  return CreateAttachedFile();
+}
 IUnknownPtr MakeUrl() {
   return CreateUrl();
 }
@@ -134,7 +137,7 @@ INSTANTIATE_TEST_SUITE_P(
         Kind{"Parameters", MakeParameters, {IParameters::kIid}},
         Kind{"Parameter", MakeParameter, {IParameter::kIid}},
         Kind{"Duration", MakeDuration, {IDuration::kIid, IDurationRaw::kIid}},
-        Kind{"Url", MakeUrl, {IUrl::kIid}}),
+        Kind{"AttachedFile", MakeAttachedFile, {IAttachedFile::kIid}}, Kind{"Url", MakeUrl, {IUrl::kIid}}),
     [](const testing::TestParamInfo<Kind>& row) { return std::string(row.param.name); });
 
 }  // namespace

@@ -1,0 +1,164 @@
+#include "automation/attached_file.h"
+
+#include "automation/object_support.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
+
+namespace qv {
+
+IAttachedFilePtr CreateAttachedFile() {
+  return IAttachedFilePtr(new AttachedFile);
+}
+
+IAttachedFilePtr CreateAttachedFile(const WideString& fileName) {
+  IAttachedFilePtr file = CreateAttachedFile();
+  ThrowIfFailed(file->Init(fileName));
+  return file;
+}
+
+HRESULT AttachedFile::QueryInterface(const Guid& iid, void** object) noexcept {
+  const InterfaceRow rows[] = {
+      {IAttachedFile::kIid, static_cast<IAttachedFile*>(this), static_cast<IAttachedFile*>(this)},
+      {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), static_cast<IAttachedFile*>(this)},
+  };
+  return AnswerQuery(rows, 2, iid, object);
+}
+
+std::uint32_t AttachedFile::Release() noexcept {
+  const std::uint32_t left = --count_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT AttachedFile::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
+  return iid == IAttachedFile::kIid ? S_OK : S_FALSE;
+}
+
+HRESULT AttachedFile::Init(const WideString& fileName) noexcept {
+  ClearErrorInfo();
+  try {
+    logic_.Init(fileName);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::get_Filename(WideString* value) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = logic_.get_Filename();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::put_Filename(const WideString& value) noexcept {
+  ClearErrorInfo();
+  try {
+    logic_.put_Filename(value);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::get_FileId(WideString* value) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = logic_.get_FileId();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::put_FileId(const WideString& value) noexcept {
+  ClearErrorInfo();
+  try {
+    logic_.put_FileId(value);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::get_SourceFileLifeTime(std::int32_t* value) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = logic_.get_SourceFileLifeTime();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::put_SourceFileLifeTime(std::int32_t value) noexcept {
+  ClearErrorInfo();
+  try {
+    logic_.put_SourceFileLifeTime(value);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::get_CleanUp(std::int32_t* value) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = logic_.get_CleanUp();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::put_CleanUp(std::int32_t value) noexcept {
+  ClearErrorInfo();
+  try {
+    logic_.put_CleanUp(value);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::get_TicketId(WideString* value) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = logic_.get_TicketId();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::put_TicketId(const WideString& value) noexcept {
+  ClearErrorInfo();
+  try {
+    logic_.put_TicketId(value);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::IsTicketId(VARIANT_BOOL* value) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = logic_.IsTicketId();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+}  // namespace qv

@@ -1,0 +1,35 @@
+// The AttachedFile object that hosts hold.
+#pragma once
+
+#include "qvscriptwells/value_objects.h"
+#include "values/attached_file_impl.h"
+
+namespace qv {
+
+class AttachedFile final : public IAttachedFile, public ISupportErrorInfo {
+ public:
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t Release() noexcept override;
+
+  HRESULT Init(const WideString& fileName) noexcept override;
+  HRESULT get_Filename(WideString* value) noexcept override;
+  HRESULT put_Filename(const WideString& value) noexcept override;
+  HRESULT get_FileId(WideString* value) noexcept override;
+  HRESULT put_FileId(const WideString& value) noexcept override;
+  HRESULT get_SourceFileLifeTime(std::int32_t* value) noexcept override;
+  HRESULT put_SourceFileLifeTime(std::int32_t value) noexcept override;
+  HRESULT get_CleanUp(std::int32_t* value) noexcept override;
+  HRESULT put_CleanUp(std::int32_t value) noexcept override;
+  HRESULT get_TicketId(WideString* value) noexcept override;
+  HRESULT put_TicketId(const WideString& value) noexcept override;
+  HRESULT IsTicketId(VARIANT_BOOL* value) noexcept override;
+
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
+
+ private:
+  AttachedFileImpl logic_;
+  std::uint32_t count_ = 0;
+};
+
+}  // namespace qv

@@ -1,0 +1,103 @@
+#include "script/file_downloader.h"
+
+#include <unistd.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "qvscriptwells/native_path.h"
+#include "soap/http_call.h"
+#include "support/numbers.h"
+#include "support/path_helpers.h"
+#include "support/qv_url.h"
+#include "support/string_helpers.h"
+#include "support/tokenize_string.h"
+
+namespace qv {
+namespace {
+
+// A name from the server must stay in the directory that the host chose.
+bool IsPlainName(std::u16string_view name) {
+  return !name.empty() && name != u"." && name != u".." &&
+         name.find_first_of(std::u16string_view(u"/\\\0", 3)) == std::u16string_view::npos;
+}
+
+WideString NameFrom(const WideString& header) {
+  std::vector<WideString> pieces;
+  const std::size_t count = TokenizeString(header.view(), u"=", pieces);
+  if (count == 0) throw std::runtime_error("the answer names no file");
+  if (!IsPlainName(pieces[count - 1].view()))
+    throw std::runtime_error("the answer's file name leads elsewhere");
+  return pieces[count - 1];
+}
+
+WideString Joined(const WideString& directory, std::u16string_view separator, const WideString& name) {
+  return WideString(std::u16string(directory.view()).append(separator).append(name.view()));
+}
+
+// The directory of a path that ends in "/" and a name.
+WideString DirectoryOf(const WideString& path) {
+  return WideString(path.view().substr(0, path.view().rfind(u'/')));
+}
+
+// A directory that was made for one file goes when the file does not come.
+class FreshDirectory {
+ public:
+  FreshDirectory() = default;
+  FreshDirectory(const FreshDirectory&) = delete;
+  FreshDirectory& operator=(const FreshDirectory&) = delete;
+  ~FreshDirectory() {
+    if (!path_.empty()) rmdir(path_.c_str());
+  }
+  void Watch(const WideString& directory) { path_ = NativePath(directory); }
+  void Keep() { path_.clear(); }
+
+ private:
+  std::string path_;
+};
+
+void Receive(const HttpCall& call, WideString& target) {
+  FreshDirectory fresh;
+  const bool isNew = target.IsEmpty();
+  const WideString header = call.Header(u"Content-Disposition");
+  target = CFileDownloader::ResolveTargetPath(target, header);
+  if (isNew) fresh.Watch(DirectoryOf(target));
+  std::int32_t uncounted = 0;
+  call.Check(call.Request()->ReadToFile(target, &uncounted));
+  fresh.Keep();
+}
+
+}  // namespace
+
+WideString CFileDownloader::Download(const WideString& contextHandle, WideString& target) {
+  HttpCall call;
+  try {
+    const WideString proxy = ProxyAddress();
+    const CQvUrl url(url_);
+    call.Create();
+    call.Open(url, proxy);
+    call.OpenRequest(u"GET", url.path, u"*/*");
+    call.SetHeader(ToLower(u"usid"), contextHandle);
+    if (!cookieHandle_.IsEmpty()) call.SetHeader(u"Cookie", cookieHandle_);
+    call.Check(call.Request()->Send(u"", u""));
+    Receive(call, target);
+    call.Close();
+    return target;
+  } catch (...) {
+    CloseAndRethrow(call);
+  }
+}
+
+WideString CFileDownloader::ResolveTargetPath(const WideString& target, const WideString& header) {
+  const WideString name = NameFrom(header);
+  if (target.IsEmpty()) return Joined(CreateTempSubdirectory(u""), u"/", name);
+  return Joined(AppendPathSeparator(target), u"", name);
+}
+
+WideString CFileDownloader::ProxyAddress() const {
+  if (proxyName_.IsEmpty() || proxyPort_ == 0) return u"";
+  return Joined(proxyName_, u":", DecimalText(proxyPort_));
+}
+
+}  // namespace qv

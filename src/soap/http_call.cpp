@@ -1,0 +1,70 @@
+#include "soap/http_call.h"
+
+#include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/e_qv_exception.h"
+
+namespace qv {
+
+void HttpCall::Create() {
+  void* raw = nullptr;
+  const HRESULT created = CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IUnknown::kIid, &raw);
+  if (Failed(created)) _com_raise_error(created);
+  const IUnknownPtr object(static_cast<IUnknown*>(raw), false);
+  const HRESULT started = OleRun(object.get());
+  if (Failed(started)) _com_raise_error(started);
+  session = IHttpSessionPtr(static_cast<IHttpSession*>(QueryFor(object.get(), IHttpSession::kIid)), false);
+}
+
+void HttpCall::Open(const CQvUrl& url, const WideString& proxy) {
+  IHttpSession* const opened = Session();
+  ThrowIfFailed(opened->Open(url.protocol, url.host, static_cast<std::uint16_t>(url.port),
+                             url.secondSpareText, url.firstSpareText, proxy),
+                opened, IHttpSession::kIid);
+}
+
+void HttpCall::OpenRequest(const WideString& verb, const WideString& path, const WideString& contentType) {
+  IHttpRequest* raw = nullptr;
+  const HRESULT opened = Session()->OpenRequest(verb, path, contentType, 0, &raw);
+  const IHttpRequestPtr received(raw, false);
+  ThrowIfFailed(opened, session.get(), IHttpSession::kIid);
+  request = received;
+}
+
+void HttpCall::SetHeader(const WideString& name, const WideString& value) const {
+  Check(Request()->SetHeader(name, value));
+}
+
+WideString HttpCall::Header(const WideString& name) const {
+  WideString value;
+  Check(Request()->GetHeader(name, &value));
+  return value;
+}
+
+void HttpCall::Close() const {
+  Check(Request()->Close());
+  ThrowIfFailed(Session()->Close(), session.get(), IHttpSession::kIid);
+}
+
+IHttpSession* HttpCall::Session() const {
+  if (session == nullptr) _com_raise_error(E_POINTER);
+  return session.get();
+}
+
+IHttpRequest* HttpCall::Request() const {
+  if (request == nullptr) _com_raise_error(E_POINTER);
+  return request.get();
+}
+
+void CloseAndRethrow(const HttpCall& call) {
+  try {
+    throw;
+  } catch (const _com_error& error) {
+    call.Close();
+    throw EQvException(error.Description().IsNull() ? WideString(u"") : error.Description());
+  } catch (...) {
+    call.Close();
+    throw EQvException(u"Unknown Http problem.");
+  }
+}
+
+}  // namespace qv
