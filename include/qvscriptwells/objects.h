@@ -1,9 +1,9 @@
 // The objects of the library as a host holds them. create_objects.h makes them.
 //
-// Failure: a negative result code. Every object leaves an error record (error_info.h) with the words; a
-// failure that has no number of its own is DISP_E_EXCEPTION. Out values are written on success only, unless
-// told otherwise. Ownership: unknown.h. Threads: an object is used on one thread at
-// a time, and all models of a process on one thread. Text: any WideString may be null.
+// Failure: a negative result code. Every object leaves an error record (error_info.h) with the words, but for
+// E_POINTER; a failure that has no number of its own is DISP_E_EXCEPTION. Out values are written on success
+// only, unless told otherwise. Ownership: unknown.h. Threads: an object is used on one thread at a time, and
+// all models of a process on one thread. Text: any WideString may be null.
 #pragma once
 
 #include <cstdint>
@@ -100,9 +100,10 @@ class IConnectionModel : public IUnknown {
   // As Execute, with a script document in place of language and text. `scriptFile` is a path on this machine,
   // in which "\" and "/" are alike, or "file:///" with such a path behind it ("file:////tmp/x.xml" for the
   // absolute one); a name with "#", "?" or a ":" elsewhere is taken as another URL and refused. The file is a
-  // regular one with an XML document that tells its language and holds its code; it is read afresh for each
-  // call and not checked. One that cannot be opened or is not well-formed is "Cannot create the xml
-  // document.", and nothing is sent.
+  // regular one with an XML document that tells its language and holds its code. It is read afresh for each
+  // call, with the entities and the document type that it names on this machine, and its content is not
+  // checked. One that cannot be opened or is not well-formed is "Cannot create the xml document.", one
+  // without a name "IsFileNameURL - File Name is missing."; nothing is sent then.
   virtual HRESULT ExecuteFile(const WideString& scriptFile, IParameters* parameters,
                               Variant* result) noexcept = 0;
   // Adopts a session that was opened elsewhere. Nothing is sent and nothing checked.

@@ -28,10 +28,13 @@ double EncodeDate(std::int16_t year, std::int16_t month, std::int16_t day);
 // millisecond from 1000 on. Negative fields are counted as they are.
 double EncodeTime(std::int16_t hour, std::int16_t minute, std::int16_t second, std::int16_t millisecond);
 
-// The day on which the value lies, rounded to the second first. "Invalid argument to date decode": outside
-// the years 1 to 9999, or not a number.
+// The day on which the value lies, half a second added first: in the last half second of a day it is the next
+// one already, while DecodeTime still tells the time of the old day. "Invalid argument to date decode":
+// outside the years 1 to 9999, or not a number.
 CalendarDate DecodeDate(double serialDate);
-// The time of day, rounded to the millisecond. "Invalid argument to time decode": not a finite number.
+// The time of day, half a millisecond added first. Before day 0 (30 December 1899) the fraction counts down
+// from the value's whole part: a negative time; add 24 hours for the time of the day that DecodeDate tells.
+// "Invalid argument to time decode": not a finite number.
 ClockTime DecodeTime(double serialDate);
 
 }  // namespace qv

@@ -41,7 +41,9 @@ class IAttachedFile : public IUnknown {
 };
 constexpr Guid IID_IAttachedFile = IAttachedFile::kIid;
 
-// A span of time in separate counts of its units. Nothing is normalised: 90 seconds stay 90 seconds.
+// A span of time in separate counts of its units. Nothing is normalised: 90 seconds stay 90 seconds. One that
+// a script answers is read with
+//   IDurationPtr span(static_cast<IDuration*>(QueryFor(result.Object(), IDuration::kIid)), false);
 // Every put_ but put_Negative refuses a negative argument with words such as
 // "Invalid duration format: day can't be negative." and leaves the count unchanged.
 class IDuration : public IUnknown {
@@ -72,10 +74,11 @@ constexpr Guid IID_IDuration = IDuration::kIid;
 class IDurationRaw : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("b1ea6b4f-65b0-44e7-bb6d-aaa23561031a");
-  // Reads designators in their fixed order; what is no number reads as 0, what stands in the wrong place is
-  // passed over. Without "T" the counts of hour, minute and second stay; without "-" the sign stays. Refused,
-  // with words: a lower-case letter, a "-" that is not the first character, a "P" that does not come first
-  // (second in a negative duration).
+  // Reads designators in their fixed order; what is no number reads as 0, a count beyond 16 bits as its low
+  // 16 bits (a negative count, perhaps), and what stands in the wrong place is passed over. Without "T" the
+  // counts of hour, minute and second stay; without "-" the sign stays. Refused, with words: a lower-case
+  // letter, a "-" that is not the first character, a "P" that does not come first (second in a negative
+  // duration).
   virtual HRESULT SetText(const WideString& text) noexcept = 0;
   // Counts of 0 are left out; all 0 is "P0". Seconds have 6 significant digits.
   virtual HRESULT GetText(WideString* text) noexcept = 0;
@@ -92,8 +95,8 @@ class IUrl : public IUnknown {
   virtual HRESULT get_UrlCaption(WideString* value) noexcept = 0;
   virtual HRESULT put_UrlCaption(const WideString& value) noexcept = 0;
   virtual HRESULT get_Url(WideString* value) noexcept = 0;
-  // Takes what has the shape "http://host/path" or "http://host:port/path". An empty text changes nothing;
-  // another shape is "Cannot parse url, expecting 'http://' after protocol name."
+  // Takes what has the shape "scheme://host/path" or "scheme://host:port/path". An empty text changes
+  // nothing; another shape is "Cannot parse url, expecting 'http://' after protocol name."
   virtual HRESULT put_Url(const WideString& value) noexcept = 0;
   // The same text as get_Url.
   virtual HRESULT ToString(WideString* text) noexcept = 0;

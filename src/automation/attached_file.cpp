@@ -36,125 +36,85 @@ HRESULT AttachedFile::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
 }
 
 HRESULT AttachedFile::Init(const WideString& fileName) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.Init(fileName);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(fileName, &AttachedFileImpl::Init);
 }
-
 HRESULT AttachedFile::get_Filename(WideString* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_Filename();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &AttachedFileImpl::get_Filename);
 }
-
 HRESULT AttachedFile::put_Filename(const WideString& value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_Filename(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &AttachedFileImpl::put_Filename);
 }
-
 HRESULT AttachedFile::get_FileId(WideString* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_FileId();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &AttachedFileImpl::get_FileId);
 }
-
 HRESULT AttachedFile::put_FileId(const WideString& value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_FileId(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &AttachedFileImpl::put_FileId);
 }
-
 HRESULT AttachedFile::get_SourceFileLifeTime(std::int32_t* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_SourceFileLifeTime();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &AttachedFileImpl::get_SourceFileLifeTime);
 }
-
 HRESULT AttachedFile::put_SourceFileLifeTime(std::int32_t value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_SourceFileLifeTime(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &AttachedFileImpl::put_SourceFileLifeTime);
 }
-
 HRESULT AttachedFile::get_CleanUp(std::int32_t* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_CleanUp();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &AttachedFileImpl::get_CleanUp);
 }
-
 HRESULT AttachedFile::put_CleanUp(std::int32_t value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_CleanUp(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &AttachedFileImpl::put_CleanUp);
 }
-
 HRESULT AttachedFile::get_TicketId(WideString* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_TicketId();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &AttachedFileImpl::get_TicketId);
 }
-
 HRESULT AttachedFile::put_TicketId(const WideString& value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_TicketId(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &AttachedFileImpl::put_TicketId);
 }
-
 HRESULT AttachedFile::IsTicketId(VARIANT_BOOL* value) noexcept {
   ClearErrorInfo();
   if (value == nullptr) return E_POINTER;
   try {
     *value = logic_.IsTicketId();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::Get(WideString* value, WideString (AttachedFileImpl::*get)()) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = (logic_.*get)();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::Put(const WideString& value, void (AttachedFileImpl::*put)(WideString)) noexcept {
+  ClearErrorInfo();
+  try {
+    (logic_.*put)(value);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::Get(std::int32_t* value, std::int32_t (AttachedFileImpl::*get)()) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = (logic_.*get)();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT AttachedFile::Put(std::int32_t value, void (AttachedFileImpl::*put)(std::int32_t)) noexcept {
+  ClearErrorInfo();
+  try {
+    (logic_.*put)(value);
     return S_OK;
   } catch (...) {
     return ResultFromCaughtException();

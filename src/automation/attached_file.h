@@ -28,6 +28,11 @@ class AttachedFile final : public IAttachedFile, public ISupportErrorInfo {
   HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
  private:
+  HRESULT Get(WideString* value, WideString (AttachedFileImpl::*get)()) noexcept;
+  HRESULT Put(const WideString& value, void (AttachedFileImpl::*put)(WideString)) noexcept;
+  HRESULT Get(std::int32_t* value, std::int32_t (AttachedFileImpl::*get)()) noexcept;
+  HRESULT Put(std::int32_t value, void (AttachedFileImpl::*put)(std::int32_t)) noexcept;
+
   AttachedFileImpl logic_;
   std::uint32_t count_ = 0;
 };

@@ -31,125 +31,58 @@ HRESULT ConnectionString::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
 }
 
 HRESULT ConnectionString::put_UserName(const WideString& value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_UserName(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &ConnectionStringImpl::put_UserName);
 }
-
 HRESULT ConnectionString::get_UserName(WideString* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_UserName();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &ConnectionStringImpl::get_UserName);
 }
-
 HRESULT ConnectionString::get_UserPassword(WideString* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_UserPassword();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &ConnectionStringImpl::get_UserPassword);
 }
-
 HRESULT ConnectionString::put_UserPassword(const WideString& value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_UserPassword(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &ConnectionStringImpl::put_UserPassword);
 }
-
 HRESULT ConnectionString::get_DatabaseName(WideString* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_DatabaseName();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &ConnectionStringImpl::get_DatabaseName);
 }
-
 HRESULT ConnectionString::put_DatabaseName(const WideString& value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_DatabaseName(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &ConnectionStringImpl::put_DatabaseName);
 }
-
 HRESULT ConnectionString::get_ReplicaID(WideString* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_ReplicaID();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &ConnectionStringImpl::get_ReplicaID);
 }
-
 HRESULT ConnectionString::put_ReplicaID(const WideString& value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_ReplicaID(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &ConnectionStringImpl::put_ReplicaID);
+}
+HRESULT ConnectionString::get_DatabaseID(WideString* value) noexcept {
+  return Get(value, &ConnectionStringImpl::get_DatabaseID);
+}
+HRESULT ConnectionString::put_DatabaseID(const WideString& value) noexcept {
+  return Put(value, &ConnectionStringImpl::put_DatabaseID);
+}
+HRESULT ConnectionString::ToString(WideString* text) noexcept {
+  return Get(text, &ConnectionStringImpl::ToString);
+}
+HRESULT ConnectionString::Initialize(const WideString& connectionString) noexcept {
+  return Put(connectionString, &ConnectionStringImpl::Initialize);
 }
 
-HRESULT ConnectionString::get_DatabaseID(WideString* value) noexcept {
+HRESULT ConnectionString::Get(WideString* value, WideString (ConnectionStringImpl::*get)()) noexcept {
   ClearErrorInfo();
   if (value == nullptr) return E_POINTER;
   try {
-    *value = logic_.get_DatabaseID();
+    *value = (logic_.*get)();
     return S_OK;
   } catch (...) {
     return ResultFromCaughtException();
   }
 }
 
-HRESULT ConnectionString::put_DatabaseID(const WideString& value) noexcept {
+HRESULT ConnectionString::Put(const WideString& value,
+                              void (ConnectionStringImpl::*put)(WideString)) noexcept {
   ClearErrorInfo();
   try {
-    logic_.put_DatabaseID(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
-}
-
-HRESULT ConnectionString::ToString(WideString* text) noexcept {
-  ClearErrorInfo();
-  if (text == nullptr) return E_POINTER;
-  try {
-    *text = logic_.ToString();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
-}
-
-HRESULT ConnectionString::Initialize(const WideString& connectionString) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.Initialize(connectionString);
+    (logic_.*put)(value);
     return S_OK;
   } catch (...) {
     return ResultFromCaughtException();

@@ -30,6 +30,9 @@ class ConnectionString final : public IConnectionString,
   HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
  private:
+  HRESULT Get(WideString* value, WideString (ConnectionStringImpl::*get)()) noexcept;
+  HRESULT Put(const WideString& value, void (ConnectionStringImpl::*put)(WideString)) noexcept;
+
   ConnectionStringImpl logic_;
   std::uint32_t count_ = 0;
 };

@@ -38,152 +38,47 @@ HRESULT Duration::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
 }
 
 HRESULT Duration::get_Day(std::int16_t* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_Day();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &DurationImpl::get_Day);
 }
-
 HRESULT Duration::put_Day(std::int16_t value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_Day(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &DurationImpl::put_Day);
 }
-
 HRESULT Duration::get_Month(std::int16_t* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_Month();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &DurationImpl::get_Month);
 }
-
 HRESULT Duration::put_Month(std::int16_t value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_Month(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &DurationImpl::put_Month);
 }
-
 HRESULT Duration::get_Year(std::int16_t* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_Year();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &DurationImpl::get_Year);
 }
-
 HRESULT Duration::put_Year(std::int16_t value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_Year(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &DurationImpl::put_Year);
 }
-
 HRESULT Duration::get_Hour(std::int16_t* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_Hour();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &DurationImpl::get_Hour);
 }
-
 HRESULT Duration::put_Hour(std::int16_t value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_Hour(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &DurationImpl::put_Hour);
 }
-
 HRESULT Duration::get_Min(std::int16_t* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_Min();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &DurationImpl::get_Min);
 }
-
 HRESULT Duration::put_Min(std::int16_t value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_Min(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &DurationImpl::put_Min);
 }
-
 HRESULT Duration::get_Sec(double* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_Sec();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &DurationImpl::get_Sec);
 }
-
 HRESULT Duration::put_Sec(double value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_Sec(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &DurationImpl::put_Sec);
 }
-
 HRESULT Duration::get_Negative(VARIANT_BOOL* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_Negative();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &DurationImpl::get_Negative);
 }
-
 HRESULT Duration::put_Negative(VARIANT_BOOL value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_Negative(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &DurationImpl::put_Negative);
 }
-
 HRESULT Duration::SetText(const WideString& text) noexcept {
   ClearErrorInfo();
   try {
@@ -199,6 +94,48 @@ HRESULT Duration::GetText(WideString* text) noexcept {
   if (text == nullptr) return E_POINTER;
   try {
     *text = logic_.GetText();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT Duration::Get(std::int16_t* value, std::int16_t (DurationImpl::*get)()) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = (logic_.*get)();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT Duration::Put(std::int16_t value, void (DurationImpl::*put)(std::int16_t)) noexcept {
+  ClearErrorInfo();
+  try {
+    (logic_.*put)(value);
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT Duration::Get(double* value, double (DurationImpl::*get)()) noexcept {
+  ClearErrorInfo();
+  if (value == nullptr) return E_POINTER;
+  try {
+    *value = (logic_.*get)();
+    return S_OK;
+  } catch (...) {
+    return ResultFromCaughtException();
+  }
+}
+
+HRESULT Duration::Put(double value, void (DurationImpl::*put)(double)) noexcept {
+  ClearErrorInfo();
+  try {
+    (logic_.*put)(value);
     return S_OK;
   } catch (...) {
     return ResultFromCaughtException();

@@ -32,6 +32,11 @@ class Duration final : public IDuration, public IDurationRaw, public ISupportErr
   HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
  private:
+  HRESULT Get(std::int16_t* value, std::int16_t (DurationImpl::*get)()) noexcept;
+  HRESULT Put(std::int16_t value, void (DurationImpl::*put)(std::int16_t)) noexcept;
+  HRESULT Get(double* value, double (DurationImpl::*get)()) noexcept;
+  HRESULT Put(double value, void (DurationImpl::*put)(double)) noexcept;
+
   DurationImpl logic_;
   std::uint32_t count_ = 0;
 };

@@ -29,52 +29,36 @@ HRESULT Url::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
 }
 
 HRESULT Url::get_UrlCaption(WideString* value) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = logic_.get_UrlCaption();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Get(value, &UrlImpl::get_UrlCaption);
 }
-
 HRESULT Url::put_UrlCaption(const WideString& value) noexcept {
-  ClearErrorInfo();
-  try {
-    logic_.put_UrlCaption(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
+  return Put(value, &UrlImpl::put_UrlCaption);
+}
+HRESULT Url::get_Url(WideString* value) noexcept {
+  return Get(value, &UrlImpl::get_Url);
+}
+HRESULT Url::put_Url(const WideString& value) noexcept {
+  return Put(value, &UrlImpl::put_Url);
+}
+HRESULT Url::ToString(WideString* text) noexcept {
+  return Get(text, &UrlImpl::ToString);
 }
 
-HRESULT Url::get_Url(WideString* value) noexcept {
+HRESULT Url::Get(WideString* value, WideString (UrlImpl::*get)()) noexcept {
   ClearErrorInfo();
   if (value == nullptr) return E_POINTER;
   try {
-    *value = logic_.get_Url();
+    *value = (logic_.*get)();
     return S_OK;
   } catch (...) {
     return ResultFromCaughtException();
   }
 }
 
-HRESULT Url::put_Url(const WideString& value) noexcept {
+HRESULT Url::Put(const WideString& value, void (UrlImpl::*put)(WideString)) noexcept {
   ClearErrorInfo();
   try {
-    logic_.put_Url(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException();
-  }
-}
-
-HRESULT Url::ToString(WideString* text) noexcept {
-  ClearErrorInfo();
-  if (text == nullptr) return E_POINTER;
-  try {
-    *text = logic_.ToString();
+    (logic_.*put)(value);
     return S_OK;
   } catch (...) {
     return ResultFromCaughtException();

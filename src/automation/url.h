@@ -21,6 +21,9 @@ class Url final : public IUrl, public ISupportErrorInfo {
   HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
  private:
+  HRESULT Get(WideString* value, WideString (UrlImpl::*get)()) noexcept;
+  HRESULT Put(const WideString& value, void (UrlImpl::*put)(WideString)) noexcept;
+
   UrlImpl logic_;
   std::uint32_t count_ = 0;
 };

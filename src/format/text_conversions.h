@@ -1,4 +1,4 @@
-// Dates and times between XML text and the values of hosts, in the lexical forms of XML Schema Part 2. A
+// Dates and times between XML text and the values of hosts, in the lexical forms of XML Schema Datatypes. A
 // host's value is a serial date (qvscriptwells/serial_date.h); between the two stands DateTimeValue.
 //
 // Numbers are read as atoi and atof read them, so junk behind a number is never an error. Failure:

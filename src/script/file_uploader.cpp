@@ -96,7 +96,7 @@ WideString CFileUploader::UploadNow(IAttachedFile* attachedFile, const NamedArgu
   const WideString contextHandle = TextOf(map, u"ContextHandle", WideString());
 
   const WideString uploadUrl = ObtainUploadUrl(attachedFile, contextHandle, serviceUrl);
-  const WideString ticket = ExtractTicket(uploadUrl);
+  WideString ticket = ExtractTicket(uploadUrl);
   Check(attachedFile->put_TicketId(ticket), attachedFile);
   PostFile(CQvUrl(uploadUrl), proxy, contextHandle, fileName);
   return ticket;

@@ -15,7 +15,7 @@ void HttpCall::Create() {
   session = IHttpSessionPtr(static_cast<IHttpSession*>(QueryFor(object.get(), IHttpSession::kIid)), false);
 }
 
-void HttpCall::Open(const CQvUrl& url, const WideString& proxy) {
+void HttpCall::Open(const CQvUrl& url, const WideString& proxy) const {
   IHttpSession* const opened = Session();
   ThrowIfFailed(opened->Open(url.protocol, url.host, static_cast<std::uint16_t>(url.port),
                              url.secondSpareText, url.firstSpareText, proxy),

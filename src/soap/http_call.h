@@ -15,7 +15,7 @@ struct HttpCall {
 
   // Makes a component, started, by its class id.
   void Create();
-  void Open(const CQvUrl& url, const WideString& proxy);
+  void Open(const CQvUrl& url, const WideString& proxy) const;
   // The request stays null when the component gives none.
   void OpenRequest(const WideString& verb, const WideString& path, const WideString& contentType);
   void SetHeader(const WideString& name, const WideString& value) const;

@@ -56,6 +56,9 @@ void QvDomParser::ParseLocalFile(const WideString& url) {
   if (url.view().substr(0, kFileUrlStart.size()) != kFileUrlStart)
     RefuseFile(url, u"Only local files are opened.");
   const std::string bytes = ReadWholeFile(url);
+  bufferId_.assign(url.view());
+  LimitGrowth(kMaxExpansionsOfFile);
+  Memory().SetLimit(kMostBytes);
   xc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(bytes.data()), bytes.size(), url.data(),
                                false);
   source.setCopyBufToStream(false);

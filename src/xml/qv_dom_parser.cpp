@@ -23,7 +23,6 @@ namespace xc = XERCES_CPP_NAMESPACE;
 // ceiling before 32 million units.
 constexpr std::size_t kBytesPerUnit = 64;
 constexpr std::size_t kBytesForAnyText = std::size_t{64} << 20;
-constexpr std::size_t kMostBytes = std::size_t{2} << 30;
 
 }  // namespace
 
@@ -54,10 +53,15 @@ void QvDomParser::ParseHostileText(std::u16string_view text, const char* bufferI
 void QvDomParser::Disarm(std::size_t units) {
   isHostile_ = true;
   if (getErrorHandler() == nullptr) setErrorHandler(&ownHandler_);  // else errors would pass unseen
-  expansionLimit_.setEntityExpansionLimit(kMaxEntityExpansions);
-  setSecurityManager(&expansionLimit_);
+  LimitGrowth(kMaxEntityExpansions);
   setDisableDefaultEntityResolution(true);
   Memory().SetLimit(std::min(memoryCeiling_, MemoryCeilingFor(units)));
+}
+
+void QvDomParser::LimitGrowth(std::size_t expansions) {
+  maxExpansions_ = expansions;
+  expansionLimit_.setEntityExpansionLimit(expansions);
+  setSecurityManager(&expansionLimit_);
 }
 
 // The scanner stands still where a callback or the memory refuses, so it still knows the place.
@@ -90,7 +94,7 @@ void QvDomParser::error(unsigned int /*code*/, const XMLCh* /*domain*/, xc::XMLE
 void QvDomParser::startElement(const xc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
                                const xc::RefVectorOf<xc::XMLAttr>& attributes, XMLSize_t attributeCount,
                                bool isEmpty, bool isRoot) {
-  if (isHostile_) {
+  if (IsLimited()) {
     // The scanner numbers the names of elements as they come up.
     if (declaration.getId() > kMaxElementNames) Refuse(u"The document has too many different elements.");
     if (attributeCount > kMaxAttributesOfElement) Refuse(u"The element has too many attributes.");
@@ -124,14 +128,14 @@ void QvDomParser::doctypeDecl(const xc::DTDElementDecl& root, const XMLCh* publi
 // comes by here. Each entity that is read has a reader of its own, counted up from the document's, which
 // is 1.
 void QvDomParser::doctypeWhitespace(const XMLCh* units, XMLSize_t length) {
-  if (isHostile_ && getScanner()->getReaderMgr()->getCurrentReaderNum() > kMaxEntityExpansions + 1) {
+  if (IsLimited() && getScanner()->getReaderMgr()->getCurrentReaderNum() > maxExpansions_ + 1) {
     Refuse(u"The document refers to too many parameter entities.");
   }
   TreeBuilder::doctypeWhitespace(units, length);
 }
 
 void QvDomParser::CountDeclaration() {
-  if (isHostile_ && ++declarations_ > kMaxDeclarations) Refuse(u"The document has too many declarations.");
+  if (IsLimited() && ++declarations_ > kMaxDeclarations) Refuse(u"The document has too many declarations.");
 }
 
 void QvDomParser::attDef(const xc::DTDElementDecl& element, const xc::DTDAttDef& attribute, bool isIgnored) {

@@ -51,7 +51,9 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
 
   // Parses the file of a name or file URL (support/file_names.h), in UTF-8. A name with "#" or "?" goes to
   // the library as it is. `reuse` lets the library use grammars that it keeps. Nothing is fetched from a
-  // network; that, and a file that cannot be opened, is a SAXParseException at line 0.
+  // network; that, and a file that cannot be opened, is a SAXParseException at line 0. A document that grows
+  // beyond kMaxExpansionsOfFile references, or one of the counts below, is refused as a hostile one is; one
+  // beyond kMostBytes of memory ends in the XML library's OutOfMemoryException.
   void parse(const char* fileName, bool reuse);
 
   // Lowers the ceiling on memory of ParseHostileText from MemoryCeilingFor to `bytes`.
@@ -67,6 +69,8 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   static std::size_t MemoryCeilingFor(std::size_t units) noexcept;
 
   static constexpr std::size_t kMaxEntityExpansions = 64;
+  static constexpr std::size_t kMaxExpansionsOfFile = 10000;
+  static constexpr std::size_t kMostBytes = std::size_t{2} << 30;
   // The library keeps these in tables of fixed size or in order, so their cost grows with the square of their
   // number.
   static constexpr std::size_t kMaxElementNames = 16384;
@@ -98,6 +102,9 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
  private:
   void ParseLocalFile(const WideString& url);
   void Disarm(std::size_t units);
+  // Bounds what a small document can grow to.
+  void LimitGrowth(std::size_t expansions);
+  bool IsLimited() const noexcept { return maxExpansions_ != 0; }
   void CountDeclaration();
   [[noreturn]] void Refuse(const char16_t* why);
 
@@ -106,6 +113,7 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   std::u16string bufferId_;
   std::size_t memoryCeiling_;
   std::size_t declarations_ = 0;
+  std::size_t maxExpansions_ = 0;  // 0: no limits
   bool isHostile_ = false;
 };
 

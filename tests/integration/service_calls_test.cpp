@@ -275,7 +275,7 @@ TEST_F(ServiceCalls, WrongPathIsAnInvalidAnswer) {
   EXPECT_EQ(Run(u"1"), "VT_INT 1");
 }
 
-TEST_F(ServiceCalls, ScriptFileIsRefusedAndSendsNothing) {
+TEST_F(ServiceCalls, MissingScriptFileSendsNothing) {
   ASSERT_EQ(Open(), "ok");
   Variant result;
   EXPECT_EQ(OutcomeText(model_->ExecuteFile(u"/nowhere/script.xml", nullptr, &result)),

@@ -68,7 +68,7 @@ TEST_F(Values, WholeNumberUnderItsOtherTagArrivesAsInt) {
 TEST_F(Values, ParameterWithoutWireFormIsRefusedBeforeAnythingIsSent) {
   EXPECT_EQ(Arrives(Variant()), "0x80020009 Cannot create the xml document.");
   EXPECT_EQ(Arrives(Variant::Null()), "0x80020009 Cannot create the xml document.");
-  EXPECT_EQ(Arrives(Variant::FromDate(1.5)), "0x80020009 Cannot create the xml document.");
+  EXPECT_EQ(Arrives(Variant::FromRaw(VT_UI1, {})), "0x80020009 Cannot create the xml document.");
   EXPECT_EQ(Stats()["actions"]["Execute"], 0);
   EXPECT_EQ(Run(u"1"), "VT_INT 1");
 }
@@ -105,6 +105,11 @@ TEST_F(Values, ByteInAnAnswerReadsAsZero) {
 TEST_F(Values, LongInAnAnswerReadsAsEmpty) {
   EXPECT_EQ(Run(u"typed.long(5)"), "VT_EMPTY");
   EXPECT_EQ(Run(u"9007199254740993n"), "VT_EMPTY");
+}
+
+TEST_F(Values, UnknownTypeInAnAnswerReadsAsEmpty) {
+  Use("/odd/unknown-type");
+  EXPECT_EQ(Run(u"'replaced'"), "VT_EMPTY");
 }
 
 TEST_F(Values, NoValueIsAnInvalidAnswer) {

@@ -57,6 +57,31 @@ class FileParseTest : public XmlFixture {
   fs::path directory_;
 };
 
+// Ten entities, each ten times the one before it: 10^9 references.
+TEST_F(FileParseTest, EntitiesThatGrowWithoutBoundAreRefused) {
+  std::string text = "<!DOCTYPE r [<!ENTITY e0 'x'>";
+  for (int i = 1; i < 10; ++i) {
+    text += "<!ENTITY e" + std::to_string(i) + " '";
+    for (int n = 0; n < 10; ++n) text += "&e" + std::to_string(i - 1) + ";";
+    text += "'>";
+  }
+  EXPECT_NE(RefusalOf(Write("lol.xml", text + "]><r>&e9;</r>")), "(accepted)");
+}
+
+TEST_F(FileParseTest, ThousandsOfReferencesAreFine) {
+  std::string text = "<!DOCTYPE r [<!ENTITY e 'x'>]><r>";
+  for (int i = 0; i < 9000; ++i) text += "&e;";
+  EXPECT_EQ(RefusalOf(Write("many.xml", text + "</r>")), "(accepted)");
+}
+
+// Beyond this number the XML library's time grows by its square.
+TEST_F(FileParseTest, TooManyDifferentElementsAreRefused) {
+  std::string text = "<r>";
+  for (int i = 0; i < 16383; ++i) text += "<e" + std::to_string(i) + "/>";
+  EXPECT_EQ(RefusalOf(Write("most.xml", text + "</r>")), "(accepted)");
+  EXPECT_NE(RefusalOf(Write("more.xml", text + "<f/></r>")), "(accepted)");
+}
+
 TEST_F(FileParseTest, PipeIsRefusedAndNotWaitedFor) {
   const std::string path = (directory_ / "pipe").string();
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
