@@ -64,8 +64,8 @@ void LookAtNode(const qv::WideString& text) {
   for (const char16_t* type : {u"url", u"duration", u"datetime"}) {
     try {
       qv::FormaterFactory::Instance()->GetFormater(type)->ReadValue(node);
-    } catch (const qv::EQvException&) {  // NOLINT(bugprone-empty-catch): refused is fine
-    } catch (const qv::_com_error&) {    // NOLINT(bugprone-empty-catch): refused is fine
+    } catch (const qv::EQvException&) {  // refused is fine
+    } catch (const qv::_com_error&) {    // refused is fine
     }
   }
 }
@@ -74,8 +74,8 @@ void LookAtNode(const qv::WideString& text) {
 void Refusable(void (*look)(const qv::WideString&), const qv::WideString& text) {
   try {
     look(text);
-  } catch (const qv::EQvException&) {                         // NOLINT(bugprone-empty-catch)
-  } catch (const XERCES_CPP_NAMESPACE::SAXParseException&) {  // NOLINT(bugprone-empty-catch)
+  } catch (const qv::EQvException&) {                         // refused is fine
+  } catch (const XERCES_CPP_NAMESPACE::SAXParseException&) {  // refused is fine
   }
 }
 
