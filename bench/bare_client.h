@@ -23,4 +23,21 @@ class BareClient {
   curl_slist* headers_ = nullptr;
 };
 
+// The limit of a transfer: a file on a kept connection as libcurl does it by itself, with its own buffers.
+class BareTransfer {
+ public:
+  explicit BareTransfer(const std::string& url);
+  ~BareTransfer();
+  BareTransfer(const BareTransfer&) = delete;
+  BareTransfer& operator=(const BareTransfer&) = delete;
+
+  // False when it failed.
+  bool Upload(const std::string& file);
+  bool Download(const std::string& file);
+
+ private:
+  CURL* curl_;
+  curl_slist* headers_ = nullptr;
+};
+
 }  // namespace qv::bench

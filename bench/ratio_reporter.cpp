@@ -1,5 +1,6 @@
 #include "ratio_reporter.h"
 
+#include <algorithm>
 #include <iomanip>
 
 namespace qv::bench {
@@ -15,6 +16,8 @@ constexpr Ratio kRatios[] = {
     {"round_trip/execute", "round_trip/bare_curl", 2.2},
     {"round_trip/execute", "round_trip/bare_curl_and_parse", 1.15},
     {"script_1MB/execute", "script_1MB/bare_curl", 3.0},
+    {"upload_256MB/component", "upload_256MB/bare_curl", 1.25},
+    {"download_256MB/component", "download_256MB/bare_curl", 1.25},
     {"envelope_200/write", "envelope_200/copy", 0},
     {"envelope_1MB/write", "envelope_1MB/copy", 0},
     {"read_string/response", "read_string/bare_parse", 0},
@@ -24,9 +27,9 @@ constexpr Ratio kRatios[] = {
     {"encode/special_5_percent", "encode/copy", 0},
 };
 
-// Names end in "/real_time" where the benchmark was told to go by it.
+// Names end in "/iterations:1" and "/real_time" where the benchmark was told to go by these.
 std::string PlainName(const std::string& name) {
-  return name.substr(0, name.find("/real_time"));
+  return name.substr(0, std::min(name.find("/iterations:"), name.find("/real_time")));
 }
 
 }  // namespace

@@ -45,11 +45,19 @@ bool AllowsKeeping(const ResponseHead& head) {
   return !head.IsOdd() && !close && (head.MinorVersion() >= 1 || keep);
 }
 
+bool Promises(const ResponseHead& head) {
+  for (const char* name : {"Connection", "Proxy-Connection"})
+    for (const std::string_view value : head.FindAll(name))
+      if (ListHasToken(value, "keep-alive")) return true;
+  return false;
+}
+
 }  // namespace
 
 BodyFraming::BodyFraming(const ResponseHead& head, bool answersHead, std::int64_t overheadLimit)
     : chunks_(overheadLimit) {
   mayKeep_ = AllowsKeeping(head);
+  promises_ = Promises(head);
   if (answersHead || HasNoBody(head.Status())) return;
   std::string_view length;
   if (IsChunked(head)) {

@@ -25,6 +25,8 @@ class BodyFraming {
   std::int64_t Announced() const noexcept { return announced_; }
   // After this answer the connection may carry another one, as far as head and framing tell.
   bool MayKeepConnection() const noexcept { return mayKeep_; }
+  // The answer says so in words, which HTTP/1.1 does not ask of anybody.
+  bool PromisesToKeepConnection() const noexcept { return promises_; }
 
  private:
   enum class Kind { kNone, kLength, kChunked, kToClose };
@@ -36,6 +38,7 @@ class BodyFraming {
   std::int64_t left_ = 0;
   ChunkDecoder chunks_;
   bool closed_ = false;
+  bool promises_ = false;
   bool mayKeep_ = false;
 };
 

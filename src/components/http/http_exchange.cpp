@@ -137,6 +137,8 @@ void HttpExchange::TakeTrailers() {
 
 bool HttpExchange::IsReusable() {
   if (answeredEarly_ || !reader_.IsComplete() || !framing_.MayKeepConnection()) return false;
+  // Proxies that close behind each answer may not say so, and a request that meets the close is lost.
+  if (connection_->Target().UsesPlainProxy() && !framing_.PromisesToKeepConnection()) return false;
   TakeTrailers();
   return framing_.IsAtEnd() && connection_->Buffered().empty();
 }

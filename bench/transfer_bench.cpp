@@ -1,0 +1,126 @@
+// A file of 256 MB up and down through the HTTP component, beside what libcurl's easy interface needs for it.
+#include <benchmark/benchmark.h>
+#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp is POSIX
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "bare_client.h"
+#include "bulk_server.h"
+#include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/http_component.h"
+
+namespace qv::bench {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uint64_t kBytes = std::uint64_t{256} << 20;
+
+// The files of both sides, gone at the end.
+class Folder {
+ public:
+  Folder() {
+    std::string pattern = (fs::temp_directory_path() / "qv_bench_XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary directory");
+    path_ = pattern;
+    std::ofstream(Path("source")).close();
+    fs::resize_file(Path("source"), kBytes);
+  }
+  ~Folder() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  std::string Path(const std::string& name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_;
+};
+
+Folder& Files() {
+  static Folder folder;
+  return folder;
+}
+
+BulkServer& Server() {
+  static BulkServer server(false);
+  return server;
+}
+
+WideString Port() {
+  return FromUtf8(Server().Url().substr(Server().Url().rfind(':') + 1));
+}
+
+// One exchange, as the library makes it.
+void Exchange(const WideString& verb, const WideString& path, HRESULT (*transfer)(IHttpRequest* request)) {
+  void* object = nullptr;
+  ThrowIfFailed(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IHttpSession::kIid, &object));
+  const IHttpSessionPtr session(static_cast<IHttpSession*>(object), false);
+  const auto port = static_cast<std::uint16_t>(std::stoi(ToUtf8(Port())));
+  ThrowIfFailed(session->Open(u"http", u"127.0.0.1", port, u"", u"", u""));
+  IHttpRequest* opened = nullptr;
+  ThrowIfFailed(session->OpenRequest(verb, path, u"*/*", 0, &opened));
+  const IHttpRequestPtr request(opened, false);
+  ThrowIfFailed(transfer(request.get()));
+  ThrowIfFailed(request->Close());
+  ThrowIfFailed(session->Close());
+}
+
+HRESULT SendSource(IHttpRequest* request) {
+  return request->SendFile(FromUtf8(Files().Path("source")));
+}
+
+HRESULT ReceiveTarget(IHttpRequest* request) {
+  const HRESULT sent = request->Send(u"", u"");
+  std::int32_t count = 0;
+  return Failed(sent) ? sent : request->ReadToFile(FromUtf8(Files().Path("target")), &count);
+}
+
+void CheckTaken(benchmark::State& state, std::uint64_t before) {
+  if (Server().BytesTaken() != before + kBytes) state.SkipWithError("not all has arrived");
+}
+void CheckTarget(benchmark::State& state) {
+  if (fs::file_size(Files().Path("target")) != kBytes) state.SkipWithError("not all has arrived");
+}
+
+void ComponentUpload(benchmark::State& state) {
+  const std::uint64_t before = Server().BytesTaken();
+  for (auto _ : state) Exchange(u"POST", u"/up", &SendSource);
+  CheckTaken(state, before);
+  state.SetBytesProcessed(static_cast<std::int64_t>(kBytes));
+}
+
+void BareUpload(benchmark::State& state) {
+  static BareTransfer client(Server().Url() + "/up");
+  const std::uint64_t before = Server().BytesTaken();
+  for (auto _ : state) client.Upload(Files().Path("source"));
+  CheckTaken(state, before);
+  state.SetBytesProcessed(static_cast<std::int64_t>(kBytes));
+}
+
+void ComponentDownload(benchmark::State& state) {
+  const WideString path = FromUtf8("/" + std::to_string(kBytes));
+  for (auto _ : state) Exchange(u"GET", path, &ReceiveTarget);
+  CheckTarget(state);
+  state.SetBytesProcessed(static_cast<std::int64_t>(kBytes));
+}
+
+void BareDownload(benchmark::State& state) {
+  static BareTransfer client(Server().FileUrl(kBytes));
+  for (auto _ : state) client.Download(Files().Path("target"));
+  CheckTarget(state);
+  state.SetBytesProcessed(static_cast<std::int64_t>(kBytes));
+}
+
+constexpr auto kUnit = benchmark::kMillisecond;
+BENCHMARK(ComponentUpload)->Name("upload_256MB/component")->UseRealTime()->Unit(kUnit)->Iterations(1);
+BENCHMARK(BareUpload)->Name("upload_256MB/bare_curl")->UseRealTime()->Unit(kUnit)->Iterations(1);
+BENCHMARK(ComponentDownload)->Name("download_256MB/component")->UseRealTime()->Unit(kUnit)->Iterations(1);
+BENCHMARK(BareDownload)->Name("download_256MB/bare_curl")->UseRealTime()->Unit(kUnit)->Iterations(1);
+
+}  // namespace
+}  // namespace qv::bench

@@ -1,0 +1,41 @@
+// A running nginx on loopback, for one test: it serves files, takes files, and stands in front of another
+// server, over TLS or plainly.
+//
+//   GET /files/NAME   the file NAME of Folder(), with a Content-Disposition that names it
+//   POST /take        puts the body into a file of Taken() and answers "taken"
+//   anything else     goes to the server behind, if there is one
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "certificates.h"
+#include "child_process.h"
+#include "fixtures/temporary_directory.h"
+
+namespace qv::test {
+
+class Nginx {
+ public:
+  // Plain http when `certificate` is null. A `behind` of 0 means no server behind. Throws std::runtime_error.
+  explicit Nginx(const CertificateFiles* certificate, std::uint16_t behind = 0);
+
+  std::uint16_t Port() const { return server_.Port(); }
+  // "https://127.0.0.1:4430"
+  std::string Url() const;
+  void Offer(const std::string& name, const std::string& content) const;
+  // The content of the only file that was taken; "(N files)" when it is not one.
+  std::string Taken() const;
+  // The request lines that have been answered, one per line. Waits for `count`.
+  std::string Requests(std::size_t count) const;
+
+ private:
+  Words Command(std::uint16_t port, const CertificateFiles* certificate, std::uint16_t behind) const;
+  std::string Places(std::uint16_t port, bool secure, std::uint16_t behind) const;
+
+  TemporaryDirectory files_;
+  bool secure_;
+  ServerProcess server_;
+};
+
+}  // namespace qv::test
