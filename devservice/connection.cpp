@@ -4,8 +4,11 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
+
+#include "devservice/delivery.h"
 
 namespace qv::devservice {
 namespace {
@@ -14,7 +17,8 @@ constexpr std::chrono::milliseconds kReadTime{10000};
 constexpr std::chrono::milliseconds kWriteTime{10000};
 constexpr std::size_t kReadBytes = 16384;
 constexpr std::size_t kFlushBytes = 65536;
-constexpr std::size_t kChunkBytes = 64;
+// How long the rest of a refused request is read and dropped.
+constexpr std::chrono::milliseconds kDrainTime{5000};
 
 bool WaitFor(socket_t socket, short events, std::chrono::milliseconds time) {
   pollfd watched{socket, events, 0};
@@ -25,47 +29,6 @@ bool WaitFor(socket_t socket, short events, std::chrono::milliseconds time) {
     const int ready = poll(&watched, 1, static_cast<int>(std::max<long long>(left.count(), 0)));
     if (ready >= 0 || errno != EINTR) return ready > 0;
   }
-}
-
-struct Reason {
-  int status;
-  const char* phrase;
-};
-
-constexpr Reason kReasons[] = {
-    {200, "OK"},
-    {404, "Not Found"},
-    {405, "Method Not Allowed"},
-    {413, "Payload Too Large"},
-    {415, "Unsupported Media Type"},
-    {500, "Internal Server Error"},
-};
-
-const char* ReasonPhrase(int status) {
-  for (const Reason& reason : kReasons) {
-    if (reason.status == status) return reason.phrase;
-  }
-  return "Unknown";
-}
-
-std::string MakeHead(const HttpAnswer& answer, const std::string& framing) {
-  return "HTTP/1.1 " + std::to_string(answer.status) + " " + ReasonPhrase(answer.status) +
-         "\r\nContent-Type: " + answer.contentType + "\r\n" + framing + "\r\n";
-}
-
-std::string LengthLine(const HttpAnswer& answer) {
-  return "Content-Length: " + std::to_string(answer.body.size()) + "\r\n";
-}
-
-std::string Chunks(const std::string& body) {
-  std::string out;
-  for (std::size_t at = 0; at < body.size(); at += kChunkBytes) {
-    const std::string piece = body.substr(at, kChunkBytes);
-    char length[16];
-    const int digits = std::snprintf(length, sizeof length, "%zx", piece.size());
-    out.append(length, static_cast<std::size_t>(digits)).append("\r\n").append(piece).append("\r\n");
-  }
-  return out + "0\r\n\r\n";
 }
 
 }  // namespace
@@ -83,38 +46,22 @@ void Connection::BeginRequest(std::size_t bytes) {
   answer_.reset();
 }
 
-bool Connection::Finish(std::chrono::milliseconds stallTime) {
+bool Connection::Finish(std::chrono::milliseconds stallTime, std::atomic<std::uint64_t>& fileBytes) {
   if (answer_) {
     outgoing_.clear();
-    Deliver(*answer_, stallTime);
+    Deliver(*this, *answer_, stallTime, fileBytes);
   }
   return Flush() && !close_ && budget_ > 0;
 }
 
-void Connection::Deliver(const HttpAnswer& answer, std::chrono::milliseconds stallTime) {
-  const std::string half = answer.body.substr(0, answer.body.size() / 2);
-  close_ = close_ || (answer.delivery != Delivery::kPlain && answer.delivery != Delivery::kChunked);
-  const std::string keep = close_ ? "Connection: close\r\n" : "Connection: Keep-Alive\r\n";
-  if (answer.delayed) HoldStill(stallTime);
-  switch (answer.delivery) {
-    case Delivery::kPlain:
-      Send(MakeHead(answer, keep + LengthLine(answer)) + answer.body);
-      break;
-    case Delivery::kCloseDelimited:
-      Send(MakeHead(answer, keep) + answer.body);
-      break;
-    case Delivery::kChunked:
-      Send(MakeHead(answer, keep + "Transfer-Encoding: chunked\r\n") + Chunks(answer.body));
-      break;
-    case Delivery::kCut:
-      Send(MakeHead(answer, keep + LengthLine(answer)) + half);
-      break;
-    case Delivery::kStall:
-      Send(MakeHead(answer, keep + LengthLine(answer)) + half);
-      HoldStill(stallTime);
-      break;
-    case Delivery::kDrop:
-      break;
+// A socket that is closed with unread bytes resets the connection, and the answer may be lost on its way.
+void Connection::DrainRest() const {
+  if (!drains_) return;
+  shutdown(socket_, SHUT_WR);
+  std::array<char, kFlushBytes> dropped;
+  const auto end = std::chrono::steady_clock::now() + kDrainTime;
+  while (std::chrono::steady_clock::now() < end && WaitFor(socket_, POLLIN, kDrainTime)) {
+    if (recv(socket_, dropped.data(), dropped.size(), MSG_DONTWAIT) <= 0) return;
   }
 }
 
@@ -164,10 +111,10 @@ ssize_t Connection::write(const char* bytes, std::size_t size) {
 bool Connection::Flush() {
   std::string bytes;
   bytes.swap(outgoing_);
-  return Send(bytes);
+  return SendNow(bytes);
 }
 
-bool Connection::Send(const std::string& bytes) {
+bool Connection::SendNow(std::string_view bytes) {
   for (std::size_t sent = 0; sent < bytes.size();) {
     const ssize_t count =
         send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);

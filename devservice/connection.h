@@ -3,11 +3,14 @@
 
 #include <httplib.h>
 
+#include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
-#include "devservice/http_server.h"
+#include "devservice/http_message.h"
 
 namespace qv::devservice {
 
@@ -34,8 +37,25 @@ class Connection : public httplib::Stream {
   // No further request is read after this one.
   void CloseAfterwards() { close_ = true; }
 
-  // Sends what is still to be sent; true when the connection can serve another request.
-  bool Finish(std::chrono::milliseconds stallTime);
+  bool Closes() const { return close_; }
+
+  // The present request is refused before its body was read: no further request, and DrainRest has work.
+  void AbandonRest() { close_ = drains_ = true; }
+
+  // Makes room for a body that does not count among the bytes of BeginRequest.
+  void AllowBody(std::size_t bytes) { budget_ += bytes; }
+
+  // Sends what is still to be sent; true when the connection can serve another request. Bytes of files are
+  // added to `fileBytes`.
+  bool Finish(std::chrono::milliseconds stallTime, std::atomic<std::uint64_t>& fileBytes);
+
+  // Lets the client read the refusal: for some seconds, or until it closes, what it still sends is dropped.
+  void DrainRest() const;
+
+  // For the delivery of an answer: sends at once, false (and the connection closes) when that fails; waits
+  // until the time is over, the client closes, or the server stops.
+  bool SendNow(std::string_view bytes);
+  void HoldStill(std::chrono::milliseconds time) const;
 
   bool is_readable() const override;
   bool is_writable() const override;
@@ -48,9 +68,6 @@ class Connection : public httplib::Stream {
  private:
   bool Fill();
   bool Flush();
-  bool Send(const std::string& bytes);
-  void Deliver(const HttpAnswer& answer, std::chrono::milliseconds stallTime);
-  void HoldStill(std::chrono::milliseconds time) const;
 
   socket_t socket_;
   std::string incoming_;
@@ -60,6 +77,7 @@ class Connection : public httplib::Stream {
   std::string path_;
   std::optional<HttpAnswer> answer_;
   bool close_ = false;
+  bool drains_ = false;
 };
 
 }  // namespace qv::devservice

@@ -1,17 +1,16 @@
 #include "devservice/endpoint.h"
 
 #include <exception>
-#include <nlohmann/json.hpp>
 
 #include "devservice/fault_codes.h"
 #include "devservice/script_document.h"
+#include "devservice/script_files.h"
 #include "devservice/soap_answer.h"
 
 namespace qv::devservice {
 namespace {
 
 constexpr std::string_view kServicePath = "/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx";
-constexpr std::string_view kOddPrefix = "/odd/";
 constexpr int kRefusals = 2;
 constexpr std::size_t kMostRefusingPaths = 1000;
 
@@ -33,19 +32,8 @@ bool EndsWith(std::string_view text, std::string_view end) {
   return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
 
-// The odd forms that a path asks for, which is empty or a name that does not exist in `unknown`.
-OddForms ReadOddForms(std::string_view path, std::string& unknown) {
-  OddForms forms;
-  if (path.substr(0, kOddPrefix.size()) != kOddPrefix) return forms;
-  std::string_view names = path.substr(kOddPrefix.size());
-  names = names.substr(0, names.find('/'));
-  while (!names.empty()) {
-    const std::size_t end = names.find('+');
-    const std::string_view name = names.substr(0, end);
-    if (!AddOddForm(name, forms)) unknown = name;
-    names = end == std::string_view::npos ? std::string_view{} : names.substr(end + 1);
-  }
-  return forms;
+HttpAnswer UnknownForm() {
+  return Page(404, "There is no odd answer of this name. Names: " + OddFormNames() + "\n");
 }
 
 bool IsXmlType(std::string_view contentType) {
@@ -72,14 +60,35 @@ std::atomic<std::uint64_t> ServiceStats::*CounterOf(Action action) {
 
 }  // namespace
 
+Endpoint::Endpoint(const Namespaces& spaces, const EndpointParts& parts, std::uint64_t maxUploadBytes)
+    : spaces_(spaces),
+      sessions_(parts.sessions),
+      pool_(parts.pool),
+      spool_(parts.spool),
+      stats_(parts.stats),
+      transfers_(parts.sessions, parts.spool, parts.stats, maxUploadBytes) {}
+
+BodyPlan Endpoint::PlanBody(const HttpRequest& head) {
+  if (!IsUploadPath(head.path)) return {};
+  std::string unknown;
+  const OddForms forms = ReadOddForms(head.path, unknown);
+  if (!unknown.empty()) return {UnknownForm(), nullptr};
+  return transfers_.PlanUpload(head, forms.transfer);
+}
+
 HttpAnswer Endpoint::Handle(const HttpRequest& request) {
-  if (!EndsWith(request.path, kServicePath)) return HandlePage(request);
+  if (EndsWith(request.path, kServicePath)) return HandleService(request);
+  if (IsUploadPath(request.path)) return Page(405, "Uploads are sent with POST.\n");
+  if (const std::optional<std::string> id = PublishedIdIn(request.path)) return HandleFile(request, *id);
+  return HandlePage(request);
+}
+
+HttpAnswer Endpoint::HandleService(const HttpRequest& request) {
   if (request.method != "POST") return Page(405, "The service takes POST only.\n");
   if (!IsXmlType(request.contentType)) return Page(415, "The service takes text/xml only.\n");
   std::string unknown;
   const OddForms forms = ReadOddForms(request.path, unknown);
-  if (!unknown.empty())
-    return Page(404, "There is no odd answer of this name. Names: " + OddFormNames() + "\n");
+  if (!unknown.empty()) return UnknownForm();
   if (forms.refuseTwice && RefusesStill(request.path)) {
     ++stats_.refused;
     HttpAnswer none;
@@ -89,18 +98,26 @@ HttpAnswer Endpoint::Handle(const HttpRequest& request) {
   return HandleSoap(request, forms);
 }
 
+HttpAnswer Endpoint::HandleFile(const HttpRequest& request, const std::string& id) {
+  if (request.method == "POST") return Page(405, "Files are fetched with GET.\n");
+  std::string unknown;
+  const OddForms forms = ReadOddForms(request.path, unknown);
+  if (!unknown.empty()) return UnknownForm();
+  return transfers_.Download(request, id, forms.transfer);
+}
+
 HttpAnswer Endpoint::HandlePage(const HttpRequest& request) const {
   if (request.method != "GET" && request.method != "HEAD") return Page(404, "There is nothing here.\n");
   if (request.path == "/") return Page(200, kWelcome + OddFormNames() + "\n");
   if (request.path != "/stats") return Page(404, "There is nothing here.\n");
-  HttpAnswer answer = Page(200, StatsText());
+  HttpAnswer answer = Page(200, StatsText(stats_, sessions_.Count()));
   answer.contentType = "application/json";
   return answer;
 }
 
 HttpAnswer Endpoint::HandleSoap(const HttpRequest& request, const OddForms& forms) {
   try {
-    return Perform(ParseSoapRequest(request.body, request.soapAction, spaces_), forms);
+    return Perform(request, forms);
   } catch (const FaultError& error) {
     return Fault({error.Code(), error.what(), error.Source(), IsClientsFault(error.Code())}, forms);
   } catch (const std::exception& error) {
@@ -108,15 +125,16 @@ HttpAnswer Endpoint::HandleSoap(const HttpRequest& request, const OddForms& form
   }
 }
 
-HttpAnswer Endpoint::Perform(const SoapRequest& request, const OddForms& forms) {
+HttpAnswer Endpoint::Perform(const HttpRequest& http, const OddForms& forms) {
+  const SoapRequest request = ParseSoapRequest(http.body, http.soapAction, spaces_);
   ++(stats_.*CounterOf(request.action));
-  const ScriptResult result = Carry(request);
+  const ScriptResult result = Carry(request, MakeTransferUrls(http, kServicePath, forms.transfer));
   if (result.kind == ResultKind::kFault)
     return Fault({result.code, result.text, result.source, false}, forms);
   return WriteAnswer(request.action, result, spaces_, forms);
 }
 
-ScriptResult Endpoint::Carry(const SoapRequest& request) {
+ScriptResult Endpoint::Carry(const SoapRequest& request, const TransferUrls& urls) {
   switch (request.action) {
     case Action::kCreateUserSession:
       return {ResultKind::kValue, "string", sessions_.Open(request.connectionString), 0, ""};
@@ -126,12 +144,16 @@ ScriptResult Endpoint::Carry(const SoapRequest& request) {
     case Action::kExecute:
       break;
   }
-  return RunScript(request);
+  return RunScript(request, urls);
 }
 
-ScriptResult Endpoint::RunScript(const SoapRequest& request) {
-  sessions_.Use(request.sessionId);
-  return pool_.Run({ReadScriptDocument(request.scriptDocument, spaces_), request.parameters});
+ScriptResult Endpoint::RunScript(const SoapRequest& request, const TransferUrls& urls) {
+  ScriptFiles files(sessions_.Use(request.sessionId), spool_);
+  ScriptJob job{ReadScriptDocument(request.scriptDocument, spaces_), request.parameters};
+  files.Prepare(job, urls);
+  const ScriptResult result = pool_.Run(job);
+  if (result.kind != ResultKind::kFault) files.Keep(result.files);
+  return result;
 }
 
 HttpAnswer Endpoint::Fault(const FaultContent& fault, const OddForms& forms) {
@@ -143,25 +165,6 @@ bool Endpoint::RefusesStill(const std::string& path) {
   const std::lock_guard<std::mutex> lock(mutex_);
   if (refusals_.size() >= kMostRefusingPaths) refusals_.clear();
   return ++refusals_[path] <= kRefusals;
-}
-
-std::string Endpoint::StatsText() const {
-  const nlohmann::json stats = {
-      {"connections", stats_.connections.load()},
-      {"requests", stats_.requests.load()},
-      {"refused", stats_.refused.load()},
-      {"actions",
-       {{"CreateUserSession", stats_.createUserSession.load()},
-        {"CloseUserSession", stats_.closeUserSession.load()},
-        {"Execute", stats_.execute.load()}}},
-      {"faults", stats_.faults.load()},
-      {"openSessions", sessions_.Count()},
-      {"scriptsRun", stats_.scriptsRun.load()},
-      {"workersStarted", stats_.workersStarted.load()},
-      {"workersKilled", stats_.workersKilled.load()},
-      {"workersCrashed", stats_.workersCrashed.load()},
-  };
-  return stats.dump(2) + "\n";
 }
 
 }  // namespace qv::devservice

@@ -13,33 +13,46 @@
 #include "devservice/sessions.h"
 #include "devservice/soap_answer.h"
 #include "devservice/soap_request.h"
+#include "devservice/spool.h"
+#include "devservice/transfer_urls.h"
+#include "devservice/transfers.h"
 #include "devservice/worker_pool.h"
 
 namespace qv::devservice {
 
-// Thread-safe. Borrows the three parts, which have to outlive it.
-class Endpoint {
- public:
-  Endpoint(const Namespaces& spaces, SessionTable& sessions, WorkerPool& pool, ServiceStats& stats)
-      : spaces_(spaces), sessions_(sessions), pool_(pool), stats_(stats) {}
+// What an endpoint borrows; all of it has to outlive it.
+struct EndpointParts {
+  SessionTable& sessions;
+  WorkerPool& pool;
+  SpoolDirectory& spool;
+  ServiceStats& stats;
+};
 
-  // Answers any request; every failure is an answer too.
-  HttpAnswer Handle(const HttpRequest& request);
+// Thread-safe. Every failure is an answer too.
+class Endpoint : public RequestHandler {
+ public:
+  Endpoint(const Namespaces& spaces, const EndpointParts& parts, std::uint64_t maxUploadBytes);
+
+  BodyPlan PlanBody(const HttpRequest& head) override;
+  HttpAnswer Handle(const HttpRequest& request) override;
 
  private:
   HttpAnswer HandlePage(const HttpRequest& request) const;
+  HttpAnswer HandleFile(const HttpRequest& request, const std::string& id);
+  HttpAnswer HandleService(const HttpRequest& request);
   HttpAnswer HandleSoap(const HttpRequest& request, const OddForms& forms);
-  HttpAnswer Perform(const SoapRequest& request, const OddForms& forms);
-  ScriptResult Carry(const SoapRequest& request);
-  ScriptResult RunScript(const SoapRequest& request);
+  HttpAnswer Perform(const HttpRequest& http, const OddForms& forms);
+  ScriptResult Carry(const SoapRequest& request, const TransferUrls& urls);
+  ScriptResult RunScript(const SoapRequest& request, const TransferUrls& urls);
   HttpAnswer Fault(const FaultContent& fault, const OddForms& forms);
   bool RefusesStill(const std::string& path);
-  std::string StatsText() const;
 
   const Namespaces spaces_;
   SessionTable& sessions_;
   WorkerPool& pool_;
+  SpoolDirectory& spool_;
   ServiceStats& stats_;
+  Transfers transfers_;
   std::mutex mutex_;
   std::map<std::string, int> refusals_;  // By path: how often it was refused.
 };

@@ -24,6 +24,8 @@ enum FaultCode : int {
   kMemoryLimit = 1014,
   kWorkerCrashed = 1015,
   kUnavailable = 1016,
+  kUnknownTicket = 1017,
+  kTooManyFiles = 1018,
 };
 
 // Ends the handling of a request; becomes a SOAP fault. `what()` is the description, in UTF-8. `source` says

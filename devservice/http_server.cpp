@@ -6,20 +6,20 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <condition_variable>
-#include <deque>
-#include <mutex>
-#include <set>
+#include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
 #include "devservice/connection.h"
+#include "devservice/connection_threads.h"
+#include "devservice/request_head.h"
 
 namespace qv::devservice {
 namespace {
 
 constexpr int kBacklog = 256;
+constexpr std::size_t kPieceBytes = 65536;
 // Room for a request's head beside its body.
 constexpr std::size_t kHeadBytes = 65536;
 // The library counts down from here and closes at zero; that is never reached.
@@ -33,94 +33,16 @@ void SetSwitch(socket_t socket, int level, int option) {
   setsockopt(socket, level, option, &on, sizeof on);
 }
 
-// Threads for connections: a new one whenever none is free, up to a number, then a queue. A kept connection
-// holds its thread, so a fixed small pool would starve the next client.
-class ConnectionThreads : public httplib::TaskQueue {
- public:
-  explicit ConnectionThreads(std::size_t most) : most_(most) {}
-
-  void enqueue(std::function<void()> task) override {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    tasks_.push_back(std::move(task));
-    if (tasks_.size() > free_ && threads_.size() < most_) {
-      threads_.emplace_back(&ConnectionThreads::Work, this);
-      ++free_;
-    }
-    changed_.notify_one();
-  }
-
-  void shutdown() override {
-    {
-      const std::lock_guard<std::mutex> lock(mutex_);
-      ended_ = true;
-    }
-    changed_.notify_all();
-    for (std::thread& thread : threads_) thread.join();
-  }
-
- private:
-  void Work() {
-    std::unique_lock<std::mutex> lock(mutex_);
-    for (;;) {
-      changed_.wait(lock, [this] { return ended_ || !tasks_.empty(); });
-      if (tasks_.empty()) return;
-      const std::function<void()> task = std::move(tasks_.front());
-      tasks_.pop_front();
-      --free_;
-      lock.unlock();
-      task();
-      lock.lock();
-      ++free_;
-    }
-  }
-
-  const std::size_t most_;
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<std::function<void()>> tasks_;
-  std::vector<std::thread> threads_;
-  std::size_t free_ = 0;  // Threads that wait for a task, or will as soon as they run.
-  bool ended_ = false;
-};
-
-// The sockets that are being served, so that a stop reaches them all.
-class OpenSockets {
- public:
-  // False when the server is stopping; the socket is then not to be served.
-  bool Add(socket_t socket) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (!stopping_) sockets_.insert(socket);
-    return !stopping_;
-  }
-  // Closes under the lock: a shutdown must not hit the next socket of the same number.
-  void Close(socket_t socket) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    sockets_.erase(socket);
-    close(socket);
-  }
-  void ShutdownAll() {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    stopping_ = true;
-    for (const socket_t socket : sockets_) shutdown(socket, SHUT_RDWR);
-  }
-
- private:
-  std::mutex mutex_;
-  std::set<socket_t> sockets_;
-  bool stopping_ = false;
-};
-
 std::string Refusal(const HttpServerOptions& options) {
   return "Cannot listen on " + options.host + " port " + std::to_string(options.port) +
          ": the port is taken, not permitted, or the address is not one of this machine.";
 }
 
-// A request that came by way of a proxy names the whole URL.
-std::string PathOf(const std::string& path) {
-  constexpr std::string_view kScheme = "http://";
-  if (path.compare(0, kScheme.size(), kScheme) != 0) return path;
-  const std::size_t slash = path.find('/', kScheme.size());
-  return slash == std::string::npos ? "/" : path.substr(slash);
+HttpAnswer EarlyEnd() {
+  HttpAnswer answer;
+  answer.status = 400;
+  answer.body = "The body ended before its announced length.\n";
+  return answer;
 }
 
 }  // namespace
@@ -129,8 +51,8 @@ std::string PathOf(const std::string& path) {
 // once on a stop nor lets an answer be anything but correct.
 class HttpServer::Implementation : public httplib::Server {
  public:
-  Implementation(HttpServerOptions options, ServiceStats& stats, HttpServer::Handler handler)
-      : options_(std::move(options)), stats_(stats), handler_(std::move(handler)) {
+  Implementation(HttpServerOptions options, ServiceStats& stats, RequestHandler& handler)
+      : options_(std::move(options)), stats_(stats), handler_(handler) {
     Configure();
     port_ = options_.port == 0 ? bind_to_any_port(options_.host) : BindTo(options_.port);
     if (port_ <= 0) throw std::runtime_error(Refusal(options_));
@@ -181,6 +103,7 @@ class HttpServer::Implementation : public httplib::Server {
     while (connection.WaitForRequest(options_.keepAliveTime) && ServeOne(connection)) {
     }
     currentConnection = nullptr;
+    connection.DrainRest();
     shutdown(socket, SHUT_RDWR);
     sockets_.Close(socket);
     return true;
@@ -196,18 +119,25 @@ class HttpServer::Implementation : public httplib::Server {
       request.ranges.clear();
     });
     if (!served || closed) connection.CloseAfterwards();
-    return connection.Finish(options_.stallTime);
+    return connection.Finish(options_.stallTime, stats_.downloadedBytes);
   }
 
   HttpRequest MakeRequest(const httplib::Request& request) const {
-    return {request.method, currentConnection->Path(), request.get_header_value("Content-Type"),
-            request.get_header_value("SOAPAction"), ""};
+    return MakeRequestHead(request, currentConnection->Path(), OwnHost());
+  }
+
+  std::string OwnHost() const {
+    const bool bracketed = options_.host.find(':') != std::string::npos;
+    return (bracketed ? "[" + options_.host + "]" : options_.host) + ":" + std::to_string(port_);
   }
 
   void ServePost(const httplib::Request& request, httplib::Response& response,
                  const httplib::ContentReader& reader) {
-    if (request.is_multipart_form_data()) return Refuse(response, 415);
     HttpRequest whole = MakeRequest(request);
+    BodyPlan plan = handler_.PlanBody(whole);
+    if (plan.refusal) return RefuseWith(std::move(*plan.refusal));
+    if (plan.sink) return ServeStream(whole.bodyLength.value_or(0), *plan.sink);
+    if (request.is_multipart_form_data()) return Refuse(response, 415);
     bool tooLong = false;
     const bool complete = reader([&](const char* bytes, std::size_t count) {
       tooLong = count > options_.maxRequestBytes - whole.body.size();
@@ -218,6 +148,27 @@ class HttpServer::Implementation : public httplib::Server {
     Serve(whole, response);
   }
 
+  // Reads past the library, which would take some kinds of bodies apart.
+  void ServeStream(std::uint64_t length, BodySink& sink) {
+    currentConnection->AllowBody(length);
+    std::array<char, kPieceBytes> piece;
+    for (std::uint64_t left = length; left > 0;) {
+      const ssize_t got = currentConnection->read(piece.data(), std::min<std::uint64_t>(piece.size(), left));
+      if (got <= 0) return RefuseWith(EarlyEnd());
+      std::optional<HttpAnswer> answer = sink.Write(piece.data(), static_cast<std::size_t>(got));
+      if (answer) return RefuseWith(std::move(*answer));
+      left -= static_cast<std::uint64_t>(got);
+    }
+    ++stats_.requests;
+    currentConnection->TakeOver(sink.Finish());
+  }
+
+  // Nothing may follow a request whose body was not read to its end.
+  void RefuseWith(HttpAnswer answer) {
+    if (answer.delivery != Delivery::kDrop) currentConnection->AbandonRest();
+    currentConnection->TakeOver(std::move(answer));
+  }
+
   // The rest of such a request is not read, so nothing may follow it.
   void Refuse(httplib::Response& response, int status) {
     response.status = status;
@@ -226,8 +177,9 @@ class HttpServer::Implementation : public httplib::Server {
 
   void Serve(const HttpRequest& request, httplib::Response& response) {
     ++stats_.requests;
-    HttpAnswer answer = handler_(request);
-    if (answer.delivery != Delivery::kPlain || answer.delayed)
+    HttpAnswer answer = handler_.Handle(request);
+    answer.headOnly = request.method == "HEAD";
+    if (answer.file || !answer.headers.empty() || answer.delivery != Delivery::kPlain || answer.delayed)
       return currentConnection->TakeOver(std::move(answer));
     response.status = answer.status;
     response.set_content(answer.body, answer.contentType);
@@ -235,14 +187,14 @@ class HttpServer::Implementation : public httplib::Server {
 
   const HttpServerOptions options_;
   ServiceStats& stats_;
-  const HttpServer::Handler handler_;
+  RequestHandler& handler_;
   int port_ = 0;
   OpenSockets sockets_;
   std::thread thread_;
 };
 
-HttpServer::HttpServer(HttpServerOptions options, ServiceStats& stats, Handler handler)
-    : implementation_(std::make_unique<Implementation>(std::move(options), stats, std::move(handler))) {}
+HttpServer::HttpServer(HttpServerOptions options, ServiceStats& stats, RequestHandler& handler)
+    : implementation_(std::make_unique<Implementation>(std::move(options), stats, handler)) {}
 
 HttpServer::~HttpServer() = default;
 int HttpServer::Port() const {

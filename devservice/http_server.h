@@ -1,42 +1,15 @@
-// The HTTP side: connections, requests and the ways in which an answer can go out.
+// The HTTP side: connections, and the reading of requests.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 
+#include "devservice/http_message.h"
 #include "devservice/service_stats.h"
 
 namespace qv::devservice {
-
-// A whole request. Texts are as they came, the path percent-decoded and without host, query cut off.
-struct HttpRequest {
-  std::string method;
-  std::string path;
-  std::string contentType;
-  std::string soapAction;
-  std::string body;
-};
-
-// How the bytes of an answer go out. All but kPlain and kChunked close the connection.
-enum class Delivery {
-  kPlain,           // Head with Content-Length, whole body.
-  kCloseDelimited,  // No Content-Length: the end of the connection ends the body.
-  kChunked,         // Transfer-Encoding: chunked, in pieces.
-  kCut,             // Announces the whole body, sends half of it.
-  kStall,           // Head and half of the body, then silence until the stall time is over.
-  kDrop,            // Nothing at all.
-};
-
-struct HttpAnswer {
-  int status = 200;
-  std::string contentType = "text/plain; charset=utf-8";
-  std::string body;
-  Delivery delivery = Delivery::kPlain;
-  bool delayed = false;  // Silence for the stall time before the first byte.
-};
 
 struct HttpServerOptions {
   std::string host;
@@ -47,15 +20,22 @@ struct HttpServerOptions {
   std::chrono::milliseconds stallTime{0};
 };
 
+// What the server asks about requests: on the connection's thread, several at a time. Must not throw.
+class RequestHandler {
+ public:
+  virtual ~RequestHandler() = default;
+  // The head of a POST has come, its body not yet.
+  virtual BodyPlan PlanBody(const HttpRequest& head) = 0;
+  // The request is whole. Not called when its body had a sink or was refused.
+  virtual HttpAnswer Handle(const HttpRequest& request) = 0;
+};
+
 // A running server from construction to destruction.
 class HttpServer {
  public:
-  // Called on the connection's thread, several at a time. Must not throw.
-  using Handler = std::function<HttpAnswer(const HttpRequest&)>;
-
-  // Listens and accepts when the constructor returns; throws std::runtime_error otherwise. `stats` is
-  // borrowed.
-  HttpServer(HttpServerOptions options, ServiceStats& stats, Handler handler);
+  // Listens and accepts when the constructor returns; throws std::runtime_error otherwise. `stats` and
+  // `handler` are borrowed.
+  HttpServer(HttpServerOptions options, ServiceStats& stats, RequestHandler& handler);
   // Stops, see Stop.
   ~HttpServer();
   HttpServer(const HttpServer&) = delete;

@@ -1,6 +1,7 @@
 #include "devservice/js_parameters.h"
 
 #include "devservice/js_dates.h"
+#include "devservice/js_files.h"
 #include "devservice/js_handles.h"
 #include "devservice/js_objects.h"
 #include "devservice/value_types.h"
@@ -35,7 +36,9 @@ JSValueRef UrlFromText(JSContextRef context, const std::string& text) {
   return MakeUrlObject(context, url);
 }
 
-JSValueRef MakeParameterValue(JSContextRef context, const Parameter& parameter) {
+JSValueRef MakeParameterValue(JSContextRef context, const Parameter& parameter, const WorkerFiles& files) {
+  const ReadableFile* file = parameter.type == kFileTicketType ? files.Find(parameter.text) : nullptr;
+  if (file) return MakeFileObject(context, *file);
   const ValueType* type = FindValueType(parameter.type);
   switch (type ? type->kind : ValueKind::kString) {
     case ValueKind::kInteger:
@@ -68,7 +71,8 @@ JSObjectRef MakeBareObject(JSContextRef context) {
 
 }  // namespace
 
-void InstallParameters(JSContextRef context, JSObjectRef global, const std::vector<Parameter>& parameters) {
+void InstallParameters(JSContextRef context, JSObjectRef global, const std::vector<Parameter>& parameters,
+                       const WorkerFiles& files) {
   const JSObjectRef values = MakeBareObject(context);
   const JSObjectRef types = MakeBareObject(context);
   const JSObjectRef list = JSObjectMakeArray(context, 0, nullptr, nullptr);
@@ -77,7 +81,7 @@ void InstallParameters(JSContextRef context, JSObjectRef global, const std::vect
   SetProperty(context, global, "parameterList", list);
   for (unsigned i = 0; i < parameters.size(); ++i) {
     const Parameter& parameter = parameters[i];
-    const JSValueRef value = MakeParameterValue(context, parameter);
+    const JSValueRef value = MakeParameterValue(context, parameter, files);
     const JSValueRef type = MakeText(context, parameter.type);
     SetProperty(context, values, parameter.name, value);
     SetProperty(context, types, parameter.name, type);

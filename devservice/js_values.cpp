@@ -7,6 +7,7 @@
 #include "devservice/js_handles.h"
 #include "devservice/js_objects.h"
 #include "devservice/js_parameters.h"
+#include "devservice/js_publish.h"
 #include "devservice/js_typed.h"
 #include "devservice/text.h"
 
@@ -113,10 +114,12 @@ void TakePlace(JSContextRef context, JSObjectRef thrown, ScriptResult& fault) {
 
 }  // namespace
 
-void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const DateReader& dates) {
+void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const DateReader& dates,
+                      const std::shared_ptr<WorkerFiles>& files) {
   const JSObjectRef global = JSContextGetGlobalObject(context);
-  InstallParameters(context, global, job.parameters);
+  InstallParameters(context, global, job.parameters, *files);
   InstallTyped(context, global, dates);
+  InstallPublish(context, global, files);
   JSEvaluateScript(context, MakeJsString(kPrelude).get(), nullptr, nullptr, 1, nullptr);
 }
 

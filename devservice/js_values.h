@@ -3,14 +3,19 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
+#include <memory>
+
 #include "devservice/js_dates.h"
 #include "devservice/script_job.h"
+#include "devservice/worker_files.h"
 
 namespace qv::devservice {
 
-// Puts `parameters`, `parameterTypes`, `parameterList`, `typed` and `ScriptError` into a fresh global object.
-// The reader is borrowed and has to outlive the context.
-void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const DateReader& dates);
+// Puts `parameters`, `parameterTypes`, `parameterList`, `typed`, `uploadUrl`, `publish` and `ScriptError`
+// into a fresh global object. The reader is borrowed and has to outlive the context; `files` is kept as long
+// as a function needs it.
+void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const DateReader& dates,
+                      const std::shared_ptr<WorkerFiles>& files);
 
 // The answer that a script's value makes, a fault when the value has no wire form. May run getters of the
 // script.

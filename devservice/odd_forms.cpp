@@ -1,7 +1,11 @@
 #include "devservice/odd_forms.h"
 
+#include <iterator>
+
 namespace qv::devservice {
 namespace {
+
+constexpr std::string_view kOddPrefix = "/odd/";
 
 struct OddForm {
   const char* name;
@@ -25,6 +29,29 @@ constexpr OddForm kOddForms[] = {
     {"zero", [](OddForms& forms) { forms.empty = true; }},
 };
 
+// What happens to files.
+constexpr OddForm kOddTransfers[] = {
+    {"upload-refused", [](OddForms& forms) { forms.transfer.upload = UploadEnd::kRefused; }},
+    {"upload-drop", [](OddForms& forms) { forms.transfer.upload = UploadEnd::kDropped; }},
+    {"upload-stall", [](OddForms& forms) { forms.transfer.upload = UploadEnd::kStalled; }},
+    {"download-cut", [](OddForms& forms) { forms.transfer.download = Delivery::kCut; }},
+    {"download-stall", [](OddForms& forms) { forms.transfer.download = Delivery::kStall; }},
+    {"download-long", [](OddForms& forms) { forms.transfer.download = Delivery::kLong; }},
+    {"download-short", [](OddForms& forms) { forms.transfer.download = Delivery::kShort; }},
+    {"download-no-length", [](OddForms& forms) { forms.transfer.download = Delivery::kCloseDelimited; }},
+    {"download-no-name", [](OddForms& forms) { forms.transfer.unnamed = true; }},
+    {"url-file", [](OddForms& forms) { forms.transfer.uploadUrl = "file:///etc/passwd"; }},
+    {"url-crlf", [](OddForms& forms) { forms.transfer.ticketEnd = "\r\nX-Odd: 1"; }},
+    {"url-redirect", [](OddForms& forms) { forms.transfer.redirected = true; }},
+    // Names that would take a file out of its directory, or that are none.
+    {"download-name-dotdot", [](OddForms& forms) { forms.transfer.fileName = ".."; }},
+    {"download-name-dot", [](OddForms& forms) { forms.transfer.fileName = "."; }},
+    {"download-name-slash", [](OddForms& forms) { forms.transfer.fileName = "a/b"; }},
+    {"download-name-backslash", [](OddForms& forms) { forms.transfer.fileName = "a\\b"; }},
+    {"download-name-empty", [](OddForms& forms) { forms.transfer.fileName = ""; }},
+    {"download-name-nul", [](OddForms& forms) { forms.transfer.fileName = std::string_view("a\0b", 3); }},
+};
+
 // Texts that readers accept in ways of their own, or refuse.
 constexpr OddValue kOddValues[] = {
     {"url-empty-parts", "sof:url", "<URL/><C/>"},
@@ -46,14 +73,18 @@ constexpr OddValue kOddValues[] = {
     {"unknown-type", "xsd:decimal", "1.5"},
 };
 
+bool ApplyForm(const OddForm* form, const OddForm* end, std::string_view name, OddForms& forms) {
+  while (form != end && name != form->name) ++form;
+  if (form == end) return false;
+  form->apply(forms);
+  return true;
+}
+
 }  // namespace
 
 bool AddOddForm(std::string_view name, OddForms& forms) {
-  for (const OddForm& form : kOddForms) {
-    if (name != form.name) continue;
-    form.apply(forms);
-    return true;
-  }
+  if (ApplyForm(std::begin(kOddForms), std::end(kOddForms), name, forms)) return true;
+  if (ApplyForm(std::begin(kOddTransfers), std::end(kOddTransfers), name, forms)) return true;
   for (const OddValue& value : kOddValues) {
     if (name != value.name) continue;
     forms.value = &value;
@@ -62,10 +93,25 @@ bool AddOddForm(std::string_view name, OddForms& forms) {
   return false;
 }
 
+OddForms ReadOddForms(std::string_view path, std::string& unknown) {
+  OddForms forms;
+  if (path.substr(0, kOddPrefix.size()) != kOddPrefix) return forms;
+  std::string_view names = path.substr(kOddPrefix.size());
+  names = names.substr(0, names.find('/'));
+  while (!names.empty()) {
+    const std::size_t end = names.find('+');
+    const std::string_view name = names.substr(0, end);
+    if (!AddOddForm(name, forms)) unknown = name;
+    names = end == std::string_view::npos ? std::string_view{} : names.substr(end + 1);
+  }
+  return forms;
+}
+
 std::string OddFormNames() {
   std::string names;
   for (const OddForm& form : kOddForms) names += (names.empty() ? "" : ", ") + std::string(form.name);
   for (const OddValue& value : kOddValues) names += ", " + std::string(value.name);
+  for (const OddForm& transfer : kOddTransfers) names += ", " + std::string(transfer.name);
   return names;
 }
 

@@ -1,10 +1,11 @@
 // The odd answers that a path can ask for, as data.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "devservice/http_server.h"
+#include "devservice/http_message.h"
 
 namespace qv::devservice {
 
@@ -15,6 +16,20 @@ struct OddValue {
   const char* name;
   const char* type;  // xsi:type
   const char* text;  // unescaped
+};
+
+// What becomes of an upload.
+enum class UploadEnd { kKept, kRefused, kDropped, kStalled };
+
+// What is to differ in transfers of files. These names leave the answers to SOAP requests alone.
+struct TransferForms {
+  UploadEnd upload = UploadEnd::kKept;
+  bool redirected = false;  // uploads and downloads are sent to another host
+  Delivery download = Delivery::kPlain;
+  bool unnamed = false;                      // no Content-Disposition
+  std::optional<std::string_view> fileName;  // in place of the name; lives for the whole process
+  const char* uploadUrl = nullptr;           // in place of what uploadUrl() answers
+  const char* ticketEnd = "";                // put behind the ticket
 };
 
 // What is to differ from an ordinary answer.
@@ -30,7 +45,12 @@ struct OddForms {
   const OddValue* value = nullptr;  // in place of the script's value; lives for the whole process
   Charset charset = Charset::kUtf8;
   Delivery delivery = Delivery::kPlain;
+  TransferForms transfer;
 };
+
+// The forms that a path asks for by starting with "/odd/NAME+NAME/". A name that does not exist is put into
+// `unknown`.
+OddForms ReadOddForms(std::string_view path, std::string& unknown);
 
 // Adds the form with this name to `forms`; false when there is none.
 bool AddOddForm(std::string_view name, OddForms& forms);

@@ -24,13 +24,16 @@ ScriptEngine::~ScriptEngine() {
 
 ScriptResult ScriptEngine::Run(const ScriptJob& job) {
   const JsContext context(JSGlobalContextCreateInGroup(group_, nullptr));
-  InstallScriptApi(context.get(), job, dates_);
+  const auto files = std::make_shared<WorkerFiles>(job.files);
+  InstallScriptApi(context.get(), job, dates_, files);
   const JsString code = MakeJsString(job.code);
   JSValueRef exception = nullptr;
   const JSValueRef value =
       JSEvaluateScript(context.get(), code.get(), nullptr, nullptr, kFirstLine, &exception);
   if (exception) return DescribeFailure(context.get(), code.get(), exception);
-  return ResultOfValue(context.get(), value, dates_);
+  ScriptResult result = ResultOfValue(context.get(), value, dates_);
+  result.files = files->Made();
+  return result;
 }
 
 }  // namespace qv::devservice

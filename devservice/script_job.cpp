@@ -7,14 +7,61 @@ std::string TakeText(nlohmann::json& object, const char* key) {
   return std::move(object.at(key).get_ref<std::string&>());
 }
 
+nlohmann::json FileJobToJson(const FileJob& job) {
+  nlohmann::json readable = nlohmann::json::array();
+  for (const ReadableFile& file : job.readable) readable.push_back({file.ticket, file.path, file.size});
+  return {{"readable", std::move(readable)},
+          {"tickets", job.tickets},
+          {"ticketsLeft", job.ticketsLeft},
+          {"newFilesLeft", job.newFilesLeft},
+          {"newFilesPath", job.newFilesPath},
+          {"uploadUrl", job.uploadUrl},
+          {"fileUrl", job.fileUrl}};
+}
+
+FileJob FileJobFromJson(const nlohmann::json& message) {
+  FileJob job;
+  for (const nlohmann::json& file : message.at("readable")) {
+    job.readable.push_back(
+        {file.at(0).get<std::string>(), file.at(1).get<std::string>(), file.at(2).get<std::uint64_t>()});
+  }
+  job.tickets = message.at("tickets").get<std::vector<std::string>>();
+  job.ticketsLeft = message.at("ticketsLeft").get<std::size_t>();
+  job.newFilesLeft = message.at("newFilesLeft").get<std::size_t>();
+  job.newFilesPath = message.at("newFilesPath").get<std::string>();
+  job.uploadUrl = message.at("uploadUrl").get<std::string>();
+  job.fileUrl = message.at("fileUrl").get<std::string>();
+  return job;
+}
+
+nlohmann::json MadeFilesToJson(const MadeFiles& made) {
+  nlohmann::json files = nlohmann::json::array();
+  for (const NewFile& file : made.files) files.push_back({file.id, file.name, file.ticket});
+  return {{"tickets", made.tickets}, {"files", std::move(files)}};
+}
+
+MadeFiles MadeFilesFromJson(const nlohmann::json& message) {
+  MadeFiles made;
+  made.tickets = message.at("tickets").get<std::vector<std::string>>();
+  for (const nlohmann::json& file : message.at("files")) {
+    made.files.push_back(
+        {file.at(0).get<std::string>(), file.at(1).get<std::string>(), file.at(2).get<std::string>()});
+  }
+  return made;
+}
+
 }  // namespace
+
+std::string NumberedPath(const std::string& path, std::size_t number) {
+  return path + "." + std::to_string(number);
+}
 
 nlohmann::json ToJson(const ScriptJob& job) {
   nlohmann::json parameters = nlohmann::json::array();
   for (const Parameter& parameter : job.parameters) {
     parameters.push_back({{"name", parameter.name}, {"type", parameter.type}, {"text", parameter.text}});
   }
-  return {{"code", job.code}, {"parameters", std::move(parameters)}};
+  return {{"code", job.code}, {"parameters", std::move(parameters)}, {"files", FileJobToJson(job.files)}};
 }
 
 nlohmann::json ToJson(const ScriptResult& result) {
@@ -22,7 +69,8 @@ nlohmann::json ToJson(const ScriptResult& result) {
           {"type", result.type},
           {"text", result.text},
           {"code", result.code},
-          {"source", result.source}};
+          {"source", result.source},
+          {"files", MadeFilesToJson(result.files)}};
 }
 
 ScriptJob JobFromJson(nlohmann::json message) {
@@ -31,6 +79,7 @@ ScriptJob JobFromJson(nlohmann::json message) {
   for (nlohmann::json& item : message.at("parameters")) {
     job.parameters.push_back({TakeText(item, "name"), TakeText(item, "type"), TakeText(item, "text")});
   }
+  job.files = FileJobFromJson(message.at("files"));
   return job;
 }
 
@@ -41,6 +90,7 @@ ScriptResult ResultFromJson(const nlohmann::json& message) {
   result.text = message.at("text").get<std::string>();
   result.code = message.at("code").get<int>();
   result.source = message.at("source").get<std::string>();
+  result.files = MadeFilesFromJson(message.at("files"));
   return result;
 }
 

@@ -72,7 +72,7 @@ int ServeScripts(int descriptor) {
   MessageBuffer buffer(std::numeric_limits<std::size_t>::max());
   nlohmann::json message;
   // A first script warms the engine up, so that its start counts against nobody's time.
-  engine.Run(ScriptJob{"1", {}});
+  engine.Run(ScriptJob{"1", {}, {}});
   if (!SendAll(descriptor, PackMessage({{"ready", true}}))) return 0;
   while (Receive(descriptor, buffer, message)) {
     const ScriptResult result = engine.Run(JobFromJson(std::move(message)));

@@ -8,6 +8,7 @@
 #include "devservice/http_server.h"
 #include "devservice/service_stats.h"
 #include "devservice/sessions.h"
+#include "devservice/spool.h"
 #include "devservice/worker_pool.h"
 
 namespace qv::devservice {
@@ -32,13 +33,14 @@ void CheckOptions(const ServiceOptions& options) {
 class Service::Running {
  public:
   explicit Running(const ServiceOptions& options)
-      : sessions_(options.users, options.maxSessions, options.sessionIdleLimit),
+      : sessions_(options.users, {options.maxSessions, options.sessionIdleLimit, options.maxTickets}),
         pool_({options.workerCommand, options.maxWorkers, options.scriptTimeLimit, options.scriptMemoryLimit},
               stats_),
-        endpoint_(Namespaces(options.namespaceHost), sessions_, pool_, stats_),
+        endpoint_(Namespaces(options.namespaceHost), {sessions_, pool_, spool_, stats_},
+                  options.maxUploadBytes),
         server_({options.host, options.port, options.maxRequestBytes, options.maxConnections,
                  options.keepAliveTime, options.stallTime},
-                stats_, [this](const HttpRequest& request) { return endpoint_.Handle(request); }) {}
+                stats_, endpoint_) {}
 
   // Scripts first: the server waits for its handlers.
   ~Running() {
@@ -50,6 +52,7 @@ class Service::Running {
 
  private:
   ServiceStats stats_;
+  SpoolDirectory spool_;  // Outlives all that own files in it.
   SessionTable sessions_;
   WorkerPool pool_;
   Endpoint endpoint_;

@@ -1,11 +1,13 @@
 // The development service: a local server that runs JavaScript scripts and speaks the Scriptwells protocol.
 //
-// It is meant for development and tests: it listens on loopback, keeps everything in memory and forgets
-// all of it when it stops. devservice/README.md tells the protocol, the script API and the limits.
+// It is meant for development and tests: it listens on loopback, keeps everything in memory, files in a
+// private temporary directory, and forgets all of it when it stops. devservice/README.md tells the protocol,
+// the script API and the limits.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -43,11 +45,15 @@ struct ServiceOptions {
   // Most open sessions; one more is a fault. Sessions idle for `sessionIdleLimit` make room.
   std::size_t maxSessions = 1000;
   std::chrono::seconds sessionIdleLimit{3600};
+  // Largest file that can be uploaded, in bytes; more is answered with status 413.
+  std::uint64_t maxUploadBytes = std::uint64_t{4} << 30;
+  // Most upload tickets of one session, and most files that its scripts can publish.
+  std::size_t maxTickets = 1000;
   // Most connections served at one time; further ones wait.
   std::size_t maxConnections = 128;
   // How long a kept connection may stay without a request before it is closed.
   std::chrono::milliseconds keepAliveTime{60000};
-  // How long the odd answers "stall" and "stallhead" hold still.
+  // How long the odd answers that stall hold still.
   std::chrono::milliseconds stallTime{30000};
 };
 
@@ -63,8 +69,8 @@ class Service {
   Service& operator=(const Service&) = delete;
 
   // Opens the port and returns as soon as connections are accepted. Throws std::runtime_error with a text for
-  // people when that fails (port taken, bad host, no worker command, worker program not found); nothing is
-  // left open then. Starting a running service does nothing.
+  // people when that fails (port taken, bad host, no worker command, worker program not found, no room for
+  // files); nothing is left open then. Starting a running service does nothing.
   void Start();
 
   // Ends every connection and every running script, and returns when all threads and workers are gone: at

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace qv::devservice {
 
@@ -16,9 +18,16 @@ struct ServiceStats {
   std::atomic<std::uint64_t> execute{0};
   std::atomic<std::uint64_t> faults{0};
   std::atomic<std::uint64_t> scriptsRun{0};  // Scripts handed to a worker.
+  std::atomic<std::uint64_t> uploads{0};     // Files that arrived whole and were kept.
+  std::atomic<std::uint64_t> uploadedBytes{0};
+  std::atomic<std::uint64_t> downloads{0};        // Published files whose sending was begun.
+  std::atomic<std::uint64_t> downloadedBytes{0};  // Sent of them so far.
   std::atomic<std::uint64_t> workersStarted{0};
   std::atomic<std::uint64_t> workersKilled{0};  // Killed for a limit.
   std::atomic<std::uint64_t> workersCrashed{0};
 };
+
+// The counts as JSON, for GET /stats.
+std::string StatsText(const ServiceStats& stats, std::size_t openSessions);
 
 }  // namespace qv::devservice

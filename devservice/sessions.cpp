@@ -1,10 +1,7 @@
 #include "devservice/sessions.h"
 
-#include <sys/random.h>
-
-#include <cerrno>
-
 #include "devservice/fault_codes.h"
+#include "devservice/random_id.h"
 
 namespace qv::devservice {
 namespace {
@@ -28,20 +25,6 @@ void StorePair(std::string_view pair, Credentials& credentials) {
   }
 }
 
-std::string RandomId() {
-  unsigned char bytes[16];
-  // Blocks only before the system's random source is ready; below 256 bytes nothing interrupts it then.
-  while (getrandom(bytes, sizeof bytes, 0) != sizeof bytes) {
-    if (errno != EINTR) throw FaultError(kUnavailable, "The system gives no random numbers.", "service");
-  }
-  std::string id;
-  for (const unsigned char byte : bytes) {
-    id += "0123456789abcdef"[byte >> 4];
-    id += "0123456789abcdef"[byte & 15];
-  }
-  return id;
-}
-
 [[noreturn]] void RefuseSession() {
   throw FaultError(kUnknownSession, "The session does not exist on this service.", "session");
 }
@@ -58,9 +41,8 @@ Credentials ParseConnectionString(std::string_view text) {
   return credentials;
 }
 
-SessionTable::SessionTable(std::vector<ServiceUser> users, std::size_t maxSessions,
-                           std::chrono::seconds idleLimit)
-    : users_(std::move(users)), maxSessions_(maxSessions), idleLimit_(idleLimit) {}
+SessionTable::SessionTable(std::vector<ServiceUser> users, const SessionLimits& limits)
+    : users_(std::move(users)), limits_(limits) {}
 
 void SessionTable::CheckUser(const Credentials& credentials) const {
   bool known = users_.empty() && !credentials.userName.empty();
@@ -73,36 +55,69 @@ void SessionTable::CheckUser(const Credentials& credentials) const {
 std::string SessionTable::Open(std::string_view connectionString) {
   CheckUser(ParseConnectionString(connectionString));
   const std::lock_guard<std::mutex> lock(mutex_);
-  if (lastUse_.size() >= maxSessions_) DropIdle();
-  if (lastUse_.size() >= maxSessions_) {
+  if (sessions_.size() >= limits_.sessions) DropIdle();
+  if (sessions_.size() >= limits_.sessions) {
     throw FaultError(kTooManySessions, "There are too many open sessions.", "session");
   }
   const std::string id = RandomId();
-  lastUse_[id] = Clock::now();
+  sessions_[id] = {Clock::now(), std::make_shared<SessionFiles>(limits_.tickets)};
   return id;
 }
 
-void SessionTable::Use(const std::string& id) {
+std::shared_ptr<SessionFiles> SessionTable::Use(const std::string& id) {
+  std::shared_ptr<SessionFiles> files = Find(id);
+  if (!files) RefuseSession();
+  return files;
+}
+
+std::shared_ptr<SessionFiles> SessionTable::Find(const std::string& id) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  const auto found = lastUse_.find(id);
-  if (found == lastUse_.end()) RefuseSession();
-  found->second = Clock::now();
+  const auto found = sessions_.find(id);
+  if (found == sessions_.end()) return nullptr;
+  found->second.lastUse = Clock::now();
+  return found->second.files;
+}
+
+bool SessionTable::KnowsTicket(const std::string& ticket) const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  for (const auto& [id, session] : sessions_) {
+    if (session.files->HasTicket(ticket)) return true;
+  }
+  return false;
+}
+
+bool SessionTable::KnowsPublished(const std::string& published) const {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  for (const auto& [id, session] : sessions_) {
+    if (session.files->Published(published)) return true;
+  }
+  return false;
 }
 
 void SessionTable::Close(const std::string& id) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  if (lastUse_.erase(id) == 0) RefuseSession();
+  std::map<std::string, Session>::node_type ended;
+  {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    ended = sessions_.extract(id);
+  }
+  if (!ended) RefuseSession();
+  ended.mapped().files->Close();
 }
 
 std::size_t SessionTable::Count() const {
   const std::lock_guard<std::mutex> lock(mutex_);
-  return lastUse_.size();
+  return sessions_.size();
 }
 
 void SessionTable::DropIdle() {
-  const Clock::time_point oldest = Clock::now() - idleLimit_;
-  for (auto session = lastUse_.begin(); session != lastUse_.end();) {
-    session = session->second < oldest ? lastUse_.erase(session) : std::next(session);
+  const Clock::time_point oldest = Clock::now() - limits_.idle;
+  for (auto session = sessions_.begin(); session != sessions_.end();) {
+    if (session->second.lastUse >= oldest) {
+      ++session;
+      continue;
+    }
+    session->second.files->Close();
+    session = sessions_.erase(session);
   }
 }
 

@@ -4,12 +4,14 @@
 #include <chrono>
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "devservice/service.h"
+#include "devservice/session_files.h"
 
 namespace qv::devservice {
 
@@ -21,33 +23,48 @@ struct Credentials {
 };
 Credentials ParseConnectionString(std::string_view text);
 
-// Knows who has a session. Thread-safe.
+struct SessionLimits {
+  std::size_t sessions = 1;
+  std::chrono::seconds idle{0};
+  std::size_t tickets = 1;  // Of each session.
+};
+
+// Knows who has a session, and owns what belongs to it. Thread-safe.
 class SessionTable {
  public:
-  SessionTable(std::vector<ServiceUser> users, std::size_t maxSessions, std::chrono::seconds idleLimit);
+  SessionTable(std::vector<ServiceUser> users, const SessionLimits& limits);
 
   // Opens a session and returns its id, 32 hexadecimal digits from the system's random source. Throws
   // FaultError with kUserRefused or kTooManySessions.
   std::string Open(std::string_view connectionString);
 
-  // Marks the session as used now. Throws FaultError with kUnknownSession.
-  void Use(const std::string& id);
+  // Marks the session as used now and returns its files. Throws FaultError with kUnknownSession.
+  std::shared_ptr<SessionFiles> Use(const std::string& id);
+  // The same, but null for an unknown session.
+  std::shared_ptr<SessionFiles> Find(const std::string& id);
 
-  // Ends the session. Throws FaultError with kUnknownSession.
+  // Whether any session has this ticket, or a published file of this id.
+  bool KnowsTicket(const std::string& ticket) const;
+  bool KnowsPublished(const std::string& id) const;
+
+  // Ends the session and closes its files. Throws FaultError with kUnknownSession.
   void Close(const std::string& id);
 
   std::size_t Count() const;
 
  private:
   using Clock = std::chrono::steady_clock;
+  struct Session {
+    Clock::time_point lastUse;
+    std::shared_ptr<SessionFiles> files;
+  };
   void CheckUser(const Credentials& credentials) const;
   void DropIdle();
 
   const std::vector<ServiceUser> users_;
-  const std::size_t maxSessions_;
-  const std::chrono::seconds idleLimit_;
+  const SessionLimits limits_;
   mutable std::mutex mutex_;
-  std::map<std::string, Clock::time_point> lastUse_;
+  std::map<std::string, Session> sessions_;
 };
 
 }  // namespace qv::devservice

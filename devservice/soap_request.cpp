@@ -31,6 +31,7 @@ class RequestReader {
   void CheckArrayType(pugi::xml_node array, const std::string& bounds) const;
   const ValueType& FindType(pugi::xml_node value, const std::string& parameter) const;
   Parameter ReadParameter(pugi::xml_node element) const;
+  std::string ReadTicket(pugi::xml_node value) const;
 
   const Namespaces& spaces_;
 };
@@ -126,7 +127,7 @@ void RequestReader::CheckArrayType(pugi::xml_node array, const std::string& boun
   throw XmlError("the array type \"" + written + "\" is not that of an array Parameter" + bounds);
 }
 
-// The row of the type that an element declares. A ticket of an uploaded file has a type without a prefix.
+// The row of the type that an element declares.
 const ValueType& RequestReader::FindType(pugi::xml_node value, const std::string& parameter) const {
   const std::string written = FindAttribute(value, kSchemaInstance, "type").value_or("");
   const QualifiedName name = ResolveName(value, written);
@@ -137,6 +138,16 @@ const ValueType& RequestReader::FindType(pugi::xml_node value, const std::string
                   "has the type \"" + written + "\", which this service does not know.");
 }
 
+// One element with a type that has no prefix either.
+std::string RequestReader::ReadTicket(pugi::xml_node value) const {
+  const Nodes children = ChildElements(value);
+  ExpectCount(children, 1, "Value");
+  ExpectElement(children[0], spaces_.service, "Id");
+  const std::string type = FindAttribute(children[0], kSchemaInstance, "type").value_or("");
+  if (type != "string") throw XmlError("\"Id\" has the type \"" + type + "\"");
+  return TextOf(children[0]);
+}
+
 Parameter RequestReader::ReadParameter(pugi::xml_node element) const {
   ExpectElement(element, spaces_.service, "Parameter");
   const Nodes children = ChildElements(element);
@@ -144,6 +155,9 @@ Parameter RequestReader::ReadParameter(pugi::xml_node element) const {
   ExpectElement(children[1], spaces_.service, "Value");
   Parameter parameter;
   parameter.name = ReadString(children[0], "Name");
+  // Without a prefix: that is how clients name this type.
+  if (FindAttribute(children[1], kSchemaInstance, "type") == kFileTicketType)
+    return {parameter.name, std::string(kFileTicketType), ReadTicket(children[1])};
   const ValueType& type = FindType(children[1], parameter.name);
   parameter.type = type.name;
   const std::string text = TextOf(children[1]);

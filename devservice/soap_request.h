@@ -14,7 +14,11 @@ enum class Action { kCreateUserSession, kCloseUserSession, kExecute };
 // The name on the wire, a constant text.
 const char* ActionName(Action action);
 
-// One parameter of a script. `type` is the name of a row of the type table, `text` its normalised text.
+// The type of a parameter that stands for an uploaded file.
+inline constexpr std::string_view kFileTicketType = "FileTicket";
+
+// One parameter of a script. `type` is the name of a row of the type table, `text` its normalised text; or
+// `type` is kFileTicketType, and `text` the ticket.
 struct Parameter {
   std::string name;
   std::string type;

@@ -33,6 +33,33 @@ void RawClient::Send(const std::string& bytes) {
   }
 }
 
+void RawClient::EndSending() {
+  shutdown(socket_, SHUT_WR);
+}
+
+DrainedAnswer RawClient::Drain() {
+  DrainedAnswer answer;
+  std::string piece;
+  std::size_t announced = 0;
+  char buffer[65536];
+  pollfd watched{socket_, POLLIN, 0};
+  while (answer.head.empty() || answer.bytes < announced) {
+    const ssize_t count = poll(&watched, 1, 60000) > 0 ? recv(socket_, buffer, sizeof buffer, 0) : 0;
+    if (count <= 0) break;
+    piece.append(buffer, static_cast<std::size_t>(count));
+    if (answer.head.empty()) {
+      const std::size_t end = piece.find("\r\n\r\n");
+      if (end == std::string::npos) continue;
+      answer.head = piece.substr(0, end + 4);
+      announced = std::strtoul(HeaderOf(answer.head, "Content-Length").c_str(), nullptr, 10);
+      piece.erase(0, end + 4);
+    }
+    for (const char byte : piece) answer.asPattern &= byte == PatternByte(answer.bytes++);
+    piece.clear();
+  }
+  return answer;
+}
+
 RawAnswer RawClient::Receive(std::chrono::milliseconds time) {
   const auto deadline = std::chrono::steady_clock::now() + time;
   RawAnswer answer;

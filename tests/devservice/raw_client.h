@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <string>
 
 namespace qv::devservice::testing {
@@ -13,6 +14,13 @@ struct RawAnswer {
   bool timedOut = false;  // Nothing more came in time, and the announced length was not reached.
 };
 
+// An answer whose body was too long to be kept.
+struct DrainedAnswer {
+  std::string head;
+  std::size_t bytes = 0;
+  bool asPattern = true;  // Every byte was the one that PatternByte tells.
+};
+
 // One connection. Throws std::runtime_error when it cannot be made.
 class RawClient {
  public:
@@ -22,12 +30,22 @@ class RawClient {
   RawClient& operator=(const RawClient&) = delete;
 
   void Send(const std::string& bytes);
+  // Tells the service that nothing more will be sent.
+  void EndSending();
   // Reads to the end of the announced length, else to the end of the connection, but no longer than `time`.
   RawAnswer Receive(std::chrono::milliseconds time = std::chrono::seconds(60));
+  // Reads like Receive, but keeps only the head: the body's bytes are compared with PatternByte and counted.
+  // No wait for a next byte is longer than a minute.
+  DrainedAnswer Drain();
 
  private:
   int socket_;
 };
+
+// The byte at a position of a large body that needs no memory.
+inline char PatternByte(std::size_t position) {
+  return static_cast<char>(position % 251);
+}
 
 // The value of a header in a head, or "(none)". The name is compared as it stands.
 std::string HeaderOf(const std::string& head, const std::string& name);

@@ -97,7 +97,17 @@ TEST(SoapRequest, ParameterArrayIsChecked) {
   EXPECT_EQ(CodeOf(Altered("xsi:type=\"xsd:int\"", "", OneParameter())), 1009);
   EXPECT_EQ(CodeOf(Altered("xsi:type=\"xsd:int\"", "xsi:type=\"int\"", OneParameter())), 1009);
   EXPECT_EQ(CodeOf(Altered("xsi:type=\"xsd:int\"", "xsi:type=\"zzz:int\"", OneParameter())), 1001);
-  EXPECT_EQ(CodeOf(Altered("xsi:type=\"xsd:int\"", "xsi:type=\"FileTicket\"", OneParameter())), 1009);
+  EXPECT_EQ(CodeOf(Altered("xsi:type=\"xsd:int\"", "xsi:type=\"FileTicket\"", OneParameter())), 1001);
+}
+
+TEST(SoapRequest, FileTicketIsAnElementWithoutPrefixes) {
+  const std::string ticket = ParameterElement("f", "FileTicket", "<Id xsi:type=\"string\"> a&amp;b</Id>");
+  const SoapRequest request = ParseSoapRequest(ExecuteEnvelope("s", "1", ArrayOf(1, ticket)),
+                                               "http://quorvane.example/dev/ns/ivarnel/scriptwells#Execute",
+                                               Namespaces("http://quorvane.example"));
+  ASSERT_EQ(request.parameters.size(), 1u);
+  EXPECT_EQ(request.parameters[0].type, "FileTicket");
+  EXPECT_EQ(request.parameters[0].text, " a&b");
 }
 
 TEST(SoapRequest, HeaderAndBodyHaveToAgree) {

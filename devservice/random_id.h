@@ -1,0 +1,16 @@
+// Names that nobody can guess: sessions, tickets, published files.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace qv::devservice {
+
+// 32 hexadecimal digits, lower case, from the system's random source. Throws FaultError with kUnavailable
+// when that gives nothing. Any thread.
+std::string RandomId();
+
+// Whether the text has that form.
+bool IsRandomId(std::string_view text);
+
+}  // namespace qv::devservice

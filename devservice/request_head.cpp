@@ -1,0 +1,51 @@
+#include "devservice/request_head.h"
+
+#include <charconv>
+
+namespace qv::devservice {
+namespace {
+
+// Goes into addresses that scripts hand out, so nothing but the characters of hosts and ports.
+bool IsHost(const std::string& text) {
+  constexpr std::string_view kAllowed =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-_:[]";
+  return !text.empty() && text.size() <= 255 && text.find_first_not_of(kAllowed) == std::string::npos;
+}
+
+// Nothing unless there is exactly one length, in digits, and nothing else that tells where the body ends.
+std::optional<std::uint64_t> BodyLength(const httplib::Request& request) {
+  if (request.get_header_value_count("Content-Length") != 1 || request.has_header("Transfer-Encoding"))
+    return std::nullopt;
+  const std::string text = request.get_header_value("Content-Length");
+  std::uint64_t length = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return length;
+}
+
+}  // namespace
+
+std::string PathOf(const std::string& target) {
+  constexpr std::string_view kScheme = "http://";
+  if (target.compare(0, kScheme.size(), kScheme) != 0) return target;
+  const std::size_t slash = target.find('/', kScheme.size());
+  return slash == std::string::npos ? "/" : target.substr(slash);
+}
+
+HttpRequest MakeRequestHead(const httplib::Request& request, const std::string& path,
+                            const std::string& ownHost) {
+  HttpRequest head;
+  head.method = request.method;
+  head.path = path;
+  head.contentType = request.get_header_value("Content-Type");
+  head.soapAction = request.get_header_value("SOAPAction");
+  head.host = request.get_header_value("Host");
+  if (!IsHost(head.host)) head.host = ownHost;
+  head.forwardedProto = request.get_header_value("X-Forwarded-Proto");
+  head.usid = request.get_header_value("usid");
+  head.ticket = request.get_param_value("ticket");
+  head.bodyLength = BodyLength(request);
+  return head;
+}
+
+}  // namespace qv::devservice
