@@ -1,6 +1,7 @@
 // A host program against a service of its own: starts the development service on a free port, opens a session
 // with a connection string, runs examples/hello.js once per type and shows the typed answers, a link and a
-// fault, runs the script document examples/document.xml, closes the session.
+// fault, runs the script document examples/document.xml, uploads a file and downloads what the script made of
+// it, closes the session.
 //   demo [SCRIPT]
 #include <unistd.h>
 
@@ -13,6 +14,7 @@
 #include "devservice/service.h"
 #include "qvscriptwells/qvscriptwells.h"
 #include "tools/answer_format.h"
+#include "tools/private_home.h"
 #include "tools/text_table.h"
 
 namespace {
@@ -62,6 +64,12 @@ class Client {
   }
 
   void Open(const qv::WideString& connectionString) { Check(model_->CreateUserSession(connectionString)); }
+  // The path as the library tells it.
+  qv::WideString Download(const qv::WideString& url, const qv::WideString& directory) {
+    qv::WideString path;
+    Check(model_->DownloadFile(url, directory, &path));
+    return path;
+  }
   void Close() { Check(model_->CloseUserSession()); }
 
   qv::Variant Run(const qv::WideString& script, const qv::IParametersPtr& parameters) {
@@ -139,8 +147,22 @@ void ShowFault(Client& client, const qv::WideString& script) {
   }
 }
 
+// The file travels while the call is written; the answer is the address of another one.
+void ShowFiles(Client& client, const qv::WideString& script, const std::string& directory) {
+  const std::string name = directory + "/notes.txt";
+  std::ofstream(name) << "W\u00F6rld\n\u2603\n";
+  const qv::IParametersPtr parameters = qv::CreateParameters();
+  const qv::IAttachedFilePtr file = qv::CreateAttachedFile(qv::FromUtf8(name));
+  Add(parameters, u"pick", qv::Variant::FromString(u"doc"));
+  Add(parameters, u"doc", qv::Variant::FromObject(file.get()));
+  const qv::Variant url = client.Run(script, parameters);
+  const std::string path = qv::NativePath(client.Download(url.Text(), qv::FromUtf8(directory)));
+  std::cout << "\nThe script numbers the lines of " << name << " in\n" << path << ":\n\n" << ReadFile(path);
+}
+
 void RunDemo(const std::string& scriptPath) {
   const qv::WideString script = qv::FromUtf8(ReadFile(scriptPath));
+  const qv::cli::PrivateHome home;  // with the upload scripts; goes at the end
   qv::devservice::ServiceOptions options;
   options.workerCommand = {"/proc/self/exe", "script-worker"};
   qv::devservice::Service service(options);
@@ -154,6 +176,7 @@ void RunDemo(const std::string& scriptPath) {
   ShowAnswers(client, script);
   ShowLink(client, script);
   ShowDocument(client);
+  ShowFiles(client, script, home.Path());
   ShowFault(client, script);
   client.Close();
   qv::CloseKeptConnections();

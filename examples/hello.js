@@ -1,9 +1,11 @@
 // Takes parameters of any names and types, and gives one typed answer. The name in the parameter `pick` says which
-// one comes back, changed a little; "link" picks a link; without `pick` the answer is a greeting that lists them all.
+// one comes back, changed a little; of a file comes the address of a new one; "link" picks a link; without `pick` the
+// answer is a greeting that lists them all.
 //
 //   scriptwells run --local hello.js -p who=string:World
 //   scriptwells run --local hello.js -p pick=string:aDouble -p aDouble=double:1.25 --json
 //   scriptwells run --local hello.js -p pick=string:due -p due=date:2024-02-28
+//   scriptwells run --local hello.js -p pick=string:doc -p doc=file:notes.txt --save .
 
 const HOUR = 3600 * 1000;
 const DAY = 24 * HOUR;
@@ -25,7 +27,14 @@ const change = {
 };
 
 function text(value) {
+  if (value.ticket) return `${value.size} bytes`;
   return value instanceof Date ? value.toISOString() : String(value);
+}
+
+// Numbered lines, as a file for the client to download.
+function numbered(file) {
+  const lines = file.text().trimEnd().split("\n");
+  return publish("numbered.txt", lines.map((line, i) => `${i + 1}: ${line}\n`).join(""));
 }
 
 function list() {
@@ -36,6 +45,7 @@ function answer(name) {
   if (name === "link") return typed.url("http://quorvane.example/", "Home");
   if (!(name in parameters)) throw new ScriptError(5, `there is no parameter "${name}"`);
   const type = parameterTypes[name];
+  if (type === "FileTicket") return numbered(parameters[name]);
   return typed[type](change[type](parameters[name]));
 }
 

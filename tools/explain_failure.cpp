@@ -1,5 +1,8 @@
 #include "tools/explain_failure.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/result_codes.h"
 
@@ -23,6 +26,14 @@ constexpr TransportRow kTransport[] = {
     {E_OUTOFMEMORY, ExitStatus::kFault},
 };
 
+// What the component reports of a file that it sends or writes.
+constexpr HRESULT kFileCodes[] = {HTTP_E_FILE_NOT_FOUND, HTTP_E_PATH_NOT_FOUND, HTTP_E_ACCESS_DENIED,
+                                  HTTP_E_WRITE_FAULT,    HTTP_E_READ_FAULT,     HTTP_E_DISK_FULL};
+
+bool IsOfFile(HRESULT code) {
+  return std::find(std::begin(kFileCodes), std::end(kFileCodes), code) != std::end(kFileCodes);
+}
+
 ExitStatus TransportStatus(HRESULT code) {
   for (const TransportRow& row : kTransport)
     if (row.code == code) return row.status;
@@ -45,10 +56,17 @@ std::string TooLong(const ExchangeNote& note, const std::string& words) {
   return answer + " is too long: " + words;
 }
 
+// Only a file that is written has an answer already. The words name the file.
+Failure ExplainFile(const ExchangeNote& note, const std::string& words) {
+  const char* what = note.httpStatus.empty() ? "the upload failed: " : "the download failed: ";
+  return Failure(ExitStatus::kLocal, what + words);
+}
+
 Failure ExplainTransport(const ExchangeNote& note) {
   const ExitStatus status = TransportStatus(*note.failure);
   const std::string words = WordsOr(note.words, *note.failure);
   if (status == ExitStatus::kInterrupted) return Failure(status, "interrupted");
+  if (IsOfFile(*note.failure)) return ExplainFile(note, words);
   if (*note.failure == HTTP_E_TOO_LARGE) return Failure(status, TooLong(note, words));
   if (!note.connected) return Failure(status, "cannot reach " + Server(note) + ": " + words);
   if (note.httpStatus.empty()) return Failure(status, "no answer from " + Server(note) + ": " + words);
@@ -75,16 +93,22 @@ Failure ExplainFault(Phase phase, HRESULT code, const std::string& words) {
 // missed.
 const char* Hint(const ExchangeNote& note, const std::string& words) {
   if (words == "Unknown Http problem.") return " (the answer has no usable Content-Length)";
+  if (words == "Cannot parse url, expecting 'http://' after protocol name.")
+    return " (the server's upload script gave no address to upload to)";
   const bool whole = note.httpStatus == "200" && words == "The respone that arrived is not valid";
   return whole ? " (a script that answers null or nothing ends so, too)" : "";
 }
 
-// The library tells no more of a script document that it cannot read.
-Failure ExplainLocal(Phase phase, HRESULT code, const std::string& words) {
-  if (phase == Phase::kExecuteDocument && words == "Cannot create the xml document.")
-    return Failure(ExitStatus::kLocal,
-                   "the script document is not well-formed XML, or a parameter has no form on the wire");
-  return Failure(ExitStatus::kLocal, WordsOr(words, code));
+// Such an answer often is short and without a length, which the library would complain about instead. Whether
+// the connection lasted to its end does not matter either.
+bool IsTooLongRequest(Phase phase, const ExchangeNote& note) {
+  return phase != Phase::kDownload && note.httpStatus == "413" && !note.holdsFault &&
+         note.failure != HTTP_E_CANCELLED;
+}
+
+Failure ExplainTooLongRequest() {
+  return Failure(ExitStatus::kAnswer, "the server found the request too long (HTTP status 413)")
+      .Called("request too long");
 }
 
 Failure ExplainAnswer(const ExchangeNote& note, const std::string& words) {
@@ -92,16 +116,44 @@ Failure ExplainAnswer(const ExchangeNote& note, const std::string& words) {
   return Failure(ExitStatus::kAnswer, words + status + Hint(note, words));
 }
 
+// The library names neither the status nor the name that it refused.
+Failure ExplainDownload(const ExchangeNote& note, const std::string& words) {
+  if (!IsSuccess(note.httpStatus))
+    return Failure(ExitStatus::kFault,
+                   Server(note) + " answered the download with the status " + note.httpStatus)
+        .Called("download refused");
+  if (words != "Unknown Http problem.") return ExplainAnswer(note, words);
+  const std::size_t equals = note.fileHeader.rfind('=');
+  if (equals == std::string::npos)
+    return Failure(ExitStatus::kAnswer, "the answer of " + Server(note) + " names no file");
+  return Failure(ExitStatus::kAnswer, "the answer of " + Server(note) + " names the file '" +
+                                          note.fileHeader.substr(equals + 1) +
+                                          "', which is refused: it would not stay in the directory");
+}
+
 }  // namespace
 
 Failure ExplainFailure(Phase phase, const _com_error& error, const ExchangeNote& note) {
   const std::string words = ToUtf8(error.Description());
+  if (IsTooLongRequest(phase, note)) return ExplainTooLongRequest();
   if (note.failure) return ExplainTransport(note);
   if (error.Error() == E_OUTOFMEMORY) return Failure(ExitStatus::kFault, "out of memory");
   // Nothing was sent: an argument that the library refuses.
-  if (note.httpStatus.empty()) return ExplainLocal(phase, error.Error(), words);
+  if (note.httpStatus.empty()) return Failure(ExitStatus::kLocal, WordsOr(words, error.Error()));
+  if (phase == Phase::kDownload) return ExplainDownload(note, WordsOr(words, error.Error()));
   if (note.holdsFault && !IsUnreadableFault(words)) return ExplainFault(phase, error.Error(), words);
   return ExplainAnswer(note, WordsOr(words, error.Error()));
+}
+
+Failure ExplainDocumentFailure(const std::string& file, const _com_error& error, const ExchangeNote& note) {
+  const bool nothingSent = !note.failure && note.httpStatus.empty();
+  // The library tells no more of a script document that it cannot read.
+  if (!nothingSent || ToUtf8(error.Description()) != "Cannot create the xml document.")
+    return ExplainFailure(Phase::kExecute, error, note);
+  return Failure(ExitStatus::kLocal,
+                 "cannot read the script document " + file +
+                     " as XML (not well-formed, an unknown encoding, or a part of it that cannot be opened), "
+                     "or a parameter has no form on the wire");
 }
 
 }  // namespace qv::cli

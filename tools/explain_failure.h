@@ -9,9 +9,12 @@
 
 namespace qv::cli {
 
-enum class Phase { kOpen, kExecute, kExecuteDocument, kClose };
+enum class Phase { kOpen, kExecute, kDownload, kClose };
 
 // `error` is what the call gave, `note` what the transport saw of the exchange (empty when there was none).
 Failure ExplainFailure(Phase phase, const _com_error& error, const ExchangeNote& note);
+
+// The same of the execution of a script document, which `file` names.
+Failure ExplainDocumentFailure(const std::string& file, const _com_error& error, const ExchangeNote& note);
 
 }  // namespace qv::cli

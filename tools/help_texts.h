@@ -7,6 +7,8 @@ inline constexpr char kProgramFooter[] = R"(Examples:
   scriptwells run --local -e '6 * 7'
   scriptwells run report.js --server https://scripts.example --user joe -p year=int:2024
   scriptwells run-document report.xml --server https://scripts.example --user joe
+  scriptwells run --local -e 'parameters.doc.size' -p doc=file:report.pdf
+  scriptwells download 'http://scripts.example/files/7?t=1' /tmp --user joe
   scriptwells serve --port 8080
   scriptwells registry list
 
@@ -27,49 +29,73 @@ It may be in any encoding. Its path cannot hold '#', '?' or '\'.
 // For both kinds of script.
 inline constexpr char kValuesFooter[] =
     R"(Parameters are written name=type:value. Types: byte, short, int, long, boolean, float, double, string,
-date, time, datetime, duration. Everything behind the first ':' is the value, so a string may hold '='
+date, time, datetime, duration, file. Everything behind the first ':' is the value, so a string may hold '='
 and ':' and may be empty.
   date      YYYY-MM-DD                              -p on=date:2024-03-05
   time      hh:mm or hh:mm:ss or hh:mm:ss.sss       -p at=time:10:15:30
   datetime  a date, T and a time                    -p when=datetime:2024-03-05T10:15:30
   duration  P[nY][nM][nD][T[nH][nM][nS]], - before  -p for=duration:P1DT2H
+  file      the path of a file, which is uploaded   -p doc=file:report.pdf
 Dates and times travel without zone. float, double and the seconds of a duration travel with 6
 significant digits. A datetime at midnight travels as a date, and 1899-12-30 as a time.
+
+An upload needs the server's upload scripts in the folder ClientScripts of the home directory ('scriptwells
+registry set home DIR'); --local brings its own. A file's path cannot hold '\'. Long transfers show their
+progress on a terminal, but not with --json.
 
 The password never stands on the command line. It comes from the first of: --password-file,
 --password-stdin, the variable SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.
 A user name, password or replica id cannot hold ';' or '='.
 
 What the protocol's client reads back: a long answer arrives as an empty value, a byte answer as 0, a
-time without its fraction of a second and a URL without its link; let the script answer with a string
-or a double where that matters. A script that answers null or nothing (undefined) ends as an answer
-that is not understood (7).
+time without its fraction of a second, a URL without its link, and counts of a duration beyond 32767 changed;
+let the script answer with a string or a double where that matters. A script that answers null or
+nothing (undefined) ends as an answer that is not understood (7).
 
 )";
 
 inline constexpr char kRunExamples[] = R"(Examples:
   scriptwells run --local -e 'parameters.a + parameters.b' -p a=int:2 -p b=int:40
   scriptwells run --local hello.js -p name=string:World --output table
+  scriptwells run --local -e 'parameters.doc.text().length' -p doc=file:notes.txt
+  scriptwells run --local -e 'publish("out.txt", "text")' --save /tmp
   echo '6 * 7' | scriptwells run - --server http://127.0.0.1:8080 --user joe --json)";
 
 inline constexpr char kDocumentExamples[] = R"(Examples:
   scriptwells run-document --local sum.xml -p a=int:41
   scriptwells run-document sum.xml -p a=int:41 --server http://127.0.0.1:8080 --user joe --json)";
 
+inline constexpr char kDownloadFooter[] =
+    R"(The file gets the name that the server gives, and replaces one of that name; nothing is left behind when
+the download fails. The path is printed. The session is opened on the server of the URL if there is no
+other one, and its id goes along to the URL. A file that a script publishes for its own session only is
+saved with run --save.
+
+The password comes from the first of: --password-file, --password-stdin, the variable
+SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.
+
+Examples:
+  scriptwells download 'http://127.0.0.1:8080/files/7?ticket=1' /tmp --user joe
+  scriptwells download "$URL" --usid "$SESSION" --json)";
+
 inline constexpr char kServeFooter[] =
-    R"(The service is for development: it keeps everything in memory, and it runs the scripts that it is sent.
+    R"(The service is for development: it forgets everything when it stops, and it runs the scripts that it is sent.
 It prints its address on standard output and stops at Ctrl-C or SIGTERM.
 The users file holds one name:password per line; '#' starts a comment line. Without it every user name
 is welcome, with any password.
+A client uploads files with the scripts that it finds in its home directory: the service puts its own
+there where they are missing, and tells so.
 
-Example:
-  scriptwells serve --port 8080 --users-file users.txt)";
+Examples:
+  scriptwells serve --port 8080 --users-file users.txt
+  scriptwells serve --home ~/.local/share/quorvane)";
 
 inline constexpr char kRegistryFooter[] =
     R"(The registry tells the library where the installation has its home directory. Keys are paths such as
 SOFTWARE\Quorvane\Quorvane\HomeDir, for which "home" is a short name. The first of these files that has a
 key decides: the one that the variable QV_REGISTRY names, quorvane/registry.reg below $XDG_CONFIG_HOME (else
-~/.config), the installed one. set writes to the first of them that can be written.
+~/.config), the installed one. set writes to the first of them that can be written. "HKEY_LOCAL_MACHINE\" in
+front of a key may be left out.
 
 A damaged file counts as absent and is told on standard error (6). get and remove end with 1 when no
 file has the key.
@@ -79,5 +105,9 @@ Examples:
   scriptwells registry set home /usr/share/quorvane
   scriptwells registry remove home
   scriptwells registry list --json)";
+
+inline constexpr char kRegistrySetFooter[] =
+    R"(A VALUE or KEY that begins with '-' stands behind "--", and options before it:
+  scriptwells registry set --json -- 'SOFTWARE\Example\Offset' -5)";
 
 }  // namespace qv::cli

@@ -20,15 +20,23 @@ constexpr unsigned kSecondsToLeave = 5;
 
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
 std::atomic<bool> g_interrupted{false};
+using CleanUp = void (*)();
+static_assert(std::atomic<CleanUp>::is_always_lock_free, "a signal handler may not wait");
+std::atomic<CleanUp> g_cleanUp{nullptr};
 
 // The handler writes a byte that nobody reads, so that a poll returns also when the signal came just before
 // it.
 int g_pipe[2] = {-1, -1};
 
 // Everything here is allowed in a signal handler.
+[[noreturn]] void LeaveAtOnce() {
+  if (const CleanUp cleanUp = g_cleanUp) cleanUp();
+  _exit(static_cast<int>(ExitStatus::kInterrupted));
+}
+
 extern "C" void OnInterrupt(int) {
   const int error = errno;
-  if (g_interrupted.exchange(true)) _exit(static_cast<int>(ExitStatus::kInterrupted));
+  if (g_interrupted.exchange(true)) LeaveAtOnce();
   alarm(kSecondsToLeave);
   const char byte = 0;
   [[maybe_unused]] const ssize_t written = write(g_pipe[1], &byte, 1);
@@ -36,7 +44,7 @@ extern "C" void OnInterrupt(int) {
 }
 
 extern "C" void OnAlarm(int) {
-  _exit(static_cast<int>(ExitStatus::kInterrupted));
+  LeaveAtOnce();
 }
 
 void Handle(int signal, void (*handler)(int)) {
@@ -66,6 +74,10 @@ void WatchForInterrupt() {
 
 bool Interrupted() noexcept {
   return g_interrupted;
+}
+
+void OnForcedExit(void (*cleanUp)()) noexcept {
+  g_cleanUp = cleanUp;
 }
 
 void ThrowIfInterrupted() {

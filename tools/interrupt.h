@@ -10,6 +10,10 @@ void WatchForInterrupt();
 
 bool Interrupted() noexcept;
 
+// `cleanUp` runs before a signal ends the program at once; it may do only what a signal handler may. Null:
+// nothing runs.
+void OnForcedExit(void (*cleanUp)()) noexcept;
+
 // Throws Failure (kInterrupted) after a signal.
 void ThrowIfInterrupted();
 

@@ -20,13 +20,17 @@ std::vector<std::string> WorkerCommand() {
   return {program.string(), "script-worker"};
 }
 
+std::string NamespaceHost() {
+  return QV_NAMESPACE_HOST;
+}
+
 std::string ScriptNamespace() {
-  return devservice::Namespaces(QV_NAMESPACE_HOST).script;
+  return devservice::Namespaces(NamespaceHost()).script;
 }
 
 devservice::ServiceOptions CommonServiceOptions() {
   devservice::ServiceOptions options;
-  options.namespaceHost = QV_NAMESPACE_HOST;
+  options.namespaceHost = NamespaceHost();
   options.workerCommand = WorkerCommand();
   return options;
 }

@@ -12,7 +12,10 @@ namespace qv::cli {
 // known.
 std::vector<std::string> WorkerCommand();
 
-// The namespace of script documents, on the namespace host that this program was built with.
+// What this program was built with, such as "http://quorvane.example".
+std::string NamespaceHost();
+
+// The namespace of script documents, on that host.
 std::string ScriptNamespace();
 
 // What every service of this program has in common: its worker and its namespaces. Throws as WorkerCommand.

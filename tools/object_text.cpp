@@ -1,5 +1,7 @@
 #include "tools/object_text.h"
 
+#include <algorithm>
+
 #include "qvscriptwells/create_objects.h"
 #include "tools/duration_scan.h"
 #include "tools/failure.h"
@@ -68,6 +70,12 @@ std::optional<DurationFields> ReadDuration(const Variant& value) {
   check(duration->get_Min(&fields.minutes));
   check(duration->get_Sec(&fields.seconds));
   return fields;
+}
+
+bool HasWrappedCount(const Variant& value) {
+  const std::optional<DurationFields> fields = ReadDuration(value);
+  return fields &&
+         std::min({fields->years, fields->months, fields->days, fields->hours, fields->minutes}) < 0;
 }
 
 std::optional<UrlFields> ReadUrl(const Variant& value) {

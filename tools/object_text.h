@@ -27,6 +27,9 @@ Variant ParseDuration(const std::string& text);
 
 // What the object behind the value says of itself; nothing when it is no duration, or no URL.
 std::optional<DurationFields> ReadDuration(const Variant& value);
+// Whether a count is negative, as none is that was sent within 16 bits. One that wrapped around to a count
+// above 0 cannot be told from others.
+bool HasWrappedCount(const Variant& value);
 struct UrlFields {
   std::string url;
   std::string caption;

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "tools/download_options.h"
 #include "tools/help_texts.h"
 #include "tools/registry_options.h"
 #include "tools/run_options.h"
@@ -56,6 +57,8 @@ class ArgumentParser {
       Accept(Command::kRun, run_.Check());
     } else if (document_.Parsed()) {
       Accept(Command::kRun, document_.Check());
+    } else if (download_.Parsed()) {
+      Accept(Command::kDownload, download_.Check());
     } else if (registry_.Parsed()) {
       Accept(Command::kRegistry, registry_.Check());
     } else {
@@ -67,9 +70,10 @@ class ArgumentParser {
     if (wrong != nullptr) return Refuse(wrong);
     result_.command = command;
     result_.run = document_.Parsed() ? document_.Options() : run_.Options();
+    result_.download = download_.Options();
     result_.serve = serve_.Options();
     result_.registry = registry_.Options();
-    result_.json = result_.run.json || result_.registry.json;
+    result_.json = result_.run.json || result_.download.json || result_.registry.json;
   }
 
   void Tell(const std::string& text) {
@@ -81,15 +85,25 @@ class ArgumentParser {
   void Refuse(const std::string& text) {
     result_.command = Command::kUsageError;
     result_.text = text;
-    std::string command;
-    for (const CLI::App* parsed : app_.get_subcommands()) command = " " + parsed->get_name();
-    result_.hint = "scriptwells" + command + " --help";
+    result_.hint = InnermostCommand() + " --help";
+  }
+
+  // "scriptwells registry get", as far as it was parsed.
+  std::string InnermostCommand() const {
+    std::string words = app_.get_name();
+    const CLI::App* command = &app_;
+    while (!command->get_subcommands().empty()) {
+      command = command->get_subcommands().back();
+      words += " " + command->get_name();
+    }
+    return words;
   }
 
   ParsedArguments& result_;
   CLI::App app_{"Runs scripts on a Scriptwells server, or on one of its own.", "scriptwells"};
   RunArguments run_{Prepared(app_), RunArguments::Kind::kScript};
   RunArguments document_{app_, RunArguments::Kind::kDocument};
+  DownloadArguments download_{app_};
   ServeArguments serve_{app_};
   RegistryArguments registry_{app_};
   CLI::App* worker_ = nullptr;

@@ -7,27 +7,39 @@
 
 namespace qv::cli {
 
-enum class Command { kText, kUsageError, kRun, kServe, kRegistry, kScriptWorker };
+enum class Command { kText, kUsageError, kRun, kDownload, kServe, kRegistry, kScriptWorker };
 enum class OutputFormat { kText, kJson, kTable };
 
-// Of `run` and `run-document`.
-struct RunOptions {
-  bool document = false;  // `file` is a script document; there is no code then, and no language
-  std::string file;       // "-" is standard input; empty when the code is given
-  std::string code;
-  std::vector<std::string> parameters;  // "name=type:value", not looked at yet
-  bool local = false;
-  std::string server;  // not empty unless local
+// How a session is opened, and how its failures are told.
+struct SessionOptions {
+  std::string server;
   std::string proxy;
   std::string user;
   std::string replica;
   std::string passwordFile;
   bool passwordFromInput = false;
-  std::string language = "JavaScript";
-  OutputFormat output = OutputFormat::kText;
   bool json = false;  // result and failure both as JSON
   double timeoutSeconds = 60;
   double connectTimeoutSeconds = 30;
+};
+
+// Of `run` and `run-document`.
+struct RunOptions : SessionOptions {
+  bool document = false;  // `file` is a script document; there is no code then, and no language
+  std::string file;       // "-" is standard input; empty when the code is given
+  std::string code;
+  std::vector<std::string> parameters;  // "name=type:value", not looked at yet
+  bool local = false;                   // else there is a server
+  std::string language = "JavaScript";
+  OutputFormat output = OutputFormat::kText;
+  // The answer is the URL of a file, which is downloaded into this directory; empty when it is an answer.
+  std::string saveDirectory;
+};
+
+struct DownloadOptions : SessionOptions {
+  std::string url;
+  std::string directory;  // empty: the current one
+  std::string usid;       // a session that is open already; empty: one is opened
 };
 
 struct ServeOptions {
@@ -36,6 +48,7 @@ struct ServeOptions {
   std::string usersFile;
   double scriptTimeoutSeconds = 5;
   int scriptMemoryMegabytes = 256;
+  std::string home;  // becomes the home directory; empty: it stays what it is
 };
 
 enum class RegistryVerb { kGet, kSet, kRemove, kList };
@@ -50,6 +63,7 @@ struct RegistryOptions {
 struct ParsedArguments {
   Command command = Command::kUsageError;
   RunOptions run;            // for kRun
+  DownloadOptions download;  // for kDownload
   ServeOptions serve;        // for kServe
   RegistryOptions registry;  // for kRegistry
   bool json = false;         // failures are wanted as JSON

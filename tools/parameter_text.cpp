@@ -9,6 +9,7 @@
 #include "qvscriptwells/serial_date.h"
 #include "tools/date_text.h"
 #include "tools/failure.h"
+#include "tools/file_parameter.h"
 #include "tools/object_text.h"
 
 namespace qv::cli {
@@ -108,6 +109,10 @@ Variant ParseDurationParameter(const TypeRow&, const std::string& text) {
   return ParseDuration(text);
 }
 
+Variant ParseFileParameter(const TypeRow&, const std::string& text) {
+  return MakeFileParameter(text);
+}
+
 constexpr TypeRow kTypes[] = {
     {"byte", ParseByte, INT8_MIN, INT8_MAX},
     {"short", ParseShort, INT16_MIN, INT16_MAX},
@@ -121,6 +126,7 @@ constexpr TypeRow kTypes[] = {
     {"time", ParseTimeParameter},
     {"datetime", ParseDateTimeParameter},
     {"duration", ParseDurationParameter},
+    {"file", ParseFileParameter},
 };
 
 // Types of answers that have no form as a parameter.

@@ -59,16 +59,16 @@ std::string ReadPasswordFile(const std::string& path) {
   return ReadLine(descriptor, "password");
 }
 
-bool CanAsk(const RunOptions& options) {
-  return !options.user.empty() && options.file != "-" && isatty(STDIN_FILENO) == 1;
+bool CanAsk(const SessionOptions& options, bool inputIsTaken) {
+  return !options.user.empty() && !inputIsTaken && isatty(STDIN_FILENO) == 1;
 }
 
-std::string TakePassword(const RunOptions& options) {
+std::string TakePassword(const SessionOptions& options, bool inputIsTaken) {
   if (!options.passwordFile.empty()) return ReadPasswordFile(options.passwordFile);
   if (options.passwordFromInput) return ReadLine(STDIN_FILENO, "password");
   const char* variable = std::getenv("SCRIPTWELLS_PASSWORD");
   if (variable != nullptr) return variable;
-  return CanAsk(options) ? AskPassword(options.user) : std::string();
+  return CanAsk(options, inputIsTaken) ? AskPassword(options.user) : std::string();
 }
 
 }  // namespace
@@ -84,8 +84,8 @@ void CheckCredential(const std::string& value, const std::string& what) {
       throw Failure(ExitStatus::kLocal, "the " + what + " holds a control character");
 }
 
-std::string FindPassword(const RunOptions& options) {
-  std::string password = TakePassword(options);
+std::string FindPassword(const SessionOptions& options, bool inputIsTaken) {
+  std::string password = TakePassword(options, inputIsTaken);
   CheckCredential(password, "password");
   return password;
 }

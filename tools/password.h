@@ -13,8 +13,8 @@ namespace qv::cli {
 void CheckCredential(const std::string& value, const std::string& what);
 
 // The first of: file, standard input, the variable SCRIPTWELLS_PASSWORD, a question on the terminal (only
-// when a user is named, and standard input is a terminal that the script does not come from); else empty.
+// when a user is named, and standard input is a terminal that is not taken for something else); else empty.
 // Checked as above. Throws Failure (kLocal, kInterrupted).
-std::string FindPassword(const RunOptions& options);
+std::string FindPassword(const SessionOptions& options, bool inputIsTaken = false);
 
 }  // namespace qv::cli

@@ -8,6 +8,7 @@
 #include "devservice/script_worker.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "tools/download_command.h"
 #include "tools/failure.h"
 #include "tools/interrupt.h"
 #include "tools/options.h"
@@ -42,6 +43,9 @@ ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostre
       return ReportUsage(parsed, err);
     case Command::kRun:
       RunCommand(parsed.run, out, err);
+      return ExitStatus::kOk;
+    case Command::kDownload:
+      DownloadCommand(parsed.download, out, err);
       return ExitStatus::kOk;
     case Command::kServe:
       ServeCommand(parsed.serve, out, err);

@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "qvscriptwells/com_error.h"
+#include "qvscriptwells/native_path.h"
 #include "qvscriptwells/registry.h"
 #include "tools/failure.h"
 #include "tools/text_table.h"
@@ -32,9 +33,33 @@ WideString ToWide(const std::string& text, const char* what) {
   return FromUtf8(text);
 }
 
-WideString FullKey(const std::string& key) {
+// As the keys stand in exported files and in other programs.
+std::string WithoutRoot(const std::string& key) {
+  constexpr char kRoot[] = "HKEY_LOCAL_MACHINE\\";
+  constexpr std::size_t kLength = sizeof kRoot - 1;
+  return IsSameKey(key.substr(0, kLength), kRoot) ? key.substr(kLength) : key;
+}
+
+[[noreturn]] void RefuseKey(const std::string& key, const char* reason) {
+  throw Failure(ExitStatus::kLocal, "the key '" + key + "' " + reason);
+}
+
+// Nothing else would ever look for such a key.
+void CheckComponents(const std::string& key) {
+  const bool hasBackslash = key.find('\\') != std::string::npos;
+  if (!hasBackslash && key.find('/') != std::string::npos)
+    RefuseKey(key, "has '/'; the components of a key are separated by a backslash '\\'");
+  if (key.front() == '\\' || key.back() == '\\' || key.find("\\\\") != std::string::npos)
+    RefuseKey(key, "has an empty component: a backslash '\\' stands between two components only");
+}
+
+WideString FullKey(const std::string& given) {
+  if (IsSameKey(given, "home")) return WideString(kHomeDirectoryKey);
+  const std::string key = WithoutRoot(given);
   if (key.empty()) throw Failure(ExitStatus::kLocal, "the key is empty");
-  return IsSameKey(key, "home") ? WideString(kHomeDirectoryKey) : ToWide(key, "key");
+  const WideString wide = ToWide(key, "key");
+  CheckComponents(key);
+  return wide;
 }
 
 std::string Dump(const Json& line) {
@@ -79,20 +104,28 @@ void WritePath(const std::string& path, const RegistryOptions& options, std::ost
   Write(options.json ? Dump(line) : path + "\n", out);
 }
 
-void WarnOfLength(const WideString& key, const WideString& value, bool asJson, std::ostream& err) {
+// What the library makes of such a home directory; empty when nothing is odd about it.
+std::string OddityOfHome(const WideString& home) {
+  if (home.size() == 0) return "an empty home directory is read as none";
+  if (home.size() > kLongestHomeDirectory)
+    return "a home directory of more than " + std::to_string(kLongestHomeDirectory) +
+           " characters is read as none";
+  if (NativePath(home).front() == '/') return "";
+  return "a home directory that does not begin with '/' is looked for below the current directory of each "
+         "program";
+}
+
+void WarnOfHome(const WideString& key, const WideString& value, bool asJson, std::ostream& err) {
   if (!IsSameKey(ToUtf8(key), ToUtf8(WideString(kHomeDirectoryKey)))) return;
-  if (value.size() <= kLongestHomeDirectory) return;
-  ReportNote("warning",
-             "a home directory of more than " + std::to_string(kLongestHomeDirectory) +
-                 " characters is read as none",
-             asJson, err);
+  const std::string oddity = OddityOfHome(value);
+  if (!oddity.empty()) ReportNote("warning", oddity, asJson, err);
 }
 
 ExitStatus Set(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
   const WideString key = FullKey(options.key);
   const WideString value = ToWide(options.value, "value");
   WritePath(WriteRegistryValue(key, value), options, out);
-  WarnOfLength(key, value, options.json, err);
+  WarnOfHome(key, value, options.json, err);
   return ExitStatus::kOk;
 }
 

@@ -10,6 +10,7 @@ RegistryArguments::RegistryArguments(CLI::App& app)
     : command_(app.add_subcommand("registry", "Show and change the settings that the library finds")) {
   command_->footer(kRegistryFooter);
   command_->require_subcommand(0, 1);
+  AddJson(*command_);
   CLI::App* get = AddVerb(RegistryVerb::kGet, "get", "Print the value of a key");
   CLI::App* set = AddVerb(RegistryVerb::kSet, "set", "Give a key a value; prints the file's path");
   CLI::App* remove = AddVerb(RegistryVerb::kRemove, "remove", "Remove a key; prints the file's path");
@@ -17,13 +18,19 @@ RegistryArguments::RegistryArguments(CLI::App& app)
   for (CLI::App* verb : {get, set, remove})
     verb->add_option("KEY", registry_.key, "The key, or \"home\"")->type_name("")->required();
   set->add_option("VALUE", registry_.value, "Its text")->type_name("")->required();
+  set->footer(kRegistrySetFooter);
 }
 
 CLI::App* RegistryArguments::AddVerb(RegistryVerb verb, const char* name, const char* words) {
   CLI::App* command = command_->add_subcommand(name, words);
-  command->add_flag("--json", registry_.json, "One line of JSON for each thing that is told");
+  AddJson(*command);
   verbs_.push_back({verb, command});
   return command;
+}
+
+// Before the verb or behind it, as users type it.
+void RegistryArguments::AddJson(CLI::App& command) {
+  command.add_flag("--json", registry_.json, "One line of JSON for each thing that is told");
 }
 
 bool RegistryArguments::Parsed() const {

@@ -22,6 +22,7 @@ class RegistryArguments {
   const RegistryOptions& Options() const { return registry_; }
 
  private:
+  void AddJson(CLI::App& command);
   CLI::App* AddVerb(RegistryVerb verb, const char* name, const char* words);
 
   struct VerbRow {

@@ -3,43 +3,36 @@
 // component's id, which hands every operation on to the built-in one and notes what came of it.
 #pragma once
 
-#include <optional>
 #include <string>
+#include <vector>
 
 #include "qvscriptwells/class_registry.h"
-#include "qvscriptwells/http_component.h"
+#include "tools/exchange_note.h"
+#include "tools/reporting_request.h"
 
 namespace qv::cli {
-
-// The last exchange, as far as it came.
-struct ExchangeNote {
-  std::string server;              // "http://host:port" of the last Open
-  std::string proxy;               // "host[:port]" that Open was given; empty without one
-  bool connected = false;          // Open went well
-  std::optional<HRESULT> failure;  // of the first operation that failed
-  std::string words;               // the transport's, may be empty
-  std::string httpStatus;          // "200"; empty when no head of an answer came
-  bool holdsFault = false;         // the body has a fault element
-};
 
 // Stands behind the component's class id for as long as it lives; one at a time, on the thread that uses the
 // library.
 class ReportingHttp {
  public:
   // `proxy`, "host:port", takes the place of what the library passes: its calls leave out the port.
-  explicit ReportingHttp(std::string proxy);
+  // `progress` is told which file a transfer is about; it outlives this object, or is null.
+  explicit ReportingHttp(std::string proxy, TransferProgress* progress = nullptr);
   ~ReportingHttp();
   ReportingHttp(const ReportingHttp&) = delete;
   ReportingHttp& operator=(const ReportingHttp&) = delete;
 
-  const ExchangeNote& Note() const noexcept { return note_; }
-  void Forget() { note_ = ExchangeNote(); }
+  const ExchangeNote& Note() const noexcept { return reports_.note; }
+  void Forget() { reports_.note = ExchangeNote(); }
+  // All that were made so far, in their order.
+  const std::vector<RefusedUpload>& RefusedUploads() const noexcept { return reports_.refusedUploads; }
 
  private:
   static HRESULT Create(const Guid& iid, void** object);
 
   std::string proxy_;
-  ExchangeNote note_;
+  HttpReports reports_;
   ClassCreator builtIn_;
 };
 

@@ -1,19 +1,24 @@
 #include "tools/run_command.h"
 
-#include <cmath>
+#include <optional>
 #include <ostream>
 #include <set>
 
 #include "tools/answer_format.h"
 #include "tools/document_file.h"
 #include "tools/failure.h"
+#include "tools/file_parameter.h"
+#include "tools/home_directory.h"
 #include "tools/input_text.h"
-#include "tools/interrupt.h"
+#include "tools/local_files.h"
 #include "tools/local_service.h"
+#include "tools/object_text.h"
 #include "tools/parameter_text.h"
 #include "tools/password.h"
-#include "tools/script_session.h"
+#include "tools/private_home.h"
+#include "tools/saved_file.h"
 #include "tools/server_address.h"
+#include "tools/session_frame.h"
 
 namespace qv::cli {
 
@@ -25,6 +30,8 @@ constexpr std::size_t kMostParameters = 32767;
 struct Job {
   std::string script;  // or the document, as CheckDocument gives it
   std::vector<ScriptParameter> parameters;
+  bool hasFiles = false;      // among the parameters
+  std::string saveDirectory;  // empty: the answer is no file
   SessionSettings settings;
 };
 
@@ -44,22 +51,14 @@ std::vector<ScriptParameter> ParseParameters(const RunOptions& options, std::ost
   return parameters;
 }
 
-std::int64_t Milliseconds(double seconds) {
-  return static_cast<std::int64_t>(std::ceil(seconds * 1000));
-}
-
-SessionSettings CheckSettings(const RunOptions& options) {
-  SessionSettings settings;
-  if (!options.local) settings.server = CheckServer(options.server);
-  settings.proxy = CheckProxy(options.proxy);
-  settings.user = options.local && options.user.empty() ? "local" : options.user;
-  settings.replica = options.replica;
-  CheckCredential(settings.user, "user name");
-  CheckCredential(settings.replica, "replica id");
-  // The service inside this program takes every password.
-  if (!options.local) settings.password = FindPassword(options);
-  settings.http.connectTimeout = Milliseconds(options.connectTimeoutSeconds);
-  settings.http.idleTimeout = Milliseconds(options.timeoutSeconds);
+SessionSettings CheckRunSettings(const RunOptions& options) {
+  SessionSettings settings = CheckSettings(options);
+  if (options.local) {
+    if (options.user.empty()) settings.user = "local";
+    return settings;  // the service inside this program takes every password
+  }
+  settings.server = CheckServer(options.server);
+  settings.password = FindPassword(options, options.file == "-");
   return settings;
 }
 
@@ -72,28 +71,34 @@ std::string TakeScript(const RunOptions& options, std::ostream& err) {
   return script;
 }
 
+bool HasFiles(const std::vector<ScriptParameter>& parameters) {
+  for (const ScriptParameter& parameter : parameters)
+    if (IsFileParameter(parameter.value)) return true;
+  return false;
+}
+
 // Everything that can be wrong on this side is told before any server is asked.
 Job Prepare(const RunOptions& options, std::ostream& err) {
   Job job;
   job.parameters = ParseParameters(options, err);
-  job.settings = CheckSettings(options);
+  job.hasFiles = HasFiles(job.parameters);
+  if (!options.local && job.hasFiles) CheckUploadScripts();
+  if (!options.saveDirectory.empty()) job.saveDirectory = CheckTargetDirectory(options.saveDirectory);
+  job.settings = CheckRunSettings(options);
   job.script = TakeScript(options, err);
   return job;
-}
-
-void CloseSession(ScriptSession& session, bool asJson, std::ostream& err) {
-  try {
-    session.Close();
-  } catch (const Failure& failure) {
-    ReportNote("warning", "the session was not closed: " + failure.Message(), asJson, err);
-  }
 }
 
 // What the library reads of some answers, whatever was sent.
 void TellWhatWasLost(const Variant& answer, bool asJson, std::ostream& err) {
   if (answer.Tag() == VT_EMPTY)
-    ReportNote("note", "the answer arrived as an empty value, as every answer of the type long does", asJson,
-               err);
+    ReportNote(
+        "note",
+        "the answer arrived as an empty value: a long, a type that the library does not read, or a URL "
+        "without text",
+        asJson, err);
+  if (HasWrappedCount(answer))
+    ReportNote("note", "a count of the duration does not fit 16 bits and arrived changed", asJson, err);
   if (answer.Tag() == VT_I1)
     ReportNote("note", "the answer arrived as 0, as every answer of the type byte does", asJson, err);
   if (TypeName(answer) == "url")
@@ -108,22 +113,20 @@ void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream&
 }
 
 Variant Execute(ScriptSession& session, const Job& job, const RunOptions& options) {
-  if (options.document) return session.ExecuteDocument(job.script, job.parameters);
+  if (options.document) return session.ExecuteDocument(job.script, options.file, job.parameters);
   return session.Execute(options.language, job.script, job.parameters);
 }
 
 void RunJob(const Job& job, const RunOptions& options, std::ostream& out, std::ostream& err) {
-  ScriptSession session(job.settings);
-  try {
-    session.Open();
-    ThrowIfInterrupted();
-    WriteAnswer(options, Execute(session, job, options), out, err);
-  } catch (const Failure&) {
-    CloseSession(session, options.json, err);
-    throw;
-  }
-  CloseSession(session, options.json, err);
-  ThrowIfInterrupted();
+  InSession(job.settings, options.json, err, [&](ScriptSession& session) {
+    const Variant answer = Execute(session, job, options);
+    if (job.saveDirectory.empty()) return WriteAnswer(options, answer, out, err);
+    const std::string url = UrlOfAnswer(answer);
+    if (OriginOf(url) != OriginOf(job.settings.server))
+      ReportNote("warning", "the session's id goes to " + OriginOf(url) + ", where the file lies",
+                 options.json, err);
+    SaveFile(session, url, job.saveDirectory, options.output == OutputFormat::kJson, out);
+  });
 }
 
 }  // namespace
@@ -131,6 +134,8 @@ void RunJob(const Job& job, const RunOptions& options, std::ostream& out, std::o
 void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err) {
   Job job = Prepare(options, err);
   if (!options.local) return RunJob(job, options, out, err);
+  std::optional<PrivateHome> home;
+  if (job.hasFiles) home.emplace();
   devservice::Service service(CommonServiceOptions());
   StartService(service);
   job.settings.server = service.Url();

@@ -1,7 +1,6 @@
 #include "tools/run_options.h"
 
 #include <CLI/CLI.hpp>
-#include <cmath>
 #include <cstdlib>
 #include <map>
 
@@ -12,23 +11,8 @@ namespace qv::cli {
 
 namespace {
 
-constexpr double kLongestWait = 86400;
-
 const std::map<std::string, OutputFormat> kOutputs = {
     {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"table", OutputFormat::kTable}};
-
-bool IsWait(double seconds) {
-  return std::isfinite(seconds) && seconds >= 0 && seconds <= kLongestWait;
-}
-
-void AddText(CLI::App& command, const char* name, std::string& target, const char* words, const char* value,
-             const char* variable = "") {
-  command.add_option(name, target, words)->type_name(value)->envname(variable);
-}
-
-void AddWait(CLI::App& command, const char* name, double& target, const char* words, const char* variable) {
-  command.add_option(name, target, words)->capture_default_str()->type_name("SECONDS")->envname(variable);
-}
 
 }  // namespace
 
@@ -37,15 +21,22 @@ RunArguments::RunArguments(CLI::App& app, Kind kind) {
     DefineScript(app);
   else
     DefineDocument(app);
+  DefineParameters();
+  session_.emplace(*command_, run_);
+  DefineOutput();
+}
+
+void RunArguments::DefineParameters() {
   command_->add_option("-p,--parameter", run_.parameters, "A parameter of the script; may be repeated")
       ->type_name("NAME=TYPE:VALUE")
       ->take_all()
       ->expected(1)
       ->allow_extra_args(false);
-  DefineServer();
-  DefineCredentials();
-  DefineWaits();
-  DefineOutput();
+  command_->add_flag(
+      "--local", run_.local,
+      "Run in a service inside this program; nothing else is needed. A script has 5 s and 256 MiB "
+      "there; for more: serve --script-timeout, --script-memory, and --server. The user is \"local\" unless "
+      "--user names another");
 }
 
 void RunArguments::DefineScript(CLI::App& app) {
@@ -67,37 +58,6 @@ void RunArguments::DefineDocument(CLI::App& app) {
   command_->add_option("FILE", run_.file, "The script document, an XML file")->type_name("");
 }
 
-void RunArguments::DefineServer() {
-  command_->add_flag(
-      "--local", run_.local,
-      "Run in a service inside this program; nothing else is needed. A script has 5 s and 256 MiB "
-      "there; for more: serve --script-timeout, --script-memory, and --server");
-  server_ = command_
-                ->add_option("--server", run_.server,
-                             "The server, such as https://scripts.example:8443 "
-                             "(environment: SCRIPTWELLS_SERVER)")
-                ->type_name("URL");
-  AddText(*command_, "--proxy", run_.proxy, "HTTP proxy", "HOST[:PORT]", "SCRIPTWELLS_PROXY");
-}
-
-void RunArguments::DefineCredentials() {
-  AddText(*command_, "--user", run_.user, "User name (with --local: \"local\" if not given)", "NAME",
-          "SCRIPTWELLS_USER");
-  AddText(*command_, "--password-file", run_.passwordFile, "The first line of this file is the password",
-          "FILE");
-  command_->add_flag("--password-stdin", run_.passwordFromInput,
-                     "The first line of standard input is the password");
-  AddText(*command_, "--replica", run_.replica, "Replica id of the database", "ID", "SCRIPTWELLS_REPLICA");
-}
-
-void RunArguments::DefineWaits() {
-  AddWait(*command_, "--timeout", run_.timeoutSeconds,
-          "Longest silence of the server; 0: no limit (for connecting: --connect-timeout)",
-          "SCRIPTWELLS_TIMEOUT");
-  AddWait(*command_, "--connect-timeout", run_.connectTimeoutSeconds,
-          "Longest wait for a connection; 0: no limit", "SCRIPTWELLS_CONNECT_TIMEOUT");
-}
-
 void RunArguments::DefineOutput() {
   outputOption_ =
       command_
@@ -105,8 +65,11 @@ void RunArguments::DefineOutput() {
           ->capture_default_str()
           ->type_name("FORMAT")
           ->check(CLI::IsMember(kOutputs));
-  command_->add_flag("--json", run_.json,
-                     "The answer, or what failed, and every note, as one line of JSON each");
+  save_ = command_
+              ->add_option("--save", run_.saveDirectory,
+                           "The answer is the URL of a file: download it into this directory, in the same "
+                           "session, and print its path")
+              ->type_name("DIR");
 }
 
 bool RunArguments::Parsed() const {
@@ -117,8 +80,8 @@ const char* RunArguments::Check() {
   const char* wrong = WrongWithOutput();
   if (wrong == nullptr) wrong = WrongWithScript();
   if (wrong == nullptr) wrong = WrongWithServer();
-  if (wrong == nullptr) wrong = WrongWithPassword();
-  if (wrong == nullptr) wrong = WrongWithWaits();
+  if (wrong == nullptr) wrong = WrongWithSave();
+  if (wrong == nullptr) wrong = session_->Check();
   return wrong;
 }
 
@@ -147,27 +110,19 @@ const char* RunArguments::WrongWithScript() const {
 
 // The variable stands for a usual server, so --local wins over it.
 const char* RunArguments::WrongWithServer() {
-  if (run_.local && server_->count() > 0) return "give --local or --server, not both";
-  if (run_.local && !run_.proxy.empty()) run_.proxy.clear();
-  if (run_.local || server_->count() > 0) return nullptr;
-  const char* usual = std::getenv("SCRIPTWELLS_SERVER");
-  if (usual == nullptr || *usual == '\0') return "no server given (--local or --server URL)";
-  run_.server = usual;
-  return nullptr;
-}
-
-const char* RunArguments::WrongWithPassword() const {
-  if (run_.passwordFromInput && !run_.passwordFile.empty())
-    return "give --password-file or --password-stdin, not both";
   if (run_.passwordFromInput && run_.file == "-")
     return "standard input cannot hold both the script and the password";
-  return nullptr;
+  if (run_.local && session_->HasServer()) return "give --local or --server, not both";
+  if (run_.local) run_.proxy.clear();
+  if (run_.local || session_->TakeServer()) return nullptr;
+  return "no server given (--local or --server URL)";
 }
 
-const char* RunArguments::WrongWithWaits() const {
-  if (!IsWait(run_.timeoutSeconds)) return "--timeout has to lie between 0 and 86400 seconds";
-  if (!IsWait(run_.connectTimeoutSeconds)) return "--connect-timeout has to lie between 0 and 86400 seconds";
-  return nullptr;
+const char* RunArguments::WrongWithSave() const {
+  if (save_->count() == 0) return nullptr;
+  if (run_.saveDirectory.empty()) return "--save has to name a directory";
+  const bool table = outputOption_->count() > 0 && run_.output == OutputFormat::kTable;
+  return table ? "--save prints a path, for which there is no table" : nullptr;
 }
 
 }  // namespace qv::cli

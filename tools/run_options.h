@@ -1,9 +1,11 @@
 // The options of `run` and of `run-document`, which has the same but for the script itself.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "tools/options.h"
+#include "tools/session_options.h"
 
 namespace CLI {
 class App;
@@ -30,22 +32,20 @@ class RunArguments {
  private:
   void DefineScript(CLI::App& app);
   void DefineDocument(CLI::App& app);
-  void DefineServer();
-  void DefineCredentials();
-  void DefineWaits();
+  void DefineParameters();
   void DefineOutput();
   const char* WrongWithOutput();
   const char* WrongWithScript() const;
   const char* WrongWithServer();
-  const char* WrongWithPassword() const;
-  const char* WrongWithWaits() const;
+  const char* WrongWithSave() const;
 
   RunOptions run_;
   std::string output_ = "text";
   CLI::App* command_ = nullptr;
+  std::optional<SessionArguments> session_;
   CLI::Option* code_ = nullptr;  // null for a document
-  CLI::Option* server_ = nullptr;
   CLI::Option* outputOption_ = nullptr;
+  CLI::Option* save_ = nullptr;
 };
 
 }  // namespace qv::cli

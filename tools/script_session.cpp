@@ -2,31 +2,13 @@
 
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/native_path.h"
 #include "tools/explain_failure.h"
 #include "tools/interrupt.h"
 
 namespace qv::cli {
 
 namespace {
-
-// Cancels transfers after Ctrl-C. Counting is idle: one object lives as long as the program.
-class CancelOnInterrupt final : public IHttpProgress {
- public:
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (iid != IUnknown::kIid && iid != IHttpProgress::kIid) return E_NOINTERFACE;
-    *object = static_cast<IHttpProgress*>(this);
-    return S_OK;
-  }
-  std::uint32_t AddRef() noexcept override { return 2; }
-  std::uint32_t Release() noexcept override { return 1; }
-  HRESULT OnProgress(bool, std::int64_t, std::int64_t) noexcept override {
-    return Interrupted() ? S_FALSE : S_OK;
-  }
-};
-
-CancelOnInterrupt g_cancelOnInterrupt;
 
 constexpr std::int64_t kLastWait = 2000;
 
@@ -47,12 +29,15 @@ IParametersPtr MakeList(const std::vector<ScriptParameter>& parameters) {
 }  // namespace
 
 ScriptSession::ScriptSession(const SessionSettings& settings)
-    : settings_(settings), http_(settings.proxy), model_(CreateConnectionModel()) {
+    : settings_(settings),
+      progress_(settings.showProgress),
+      http_(settings.proxy, &progress_),
+      model_(CreateConnectionModel()) {
   SimpleHostUser user;
   user.userName = FromUtf8(settings.user);
   user.replicaId = FromUtf8(settings.replica);
   services_ = CreateSimpleHost(user);
-  SetThreadHttpOptions(settings_.http, &g_cancelOnInterrupt);
+  SetThreadHttpOptions(settings_.http, &progress_);
 }
 
 ScriptSession::~ScriptSession() {
@@ -88,13 +73,19 @@ void ScriptSession::CheckSessionId() {
   if (!session.open) throw Failure(ExitStatus::kAnswer, "the server opened a session without an id");
 }
 
+void ScriptSession::Adopt() {
+  ThrowIfFailed(model_->SetUSID(FromUtf8(settings_.usid)), model_.get(), IConnectionModel::kIid);
+}
+
 void ScriptSession::Open() {
   http_.Forget();
   try {
     SetServer();
+    if (!settings_.usid.empty()) return Adopt();
     ThrowIfFailed(model_->CreateUserSession(ConnectionText()), model_.get(), IConnectionModel::kIid);
     CheckSessionId();
   } catch (const _com_error& error) {
+    ThrowIfInterrupted();
     const Failure failure = ExplainFailure(Phase::kOpen, error, http_.Note());
     if (failure.Status() == ExitStatus::kRefused && settings_.user.empty())
       throw failure.With(" (no --user given)");
@@ -112,25 +103,41 @@ Variant ScriptSession::Execute(const std::string& language, const std::string& s
                   IConnectionModel::kIid);
     return answer;
   } catch (const _com_error& error) {
+    ThrowIfInterrupted();
     throw ExplainFailure(Phase::kExecute, error, http_.Note());
   }
 }
 
-Variant ScriptSession::ExecuteDocument(const std::string& file,
+Variant ScriptSession::ExecuteDocument(const std::string& url, const std::string& file,
                                        const std::vector<ScriptParameter>& parameters) {
   http_.Forget();
   try {
     const IParametersPtr list = MakeList(parameters);
     Variant answer;
-    ThrowIfFailed(model_->ExecuteFile(FromUtf8(file), list.get(), &answer), model_.get(),
+    ThrowIfFailed(model_->ExecuteFile(FromUtf8(url), list.get(), &answer), model_.get(),
                   IConnectionModel::kIid);
     return answer;
   } catch (const _com_error& error) {
-    throw ExplainFailure(Phase::kExecuteDocument, error, http_.Note());
+    ThrowIfInterrupted();  // a signal ends reads of the document, too
+    throw ExplainDocumentFailure(file, error, http_.Note());
+  }
+}
+
+std::string ScriptSession::Download(const std::string& url, const std::string& directory) {
+  http_.Forget();
+  try {
+    WideString path;
+    ThrowIfFailed(model_->DownloadFile(FromUtf8(url), FromUtf8(directory), &path), model_.get(),
+                  IConnectionModel::kIid);
+    return NativePath(path);
+  } catch (const _com_error& error) {
+    ThrowIfInterrupted();
+    throw ExplainFailure(Phase::kDownload, error, http_.Note());
   }
 }
 
 void ScriptSession::Close() {
+  if (!settings_.usid.empty()) return;
   http_.Forget();
   if (Interrupted()) {
     HttpOptions hurried = settings_.http;

@@ -10,6 +10,7 @@
 #include "qvscriptwells/xml_library_hold.h"
 #include "tools/parameter_text.h"
 #include "tools/reporting_http.h"
+#include "tools/transfer_progress.h"
 
 namespace qv::cli {
 
@@ -20,7 +21,9 @@ struct SessionSettings {
   std::string user;
   std::string password;
   std::string replica;
+  std::string usid;  // a session that is open already; empty: one is opened
   HttpOptions http;
+  bool showProgress = false;  // of long transfers, if standard error is a terminal
 };
 
 // Every operation throws Failure. One object per program run, on the main thread: the library empties its
@@ -33,21 +36,31 @@ class ScriptSession {
   ScriptSession(const ScriptSession&) = delete;
   ScriptSession& operator=(const ScriptSession&) = delete;
 
+  // Adopts the session of the settings, if they name one: the server is not asked then.
   void Open();
   Variant Execute(const std::string& language, const std::string& script,
                   const std::vector<ScriptParameter>& parameters);
-  // `file` as CheckDocument gives it.
-  Variant ExecuteDocument(const std::string& file, const std::vector<ScriptParameter>& parameters);
-  // Without a session nothing happens. After an interrupt it waits for 2 seconds at most.
+  // `url` as CheckDocument gives it for `file`, whose name failures tell.
+  Variant ExecuteDocument(const std::string& url, const std::string& file,
+                          const std::vector<ScriptParameter>& parameters);
+  // Fetches `url` into `directory` (as CheckFileUrl and CheckTargetDirectory give them) under the name that
+  // the server gives. The path of the file, as the system opens it.
+  std::string Download(const std::string& url, const std::string& directory);
+  // Uploads that the server answered with no success, though the calls went on.
+  const std::vector<RefusedUpload>& RefusedUploads() const noexcept { return http_.RefusedUploads(); }
+  // Without a session, and for an adopted one, nothing happens. After an interrupt it waits for 2 seconds at
+  // most.
   void Close();
 
  private:
   void SetServer();
+  void Adopt();
   void CheckSessionId();
   WideString ConnectionText() const;
 
   SessionSettings settings_;
   XmlLibraryHold hold_;
+  TransferProgress progress_;
   ReportingHttp http_;
   IQvClientServicesPtr services_;
   IConnectionModelPtr model_;

@@ -31,6 +31,11 @@ ServeArguments::ServeArguments(CLI::App& app)
       ->capture_default_str()
       ->type_name("MB")
       ->check(CLI::Range(1, 65536).description("1 to 65536"));
+  home_ = command_
+              ->add_option("--home", serve_.home,
+                           "Make this the home directory of the registry, with the upload scripts of this "
+                           "service")
+              ->type_name("DIR");
 }
 
 bool ServeArguments::Parsed() const {
@@ -38,6 +43,7 @@ bool ServeArguments::Parsed() const {
 }
 
 const char* ServeArguments::Check() const {
+  if (home_->count() > 0 && serve_.home.empty()) return "--home has to name a directory";
   const double seconds = serve_.scriptTimeoutSeconds;
   if (std::isfinite(seconds) && seconds >= 0.001 && seconds <= kLongestScript) return nullptr;
   return "--script-timeout has to lie between 0.001 and 86400 seconds";

@@ -5,7 +5,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace qv::cli {
 
@@ -24,6 +25,7 @@ class ServeArguments {
  private:
   ServeOptions serve_;
   CLI::App* command_;
+  CLI::Option* home_ = nullptr;
 };
 
 }  // namespace qv::cli

@@ -1,5 +1,6 @@
 #include "tools/server_address.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "tools/failure.h"
@@ -41,24 +42,45 @@ bool CheckAuthority(const std::string& what, const std::string& whole, const std
   return true;
 }
 
+struct Pieces {
+  std::string origin;  // scheme, host and always a port
+  std::string path;    // with its query
+};
+
+// `what` and `whole` are for messages, as in "server 'x'" and "the server's URL".
+Pieces Split(const std::string& what, const std::string& whole, const std::string& url) {
+  if (!IsPlain(url))
+    throw Failure(ExitStatus::kLocal, whole + " holds a blank, '\\' or another character that no URL has");
+  const bool secure = url.rfind("https://", 0) == 0;
+  if (!secure && url.rfind("http://", 0) != 0) Refuse(what, url, "does not begin with http:// or https://");
+  const std::size_t start = secure ? 8 : 7;
+  const std::size_t end = std::min(url.find_first_of("/?#", start), url.size());
+  const std::string authority = url.substr(start, end - start);
+  const bool hasPort = CheckAuthority(what, url, authority);
+  Pieces pieces{url.substr(0, end) + (hasPort ? "" : secure ? ":443" : ":80"), url.substr(end)};
+  if (pieces.path.find("://") != std::string::npos) Refuse(what, url, "holds a second '://'");
+  return pieces;
+}
+
 }  // namespace
 
 std::string CheckServer(const std::string& url) {
-  if (!IsPlain(url))
-    throw Failure(ExitStatus::kLocal,
-                  "the server's URL holds a blank, '\\' or another character that no URL has");
-  const bool secure = url.rfind("https://", 0) == 0;
-  if (!secure && url.rfind("http://", 0) != 0)
-    Refuse("server", url, "does not begin with http:// or https://");
-  const std::size_t start = secure ? 8 : 7;
-  const std::size_t slash = url.find('/', start);
-  const std::string authority = url.substr(start, slash == std::string::npos ? slash : slash - start);
-  std::string path = slash == std::string::npos ? "" : url.substr(slash);
-  const bool hasPort = CheckAuthority("server", url, authority);
+  const Pieces pieces = Split("server", "the server's URL", url);
   if (url.find_first_of("?#") != std::string::npos) Refuse("server", url, "must not hold '?' or '#'");
-  if (path.find("://") != std::string::npos) Refuse("server", url, "holds a second '://'");
+  std::string path = pieces.path;
   while (!path.empty() && path.back() == '/') path.pop_back();
-  return url.substr(0, start) + authority + (hasPort ? "" : secure ? ":443" : ":80") + path;
+  return pieces.origin + path;
+}
+
+std::string CheckFileUrl(const std::string& url) {
+  const Pieces pieces = Split("URL", "the URL", url);
+  if (pieces.path.size() < 2 || pieces.path[0] != '/') Refuse("URL", url, "names no file behind its host");
+  if (url.find('#') != std::string::npos) Refuse("URL", url, "must not hold '#'");
+  return pieces.origin + pieces.path;
+}
+
+std::string OriginOf(const std::string& url) {
+  return url.substr(0, url.find('/', url.find("://") + 3));
 }
 
 std::string CheckProxy(const std::string& proxy) {

@@ -9,6 +9,13 @@ namespace qv::cli {
 // library takes 80 for every scheme, while users of https mean 443. Throws Failure (kLocal) with the reason.
 std::string CheckServer(const std::string& url);
 
+// The address of a file, "http://host[:port]/path[?query]" or the same with https, brought into the same
+// form. Throws Failure (kLocal) with the reason.
+std::string CheckFileUrl(const std::string& url);
+
+// "http://host:port" of an address that CheckServer or CheckFileUrl gave.
+std::string OriginOf(const std::string& url);
+
 // "host" or "host:port", also empty. Throws Failure (kLocal).
 std::string CheckProxy(const std::string& proxy);
 

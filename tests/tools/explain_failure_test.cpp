@@ -36,6 +36,11 @@ std::string Explain(Phase phase, const _com_error& error, const ExchangeNote& no
   return std::to_string(static_cast<int>(failure.Status())) + " " + failure.Message();
 }
 
+std::string ExplainDocument(const _com_error& error, const ExchangeNote& note) {
+  const Failure failure = ExplainDocumentFailure("a/b.xml", error, note);
+  return std::to_string(static_cast<int>(failure.Status())) + " " + failure.Message();
+}
+
 const _com_error kNoCall = Error(DISP_E_EXCEPTION, u"Cannot create a soap call.");
 
 struct TransportRow {
@@ -165,14 +170,94 @@ TEST(ExplainFailure, FailureBeforeAnythingWasSentIsLocal) {
 }
 
 TEST(ExplainFailure, DocumentThatCannotBeReadIsTold) {
-  EXPECT_EQ(Explain(Phase::kExecuteDocument, Error(DISP_E_EXCEPTION, u"Cannot create the xml document."),
-                    ExchangeNote()),
-            "6 the script document is not well-formed XML, or a parameter has no form on the wire");
-  EXPECT_EQ(Explain(Phase::kExecuteDocument, Error(DISP_E_EXCEPTION, u"other words"), ExchangeNote()),
-            "6 other words");
-  EXPECT_EQ(Explain(Phase::kExecuteDocument, Error(DISP_E_EXCEPTION, u"Cannot create the xml document."),
-                    Answered("200", true)),
-            "1 Cannot create the xml document.");
+  const _com_error unread = Error(DISP_E_EXCEPTION, u"Cannot create the xml document.");
+  EXPECT_EQ(
+      ExplainDocument(unread, ExchangeNote()),
+      "6 cannot read the script document a/b.xml as XML (not well-formed, an unknown encoding, or a part "
+      "of it that cannot be opened), or a parameter has no form on the wire");
+  EXPECT_EQ(ExplainDocument(Error(DISP_E_EXCEPTION, u"other words"), ExchangeNote()), "6 other words");
+  EXPECT_EQ(ExplainDocument(unread, Answered("200", true)), "1 Cannot create the xml document.");
+  EXPECT_EQ(ExplainDocument(unread, Broken(Connected(), 0x80072EFE, "reset")),
+            "3 no answer from http://srv:8080: reset");
+}
+
+TEST(ExplainFailure, RequestThatIsTooLongIsToldWhateverElseFails) {
+  const std::string told = "7 the server found the request too long (HTTP status 413)";
+  const ExchangeNote refused = Answered("413", false);
+  for (const char16_t* words : {u"Unknown Http problem.", u"The respone that arrived is not valid", u""}) {
+    EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, words), refused), told);
+    EXPECT_EQ(Explain(Phase::kOpen, Error(DISP_E_EXCEPTION, words), refused), told);
+    EXPECT_EQ(ExplainDocument(Error(DISP_E_EXCEPTION, words), refused), told);
+  }
+  EXPECT_EQ(Explain(Phase::kExecute, kNoCall, Broken(refused, 0x80072EFE, "closed")), told);
+  EXPECT_EQ(Explain(Phase::kExecute, kNoCall, Broken(refused, 0x80072EF1, "aborted")), "130 interrupted");
+  EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"at most 1 MB"), Answered("413", true)),
+            "1 at most 1 MB");
+  EXPECT_EQ(Explain(Phase::kDownload, kNoCall, refused),
+            "1 http://srv:8080 answered the download with the status 413");
+}
+
+ExchangeNote Downloaded(const char* status, const char* fileHeader) {
+  ExchangeNote note = Answered(status, false);
+  note.fileHeader = fileHeader;
+  return note;
+}
+
+const _com_error kUnknown = Error(DISP_E_EXCEPTION, u"Unknown Http problem.");
+
+TEST(ExplainTransfer, FileThatIsGoneOrCannotBeReadIsLocal) {
+  EXPECT_EQ(Explain(Phase::kExecute, kNoCall,
+                    Broken(Connected(), 0x80070002, "Couldn't open file /a: No such file or directory")),
+            "6 the upload failed: Couldn't open file /a: No such file or directory");
+  EXPECT_EQ(Explain(Phase::kExecute, kNoCall, Broken(Connected(), 0x8007001E, "shrank")),
+            "6 the upload failed: shrank");
+}
+
+TEST(ExplainTransfer, TargetThatCannotBeWrittenIsLocal) {
+  for (const std::uint32_t code : {0x80070003u, 0x80070005u, 0x8007001Du, 0x80070070u})
+    EXPECT_EQ(Explain(Phase::kDownload, kNoCall, Broken(Answered("200", false), code, "no space left")),
+              "6 the download failed: no space left");
+}
+
+TEST(ExplainTransfer, RefusedDownloadTellsItsStatus) {
+  const Failure failure = ExplainFailure(Phase::kDownload, kUnknown, Downloaded("404", ""));
+  EXPECT_EQ(failure.Status(), ExitStatus::kFault);
+  EXPECT_EQ(failure.Message(), "http://srv:8080 answered the download with the status 404");
+  EXPECT_STREQ(failure.OwnKind(), "download refused");
+}
+
+TEST(ExplainTransfer, AnswerWithoutAFileIsNotUnderstood) {
+  EXPECT_EQ(Explain(Phase::kDownload, kUnknown, Downloaded("200", "")),
+            "7 the answer of http://srv:8080 names no file");
+  EXPECT_EQ(Explain(Phase::kDownload, kUnknown, Downloaded("200", "inline")),
+            "7 the answer of http://srv:8080 names no file");
+}
+
+TEST(ExplainTransfer, NameThatWouldLeaveTheDirectoryIsTold) {
+  EXPECT_EQ(
+      Explain(Phase::kDownload, kUnknown, Downloaded("200", "attachment; filename=../x")),
+      "7 the answer of http://srv:8080 names the file '../x', which is refused: it would not stay in the "
+      "directory");
+}
+
+TEST(ExplainTransfer, SilenceAndBrokenConnectionsKeepTheirStatus) {
+  EXPECT_EQ(Explain(Phase::kDownload, kNoCall, Broken(Downloaded("200", "x=a"), 0x80072EE2, "silence")),
+            "4 the answer of http://srv:8080 broke off: silence");
+  ExchangeNote nowhere;
+  nowhere.server = "http://srv:8080";
+  EXPECT_EQ(Explain(Phase::kDownload, Error(E_POINTER, nullptr), Broken(nowhere, 0x80072EFD, "refused")),
+            "3 cannot reach http://srv:8080: refused");
+  EXPECT_EQ(Explain(Phase::kDownload, kNoCall, Broken(Connected(), 0x80072EF1, "aborted")),
+            "130 interrupted");
+}
+
+TEST(ExplainTransfer, UploadScriptThatGivesNoAddressIsHintedAt) {
+  EXPECT_EQ(
+      Explain(Phase::kExecute,
+              Error(DISP_E_EXCEPTION, u"Cannot parse url, expecting 'http://' after protocol name."),
+              Answered("200", false)),
+      "7 Cannot parse url, expecting 'http://' after protocol name. (the server's upload script gave no "
+      "address to upload to)");
 }
 
 TEST(ExplainFailure, LackOfMemoryIsToldAsSuch) {

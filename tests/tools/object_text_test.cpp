@@ -70,6 +70,18 @@ TEST(DurationText, FieldsAreReadBack) {
   EXPECT_EQ(fields->seconds, 6.5);
 }
 
+TEST(DurationText, WrappedCountIsNegative) {
+  const auto wrapped = [](const char16_t* text) {
+    return HasWrappedCount(Variant::FromObject(CreateDuration(text).get()));
+  };
+  for (const char16_t* text : {u"P32768Y", u"P40000M", u"P65535D", u"PT40000H", u"-P1DT40000M"})
+    EXPECT_TRUE(wrapped(text));
+  for (const char16_t* text : {u"P32767Y", u"-P1DT2H", u"P0", u"PT40000S", u"P65537D"})
+    EXPECT_FALSE(wrapped(text));
+  EXPECT_FALSE(HasWrappedCount(Variant::FromInt(-1)));
+  EXPECT_FALSE(HasWrappedCount(Variant::FromObject(nullptr)));
+}
+
 TEST(DurationText, OtherFormsAreRefused) {
   for (const char* text : {"",
                            "P",

@@ -12,9 +12,9 @@
 namespace qv::cli::testing {
 
 inline constexpr const char* kVariables[] = {
-    "SCRIPTWELLS_SERVER",  "SCRIPTWELLS_USER",     "SCRIPTWELLS_PROXY",
-    "SCRIPTWELLS_OUTPUT",  "SCRIPTWELLS_REPLICA",  "SCRIPTWELLS_LANGUAGE",
-    "SCRIPTWELLS_TIMEOUT", "SCRIPTWELLS_PASSWORD", "SCRIPTWELLS_CONNECT_TIMEOUT"};
+    "SCRIPTWELLS_SERVER",          "SCRIPTWELLS_USER",     "SCRIPTWELLS_PROXY",   "SCRIPTWELLS_OUTPUT",
+    "SCRIPTWELLS_REPLICA",         "SCRIPTWELLS_LANGUAGE", "SCRIPTWELLS_TIMEOUT", "SCRIPTWELLS_PASSWORD",
+    "SCRIPTWELLS_CONNECT_TIMEOUT", "SCRIPTWELLS_USID"};
 
 class OptionsTest : public ::testing::Test {
  protected:
@@ -29,6 +29,11 @@ class OptionsTest : public ::testing::Test {
     const ParsedArguments parsed = ParseArguments(arguments);
     EXPECT_EQ(parsed.command, Command::kRun) << parsed.text;
     return parsed.run;
+  }
+  static DownloadOptions Download(const std::vector<std::string>& arguments) {
+    const ParsedArguments parsed = ParseArguments(arguments);
+    EXPECT_EQ(parsed.command, Command::kDownload) << parsed.text;
+    return parsed.download;
   }
   static ServeOptions Serve(const std::vector<std::string>& arguments) {
     const ParsedArguments parsed = ParseArguments(arguments);

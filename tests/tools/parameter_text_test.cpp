@@ -187,7 +187,7 @@ TEST(ParameterText, UnknownTypeListsTheKnownOnes) {
     EXPECT_EQ(Refusal("d=" + type + ":1"),
               "parameter 'd': unknown type '" + type +
                   "' (known: byte, short, int, long, boolean, float, double, string, date, time, datetime, "
-                  "duration)");
+                  "duration, file)");
 }
 
 TEST(ParameterText, BytesThatAreNoUtf8AreRefused) {

@@ -31,10 +31,23 @@ struct Pipe {
   int ends[2];
 };
 
-std::vector<std::string> EnvironmentWith(const Variables& variables) {
+bool IsOf(const std::string& line, const std::string& name) {
+  return line.rfind(name + "=", 0) == 0;
+}
+
+bool IsGiven(const std::string& line, const Variables& variables) {
+  for (const auto& [name, value] : variables)
+    if (IsOf(line, name)) return true;
+  return false;
+}
+
+std::vector<std::string> EnvironmentWith(Variables variables) {
+  for (const auto& usual : {Variables::value_type{"QV_REGISTRY", NO_HOME_REGISTRY}, {"TERM", "xterm"}})
+    if (!IsGiven(usual.first + "=", variables)) variables.push_back(usual);
   std::vector<std::string> lines;
   for (char** line = environ; *line != nullptr; ++line)
-    if (std::string(*line).rfind("SCRIPTWELLS_", 0) != 0) lines.emplace_back(*line);
+    if (std::string(*line).rfind("SCRIPTWELLS_", 0) != 0 && !IsGiven(*line, variables))
+      lines.emplace_back(*line);
   for (const auto& [name, value] : variables) lines.push_back(name + "=" + value);
   return lines;
 }
@@ -71,6 +84,17 @@ int ExitOf(pid_t pid) {
   int status = 0;
   if (::waitpid(pid, &status, 0) != pid) return -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+std::string LineFrom(int descriptor) {
+  std::string line;
+  const auto end = Clock::now() + kPatience;
+  for (;;) {
+    pollfd wait{descriptor, POLLIN, 0};
+    char byte = 0;
+    if (::poll(&wait, 1, LeftOf(end)) <= 0 || ::read(descriptor, &byte, 1) != 1 || byte == '\n') return line;
+    line += byte;
+  }
 }
 
 void Close(int& descriptor) {
@@ -113,7 +137,7 @@ Process::~Process() {
 }
 
 void Process::Signal(int signal) const {
-  ::kill(pid_, signal);
+  if (pid_ > 0) ::kill(pid_, signal);
 }
 
 void Process::CloseOutput() {
@@ -121,14 +145,11 @@ void Process::CloseOutput() {
 }
 
 std::string Process::ReadLine() {
-  std::string line;
-  const auto end = Clock::now() + kPatience;
-  for (;;) {
-    pollfd wait{out_, POLLIN, 0};
-    char byte = 0;
-    if (::poll(&wait, 1, LeftOf(end)) <= 0 || ::read(out_, &byte, 1) != 1 || byte == '\n') return line;
-    line += byte;
-  }
+  return LineFrom(out_);
+}
+
+std::string Process::ReadErrorLine() {
+  return LineFrom(err_);
 }
 
 Outcome Process::Finish(const std::string& input) {
@@ -160,6 +181,11 @@ Words ServeWords(const Words& more) {
   return words;
 }
 
+Variables WithTemp(Variables variables, const std::string& directory) {
+  variables.emplace_back("TMPDIR", directory);
+  return variables;
+}
+
 // The page at `path`, with its head.
 std::string Fetch(const std::string& url, const std::string& path) {
   const std::string port = url.substr(url.rfind(':') + 1);
@@ -180,7 +206,8 @@ std::string Fetch(const std::string& url, const std::string& path) {
 
 }  // namespace
 
-ServeProcess::ServeProcess(const Words& more) : process_(ServeWords(more)), url_(process_.ReadLine()) {}
+ServeProcess::ServeProcess(const Words& more, const Variables& variables)
+    : process_(ServeWords(more), WithTemp(variables, temp_.Path())), url_(process_.ReadLine()) {}
 
 int ServeProcess::Count(const std::string& name) const {
   const std::string page = Fetch(url_, "/stats");
@@ -188,10 +215,11 @@ int ServeProcess::Count(const std::string& name) const {
   return found == std::string::npos ? -1 : std::atoi(page.c_str() + found + name.size() + 3);
 }
 
-Outcome RunOnTerminal(const Words& arguments, const std::string& question, const std::string& typed) {
+Outcome RunOnTerminal(const Words& arguments, const std::string& question, const std::string& typed,
+                      const Variables& variables) {
   int terminal = -1;
   const pid_t pid = ::forkpty(&terminal, nullptr, nullptr, nullptr);
-  if (pid == 0) Become(arguments, {});
+  if (pid == 0) Become(arguments, variables);
   Outcome outcome;
   bool asked = false;
   const auto end = Clock::now() + kPatience;

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/tools/fresh_directory.h"
+
 namespace qv::cli::testing {
 
 using Words = std::vector<std::string>;
@@ -19,7 +21,8 @@ struct Outcome {
   bool echo = false;  // of RunOnTerminal: whether the terminal shows again what is typed
 };
 
-// A running `scriptwells`. Its environment is this process's without any SCRIPTWELLS_ variable. It is killed
+// A running `scriptwells`. Its environment is this process's without any SCRIPTWELLS_ variable, with a
+// registry that knows no home directory, and with a usual terminal; `variables` win over that. It is killed
 // after 30 seconds, and with this object.
 class Process {
  public:
@@ -32,6 +35,8 @@ class Process {
   void Signal(int signal) const;
   // Reads standard output up to its next line end, which is left out.
   std::string ReadLine();
+  // The same of standard error.
+  std::string ReadErrorLine();
   // Nobody reads its standard output any more.
   void CloseOutput();
   // Gives `input` to it, closes its standard input, and takes the rest of what it says until it ends.
@@ -46,22 +51,24 @@ class Process {
 
 Outcome RunTool(const Words& arguments, const std::string& input = "", const Variables& variables = {});
 
-// A running `scriptwells serve`.
+// A running `scriptwells serve`, with a temporary directory of its own.
 class ServeProcess {
  public:
-  explicit ServeProcess(const Words& more = {});
+  explicit ServeProcess(const Words& more = {}, const Variables& variables = {});
   const std::string& Url() const { return url_; }
   Process& Itself() { return process_; }
   // A number out of the service's own counts, -1 when it is not there.
   int Count(const std::string& name) const;
 
  private:
+  FreshDirectory temp_;  // outlives the process, which may be killed
   Process process_;
   std::string url_;
 };
 
 // The program on a terminal: `typed` is given to it once it has shown `question`. The outcome's `out` is
-// everything that the terminal shows.
-Outcome RunOnTerminal(const Words& arguments, const std::string& question, const std::string& typed);
+// everything that the terminal is sent.
+Outcome RunOnTerminal(const Words& arguments, const std::string& question, const std::string& typed,
+                      const Variables& variables = {});
 
 }  // namespace qv::cli::testing

@@ -162,6 +162,55 @@ TEST_F(RegistryCommand, KeysAndValuesThatCannotStandInAFileAreRefused) {
   EXPECT_FALSE(std::filesystem::exists(named_));
 }
 
+TEST_F(RegistryCommand, HomeThatIsNoAbsolutePathIsWarnedOf) {
+  const Outcome empty = Registry({"set", "home", ""});
+  EXPECT_EQ(empty.err, "scriptwells: warning: an empty home directory is read as none\n");
+  EXPECT_EQ(empty.exit, 0);
+  for (const char* value : {"share", "./share", "~/share", " /share"})
+    EXPECT_EQ(Registry({"set", "home", value}).err,
+              "scriptwells: warning: a home directory that does not begin with '/' is looked for below the "
+              "current directory of each program\n")
+        << value;
+  EXPECT_EQ(Registry({"set", "other", ""}).err, "");
+  EXPECT_EQ(Registry({"set", "other", "share"}).err, "");
+  EXPECT_EQ(Registry({"set", "home", "/"}).err, "");
+}
+
+TEST_F(RegistryCommand, RootInFrontOfAKeyMakesNoDifference) {
+  EXPECT_EQ(Registry({"set", "HKEY_LOCAL_MACHINE\\A\\B", "1"}).err, "");
+  EXPECT_EQ(Read(named_), "[HKEY_LOCAL_MACHINE\\A\\B]\n@=\"1\"\n");
+  for (const char* key : {"A\\B", "HKEY_LOCAL_MACHINE\\A\\B", "hkey_local_Machine\\a\\b"})
+    EXPECT_EQ(Registry({"get", key}).out, "1\n") << key;
+  EXPECT_EQ(Registry({"set", "HKEY_LOCAL_MACHINE\\" + std::string(kHome), "x"}).err.substr(0, 42),
+            "scriptwells: warning: a home directory tha");
+  EXPECT_EQ(Registry({"remove", "Hkey_Local_Machine\\A\\B"}).exit, 0);
+  EXPECT_EQ(Registry({"get", "A\\B"}).exit, 1);
+}
+
+TEST_F(RegistryCommand, KeysThatNobodyWouldLookForAreRefused) {
+  for (const char* key : {"\\A", "A\\", "A\\\\B", "\\", "HKEY_LOCAL_MACHINE\\\\A"})
+    for (const Words& words : {Words{"set", key, "x"}, {"get", key}, {"remove", key}}) {
+      const Outcome outcome = Registry(words);
+      EXPECT_TRUE(Holds(outcome.err, "' has an empty component: a backslash '\\' stands between two "))
+          << outcome.err;
+      EXPECT_EQ(outcome.exit, 6) << key;
+    }
+  const Outcome slash = Registry({"set", "SOFTWARE/Quorvane", "x"});
+  EXPECT_EQ(slash.err,
+            "scriptwells: the key 'SOFTWARE/Quorvane' has '/'; the components of a key are separated by a "
+            "backslash '\\'\n");
+  EXPECT_EQ(slash.exit, 6);
+  EXPECT_EQ(Registry({"get", "hkey_local_machine\\"}).err, "scriptwells: the key is empty\n");
+  EXPECT_FALSE(std::filesystem::exists(named_));
+  EXPECT_EQ(Registry({"set", "A/B\\C", "x"}).exit, 0);
+}
+
+TEST_F(RegistryCommand, JsonBeforeTheVerbIsJson) {
+  Write(named_, "[HKEY_LOCAL_MACHINE\\A]\n@=\"one\"\n");
+  EXPECT_EQ(Registry({"--json", "get", "A"}).out, "{\"key\":\"A\",\"value\":\"one\"}\n");
+  EXPECT_EQ(Registry({"get"}).err, "scriptwells: KEY is required; try 'scriptwells registry get --help'\n");
+}
+
 TEST_F(RegistryCommand, MissingVerbIsAUsageFailure) {
   const Outcome outcome = Registry({});
   EXPECT_EQ(outcome.err,

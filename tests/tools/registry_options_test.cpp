@@ -24,6 +24,30 @@ TEST_F(RegistryArguments, RegistryCommandsTakeKeyAndValue) {
   EXPECT_EQ(Registry({"registry", "list"}).verb, RegistryVerb::kList);
 }
 
+TEST_F(RegistryArguments, JsonMayStandBeforeTheVerb) {
+  const RegistryOptions list = Registry({"registry", "--json", "list"});
+  EXPECT_EQ(list.verb, RegistryVerb::kList);
+  EXPECT_TRUE(list.json);
+  EXPECT_TRUE(Registry({"registry", "--json", "get", "a"}).json);
+  EXPECT_FALSE(Registry({"registry", "list"}).json);
+}
+
+TEST_F(RegistryArguments, UsageFailureNamesTheHelpOfItsVerb) {
+  const auto hint = [](const std::vector<std::string>& words) { return ParseArguments(words).hint; };
+  EXPECT_EQ(hint({"registry", "get"}), "scriptwells registry get --help");
+  EXPECT_EQ(hint({"registry", "set", "a"}), "scriptwells registry set --help");
+  EXPECT_EQ(hint({"registry", "remove", "--colour"}), "scriptwells registry remove --help");
+  EXPECT_EQ(hint({"registry", "list", "a"}), "scriptwells registry list --help");
+  EXPECT_EQ(hint({"registry", "--colour"}), "scriptwells registry --help");
+}
+
+TEST_F(RegistryArguments, HelpOfSetTellsOfTheTwoDashes) {
+  const ParsedArguments parsed = ParseArguments({"registry", "set", "--help"});
+  EXPECT_EQ(parsed.command, Command::kText);
+  EXPECT_NE(parsed.text.find("begins with '-' stands behind \"--\""), std::string::npos) << parsed.text;
+  EXPECT_EQ(Registry({"registry", "set", "--json", "--", "A\\B", "-5"}).value, "-5");
+}
+
 TEST_F(RegistryArguments, RegistryValuesStayWhole) {
   EXPECT_EQ(Registry({"registry", "set", "a", ""}).value, "");
   EXPECT_EQ(Registry({"registry", "set", "a", "[b,c]"}).value, "[b,c]");

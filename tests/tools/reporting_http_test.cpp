@@ -118,6 +118,63 @@ TEST_F(ReportingHttpTest, NextExchangeStartsANewNote) {
   EXPECT_EQ(http_.Note().words, "");
 }
 
+// A file goes out, and the answer is this status.
+void SendFileFor(FakeHttp& fake, const IHttpRequestPtr& request, const WideString& status) {
+  fake.AnswerFile(status);
+  EXPECT_EQ(request->SendFile(u"/tmp\\a.txt"), S_OK);
+}
+
+TEST_F(ReportingHttpTest, RefusedUploadsAreKept) {
+  const IHttpSessionPtr session = MakeSession();
+  Open(session);
+  SendFileFor(fake_, MakeRequest(session), u"204");
+  EXPECT_TRUE(http_.RefusedUploads().empty());
+  SendFileFor(fake_, MakeRequest(session), u"403");
+  Open(MakeSession());
+  http_.Forget();
+  ASSERT_EQ(http_.RefusedUploads().size(), 1u);
+  EXPECT_EQ(http_.RefusedUploads()[0].server, "http://srv:8080");
+  EXPECT_EQ(http_.RefusedUploads()[0].path, "/tmp/a.txt");
+  EXPECT_EQ(http_.RefusedUploads()[0].status, "403");
+}
+
+TEST_F(ReportingHttpTest, FileOfASuccessIsSaved) {
+  fake_.Answer(u"body");
+  const IHttpSessionPtr session = MakeSession();
+  Open(session);
+  const IHttpRequestPtr request = MakeRequest(session);
+  EXPECT_EQ(request->Send(u"", u""), S_OK);
+  std::int32_t count = 0;
+  EXPECT_EQ(request->ReadToFile(u"/x", &count), S_OK);
+  EXPECT_EQ(fake_.CallsNamed("ReadToFile").size(), 1u);
+}
+
+TEST_F(ReportingHttpTest, ErrorPageIsNotSaved) {
+  fake_.AnswerAs({u"404", nullptr, u"page"});
+  const IHttpSessionPtr session = MakeSession();
+  Open(session);
+  const IHttpRequestPtr request = MakeRequest(session);
+  EXPECT_EQ(request->Send(u"", u""), S_OK);
+  std::int32_t count = 0;
+  EXPECT_EQ(request->ReadToFile(u"/x", &count), E_FAIL);
+  EXPECT_TRUE(fake_.CallsNamed("ReadToFile").empty());
+  EXPECT_EQ(http_.Note().httpStatus, "404");
+  EXPECT_FALSE(http_.Note().failure.has_value());
+}
+
+TEST_F(ReportingHttpTest, NameOfTheFileIsNoted) {
+  HttpAnswer answer;
+  answer.headers[u"Content-Disposition"] = u"attachment; filename=a.txt";
+  fake_.AnswerAs(answer);
+  const IHttpSessionPtr session = MakeSession();
+  Open(session);
+  const IHttpRequestPtr request = MakeRequest(session);
+  EXPECT_EQ(request->Send(u"", u""), S_OK);
+  WideString header;
+  EXPECT_EQ(request->GetHeader(u"Content-Disposition", &header), S_OK);
+  EXPECT_EQ(http_.Note().fileHeader, "attachment; filename=a.txt");
+}
+
 TEST_F(ReportingHttpTest, NothingIsLeftBehind) {
   {
     const IHttpSessionPtr session = MakeSession();

@@ -1,7 +1,13 @@
 // `scriptwells run-document`, with its own service and with one in another process.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <fstream>
+#include <thread>
 
 #include "tests/tools/fresh_directory.h"
 #include "tests/tools/process.h"
@@ -33,6 +39,15 @@ class RunDocument : public ::testing::Test {
     Words words{"run-document", "--local", file};
     words.insert(words.end(), more.begin(), more.end());
     return RunTool(words);
+  }
+  // The pipe's writing end as soon as a reader has begun to open it; -1 after ten seconds.
+  static int OpenOnceRead(const std::string& pipe) {
+    for (int i = 0; i < 400; ++i) {
+      const int writer = ::open(pipe.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+      if (writer >= 0) return writer;
+      std::this_thread::sleep_for(std::chrono::milliseconds(25));
+    }
+    return -1;
   }
   testing::FreshDirectory folder_;
 };
@@ -76,12 +91,18 @@ TEST_F(RunDocument, NamesThatTheLibraryCannotOpenAreRefused) {
 }
 
 TEST_F(RunDocument, DocumentThatIsNotWellFormedIsALocalFailure) {
-  for (const char* content : {"<a", "6 * 7", "<a></b>", "<a/><b/>", "<a>&nothing;</a>", "\xFF\xFE"}) {
-    const Outcome outcome = Local(Write("bad.xml", content));
+  for (const char* content :
+       {"<a", "6 * 7", "<a></b>", "<a/><b/>", "<a>&nothing;</a>", "\xFF\xFE",
+        "<?xml version=\"1.0\" encoding=\"none-such\"?><a/>", "<!DOCTYPE a SYSTEM \"missing.dtd\"><a/>",
+        "<!DOCTYPE a [<!ENTITY e SYSTEM \"missing.txt\">]><a>&e;</a>"}) {
+    const std::string file = Write("bad.xml", content);
+    const Outcome outcome = Local(file);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_EQ(outcome.err,
-              "scriptwells: the script document is not well-formed XML, or a parameter has no form on the "
-              "wire\n")
+    EXPECT_EQ(
+        outcome.err,
+        "scriptwells: cannot read the script document " + file +
+            " as XML (not well-formed, an unknown encoding, or a part of it that cannot be opened), or a "
+            "parameter has no form on the wire\n")
         << content;
     EXPECT_EQ(outcome.exit, 6) << content;
   }
@@ -136,6 +157,25 @@ TEST_F(RunDocument, SessionIsClosedOnEveryWayOut) {
   EXPECT_EQ(service.Count("CreateUserSession"), 2);
   EXPECT_EQ(service.Count("CloseUserSession"), 2);
   EXPECT_EQ(service.Count("openSessions"), 0);
+}
+
+// A part that is a pipe holds the document back until the signal ends its opening or reading.
+TEST_F(RunDocument, InterruptWhileTheDocumentIsReadIsAnInterrupt) {
+  const std::string pipe = folder_.Path() + "/part";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const std::string file = Write("a.xml", "<!DOCTYPE a [<!ENTITY e SYSTEM \"part\">]><a>&e;</a>");
+  ServeProcess service;
+  testing::Process process({"run-document", file, "--server", service.Url(), "--user", "joe"});
+  const int writer = OpenOnceRead(pipe);
+  ASSERT_GE(writer, 0);
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));  // from the opening to the read
+  process.Signal(SIGINT);
+  const Outcome outcome = process.Finish();
+  ::close(writer);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "scriptwells: interrupted\n");
+  EXPECT_EQ(outcome.exit, 130);
+  EXPECT_EQ(service.Count("CloseUserSession"), 1);
 }
 
 TEST_F(RunDocument, ScriptThatLooksLikeADocumentIsHintedAt) {

@@ -61,7 +61,8 @@ TEST(RunLocal, AnswersThatTheClientReadsOddlyAreShownAsTheyArrive) {
   EXPECT_EQ(outcome.out, "\n");
   EXPECT_EQ(
       outcome.err,
-      "scriptwells: note: the answer arrived as an empty value, as every answer of the type long does\n");
+      "scriptwells: note: the answer arrived as an empty value: a long, a type that the library does not "
+      "read, or a URL without text\n");
 }
 
 TEST(RunLocal, ByteAnswerHasANote) {
@@ -75,9 +76,11 @@ TEST(RunLocal, ByteAnswerHasANote) {
 
 TEST(RunLocal, NotesAreJsonBesideJson) {
   const Outcome outcome = Local({"-e", "typed.long(7)", "-p", "pi=double:3.14159265", "--json"});
-  EXPECT_EQ(outcome.err,
-            "{\"note\":\"parameter 'pi' travels with 6 significant digits\"}\n"
-            "{\"note\":\"the answer arrived as an empty value, as every answer of the type long does\"}\n");
+  EXPECT_EQ(
+      outcome.err,
+      "{\"note\":\"parameter 'pi' travels with 6 significant digits\"}\n"
+      "{\"note\":\"the answer arrived as an empty value: a long, a type that the library does not read, "
+      "or a URL without text\"}\n");
 }
 
 TEST(RunLocal, EmptyScriptIsALocalFailure) {

@@ -25,6 +25,44 @@ std::string ProxyRefusal(const std::string& proxy) {
   }
 }
 
+std::string UrlRefusal(const std::string& url) {
+  try {
+    return "accepted as " + CheckFileUrl(url);
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.Status(), ExitStatus::kLocal);
+    return failure.Message();
+  }
+}
+
+TEST(FileUrl, KeepsPathAndQuery) {
+  EXPECT_EQ(CheckFileUrl("http://srv/a"), "http://srv:80/a");
+  EXPECT_EQ(CheckFileUrl("https://srv/a%20b/c.txt?x=1&y=/z"), "https://srv:443/a%20b/c.txt?x=1&y=/z");
+  EXPECT_EQ(CheckFileUrl("http://127.0.0.1:8080/?id=7"), "http://127.0.0.1:8080/?id=7");
+}
+
+TEST(FileUrl, ShapesThatTheClientCannotReadAreRefused) {
+  EXPECT_EQ(UrlRefusal("srv/a"), "URL 'srv/a' does not begin with http:// or https://");
+  EXPECT_EQ(UrlRefusal(""), "URL '' does not begin with http:// or https://");
+  EXPECT_EQ(UrlRefusal("file:///etc/passwd"),
+            "URL 'file:///etc/passwd' does not begin with http:// or https://");
+  for (const char* url : {"http://srv", "http://srv/", "http://srv?x=1"})
+    EXPECT_EQ(UrlRefusal(url), std::string("URL '") + url + "' names no file behind its host");
+  EXPECT_EQ(UrlRefusal("http://srv/a#b"), "URL 'http://srv/a#b' must not hold '#'");
+  EXPECT_EQ(UrlRefusal("http://srv/a?u=http://t/"), "URL 'http://srv/a?u=http://t/' holds a second '://'");
+  EXPECT_EQ(UrlRefusal("http:///a"), "URL 'http:///a' has no host name");
+  EXPECT_EQ(UrlRefusal("http://srv:0/a"),
+            "URL 'http://srv:0/a' has no port between 1 and 65535 behind its ':'");
+  EXPECT_EQ(UrlRefusal("http://u:p@srv/a"), "URL must not hold a user name; use --user");
+  EXPECT_EQ(UrlRefusal("http://srv/a b"), "the URL holds a blank, '\\' or another character that no URL has");
+  EXPECT_EQ(UrlRefusal("http://srv/a\r\nX: y"),
+            "the URL holds a blank, '\\' or another character that no URL has");
+}
+
+TEST(FileUrl, OriginIsSchemeHostAndPort) {
+  EXPECT_EQ(OriginOf("http://srv:80/a/b?c"), "http://srv:80");
+  EXPECT_EQ(OriginOf("https://srv:443"), "https://srv:443");
+}
+
 TEST(ServerAddress, PortOfTheSchemeIsAdded) {
   EXPECT_EQ(CheckServer("http://srv"), "http://srv:80");
   EXPECT_EQ(CheckServer("https://srv"), "https://srv:443");

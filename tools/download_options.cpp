@@ -1,0 +1,37 @@
+#include "tools/download_options.h"
+
+#include <CLI/CLI.hpp>
+
+#include "tools/help_texts.h"
+
+namespace qv::cli {
+
+DownloadArguments::DownloadArguments(CLI::App& app)
+    : command_(app.add_subcommand("download", "Download a file of a server and print its path")) {
+  command_->footer(kDownloadFooter);
+  command_->add_option("URL", download_.url, "The file, such as http://host:port/path?query")->type_name("");
+  directory_ =
+      command_->add_option("DIR", download_.directory, "Where it is saved; default: here")->type_name("");
+  usid_ = command_
+              ->add_option("--usid", download_.usid,
+                           "Id of an open session to use; none is opened or closed then")
+              ->type_name("ID")
+              ->envname("SCRIPTWELLS_USID");
+  session_.emplace(*command_, download_);
+}
+
+bool DownloadArguments::Parsed() const {
+  return command_->parsed();
+}
+
+const char* DownloadArguments::Check() {
+  if (download_.url.empty()) return "no file given (URL)";
+  if (directory_->count() > 0 && download_.directory.empty()) return "DIR is empty; . is the current one";
+  if (usid_->count() > 0 && download_.usid.empty()) return "--usid has to name a session";
+  if (!download_.usid.empty() && session_->HasPassword())
+    return "a session that is open already takes no password (--usid)";
+  session_->TakeServer();  // else it is the one of the URL
+  return session_->Check();
+}
+
+}  // namespace qv::cli

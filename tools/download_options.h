@@ -1,0 +1,31 @@
+// The options of `download`.
+#pragma once
+
+#include <optional>
+
+#include "tools/options.h"
+#include "tools/session_options.h"
+
+namespace qv::cli {
+
+class DownloadArguments {
+ public:
+  // Adds the command to `app`, which owns it; its parsing writes to this object.
+  explicit DownloadArguments(CLI::App& app);
+  DownloadArguments(const DownloadArguments&) = delete;
+  DownloadArguments& operator=(const DownloadArguments&) = delete;
+
+  bool Parsed() const;
+  // To be called once, after parsing. What is wrong, or null.
+  const char* Check();
+  const DownloadOptions& Options() const { return download_; }
+
+ private:
+  DownloadOptions download_;
+  CLI::App* command_;
+  CLI::Option* directory_ = nullptr;
+  CLI::Option* usid_ = nullptr;
+  std::optional<SessionArguments> session_;
+};
+
+}  // namespace qv::cli

@@ -1,0 +1,103 @@
+#include "tools/private_home.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "tools/failure.h"
+#include "tools/home_directory.h"
+#include "tools/interrupt.h"
+
+namespace qv::cli {
+
+namespace {
+
+constexpr char kVariable[] = "QV_REGISTRY";
+constexpr std::size_t kLongestPath = 256;
+constexpr std::size_t kMostPaths = 5;
+
+// What a signal handler may remove: files, then directories, as far as the texts are not empty.
+char g_files[kMostPaths][kLongestPath];
+char g_directories[kMostPaths][kLongestPath];
+
+void RemoveAtOnce() {
+  for (const auto& file : g_files)
+    if (file[0] != '\0') unlink(file);
+  for (const auto& directory : g_directories)
+    if (directory[0] != '\0') rmdir(directory);
+}
+
+void Keep(char (&place)[kLongestPath], const std::string& path) {
+  if (path.size() < kLongestPath) std::strcpy(place, path.c_str());
+}
+
+std::vector<std::string> Places() {
+  std::vector<std::string> places;
+  for (const char* name : {"TEMP", "TMP"}) {
+    const char* value = std::getenv(name);
+    if (value != nullptr && value[0] == '/') places.emplace_back(value);
+  }
+  places.emplace_back("/tmp");
+  return places;
+}
+
+// Empty when nothing can be made there, or the library would find no scripts below it.
+std::string MakeIn(const std::string& place) {
+  std::string path = place + "/scriptwells-XXXXXX";
+  try {
+    CheckHomePath(path);
+  } catch (const Failure&) {
+    return "";
+  }
+  return ::mkdtemp(path.data()) != nullptr ? path : "";
+}
+
+}  // namespace
+
+PrivateHome::PrivateHome() {
+  for (const std::string& place : Places())
+    if (path_.empty()) path_ = MakeIn(place);
+  if (path_.empty()) throw Failure(ExitStatus::kLocal, "cannot make a temporary directory");
+  const char* before = std::getenv(kVariable);
+  if (before != nullptr) registryBefore_ = before;
+  try {
+    Fill();
+  } catch (...) {
+    Remove();
+    throw;
+  }
+}
+
+PrivateHome::~PrivateHome() {
+  Remove();
+}
+
+void PrivateHome::Fill() {
+  const std::string registry = path_ + "/registry.reg";
+  const std::vector<std::string> scripts = UploadScripts(path_);
+  Keep(g_files[0], registry);
+  Keep(g_files[1], scripts[0]);
+  Keep(g_files[2], scripts[1]);
+  Keep(g_directories[0], std::filesystem::path(scripts[0]).parent_path().string());
+  Keep(g_directories[1], path_);
+  OnForcedExit(&RemoveAtOnce);
+  ::setenv(kVariable, registry.c_str(), 1);
+  SetHomeDirectory(path_);
+  InstallMissingScripts(path_);
+}
+
+void PrivateHome::Remove() noexcept {
+  if (registryBefore_.empty())
+    ::unsetenv(kVariable);
+  else
+    ::setenv(kVariable, registryBefore_.c_str(), 1);
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+  OnForcedExit(nullptr);
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,115 @@
+#include "tools/reporting_request.h"
+
+#include "qvscriptwells/native_path.h"
+
+namespace qv::cli {
+
+bool IsSuccess(const std::string& httpStatus) {
+  return httpStatus.size() == 3 && httpStatus[0] == '2';
+}
+
+HRESULT Noted(ExchangeNote& note, HRESULT code) noexcept {
+  if (Succeeded(code) || note.failure) return code;
+  note.failure = code;
+  ErrorInfo info;
+  if (!GetErrorInfo(&info)) return code;
+  SetErrorInfo(info);
+  try {
+    note.words = ToUtf8(info.description);
+  } catch (...) {
+    note.words.clear();
+  }
+  return code;
+}
+
+HRESULT RecordsFor(const Guid& iid) noexcept {
+  return iid == IHttpSession::kIid || iid == IHttpRequest::kIid ? S_OK : S_FALSE;
+}
+
+HRESULT ReportingRequest::QueryInterface(const Guid& iid, void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  if (iid == IUnknown::kIid || iid == IHttpRequest::kIid) *object = static_cast<IHttpRequest*>(this);
+  if (iid == ISupportErrorInfo::kIid) *object = static_cast<ISupportErrorInfo*>(this);
+  if (*object == nullptr) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+std::uint32_t ReportingRequest::Release() noexcept {
+  const std::uint32_t left = --count_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT ReportingRequest::Send(const WideString& body, const WideString& extra) noexcept {
+  const HRESULT code = Answered(inner_->Send(body, extra));
+  TransferEnds();
+  return code;
+}
+
+HRESULT ReportingRequest::SendFile(const WideString& path) noexcept {
+  FileBegins(path);
+  const HRESULT code = Answered(inner_->SendFile(path));
+  TransferEnds();
+  try {
+    if (Succeeded(code) && !IsSuccess(note_.httpStatus))
+      reports_.refusedUploads.push_back({note_.server, NativePath(path), note_.httpStatus});
+  } catch (...) {  // the call goes on; the server tells what it misses
+  }
+  return code;
+}
+
+HRESULT ReportingRequest::GetHeader(const WideString& name, WideString* value) noexcept {
+  const HRESULT code = Noted(note_, inner_->GetHeader(name, value));
+  try {
+    if (Succeeded(code) && name == WideString(u"Content-Disposition")) note_.fileHeader = ToUtf8(*value);
+  } catch (...) {
+    note_.fileHeader.clear();
+  }
+  return code;
+}
+
+HRESULT ReportingRequest::Read(std::int32_t length, WideString* text, std::int32_t* count) noexcept {
+  const HRESULT code = Noted(note_, inner_->Read(length, text, count));
+  TransferEnds();
+  if (Succeeded(code) && text != nullptr)
+    note_.holdsFault = text->view().find(u"<soap:Fault") != std::u16string_view::npos;
+  return code;
+}
+
+HRESULT ReportingRequest::ReadToFile(const WideString& path, std::int32_t* count) noexcept {
+  if (!IsSuccess(note_.httpStatus)) {
+    ClearErrorInfo();
+    return E_FAIL;
+  }
+  FileBegins(path);
+  const HRESULT code = Noted(note_, inner_->ReadToFile(path, count));
+  TransferEnds();
+  return code;
+}
+
+HRESULT ReportingRequest::Answered(HRESULT code) noexcept {
+  if (Failed(code)) return Noted(note_, code);
+  WideString status;
+  if (Failed(inner_->GetHeader(u"StatusCode", &status))) return code;
+  try {
+    note_.httpStatus = ToUtf8(status);
+  } catch (...) {
+    note_.httpStatus.clear();
+  }
+  return code;
+}
+
+void ReportingRequest::FileBegins(const WideString& path) noexcept {
+  try {
+    if (reports_.progress != nullptr) reports_.progress->FileBegins(NativePath(path));
+  } catch (...) {  // the transfer goes on without a name
+  }
+}
+
+void ReportingRequest::TransferEnds() noexcept {
+  if (reports_.progress != nullptr) reports_.progress->TransferEnds();
+}
+
+}  // namespace qv::cli

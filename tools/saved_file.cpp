@@ -1,0 +1,44 @@
+#include "tools/saved_file.h"
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <system_error>
+
+#include "tools/answer_format.h"
+#include "tools/failure.h"
+#include "tools/server_address.h"
+
+namespace qv::cli {
+
+namespace {
+
+std::string Told(const std::string& path, bool asJson) {
+  if (!asJson) return path + "\n";
+  std::error_code error;
+  const std::uintmax_t bytes = std::filesystem::file_size(path, error);
+  nlohmann::ordered_json line;
+  line["path"] = path;
+  line["bytes"] = error ? nlohmann::ordered_json() : nlohmann::ordered_json(bytes);
+  return line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace
+
+void SaveFile(ScriptSession& session, const std::string& url, const std::string& directory, bool asJson,
+              std::ostream& out) {
+  out << Told(session.Download(url, directory), asJson) << std::flush;
+  if (!out) throw Failure(ExitStatus::kLocal, "cannot write the path to standard output");
+}
+
+std::string UrlOfAnswer(const Variant& answer) {
+  const std::string reason = "the answer is no address of a file: ";
+  if (answer.Tag() != VT_BSTR) throw Failure(ExitStatus::kAnswer, reason + "its type is " + TypeName(answer));
+  try {
+    return CheckFileUrl(ToUtf8(answer.Text()));
+  } catch (const Failure& failure) {
+    throw Failure(ExitStatus::kAnswer, reason + failure.Message());
+  }
+}
+
+}  // namespace qv::cli
