@@ -13,9 +13,9 @@
 // where \\ and \" stand for \ and " inside the quotes.
 //
 // A file has at most 1 MiB, and sections below HKEY_LOCAL_MACHINE only; a comment has a line of its own.
-// Other values of a section are kept and not read; of several texts for one key in a file the last one counts.
-// Variables that are empty, and an XDG_CONFIG_HOME or HOME that is not absolute, are as if they were not
-// there.
+// Other values of a section are kept and not read; of several texts for one key in a file the last one
+// counts. Variables that are empty, and an XDG_CONFIG_HOME or HOME that is not absolute, are as if they were
+// not there.
 //
 // Files are read anew for each call and replaced as a whole when written; of two writers at once the later
 // one's file stands. Symbolic links are followed and stay, but one that leads nowhere is replaced. Threads:
