@@ -1,6 +1,6 @@
 // A file of 256 MB up and down through the HTTP component, beside what libcurl's easy interface needs for it.
 #include <benchmark/benchmark.h>
-#include <stdlib.h>  // NOLINT(modernize-deprecated-headers): mkdtemp is POSIX
+#include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
