@@ -13,7 +13,8 @@ bool NamesNetwork(std::u16string_view systemId);
 
 class LocalEntities : public XERCES_CPP_NAMESPACE_QUALIFIER XMLEntityResolver {
  public:
-  // Null for a local entity: the library's own resolution. SAXParseException for one on the network.
+  // Null for a local entity: the library's own resolution. SAXParseException for one on the network and for a
+  // pipe, whose opening could wait for ever.
   XERCES_CPP_NAMESPACE_QUALIFIER InputSource* resolveEntity(
       XERCES_CPP_NAMESPACE_QUALIFIER XMLResourceIdentifier* identifier) override;
 };

@@ -82,6 +82,16 @@ TEST_F(FileParseTest, TooManyDifferentElementsAreRefused) {
   EXPECT_NE(RefusalOf(Write("more.xml", text + "<f/></r>")), "(accepted)");
 }
 
+TEST_F(FileParseTest, PipesAsEntitiesAreRefusedAndNotWaitedFor) {
+  const std::string pipe = (directory_ / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  for (const std::string& id : {std::string("pipe"), pipe, "file://" + pipe, "file:///" + pipe}) {
+    const std::string entity = "<!DOCTYPE r [<!ENTITY e SYSTEM '" + id + "'>]><r>&e;</r>";
+    EXPECT_NE(RefusalOf(Write("entity.xml", entity)), "(accepted)") << id;
+    EXPECT_NE(RefusalOf(Write("type.xml", "<!DOCTYPE r SYSTEM '" + id + "'><r/>")), "(accepted)") << id;
+  }
+}
+
 TEST_F(FileParseTest, PipeIsRefusedAndNotWaitedFor) {
   const std::string path = (directory_ / "pipe").string();
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
