@@ -8,7 +8,7 @@
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "format/formater_factory.h"
-#include "format/register_formaters.h"
+#include "recordlist/register_formaters.h"
 #include "format/text_conversions.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"

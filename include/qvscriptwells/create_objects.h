@@ -4,6 +4,7 @@
 
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/objects.h"
+#include "qvscriptwells/record_list.h"
 
 namespace qv {
 
@@ -25,5 +26,8 @@ IAttachedFilePtr CreateAttachedFile();
 // For the file at `fileName`:
 //   list->Add(u"doc", Variant::FromObject(CreateAttachedFile(u"/tmp/report.pdf").get()), nullptr);
 IAttachedFilePtr CreateAttachedFile(const WideString& fileName);
+// An empty table, of the class behind CLSID_RecordList: made, started (OleRun) and asked. Null when that class
+// offers no IRecordList.
+IRecordListPtr CreateRecordList();
 
 }  // namespace qv

@@ -11,6 +11,7 @@
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/objects.h"
+#include "qvscriptwells/record_list.h"
 #include "qvscriptwells/registry.h"
 #include "qvscriptwells/result_codes.h"
 #include "qvscriptwells/serial_date.h"

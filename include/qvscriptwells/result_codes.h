@@ -26,6 +26,7 @@ constexpr HRESULT E_POINTER = MakeResult(0x80004003);
 constexpr HRESULT E_FAIL = MakeResult(0x80004005);
 constexpr HRESULT E_UNEXPECTED = MakeResult(0x8000FFFF);
 constexpr HRESULT E_OUTOFMEMORY = MakeResult(0x8007000E);
+constexpr HRESULT E_ACCESSDENIED = MakeResult(0x80070005);
 constexpr HRESULT E_INVALIDARG = MakeResult(0x80070057);
 constexpr HRESULT REGDB_E_CLASSNOTREG = MakeResult(0x80040154);
 constexpr HRESULT CLASS_E_NOAGGREGATION = MakeResult(0x80040110);
@@ -33,5 +34,6 @@ constexpr HRESULT DISP_E_TYPEMISMATCH = MakeResult(0x80020005);
 constexpr HRESULT DISP_E_BADVARTYPE = MakeResult(0x80020008);
 constexpr HRESULT DISP_E_EXCEPTION = MakeResult(0x80020009);
 constexpr HRESULT DISP_E_OVERFLOW = MakeResult(0x8002000A);
+constexpr HRESULT DISP_E_BADINDEX = MakeResult(0x8002000B);
 
 }  // namespace qv

@@ -1,12 +1,14 @@
 #include "platform/builtin_classes.h"
 
 #include "components/http/http_component_class.h"
+#include "components/recordlist/record_list_class.h"
 #include "qvscriptwells/http_component.h"
+#include "qvscriptwells/record_list.h"
 
 namespace qv {
 
 std::vector<BuiltinClass> BuiltinClasses() {
-  return {{CLSID_HttpComponent, &CreateHttpComponent}};
+  return {{CLSID_HttpComponent, &CreateHttpComponent}, {CLSID_RecordList, &CreateRecordListComponent}};
 }
 
 }  // namespace qv

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "format/formater_factory.h"
-#include "format/register_formaters.h"
+#include "recordlist/register_formaters.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"

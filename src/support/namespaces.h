@@ -10,6 +10,7 @@ namespace qv {
 
 constexpr char16_t kServiceNamespace[] = QV_NAMESPACE("/dev/ns/ivarnel/scriptwells");
 constexpr char16_t kSofNamespace[] = QV_NAMESPACE("/dev/ns/SOF/2.0");
+constexpr char16_t kDataTypesNamespace[] = QV_NAMESPACE("/ns/core/DataTypes/1.0");
 constexpr char16_t kScriptNamespace[] = QV_NAMESPACE("/dev/ns/scriptwellsApp/scriptwell/1.0");
 constexpr char16_t kScriptSchemaLocation[] =
     QV_NAMESPACE("/dev/schema/scriptwellsApp/scriptwell/1.0/scriptwell.xsd");

@@ -1,4 +1,4 @@
-#include "format/register_formaters.h"
+#include "recordlist/register_formaters.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 #include "format/factory_fixture.h"
 #include "format/object_formaters.h"
 #include "format/scalar_formaters.h"
+#include "recordlist/formater_record_list.h"
 #include "support/print_wide_string.h"
 
 namespace qv {
@@ -43,6 +44,8 @@ const Registration kRegistrations[] = {
     {u"xsd:string", typeid(FormaterString)},
     {u"time", typeid(FormaterTime)},
     {u"xsd:time", typeid(FormaterTime)},
+    {u"recordlist", typeid(FormaterRecordList)},
+    {u"sof:recordlist", typeid(FormaterRecordList)},
     {u"duration", typeid(FormaterDuration)},
     {u"xsd:duration", typeid(FormaterDuration)},
     {u"url", typeid(FormaterUrl)},
@@ -61,13 +64,14 @@ TEST_F(RegisterFormatersTest, EachNameHasTheFormaterOfItsType) {
 TEST_F(RegisterFormatersTest, EachNameHasACreatorOfItsOwn) {
   std::set<FormaterSerializer*> formaters;
   for (const Registration& row : kRegistrations) formaters.insert(Get(row.name));
-  EXPECT_EQ(formaters.size(), 25u);
+  EXPECT_EQ(formaters.size(), 27u);
 }
 
 TEST_F(RegisterFormatersTest, SomeTypesLackASchemaName) {
   EXPECT_NE(Get(u"float"), nullptr);
   EXPECT_EQ(Get(u"xsd:float"), nullptr);
   EXPECT_EQ(Get(u"xsd:url"), nullptr);
+  EXPECT_EQ(Get(u"xsd:recordlist"), nullptr);
 }
 
 TEST_F(RegisterFormatersTest, OtherSchemaTypesHaveNone) {

@@ -1,8 +1,9 @@
-#include "format/register_formaters.h"
+#include "recordlist/register_formaters.h"
 
 #include "format/date_time_formaters.h"
 #include "format/object_formaters.h"
 #include "format/scalar_formaters.h"
+#include "recordlist/formater_record_list.h"
 
 namespace qv {
 
@@ -30,6 +31,8 @@ void RegisterFormaters() {
   static FormaterStringCreator xsdString(u"xsd:string");
   static FormaterTimeCreator time(u"time");
   static FormaterTimeCreator xsdTime(u"xsd:time");
+  static FormaterRecordListCreator recordList(u"recordlist");
+  static FormaterRecordListCreator sofRecordList(u"sof:recordlist");
   static FormaterDurationCreator duration(u"duration");
   static FormaterDurationCreator xsdDuration(u"xsd:duration");
   static FormaterUrlCreator url(u"url");

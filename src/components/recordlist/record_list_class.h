@@ -1,0 +1,12 @@
+// The class behind CLSID_RecordList.
+#pragma once
+
+#include "qvscriptwells/guid.h"
+#include "qvscriptwells/result_codes.h"
+
+namespace qv {
+
+// A ClassCreator (class_registry.h): makes an empty list and hands out `iid` of it.
+HRESULT CreateRecordListComponent(const Guid& iid, void** object);
+
+}  // namespace qv

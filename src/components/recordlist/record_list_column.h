@@ -1,0 +1,36 @@
+// One column of a record list. It lives in the list's columns and counts with the list, so that handing it
+// out costs nothing and keeps the list alive.
+#pragma once
+
+#include "qvscriptwells/record_list.h"
+
+namespace qv {
+
+class RecordListColumns;
+
+class RecordListColumn final : public IRecordListHeader, public ISupportErrorInfo {
+ public:
+  RecordListColumn(RecordListColumns& columns, const WideString& name, std::int32_t columnType) noexcept
+      : columns_(columns), name_(name), type_(columnType) {}
+  RecordListColumn(const RecordListColumn&) = delete;
+  RecordListColumn& operator=(const RecordListColumn&) = delete;
+
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override;
+  std::uint32_t Release() noexcept override;
+
+  HRESULT GetDisplayName(WideString* name) noexcept override;
+  HRESULT SetDisplayName(const WideString& name) noexcept override;
+  HRESULT GetName(WideString* name) noexcept override;
+  HRESULT GetType(std::int32_t* columnType) noexcept override;
+
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
+
+ private:
+  RecordListColumns& columns_;
+  const WideString name_;
+  WideString displayName_;
+  const std::int32_t type_;
+};
+
+}  // namespace qv

@@ -1,0 +1,90 @@
+#include "components/recordlist/record_list_columns.h"
+
+#include "components/recordlist/list_refusal.h"
+#include "components/recordlist/object_faces.h"
+#include "components/recordlist/record_list_object.h"
+#include "qvscriptwells/error_info.h"
+
+namespace qv {
+
+HRESULT RecordListColumns::QueryInterface(const Guid& iid, void** object) noexcept {
+  return AnswerQueryFor({IRecordListHeaders::kIid, static_cast<IRecordListHeaders*>(this), this}, iid,
+                        object);
+}
+
+std::uint32_t RecordListColumns::AddRef() noexcept {
+  return list_.AddRef();
+}
+
+std::uint32_t RecordListColumns::Release() noexcept {
+  return list_.Release();
+}
+
+HRESULT RecordListColumns::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
+  return iid == IRecordListHeaders::kIid ? S_OK : S_FALSE;
+}
+
+HRESULT RecordListColumns::AddHeader(const WideString& name, std::int32_t columnType,
+                                     IRecordListHeader** header) noexcept try {
+  ClearErrorInfo();
+  if (header != nullptr) *header = nullptr;
+  CheckUnlocked();
+  RecordListColumn& added = Append(name, columnType);
+  if (header == nullptr) return S_OK;
+  *header = &added;
+  AddRef();
+  return S_OK;
+} catch (...) {
+  return ReportListFailure();
+}
+
+RecordListColumn& RecordListColumns::Append(const WideString& name, std::int32_t columnType) {
+  RecordListColumn& added = columns_.emplace_back(*this, name, columnType);
+  try {
+    list_.Cells().AddColumn();
+  } catch (...) {
+    columns_.pop_back();
+    throw;
+  }
+  return added;
+}
+
+HRESULT RecordListColumns::GetHeader(std::int32_t index, IRecordListHeader** header) noexcept try {
+  ClearErrorInfo();
+  CheckPlace(header);
+  *header = nullptr;
+  *header = &columns_[Position(index)];
+  AddRef();
+  return S_OK;
+} catch (...) {
+  return ReportListFailure();
+}
+
+HRESULT RecordListColumns::GetCount(std::int32_t* count) noexcept try {
+  ClearErrorInfo();
+  CheckPlace(count);
+  *count = static_cast<std::int32_t>(columns_.size());
+  return S_OK;
+} catch (...) {
+  return ReportListFailure();
+}
+
+// Locks are switched on a locked list too: it is locked before its columns.
+HRESULT RecordListColumns::SetLocked(VARIANT_BOOL locked) noexcept {
+  ClearErrorInfo();
+  locked_ = locked != VARIANT_FALSE;
+  return S_OK;
+}
+
+void RecordListColumns::CheckUnlocked() const {
+  list_.CheckUnlocked();
+  if (locked_) ThrowLocked("The columns are locked.");
+}
+
+std::size_t RecordListColumns::Position(std::int32_t index) const {
+  const std::size_t position = static_cast<std::size_t>(index);  // huge for a negative one
+  if (position >= columns_.size()) ThrowNoColumn(index, columns_.size());
+  return position;
+}
+
+}  // namespace qv

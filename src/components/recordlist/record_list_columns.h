@@ -1,0 +1,44 @@
+// The columns of a record list. They live in the list and count with it.
+#pragma once
+
+#include <deque>
+
+#include "components/recordlist/record_list_column.h"
+#include "qvscriptwells/record_list.h"
+
+namespace qv {
+
+class RecordListObject;
+
+class RecordListColumns final : public IRecordListHeaders, public ISupportErrorInfo {
+ public:
+  explicit RecordListColumns(RecordListObject& list) : list_(list) {}
+  RecordListColumns(const RecordListColumns&) = delete;
+  RecordListColumns& operator=(const RecordListColumns&) = delete;
+
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
+  std::uint32_t AddRef() noexcept override;
+  std::uint32_t Release() noexcept override;
+
+  HRESULT AddHeader(const WideString& name, std::int32_t columnType,
+                    IRecordListHeader** header) noexcept override;
+  HRESULT GetHeader(std::int32_t index, IRecordListHeader** header) noexcept override;
+  HRESULT GetCount(std::int32_t* count) noexcept override;
+  HRESULT SetLocked(VARIANT_BOOL locked) noexcept override;
+
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
+
+  // Throws ListRefusal when the list or its columns are locked.
+  void CheckUnlocked() const;
+  // The index as a position; throws ListRefusal when no column has it.
+  std::size_t Position(std::int32_t index) const;
+
+ private:
+  RecordListColumn& Append(const WideString& name, std::int32_t columnType);
+
+  RecordListObject& list_;
+  std::deque<RecordListColumn> columns_;  // whose elements stay in place when more are added
+  bool locked_ = false;
+};
+
+}  // namespace qv

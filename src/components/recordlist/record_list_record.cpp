@@ -1,0 +1,82 @@
+#include "components/recordlist/record_list_record.h"
+
+#include <utility>
+
+#include "components/recordlist/list_refusal.h"
+#include "components/recordlist/object_faces.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/error_info.h"
+
+namespace qv {
+namespace {
+
+// A pointer to another's variable may dangle by the time that the table is read.
+Variant CopyToStore(const Variant& value) {
+  if ((value.Tag() & VT_BYREF) != 0) ThrowBadTag(value.Tag());
+  try {
+    return value;
+  } catch (const _com_error&) {
+    ThrowBadTag(value.Tag());
+  }
+}
+
+}  // namespace
+
+HRESULT RecordListRecord::QueryInterface(const Guid& iid, void** object) noexcept {
+  return AnswerQueryFor({IRecordListRecord::kIid, static_cast<IRecordListRecord*>(this), this}, iid, object);
+}
+
+std::uint32_t RecordListRecord::Release() noexcept {
+  const std::uint32_t left = --references_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT RecordListRecord::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
+  return iid == IRecordListRecord::kIid ? S_OK : S_FALSE;
+}
+
+// What *value held goes when all is done: an object's end may call back and change the table.
+HRESULT RecordListRecord::GetValue(std::int32_t index, Variant* value) noexcept try {
+  ClearErrorInfo();
+  CheckPlace(value);
+  Variant copy = Cell(index);
+  const Variant old = std::exchange(*value, std::move(copy));
+  return S_OK;
+} catch (...) {
+  return ReportListFailure();
+}
+
+// The old value goes last, as above; this record may end with it.
+HRESULT RecordListRecord::SetValue(std::int32_t index, const Variant& value) noexcept try {
+  ClearErrorInfo();
+  CheckUnlocked();
+  Variant& cell = Cell(index);
+  Variant fresh = CopyToStore(value);
+  const Variant old = std::exchange(cell, std::move(fresh));
+  return S_OK;
+} catch (...) {
+  return ReportListFailure();
+}
+
+HRESULT RecordListRecord::GetHeaders(IRecordListHeaders** headers) noexcept {
+  return list_->GetHeaders(headers);
+}
+
+// Works on a locked list too: a record is locked and unlocked in any order with its list.
+HRESULT RecordListRecord::SetLocked(VARIANT_BOOL locked) noexcept {
+  ClearErrorInfo();
+  list_->Cells().Lock(row_, locked != VARIANT_FALSE);
+  return S_OK;
+}
+
+Variant& RecordListRecord::Cell(std::int32_t index) const {
+  return list_->Cells().Cell(row_, list_->Columns().Position(index));
+}
+
+void RecordListRecord::CheckUnlocked() const {
+  list_->CheckUnlocked();
+  if (list_->Cells().IsLocked(row_)) ThrowLocked("The record is locked.");
+}
+
+}  // namespace qv

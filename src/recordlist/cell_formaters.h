@@ -1,0 +1,33 @@
+// Converts the cells of one table. The formater of a type is looked up once; a type without formater reads as
+// VT_EMPTY and writes as an empty text. Lives for one table, on the stack.
+//
+// Failure: EQvException as it is; anything else becomes EQvException "Cannot create the recordlist", code 0.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "format/formater_serializer.h"
+
+namespace qv {
+
+class CellFormaters {
+ public:
+  // `text` is the text node of the cell, or a null node.
+  Variant ReadCell(std::int32_t columnType, const XmlNode& text);
+  // Escaped for XML once. Null for a type without formater.
+  WideString WriteCell(std::int32_t columnType, const Variant& value);
+
+ private:
+  static constexpr std::size_t kKnownTypes = 24;
+  struct Place {
+    FormaterSerializer* formater = nullptr;  // borrowed from the factory
+    bool asked = false;
+  };
+
+  FormaterSerializer* FormaterOf(std::int32_t columnType);
+
+  Place places_[kKnownTypes];
+};
+
+}  // namespace qv

@@ -1,0 +1,101 @@
+#include "recordlist/xml_record_list_serializer_str.h"
+
+#include <string>
+
+#include "qvscriptwells/e_qv_exception.h"
+#include "support/escape_units.h"
+#include "support/namespaces.h"
+#include "support/path_helpers.h"
+
+namespace qv {
+
+void CXMLRecordListSerializerStr::StartRecordList() {
+  stream_.Append(u"<RecordList");
+  stream_.AppendAttribute(u"xmlns:q1", kSofNamespace);
+  stream_.AppendAttribute(u"xsi:type", u"q1:RecordList");
+  stream_.AppendAttribute(u"xmlns:xsi", kXmlSchemaInstanceNamespace);
+  stream_.Append(u">");
+}
+
+void CXMLRecordListSerializerStr::StartHeaders() {
+  stream_.Append(u"<q1:Headers>");
+}
+
+void CXMLRecordListSerializerStr::StartSchema(std::u16string_view id) {
+  stream_.Append(u"<xsd:schema");
+  stream_.AppendAttribute(u"targetNamespace", id);
+  stream_.AppendAttribute(u"xmlns:qvrl", kSofNamespace);
+  stream_.AppendAttribute(u"xmlns:qvdt", kDataTypesNamespace);
+  stream_.AppendAttribute(u"xmlns:xsd", kXmlSchemaNamespace);
+  stream_.AppendAttribute(u"xmlns:tns", id);
+  stream_.Append(u">");
+}
+
+// A name that the escape leaves alone may still be none for XML (one with a blank, say): servers in the field
+// get it as it stands.
+void CXMLRecordListSerializerStr::WriteColumn(std::u16string_view name, std::u16string_view xmlTypeName,
+                                              std::u16string_view displayName) {
+  if (PlainRun(name) != name.size())
+    throw EQvException(u"Header contains special Xml chars that are not valid for tag name");
+  stream_.Append(u"<xsd:element");
+  stream_.AppendAttribute(u"xsd:name", name);
+  stream_.AppendAttribute(u"xsd:type", xmlTypeName);
+  stream_.AppendAttribute(u"xsd:displayName", displayName);
+  stream_.AppendAttribute(u"qvrl:valueSize", u"");
+  stream_.AppendAttribute(u"qvrl:valueSize2", u"");
+  stream_.Append(u"/>");
+}
+
+void CXMLRecordListSerializerStr::EndSchema() {
+  stream_.Append(u"</xsd:schema>");
+}
+
+void CXMLRecordListSerializerStr::EndHeaders() {
+  stream_.Append(u"</q1:Headers>");
+}
+
+void CXMLRecordListSerializerStr::StartRecords() {
+  stream_.Append(u"<q1:Records>");
+}
+
+void CXMLRecordListSerializerStr::StartRecord() {
+  stream_.Append(u"<q1:Record>");
+}
+
+void CXMLRecordListSerializerStr::WriteCell(std::u16string_view name, std::u16string_view text) {
+  stream_.Append(u"<");
+  stream_.Append(name);
+  if (text.empty()) {
+    stream_.Append(u"/>");
+    return;
+  }
+  stream_.Append(u">");
+  stream_.AppendEncoded(text);
+  stream_.Append(u"</");
+  stream_.Append(name);
+  stream_.Append(u">");
+}
+
+void CXMLRecordListSerializerStr::EndRecord() {
+  stream_.Append(u"</q1:Record>");
+}
+
+void CXMLRecordListSerializerStr::EndRecords() {
+  stream_.Append(u"</q1:Records>");
+}
+
+void CXMLRecordListSerializerStr::EndRecordList() {
+  stream_.Append(u"</RecordList>");
+}
+
+WideString CXMLRecordListSerializerStr::TakeText() {
+  stream_.AppendNull();
+  return stream_.TakeText();
+}
+
+WideString NewSchemaId() {
+  const WideString text = NewGuidText();
+  return WideString(std::u16string(u"uuid:").append(text.view().substr(1, text.size() - 2)));
+}
+
+}  // namespace qv

@@ -1,0 +1,33 @@
+// Record lists of the built-in class, and short ways to ask them. Each helper expects success.
+#pragma once
+
+#include <string>
+
+#include "automation/waiting_record.h"
+#include "qvscriptwells/record_list.h"
+
+namespace qv {
+
+IRecordListPtr NewList();
+IRecordListHeadersPtr ColumnsOf(const IRecordListPtr& list);
+IRecordListHeaderPtr AddColumn(const IRecordListPtr& list, const WideString& name,
+                               std::int32_t columnType = kColumnString);
+void AddColumns(const IRecordListPtr& list, int count);
+IRecordListHeaderPtr ColumnAt(const IRecordListPtr& list, std::int32_t index);
+std::int32_t ColumnCount(const IRecordListPtr& list);
+
+IRecordListRecordPtr NewRow(const IRecordListPtr& list);
+IRecordListCursorPtr Open(const IRecordListPtr& list);
+IRecordListRecordPtr NextRow(const IRecordListCursorPtr& cursor);
+bool HasMore(const IRecordListCursorPtr& cursor);
+int CountRows(const IRecordListPtr& list);
+
+void Put(const IRecordListRecordPtr& row, std::int32_t index, const Variant& value);
+Variant ValueAt(const IRecordListRecordPtr& row, std::int32_t index);
+// The cells of a row as "1 2 -": whole numbers, "-" for an empty cell, "?" for anything else.
+std::string Cells(const IRecordListRecordPtr& row, int count);
+
+// The record behind an object reference, which is taken over.
+IRecordListRecordPtr AsRecord(IUnknown* owned);
+
+}  // namespace qv

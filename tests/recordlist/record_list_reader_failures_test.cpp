@@ -1,0 +1,251 @@
+// Tables in answers that cannot be read. Whatever fails, nothing of the list stays behind.
+#include <functional>
+#include <memory>
+#include <stdexcept>
+
+#include "format/probe_formater.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "recordlist/record_list_test.h"
+
+namespace qv {
+namespace {
+
+class RecordListReaderFailures : public RecordListTest {
+ protected:
+  // Two columns, two records: every step is met.
+  std::string ReadTwoThrows() {
+    return ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", u"xsd:string"),
+                               u"<i><a>5</a><b>x</b></i><i><a>6</a><b>y</b></i>"));
+  }
+};
+
+TEST_F(RecordListReaderFailures, NullNodeIsAnEmptyResponse) {
+  EXPECT_EQ(Thrown([this] { formater_.ReadValue(XmlNode()); }),
+            "EQvException 0x00000000 Cannot deserializer - empty response.");
+  EXPECT_TRUE(fake_.Calls().empty());
+}
+
+struct StepRow {
+  ListStep step;
+  int nth;
+  const char* lastCall;
+};
+
+TEST_F(RecordListReaderFailures, EachFailedCallEndsTheReading) {
+  const StepRow rows[] = {
+      {ListStep::kCreate, 1, "CoCreate IUnknown"},
+      {ListStep::kRun, 1, "Run"},
+      {ListStep::kQueryList, 1, "List.Query"},
+      {ListStep::kLockList, 1, "List.SetLocked(0)"},
+      {ListStep::kGetHeaders, 1, "List.GetHeaders"},
+      {ListStep::kLockHeaders, 1, "Headers.SetLocked(0)"},
+      {ListStep::kAddHeader, 1, "Headers.AddHeader(a, 10)"},
+      {ListStep::kSetDisplayName, 1, "Header(0).SetDisplayName(a)"},
+      {ListStep::kAddHeader, 2, "Headers.AddHeader(b, 1)"},
+      {ListStep::kSetDisplayName, 2, "Header(1).SetDisplayName(b)"},
+      {ListStep::kNewRecord, 1, "List.NewRecord"},
+      {ListStep::kQueryRecord, 1, "Record(0).Query"},
+      {ListStep::kLockRecord, 1, "Record(0).SetLocked(0)"},
+      {ListStep::kGetHeader, 1, "Headers.GetHeader(0)"},
+      {ListStep::kGetType, 1, "Header(0).GetType"},
+      {ListStep::kSetValue, 1, "Record(0).SetValue(0, VT_INT 5)"},
+      {ListStep::kGetHeader, 2, "Headers.GetHeader(1)"},
+      {ListStep::kGetType, 2, "Header(1).GetType"},
+      {ListStep::kSetValue, 2, "Record(0).SetValue(1, VT_BSTR x)"},
+      {ListStep::kLockRecord, 2, "Record(0).SetLocked(-1)"},
+      {ListStep::kNewRecord, 2, "List.NewRecord"},
+      {ListStep::kQueryRecord, 2, "Record(1).Query"},
+      {ListStep::kSetValue, 4, "Record(1).SetValue(1, VT_BSTR y)"},
+      {ListStep::kLockRecord, 4, "Record(1).SetLocked(-1)"},
+      {ListStep::kLockList, 2, "List.SetLocked(-1)"},
+      {ListStep::kLockHeaders, 2, "Headers.SetLocked(-1)"},
+  };
+  for (const StepRow& row : rows) {
+    for (const HRESULT code : {E_FAIL, E_OUTOFMEMORY, E_NOINTERFACE}) {
+      FakeRecordList fake;
+      fake.Fail(row.step, code, u"words of the component", row.nth);
+      EXPECT_EQ(ReadTwoThrows(), kCannotCreate) << row.lastCall;
+      ASSERT_FALSE(fake.Calls().empty()) << row.lastCall;
+      EXPECT_EQ(fake.Calls().back(), row.lastCall);
+      EXPECT_EQ(fake.LiveObjects(), 0) << row.lastCall;
+    }
+  }
+}
+
+TEST_F(RecordListReaderFailures, SuccessCodesAreNoFailure) {
+  for (const ListStep step :
+       {ListStep::kCreate, ListStep::kRun, ListStep::kLockList, ListStep::kGetHeaders, ListStep::kLockHeaders,
+        ListStep::kAddHeader, ListStep::kSetDisplayName, ListStep::kNewRecord, ListStep::kLockRecord,
+        ListStep::kGetHeader, ListStep::kGetType, ListStep::kSetValue}) {
+    FakeRecordList fake;
+    fake.Fail(step, S_FALSE);
+    EXPECT_EQ(ReadTwoThrows(), "nothing") << fake.Calls().back();
+    EXPECT_EQ(fake.CallsWith("SetValue").size(), 4u);
+  }
+}
+
+TEST_F(RecordListReaderFailures, NullInPlaceOfAnObjectFailsAtItsFirstUse) {
+  const StepRow rows[] = {
+      {ListStep::kGetHeaders, 1, "List.GetHeaders"},
+      {ListStep::kAddHeader, 1, "Headers.AddHeader(a, 10)"},
+      {ListStep::kAddHeader, 2, "Headers.AddHeader(b, 1)"},
+      {ListStep::kNewRecord, 1, "List.NewRecord"},
+      {ListStep::kNewRecord, 2, "List.NewRecord"},
+      {ListStep::kGetHeader, 1, "Headers.GetHeader(0)"},
+      {ListStep::kGetHeader, 4, "Headers.GetHeader(1)"},
+  };
+  for (const StepRow& row : rows) {
+    FakeRecordList fake;
+    fake.GiveNull(row.step, row.nth);
+    EXPECT_EQ(ReadTwoThrows(), kCannotCreate) << row.lastCall;
+    EXPECT_EQ(fake.Calls().back(), row.lastCall);
+    EXPECT_EQ(fake.LiveObjects(), 0) << row.lastCall;
+  }
+}
+
+TEST_F(RecordListReaderFailures, ClassThatIsNoListFails) {
+  fake_.Fail(ListStep::kQueryList, E_NOINTERFACE);
+  EXPECT_EQ(ReadTwoThrows(), kCannotCreate);
+  EXPECT_EQ(fake_.Calls(), (Lines{"CoCreate IUnknown", "Run", "List.Query"}));
+}
+
+TEST_F(RecordListReaderFailures, NewRecordThatIsNoRecordFails) {
+  fake_.Fail(ListStep::kQueryRecord, E_NOINTERFACE);
+  EXPECT_EQ(ReadTwoThrows(), kCannotCreate);
+  EXPECT_EQ(fake_.Calls().back(), "Record(0).Query");
+}
+
+TEST_F(RecordListReaderFailures, MissingClassFails) {
+  const ClassCreator before = RegisterClassCreator(CLSID_RecordList, nullptr);
+  EXPECT_EQ(ReadTwoThrows(), kCannotCreate);
+  EXPECT_EQ(Thrown([] { CreateRecordList(); }).substr(0, 21), "_com_error 0x80040154");
+  RegisterClassCreator(CLSID_RecordList, before);
+}
+
+TEST_F(RecordListReaderFailures, MissingBlocksFail) {
+  for (const char16_t* content : {u"", u"<h/>", u"<h></h><d/>", u"<h><s/></h>", u"text", u" <h><s/></h><d/>",
+                                  u"<h> <s/></h>", u"<!--c--><h><s/></h><d/>", u"<h>text</h>"})
+    EXPECT_EQ(ReadThrows(content), kCannotCreate) << Shown(content);
+}
+
+// A schema in text form has no columns, and a block of records in text form has no records.
+TEST_F(RecordListReaderFailures, TextInPlaceOfABlockHasNothingInIt) {
+  for (const char16_t* content : {u"<h>text</h><d/>", u"<h> <s/></h><d/>", u"<h><s/></h>text",
+                                  u"<h><s/></h> <d><i><a>5</a></i></d>", u"<h><!--c--></h><!--c-->"}) {
+    ReadAway(content);
+    EXPECT_EQ(fake_.Table().columns.size(), 0u) << Shown(content);
+    EXPECT_EQ(fake_.Table().rows.size(), 0u) << Shown(content);
+  }
+}
+
+TEST_F(RecordListReaderFailures, ColumnWithoutItsAttributesFails) {
+  for (const char16_t* column :
+       {u"<c/>", u"<c xsd:name='a'/>", u"<c xsd:type='xsd:int'/>", u"<c name='a' type='xsd:int'/>",
+        u"<c xsd:Name='a' xsd:type='xsd:int'/>", u"<c xsd:name='a' XSD:type='xsd:int'/>",
+        u"<c x:name='a' x:type='xsd:int'/>", u" ", u"text", u"<!--c-->", u"<?p i?>", u"<![CDATA[c]]>"}) {
+    EXPECT_EQ(ReadThrows(TableXml(column, u"")), kCannotCreate) << Shown(column);
+    EXPECT_EQ(fake_.Calls().back(), "Headers.SetLocked(0)") << Shown(column);
+  }
+}
+
+TEST_F(RecordListReaderFailures, WhiteSpaceBetweenColumnsFails) {
+  EXPECT_EQ(ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int") + u"\n" + ColumnXml(u"b", u"xsd:int"), u"")),
+            kCannotCreate);
+  EXPECT_EQ(fake_.CallsWith("AddHeader"), Lines{"Headers.AddHeader(a, 10)"});
+}
+
+TEST_F(RecordListReaderFailures, MoreCellsThanColumnsFail) {
+  EXPECT_EQ(ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int"), u"<i><a>5</a><b>6</b></i>")), kCannotCreate);
+  EXPECT_EQ(fake_.Calls().back(), "Headers.GetHeader(1)");
+  EXPECT_EQ(ReadThrows(TableXml(u"", u"<i><a/></i>")), kCannotCreate);
+  EXPECT_EQ(ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int"), u"<i><a>5</a> </i>")), kCannotCreate);
+}
+
+class ProbedReader : public RecordListReaderFailures {
+ protected:
+  // From now on this formater is the test's.
+  void Probe(const char16_t* formater, const std::function<Variant(const XmlNode&)>& read) {
+    Factory()->Clear();
+    probe_ = std::make_unique<ProbeFormaterCreator>(formater);
+    probe_->formater.read = read;
+    EnsureFormaters();
+  }
+  std::unique_ptr<ProbeFormaterCreator> probe_;
+};
+
+TEST_F(ProbedReader, NullFromAFormaterIsRefused) {
+  Probe(u"double", [](const XmlNode&) { return Variant::Null(); });
+  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")),
+            "EQvException 0x00000000 Value from type 4 doesn't exist.");
+  EXPECT_EQ(fake_.Calls().back(), "Header(0).GetType");
+  EXPECT_EQ(ReadThrows(OneCellXml(u"qvdt:Money", u"")),
+            "EQvException 0x00000000 Value from type 4 doesn't exist.");
+}
+
+TEST_F(ProbedReader, NullIsRefusedWithTheNumberOfItsType) {
+  Probe(u"url", [](const XmlNode&) { return Variant::Null(); });
+  EXPECT_EQ(ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", u"sof:URL"),
+                                u"<i><a>5</a><b>6</b></i>")),
+            "EQvException 0x00000000 Value from type 23 doesn't exist.");
+  EXPECT_EQ(fake_.CallsWith("SetValue"), Lines{"Record(0).SetValue(0, VT_INT 5)"});
+}
+
+TEST_F(ProbedReader, EmptyFromAFormaterIsSet) {
+  Probe(u"double", [](const XmlNode&) { return Variant(); });
+  ReadAway(OneCellXml(u"xsd:double", u"5"));
+  EXPECT_EQ(fake_.CallsWith("SetValue"), Lines{"Record(0).SetValue(0, VT_EMPTY)"});
+}
+
+TEST_F(ProbedReader, FormatersOwnWordsPassWithTheirCode) {
+  Probe(u"double", [](const XmlNode&) -> Variant { throw EQvException(u"my words", 7); });
+  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), "EQvException 0x80040007 my words");
+  Probe(u"double", [](const XmlNode&) -> Variant { throw EQvException(WideString()); });
+  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), "EQvException 0x00000000 <null>");
+}
+
+TEST_F(ProbedReader, AnyOtherFailureOfAFormaterHasOneText) {
+  Probe(u"double", [](const XmlNode&) -> Variant { _com_raise_error(E_POINTER); });
+  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), kCannotCreate);
+  Probe(u"double", [](const XmlNode&) -> Variant { throw std::runtime_error("words"); });
+  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), kCannotCreate);
+  Probe(u"double", [](const XmlNode&) -> Variant { throw 5; });
+  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), kCannotCreate);
+}
+
+using CreateRecordListTest = RecordListTest;
+
+TEST_F(CreateRecordListTest, ListIsMadeStartedAndAsked) {
+  const IRecordListPtr list = CreateRecordList();
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(fake_.Calls(), (Lines{"CoCreate IUnknown", "Run", "List.Query"}));
+  EXPECT_EQ(list->AddRef(), 2u);
+  EXPECT_EQ(list->Release(), 1u);
+}
+
+TEST_F(CreateRecordListTest, ClassWithoutTheInterfaceGivesNull) {
+  fake_.Fail(ListStep::kQueryList, E_NOINTERFACE);
+  EXPECT_EQ(CreateRecordList(), nullptr);
+}
+
+TEST_F(CreateRecordListTest, FailedStepIsReportedWithItsCode) {
+  const struct {
+    ListStep step;
+    HRESULT code;
+    const char* error;
+  } rows[] = {{ListStep::kCreate, E_FAIL, "_com_error 0x80004005"},
+              {ListStep::kCreate, E_NOINTERFACE, "_com_error 0x80004002"},
+              {ListStep::kRun, E_OUTOFMEMORY, "_com_error 0x8007000E"},
+              {ListStep::kRun, E_NOINTERFACE, "_com_error 0x80004002"},
+              {ListStep::kQueryList, E_UNEXPECTED, "_com_error 0x8000FFFF"}};
+  for (const auto& row : rows) {
+    FakeRecordList fake;
+    fake.Fail(row.step, row.code);
+    EXPECT_EQ(Thrown([] { CreateRecordList(); }).substr(0, 21), row.error);
+    EXPECT_EQ(fake.LiveObjects(), 0);
+  }
+}
+
+}  // namespace
+}  // namespace qv

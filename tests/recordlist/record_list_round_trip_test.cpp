@@ -1,0 +1,169 @@
+// What is written is read again: over the component in memory and over the library's own.
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/create_objects.h"
+#include "recordlist/record_list_test.h"
+
+namespace qv {
+namespace {
+
+// The text of every kind of column, as it comes back: byte, boolean and the dates keep their value, strings
+// keep one of the two escapes, and what is written "Undefined" comes back empty.
+const FakeTable kEveryKind{
+    {{u"s", 1, u"String"},
+     {u"b", 2, u"Boolean"},
+     {u"f", 3, u"Float"},
+     {u"d", 4, u"Double"},
+     {u"m", 6, u"Blob"},
+     {u"u", 8, u"Url"},
+     {u"i", 10, u"Int"},
+     {u"h", 11, u"Short"},
+     {u"l", 12, u"Long"},
+     {u"y", 13, u"Byte"},
+     {u"dt", 16, u"Date and time"},
+     {u"t", 17, u"Time"},
+     {u"da", 18, u"Date"},
+     {u"x", 23, u"Link"}},
+    {{{Variant::FromString(u"a&b"), Variant::FromBool(true), Variant::FromFloat(1.5F),
+       Variant::FromDouble(-2.25), Variant::FromString(u"AAEC/w=="), Variant::FromString(u"http://a/b"),
+       Variant::FromInt(-7), Variant::FromShort(300), Variant::FromLong(12), Variant::FromByte(-5),
+       Variant::FromDate(45356.75), Variant::FromDate(0.25), Variant::FromDate(45356), Variant()}}}};
+
+class RecordListRoundTrip : public RecordListTest {
+ protected:
+  Variant ReadBack(const WideString& text) {
+    const XmlText xml(text.view());
+    return formater_.ReadValue(xml.Root());
+  }
+  WideString Text(const FakeTable& table) {
+    return formater_.WriteValue(Variant::FromObject(fake_.MakeList(table).get()));
+  }
+};
+
+TEST_F(RecordListRoundTrip, EveryKindOfColumnComesBack) {
+  ReadBack(Text(kEveryKind));
+  const FakeTable& read = fake_.Table();
+  Lines columns;
+  for (const FakeColumn& column : read.columns)
+    columns.push_back(Shown(column.name) + " " + std::to_string(column.type) + " " +
+                      Shown(column.displayName));
+  EXPECT_EQ(columns, (Lines{"s 1 s", "b 2 b", "f 0 f", "d 4 d", "m 6 m", "u 8 u", "i 10 i", "h 11 h", "l 0 l",
+                            "y 13 y", "dt 16 dt", "t 17 t", "da 18 da", "x 23 x"}));
+  ASSERT_EQ(read.rows.size(), 1u);
+  Lines cells;
+  for (const Variant& cell : read.rows[0].cells) cells.push_back(ShownValue(cell));
+  EXPECT_EQ(cells, (Lines{"VT_BSTR a&amp;b", "VT_BOOL -1", "VT_EMPTY", "VT_R8 -2.25",
+                          "VT_BSTR AAEC/w==", "VT_BSTR http://a/b", "VT_INT -7", "VT_I2 300", "VT_EMPTY",
+                          "VT_I1 -5", "VT_DATE 45356.75", "VT_DATE 0.25", "VT_DATE 45356", "VT_EMPTY"}));
+}
+
+TEST_F(RecordListRoundTrip, EmptyListsComeBack) {
+  ReadBack(Text(FakeTable{}));
+  EXPECT_EQ(fake_.Table().columns.size(), 0u);
+  EXPECT_EQ(fake_.Table().rows.size(), 0u);
+  ReadBack(Text(FakeTable{{}, {FakeRow{}, FakeRow{}, FakeRow{}}}));
+  EXPECT_EQ(fake_.Table().rows.size(), 3u);
+  ReadBack(Text(FakeTable{{{u"a", 10, u"A"}}, {}}));
+  EXPECT_EQ(fake_.Table().columns.size(), 1u);
+  EXPECT_EQ(fake_.Table().rows.size(), 0u);
+}
+
+TEST_F(RecordListRoundTrip, TypeNamesComeBackInTheirOneForm) {
+  Variant list = Read(TableXml(ColumnXml(u"a", u"qvdt:Memo") + ColumnXml(u"b", u"qvdt:Money") +
+                                   ColumnXml(u"c", u"xsd:dateTime") + ColumnXml(u"d", u"sof:URL") +
+                                   ColumnXml(u"e", u"xsd:objectidentifier") + ColumnXml(u"f", u"made up"),
+                               u""));
+  const std::string text = Written(list);
+  for (const char* piece :
+       {"xsd:name=\"a\" xsd:type=\"xsd:string\"", "xsd:name=\"b\" xsd:type=\"xsd:double\"",
+        "xsd:name=\"c\" xsd:type=\"xsd:datetime\"", "xsd:name=\"d\" xsd:type=\"sof:url\"",
+        "xsd:name=\"e\" xsd:type=\"xsd:int\"", "xsd:name=\"f\" xsd:type=\"Undefined\""})
+    EXPECT_NE(text.find(piece), std::string::npos) << piece << " in " << text;
+}
+
+// The library's own list in place of the fake one.
+class OwnRecordList : public FactoryFixture {
+ protected:
+  static IRecordListPtr ListIn(const Variant& value) {
+    return IRecordListPtr(static_cast<IRecordList*>(QueryFor(value.Object(), IRecordList::kIid)), false);
+  }
+  static Variant ReadBack(const WideString& text) {
+    const XmlText xml(text.view());
+    return FormaterRecordList().ReadValue(xml.Root());
+  }
+  static void AddColumn(const IRecordListPtr& list, const WideString& name, std::int32_t type) {
+    IRecordListHeaders* raw = nullptr;
+    ThrowIfFailed(list->GetHeaders(&raw));
+    const IRecordListHeadersPtr headers(raw, false);
+    ThrowIfFailed(headers->AddHeader(name, type, nullptr));
+  }
+  static void AddRecord(const IRecordListPtr& list, const std::vector<Variant>& values) {
+    IUnknown* raw = nullptr;
+    ThrowIfFailed(list->NewRecord(&raw));
+    const IUnknownPtr unknown(raw, false);
+    const IRecordListRecordPtr record(static_cast<IRecordListRecord*>(QueryFor(raw, IRecordListRecord::kIid)),
+                                      false);
+    for (std::size_t i = 0; i < values.size(); ++i)
+      ThrowIfFailed(record->SetValue(static_cast<std::int32_t>(i), values[i]));
+  }
+  // The cells of all records, row by row.
+  static Lines CellsOf(const IRecordListPtr& list, std::int32_t columns) {
+    Lines cells;
+    IRecordListCursor* raw = nullptr;
+    ThrowIfFailed(list->OpenCursor(VARIANT_TRUE, &raw));
+    const IRecordListCursorPtr cursor(raw, false);
+    VARIANT_BOOL more = VARIANT_FALSE;
+    while (Succeeded(cursor->HasMore(&more)) && more != VARIANT_FALSE) {
+      IUnknown* next = nullptr;
+      ThrowIfFailed(cursor->Next(&next));
+      const IUnknownPtr unknown(next, false);
+      const IRecordListRecordPtr record(
+          static_cast<IRecordListRecord*>(QueryFor(next, IRecordListRecord::kIid)), false);
+      for (std::int32_t i = 0; i < columns; ++i) {
+        Variant value;
+        ThrowIfFailed(record->GetValue(i, &value));
+        cells.push_back(ShownValue(value));
+      }
+    }
+    return cells;
+  }
+};
+
+TEST_F(OwnRecordList, IsWrittenAndReadBack) {
+  const IRecordListPtr list = CreateRecordList();
+  AddColumn(list, u"i", kColumnInt);
+  AddColumn(list, u"s", kColumnString);
+  AddColumn(list, u"d", kColumnDate);
+  AddRecord(list, {Variant::FromInt(1), Variant::FromString(u"one"), Variant::FromDate(45356)});
+  AddRecord(list, {Variant::FromInt(2), Variant::FromString(u"<2>"), Variant::FromDate(45357)});
+  const WideString text = FormaterRecordList().WriteValue(Variant::FromObject(list.get()));
+  const Variant back = ReadBack(text);
+  EXPECT_EQ(CellsOf(ListIn(back), 3), (Lines{"VT_INT 1", "VT_BSTR one", "VT_DATE 45356", "VT_INT 2",
+                                             "VT_BSTR &lt;2&gt;", "VT_DATE 45357"}));
+}
+
+TEST_F(OwnRecordList, ReadListRefusesChange) {
+  const XmlText xml(u"<v>" + TableXml(ColumnXml(u"a", u"xsd:int"), u"<i><a>5</a></i>") + u"</v>");
+  const Variant value = FormaterRecordList().ReadValue(xml.Root());
+  const IRecordListPtr list = ListIn(value);
+  EXPECT_EQ(CellsOf(list, 1), Lines{"VT_INT 5"});
+  EXPECT_EQ(Thrown([&] { AddRecord(list, {}); }).substr(0, 21), "_com_error 0x80070005");
+  EXPECT_EQ(Thrown([&] { AddColumn(list, u"b", 1); }).substr(0, 21), "_com_error 0x80070005");
+  EXPECT_EQ(list->SetLocked(VARIANT_FALSE), S_OK);
+  EXPECT_EQ(Thrown([&] { AddColumn(list, u"b", 1); }).substr(0, 21), "_com_error 0x80070005");
+  EXPECT_EQ(Thrown([&] { AddRecord(list, {Variant::FromInt(6)}); }), "nothing");
+}
+
+TEST_F(OwnRecordList, MoreCellsThanColumnsFail) {
+  const XmlText xml(u"<v>" + TableXml(ColumnXml(u"a", u"xsd:int"), u"<i><a>5</a><b>6</b></i>") + u"</v>");
+  EXPECT_EQ(Thrown([&] { FormaterRecordList().ReadValue(xml.Root()); }), kCannotCreate);
+}
+
+TEST_F(OwnRecordList, BadNameOfAColumnIsRefusedOnWriting) {
+  const IRecordListPtr list = CreateRecordList();
+  AddColumn(list, u"a&b", kColumnInt);
+  EXPECT_EQ(Thrown([&] { FormaterRecordList().WriteValue(Variant::FromObject(list.get())); }),
+            "EQvException 0x00000000 Header contains special Xml chars that are not valid for tag name");
+}
+
+}  // namespace
+}  // namespace qv
