@@ -145,14 +145,6 @@ constexpr KindHint kHints[] = {
     {ValueKind::kUrl, " (an object such as {url, caption}, or two texts, without the marks <URL> and <C>)"},
 };
 
-std::string DescribeRange(const ValueType& type) {
-  for (const KindHint& hint : kHints) {
-    if (hint.kind == type.kind) return hint.text + std::string(".");
-  }
-  if (type.kind != ValueKind::kInteger) return ".";
-  return " (" + std::to_string(type.least) + " to " + std::to_string(type.greatest) + ").";
-}
-
 // How many arguments a call may have, for the message about another number; null when this one is right.
 const char* WrongCount(const ValueType& type, std::size_t count) {
   if (type.kind == ValueKind::kUrl) return count == 1 || count == 2 ? nullptr : " takes one or two values.";
@@ -174,7 +166,8 @@ JSValueRef CallTyped(JSContextRef context, JSObjectRef function, JSObjectRef, st
   const Arguments given{arguments[0], count > 1 ? arguments[1] : undefined};
   if (!WriteTyped(context, converter, given, value->text, exception)) {
     if (!*exception)
-      *exception = MakeError(context, call + ": the value is none of this type" + DescribeRange(type));
+      *exception =
+          MakeError(context, call + ": the value is none of this type" + DescribeWelcome(type) + ".");
     return undefined;
   }
   return JSObjectMake(context, TypedValueClass(), value.release());
@@ -197,13 +190,27 @@ JSClassRef ConverterClass() {
 
 }  // namespace
 
-void InstallTyped(JSContextRef context, JSObjectRef global, const DateReader& dates) {
+JSObjectRef InstallTyped(JSContextRef context, JSObjectRef global, const DateReader& dates) {
   const JSObjectRef typed = JSObjectMake(context, nullptr, nullptr);
   SetProperty(context, global, "typed", typed);
   for (const ValueType* type = BeginValueTypes(); type != EndValueTypes(); ++type) {
     SetProperty(context, typed, type->name,
                 JSObjectMake(context, ConverterClass(), new Converter{type, &dates}));
   }
+  return typed;
+}
+
+bool WriteTypedText(JSContextRef context, const ValueType& type, const DateReader& dates, JSValueRef value,
+                    std::string& text, JSValueRef* exception) {
+  return WriteTyped(context, {&type, &dates}, {value, JSValueMakeUndefined(context)}, text, exception);
+}
+
+std::string DescribeWelcome(const ValueType& type) {
+  for (const KindHint& hint : kHints) {
+    if (hint.kind == type.kind) return hint.text;
+  }
+  if (type.kind != ValueKind::kInteger) return "";
+  return " (" + std::to_string(type.least) + " to " + std::to_string(type.greatest) + ")";
 }
 
 const TypedValue* TypedValueOf(JSContextRef context, JSValueRef value) {

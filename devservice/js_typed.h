@@ -16,11 +16,17 @@ struct TypedValue {
   std::string text;
 };
 
-// Puts `typed` into a global object. The reader is borrowed and has to outlive the context.
-void InstallTyped(JSContextRef context, JSObjectRef global, const DateReader& dates);
+// Puts `typed` into a global object and returns it. The reader is borrowed and has to outlive the context.
+JSObjectRef InstallTyped(JSContextRef context, JSObjectRef global, const DateReader& dates);
 
 // What the value carries when it is one of these objects, else null. Lives as long as the value.
 const TypedValue* TypedValueOf(JSContextRef context, JSValueRef value);
+
+// The text that typed.TYPE(value) carries. False when the value is none of the type, or when String(value)
+// threw, which is left in `exception`. DescribeWelcome says what is one, for the end of a message.
+bool WriteTypedText(JSContextRef context, const ValueType& type, const DateReader& dates, JSValueRef value,
+                    std::string& text, JSValueRef* exception);
+std::string DescribeWelcome(const ValueType& type);
 
 // A whole number of either kind as a 64-bit integer; false when it is none or beyond the range.
 bool IntegerOf(JSContextRef context, JSValueRef value, std::int64_t& result);

@@ -5,9 +5,11 @@
 #include "devservice/date_text.h"
 #include "devservice/fault_codes.h"
 #include "devservice/js_handles.h"
+#include "devservice/js_inferred_table.h"
 #include "devservice/js_objects.h"
 #include "devservice/js_parameters.h"
 #include "devservice/js_publish.h"
+#include "devservice/js_table.h"
 #include "devservice/js_typed.h"
 #include "devservice/text.h"
 
@@ -29,6 +31,13 @@ ScriptResult MakeFault(int code, const std::string& description, const std::stri
 
 ScriptResult MakeValue(const char* type, std::string text) {
   return {ResultKind::kValue, type, std::move(text), 0, ""};
+}
+
+ScriptResult MakeTableResult(const Table& table) {
+  ScriptResult result;
+  result.kind = ResultKind::kTable;
+  result.table = table;
+  return result;
 }
 
 ScriptResult ResultOfNumber(double number) {
@@ -114,16 +123,25 @@ void TakePlace(JSContextRef context, JSObjectRef thrown, ScriptResult& fault) {
 
 }  // namespace
 
-void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const DateReader& dates,
+void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const ValueReaders& readers,
                       const std::shared_ptr<WorkerFiles>& files) {
   const JSObjectRef global = JSContextGetGlobalObject(context);
   InstallParameters(context, global, job.parameters, *files);
-  InstallTyped(context, global, dates);
+  InstallTable(context, InstallTyped(context, global, readers.dates), readers);
   InstallPublish(context, global, files);
   JSEvaluateScript(context, MakeJsString(kPrelude).get(), nullptr, nullptr, 1, nullptr);
 }
 
-ScriptResult ResultOfValue(JSContextRef context, JSValueRef value, const DateReader& dates) {
+ScriptResult ResultOfValue(JSContextRef context, JSValueRef value, const ValueReaders& readers) {
+  if (const Table* table = TableOf(context, value)) return MakeTableResult(*table);
+  if (JSValueIsArray(context, value)) {
+    auto rows = ResultOfRows(context, JSValueToObject(context, value, nullptr), readers);
+    if (rows) return *std::move(rows);
+  }
+  return ResultOfSingle(context, value, readers.dates);
+}
+
+ScriptResult ResultOfSingle(JSContextRef context, JSValueRef value, const DateReader& dates) {
   switch (JSValueGetType(context, value)) {
     case kJSTypeUndefined:
       return {};

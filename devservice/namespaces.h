@@ -16,9 +16,11 @@ struct Namespaces {
   explicit Namespaces(const std::string& host)
       : service(host + "/dev/ns/ivarnel/scriptwells"),
         sof(host + "/dev/ns/SOF/2.0"),
+        dataTypes(host + "/ns/core/DataTypes/1.0"),
         script(host + "/dev/ns/scriptwellsApp/scriptwell/1.0") {}
   std::string service;
   std::string sof;
+  std::string dataTypes;
   std::string script;
 };
 

@@ -52,6 +52,25 @@ constexpr OddForm kOddTransfers[] = {
     {"download-name-nul", [](OddForms& forms) { forms.transfer.fileName = std::string_view("a\0b", 3); }},
 };
 
+constexpr TableNames kOtherTableNames{"a", "b", "c", "d", "e", "f"};
+
+// What happens to tables.
+constexpr OddForm kOddTables[] = {
+    {"table-sof", [](OddForms& forms) { forms.table.type = "sof:RecordList"; }},
+    {"table-other-type", [](OddForms& forms) { forms.table.type = "any:MyRECORDLIST2"; }},
+    {"table-other-names", [](OddForms& forms) { forms.table.names = &kOtherTableNames; }},
+    {"table-whitespace", [](OddForms& forms) { forms.table.gap = "\n  "; }},
+    {"table-unknown-type", [](OddForms& forms) { forms.table.firstColumnType = "xsd:decimal"; }},
+    {"table-no-headers", [](OddForms& forms) { forms.table.noHeaders = true; }},
+    {"table-no-schema", [](OddForms& forms) { forms.table.noSchema = true; }},
+    {"table-no-records", [](OddForms& forms) { forms.table.noRecords = true; }},
+    {"table-no-names", [](OddForms& forms) { forms.table.noColumnNames = true; }},
+    {"table-no-types", [](OddForms& forms) { forms.table.noColumnTypes = true; }},
+    {"table-extra-cell", [](OddForms& forms) { forms.table.extraCell = true; }},
+    {"table-missing-cell", [](OddForms& forms) { forms.table.missingCell = true; }},
+    {"table-cut", [](OddForms& forms) { forms.table.cut = true; }},
+};
+
 // Texts that readers accept in ways of their own, or refuse.
 constexpr OddValue kOddValues[] = {
     {"url-empty-parts", "sof:url", "<URL/><C/>"},
@@ -85,6 +104,7 @@ bool ApplyForm(const OddForm* form, const OddForm* end, std::string_view name, O
 bool AddOddForm(std::string_view name, OddForms& forms) {
   if (ApplyForm(std::begin(kOddForms), std::end(kOddForms), name, forms)) return true;
   if (ApplyForm(std::begin(kOddTransfers), std::end(kOddTransfers), name, forms)) return true;
+  if (ApplyForm(std::begin(kOddTables), std::end(kOddTables), name, forms)) return true;
   for (const OddValue& value : kOddValues) {
     if (name != value.name) continue;
     forms.value = &value;
@@ -111,6 +131,7 @@ std::string OddFormNames() {
   std::string names;
   for (const OddForm& form : kOddForms) names += (names.empty() ? "" : ", ") + std::string(form.name);
   for (const OddValue& value : kOddValues) names += ", " + std::string(value.name);
+  for (const OddForm& table : kOddTables) names += ", " + std::string(table.name);
   for (const OddForm& transfer : kOddTransfers) names += ", " + std::string(transfer.name);
   return names;
 }

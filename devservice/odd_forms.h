@@ -32,6 +32,34 @@ struct TransferForms {
   const char* ticketEnd = "";                // put behind the ticket
 };
 
+// The names of a table's elements, which readers do not look at.
+struct TableNames {
+  const char* headers;
+  const char* schema;
+  const char* column;
+  const char* records;
+  const char* record;
+  const char* cell;  // Null: that of its column.
+};
+inline constexpr TableNames kTableNames{"q1:Headers", "xsd:schema", "xsd:element",
+                                        "q1:Records", "q1:Record",  nullptr};
+
+// What is to differ in a table that a script answers. All pointers live for the whole process.
+struct TableForms {
+  const char* type = "q1:RecordList";  // xsi:type
+  const TableNames* names = &kTableNames;
+  const char* gap = "";                   // in front of every tag inside the table
+  const char* firstColumnType = nullptr;  // in place of the first column's type
+  bool noHeaders = false;
+  bool noSchema = false;
+  bool noRecords = false;
+  bool noColumnNames = false;
+  bool noColumnTypes = false;
+  bool extraCell = false;    // one behind the last column, in every record
+  bool missingCell = false;  // every record lacks its last one
+  bool cut = false;          // the markup breaks off amid the records
+};
+
 // What is to differ from an ordinary answer.
 struct OddForms {
   bool prefixedAnswer = false;  // "NS2:" before the answer element
@@ -46,6 +74,7 @@ struct OddForms {
   Charset charset = Charset::kUtf8;
   Delivery delivery = Delivery::kPlain;
   TransferForms transfer;
+  TableForms table;
 };
 
 // The forms that a path asks for by starting with "/odd/NAME+NAME/". A name that does not exist is put into

@@ -17,7 +17,7 @@ ScriptResult DescribeFailure(JSContextRef context, JSStringRef code, JSValueRef 
 
 }  // namespace
 
-ScriptEngine::ScriptEngine() : group_(JSContextGroupCreate()), dates_(group_) {}
+ScriptEngine::ScriptEngine() : group_(JSContextGroupCreate()), readers_(group_) {}
 ScriptEngine::~ScriptEngine() {
   JSContextGroupRelease(group_);
 }
@@ -25,13 +25,13 @@ ScriptEngine::~ScriptEngine() {
 ScriptResult ScriptEngine::Run(const ScriptJob& job) {
   const JsContext context(JSGlobalContextCreateInGroup(group_, nullptr));
   const auto files = std::make_shared<WorkerFiles>(job.files);
-  InstallScriptApi(context.get(), job, dates_, files);
+  InstallScriptApi(context.get(), job, readers_, files);
   const JsString code = MakeJsString(job.code);
   JSValueRef exception = nullptr;
   const JSValueRef value =
       JSEvaluateScript(context.get(), code.get(), nullptr, nullptr, kFirstLine, &exception);
   if (exception) return DescribeFailure(context.get(), code.get(), exception);
-  ScriptResult result = ResultOfValue(context.get(), value, dates_);
+  ScriptResult result = ResultOfValue(context.get(), value, readers_);
   result.files = files->Made();
   return result;
 }

@@ -3,7 +3,7 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
-#include "devservice/js_dates.h"
+#include "devservice/js_keys.h"
 #include "devservice/script_job.h"
 
 namespace qv::devservice {
@@ -21,7 +21,7 @@ class ScriptEngine {
 
  private:
   JSContextGroupRef group_;
-  DateReader dates_;
+  ValueReaders readers_;
 };
 
 }  // namespace qv::devservice

@@ -50,6 +50,23 @@ MadeFiles MadeFilesFromJson(const nlohmann::json& message) {
   return made;
 }
 
+nlohmann::json TableToJson(const Table& table) {
+  nlohmann::json columns = nlohmann::json::array();
+  for (const TableColumn& column : table.columns)
+    columns.push_back({column.name, column.displayName, column.type});
+  return {{"columns", std::move(columns)}, {"records", table.records}};
+}
+
+Table TableFromJson(const nlohmann::json& message) {
+  Table table;
+  for (const nlohmann::json& column : message.at("columns")) {
+    table.columns.push_back(
+        {column.at(0).get<std::string>(), column.at(1).get<std::string>(), column.at(2).get<std::string>()});
+  }
+  table.records = message.at("records").get<std::string>();
+  return table;
+}
+
 }  // namespace
 
 std::string NumberedPath(const std::string& path, std::size_t number) {
@@ -70,7 +87,8 @@ nlohmann::json ToJson(const ScriptResult& result) {
           {"text", result.text},
           {"code", result.code},
           {"source", result.source},
-          {"files", MadeFilesToJson(result.files)}};
+          {"files", MadeFilesToJson(result.files)},
+          {"table", TableToJson(result.table)}};
 }
 
 ScriptJob JobFromJson(nlohmann::json message) {
@@ -91,6 +109,7 @@ ScriptResult ResultFromJson(const nlohmann::json& message) {
   result.code = message.at("code").get<int>();
   result.source = message.at("source").get<std::string>();
   result.files = MadeFilesFromJson(message.at("files"));
+  result.table = TableFromJson(message.at("table"));
   return result;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "devservice/soap_request.h"
+#include "devservice/table.h"
 
 namespace qv::devservice {
 
@@ -53,10 +54,10 @@ struct MadeFiles {
   std::vector<NewFile> files;
 };
 
-enum class ResultKind { kValue, kNull, kNothing, kFault };
+enum class ResultKind { kValue, kNull, kNothing, kFault, kTable };
 
 // What a script came to: a value (`type` names a row of the type table, `text` is its text, unescaped), null,
-// nothing at all (undefined), or a fault. `source` is the place in the script as far as it is known.
+// nothing at all (undefined), a table, or a fault. `source` is the place in the script as far as it is known.
 struct ScriptResult {
   ResultKind kind = ResultKind::kNothing;
   std::string type;
@@ -64,6 +65,7 @@ struct ScriptResult {
   int code = 0;
   std::string source;
   MadeFiles files{};
+  Table table{};
 };
 
 nlohmann::json ToJson(const ScriptJob& job);

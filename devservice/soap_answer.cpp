@@ -1,6 +1,7 @@
 #include "devservice/soap_answer.h"
 
 #include "devservice/namespaces.h"
+#include "devservice/table_xml.h"
 #include "devservice/text.h"
 #include "devservice/value_types.h"
 
@@ -74,6 +75,7 @@ HttpAnswer Finish(int status, const std::string& body, const OddForms& forms) {
 
 const char* AnswerType(const ScriptResult& result, const OddForms& forms) {
   if (forms.value) return forms.value->type;
+  if (result.kind == ResultKind::kTable) return forms.table.type;
   const ValueType* type = result.kind == ResultKind::kValue ? FindValueType(result.type) : nullptr;
   return type ? type->answerType : "xsd:string";
 }
@@ -88,6 +90,13 @@ std::string ValueElement(const std::string& name, const ScriptResult& result, co
   return TypedElement(name, type, result.text);
 }
 
+std::string ExecuteResult(const std::string& name, const ScriptResult& result, const char* type,
+                          const Namespaces& spaces, const OddForms& forms) {
+  if (forms.value) return TypedElement(name, type, forms.value->text);
+  if (result.kind == ResultKind::kTable) return WriteTable(name, result.table, spaces, forms.table);
+  return ValueElement(name, result, type);
+}
+
 }  // namespace
 
 HttpAnswer WriteAnswer(Action action, const ScriptResult& result, const Namespaces& spaces,
@@ -99,8 +108,7 @@ HttpAnswer WriteAnswer(Action action, const ScriptResult& result, const Namespac
   if (action == Action::kExecute) {
     const char* type = AnswerType(result, forms);
     if (std::string_view(type).substr(0, 4) == "sof:") declarations += Attribute("xmlns:sof", spaces.sof);
-    content = forms.value ? TypedElement(method + "Result", type, forms.value->text)
-                          : ValueElement(method + "Result", result, type);
+    content = ExecuteResult(method + "Result", result, type, spaces, forms);
   } else if (action == Action::kCreateUserSession) {
     content = ValueElement(method + "Result", result, "xsd:string");
   }

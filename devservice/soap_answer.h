@@ -19,7 +19,8 @@ struct FaultContent {
 };
 
 // The answer element of an action. `result` is looked at for kExecute (its value) and kCreateUserSession (its
-// text is the session id); a result of the kind kFault is no answer and has to go to WriteFault.
+// text is the session id); a result of the kind kFault is no answer and has to go to WriteFault. Throws
+// FaultError when a table is too large.
 HttpAnswer WriteAnswer(Action action, const ScriptResult& result, const Namespaces& spaces,
                        const OddForms& forms);
 
