@@ -29,8 +29,12 @@ constexpr VARTYPE VT_VARIANT = 12;
 constexpr VARTYPE VT_UNKNOWN = 13;
 constexpr VARTYPE VT_I1 = 16;
 constexpr VARTYPE VT_UI1 = 17;
+constexpr VARTYPE VT_UI2 = 18;
+constexpr VARTYPE VT_UI4 = 19;
 constexpr VARTYPE VT_I8 = 20;
+constexpr VARTYPE VT_UI8 = 21;
 constexpr VARTYPE VT_INT = 22;
+constexpr VARTYPE VT_UINT = 23;
 constexpr VARTYPE VT_BYREF = 0x4000;
 
 using VARIANT_BOOL = std::int16_t;
@@ -41,11 +45,15 @@ constexpr VARIANT_BOOL VARIANT_FALSE = 0;
 // zero.
 union VariantData {
   std::int64_t llVal = 0;  // VT_I8
+  std::uint64_t ullVal;    // VT_UI8
   std::int8_t cVal;        // VT_I1
   std::uint8_t bVal;       // VT_UI1
   std::int16_t iVal;       // VT_I2
+  std::uint16_t uiVal;     // VT_UI2
   std::int32_t lVal;       // VT_I4
+  std::uint32_t ulVal;     // VT_UI4
   std::int32_t intVal;     // VT_INT
+  std::uint32_t uintVal;   // VT_UINT
   float fltVal;            // VT_R4
   double dblVal;           // VT_R8
   double date;             // VT_DATE: days since 30 December 1899, the fraction is the time of day
@@ -99,12 +107,35 @@ class Variant {
   VariantData data_{};
 };
 
-// Converts `source` to the tag VT_I1, VT_I2, VT_I4, VT_INT, VT_I8, VT_BSTR or to its own tag, and stores the
-// result in `*destination` (which may be `source`). VT_EMPTY is 0, true is -1; fractions round half to even;
-// texts may have blanks around, a sign, thousands separators, a decimal point and an exponent.
-// DISP_E_OVERFLOW: out of the tag's range. DISP_E_TYPEMISMATCH: VT_NULL, an object, a text that is no number.
-// DISP_E_BADVARTYPE: another target. As text, true is "-1", VT_EMPTY is empty, numbers have 7 (float) or 15
-// digits, a date reads "03/05/2024 10:15:30". *destination stays as it was on failure.
+// Converts `source` to `tag` and stores the result, which owns its content, in `*destination`; that may be
+// `source` or what `source` points to. On failure it stays as it was. The texts are English (en-US) ones,
+// whatever the locale of the process.
+//
+// Tags: every VT_ constant above but VT_VARIANT. A source may be a pointer to the value (VT_BYREF), also one
+// to a Variant (VT_BYREF | VT_VARIANT), which may be such a pointer itself, up to eight in a row.
+//
+// Own tag         a copy.
+// From VT_EMPTY   0, false, day 0 at midnight, the empty text.
+// From VT_BOOL    -1 for true, and to an unsigned tag the number with all bits set; as text "-1" and "0".
+// To VT_BOOL      whether the number is not 0. A text is "True", "False", "#TRUE#", "#FALSE#" in any case and
+//                 without blanks, or a number.
+// To whole tags   halves round to the even neighbour, and the rounded value has to be in range.
+// To VT_R4        the nearest one. What is not a number stays so; an infinite VT_R8 overflows.
+// To VT_DATE      a number is the serial date. A text is "3/5/2024" or "2024-03-05", alone or with a blank
+//                 and a time, or a time alone: "10:15", "10:15:30", "10:15:30 PM". Both '-' and '/' separate.
+//                 Years of two digits or one are those from 1930 to 2029. Not read: numbers, names of months,
+//                 dates without year or with the day before the month.
+// To VT_BSTR      VT_R4 with 7 and VT_R8 with 15 digits: "1.5", "1E+15", "1E-05", else "1.#INF", "-1.#INF",
+//                 "1.#QNAN", "-1.#IND". A date reads "3/5/2024 10:15:30 AM", to the second, without the time
+//                 at midnight and without the date on day 0.
+// Text to number  blanks around, one sign in front or behind, commas after the first digit of the whole part,
+//                 a decimal point, an exponent. A number too small for a float is 0.
+// To an object    VT_UNKNOWN and VT_DISPATCH become each other by QueryInterface; a null object stays null.
+//
+// DISP_E_OVERFLOW: out of the tag's range; for VT_DATE the years 100 to 9999. DISP_E_TYPEMISMATCH: no such
+// conversion: VT_NULL, to VT_EMPTY or VT_NULL, an object to anything else or the other way, an object without
+// the interface, a text that does not read, a VT_DATE out of range to text. DISP_E_BADVARTYPE: another tag,
+// or VT_BYREF in the target. E_INVALIDARG: a null pointer, or too many in a row. E_OUTOFMEMORY.
 HRESULT VariantChangeType(Variant* destination, const Variant& source, VARTYPE tag) noexcept;
 
 }  // namespace qv

@@ -1,162 +1,155 @@
-#include <charconv>
 #include <cmath>
-#include <cstdint>
-#include <limits>
-#include <string>
-#include <system_error>
+#include <cstddef>
 
+#include "platform/variant_date.h"
+#include "platform/variant_decimal.h"
+#include "platform/variant_operand.h"
 #include "platform/variant_text.h"
+#include "platform/variant_whole.h"
 #include "qvscriptwells/com_error.h"
+#include "qvscriptwells/dispatch.h"
 #include "qvscriptwells/variant.h"
 
 namespace qv {
 namespace {
 
-struct Range {
-  VARTYPE tag;
-  std::int64_t low;
-  std::int64_t high;
-};
+// The conversions, one per kind of target. Each fills in the value of a Variant under `target`, or leaves it.
+using Conversion = HRESULT (*)(const Operand& source, const VariantTag& target, VariantData* data);
 
-constexpr Range kRanges[] = {
-    {VT_I1, -128, 127},
-    {VT_I2, -32768, 32767},
-    {VT_I4, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()},
-    {VT_INT, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()},
-    {VT_I8, std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()},
-};
-
-const Range* RangeOf(VARTYPE tag) noexcept {
-  for (const Range& range : kRanges)
-    if (range.tag == tag) return &range;
-  return nullptr;
-}
-
-double RoundHalfToEven(double value) noexcept {
-  const double low = std::floor(value);
-  const double rest = value - low;
-  if (rest < 0.5) return low;
-  if (rest > 0.5) return low + 1;
-  return std::fmod(low, 2.0) == 0 ? low : low + 1;
-}
-
-HRESULT WholeFromDouble(double value, std::int64_t* whole) noexcept {
-  const double rounded = RoundHalfToEven(value);
-  // 2^63 is the first double beyond the range; not a number fails both tests.
-  if (!(rounded >= -9223372036854775808.0 && rounded < 9223372036854775808.0)) return DISP_E_OVERFLOW;
-  *whole = static_cast<std::int64_t>(rounded);
-  return S_OK;
-}
-
-bool IsBlank(char16_t unit) noexcept {
-  return unit == u' ' || unit == u'\t';
-}
-
-// The text without blanks around, thousands separators of its whole part and a leading plus; empty when it
-// holds anything that no number holds.
-std::string PlainNumber(std::u16string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  std::string plain;
-  bool whole = true;
-  bool digits = false;
-  for (const char16_t unit : text) {
-    if (unit == u',' && whole && digits) continue;
-    whole = whole && unit != u'.' && unit != u'e' && unit != u'E';
-    digits = digits || (unit >= u'0' && unit <= u'9');
-    if (unit > 0x7F ||
-        std::string_view("0123456789+-.eE").find(static_cast<char>(unit)) == std::string_view::npos)
-      return {};
-    plain.push_back(static_cast<char>(unit));
-  }
-  return plain.size() > 1 && plain[0] == '+' && plain[1] != '-' ? plain.substr(1) : plain;
-}
-
-HRESULT WholeFromText(std::u16string_view text, std::int64_t* whole) {
-  const std::string plain = PlainNumber(text);
-  const char* const end = plain.data() + plain.size();
-  const auto asWhole = std::from_chars(plain.data(), end, *whole);
-  if (asWhole.ec == std::errc() && asWhole.ptr == end) return S_OK;
-  double number = 0;
-  const auto asDouble = std::from_chars(plain.data(), end, number);
-  if (plain.empty() || asDouble.ptr != end || asDouble.ec == std::errc::invalid_argument)
-    return DISP_E_TYPEMISMATCH;
-  return asDouble.ec == std::errc() ? WholeFromDouble(number, whole) : DISP_E_OVERFLOW;
-}
-
-HRESULT WholeFrom(const Variant& source, std::int64_t* whole) {
-  const VariantData& data = source.Data();
-  switch (source.Tag()) {
-    case VT_EMPTY:
-      *whole = 0;
+HRESULT RealOf(const Operand& source, double* value) {
+  switch (source.type->kind) {
+    case ValueKind::kEmpty:
+      *value = 0;
       return S_OK;
-    case VT_I1:
-      *whole = data.cVal;  // NOLINT(bugprone-signed-char-misuse,cert-str34-c): a signed byte is meant
+    case ValueKind::kWhole:
+      *value = RealFromWhole(WholeOf(source));
       return S_OK;
-    case VT_UI1:
-      *whole = data.bVal;
+    case ValueKind::kReal:
+      *value = source.type->tag == VT_R4 ? static_cast<double>(source.data.fltVal) : source.data.dblVal;
       return S_OK;
-    case VT_I2:
-      *whole = data.iVal;
+    case ValueKind::kBool:
+      *value = source.data.boolVal != VARIANT_FALSE ? -1 : 0;
       return S_OK;
-    case VT_I4:
-    case VT_INT:
-      *whole = data.intVal;
+    case ValueKind::kDate:
+      *value = source.data.date;
       return S_OK;
-    case VT_I8:
-      *whole = data.llVal;
-      return S_OK;
-    case VT_BOOL:
-      *whole = data.boolVal;
-      return S_OK;
-    case VT_R4:
-      return WholeFromDouble(static_cast<double>(data.fltVal), whole);
-    case VT_R8:
-      return WholeFromDouble(data.dblVal, whole);
-    case VT_DATE:
-      return WholeFromDouble(data.date, whole);
-    case VT_BSTR:
-      return WholeFromText(source.Text().view(), whole);
+    case ValueKind::kText:
+      return RealFromText(source.Text(), value);
     default:
       return DISP_E_TYPEMISMATCH;
   }
 }
 
-Variant WholeVariant(VARTYPE tag, std::int64_t whole) noexcept {
-  VariantData data;
-  if (tag == VT_I1) data.cVal = static_cast<std::int8_t>(whole);
-  if (tag == VT_I2) data.iVal = static_cast<std::int16_t>(whole);
-  if (tag == VT_I4 || tag == VT_INT) data.intVal = static_cast<std::int32_t>(whole);
-  if (tag == VT_I8) data.llVal = whole;
-  return Variant::FromRaw(tag, data);
+HRESULT ToNothing(const Operand&, const VariantTag&, VariantData*) {
+  return DISP_E_TYPEMISMATCH;
 }
 
-HRESULT ChangeToText(Variant* destination, const Variant& source) {
+HRESULT RoundedOf(const Operand& source, Whole* whole) {
+  if (source.type->kind == ValueKind::kWhole) {
+    *whole = WholeOf(source);
+    return S_OK;
+  }
+  if (source.type->kind == ValueKind::kText) return WholeFromText(source.Text(), whole);
+  double value = 0;
+  const HRESULT code = RealOf(source, &value);
+  return Failed(code) ? code : WholeFromReal(value, whole);
+}
+
+HRESULT ToWhole(const Operand& source, const VariantTag& target, VariantData* data) {
+  if (source.type->kind == ValueKind::kBool && source.data.boolVal != VARIANT_FALSE) {
+    StoreTrue(target, data);
+    return S_OK;
+  }
+  Whole whole;
+  const HRESULT code = RoundedOf(source, &whole);
+  return Failed(code) ? code : StoreWhole(whole, target, data);
+}
+
+HRESULT NarrowToFloat(double value, VariantData* data) noexcept {
+  // Halfway between the greatest float and the one that would follow it; from there on a cast is undefined.
+  constexpr double kBeyondFloats = 340282356779733661637539395458142568448.0;
+  if (std::fabs(value) >= kBeyondFloats) return DISP_E_OVERFLOW;
+  data->fltVal = static_cast<float>(value);
+  return S_OK;
+}
+
+HRESULT ToReal(const Operand& source, const VariantTag& target, VariantData* data) {
+  double value = 0;
+  const HRESULT code = RealOf(source, &value);
+  if (Failed(code)) return code;
+  if (target.tag == VT_R4) return NarrowToFloat(value, data);
+  data->dblVal = value;
+  return S_OK;
+}
+
+HRESULT ToBool(const Operand& source, const VariantTag&, VariantData* data) {
+  bool value = false;
+  if (source.type->kind != ValueKind::kText || !ReadBoolWord(source.Text(), &value)) {
+    double number = 0;
+    const HRESULT code = RealOf(source, &number);
+    if (Failed(code)) return code;
+    value = number != 0;
+  }
+  data->boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  return S_OK;
+}
+
+HRESULT ToDate(const Operand& source, const VariantTag&, VariantData* data) {
+  double value = 0;
+  if (source.type->kind == ValueKind::kText) {
+    if (!ReadDate(source.Text(), &value)) return DISP_E_TYPEMISMATCH;
+  } else {
+    const HRESULT code = RealOf(source, &value);
+    if (Failed(code)) return code;
+    if (!IsDate(value)) return DISP_E_OVERFLOW;
+  }
+  data->date = value;
+  return S_OK;
+}
+
+HRESULT ToText(const Operand& source, const VariantTag&, VariantData* data) {
   WideString text;
-  const HRESULT code = TextOfVariant(source, &text);
-  if (Succeeded(code)) *destination = Variant::FromString(text);
+  const HRESULT code = TextOf(source, &text);
+  if (Succeeded(code)) data->bstrVal = text.Detach();
   return code;
 }
 
+HRESULT ToObject(const Operand& source, const VariantTag& target, VariantData* data) {
+  if (source.type->kind != ValueKind::kObject) return DISP_E_TYPEMISMATCH;
+  IUnknown* const object = source.data.punkVal;
+  if (object == nullptr) return S_OK;
+  const bool toDispatch = target.tag == VT_DISPATCH;
+  void* answer = nullptr;
+  const HRESULT code = object->QueryInterface(toDispatch ? IDispatch::kIid : IUnknown::kIid, &answer);
+  if (Failed(code) || answer == nullptr) return DISP_E_TYPEMISMATCH;
+  data->punkVal = toDispatch ? static_cast<IDispatch*>(answer) : static_cast<IUnknown*>(answer);
+  return S_OK;
+}
+
+// In the order of ValueKind.
+constexpr Conversion kConversions[] = {ToNothing, ToNothing, ToWhole, ToReal,
+                                       ToBool,    ToDate,    ToText,  ToObject};
+
 HRESULT ChangeType(Variant* destination, const Variant& source, VARTYPE tag) {
-  if (source.Tag() == tag) {
-    *destination = Variant(source);
+  const VariantTag* const target = FindVariantTag(tag);
+  if (target == nullptr) return DISP_E_BADVARTYPE;
+  Operand operand;
+  HRESULT code = ReadOperand(source, &operand);
+  if (Failed(code)) return code;
+  if (operand.type == target) {
+    *destination = OwnedCopy(operand);
     return S_OK;
   }
-  if (tag == VT_BSTR) return ChangeToText(destination, source);
-  const Range* range = RangeOf(tag);
-  if (range == nullptr) return DISP_E_BADVARTYPE;
-  std::int64_t whole = 0;
-  const HRESULT code = WholeFrom(source, &whole);
-  if (Failed(code)) return code;
-  if (whole < range->low || whole > range->high) return DISP_E_OVERFLOW;
-  *destination = WholeVariant(tag, whole);
-  return S_OK;
+  VariantData data;
+  code = kConversions[static_cast<std::size_t>(target->kind)](operand, *target, &data);
+  if (Succeeded(code)) *destination = Variant::FromRaw(tag, data);
+  return code;
 }
 
 }  // namespace
 
 HRESULT VariantChangeType(Variant* destination, const Variant& source, VARTYPE tag) noexcept {
+  if (destination == nullptr) return E_INVALIDARG;
   try {
     return ChangeType(destination, source, tag);
   } catch (const _com_error& error) {

@@ -1,100 +1,93 @@
 #include "platform/variant_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
-#include <cstdio>
 #include <string>
 
-#include "qvscriptwells/e_qv_exception.h"
-#include "qvscriptwells/serial_date.h"
+#include "platform/variant_date.h"
+#include "platform/variant_whole.h"
 
 namespace qv {
 namespace {
 
-WideString Widened(const char* begin, const char* end) {
-  return WideString(std::u16string(begin, end));
+constexpr int kFloatDigits = 7;
+constexpr int kDoubleDigits = 15;
+
+struct BoolWord {
+  std::u16string_view word;
+  bool value;
+};
+
+constexpr BoolWord kBoolWords[] = {
+    {u"TRUE", true}, {u"FALSE", false}, {u"#TRUE#", true}, {u"#FALSE#", false}};
+
+char16_t AsciiUpper(char16_t unit) noexcept {
+  return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
 }
 
-WideString WholeText(std::int64_t value) {
-  char digits[24];
-  return Widened(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+WideString WholeText(const Whole& whole) {
+  char digits[24] = "-";
+  char* const begin = whole.isNegative ? digits + 1 : digits;
+  const char* const end = std::to_chars(begin, digits + sizeof digits, whole.magnitude).ptr;
+  return WideString(std::u16string(static_cast<const char*>(digits), end));
 }
 
-// Whole numbers and booleans, by way of the widest of them.
-HRESULT TextOfWhole(const Variant& source, WideString* text) {
-  Variant whole;
-  const HRESULT code = VariantChangeType(&whole, source, VT_I8);
-  if (Succeeded(code)) *text = WholeText(whole.Data().llVal);
-  return code;
+// The words that scripts know from other hosts.
+WideString EndlessText(double value) {
+  const bool isNegative = std::signbit(value);
+  if (std::isinf(value)) return isNegative ? u"-1.#INF" : u"1.#INF";
+  return isNegative ? u"-1.#IND" : u"1.#QNAN";
 }
 
-WideString NumberText(double value, int precision) {
+WideString RealText(double value, int precision) {
+  if (!std::isfinite(value)) return EndlessText(value);
+  if (value == 0) return u"0";  // also for minus 0
   char digits[40];
-  char* const end =
+  const char* const end =
       std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, precision).ptr;
-  return Widened(digits, end);
+  std::u16string text(static_cast<const char*>(digits), end);
+  std::replace(text.begin(), text.end(), u'e', u'E');
+  return WideString(text);
 }
 
-std::u16string DayText(double serialDate) {
-  const CalendarDate date = DecodeDate(serialDate);
-  char text[24];
-  const int length = std::snprintf(text, sizeof text, "%02d/%02d/%04d", date.month, date.day, date.year);
-  return {text, text + length};
-}
-
-std::u16string ClockText(double serialDate) {
-  const ClockTime time = DecodeTime(serialDate);
-  char text[24];
-  const int length = std::snprintf(text, sizeof text, "%02d:%02d:%02d", time.hour, time.minute, time.second);
-  return {text, text + length};
-}
-
-std::u16string DateText(double serialDate) {
-  const bool hasDay = std::trunc(serialDate) != 0;
-  const bool hasClock = serialDate != std::trunc(serialDate) || !hasDay;
-  std::u16string text = DayText(serialDate);
-  if (!hasDay) text.clear();
-  if (hasDay && hasClock) text += u' ';
-  if (hasClock) text += ClockText(serialDate);
-  return text;
-}
-
-HRESULT TextOfDate(double serialDate, WideString* text) {
-  try {
-    *text = WideString(DateText(serialDate));
-    return S_OK;
-  } catch (const EQvException&) {
-    return DISP_E_TYPEMISMATCH;
-  }
+WideString RealText(const Operand& operand) {
+  return operand.type->tag == VT_R4 ? RealText(static_cast<double>(operand.data.fltVal), kFloatDigits)
+                                    : RealText(operand.data.dblVal, kDoubleDigits);
 }
 
 }  // namespace
 
-HRESULT TextOfVariant(const Variant& source, WideString* text) {
-  const VariantData& data = source.Data();
-  switch (source.Tag()) {
-    case VT_EMPTY:
+HRESULT TextOf(const Operand& operand, WideString* text) {
+  switch (operand.type->kind) {
+    case ValueKind::kEmpty:
       *text = u"";
       return S_OK;
-    case VT_BSTR:
-      *text = source.Text();
+    case ValueKind::kWhole:
+      *text = WholeText(WholeOf(operand));
       return S_OK;
-    case VT_R4:
-      *text = NumberText(static_cast<double>(data.fltVal), 7);
+    case ValueKind::kReal:
+      *text = RealText(operand);
       return S_OK;
-    case VT_R8:
-      *text = NumberText(data.dblVal, 15);
+    case ValueKind::kBool:
+      *text = operand.data.boolVal != VARIANT_FALSE ? u"-1" : u"0";
       return S_OK;
-    case VT_DATE:
-      return TextOfDate(data.date, text);
-    case VT_NULL:
-    case VT_UNKNOWN:
-    case VT_DISPATCH:
-      return DISP_E_TYPEMISMATCH;
+    case ValueKind::kDate:
+      return WriteDate(operand.data.date, text) ? S_OK : DISP_E_TYPEMISMATCH;
     default:
-      return TextOfWhole(source, text);
+      return DISP_E_TYPEMISMATCH;
   }
+}
+
+bool ReadBoolWord(std::u16string_view text, bool* value) noexcept {
+  for (const BoolWord& row : kBoolWords) {
+    const bool same =
+        std::equal(text.begin(), text.end(), row.word.begin(), row.word.end(),
+                   [](char16_t unit, char16_t upper) noexcept { return AsciiUpper(unit) == upper; });
+    if (same) *value = row.value;
+    if (same) return true;
+  }
+  return false;
 }
 
 }  // namespace qv

@@ -1,13 +1,16 @@
-// The text of a Variant's value, for a change to VT_BSTR.
+// Texts of a Variant's value, for a change to VT_BSTR and from it.
 #pragma once
 
-#include "qvscriptwells/variant.h"
+#include <string_view>
+
+#include "platform/variant_operand.h"
 
 namespace qv {
 
-// VT_EMPTY is empty, true is "-1"; floating numbers have 7 digits, doubles 15; a date reads "03/05/2024
-// 10:15:30", without the half that is zero. DISP_E_TYPEMISMATCH: VT_NULL, an object, a date beyond the
-// calendar. DISP_E_BADVARTYPE: a tag without text. May throw out of memory.
-HRESULT TextOfVariant(const Variant& source, WideString* text);
+// DISP_E_TYPEMISMATCH: VT_NULL, an object, a date out of range. May throw out of memory.
+HRESULT TextOf(const Operand& operand, WideString* text);
+
+// "True", "False", "#TRUE#", "#FALSE#", in any case. False: another word.
+bool ReadBoolWord(std::u16string_view text, bool* value) noexcept;
 
 }  // namespace qv

@@ -50,12 +50,17 @@ TEST(Variant, TagsHavePublishedNumbers) {
   EXPECT_EQ(VT_UNKNOWN, 13);
   EXPECT_EQ(VT_I1, 16);
   EXPECT_EQ(VT_UI1, 17);
+  EXPECT_EQ(VT_UI2, 18);
+  EXPECT_EQ(VT_UI4, 19);
   EXPECT_EQ(VT_I8, 20);
+  EXPECT_EQ(VT_UI8, 21);
   EXPECT_EQ(VT_INT, 22);
+  EXPECT_EQ(VT_UINT, 23);
   EXPECT_EQ(VT_BYREF, 0x4000);
   EXPECT_EQ(VARIANT_TRUE, -1);
   EXPECT_EQ(VARIANT_FALSE, 0);
   EXPECT_EQ(sizeof(VariantData), 8u);
+  EXPECT_EQ(sizeof(Variant), 16u);
 }
 
 TEST(Variant, FreshOneIsEmptyWithZeroBytes) {

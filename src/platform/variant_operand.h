@@ -1,0 +1,40 @@
+// What a change of type starts from: the value behind a Variant, reached through its pointers.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "qvscriptwells/variant.h"
+
+namespace qv {
+
+// Tags of one kind are converted alike. The order is that of the table of conversions.
+enum class ValueKind { kEmpty, kNull, kWhole, kReal, kBool, kDate, kText, kObject };
+
+struct VariantTag {
+  VARTYPE tag;
+  ValueKind kind;
+  std::size_t size;  // of the value in bytes; 0: there is none
+  bool isSigned;     // of whole numbers
+};
+
+// Null for a tag that no conversion knows, and for every tag with VT_BYREF.
+const VariantTag* FindVariantTag(VARTYPE tag) noexcept;
+
+// Borrows from the Variant that it was read of.
+struct Operand {
+  const VariantTag* type = nullptr;
+  VariantData data;
+  bool isForeign = false;  // the value stands outside a Variant, where its owner may rewrite it
+
+  // Of a text, empty for a null one.
+  std::u16string_view Text() const noexcept { return {data.bstrVal, StringLength(data.bstrVal)}; }
+};
+
+// DISP_E_BADVARTYPE for an unknown tag; E_INVALIDARG for a null pointer or too many in a row.
+HRESULT ReadOperand(const Variant& source, Operand* operand) noexcept;
+
+// An owner of the same value. A foreign text is copied, any other one shared. May throw out of memory.
+Variant OwnedCopy(const Operand& operand);
+
+}  // namespace qv
