@@ -27,16 +27,32 @@ struct AnswerNodes {
   XmlNode prefixedAnswer;
 };
 
-AnswerNodes FindAnswerNodes(const XmlNode& document, const WideString& action) {
+struct Wanted {
+  std::u16string_view name;
+  XmlNode* place;
+};
+
+// Whether this element is the first one of that name.
+bool Take(const Wanted& wanted, std::u16string_view tag, const XmlNode& element) {
+  if (tag != wanted.name || !wanted.place->IsNull()) return false;
+  *wanted.place = element;
+  return true;
+}
+
+// Names that the document does not hold are not searched for: a table is large, and answers in it stand in
+// front.
+AnswerNodes FindAnswerNodes(const QvDomParser& parser, const WideString& action) {
   const std::u16string name = std::u16string(action.view()).append(u"Response");
   const std::u16string prefixed = std::u16string(u"NS2:").append(name);
   AnswerNodes found;
-  for (XmlWalk walk(document); !walk.Node().IsNull() && found.fault.IsNull(); walk.Next()) {
+  const Wanted wanted[] = {
+      {u"soap:Fault", &found.fault}, {name, &found.answer}, {prefixed, &found.prefixedAnswer}};
+  int missing = 0;
+  for (const Wanted& one : wanted) missing += parser.MayHold(one.name) ? 1 : 0;
+  for (XmlWalk walk(parser.Document()); missing != 0 && !walk.Node().IsNull(); walk.Next()) {
     if (walk.Node().NodeType() != XmlNode::kElement) continue;
     const std::u16string_view tag = walk.Node().Name();
-    if (tag == u"soap:Fault") found.fault = walk.Node();
-    if (found.answer.IsNull() && tag == name) found.answer = walk.Node();
-    if (found.prefixedAnswer.IsNull() && tag == prefixed) found.prefixedAnswer = walk.Node();
+    for (const Wanted& one : wanted) missing -= Take(one, tag, walk.Node()) ? 1 : 0;
   }
   return found;
 }
@@ -136,11 +152,12 @@ void CSOAPResponse::Parse() {
     if (!IsEnvelope(text_.view())) throw EQvException(u"The respone that arrived is not valid");
     parser.ParseHostileText(text_.view(), kBufferId);
   }
-  ReadDocument(parser.Document());
+  ReadDocument(parser);
 }
 
-void CSOAPResponse::ReadDocument(const XmlNode& document) {
-  const AnswerNodes nodes = FindAnswerNodes(document, action_);
+void CSOAPResponse::ReadDocument(const QvDomParser& parser) {
+  const AnswerNodes nodes = FindAnswerNodes(parser, action_);
+  const XmlNode document = parser.Document();
   if (!nodes.fault.IsNull()) DeserializeFault(document);
   const XmlNode answer = nodes.answer.IsNull() ? nodes.prefixedAnswer : nodes.answer;
   if (answer.IsNull() || action_.view() == u"CloseUserSession") return;

@@ -7,6 +7,8 @@
 
 namespace qv {
 
+class QvDomParser;
+
 class CSOAPResponse {
  public:
   void SetText(const WideString& action, const WideString& text, bool fromFile);
@@ -18,7 +20,7 @@ class CSOAPResponse {
 
  private:
   void Parse();
-  void ReadDocument(const XmlNode& document);
+  void ReadDocument(const QvDomParser& parser);
   void ReadAnswer(const XmlNode& answer, const XmlNode& documentElement);
 
   WideString action_;

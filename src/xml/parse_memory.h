@@ -31,11 +31,13 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   struct Piece;
 
   std::size_t SmallRequestLimit() const noexcept;
+  std::size_t LargestShared() const noexcept;
   void* TakeFromBlock(std::size_t total) noexcept;
   void* TakeAlone(std::size_t total);
   void StartBlock();
   void Link(Block* block) noexcept;
   void Unlink(Block* block) noexcept;
+  static void Give(Block* block, bool isSpare) noexcept;
 
   Block* blocks_ = nullptr;  // all that the system gave, the newest first
   Block* shared_ = nullptr;  // the one that pieces are cut from

@@ -1,6 +1,7 @@
 #include "xml/qv_dom_parser.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 
 #include <xercesc/dom/DOMException.hpp>
@@ -23,6 +24,9 @@ namespace xc = XERCES_CPP_NAMESPACE;
 // ceiling before 32 million units.
 constexpr std::size_t kBytesPerUnit = 64;
 constexpr std::size_t kBytesForAnyText = std::size_t{64} << 20;
+// Texts of more than 128 million units, which only tables are: a table needs 13 bytes for a unit.
+constexpr std::size_t kBytesPerUnitOfLarge = 16;
+constexpr std::size_t kLargestUnits = std::numeric_limits<std::size_t>::max() / kBytesPerUnitOfLarge;
 
 }  // namespace
 
@@ -34,7 +38,10 @@ QvDomParser::QvDomParser() : TreeBuilder(nullptr, &Memory()), ownHandler_(true),
 QvDomParser::~QvDomParser() = default;
 
 std::size_t QvDomParser::MemoryCeilingFor(std::size_t units) noexcept {
-  return kBytesForAnyText + std::min(units, (kMostBytes - kBytesForAnyText) / kBytesPerUnit) * kBytesPerUnit;
+  const std::size_t small =
+      kBytesForAnyText + std::min(units, (kMostBytes - kBytesForAnyText) / kBytesPerUnit) * kBytesPerUnit;
+  const std::size_t large = std::min(units, kLargestUnits) * kBytesPerUnitOfLarge;
+  return std::max(small, large);
 }
 
 void QvDomParser::ParseHostileText(std::u16string_view text, const char* bufferId) {
@@ -77,6 +84,11 @@ XmlNode QvDomParser::Document() const {
   return XmlNode(fDocument);
 }
 
+bool QvDomParser::MayHold(std::u16string_view elementName) const {
+  if (hasDocumentType_ || getDoNamespaces() || getDoSchema()) return true;
+  return std::find(elementNames_.begin(), elementNames_.end(), elementName) != elementNames_.end();
+}
+
 void QvDomParser::error(unsigned int /*code*/, const XMLCh* /*domain*/, xc::XMLErrorReporter::ErrTypes type,
                         const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
                         XMLFileLoc column) {
@@ -99,6 +111,9 @@ void QvDomParser::startElement(const xc::XMLElementDecl& declaration, unsigned i
     if (declaration.getId() > kMaxElementNames) Refuse(u"The document has too many different elements.");
     if (attributeCount > kMaxAttributesOfElement) Refuse(u"The element has too many attributes.");
   }
+  // The names of declared elements have numbers of their own.
+  if (!hasDocumentType_ && declaration.getId() > elementNames_.size())
+    elementNames_.emplace_back(declaration.getFullName());
   TreeBuilder::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
 }
 
@@ -116,6 +131,7 @@ void QvDomParser::XMLDecl(const XMLCh* version, const XMLCh* encoding, const XML
 // Nor does it take every name that the scanner takes.
 void QvDomParser::doctypeDecl(const xc::DTDElementDecl& root, const XMLCh* publicId, const XMLCh* systemId,
                               bool hasInternalSubset, bool hasExternalSubset) {
+  hasDocumentType_ = true;
   try {
     TreeBuilder::doctypeDecl(root, publicId, systemId, hasInternalSubset, hasExternalSubset);
   } catch (const xc::DOMException&) {

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <xercesc/util/SecurityManager.hpp>
 
@@ -64,8 +65,11 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
 
   // The document of the last parse, null node when there is none.
   XmlNode Document() const;
+  // False when no element of the document has this name, as far as that is known without looking: a search
+  // for what is not there can be left out.
+  bool MayHold(std::u16string_view elementName) const;
 
-  // Bytes that a text of so many units may cost.
+  // Bytes that a text of so many units may cost: at most kMostBytes, or 16 a unit where that is more.
   static std::size_t MemoryCeilingFor(std::size_t units) noexcept;
 
   static constexpr std::size_t kMaxEntityExpansions = 64;
@@ -115,6 +119,8 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   std::size_t declarations_ = 0;
   std::size_t maxExpansions_ = 0;  // 0: no limits
   bool isHostile_ = false;
+  bool hasDocumentType_ = false;
+  std::vector<std::u16string> elementNames_;  // of a document without document type
 };
 
 }  // namespace qv

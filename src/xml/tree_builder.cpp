@@ -4,29 +4,15 @@
 #include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
 #include <xercesc/dom/impl/DOMCasts.hpp>
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMElementImpl.hpp>
-#include <xercesc/dom/impl/DOMTextImpl.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLElementDecl.hpp>
+
+#include "xml/node_links.h"
 
 namespace qv {
 namespace {
 
 namespace xc = XERCES_CPP_NAMESPACE;
-
-bool IsElement(const xc::DOMNode* node) {
-  return node->getNodeType() == xc::DOMNode::ELEMENT_NODE;
-}
-bool IsText(const xc::DOMNode* node) {
-  return node->getNodeType() == xc::DOMNode::TEXT_NODE;
-}
-
-xc::DOMElementImpl* AsElement(xc::DOMNode* node) {
-  return static_cast<xc::DOMElementImpl*>(node);
-}
-xc::DOMTextImpl* AsText(xc::DOMNode* node) {
-  return static_cast<xc::DOMTextImpl*>(node);
-}
 
 xc::DOMChildNode& LinksOf(xc::DOMNode* child) {
   if (IsElement(child)) return AsElement(child)->fChild;
@@ -68,6 +54,24 @@ void AddAttribute(xc::DOMElementImpl* element, xc::DOMAttrImpl* attribute, const
 
 }  // namespace
 
+void TreeBuilder::startDocument() {
+  for (KnownName& known : knownNames_) known = {};
+  XercesDOMParser::startDocument();
+}
+
+// Looking up a name in the document's table is the dearest part of making an element.
+xc::DOMElement* TreeBuilder::NewElement(const xc::XMLElementDecl& declaration) {
+  KnownName& known = knownNames_[declaration.getId() % kKnownNames];
+  if (known.declaration == &declaration) {
+    auto* element = new (fDocument, xc::DOMMemoryManager::ELEMENT_OBJECT) xc::DOMElementImpl(fDocument, u"");
+    element->fName = known.name;
+    return element;
+  }
+  xc::DOMElement* element = createElement(declaration.getFullName());
+  known = {&declaration, AsElement(element)->fName};
+  return element;
+}
+
 void TreeBuilder::startElement(const xc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
                                const xc::RefVectorOf<xc::XMLAttr>& attributes, XMLSize_t attributeCount,
                                bool isEmpty, bool isRoot) {
@@ -75,7 +79,7 @@ void TreeBuilder::startElement(const xc::XMLElementDecl& declaration, unsigned i
     XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
     return;
   }
-  xc::DOMElementImpl* element = AsElement(createElement(declaration.getFullName()));
+  xc::DOMElementImpl* element = AsElement(NewElement(declaration));
   if (attributeCount != 0) element->fAttributes->reserve(attributeCount);
   for (XMLSize_t i = 0; i < attributeCount; ++i) {
     const xc::XMLAttr& source = *attributes.elementAt(i);

@@ -13,6 +13,7 @@ class TreeBuilder : public XERCES_CPP_NAMESPACE_QUALIFIER XercesDOMParser {
  public:
   using XERCES_CPP_NAMESPACE_QUALIFIER XercesDOMParser::XercesDOMParser;
 
+  void startDocument() override;
   void startElement(
       const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl& declaration, unsigned int uriId,
       const XMLCh* prefix,
@@ -26,6 +27,19 @@ class TreeBuilder : public XERCES_CPP_NAMESPACE_QUALIFIER XercesDOMParser {
   // An attribute with a copy of its name: the library's table of names has 257 places, so a document in which
   // every attribute has another name would take time by the square of its length.
   XERCES_CPP_NAMESPACE_QUALIFIER DOMAttr* createAttr(const XMLCh* name) override;
+
+ private:
+  // The document's own copy of the name of a declaration that came up lately.
+  struct KnownName {
+    const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl* declaration;
+    const XMLCh* name;
+  };
+  static constexpr unsigned kKnownNames = 64;
+
+  XERCES_CPP_NAMESPACE_QUALIFIER DOMElement* NewElement(
+      const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl& declaration);
+
+  KnownName knownNames_[kKnownNames] = {};  // of this document
 };
 
 }  // namespace qv

@@ -6,6 +6,8 @@
 #include <xercesc/dom/DOMNode.hpp>
 #include <xercesc/dom/DOMText.hpp>
 
+#include "xml/node_links.h"
+
 namespace qv {
 namespace {
 
@@ -60,7 +62,7 @@ bool XmlNode::HasValue() const {
 }
 
 XmlNode XmlNode::FirstChild() const {
-  return node_ == nullptr ? XmlNode() : XmlNode(node_->getFirstChild());
+  return node_ == nullptr ? XmlNode() : XmlNode(FirstChildOf(node_));
 }
 
 XmlNode XmlNode::LastChild() const {
@@ -68,11 +70,11 @@ XmlNode XmlNode::LastChild() const {
 }
 
 XmlNode XmlNode::NextSibling() const {
-  return node_ == nullptr ? XmlNode() : XmlNode(node_->getNextSibling());
+  return node_ == nullptr ? XmlNode() : XmlNode(NextSiblingOf(node_));
 }
 
 XmlNode XmlNode::Parent() const {
-  return node_ == nullptr ? XmlNode() : XmlNode(node_->getParentNode());
+  return node_ == nullptr ? XmlNode() : XmlNode(ParentOf(node_));
 }
 
 bool XmlNode::HasAttributeMap() const {

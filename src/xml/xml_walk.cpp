@@ -1,15 +1,21 @@
 #include "xml/xml_walk.h"
 
+#include "xml/node_links.h"
+
 namespace qv {
 
+namespace xc = XERCES_CPP_NAMESPACE;
+
 void XmlWalk::Next() {
-  const XmlNode child = node_.FirstChild();
-  if (!child.IsNull()) {
-    node_ = child;
-    return;
+  if (node_.IsNull()) return;
+  const xc::DOMNode* const root = root_.DomNode();
+  const xc::DOMNode* node = node_.DomNode();
+  const xc::DOMNode* next = FirstChildOf(node);
+  while (next == nullptr && node != root) {
+    next = NextSiblingOf(node);
+    if (next == nullptr) node = ParentOf(node);
   }
-  while (!(node_ == root_) && node_.NextSibling().IsNull()) node_ = node_.Parent();
-  node_ = node_ == root_ ? XmlNode() : node_.NextSibling();
+  node_ = XmlNode(next);
 }
 
 XmlNode DocumentElement(const XmlNode& document) {
