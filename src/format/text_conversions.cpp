@@ -118,50 +118,59 @@ constexpr RefusedNumber kRefusedNumbers[] = {{u"NaN", u"Unable to convert NaN fl
                                              {u"INF", u"Unable to convert INF float value"},
                                              {u"-INF", u"Unable to convert -INF float value"}};
 
-// Zeros on the left up to `width`, a sign included.
-void AppendPadded(std::u16string& text, std::int64_t number, std::ptrdiff_t width) {
-  char digits[24];
-  const char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-  if (end - digits < width) text.append(static_cast<std::size_t>(width - (end - digits)), u'0');
-  text.append(static_cast<const char*>(digits), end);
+// Room for the longest form: ten numbers of at most 20 places and what stands between them.
+class PointText {
+ public:
+  void Add(char16_t unit) { units_[size_++] = unit; }
+  // Zeros on the left up to `width`, a sign included.
+  void AddPadded(std::int64_t number, std::ptrdiff_t width) {
+    char digits[24] = {};
+    const char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    for (std::ptrdiff_t missing = width - (end - digits); missing > 0; --missing) Add(u'0');
+    for (const char* digit = digits; digit != end; ++digit) Add(static_cast<char16_t>(*digit));
+  }
+  void AddNumber(std::int64_t number) { AddPadded(number, 0); }
+  WideString Text() const { return WideString(std::u16string_view(units_, size_)); }
+
+ private:
+  char16_t units_[256];
+  std::size_t size_ = 0;
+};
+
+void AppendDate(PointText& text, const DateTimeValue& value) {
+  text.AddPadded(value.Year, 4);
+  text.Add(u'-');
+  text.AddPadded(value.Month, 2);
+  text.Add(u'-');
+  text.AddPadded(value.Day, 2);
 }
 
-void AppendNumber(std::u16string& text, std::int64_t number) {
-  AppendPadded(text, number, 0);
+void AppendZone(PointText& text, std::int64_t minutes) {
+  if (minutes == 0) return text.Add(u'Z');
+  text.Add(minutes < 0 ? u'-' : u'+');
+  text.AddNumber(std::abs(minutes) / 60);
+  text.Add(u':');
+  text.AddNumber(std::abs(minutes) % 60);
 }
 
-void AppendDate(std::u16string& text, const DateTimeValue& value) {
-  AppendPadded(text, value.Year, 4);
-  text.push_back(u'-');
-  AppendPadded(text, value.Month, 2);
-  text.push_back(u'-');
-  AppendPadded(text, value.Day, 2);
-}
-
-void AppendZone(std::u16string& text, std::int64_t minutes) {
-  if (minutes == 0) return text.push_back(u'Z');
-  text.push_back(minutes < 0 ? u'-' : u'+');
-  AppendNumber(text, std::abs(minutes) / 60);
-  text.push_back(u':');
-  AppendNumber(text, std::abs(minutes) % 60);
-}
-
-void AppendTime(std::u16string& text, const DateTimeValue& value) {
+void AppendTime(PointText& text, const DateTimeValue& value) {
   const ClockTime time = DecodeTime(value.Time);
-  AppendPadded(text, time.hour, 2);
-  text.push_back(u':');
-  AppendPadded(text, time.minute, 2);
-  text.push_back(u':');
-  AppendPadded(text, time.second, 2);
-  text.push_back(u'.');
-  AppendNumber(text, time.millisecond);
+  text.AddPadded(time.hour, 2);
+  text.Add(u':');
+  text.AddPadded(time.minute, 2);
+  text.Add(u':');
+  text.AddPadded(time.second, 2);
+  text.Add(u'.');
+  text.AddNumber(time.millisecond);
   AppendZone(text, value.TimeZone);
 }
 
-void AppendMonth(std::u16string& text, const DateTimeValue& value) {
-  text.append(u"--");
-  AppendPadded(text, value.Month, 2);
-  text.append(u"--");
+void AppendMonth(PointText& text, const DateTimeValue& value) {
+  text.Add(u'-');
+  text.Add(u'-');
+  text.AddPadded(value.Month, 2);
+  text.Add(u'-');
+  text.Add(u'-');
 }
 
 }  // namespace
@@ -213,8 +222,7 @@ double ParseSerialDate(std::u16string_view text) {
 }
 
 WideString WriteDateTimeValue(const DateTimeValue& value) {
-  std::u16string text;
-  text.reserve(kDateTimePattern.size() + kPositiveZonePattern.size());
+  PointText text;
   switch (value.Accuracy) {
     case DateTimeValue::kCentury:
       return DecimalText(value.Year / 100);
@@ -231,13 +239,13 @@ WideString WriteDateTimeValue(const DateTimeValue& value) {
       break;
     case DateTimeValue::kDateTime:
       AppendDate(text, value);
-      text.push_back(u'T');
+      text.Add(u'T');
       AppendTime(text, value);
       break;
     default:
       throw EQvException(u"Invalid value");
   }
-  return WideString(text);
+  return text.Text();
 }
 
 WideString DomStringToWide(const char16_t* units, std::size_t length) {

@@ -2,6 +2,7 @@
 
 #include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale is POSIX
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <string>
@@ -9,6 +10,8 @@
 
 namespace qv {
 namespace {
+
+constexpr std::size_t kLongestNumber = 32;
 
 // isspace of the C locale.
 bool IsSpace(char16_t unit) noexcept {
@@ -45,7 +48,9 @@ locale_t CLocale() noexcept {
 }
 
 WideString Widened(const char* begin, const char* end) {
-  return WideString(std::u16string(begin, end));
+  char16_t units[kLongestNumber];
+  return WideString(
+      std::u16string_view(units, static_cast<std::size_t>(std::copy(begin, end, units) - units)));
 }
 
 }  // namespace
@@ -71,12 +76,12 @@ double ParseDouble(std::u16string_view text) {
 }
 
 WideString DecimalText(std::int64_t value) {
-  char digits[24];
+  char digits[kLongestNumber];
   return Widened(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
 }
 
 WideString GeneralText(double value) {
-  char digits[32];
+  char digits[kLongestNumber];
   return Widened(digits,
                  std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6).ptr);
 }

@@ -10,7 +10,7 @@
 namespace qv {
 namespace {
 
-constexpr std::size_t kFirstCapacity = 1024;
+constexpr std::size_t kFirstCapacity = 128;
 constexpr std::size_t kLongestTwiceEncoded = 12;  // "&amp;#65535;"
 constexpr std::u16string_view kAmp = u"&amp;";
 constexpr std::size_t kNone = std::u16string_view::npos;
@@ -46,6 +46,7 @@ char16_t* WideTextStream::Room(std::size_t units) {
     text_ = NewStringBlock(capacity_);
   } else if (needed > capacity_) {
     const std::size_t larger = std::max(needed, capacity_ + capacity_ / 2);
+    SetStringLength(text_, length_);
     text_ = ResizeStringBlock(text_, larger);
     capacity_ = larger;
   }
@@ -53,7 +54,7 @@ char16_t* WideTextStream::Room(std::size_t units) {
 }
 
 void WideTextStream::Wrote(const char16_t* end) {
-  SetStringLength(text_, static_cast<std::size_t>(end - text_));
+  length_ = static_cast<std::size_t>(end - text_);
 }
 
 void WideTextStream::Append(std::u16string_view text) {
@@ -91,6 +92,30 @@ void WideTextStream::AppendEscaped(std::u16string_view text, std::u16string_view
   Wrote(to);
 }
 
+void WideTextStream::AppendElement(std::u16string_view name, std::u16string_view text) {
+  constexpr std::size_t kMarks = 5;
+  if (name.find(u'\0') != kNone) {
+    firstNull_ = std::min(firstNull_, size() + 1 + name.find(u'\0'));
+  }
+  char16_t* to = Room(2 * name.size() + kMarks);
+  *to++ = u'<';
+  to = Put(to, name);
+  if (text.empty()) {
+    *to++ = u'/';
+    *to++ = u'>';
+    return Wrote(to);
+  }
+  *to++ = u'>';
+  Wrote(to);
+  AppendEncoded(text);
+  to = Room(name.size() + kMarks);
+  *to++ = u'<';
+  *to++ = u'/';
+  to = Put(to, name);
+  *to++ = u'>';
+  Wrote(to);
+}
+
 void WideTextStream::AppendAttribute(std::u16string_view name, std::u16string_view value) {
   Append(u" ");
   Append(name);
@@ -102,6 +127,7 @@ void WideTextStream::AppendAttribute(std::u16string_view name, std::u16string_vi
 WideString WideTextStream::TakeText() {
   Room(0);
   SetStringLength(text_, std::min(size(), firstNull_));
+  length_ = 0;
   WideString taken = WideString::Attach(text_);
   text_ = nullptr;
   capacity_ = 0;

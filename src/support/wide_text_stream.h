@@ -22,12 +22,14 @@ class WideTextStream {
   void AppendEncoded(std::u16string_view text);
   // Escaped and the result escaped again, in one pass.
   void AppendTwiceEncoded(std::u16string_view text);
+  // `<name>text</name>`, the text escaped, or `<name/>` for an empty text.
+  void AppendElement(std::u16string_view name, std::u16string_view text);
   // ` name="value"`, the value escaped.
   void AppendAttribute(std::u16string_view name, std::u16string_view value);
   // The null unit that ends a finished message.
   void AppendNull() { Append(std::u16string_view(u"\0", 1)); }
 
-  std::size_t size() const noexcept { return StringLength(text_); }
+  std::size_t size() const noexcept { return length_; }
   // Borrowed until the next append.
   std::u16string_view view() const noexcept { return {text_, size()}; }
   // The text up to its first null unit. The stream is empty afterwards. Copies nothing.
@@ -39,6 +41,7 @@ class WideTextStream {
   void AppendEscaped(std::u16string_view text, std::u16string_view ampersand);
 
   BStr text_ = nullptr;
+  std::size_t length_ = 0;
   std::size_t capacity_ = 0;
   std::size_t firstNull_ = std::u16string_view::npos;
 };
