@@ -3,11 +3,20 @@
 #pragma once
 
 #include "qvscriptwells/com_error.h"
+#include "qvscriptwells/host_services.h"
 #include "qvscriptwells/objects.h"
 #include "qvscriptwells/record_list.h"
 
 namespace qv {
 
+// The client object, without services yet.
+IQvScriptwellsPtr CreateQvScriptwells();
+// A client with services, server name and proxy (empty for none). ModelOf is the next call.
+IQvScriptwellsPtr CreateQvScriptwells(const WideString& serverName, const WideString& proxy,
+                                      IQvServiceProvider* provider);
+// IQvScriptwells::ConnectionModel. Throws `_com_error` with the words.
+IConnectionModelPtr ModelOf(IQvScriptwells* client);
+// A model without a client, and what it needs set through IConnectionModelRaw.
 IConnectionModelPtr CreateConnectionModel();
 // A model that is ready for CreateUserSession: with a server ("http://host:port", no path), a proxy
 // ("host:port", or empty for none) and the host's services. A server name that is no URL throws `_com_error`
@@ -26,8 +35,8 @@ IAttachedFilePtr CreateAttachedFile();
 // For the file at `fileName`:
 //   list->Add(u"doc", Variant::FromObject(CreateAttachedFile(u"/tmp/report.pdf").get()), nullptr);
 IAttachedFilePtr CreateAttachedFile(const WideString& fileName);
-// An empty table, of the class behind CLSID_RecordList: made, started (OleRun) and asked. Null when that class
-// offers no IRecordList.
+// An empty table, of the class behind CLSID_RecordList: made, started (OleRun) and asked. Null when that
+// class offers no IRecordList.
 IRecordListPtr CreateRecordList();
 
 }  // namespace qv

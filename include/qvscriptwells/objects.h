@@ -3,11 +3,13 @@
 // Failure: a negative result code. Every object leaves an error record (error_info.h) with the words, but for
 // E_POINTER; a failure that has no number of its own is DISP_E_EXCEPTION. Out values are written on success
 // only, unless told otherwise. Ownership: unknown.h. Threads: an object is used on one thread at a time, and
-// all models of a process on one thread. Text: any WideString may be null.
+// all models of a process on one thread. Text: any WideString may be null. Each interface but those that
+// derive from IUnknown can also be used by name and id (dispatch.h).
 #pragma once
 
 #include <cstdint>
 
+#include "qvscriptwells/dispatch.h"
 #include "qvscriptwells/unknown.h"
 #include "qvscriptwells/value_objects.h"
 #include "qvscriptwells/variant.h"
@@ -16,7 +18,7 @@
 namespace qv {
 
 // One named, typed value.
-class IParameter : public IUnknown {
+class IParameter : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("9d152496-5e82-4675-86e6-caaef442f767");
   // Stores both; an object under VT_DISPATCH is kept under VT_UNKNOWN.
@@ -32,7 +34,7 @@ class IParameter : public IUnknown {
 };
 
 // An ordered list of parameters. Keys may repeat; indexes count from 0.
-class IParameters : public IUnknown {
+class IParameters : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("316b19ba-5a67-4c03-ac5c-877bc61d0b37");
   // Appends a new parameter; `added` gets it with one reference, and may be null when nobody wants it.
@@ -49,7 +51,7 @@ class IParameters : public IUnknown {
 };
 
 // The credentials of a session and their text form, "DbReplicationId=r;Username=u;Password=p;".
-class IConnectionString : public IUnknown {
+class IConnectionString : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("5b46aead-fa79-4d2a-82dc-eae737691183");
   virtual HRESULT put_UserName(const WideString& value) noexcept = 0;
@@ -69,7 +71,7 @@ class IConnectionString : public IUnknown {
   ~IConnectionString() = default;
 };
 
-class IConnectionStringRaw : public IUnknown {
+class IConnectionStringRaw : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("d88f1c3b-5faa-4f00-a748-755b81137618");
   // Takes user name, password and replica id from a text of "Key=value;" pairs. Parsing stops silently at the
@@ -83,7 +85,7 @@ class IConnectionStringRaw : public IUnknown {
 // One connection to one server, with at most one session. The first model that is destroyed takes the
 // process's table of types with it: later calls with parameters fail with "Cannot create the xml document.",
 // and typed answers read as empty. A program that makes several models keeps the first one to its end.
-class IConnectionModel : public IUnknown {
+class IConnectionModel : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("fc62e4ca-81ab-4879-bf0a-2450a54f80f3");
   // Opens a session. Needs SetServer and SetClientServices (IConnectionModelRaw) before. Without services the
@@ -135,6 +137,48 @@ class IConnectionModelRaw : public IUnknown {
   ~IConnectionModelRaw() = default;
 };
 
+// The client: makes the objects that a host needs, and hands out its one model. Calling order: Init
+// (IQvClientServiceRaw), put_ServerName, put_Proxy if there is one, then ConnectionModel.
+class IQvScriptwells : public IDispatch {
+ public:
+  static constexpr Guid kIid = ParseGuid("8a8a22af-307b-4295-bed8-6981b0f0d6fb");
+  // The same model on every call. Each call passes server name, proxy and services into it again and makes it
+  // adopt the session that the services tell, if they tell one: read it again after a change. E_POINTER
+  // before a successful Init; "Cannot parse url, expecting 'http://' after protocol name." for a server name
+  // that is no URL.
+  virtual HRESULT ConnectionModel(IConnectionModel** model) noexcept = 0;
+  // A new object on every call, as the next four.
+  virtual HRESULT Url(IUrl** url) noexcept = 0;
+  virtual HRESULT Duration(IDuration** duration) noexcept = 0;
+  // With the replica id and the user name that the services tell. E_POINTER before a successful Init.
+  virtual HRESULT ConnectionString(IConnectionString** connectionString) noexcept = 0;
+  virtual HRESULT AttachedFile(IAttachedFile** file) noexcept = 0;
+  virtual HRESULT Parameters(IParameters** parameters) noexcept = 0;
+  // A URL without the service's path, such as "http://127.0.0.1:8080". Checked by ConnectionModel.
+  virtual HRESULT get_ServerName(WideString* serverName) noexcept = 0;
+  virtual HRESULT put_ServerName(const WideString& serverName) noexcept = 0;
+  // "host", "host:port", or empty for none; "@PROXY@" is stored as empty.
+  virtual HRESULT get_Proxy(WideString* proxy) noexcept = 0;
+  virtual HRESULT put_Proxy(const WideString& proxy) noexcept = 0;
+
+ protected:
+  ~IQvScriptwells() = default;
+};
+
+class IQvClientServiceRaw : public IDispatch {
+ public:
+  static constexpr Guid kIid = ParseGuid("1dceed1f-5c5c-4df1-9055-ddf102dbab4c");
+  // Takes the host's services: `pVal` offers IQvServiceProvider, which knows them as "QvClientServices"
+  // (host_services.h; simple_host.h has ready-made ones). The model adopts the session that they tell, or
+  // loses its own when they tell none. E_POINTER when there are no such services.
+  virtual HRESULT Init(IUnknown* pVal) noexcept = 0;
+
+ protected:
+  ~IQvClientServiceRaw() = default;
+};
+
+using IQvScriptwellsPtr = boost::intrusive_ptr<IQvScriptwells>;
+using IQvClientServiceRawPtr = boost::intrusive_ptr<IQvClientServiceRaw>;
 using IParameterPtr = boost::intrusive_ptr<IParameter>;
 using IParametersPtr = boost::intrusive_ptr<IParameters>;
 using IConnectionStringPtr = boost::intrusive_ptr<IConnectionString>;

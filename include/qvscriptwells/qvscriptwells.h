@@ -1,9 +1,13 @@
 // All of the library's public headers.
 #pragma once
 
+#include "qvscriptwells/class_factory.h"
+#include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/describe.h"
+#include "qvscriptwells/dispatch.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/error_info.h"
 #include "qvscriptwells/guid.h"

@@ -1,5 +1,5 @@
-// The registry: keys with one text each, kept in files. It tells the library where the installation has its
-// home directory, and nothing else.
+// The registry: keys with texts, kept in files. It tells the library where the installation has its home
+// directory, and where the libraries of classes are that programs create by name (class_registry.h).
 //
 // Keys are paths such as "SOFTWARE\Quorvane\Quorvane\HomeDir"; ASCII letters match in any case. Files are
 // looked through in this order, and the first one that has a key decides:
@@ -10,12 +10,13 @@
 //   ; a comment
 //   [HKEY_LOCAL_MACHINE\SOFTWARE\Quorvane\Quorvane\HomeDir]
 //   @="/usr/share/quorvane"
+//   "name"="another text of the same key"
 // where \\ and \" stand for \ and " inside the quotes.
 //
-// A file has at most 1 MiB, and sections below HKEY_LOCAL_MACHINE only; a comment has a line of its own.
-// Other values of a section are kept and not read; of several texts for one key in a file the last one
-// counts. Variables that are empty, and an XDG_CONFIG_HOME or HOME that is not absolute, are as if they were
-// not there.
+// A file has at most 1 MiB, and sections below HKEY_LOCAL_MACHINE only; [HKEY_CLASSES_ROOT\x] is another way
+// to write [HKEY_LOCAL_MACHINE\SOFTWARE\Classes\x]. A comment has a line of its own. Values that are no
+// texts are kept and not read; of several texts for one key and name in a file the last one counts. Variables
+// that are empty, and an XDG_CONFIG_HOME or HOME that is not absolute, are as if they were not there.
 //
 // Files are read anew for each call and replaced as a whole when written; of two writers at once the later
 // one's file stands. Symbolic links are followed and stay, but one that leads nowhere is replaced. Threads:
@@ -35,9 +36,19 @@ constexpr char16_t kHomeDirectoryKey[] = u"SOFTWARE\\Quorvane\\Quorvane\\HomeDir
 // A home directory of more units than this is read as none.
 constexpr std::size_t kLongestHomeDirectory = 129;
 
+// The key that "HKEY_CLASSES_ROOT" stands for.
+constexpr char16_t kClassesKey[] = u"SOFTWARE\\Classes";
+
 struct RegistryEntry {
   WideString key;    // as it is spelled in the file, without "HKEY_LOCAL_MACHINE\"
   WideString value;  // never null
+};
+
+// One text of a key.
+struct RegistryValue {
+  WideString key;    // without "HKEY_LOCAL_MACHINE\"
+  WideString name;   // of the value; null or empty for the key's own text
+  WideString value;  // null, on writing, makes the key alone
 };
 
 // One file of the order above.
@@ -45,6 +56,7 @@ struct RegistryLayer {
   std::string path;    // UTF-8
   std::string damage;  // why it cannot be used, with the line; empty when it can, or is not there
   std::vector<RegistryEntry> entries;  // in the order of the file; none when damaged
+  std::vector<RegistryValue> named;    // the same for texts with a name
 };
 
 // All layers, those whose file is not there included.
@@ -52,6 +64,8 @@ std::vector<RegistryLayer> ReadRegistry();
 
 // The text of `key`; null when no file has it. A damaged file counts as absent. Never fails.
 WideString ReadRegistryValue(const WideString& key) noexcept;
+// The text of that name. ASCII letters of the name match in any case.
+WideString ReadRegistryValue(const WideString& key, const WideString& name) noexcept;
 
 // Puts `value` behind `key`, in the first file of the order that can be written, and returns that file's
 // path. Comments and other keys stay. A file that is out of reach is passed over, unless QV_REGISTRY names it
@@ -60,8 +74,15 @@ WideString ReadRegistryValue(const WideString& key) noexcept;
 // (E_FAIL); the key is empty, or key or value hold control characters or a lone surrogate (E_INVALIDARG).
 std::string WriteRegistryValue(const WideString& key, const WideString& value);
 
-// Takes `key` out of the first file that has it and returns that file's path; empty when none has it.
-// Throws as above.
+// Several values at once, all of them or none; rules as above.
+std::string WriteRegistryValues(const std::vector<RegistryValue>& values);
+
+// Takes the text of `key` out of the first file that has it and returns that file's path; empty when none has
+// it. Throws as above.
 std::string RemoveRegistryValue(const WideString& key);
+
+// Takes keys with all that stands below them out of the first file that has one of them, and returns that
+// file's path; empty when none has any. Comments stay. Throws as above.
+std::string RemoveRegistryKeys(const std::vector<WideString>& keys);
 
 }  // namespace qv

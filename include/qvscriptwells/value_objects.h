@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "qvscriptwells/dispatch.h"
 #include "qvscriptwells/unknown.h"
 #include "qvscriptwells/variant.h"
 #include "qvscriptwells/wide_string.h"
@@ -14,7 +15,7 @@ namespace qv {
 // the ticket that the server gives for it takes its place in the request. The ticket is kept here: the next
 // call with the same object sends the file again under it. A host that reads TicketId clears the flag, and
 // the next call asks for a new ticket.
-class IAttachedFile : public IUnknown {
+class IAttachedFile : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("b8e59c13-2873-42d4-b3ac-4e53e5fc6693");
   // Stores the name, as put_Filename does.
@@ -46,7 +47,7 @@ constexpr Guid IID_IAttachedFile = IAttachedFile::kIid;
 //   IDurationPtr span(static_cast<IDuration*>(QueryFor(result.Object(), IDuration::kIid)), false);
 // Every put_ but put_Negative refuses a negative argument with words such as
 // "Invalid duration format: day can't be negative." and leaves the count unchanged.
-class IDuration : public IUnknown {
+class IDuration : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("e279f37a-fbe2-4860-8e6f-ff7df69e5a23");
   virtual HRESULT get_Day(std::int16_t* value) noexcept = 0;
@@ -89,7 +90,7 @@ class IDurationRaw : public IUnknown {
 
 // A link with a caption. One that a script answers arrives without both: clients in the field never kept
 // them, and scripts that want to hand over a link answer with a string. A URL cannot be sent as a parameter.
-class IUrl : public IUnknown {
+class IUrl : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("88298ee0-4369-42b1-9ca3-79e59da15143");
   virtual HRESULT get_UrlCaption(WideString* value) noexcept = 0;

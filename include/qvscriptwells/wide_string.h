@@ -37,7 +37,9 @@ class WideString {
   WideString(WideString&& other) noexcept : text_(other.text_) { other.text_ = nullptr; }
   WideString& operator=(const WideString& other) noexcept;
   WideString& operator=(WideString&& other) noexcept;
-  ~WideString();
+  ~WideString() {
+    if (text_ != nullptr) FreeString(text_);
+  }
 
   // Takes over a raw string (null is allowed).
   static WideString Attach(BStr text) noexcept;

@@ -1,6 +1,9 @@
 #include "automation/attached_file.h"
 
+#include <iterator>
+
 #include "automation/object_support.h"
+#include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
@@ -20,9 +23,10 @@ IAttachedFilePtr CreateAttachedFile(const WideString& fileName) {
 HRESULT AttachedFile::QueryInterface(const Guid& iid, void** object) noexcept {
   const InterfaceRow rows[] = {
       {IAttachedFile::kIid, static_cast<IAttachedFile*>(this), static_cast<IAttachedFile*>(this)},
+      {IDispatch::kIid, static_cast<IAttachedFile*>(this), static_cast<IAttachedFile*>(this)},
       {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), static_cast<IAttachedFile*>(this)},
   };
-  return AnswerQuery(rows, 2, iid, object);
+  return AnswerQuery(rows, std::size(rows), iid, object);
 }
 
 std::uint32_t AttachedFile::Release() noexcept {
@@ -75,7 +79,7 @@ HRESULT AttachedFile::IsTicketId(VARIANT_BOOL* value) noexcept {
     *value = logic_.IsTicketId();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_AttachedFile);
   }
 }
 
@@ -86,7 +90,7 @@ HRESULT AttachedFile::Get(WideString* value, WideString (AttachedFileImpl::*get)
     *value = (logic_.*get)();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_AttachedFile);
   }
 }
 
@@ -96,7 +100,7 @@ HRESULT AttachedFile::Put(const WideString& value, void (AttachedFileImpl::*put)
     (logic_.*put)(value);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_AttachedFile);
   }
 }
 
@@ -107,7 +111,7 @@ HRESULT AttachedFile::Get(std::int32_t* value, std::int32_t (AttachedFileImpl::*
     *value = (logic_.*get)();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_AttachedFile);
   }
 }
 
@@ -117,7 +121,7 @@ HRESULT AttachedFile::Put(std::int32_t value, void (AttachedFileImpl::*put)(std:
     (logic_.*put)(value);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_AttachedFile);
   }
 }
 

@@ -1,12 +1,13 @@
 // The AttachedFile object that hosts hold.
 #pragma once
 
-#include "qvscriptwells/value_objects.h"
+#include "automation/dispatch_faces.h"
+#include "automation/module.h"
 #include "values/attached_file_impl.h"
 
 namespace qv {
 
-class AttachedFile final : public IAttachedFile, public ISupportErrorInfo {
+class AttachedFile final : public AttachedFileDispatch, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override { return ++count_; }
@@ -34,6 +35,7 @@ class AttachedFile final : public IAttachedFile, public ISupportErrorInfo {
   HRESULT Put(std::int32_t value, void (AttachedFileImpl::*put)(std::int32_t)) noexcept;
 
   AttachedFileImpl logic_;
+  ModuleLock lock_;
   std::uint32_t count_ = 0;
 };
 

@@ -1,6 +1,9 @@
 #include "automation/connection_model.h"
 
+#include <iterator>
+
 #include "automation/object_support.h"
+#include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
 
@@ -22,11 +25,12 @@ IConnectionModelPtr CreateConnectionModel(const WideString& serverName, const Wi
 HRESULT ConnectionModel::QueryInterface(const Guid& iid, void** object) noexcept {
   const InterfaceRow rows[] = {
       {IConnectionModel::kIid, static_cast<IConnectionModel*>(this), static_cast<IConnectionModel*>(this)},
+      {IDispatch::kIid, static_cast<IConnectionModel*>(this), static_cast<IConnectionModel*>(this)},
       {IConnectionModelRaw::kIid, static_cast<IConnectionModelRaw*>(this),
        static_cast<IConnectionModel*>(this)},
       {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), static_cast<IConnectionModel*>(this)},
   };
-  return AnswerQuery(rows, 3, iid, object);
+  return AnswerQuery(rows, std::size(rows), iid, object);
 }
 
 std::uint32_t ConnectionModel::Release() noexcept {
@@ -46,7 +50,7 @@ HRESULT ConnectionModel::CreateUserSession(const WideString& connectionString) n
     logic_.CreateUserSession(connectionString);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionModel);
   }
 }
 
@@ -57,7 +61,7 @@ HRESULT ConnectionModel::CloseUserSession() noexcept {
     logic_.CloseUserSession();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionModel);
   }
 }
 
@@ -70,7 +74,7 @@ HRESULT ConnectionModel::Execute(const WideString& scriptLanguage, const WideStr
     *result = logic_.Execute(scriptLanguage, script, parameters);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionModel);
   }
 }
 
@@ -83,7 +87,7 @@ HRESULT ConnectionModel::ExecuteFile(const WideString& scriptFile, IParameters* 
     *result = logic_.ExecuteFile(scriptFile, parameters);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionModel);
   }
 }
 
@@ -93,7 +97,7 @@ HRESULT ConnectionModel::SetUSID(const WideString& usid) noexcept {
     logic_.SetUSID(usid);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionModel);
   }
 }
 
@@ -106,7 +110,7 @@ HRESULT ConnectionModel::DownloadFile(const WideString& url, const WideString& t
     *path = logic_.DownloadFile(url, target);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionModel);
   }
 }
 
@@ -116,7 +120,7 @@ HRESULT ConnectionModel::SetServer(const WideString& serverName, const WideStrin
     logic_.SetServer(serverName, proxy);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionModel);
   }
 }
 
@@ -127,7 +131,7 @@ HRESULT ConnectionModel::SetClientServices(IUnknown* services) noexcept {
     logic_.SetClientServices(services);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionModel);
   }
 }
 

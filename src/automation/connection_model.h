@@ -2,12 +2,15 @@
 // host service that is called back may release it.
 #pragma once
 
-#include "qvscriptwells/objects.h"
+#include "automation/dispatch_faces.h"
+#include "automation/module.h"
 #include "session/connection_model_impl.h"
 
 namespace qv {
 
-class ConnectionModel final : public IConnectionModel, public IConnectionModelRaw, public ISupportErrorInfo {
+class ConnectionModel final : public ConnectionModelDispatch,
+                              public IConnectionModelRaw,
+                              public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override { return ++count_; }
@@ -28,6 +31,7 @@ class ConnectionModel final : public IConnectionModel, public IConnectionModelRa
 
  private:
   ConnectionModelImpl logic_;
+  ModuleLock lock_;
   std::uint32_t count_ = 0;
 };
 

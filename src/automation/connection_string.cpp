@@ -1,6 +1,9 @@
 #include "automation/connection_string.h"
 
+#include <iterator>
+
 #include "automation/object_support.h"
+#include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
 
@@ -13,11 +16,12 @@ IConnectionStringPtr CreateConnectionString() {
 HRESULT ConnectionString::QueryInterface(const Guid& iid, void** object) noexcept {
   const InterfaceRow rows[] = {
       {IConnectionString::kIid, static_cast<IConnectionString*>(this), static_cast<IConnectionString*>(this)},
+      {IDispatch::kIid, static_cast<IConnectionString*>(this), static_cast<IConnectionString*>(this)},
       {IConnectionStringRaw::kIid, static_cast<IConnectionStringRaw*>(this),
        static_cast<IConnectionString*>(this)},
       {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), static_cast<IConnectionString*>(this)},
   };
-  return AnswerQuery(rows, 3, iid, object);
+  return AnswerQuery(rows, std::size(rows), iid, object);
 }
 
 std::uint32_t ConnectionString::Release() noexcept {
@@ -74,7 +78,7 @@ HRESULT ConnectionString::Get(WideString* value, WideString (ConnectionStringImp
     *value = (logic_.*get)();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionString);
   }
 }
 
@@ -85,7 +89,7 @@ HRESULT ConnectionString::Put(const WideString& value,
     (logic_.*put)(value);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_ConnectionString);
   }
 }
 

@@ -1,13 +1,14 @@
 // The ConnectionString object that hosts hold.
 #pragma once
 
-#include "qvscriptwells/objects.h"
+#include "automation/dispatch_faces.h"
+#include "automation/module.h"
 #include "values/connection_string_impl.h"
 
 namespace qv {
 
-class ConnectionString final : public IConnectionString,
-                               public IConnectionStringRaw,
+class ConnectionString final : public ConnectionStringDispatch,
+                               public ConnectionStringRawDispatch,
                                public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
@@ -34,6 +35,7 @@ class ConnectionString final : public IConnectionString,
   HRESULT Put(const WideString& value, void (ConnectionStringImpl::*put)(WideString)) noexcept;
 
   ConnectionStringImpl logic_;
+  ModuleLock lock_;
   std::uint32_t count_ = 0;
 };
 

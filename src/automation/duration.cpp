@@ -1,6 +1,9 @@
 #include "automation/duration.h"
 
+#include <iterator>
+
 #include "automation/object_support.h"
+#include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
@@ -21,10 +24,11 @@ IDurationPtr CreateDuration(const WideString& text) {
 HRESULT Duration::QueryInterface(const Guid& iid, void** object) noexcept {
   const InterfaceRow rows[] = {
       {IDuration::kIid, static_cast<IDuration*>(this), static_cast<IDuration*>(this)},
+      {IDispatch::kIid, static_cast<IDuration*>(this), static_cast<IDuration*>(this)},
       {IDurationRaw::kIid, static_cast<IDurationRaw*>(this), static_cast<IDuration*>(this)},
       {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), static_cast<IDuration*>(this)},
   };
-  return AnswerQuery(rows, 3, iid, object);
+  return AnswerQuery(rows, std::size(rows), iid, object);
 }
 
 std::uint32_t Duration::Release() noexcept {
@@ -85,7 +89,7 @@ HRESULT Duration::SetText(const WideString& text) noexcept {
     logic_.SetText(text);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Duration);
   }
 }
 
@@ -96,7 +100,7 @@ HRESULT Duration::GetText(WideString* text) noexcept {
     *text = logic_.GetText();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Duration);
   }
 }
 
@@ -107,7 +111,7 @@ HRESULT Duration::Get(std::int16_t* value, std::int16_t (DurationImpl::*get)()) 
     *value = (logic_.*get)();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Duration);
   }
 }
 
@@ -117,7 +121,7 @@ HRESULT Duration::Put(std::int16_t value, void (DurationImpl::*put)(std::int16_t
     (logic_.*put)(value);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Duration);
   }
 }
 
@@ -128,7 +132,7 @@ HRESULT Duration::Get(double* value, double (DurationImpl::*get)()) noexcept {
     *value = (logic_.*get)();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Duration);
   }
 }
 
@@ -138,7 +142,7 @@ HRESULT Duration::Put(double value, void (DurationImpl::*put)(double)) noexcept 
     (logic_.*put)(value);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Duration);
   }
 }
 

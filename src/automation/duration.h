@@ -1,12 +1,13 @@
 // The Duration object that hosts hold.
 #pragma once
 
-#include "qvscriptwells/value_objects.h"
+#include "automation/dispatch_faces.h"
+#include "automation/module.h"
 #include "values/duration_impl.h"
 
 namespace qv {
 
-class Duration final : public IDuration, public IDurationRaw, public ISupportErrorInfo {
+class Duration final : public DurationDispatch, public IDurationRaw, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override { return ++count_; }
@@ -38,6 +39,7 @@ class Duration final : public IDuration, public IDurationRaw, public ISupportErr
   HRESULT Put(double value, void (DurationImpl::*put)(double)) noexcept;
 
   DurationImpl logic_;
+  ModuleLock lock_;
   std::uint32_t count_ = 0;
 };
 

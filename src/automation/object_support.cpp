@@ -1,5 +1,6 @@
 #include "automation/object_support.h"
 
+#include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/error_info.h"
@@ -9,24 +10,25 @@ namespace {
 
 constexpr HRESULT kUnknownError = MakeResult(0x80040000);
 
-HRESULT PostErrorRecord(WideString text, HRESULT code) {
+HRESULT PostErrorRecord(const Guid& classId, WideString text, HRESULT code) {
   if (text.IsNull()) {
     text = u"Unknown Error";
     if (code == 0) code = kUnknownError;
   }
   ErrorInfo record;
+  static_cast<void>(ProgIDFromCLSID(classId, &record.source));  // null when it fails
   record.description = text;
   SetErrorInfo(record);
   return code == 0 ? DISP_E_EXCEPTION : code;
 }
 
-HRESULT PostCaughtException() {
+HRESULT PostCaughtException(const Guid& classId) {
   try {
     throw;
   } catch (const EQvException& error) {
-    return PostErrorRecord(error.Description(), error.Code());
+    return PostErrorRecord(classId, error.Description(), error.Code());
   } catch (const _com_error& error) {
-    return PostErrorRecord(error.Description(), error.Error());
+    return PostErrorRecord(classId, error.Description(), error.Error());
   } catch (...) {
     return E_UNEXPECTED;
   }
@@ -46,9 +48,9 @@ HRESULT AnswerQuery(const InterfaceRow* rows, std::size_t count, const Guid& iid
   return E_NOINTERFACE;
 }
 
-HRESULT ResultFromCaughtException() noexcept {
+HRESULT ResultFromCaughtException(const Guid& classId) noexcept {
   try {
-    return PostCaughtException();
+    return PostCaughtException(classId);
   } catch (...) {
     return E_OUTOFMEMORY;  // not even the record could be made
   }

@@ -22,7 +22,8 @@ HRESULT AnswerQuery(const InterfaceRow* rows, std::size_t count, const Guid& iid
 //   EQvException: its words; its code, or DISP_E_EXCEPTION for 0.
 //   _com_error: the words of its record; its code.
 //   Anything else: E_UNEXPECTED, no record.
-// Words that are null read "Unknown Error", with 0x80040000 in place of a code of 0.
-HRESULT ResultFromCaughtException() noexcept;
+// Words that are null read "Unknown Error", with 0x80040000 in place of a code of 0. The source of the record
+// is the ProgID of the class that failed, where the registry knows one.
+HRESULT ResultFromCaughtException(const Guid& classId) noexcept;
 
 }  // namespace qv

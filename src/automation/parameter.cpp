@@ -1,6 +1,9 @@
 #include "automation/parameter.h"
 
+#include <iterator>
+
 #include "automation/object_support.h"
+#include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
 
@@ -13,9 +16,10 @@ IParameterPtr CreateParameter() {
 HRESULT Parameter::QueryInterface(const Guid& iid, void** object) noexcept {
   const InterfaceRow rows[] = {
       {IParameter::kIid, static_cast<IParameter*>(this), static_cast<IParameter*>(this)},
+      {IDispatch::kIid, static_cast<IParameter*>(this), static_cast<IParameter*>(this)},
       {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), static_cast<IParameter*>(this)},
   };
-  return AnswerQuery(rows, 2, iid, object);
+  return AnswerQuery(rows, std::size(rows), iid, object);
 }
 
 std::uint32_t Parameter::Release() noexcept {
@@ -34,7 +38,7 @@ HRESULT Parameter::SetValues(const WideString& key, const Variant& value) noexce
     logic_.SetValues(key, value);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Parameter);
   }
 }
 
@@ -45,7 +49,7 @@ HRESULT Parameter::get_ParamKey(WideString* key) noexcept {
     *key = logic_.get_ParamKey();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Parameter);
   }
 }
 
@@ -56,7 +60,7 @@ HRESULT Parameter::get_ParamValue(Variant* value) noexcept {
     *value = logic_.get_ParamValue();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Parameter);
   }
 }
 
@@ -67,7 +71,7 @@ HRESULT Parameter::get_ParamTypeAsString(WideString* typeName) noexcept {
     *typeName = logic_.get_ParamTypeAsString();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Parameter);
   }
 }
 

@@ -1,12 +1,13 @@
 // The Parameter object that hosts hold.
 #pragma once
 
-#include "qvscriptwells/objects.h"
+#include "automation/dispatch_faces.h"
+#include "automation/module.h"
 #include "values/parameter_impl.h"
 
 namespace qv {
 
-class Parameter final : public IParameter, public ISupportErrorInfo {
+class Parameter final : public ParameterDispatch, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override { return ++count_; }
@@ -21,6 +22,7 @@ class Parameter final : public IParameter, public ISupportErrorInfo {
 
  private:
   ParameterImpl logic_;
+  ModuleLock lock_;
   std::uint32_t count_ = 0;
 };
 

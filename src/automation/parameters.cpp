@@ -1,6 +1,9 @@
 #include "automation/parameters.h"
 
+#include <iterator>
+
 #include "automation/object_support.h"
+#include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
 
@@ -13,9 +16,10 @@ IParametersPtr CreateParameters() {
 HRESULT Parameters::QueryInterface(const Guid& iid, void** object) noexcept {
   const InterfaceRow rows[] = {
       {IParameters::kIid, static_cast<IParameters*>(this), static_cast<IParameters*>(this)},
+      {IDispatch::kIid, static_cast<IParameters*>(this), static_cast<IParameters*>(this)},
       {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), static_cast<IParameters*>(this)},
   };
-  return AnswerQuery(rows, 2, iid, object);
+  return AnswerQuery(rows, std::size(rows), iid, object);
 }
 
 std::uint32_t Parameters::Release() noexcept {
@@ -35,7 +39,7 @@ HRESULT Parameters::Add(const WideString& key, const Variant& value, IParameter*
     if (added != nullptr) *added = parameter.detach();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Parameters);
   }
 }
 
@@ -45,7 +49,7 @@ HRESULT Parameters::Remove(std::int16_t index) noexcept {
     logic_.Remove(index);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Parameters);
   }
 }
 
@@ -56,7 +60,7 @@ HRESULT Parameters::Find(std::int16_t index, IParameter** found) noexcept {
     *found = logic_.Find(index).detach();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Parameters);
   }
 }
 
@@ -67,7 +71,7 @@ HRESULT Parameters::Size(std::int16_t* size) noexcept {
     *size = logic_.Size();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Parameters);
   }
 }
 
@@ -77,7 +81,7 @@ HRESULT Parameters::Clear() noexcept {
     logic_.Clear();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Parameters);
   }
 }
 

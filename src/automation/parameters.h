@@ -1,12 +1,13 @@
 // The Parameters object that hosts hold.
 #pragma once
 
-#include "qvscriptwells/objects.h"
+#include "automation/dispatch_faces.h"
+#include "automation/module.h"
 #include "values/parameters_impl.h"
 
 namespace qv {
 
-class Parameters final : public IParameters, public ISupportErrorInfo {
+class Parameters final : public ParametersDispatch, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override { return ++count_; }
@@ -22,6 +23,7 @@ class Parameters final : public IParameters, public ISupportErrorInfo {
 
  private:
   ParametersImpl logic_;
+  ModuleLock lock_;
   std::uint32_t count_ = 0;
 };
 

@@ -1,6 +1,9 @@
 #include "automation/url.h"
 
+#include <iterator>
+
 #include "automation/object_support.h"
+#include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
 
@@ -13,9 +16,10 @@ IUrlPtr CreateUrl() {
 HRESULT Url::QueryInterface(const Guid& iid, void** object) noexcept {
   const InterfaceRow rows[] = {
       {IUrl::kIid, static_cast<IUrl*>(this), static_cast<IUrl*>(this)},
+      {IDispatch::kIid, static_cast<IUrl*>(this), static_cast<IUrl*>(this)},
       {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), static_cast<IUrl*>(this)},
   };
-  return AnswerQuery(rows, 2, iid, object);
+  return AnswerQuery(rows, std::size(rows), iid, object);
 }
 
 std::uint32_t Url::Release() noexcept {
@@ -51,7 +55,7 @@ HRESULT Url::Get(WideString* value, WideString (UrlImpl::*get)()) noexcept {
     *value = (logic_.*get)();
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Url);
   }
 }
 
@@ -61,7 +65,7 @@ HRESULT Url::Put(const WideString& value, void (UrlImpl::*put)(WideString)) noex
     (logic_.*put)(value);
     return S_OK;
   } catch (...) {
-    return ResultFromCaughtException();
+    return ResultFromCaughtException(CLSID_Url);
   }
 }
 

@@ -1,12 +1,13 @@
 // The Url object that hosts hold.
 #pragma once
 
-#include "qvscriptwells/value_objects.h"
+#include "automation/dispatch_faces.h"
+#include "automation/module.h"
 #include "values/url_impl.h"
 
 namespace qv {
 
-class Url final : public IUrl, public ISupportErrorInfo {
+class Url final : public UrlDispatch, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override { return ++count_; }
@@ -25,6 +26,7 @@ class Url final : public IUrl, public ISupportErrorInfo {
   HRESULT Put(const WideString& value, void (UrlImpl::*put)(WideString)) noexcept;
 
   UrlImpl logic_;
+  ModuleLock lock_;
   std::uint32_t count_ = 0;
 };
 

@@ -1,5 +1,5 @@
-// The classes that are there without anybody registering them. The table is defined beside the components, so
-// that the registry knows none of them.
+// The classes that are there without anybody registering them. Both functions are defined beside the classes,
+// so that the platform room knows none of them.
 #pragma once
 
 #include <vector>
@@ -14,5 +14,9 @@ struct BuiltinClass {
 };
 
 std::vector<BuiltinClass> BuiltinClasses();
+
+// The class object of a class that this program or library carries itself; CLASS_E_CLASSNOTAVAILABLE, and
+// null in *object, for one that it does not. `object` is not null.
+HRESULT OwnClassObject(const Guid& classId, const Guid& iid, void** object) noexcept;
 
 }  // namespace qv

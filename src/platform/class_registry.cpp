@@ -4,6 +4,9 @@
 #include <mutex>
 
 #include "platform/builtin_classes.h"
+#include "platform/class_libraries.h"
+#include "platform/module_hooks.h"
+#include "qvscriptwells/class_factory.h"
 
 namespace qv {
 namespace {
@@ -21,14 +24,29 @@ Registry& TheRegistry() {
   return registry;
 }
 
-ClassCreator FindCreator(const Guid& classId) {
+ClassCreator FindOwnCreator(const Guid& classId) {
   Registry& registry = TheRegistry();
   const std::lock_guard<std::mutex> lock(registry.mutex);
   const auto found = registry.creators.find(classId);
   return found == registry.creators.end() ? nullptr : found->second;
 }
 
+HRESULT CreateByClassObject(const Guid& classId, IUnknown* outer, std::uint32_t context, const Guid& iid,
+                            void** object) {
+  void* raw = nullptr;
+  const HRESULT code = CoGetClassObject(classId, context, IClassFactory::kIid, &raw);
+  if (Failed(code)) return code;
+  if (raw == nullptr) return E_UNEXPECTED;
+  return IClassFactoryPtr(static_cast<IClassFactory*>(raw), false)->CreateInstance(outer, iid, object);
+}
+
 }  // namespace
+
+ClassCreator FindClassCreator(const Guid& classId) {
+  const ModuleHooks* const host = Host();
+  const ClassCreator hosts = host != nullptr ? host->findClassCreator(classId) : nullptr;
+  return hosts != nullptr ? hosts : FindOwnCreator(classId);
+}
 
 ClassCreator RegisterClassCreator(const Guid& classId, ClassCreator creator) {
   Registry& registry = TheRegistry();
@@ -39,13 +57,29 @@ ClassCreator RegisterClassCreator(const Guid& classId, ClassCreator creator) {
   return before;
 }
 
-HRESULT CoCreateInstance(const Guid& classId, IUnknown* outer, std::uint32_t, const Guid& iid,
+HRESULT CoCreateInstance(const Guid& classId, IUnknown* outer, std::uint32_t context, const Guid& iid,
                          void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
-  if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-  const ClassCreator creator = FindCreator(classId);
-  return creator == nullptr ? REGDB_E_CLASSNOTREG : creator(iid, object);
+  const ClassCreator creator = FindClassCreator(classId);
+  if (creator == nullptr) return CreateByClassObject(classId, outer, context, iid, object);
+  return outer != nullptr ? CLASS_E_NOAGGREGATION : creator(iid, object);
+}
+
+HRESULT CoGetClassObject(const Guid& classId, std::uint32_t context, const Guid& iid,
+                         void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  const HRESULT own = OwnClassObject(classId, iid, object);
+  if (own != CLASS_E_CLASSNOTAVAILABLE) return own;
+  const ModuleHooks* const host = Host();
+  if (host != nullptr) return host->getClassObject(classId, context, iid, object);
+  return LibraryClassObject(classId, iid, object);
+}
+
+void CoFreeUnusedLibraries() noexcept {
+  const ModuleHooks* const host = Host();
+  return host != nullptr ? host->freeUnusedLibraries() : UnloadUnusedLibraries();
 }
 
 HRESULT OleRun(IUnknown* object) {

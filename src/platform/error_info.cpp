@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "platform/module_hooks.h"
+
 namespace qv {
 namespace {
 
@@ -13,10 +15,12 @@ std::optional<ErrorInfo>& Waiting() noexcept {
 }  // namespace
 
 void SetErrorInfo(const ErrorInfo& info) noexcept {
+  if (const ModuleHooks* const host = Host()) return host->setErrorInfo(info);
   Waiting() = info;
 }
 
 bool GetErrorInfo(ErrorInfo* info) noexcept {
+  if (const ModuleHooks* const host = Host()) return host->getErrorInfo(info);
   if (!Waiting().has_value()) return false;
   *info = *Waiting();
   Waiting().reset();
@@ -24,6 +28,7 @@ bool GetErrorInfo(ErrorInfo* info) noexcept {
 }
 
 void ClearErrorInfo() noexcept {
+  if (const ModuleHooks* const host = Host()) return host->clearErrorInfo();
   Waiting().reset();
 }
 

@@ -53,6 +53,22 @@ WideString ReadRegistryValue(const WideString& key) noexcept {
   }
 }
 
+WideString ReadRegistryValue(const WideString& key, const WideString& name) noexcept {
+  try {
+    return FindInRegistry(Places(), key, name);
+  } catch (...) {
+    return WideString();
+  }
+}
+
+std::string WriteRegistryValues(const std::vector<RegistryValue>& values) {
+  return WriteToRegistry(Places(), values);
+}
+
+std::string RemoveRegistryKeys(const std::vector<WideString>& keys) {
+  return RemoveKeysFromRegistry(Places(), keys);
+}
+
 std::string WriteRegistryValue(const WideString& key, const WideString& value) {
   return WriteToRegistry(Places(), key, value);
 }

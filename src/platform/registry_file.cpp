@@ -24,58 +24,81 @@ bool SameKey(std::u16string_view a, std::u16string_view b) noexcept {
 class EntryList {
  public:
   void EnterSection(std::string_view key) {
-    key_ = key;
+    key_ = FromUtf8(key);
     place_ = kNone;
   }
   void SetText(std::string_view text) {
     if (place_ == kNone) place_ = PlaceOfKey();
-    entries_[place_].value = FromUtf8(text);
+    content_.entries[place_].value = FromUtf8(text);
   }
-  std::vector<RegistryEntry> Take() { return std::move(entries_); }
+  void AddNamed(std::string_view name, std::string_view text) {
+    content_.named.push_back({key_, FromUtf8(name), FromUtf8(text)});
+  }
+  RegistryContent Take() { return std::move(content_); }
 
  private:
   std::size_t PlaceOfKey() {
-    const WideString key = FromUtf8(key_);
-    std::u16string folded(key.view());
+    std::u16string folded(key_.view());
     std::transform(folded.begin(), folded.end(), folded.begin(), FoldedUnit);
-    const auto [found, isNew] = places_.emplace(std::move(folded), entries_.size());
-    if (isNew) entries_.push_back({key, WideString()});
+    const auto [found, isNew] = places_.emplace(std::move(folded), content_.entries.size());
+    if (isNew) content_.entries.push_back({key_, WideString()});
     return found->second;
   }
 
-  std::vector<RegistryEntry> entries_;
+  RegistryContent content_;
   std::map<std::u16string, std::size_t> places_;
-  std::string_view key_;
+  WideString key_;
   std::size_t place_ = kNone;  // of key_, once it has a text
 };
 
-// The last section of a key, and all lines that hold a value of its own.
+bool IsNamed(const RegistryLine& line) noexcept {
+  return line.kind == RegistryLineKind::kNamedText || line.kind == RegistryLineKind::kNamedOther;
+}
+
+bool IsValue(const RegistryLine& line) noexcept {
+  return IsNamed(line) || line.kind == RegistryLineKind::kText || line.kind == RegistryLineKind::kNoText;
+}
+
+// An empty name stands for the key's own value.
+bool IsValueOf(const RegistryLine& line, const WideString& name) {
+  if (name.IsEmpty()) return IsValue(line) && !IsNamed(line);
+  return IsNamed(line) && SameKey(FromUtf8(line.name).view(), name.view());
+}
+
+// The last section of a key, and all lines that hold the value of one name.
 struct KeyPlaces {
   std::size_t sectionEnd = kNone;  // byte offset behind the section's line
+  std::size_t valuesEnd = kNone;   // and behind the last value of any name in it
   std::vector<RegistryLine> values;
 };
 
-KeyPlaces PlacesOf(const WideString& key, std::string_view bytes) {
+KeyPlaces PlacesOf(const WideString& key, const WideString& name, std::string_view bytes) {
   KeyPlaces places;
   bool inside = false;
   for (const RegistryLine& line : ReadRegistryLines(bytes)) {
-    if (line.kind == RegistryLineKind::kSection) inside = SameKey(FromUtf8(line.key).view(), key.view());
-    if (!inside || line.kind == RegistryLineKind::kKept) continue;
-    if (line.kind == RegistryLineKind::kSection)
-      places.sectionEnd = line.end;
-    else
-      places.values.push_back(line);
+    const bool isSection = line.kind == RegistryLineKind::kSection;
+    if (isSection) inside = SameKey(FromUtf8(line.key).view(), key.view());
+    if (!inside) continue;
+    if (isSection) places.sectionEnd = line.end;
+    if (isSection || IsValue(line)) places.valuesEnd = line.end;
+    if (IsValueOf(line, name)) places.values.push_back(line);
   }
   return places;
 }
 
-std::string ValueText(const WideString& value) {
-  std::string text = "@=\"";
+std::string Quoted(const WideString& value) {
+  std::string text = "\"";
   for (const char byte : ToUtf8(value)) {
     if (byte == '\\' || byte == '"') text += '\\';
     text += byte;
   }
   return text += '"';
+}
+
+// Empty for the key alone.
+std::string ValueText(const RegistryValue& value) {
+  if (value.value.IsNull()) return {};
+  return (value.name.IsEmpty() ? "@" : Quoted(value.name)) + "=" + Quoted(value.value);
 }
 
 // New lines end as the file's first one does.
@@ -103,7 +126,16 @@ std::string WithNewSection(std::string_view bytes, const WideString& key, const 
   if (!text.empty() && !EndsLine(text)) text += lineEnd;
   if (!text.empty()) text += lineEnd;
   text.append("[HKEY_LOCAL_MACHINE\\").append(ToUtf8(key)).append("]").append(lineEnd);
-  return text.append(value).append(lineEnd);
+  return value.empty() ? text : text.append(value).append(lineEnd);
+}
+
+bool IsKeyOrBelow(std::u16string_view key, std::u16string_view top) noexcept {
+  if (key.size() > top.size() && key[top.size()] == u'\\') key = key.substr(0, top.size());
+  return SameKey(key, top);
+}
+
+bool IsSectionBelow(const RegistryLine& line, const WideString& top) {
+  return line.kind == RegistryLineKind::kSection && IsKeyOrBelow(FromUtf8(line.key).view(), top.view());
 }
 
 }  // namespace
@@ -115,8 +147,9 @@ RegistryContent ParseRegistryFile(std::string_view bytes) {
     for (const RegistryLine& line : ReadRegistryLines(bytes)) {
       if (line.kind == RegistryLineKind::kSection) list.EnterSection(line.key);
       if (line.kind == RegistryLineKind::kText) list.SetText(line.text);
+      if (line.kind == RegistryLineKind::kNamedText) list.AddNamed(line.name, line.text);
     }
-    content.entries = list.Take();
+    content = list.Take();
   } catch (const RegistryDamage& damage) {
     content.damage = damage.what();
   }
@@ -129,22 +162,53 @@ WideString FindRegistryValue(const std::vector<RegistryEntry>& entries, const Wi
   return WideString();
 }
 
+WideString FindNamedRegistryValue(const std::vector<RegistryValue>& named, const WideString& key,
+                                  const WideString& name) {
+  const auto found = std::find_if(named.rbegin(), named.rend(), [&](const RegistryValue& value) {
+    return SameKey(value.name.view(), name.view()) && SameKey(value.key.view(), key.view());
+  });
+  return found == named.rend() ? WideString() : found->value;
+}
+
 std::string WithRegistryValue(std::string_view bytes, const WideString& key, const WideString& value) {
-  const KeyPlaces places = PlacesOf(key, bytes);
+  return WithRegistryValue(bytes, {key, WideString(), value.IsNull() ? WideString(u"") : value});
+}
+
+// The key's own value stands first in its section, new named ones behind the others.
+std::string WithRegistryValue(std::string_view bytes, const RegistryValue& value) {
+  const KeyPlaces places = PlacesOf(value.key, value.name, bytes);
   const std::string text = ValueText(value);
   const std::string_view lineEnd = LineEndOf(bytes);
+  if (places.sectionEnd == kNone) return WithNewSection(bytes, value.key, text);
+  if (text.empty()) return std::string(bytes);
   if (!places.values.empty()) {
     const RegistryLine& last = places.values.back();
     return Joined(bytes.substr(0, last.begin), text, bytes.substr(last.end), lineEnd);
   }
-  if (places.sectionEnd == kNone) return WithNewSection(bytes, key, text);
-  return Joined(bytes.substr(0, places.sectionEnd), text, bytes.substr(places.sectionEnd), lineEnd);
+  const std::size_t place = value.name.IsEmpty() ? places.sectionEnd : places.valuesEnd;
+  return Joined(bytes.substr(0, place), text, bytes.substr(place), lineEnd);
+}
+
+std::string WithoutRegistryKey(std::string_view bytes, const WideString& key) {
+  std::string text;
+  bool inside = false;
+  std::string_view blank;  // the line before, when it is a blank one: not yet in `text`
+  for (const RegistryLine& line : ReadRegistryLines(bytes)) {
+    const bool isSection = line.kind == RegistryLineKind::kSection;
+    if (isSection) inside = IsSectionBelow(line, key);
+    if (!(inside && isSection)) text.append(blank);
+    const std::string_view own = bytes.substr(line.begin, line.end - line.begin);
+    const bool isBlank = line.kind == RegistryLineKind::kBlank;
+    blank = isBlank ? own : std::string_view();
+    if (!isBlank && !(inside && (isSection || IsValue(line)))) text.append(own);
+  }
+  return text.append(blank);
 }
 
 std::string WithoutRegistryValue(std::string_view bytes, const WideString& key) {
   std::string text;
   std::size_t at = 0;
-  for (const RegistryLine& value : PlacesOf(key, bytes).values) {
+  for (const RegistryLine& value : PlacesOf(key, WideString(), bytes).values) {
     text.append(bytes.substr(at, value.begin - at));
     at = value.end;
   }

@@ -46,9 +46,14 @@ void RequireKey(const WideString& key) {
 // A file that may be edited: its bytes are whole and its form is right.
 struct SoundFile {
   std::string bytes;
-  std::vector<RegistryEntry> entries;
+  RegistryContent content;
 
-  bool Has(const WideString& key) const { return !FindRegistryValue(entries, key).IsNull(); }
+  bool Has(const WideString& key) const { return !FindRegistryValue(content.entries, key).IsNull(); }
+  bool Has(const RegistryValue& value) const {
+    if (value.value.IsNull()) return false;
+    if (value.name.IsEmpty()) return Has(value.key);
+    return !FindNamedRegistryValue(content.named, value.key, value.name).IsNull();
+  }
 };
 
 SoundFile LoadSound(const std::string& path) {
@@ -56,7 +61,19 @@ SoundFile LoadSound(const std::string& path) {
   if (!read.problem.empty()) Raise(E_FAIL, path + ": " + read.problem);
   RegistryContent content = ParseRegistryFile(read.bytes);
   if (!content.damage.empty()) Raise(E_FAIL, path + ": " + content.damage);
-  return {std::move(read.bytes), std::move(content.entries)};
+  return {std::move(read.bytes), std::move(content)};
+}
+
+std::string WithValues(const std::string& bytes, const std::vector<RegistryValue>& values) {
+  std::string changed = bytes;
+  for (const RegistryValue& value : values) changed = WithRegistryValue(changed, value);
+  return changed;
+}
+
+void RequireWritable(const RegistryValue& value) {
+  RequireKey(value.key);
+  RequireWritable(value.name, "name");
+  RequireWritable(value.value, "value");
 }
 
 int Save(const RegistryPlace& place, const std::string& bytes) {
@@ -76,6 +93,7 @@ RegistryLayer ReadRegistryLayer(const std::string& path) {
   RegistryContent content = ParseRegistryFile(read.bytes);
   layer.damage = std::move(content.damage);
   layer.entries = std::move(content.entries);
+  layer.named = std::move(content.named);
   return layer;
 }
 
@@ -87,18 +105,34 @@ WideString FindInRegistry(const std::vector<RegistryPlace>& places, const WideSt
   return WideString();
 }
 
+WideString FindInRegistry(const std::vector<RegistryPlace>& places, const WideString& key,
+                          const WideString& name) {
+  if (name.IsEmpty()) return FindInRegistry(places, key);
+  for (const RegistryPlace& place : places) {
+    WideString value = FindNamedRegistryValue(ReadRegistryLayer(place.path).named, key, name);
+    if (!value.IsNull()) return value;
+  }
+  return WideString();
+}
+
 std::string WriteToRegistry(const std::vector<RegistryPlace>& places, const WideString& key,
                             const WideString& value) {
-  RequireKey(key);
-  RequireWritable(value, "value");
+  return WriteToRegistry(places, {{key, WideString(), value.IsNull() ? WideString(u"") : value}});
+}
+
+std::string WriteToRegistry(const std::vector<RegistryPlace>& places,
+                            const std::vector<RegistryValue>& values) {
+  for (const RegistryValue& value : values) RequireWritable(value);
   std::string reasons;
   for (const RegistryPlace& place : places) {
     const SoundFile file = LoadSound(place.path);
-    const int error = Save(place, WithRegistryValue(file.bytes, key, value));
+    const int error = Save(place, WithValues(file.bytes, values));
     if (error == 0) return place.path;
     const std::string reason = place.path + ": " + SystemErrorText(error);
     // A file that has the key already would go on hiding what stands in the next one.
-    const bool mayPassOver = place.kind != RegistryPlaceKind::kNamed && IsOutOfReach(error) && !file.Has(key);
+    const bool hides = std::any_of(values.begin(), values.end(),
+                                   [&](const RegistryValue& value) { return file.Has(value); });
+    const bool mayPassOver = place.kind != RegistryPlaceKind::kNamed && IsOutOfReach(error) && !hides;
     if (!mayPassOver) Raise(E_FAIL, reason);
     reasons += (reasons.empty() ? "" : "; ") + reason;
   }
@@ -111,6 +145,21 @@ std::string RemoveFromRegistry(const std::vector<RegistryPlace>& places, const W
     const SoundFile file = LoadSound(place.path);
     if (!file.Has(key)) continue;
     const int error = Save(place, WithoutRegistryValue(file.bytes, key));
+    if (error != 0) Raise(E_FAIL, place.path + ": " + SystemErrorText(error));
+    return place.path;
+  }
+  return {};
+}
+
+std::string RemoveKeysFromRegistry(const std::vector<RegistryPlace>& places,
+                                   const std::vector<WideString>& keys) {
+  for (const WideString& key : keys) RequireKey(key);
+  for (const RegistryPlace& place : places) {
+    const SoundFile file = LoadSound(place.path);
+    std::string left = file.bytes;
+    for (const WideString& key : keys) left = WithoutRegistryKey(left, key);
+    if (left == file.bytes) continue;
+    const int error = Save(place, left);
     if (error != 0) Raise(E_FAIL, place.path + ": " + SystemErrorText(error));
     return place.path;
   }

@@ -22,8 +22,14 @@ struct RegistryPlace {
 
 RegistryLayer ReadRegistryLayer(const std::string& path);
 WideString FindInRegistry(const std::vector<RegistryPlace>& places, const WideString& key);
+WideString FindInRegistry(const std::vector<RegistryPlace>& places, const WideString& key,
+                          const WideString& name);
 std::string WriteToRegistry(const std::vector<RegistryPlace>& places, const WideString& key,
                             const WideString& value);
+std::string WriteToRegistry(const std::vector<RegistryPlace>& places,
+                            const std::vector<RegistryValue>& values);
 std::string RemoveFromRegistry(const std::vector<RegistryPlace>& places, const WideString& key);
+std::string RemoveKeysFromRegistry(const std::vector<RegistryPlace>& places,
+                                   const std::vector<WideString>& keys);
 
 }  // namespace qv

@@ -2,6 +2,7 @@
 
 #include <utf8.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace qv {
@@ -9,10 +10,16 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kBlank = " \t\r\n";
-constexpr std::string_view kRoot = "HKEY_LOCAL_MACHINE";
 constexpr std::string_view kNeverInHeading = "[@\"=";
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr const char* kNotClosed = "the quote is not closed";
+
+// The names that a section may begin with, and the keys that they stand for.
+struct Root {
+  std::string_view name;
+  std::string_view key;
+};
+constexpr Root kRoots[] = {{"HKEY_LOCAL_MACHINE", ""}, {"HKEY_CLASSES_ROOT", "SOFTWARE\\Classes"}};
 
 std::string_view Trimmed(std::string_view text) noexcept {
   const std::size_t first = text.find_first_not_of(kBlank);
@@ -24,12 +31,25 @@ char UpperByte(char byte) noexcept {
   return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
 }
 
-// "HKEY_LOCAL_MACHINE" in any case, alone or before a "\".
-bool IsBelowRoot(std::string_view name) noexcept {
-  if (name.size() < kRoot.size()) return false;
-  for (std::size_t i = 0; i < kRoot.size(); ++i)
-    if (UpperByte(name[i]) != kRoot[i]) return false;
-  return name.size() == kRoot.size() || name[kRoot.size()] == '\\';
+// The root's name in any case, alone or before a "\".
+bool IsBelow(std::string_view root, std::string_view name) noexcept {
+  if (name.size() < root.size()) return false;
+  for (std::size_t i = 0; i < root.size(); ++i)
+    if (UpperByte(name[i]) != root[i]) return false;
+  return name.size() == root.size() || name[root.size()] == '\\';
+}
+
+const Root* RootOf(std::string_view name) noexcept {
+  for (const Root& root : kRoots)
+    if (IsBelow(root.name, name)) return &root;
+  return nullptr;
+}
+
+std::string KeyOf(const Root& root, std::string_view name) {
+  const std::string_view rest = name.substr(std::min(name.size(), root.name.size() + 1));
+  std::string key(root.key);
+  if (!key.empty() && !rest.empty()) key += '\\';
+  return key.append(rest);
 }
 
 // Where the quote that opens `text` is closed.
@@ -39,6 +59,17 @@ std::size_t ClosingQuote(std::string_view text) noexcept {
     if (text[at] == '\\') ++at;
   }
   return kNone;
+}
+
+// Null, or what is wrong with the quoted text.
+const char* Unquote(std::string_view quoted, std::string& text) {
+  const std::size_t end = ClosingQuote(quoted);
+  if (end == kNone) return kNotClosed;
+  for (std::size_t at = 1; at < end; ++at) {
+    if (quoted[at] == '\\' && quoted[++at] != '\\' && quoted[at] != '"') return "an unknown escape";
+    text += quoted[at];
+  }
+  return end + 1 == quoted.size() ? nullptr : "text behind the closing quote";
 }
 
 class LineReader {
@@ -74,10 +105,11 @@ class LineReader {
   }
 
   void Classify(std::string_view content, RegistryLine& line) {
+    if (content.empty()) line.kind = RegistryLineKind::kBlank;
     if (content.empty() || content[0] == ';') return;
     if (content[0] == '[') return ReadSection(content, line);
     if (content[0] == '@') return ReadOwnValue(content, line);
-    if (content[0] == '"') return ReadNamedValue(content);
+    if (content[0] == '"') return ReadNamedValue(content, line);
     const bool heading = number_ == 1 && content.find_first_of(kNeverInHeading) == kNone;
     if (!heading) Fail("neither a section nor a value nor a comment");
   }
@@ -85,9 +117,10 @@ class LineReader {
   void ReadSection(std::string_view content, RegistryLine& line) {
     if (content.back() != ']') Fail("the section is not closed");
     const std::string_view name = content.substr(1, content.size() - 2);
-    if (!IsBelowRoot(name)) Fail("the section is not below HKEY_LOCAL_MACHINE");
+    const Root* const root = RootOf(name);
+    if (root == nullptr) Fail("the section is not below HKEY_LOCAL_MACHINE");
     line.kind = RegistryLineKind::kSection;
-    line.key = name.size() > kRoot.size() ? name.substr(kRoot.size() + 1) : std::string_view();
+    line.key = KeyOf(*root, name);
     hasSection_ = true;
     isRoot_ = line.key.empty();
   }
@@ -95,19 +128,25 @@ class LineReader {
   void ReadOwnValue(std::string_view content, RegistryLine& line) {
     const std::string_view value = ValueBehind(content.substr(1));
     const bool isText = value[0] == '"';
-    if (isText) line.text = Unquoted(value);
+    const char* const problem = isText ? Unquote(value, line.text) : nullptr;
+    if (problem != nullptr) Fail(problem);
     if (!isText) TakeContinuations(value);
     if (!isRoot_) line.kind = isText ? RegistryLineKind::kText : RegistryLineKind::kNoText;
   }
 
-  // Kept and not read; only its end has to be found.
-  void ReadNamedValue(std::string_view content) {
+  // Only its end has to be found: what is wrong inside is another program's, and no reason to refuse the
+  // file.
+  void ReadNamedValue(std::string_view content, RegistryLine& line) {
     const std::size_t nameEnd = ClosingQuote(content);
     if (nameEnd == kNone) Fail(kNotClosed);
     const std::string_view value = ValueBehind(content.substr(nameEnd + 1));
     const bool isText = value[0] == '"';
     if (isText && ClosingQuote(value) == kNone) Fail(kNotClosed);
     if (!isText) TakeContinuations(value);
+    if (isRoot_) return;
+    if (Unquote(content.substr(0, nameEnd + 1), line.name) != nullptr) line.name.clear();
+    const bool isWhole = isText && Unquote(value, line.text) == nullptr;
+    line.kind = isWhole ? RegistryLineKind::kNamedText : RegistryLineKind::kNamedOther;
   }
 
   // What follows the "=", never empty.
@@ -126,18 +165,6 @@ class LineReader {
       if (at_ == bytes_.size()) Fail("the value is not complete");
       value = TakeContent();
     }
-  }
-
-  std::string Unquoted(std::string_view quoted) const {
-    const std::size_t end = ClosingQuote(quoted);
-    if (end == kNone) Fail(kNotClosed);
-    std::string text;
-    for (std::size_t at = 1; at < end; ++at) {
-      if (quoted[at] == '\\' && quoted[++at] != '\\' && quoted[at] != '"') Fail("an unknown escape");
-      text += quoted[at];
-    }
-    if (end + 1 != quoted.size()) Fail("text behind the closing quote");
-    return text;
   }
 
   std::string_view bytes_;

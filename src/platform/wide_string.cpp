@@ -78,7 +78,10 @@ BStr AllocString(const char16_t* units, std::size_t length) noexcept {
 void FreeString(BStr text) noexcept {
   if (text == nullptr) return;
   Header* header = HeaderOf(text);
-  if (header->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) std::free(header);
+  // The only owner needs no locked step: nobody else can come.
+  if (header->owners.load(std::memory_order_acquire) == 1 ||
+      header->owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
+    std::free(header);
 }
 
 std::size_t StringLength(const char16_t* text) noexcept {
@@ -114,10 +117,6 @@ WideString& WideString::operator=(const WideString& other) noexcept {
 WideString& WideString::operator=(WideString&& other) noexcept {
   std::swap(text_, other.text_);
   return *this;
-}
-
-WideString::~WideString() {
-  FreeString(text_);
 }
 
 WideString WideString::Attach(BStr text) noexcept {

@@ -63,17 +63,7 @@ void CXMLRecordListSerializerStr::StartRecord() {
 }
 
 void CXMLRecordListSerializerStr::WriteCell(std::u16string_view name, std::u16string_view text) {
-  stream_.Append(u"<");
-  stream_.Append(name);
-  if (text.empty()) {
-    stream_.Append(u"/>");
-    return;
-  }
-  stream_.Append(u">");
-  stream_.AppendEncoded(text);
-  stream_.Append(u"</");
-  stream_.Append(name);
-  stream_.Append(u">");
+  stream_.AppendElement(name, text);
 }
 
 void CXMLRecordListSerializerStr::EndRecord() {

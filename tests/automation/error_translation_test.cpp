@@ -7,6 +7,7 @@
 
 #include "automation/object_support.h"
 #include "automation/waiting_record.h"
+#include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 
@@ -87,7 +88,7 @@ TEST_P(ErrorTranslation, GivesThisCodeAndRecord) {
   try {
     GetParam().thrower();
   } catch (...) {
-    code = ResultFromCaughtException();
+    code = ResultFromCaughtException(CLSID_Url);
   }
   EXPECT_EQ(static_cast<std::uint32_t>(code), GetParam().code);
   EXPECT_EQ(TakenWords(), GetParam().words);

@@ -6,13 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "automation/dispatch_faces.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/shown_text.h"
 #include "qvscriptwells/value_objects.h"
 
 namespace qv {
 
-class FakeAttachedFile final : public IAttachedFile {
+class FakeAttachedFile final : public AttachedFileDispatch {
  public:
   FakeAttachedFile(const FakeHttp* http, const WideString& name) : http_(http), name_(name) {}
 

@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "qvscriptwells/objects.h"
+#include "automation/dispatch_faces.h"
 
 namespace qv {
 
 using FakeLog = std::vector<std::string>;
 
-class FakeParameter final : public IParameter {
+class FakeParameter final : public ParameterDispatch {
  public:
   FakeParameter(FakeLog* log, const WideString& key, const Variant& value, const WideString& typeName)
       : log_(log), key_(key), value_(value), typeName_(typeName) {}
@@ -63,7 +63,7 @@ class FakeParameter final : public IParameter {
   std::uint32_t references_ = 0;
 };
 
-class FakeParameters final : public IParameters {
+class FakeParameters final : public ParametersDispatch {
  public:
   explicit FakeParameters(FakeLog* log) : log_(log) {}
   FakeParameter* Put(const WideString& key, const Variant& value, const WideString& typeName) {

@@ -1,0 +1,41 @@
+#include "automation/class_factory.h"
+
+#include <iterator>
+
+#include "automation/module.h"
+#include "automation/object_support.h"
+#include "qvscriptwells/error_info.h"
+
+namespace qv {
+
+HRESULT ClassFactory::QueryInterface(const Guid& iid, void** object) noexcept {
+  const InterfaceRow rows[] = {{IClassFactory::kIid, static_cast<IClassFactory*>(this), this}};
+  return AnswerQuery(rows, std::size(rows), iid, object);
+}
+
+std::uint32_t ClassFactory::AddRef() noexcept {
+  LockModule();
+  return ++count_;
+}
+
+// The last thing done is to let the library go.
+std::uint32_t ClassFactory::Release() noexcept {
+  const std::uint32_t left = --count_;
+  UnlockModule();
+  return left;
+}
+
+HRESULT ClassFactory::CreateInstance(IUnknown* outer, const Guid& iid, void** object) noexcept {
+  ClearErrorInfo();
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  if (outer != nullptr && iid != IUnknown::kIid) return CLASS_E_NOAGGREGATION;
+  return creator_(outer, iid, object);
+}
+
+HRESULT ClassFactory::LockServer(bool lock) noexcept {
+  lock ? LockModule() : UnlockModule();
+  return S_OK;
+}
+
+}  // namespace qv

@@ -1,0 +1,37 @@
+#include "automation/object_map.h"
+
+#include "automation/class_factory.h"
+#include "automation/qv_scriptwells.h"
+#include "platform/builtin_classes.h"
+#include "qvscriptwells/class_ids.h"
+
+namespace qv {
+namespace {
+
+// The one class object, made under the guard of its first use.
+IClassFactory& ScriptwellsFactory() noexcept {
+  static ClassFactory factory(&CreateQvScriptwellsObject);
+  return factory;
+}
+
+struct MapRow {
+  Guid classId;
+  IClassFactory& (*factory)() noexcept;
+};
+constexpr MapRow kObjectMap[] = {{CLSID_QvScriptwells, &ScriptwellsFactory}};
+
+}  // namespace
+
+HRESULT FindClassObject(const Guid& classId, const Guid& iid, void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  for (const MapRow& row : kObjectMap)
+    if (row.classId == classId) return row.factory().QueryInterface(iid, object);
+  return CLASS_E_CLASSNOTAVAILABLE;
+}
+
+HRESULT OwnClassObject(const Guid& classId, const Guid& iid, void** object) noexcept {
+  return FindClassObject(classId, iid, object);
+}
+
+}  // namespace qv

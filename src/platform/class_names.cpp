@@ -1,0 +1,78 @@
+#include "platform/class_names.h"
+
+#include <string>
+
+#include "platform/guid_text.h"
+#include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/registry.h"
+
+namespace qv {
+namespace {
+
+// "{01932093-F909-400B-B02E-7AEDABA33A36}": anything but these stands for a hexadecimal digit.
+constexpr std::u16string_view kShape = u"{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
+
+bool IsHexDigit(char16_t unit) noexcept {
+  return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') || (unit >= u'A' && unit <= u'F');
+}
+
+bool HasShape(std::u16string_view text) noexcept {
+  if (text.size() != kShape.size()) return false;
+  for (std::size_t i = 0; i < text.size(); ++i)
+    if (kShape[i] == u'x' ? !IsHexDigit(text[i]) : text[i] != kShape[i]) return false;
+  return true;
+}
+
+Guid WithoutBraces(std::u16string_view text) noexcept {
+  char digits[37] = {};
+  for (std::size_t i = 0; i < 36; ++i) digits[i] = static_cast<char>(text[i + 1]);
+  return ParseGuid(digits);
+}
+
+std::u16string BelowClasses(std::u16string_view path) {
+  return std::u16string(kClassesKey).append(u"\\").append(path);
+}
+
+// A name is one component of a key, and never a way to another key.
+bool IsName(std::u16string_view name) noexcept {
+  return !name.empty() && name.find(u'\\') == std::u16string_view::npos;
+}
+
+}  // namespace
+
+WideString ClassKey(const Guid& classId, const WideString& below) {
+  return BelowClasses(u"CLSID\\").append(StringFromIID(classId).view()).append(u"\\").append(below.view());
+}
+
+HRESULT CLSIDFromString(const WideString& text, Guid* classId) noexcept {
+  if (classId == nullptr) return E_POINTER;
+  const bool isRight = HasShape(text.view());
+  *classId = isRight ? WithoutBraces(text.view()) : Guid{};
+  return isRight ? S_OK : CO_E_CLASSSTRING;
+}
+
+HRESULT CLSIDFromProgID(const WideString& progId, Guid* classId) noexcept {
+  if (classId == nullptr) return E_POINTER;
+  *classId = Guid{};
+  if (!IsName(progId.view())) return CO_E_CLASSSTRING;
+  try {
+    return CLSIDFromString(ReadRegistryValue(BelowClasses(progId.view()).append(u"\\CLSID")), classId);
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+HRESULT ProgIDFromCLSID(const Guid& classId, WideString* progId) noexcept {
+  if (progId == nullptr) return E_POINTER;
+  *progId = WideString();
+  try {
+    *progId = ReadRegistryValue(ClassKey(classId, u"ProgID"));
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+  if (!progId->IsEmpty()) return S_OK;
+  *progId = WideString();
+  return REGDB_E_CLASSNOTREG;
+}
+
+}  // namespace qv

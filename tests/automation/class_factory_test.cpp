@@ -1,0 +1,270 @@
+// The class object of the client, and the client as a part of another object.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "automation/entry_points.h"
+#include "automation/module.h"
+#include "automation/object_map.h"
+#include "platform/module_hooks.h"
+#include "qvscriptwells/class_factory.h"
+#include "qvscriptwells/class_ids.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/objects.h"
+
+namespace qv {
+namespace {
+
+constexpr Guid kNoInterface = ParseGuid("5b7f0c1e-3d52-4e8a-9c61-2f0a8d4b6e13");
+constexpr Guid kOuterInterface = ParseGuid("5b7f0c1e-3d52-4e8a-9c61-2f0a8d4b6e14");
+
+IClassFactoryPtr Factory() {
+  void* raw = nullptr;
+  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IClassFactory::kIid, &raw), S_OK);
+  return IClassFactoryPtr(static_cast<IClassFactory*>(raw), false);
+}
+
+class ClassObject : public testing::Test {
+ protected:
+  void TearDown() override { EXPECT_EQ(ModuleLocks(), 0); }
+};
+
+TEST_F(ClassObject, IsMadeOnceAndKept) {
+  const IClassFactoryPtr first = Factory();
+  const IClassFactory* const kept = first.get();
+  EXPECT_EQ(Factory().get(), kept);
+}
+
+TEST_F(ClassObject, AnswersItsInterfacesOnly) {
+  void* object = nullptr;
+  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IUnknown::kIid, &object), S_OK);
+  static_cast<IUnknown*>(object)->Release();
+  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IQvScriptwells::kIid, &object), E_NOINTERFACE);
+  EXPECT_EQ(object, nullptr);
+  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IClassFactory::kIid, nullptr), E_POINTER);
+}
+
+TEST_F(ClassObject, OnlyTheClientIsInTheMap) {
+  const Guid others[] = {CLSID_ConnectionModel, CLSID_Url,        CLSID_Duration,  CLSID_ConnectionString,
+                         CLSID_AttachedFile,    CLSID_Parameters, CLSID_Parameter, Guid{}};
+  for (const Guid& id : others) {
+    int stranger = 0;
+    void* object = &stranger;
+    EXPECT_EQ(FindClassObject(id, IClassFactory::kIid, &object), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(object, nullptr);
+  }
+}
+
+TEST_F(ClassObject, MakesANewClientOnEachCall) {
+  const IClassFactoryPtr factory = Factory();
+  void* first = nullptr;
+  void* second = nullptr;
+  ASSERT_EQ(factory->CreateInstance(nullptr, IQvScriptwells::kIid, &first), S_OK);
+  ASSERT_EQ(factory->CreateInstance(nullptr, IQvScriptwells::kIid, &second), S_OK);
+  EXPECT_NE(first, second);
+  EXPECT_EQ(static_cast<IQvScriptwells*>(first)->AddRef(), 2u);
+  EXPECT_EQ(static_cast<IQvScriptwells*>(first)->Release(), 1u);
+  EXPECT_EQ(static_cast<IQvScriptwells*>(first)->Release(), 0u);
+  EXPECT_EQ(static_cast<IQvScriptwells*>(second)->Release(), 0u);
+}
+
+TEST_F(ClassObject, ClientWithoutTheInterfaceGoesAgain) {
+  void* object = nullptr;
+  EXPECT_EQ(Factory()->CreateInstance(nullptr, kNoInterface, &object), E_NOINTERFACE);
+  EXPECT_EQ(object, nullptr);
+  EXPECT_EQ(ModuleLocks(), 0);
+  EXPECT_EQ(Factory()->CreateInstance(nullptr, IQvScriptwells::kIid, nullptr), E_POINTER);
+}
+
+TEST_F(ClassObject, ObjectsReferencesAndLocksKeepTheLibrary) {
+  EXPECT_EQ(DllCanUnloadNow(), S_OK);
+  IClassFactoryPtr factory = Factory();
+  EXPECT_EQ(DllCanUnloadNow(), S_FALSE);
+  EXPECT_EQ(factory->LockServer(true), S_OK);
+  EXPECT_EQ(factory->LockServer(true), S_OK);
+  IClassFactory* const bare = factory.get();
+  factory.reset();
+  EXPECT_EQ(ModuleLocks(), 2);
+  EXPECT_EQ(bare->LockServer(false), S_OK);
+  EXPECT_EQ(DllCanUnloadNow(), S_FALSE);
+  EXPECT_EQ(bare->LockServer(false), S_OK);
+  EXPECT_EQ(DllCanUnloadNow(), S_OK);
+  void* object = nullptr;
+  ASSERT_EQ(bare->CreateInstance(nullptr, IUnknown::kIid, &object), S_OK);
+  EXPECT_EQ(ModuleLocks(), 1);
+  static_cast<IUnknown*>(object)->Release();
+  EXPECT_EQ(DllCanUnloadNow(), S_OK);
+}
+
+TEST_F(ClassObject, EveryObjectOfTheClientIsCounted) {
+  void* raw = nullptr;
+  ASSERT_EQ(Factory()->CreateInstance(nullptr, IQvScriptwells::kIid, &raw), S_OK);
+  IQvScriptwellsPtr client(static_cast<IQvScriptwells*>(raw), false);
+  IUrl* url = nullptr;
+  ASSERT_EQ(client->Url(&url), S_OK);
+  EXPECT_EQ(ModuleLocks(), 2);
+  client.reset();
+  EXPECT_EQ(DllCanUnloadNow(), S_FALSE);
+  url->Release();
+  EXPECT_EQ(DllCanUnloadNow(), S_OK);
+}
+
+TEST_F(ClassObject, MayBeUsedByManyThreads) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i)
+    threads.emplace_back([] {
+      for (int round = 0; round < 500; ++round) {
+        const IClassFactoryPtr factory = Factory();
+        factory->LockServer(true);
+        factory->LockServer(false);
+      }
+    });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(ModuleLocks(), 0);
+}
+
+// The client cannot be had before the module has started, so this stands in one test with what follows.
+TEST_F(ClassObject, EntryPointsWaitForTheStart) {
+  void* object = nullptr;
+  EXPECT_EQ(DllGetClassObject(CLSID_QvScriptwells, IClassFactory::kIid, &object), E_UNEXPECTED);
+  EXPECT_EQ(DllGetClassObject(CLSID_QvScriptwells, IClassFactory::kIid, nullptr), E_UNEXPECTED);
+  EXPECT_EQ(DllMain(nullptr, 2, nullptr), 1);
+  EXPECT_EQ(DllGetClassObject(CLSID_QvScriptwells, IClassFactory::kIid, &object), E_UNEXPECTED);
+  ModuleHooks strange = *OwnHooks();
+  strange.version = 4711;
+  EXPECT_EQ(DllMain(nullptr, 1, &strange), 0);
+  EXPECT_EQ(DllGetClassObject(CLSID_QvScriptwells, IClassFactory::kIid, &object), E_UNEXPECTED);
+  EXPECT_EQ(DllMain(nullptr, 1, nullptr), 1);
+  EXPECT_EQ(DllGetClassObject(CLSID_QvScriptwells, IClassFactory::kIid, nullptr), E_POINTER);
+  EXPECT_EQ(DllGetClassObject(CLSID_Url, IClassFactory::kIid, &object), CLASS_E_CLASSNOTAVAILABLE);
+  EXPECT_EQ(DllGetClassObject(CLSID_QvScriptwells, IClassFactory::kIid, &object), S_OK);
+  EXPECT_EQ(static_cast<IClassFactory*>(object)->Release(), 0u);
+}
+
+// An object that has the client as a part and offers its interfaces as its own.
+class Outer final : public IUnknown {
+ public:
+  explicit Outer(std::vector<std::string>* log) : log_(log) {}
+  HRESULT Aggregate(const Guid& iid = IUnknown::kIid) {
+    void* raw = nullptr;
+    const HRESULT code = Factory()->CreateInstance(this, iid, &raw);
+    inner = IUnknownPtr(static_cast<IUnknown*>(raw), false);
+    return code;
+  }
+
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
+    if (iid != IUnknown::kIid && iid != kOuterInterface) return inner->QueryInterface(iid, object);
+    *object = this;
+    AddRef();
+    return S_OK;
+  }
+  std::uint32_t AddRef() noexcept override { return ++count; }
+  std::uint32_t Release() noexcept override {
+    const std::uint32_t left = --count;
+    if (left == 0) {
+      log_->push_back("outer goes with " + std::to_string(ModuleLocks()));
+      count = 1;  // what the part releases on its way out must not come back here
+      inner.reset();
+      log_->push_back("part is gone with " + std::to_string(ModuleLocks()));
+    }
+    return left;
+  }
+
+  IUnknownPtr inner;
+  std::uint32_t count = 1;
+
+ private:
+  std::vector<std::string>* log_;
+};
+
+class Aggregation : public ClassObject {
+ protected:
+  void TearDown() override {
+    outer_.inner.reset();
+    ClassObject::TearDown();
+  }
+
+  std::vector<std::string> log_;
+  Outer outer_{&log_};
+};
+
+TEST_F(Aggregation, InnerObjectIsNotTheOuterOne) {
+  ASSERT_EQ(outer_.Aggregate(), S_OK);
+  ASSERT_NE(outer_.inner, nullptr);
+  EXPECT_NE(outer_.inner.get(), static_cast<IUnknown*>(&outer_));
+  EXPECT_EQ(outer_.count, 1u);
+  const IUnknownPtr same(static_cast<IUnknown*>(QueryFor(outer_.inner.get(), IUnknown::kIid)), false);
+  EXPECT_EQ(same, outer_.inner);
+  EXPECT_EQ(outer_.count, 1u);
+}
+
+TEST_F(Aggregation, EveryInterfaceCountsOnTheOuterObject) {
+  ASSERT_EQ(outer_.Aggregate(), S_OK);
+  for (const Guid& iid : {IQvScriptwells::kIid, IDispatch::kIid, IQvClientServiceRaw::kIid,
+                          ISupportErrorInfo::kIid, IProvideClassInfo::kIid}) {
+    auto* const face = static_cast<IUnknown*>(QueryFor(&outer_, iid));
+    ASSERT_NE(face, nullptr);
+    EXPECT_EQ(outer_.count, 2u);
+    EXPECT_EQ(face->AddRef(), 3u);
+    EXPECT_EQ(face->Release(), 2u);
+    EXPECT_EQ(face->Release(), 1u);
+  }
+}
+
+TEST_F(Aggregation, EveryInterfaceLeadsBackToTheOuterObject) {
+  ASSERT_EQ(outer_.Aggregate(), S_OK);
+  for (const Guid& iid : {IQvScriptwells::kIid, IDispatch::kIid, IQvClientServiceRaw::kIid,
+                          ISupportErrorInfo::kIid, IProvideClassInfo::kIid}) {
+    const IUnknownPtr face(static_cast<IUnknown*>(QueryFor(&outer_, iid)), false);
+    for (const Guid& back : {IUnknown::kIid, kOuterInterface}) {
+      const IUnknownPtr whole(static_cast<IUnknown*>(QueryFor(face.get(), back)), false);
+      EXPECT_EQ(whole.get(), static_cast<IUnknown*>(&outer_));
+    }
+    EXPECT_EQ(QueryFor(face.get(), kNoInterface), nullptr);
+  }
+  EXPECT_EQ(outer_.count, 1u);
+}
+
+TEST_F(Aggregation, InnerObjectCountsForItself) {
+  ASSERT_EQ(outer_.Aggregate(), S_OK);
+  EXPECT_EQ(outer_.inner->AddRef(), 2u);
+  EXPECT_EQ(outer_.inner->Release(), 1u);
+  EXPECT_EQ(outer_.count, 1u);
+}
+
+TEST_F(Aggregation, MembersWorkInsideTheOuterObject) {
+  ASSERT_EQ(outer_.Aggregate(), S_OK);
+  const IQvScriptwellsPtr client(static_cast<IQvScriptwells*>(QueryFor(&outer_, IQvScriptwells::kIid)),
+                                 false);
+  EXPECT_EQ(client->put_ServerName(u"http://srv"), S_OK);
+  WideString name;
+  EXPECT_EQ(client->get_ServerName(&name), S_OK);
+  EXPECT_EQ(name, u"http://srv");
+  IUrl* url = nullptr;
+  EXPECT_EQ(client->Url(&url), S_OK);
+  EXPECT_EQ(url->Release(), 0u);
+  EXPECT_EQ(outer_.count, 2u);
+}
+
+TEST_F(Aggregation, PartGoesWithTheLastReferenceOfTheWhole) {
+  ASSERT_EQ(outer_.Aggregate(), S_OK);
+  auto* const client = static_cast<IQvScriptwells*>(QueryFor(&outer_, IQvScriptwells::kIid));
+  EXPECT_EQ(outer_.Release(), 1u);
+  EXPECT_TRUE(log_.empty());
+  EXPECT_EQ(ModuleLocks(), 1);
+  EXPECT_EQ(client->Release(), 0u);
+  EXPECT_EQ(log_, (std::vector<std::string>{"outer goes with 1", "part is gone with 0"}));
+}
+
+TEST_F(Aggregation, OnlyTheInnerUnknownIsHandedOut) {
+  for (const Guid& iid : {IQvScriptwells::kIid, IDispatch::kIid, kNoInterface}) {
+    EXPECT_EQ(outer_.Aggregate(iid), CLASS_E_NOAGGREGATION);
+    EXPECT_EQ(outer_.inner, nullptr);
+  }
+  EXPECT_EQ(outer_.count, 1u);
+}
+
+}  // namespace
+}  // namespace qv

@@ -1,0 +1,64 @@
+// Type information is looked for at the module's own path, which has to fit into 260 units with its null. The
+// system tells the path of a program as it was started, so each length is tried by a start of this program
+// under a name of that length.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "fixtures/environment.h"
+#include "qvscriptwells/create_objects.h"
+
+namespace qv {
+namespace {
+
+constexpr char kVariable[] = "QV_TEST_LONG_PATH";
+
+// Runs the test below in a program of this name and returns its exit status.
+int RunUnderName(const std::string& name, const char* expectation) {
+  const EnvironmentVariable expected(kVariable, expectation);
+  const pid_t child = fork();
+  if (child == 0) {
+    execl("/proc/self/exe", name.c_str(), "--gtest_brief=1", "--gtest_filter=ModulePath.AnswersByItsLength",
+          static_cast<char*>(nullptr));
+    _exit(99);
+  }
+  int status = -1;
+  EXPECT_EQ(waitpid(child, &status, 0), child);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(ModulePath, FitsWith259Units) {
+  EXPECT_EQ(RunUnderName("/" + std::string(258, 'x'), "fits"), 0);
+}
+
+TEST(ModulePath, DoesNotFitWith260Units) {
+  EXPECT_EQ(RunUnderName("/" + std::string(259, 'x'), "too long"), 0);
+  EXPECT_EQ(RunUnderName("/" + std::string(3000, 'x'), "too long"), 0);
+}
+
+// Started by the two tests above under names of their own; as it stands, the name is an ordinary one.
+TEST(ModulePath, AnswersByItsLength) {
+  const char* told = std::getenv(kVariable);
+  const bool fits = told == nullptr || std::string(told) == "fits";
+  const IUrlPtr link = CreateUrl();
+  std::uint32_t count = 7;
+  EXPECT_EQ(link->GetTypeInfoCount(&count), fits ? S_OK : E_FAIL);
+  if (fits) {
+    EXPECT_EQ(count, 0u);
+  }
+  int stranger = 0;
+  for (const std::uint32_t index : {0u, 1u}) {
+    ITypeInfo* info = reinterpret_cast<ITypeInfo*>(&stranger);
+    const HRESULT code = link->GetTypeInfo(index, 0, &info);
+    if (!fits) {
+      EXPECT_EQ(code, E_FAIL);
+    }
+    EXPECT_EQ(info, nullptr);
+  }
+}
+
+}  // namespace
+}  // namespace qv

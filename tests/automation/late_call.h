@@ -1,0 +1,148 @@
+// One call of a member by its id, as a host without headers makes it, and what came of it.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "fixtures/shown_text.h"
+#include "qvscriptwells/dispatch.h"
+
+namespace qv {
+
+// A value as tests compare it: its tag and content, such as "I2 5", "BSTR <null>", "DISPATCH null".
+inline std::string ShownValue(const Variant& value) {
+  const VariantData& data = value.Data();
+  char real[40];
+  switch (value.Tag()) {
+    case VT_EMPTY:
+      return "EMPTY";
+    case VT_NULL:
+      return "NULL";
+    case VT_I2:
+      return "I2 " + std::to_string(data.iVal);
+    case VT_I4:
+      return "I4 " + std::to_string(data.lVal);
+    case VT_INT:
+      return "INT " + std::to_string(data.intVal);
+    case VT_R8:
+      std::snprintf(real, sizeof real, "R8 %g", data.dblVal);
+      return real;
+    case VT_BSTR:
+      return "BSTR " + Shown(value.Text());
+    case VT_BOOL:
+      return "BOOL " + std::to_string(data.boolVal);
+    case VT_DISPATCH:
+      return value.Object() == nullptr ? "DISPATCH null" : "DISPATCH object";
+    case VT_UNKNOWN:
+      return value.Object() == nullptr ? "UNKNOWN null" : "UNKNOWN object";
+    default:
+      return "tag " + std::to_string(value.Tag());
+  }
+}
+
+inline std::string ShownCode(HRESULT code) {
+  char digits[16];
+  std::snprintf(digits, sizeof digits, "0x%08X", static_cast<unsigned>(code));
+  return digits;
+}
+
+inline Variant I2(int value) {
+  return Variant::FromShort(static_cast<std::int16_t>(value));
+}
+inline Variant I4(std::int32_t value) {
+  VariantData data;
+  data.lVal = value;
+  return Variant::FromRaw(VT_I4, data);
+}
+inline Variant R8(double value) {
+  return Variant::FromDouble(value);
+}
+inline Variant Text(const WideString& value) {
+  return Variant::FromString(value);
+}
+// A pointer to what stands at `place`, under `tag` with VT_BYREF.
+inline Variant Reference(VARTYPE tag, void* place) {
+  VariantData data;
+  data.byref = place;
+  return Variant::FromRaw(static_cast<VARTYPE>(tag | VT_BYREF), data);
+}
+
+// What nobody writes on his own: the call left the place alone.
+constexpr std::uint32_t kUntouchedIndex = 0xCAFE;
+constexpr char16_t kUntouchedText[] = u"untouched";
+
+inline int untouchedPlace = 0;
+inline HRESULT DeferredFillIn(EXCEPINFO*) {
+  return E_NOTIMPL;
+}
+
+class LateCall {
+ public:
+  LateCall(IDispatch* object, DISPID id, std::uint16_t flags = DISPATCH_METHOD)
+      : object_(object), id_(id), flags_(flags) {
+    result = Text(kUntouchedText);
+    failure.wCode = 11;
+    failure.wReserved = 12;
+    failure.bstrSource = kUntouchedText;
+    failure.bstrDescription = kUntouchedText;
+    failure.bstrHelpFile = kUntouchedText;
+    failure.dwHelpContext = 13;
+    failure.pvReserved = &untouchedPlace;
+    failure.pfnDeferredFillIn = DeferredFillIn;
+    failure.scode = 14;
+  }
+
+  // The arguments in the member's order.
+  LateCall& With(const std::vector<Variant>& arguments) {
+    arguments_.assign(arguments.rbegin(), arguments.rend());
+    return *this;
+  }
+  // The arguments as they stand in the block: the last one first, named ones before all.
+  LateCall& WithBlock(const std::vector<Variant>& block) {
+    arguments_ = block;
+    return *this;
+  }
+  LateCall& Named(const std::vector<DISPID>& ids) {
+    named_ = ids;
+    return *this;
+  }
+
+  HRESULT Run() { return Run(&result, &failure, &index); }
+  HRESULT Run(Variant* resultPlace, EXCEPINFO* failurePlace, std::uint32_t* indexPlace) {
+    DISPPARAMS block;
+    block.rgvarg = arguments_.empty() ? nullptr : arguments_.data();
+    block.cArgs = static_cast<std::uint32_t>(arguments_.size());
+    block.rgdispidNamedArgs = named_.empty() ? nullptr : named_.data();
+    block.cNamedArgs = static_cast<std::uint32_t>(named_.size());
+    return object_->Invoke(id_, Guid{}, 0, flags_, &block, resultPlace, failurePlace, indexPlace);
+  }
+  std::string Code() { return ShownCode(Run()); }
+
+  // Every field of the failure as it was before the call.
+  bool FailureUntouched() const {
+    return failure.wCode == 11 && failure.wReserved == 12 && failure.bstrSource == kUntouchedText &&
+           failure.bstrDescription == kUntouchedText && failure.bstrHelpFile == kUntouchedText &&
+           failure.dwHelpContext == 13 && failure.pvReserved == &untouchedPlace &&
+           failure.pfnDeferredFillIn == DeferredFillIn && failure.scode == 14;
+  }
+
+  Variant result;
+  EXCEPINFO failure;
+  std::uint32_t index = kUntouchedIndex;
+
+ private:
+  IDispatch* object_;
+  DISPID id_;
+  std::uint16_t flags_;
+  std::vector<Variant> arguments_;
+  std::vector<DISPID> named_;
+};
+
+// The id of one name; -1 when it is unknown.
+inline DISPID IdOf(IDispatch* object, const char16_t* name) {
+  DISPID id = -1;
+  return Succeeded(object->GetIDsOfNames(Guid{}, &name, 1, 0, &id)) ? id : -1;
+}
+
+}  // namespace qv

@@ -1,0 +1,139 @@
+// The client when memory runs out: the one failure of reading the model that has no words of its own.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "fixtures/thrown.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "session/qv_scriptwells_impl.h"
+
+namespace {
+
+// The next allocation is refused, and no other.
+bool refuseOne = false;
+
+void* Allocate(std::size_t size) {
+  if (refuseOne) {
+    refuseOne = false;
+    throw std::bad_alloc();
+  }
+  void* block = std::malloc(size == 0 ? 1 : size);
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  return Allocate(size);
+}
+void* operator new[](std::size_t size) {
+  return Allocate(size);
+}
+void operator delete(void* block) noexcept {
+  std::free(block);
+}
+void operator delete[](void* block) noexcept {
+  std::free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+  std::free(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+  std::free(block);
+}
+
+namespace qv {
+namespace {
+
+constexpr char16_t kWords[] = u"Cannot create ConnectionModel object.";
+
+TEST(ScarceClient, ModelThatCannotBeMadeIsAnExceptionWithWords) {
+  QvScriptwellsImpl client;
+  WideString words;
+  HRESULT code = 7;
+  client.put_ServerName(u"http://srv");
+  refuseOne = true;
+  try {
+    client.get_ConnectionModel();
+  } catch (const EQvException& error) {
+    words = error.Description();
+    code = error.Code();
+  } catch (...) {
+    words = u"another exception";
+  }
+  EXPECT_FALSE(refuseOne);
+  refuseOne = false;
+  EXPECT_EQ(words, WideString(kWords));
+  EXPECT_EQ(code, 0);
+  // The next read is one as before Init.
+  EXPECT_EQ(Thrown([&] { client.get_ConnectionModel(); }), "_com_error 0x80004003 <null>");
+}
+
+TEST(ScarceClient, ModelThatCannotBeMadeReachesTheHostAsAnException) {
+  const IQvScriptwellsPtr client = CreateQvScriptwells();
+  IConnectionModel* model = nullptr;
+  refuseOne = true;
+  const HRESULT code = client->ConnectionModel(&model);
+  refuseOne = false;
+  EXPECT_EQ(code, DISP_E_EXCEPTION);
+  ErrorInfo record;
+  ASSERT_TRUE(GetErrorInfo(&record));
+  EXPECT_EQ(record.description, WideString(kWords));
+}
+
+TEST(ScarceClient, ValueThatCannotBeMadeIsUnexpectedAndLeavesNoRecord) {
+  const IQvScriptwellsPtr client = CreateQvScriptwells();
+  IUrl* url = nullptr;
+  refuseOne = true;
+  const HRESULT typed = client->Url(&url);
+  refuseOne = false;
+  EXPECT_EQ(typed, E_UNEXPECTED);
+  ErrorInfo record;
+  EXPECT_FALSE(GetErrorInfo(&record));
+}
+
+// The same by id: the words of the host's record stay, and the result is a null object.
+TEST(ScarceClient, UnexpectedFailureKeepsTheWordsOfTheHostsRecord) {
+  const IQvScriptwellsPtr client = CreateQvScriptwells();
+  for (DISPID id = 2; id <= 6; ++id) {
+    DISPPARAMS none;
+    Variant result = Variant::FromBool(true);
+    EXCEPINFO failure;
+    failure.bstrDescription = u"untouched";
+    refuseOne = true;
+    const HRESULT code = client->Invoke(id, Guid{}, 0, DISPATCH_METHOD, &none, &result, &failure, nullptr);
+    refuseOne = false;
+    EXPECT_EQ(code, E_UNEXPECTED) << id;
+    EXPECT_EQ(failure.scode, E_UNEXPECTED);
+    EXPECT_EQ(failure.bstrDescription, WideString(u"untouched"));
+    EXPECT_EQ(result.Tag(), VT_DISPATCH);
+    EXPECT_EQ(result.Object(), nullptr);
+  }
+}
+
+TEST(ScarceClient, ListThatCannotGrowIsUnexpected) {
+  const IParametersPtr list = CreateParameters();
+  const Variant block[] = {Variant::FromShort(1), Variant::FromString(u"k")};
+  DISPPARAMS arguments;
+  arguments.rgvarg = block;
+  arguments.cArgs = 2;
+  Variant result;
+  EXCEPINFO failure;
+  refuseOne = true;
+  const HRESULT code = list->Invoke(1, Guid{}, 0, DISPATCH_METHOD, &arguments, &result, &failure, nullptr);
+  refuseOne = false;
+  EXPECT_EQ(code, E_UNEXPECTED);
+  EXPECT_EQ(failure.scode, E_UNEXPECTED);
+  EXPECT_EQ(result.Tag(), VT_DISPATCH);
+  EXPECT_EQ(result.Object(), nullptr);
+  std::int16_t size = 7;
+  EXPECT_EQ(list->Size(&size), S_OK);
+  EXPECT_EQ(size, 0);
+}
+
+}  // namespace
+}  // namespace qv
