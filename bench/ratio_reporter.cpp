@@ -21,15 +21,23 @@ constexpr Ratio kRatios[] = {
     {"envelope_200/write", "envelope_200/copy", 0},
     {"envelope_1MB/write", "envelope_1MB/copy", 0},
     {"read_string/response", "read_string/bare_parse", 0},
+    {"table_1k/read", "table_1k/bare_parse", 0.45},
+    {"table_10k/read", "table_10k/bare_parse", 0.45},
+    {"table_100k/read", "table_100k/bare_parse", 0.45},
+    {"table_10k/read", "table_1k/read", 11},
+    {"table_100k/read", "table_10k/read", 11},
+    {"table_1M/read", "table_100k/read", 11},
+    {"service_table_1k/execute", "service_table_1k/bare_curl", 0},
     {"document_5MB/serialize", "document_5MB/bare_parse", 0},
     {"document_5MB/file_to_request", "document_5MB/bare_parse", 0},
     {"encode/plain", "encode/copy", 0},
     {"encode/special_5_percent", "encode/copy", 0},
 };
 
-// Names end in "/iterations:1" and "/real_time" where the benchmark was told to go by these.
+// Names end in "/iterations:1", "/real_time" and "/manual_time" where the benchmark was told to go by these.
 std::string PlainName(const std::string& name) {
-  return name.substr(0, std::min(name.find("/iterations:"), name.find("/real_time")));
+  return name.substr(0, std::min({name.find("/iterations:"), name.find("/repeats:"), name.find("/real_time"),
+                                  name.find("/manual_time")}));
 }
 
 }  // namespace
