@@ -1,7 +1,7 @@
 // A host program against a service of its own: starts the development service on a free port, opens a session
 // with a connection string, runs examples/hello.js once per type and shows the typed answers, a link and a
-// fault, runs the script document examples/document.xml, uploads a file and downloads what the script made of
-// it, closes the session.
+// fault, runs the script document examples/document.xml, shows a table, uploads a file and downloads what the
+// script made of it, closes the session.
 //   demo [SCRIPT]
 #include <unistd.h>
 
@@ -14,7 +14,9 @@
 #include "devservice/service.h"
 #include "qvscriptwells/qvscriptwells.h"
 #include "tools/answer_format.h"
+#include "tools/object_text.h"
 #include "tools/private_home.h"
+#include "tools/record_list_output.h"
 #include "tools/text_table.h"
 
 namespace {
@@ -53,15 +55,9 @@ std::string ReadFile(const std::string& path) {
 class Client {
  public:
   explicit Client(const std::string& server)
-      : services_(qv::CreateSimpleHost({u"demo", nullptr, nullptr, nullptr})),
-        model_(qv::CreateConnectionModel()) {
-    const qv::IConnectionModelRawPtr raw(
-        static_cast<qv::IConnectionModelRaw*>(qv::QueryFor(model_.get(), qv::IConnectionModelRaw::kIid)),
-        false);
-    const qv::Guid& iid = qv::IConnectionModelRaw::kIid;
-    qv::ThrowIfFailed(raw->SetServer(qv::FromUtf8(server), u""), raw.get(), iid);
-    qv::ThrowIfFailed(raw->SetClientServices(services_.get()), raw.get(), iid);
-  }
+      : provider_(qv::CreateSimpleServiceProvider(qv::CreateSimpleHost({u"demo"}).get())),
+        client_(qv::CreateQvScriptwells(qv::FromUtf8(server), u"", provider_.get())),
+        model_(qv::ModelOf(client_.get())) {}
 
   void Open(const qv::WideString& connectionString) { Check(model_->CreateUserSession(connectionString)); }
   // The path as the library tells it.
@@ -87,7 +83,8 @@ class Client {
  private:
   void Check(qv::HRESULT code) { qv::ThrowIfFailed(code, model_.get(), qv::IConnectionModel::kIid); }
 
-  qv::IQvClientServicesPtr services_;
+  qv::IQvServiceProviderPtr provider_;
+  qv::IQvScriptwellsPtr client_;
   qv::IConnectionModelPtr model_;
 };
 
@@ -136,6 +133,22 @@ void ShowDocument(Client& client) {
             << "\n";
 }
 
+constexpr char16_t kTableScript[] =
+    uR"([
+  {city: "Rome", people: 2748109, founded: typed.date("0001-01-01"), density: 2129.4},
+  {city: "Brasilia", people: 2817381, founded: typed.date("1960-04-21"), density: 489.1},
+])";
+
+void ShowTable(Client& client) {
+  const qv::Variant answer = client.Run(kTableScript, qv::CreateParameters());
+  const qv::IRecordListPtr table = qv::cli::AsRecordList(answer);
+  if (!table) throw std::runtime_error("the answer is no table");
+  std::cout << "\nA script that answers an array of objects answers a table:\n\n";
+  qv::cli::WriteRecordList(table, {qv::cli::OutputFormat::kTable}, std::cout);
+  std::cout << "\nThe same as CSV:\n\n";
+  qv::cli::WriteRecordList(table, {qv::cli::OutputFormat::kCsv}, std::cout);
+}
+
 void ShowFault(Client& client, const qv::WideString& script) {
   std::cout << "\nAsking for a parameter that is not there:\n\n";
   try {
@@ -176,6 +189,7 @@ void RunDemo(const std::string& scriptPath) {
   ShowAnswers(client, script);
   ShowLink(client, script);
   ShowDocument(client);
+  ShowTable(client);
   ShowFiles(client, script, home.Path());
   ShowFault(client, script);
   client.Close();

@@ -8,8 +8,9 @@ namespace {
 
 void AddOnTheServer(const char* server) {
   const qv::XmlLibraryHold hold;
-  const auto services = qv::CreateSimpleHost({u"joe"});
-  const auto model = qv::CreateConnectionModel(qv::FromUtf8(server), u"", services.get());
+  const auto provider = qv::CreateSimpleServiceProvider(qv::CreateSimpleHost({u"joe"}).get());
+  const auto client = qv::CreateQvScriptwells(qv::FromUtf8(server), u"", provider.get());
+  const auto model = qv::ModelOf(client.get());
   qv::ThrowIfFailed(model->CreateUserSession(u"Username=joe;Password=secret;"));
   const auto parameters = qv::CreateParameters();
   qv::ThrowIfFailed(parameters->Add(u"a", qv::Variant::FromInt(2), nullptr));

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "tools/csv_text.h"
 #include "tools/date_text.h"
 #include "tools/object_text.h"
 #include "tools/text_table.h"
@@ -124,6 +125,10 @@ std::string FormatJson(const Variant& value) {
   return answer.dump() + "\n";
 }
 
+std::string FormatCsv(const Variant& value, const std::string& nullText) {
+  return "value\r\n" + (HasValue(value) ? CsvField(ValueText(value), nullText) : nullText) + "\r\n";
+}
+
 }  // namespace
 
 std::string TypeName(const Variant& value) {
@@ -161,9 +166,18 @@ std::string ValueText(const Variant& value) {
   }
 }
 
-std::string FormatAnswer(OutputFormat format, const Variant& value) {
+bool HasValue(const Variant& value) {
+  return !ValueJson(value).is_null();
+}
+
+std::string ValueJsonText(const Variant& value) {
+  return ValueJson(value).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string FormatAnswer(OutputFormat format, const Variant& value, const std::string& nullText) {
   if (format == OutputFormat::kJson) return FormatJson(value);
   if (format == OutputFormat::kTable) return FormatTable({{"answer", TypeName(value), ValueText(value)}});
+  if (format == OutputFormat::kCsv) return FormatCsv(value, nullText);
   return ValueText(value) + "\n";
 }
 

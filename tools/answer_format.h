@@ -1,4 +1,4 @@
-// The answer of a script as text, JSON or a table.
+// A single value as text, JSON, CSV or a table. For tables: record_list_output.h.
 #pragma once
 
 #include <string>
@@ -16,9 +16,17 @@ std::string TypeName(const Variant& value);
 // to the same number. Dates, times and durations are ISO 8601; a VT_DATE that is none is its number.
 std::string ValueText(const Variant& value);
 
+// Whether there is a value at all: not for an empty one, null, a text or object that is null, and what the
+// program knows no form for.
+bool HasValue(const Variant& value);
+
+// The bare value as JSON: null, true, a number or a string.
+std::string ValueJsonText(const Variant& value);
+
 // The whole output with its line end. Text: the bare value. JSON: {"type":"int","value":42,"tag":22}, where a
 // long that other readers would round, NaN and the infinities ("NaN", "INF", "-INF") are strings. A date has
-// its "serial" number besides, a duration its counts, a URL its "caption". Table: one row.
-std::string FormatAnswer(OutputFormat format, const Variant& value);
+// its "serial" number besides, a duration its counts, a URL its "caption". Table: one row. CSV: the head
+// "value" and one field, `nullText` for no value (csv_text.h).
+std::string FormatAnswer(OutputFormat format, const Variant& value, const std::string& nullText = "");
 
 }  // namespace qv::cli

@@ -131,16 +131,25 @@ std::optional<std::string> DayZeroText(double serial) {
   return TimeText(time);
 }
 
+struct PointTexts {
+  std::string date;
+  std::string time;
+};
+
 // Days are counted down to the one on which the value lies, also before day 0.
-std::string CalendarText(double serial) {
+PointTexts CalendarTexts(double serial) {
   double day = std::floor(serial);
   ClockTime time = DecodeTime(serial - day);
   if (time.hour == 24) {
     time = ClockTime{};
     day += 1;
   }
-  const std::string date = DateText(DecodeDate(day));
-  return serial == std::trunc(serial) ? date : date + "T" + TimeText(time);
+  return {DateText(DecodeDate(day)), TimeText(time)};
+}
+
+std::string CalendarText(double serial) {
+  const PointTexts point = CalendarTexts(serial);
+  return serial == std::trunc(serial) ? point.date : point.date + "T" + point.time;
 }
 
 }  // namespace
@@ -178,6 +187,16 @@ const char* SerialDateType(double serial) {
 std::optional<std::string> SerialDateText(double serial) {
   try {
     return std::trunc(serial) == 0 ? DayZeroText(serial) : CalendarText(serial);
+  } catch (const EQvException&) {
+    return std::nullopt;
+  }
+}
+
+std::optional<std::string> SerialDateTimeText(double serial) {
+  if (serial < 0 && std::trunc(serial) == 0) return std::nullopt;
+  try {
+    const PointTexts point = CalendarTexts(serial);
+    return point.date + "T" + point.time;
   } catch (const EQvException&) {
     return std::nullopt;
   }

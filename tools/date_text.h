@@ -24,4 +24,8 @@ const char* SerialDateType(double serial);
 // Nothing for a value that is no day of the years 1 to 9999 or no time of day.
 std::optional<std::string> SerialDateText(double serial);
 
+// The same with date and time of day on every day: "2024-03-05T00:00:00" at midnight, "1899-12-30T10:15:30"
+// on day 0.
+std::optional<std::string> SerialDateTimeText(double serial);
+
 }  // namespace qv::cli

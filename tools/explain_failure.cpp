@@ -95,6 +95,9 @@ const char* Hint(const ExchangeNote& note, const std::string& words) {
   if (words == "Unknown Http problem.") return " (the answer has no usable Content-Length)";
   if (words == "Cannot parse url, expecting 'http://' after protocol name.")
     return " (the server's upload script gave no address to upload to)";
+  if (words == "Unable to convert a value with the given accuracy")
+    return " (a date or time that is empty or none, perhaps in a cell of a table)";
+  if (words == "Cannot create the recordlist") return " (the table is damaged, or has an empty duration)";
   const bool whole = note.httpStatus == "200" && words == "The respone that arrived is not valid";
   return whole ? " (a script that answers null or nothing ends so, too)" : "";
 }

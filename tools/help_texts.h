@@ -47,10 +47,15 @@ The password never stands on the command line. It comes from the first of: --pas
 --password-stdin, the variable SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.
 A user name, password or replica id cannot hold ';' or '='.
 
+A table is printed as one for people, cut to the width of a terminal but never into a pipe; with -o csv as
+CSV (RFC 4180), where --null tells what stands for no value; with -o json as {"columns":...,"rows":...}. CSV
+keeps texts that a spreadsheet takes for formulas. Tables cannot be sent as parameters.
+
 What the protocol's client reads back: a long answer arrives as an empty value, a byte answer as 0, a
 time without its fraction of a second, a URL without its link, and counts of a duration beyond 32767 changed;
-let the script answer with a string or a double where that matters. A script that answers null or
-nothing (undefined) ends as an answer that is not understood (7).
+let the script answer with a string or a double where that matters. Cells of a table without text arrive as
+0, false or an empty string, and dates without text end the table as not understood (7). A script that
+answers null or nothing (undefined) ends as an answer that is not understood (7).
 
 )";
 
@@ -59,6 +64,7 @@ inline constexpr char kRunExamples[] = R"(Examples:
   scriptwells run --local hello.js -p name=string:World --output table
   scriptwells run --local -e 'parameters.doc.text().length' -p doc=file:notes.txt
   scriptwells run --local -e 'publish("out.txt", "text")' --save /tmp
+  scriptwells run --local -e '[{city: "Rome", people: 2748109}]' --output csv --null NULL
   echo '6 * 7' | scriptwells run - --server http://127.0.0.1:8080 --user joe --json)";
 
 inline constexpr char kDocumentExamples[] = R"(Examples:
@@ -89,6 +95,11 @@ there where they are missing, and tells so.
 Examples:
   scriptwells serve --port 8080 --users-file users.txt
   scriptwells serve --home ~/.local/share/quorvane)";
+
+inline constexpr char kDescribeFooter[] =
+    "OBJECT is Parameters, IParameters or, for one member, Parameters.Add; without it all are shown.\n"
+    "Late-binding programs reach every member by its id, or by its name in any case:\n"
+    "  scriptwells describe Parameters.Add";
 
 inline constexpr char kRegistryFooter[] =
     R"(The registry tells the library where the installation has its home directory. Keys are paths such as

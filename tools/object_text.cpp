@@ -88,6 +88,10 @@ std::optional<UrlFields> ReadUrl(const Variant& value) {
   return UrlFields{ToUtf8(link), ToUtf8(caption)};
 }
 
+IRecordListPtr AsRecordList(const Variant& value) {
+  return IRecordListPtr(static_cast<IRecordList*>(QueryFor(value.Object(), IRecordList::kIid)), false);
+}
+
 std::string ObjectText(const Variant& value) {
   if (const IDurationPtr duration = AsDuration(value)) return DurationText(duration.get());
   if (const std::optional<UrlFields> url = ReadUrl(value)) return url->url;
@@ -96,7 +100,8 @@ std::string ObjectText(const Variant& value) {
 
 const char* ObjectType(const Variant& value) {
   if (AsDuration(value)) return "duration";
-  return AsUrl(value) ? "url" : "object";
+  if (AsUrl(value)) return "url";
+  return AsRecordList(value) ? "recordlist" : "object";
 }
 
 }  // namespace qv::cli

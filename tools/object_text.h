@@ -1,10 +1,11 @@
-// Values that are objects: durations and URLs.
+// Values that are objects: durations, URLs and tables.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
+#include "qvscriptwells/record_list.h"
 #include "qvscriptwells/variant.h"
 
 namespace qv::cli {
@@ -36,10 +37,13 @@ struct UrlFields {
 };
 std::optional<UrlFields> ReadUrl(const Variant& value);
 
+// The table behind the value; null when it is none.
+IRecordListPtr AsRecordList(const Variant& value);
+
 // The text of a duration, as it stands on the wire, or the link of a URL; empty for other values.
 std::string ObjectText(const Variant& value);
 
-// "duration", "url", or "object" for any other.
+// "duration", "url", "recordlist", or "object" for any other.
 const char* ObjectType(const Variant& value);
 
 }  // namespace qv::cli

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "tools/describe_options.h"
 #include "tools/download_options.h"
 #include "tools/help_texts.h"
 #include "tools/registry_options.h"
@@ -61,6 +62,8 @@ class ArgumentParser {
       Accept(Command::kDownload, download_.Check());
     } else if (registry_.Parsed()) {
       Accept(Command::kRegistry, registry_.Check());
+    } else if (describe_.Parsed()) {
+      Accept(Command::kDescribe, nullptr);
     } else {
       Refuse("no command given");
     }
@@ -73,7 +76,9 @@ class ArgumentParser {
     result_.download = download_.Options();
     result_.serve = serve_.Options();
     result_.registry = registry_.Options();
-    result_.json = result_.run.json || result_.download.json || result_.registry.json;
+    result_.describe = describe_.Options();
+    result_.json =
+        result_.run.json || result_.download.json || result_.registry.json || result_.describe.json;
   }
 
   void Tell(const std::string& text) {
@@ -106,6 +111,7 @@ class ArgumentParser {
   DownloadArguments download_{app_};
   ServeArguments serve_{app_};
   RegistryArguments registry_{app_};
+  DescribeArguments describe_{app_};
   CLI::App* worker_ = nullptr;
 };
 

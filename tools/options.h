@@ -7,8 +7,8 @@
 
 namespace qv::cli {
 
-enum class Command { kText, kUsageError, kRun, kDownload, kServe, kRegistry, kScriptWorker };
-enum class OutputFormat { kText, kJson, kTable };
+enum class Command { kText, kUsageError, kRun, kDownload, kServe, kRegistry, kDescribe, kScriptWorker };
+enum class OutputFormat { kText, kJson, kTable, kCsv };
 
 // How a session is opened, and how its failures are told.
 struct SessionOptions {
@@ -32,6 +32,7 @@ struct RunOptions : SessionOptions {
   bool local = false;                   // else there is a server
   std::string language = "JavaScript";
   OutputFormat output = OutputFormat::kText;
+  std::string csvNull;  // stands for no value in CSV; as csv_text.h allows it
   // The answer is the URL of a file, which is downloaded into this directory; empty when it is an answer.
   std::string saveDirectory;
 };
@@ -60,12 +61,19 @@ struct RegistryOptions {
   bool json = false;
 };
 
+struct DescribeOptions {
+  std::string object;  // "Parameters" or "Parameters.Add"; empty: all
+  bool json = false;
+  bool markdown = false;
+};
+
 struct ParsedArguments {
   Command command = Command::kUsageError;
   RunOptions run;            // for kRun
   DownloadOptions download;  // for kDownload
   ServeOptions serve;        // for kServe
   RegistryOptions registry;  // for kRegistry
+  DescribeOptions describe;  // for kDescribe
   bool json = false;         // failures are wanted as JSON
   // kText: what to print on standard output, help or version. kUsageError: what is wrong, in one line without
   // a full stop.

@@ -135,9 +135,13 @@ struct AnswerOnlyRow {
   const char* reason;
 };
 
+constexpr char kNoTable[] =
+    "a table cannot be sent as a parameter; send its text, such as CSV or JSON, as a string";
+
 constexpr AnswerOnlyRow kAnswerOnly[] = {
     {"url", "a URL cannot be sent as a parameter; send its text as a string"},
-    {"table", "a table cannot be sent as a parameter; send its text, such as CSV or JSON, as a string"},
+    {"table", kNoTable},
+    {"recordlist", kNoTable},
 };
 
 const TypeRow& FindType(const std::string& name) {

@@ -8,6 +8,7 @@
 #include "devservice/script_worker.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "tools/describe_command.h"
 #include "tools/download_command.h"
 #include "tools/failure.h"
 #include "tools/interrupt.h"
@@ -52,6 +53,8 @@ ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostre
       return ExitStatus::kOk;
     case Command::kRegistry:
       return RegistryCommand(parsed.registry, out, err);
+    case Command::kDescribe:
+      return DescribeCommand(parsed.describe, out);
     // The script engine's threads are still running, so nothing may be torn down.
     case Command::kScriptWorker:
       _exit(devservice::RunScriptWorker(STDIN_FILENO));

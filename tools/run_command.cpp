@@ -16,6 +16,7 @@
 #include "tools/parameter_text.h"
 #include "tools/password.h"
 #include "tools/private_home.h"
+#include "tools/record_list_output.h"
 #include "tools/saved_file.h"
 #include "tools/server_address.h"
 #include "tools/session_frame.h"
@@ -106,9 +107,16 @@ void TellWhatWasLost(const Variant& answer, bool asJson, std::ostream& err) {
                asJson, err);
 }
 
+void WriteTable(const RunOptions& options, IRecordListPtr list, std::ostream& out, std::ostream& err) {
+  const ListForm form{options.output, options.csvNull, TerminalWidth(out)};
+  for (const std::string& loss : WriteRecordList(std::move(list), form, out))
+    ReportNote("note", loss, options.json, err);
+}
+
 void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream& out, std::ostream& err) {
-  out << FormatAnswer(options.output, answer) << std::flush;
-  if (!out) throw Failure(ExitStatus::kLocal, "cannot write the answer to standard output");
+  if (IRecordListPtr list = AsRecordList(answer)) return WriteTable(options, std::move(list), out, err);
+  out << FormatAnswer(options.output, answer, options.csvNull) << std::flush;
+  CheckWritten(out);
   TellWhatWasLost(answer, options.json, err);
 }
 

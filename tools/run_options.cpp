@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <map>
 
+#include "tools/csv_text.h"
 #include "tools/help_texts.h"
 #include "tools/local_service.h"
 
@@ -11,8 +12,10 @@ namespace qv::cli {
 
 namespace {
 
-const std::map<std::string, OutputFormat> kOutputs = {
-    {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"table", OutputFormat::kTable}};
+const std::map<std::string, OutputFormat> kOutputs = {{"text", OutputFormat::kText},
+                                                      {"json", OutputFormat::kJson},
+                                                      {"table", OutputFormat::kTable},
+                                                      {"csv", OutputFormat::kCsv}};
 
 }  // namespace
 
@@ -65,6 +68,8 @@ void RunArguments::DefineOutput() {
           ->capture_default_str()
           ->type_name("FORMAT")
           ->check(CLI::IsMember(kOutputs));
+  null_ = command_->add_option("--null", run_.csvNull, "What CSV has for no value (usually nothing)")
+              ->type_name("TEXT");
   save_ = command_
               ->add_option("--save", run_.saveDirectory,
                            "The answer is the URL of a file: download it into this directory, in the same "
@@ -78,6 +83,7 @@ bool RunArguments::Parsed() const {
 
 const char* RunArguments::Check() {
   const char* wrong = WrongWithOutput();
+  if (wrong == nullptr) wrong = WrongWithNull();
   if (wrong == nullptr) wrong = WrongWithScript();
   if (wrong == nullptr) wrong = WrongWithServer();
   if (wrong == nullptr) wrong = WrongWithSave();
@@ -91,10 +97,17 @@ const char* RunArguments::WrongWithOutput() {
   const char* usual = std::getenv("SCRIPTWELLS_OUTPUT");
   if (!chosen && !run_.json && usual != nullptr && *usual != '\0') output_ = usual;
   const auto found = kOutputs.find(output_);
-  if (found == kOutputs.end()) return "SCRIPTWELLS_OUTPUT has to be text, json or table";
+  if (found == kOutputs.end()) return "SCRIPTWELLS_OUTPUT has to be text, json, table or csv";
   run_.output = run_.json ? OutputFormat::kJson : found->second;
   if (chosen && found->second != run_.output) return "give --json or another --output, not both";
   return nullptr;
+}
+
+const char* RunArguments::WrongWithNull() const {
+  if (null_->count() == 0) return nullptr;
+  if (run_.output != OutputFormat::kCsv) return "--null goes with --output csv";
+  if (IsCsvNull(run_.csvNull)) return nullptr;
+  return "--null has to be UTF-8 without commas, quotes, line ends, and blanks at its ends";
 }
 
 const char* RunArguments::WrongWithScript() const {
@@ -121,8 +134,9 @@ const char* RunArguments::WrongWithServer() {
 const char* RunArguments::WrongWithSave() const {
   if (save_->count() == 0) return nullptr;
   if (run_.saveDirectory.empty()) return "--save has to name a directory";
-  const bool table = outputOption_->count() > 0 && run_.output == OutputFormat::kTable;
-  return table ? "--save prints a path, for which there is no table" : nullptr;
+  if (outputOption_->count() == 0) return nullptr;
+  if (run_.output == OutputFormat::kTable) return "--save prints a path, for which there is no table";
+  return run_.output == OutputFormat::kCsv ? "--save prints a path, for which there is no CSV" : nullptr;
 }
 
 }  // namespace qv::cli

@@ -35,6 +35,7 @@ class RunArguments {
   void DefineParameters();
   void DefineOutput();
   const char* WrongWithOutput();
+  const char* WrongWithNull() const;
   const char* WrongWithScript() const;
   const char* WrongWithServer();
   const char* WrongWithSave() const;
@@ -45,6 +46,7 @@ class RunArguments {
   std::optional<SessionArguments> session_;
   CLI::Option* code_ = nullptr;  // null for a document
   CLI::Option* outputOption_ = nullptr;
+  CLI::Option* null_ = nullptr;
   CLI::Option* save_ = nullptr;
 };
 

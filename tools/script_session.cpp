@@ -32,30 +32,36 @@ ScriptSession::ScriptSession(const SessionSettings& settings)
     : settings_(settings),
       progress_(settings.showProgress),
       http_(settings.proxy, &progress_),
-      model_(CreateConnectionModel()) {
+      client_(CreateQvScriptwells()) {
   SimpleHostUser user;
   user.userName = FromUtf8(settings.user);
   user.replicaId = FromUtf8(settings.replica);
+  if (!settings.usid.empty()) user.usid = FromUtf8(settings.usid);
   services_ = CreateSimpleHost(user);
   SetThreadHttpOptions(settings_.http, &progress_);
 }
 
 ScriptSession::~ScriptSession() {
   model_.reset();
+  client_.reset();
   CloseKeptConnections();
   SetThreadHttpOptions(HttpOptions(), nullptr);
 }
 
+// The model comes with the session of the settings, if they name one.
 void ScriptSession::SetServer() {
-  const IConnectionModelRawPtr raw(
-      static_cast<IConnectionModelRaw*>(QueryFor(model_.get(), IConnectionModelRaw::kIid)), false);
-  ThrowIfFailed(raw->SetServer(FromUtf8(settings_.server), FromUtf8(settings_.proxy)), raw.get(),
-                IConnectionModelRaw::kIid);
-  ThrowIfFailed(raw->SetClientServices(services_.get()), raw.get(), IConnectionModelRaw::kIid);
+  const IQvClientServiceRawPtr raw(
+      static_cast<IQvClientServiceRaw*>(QueryFor(client_.get(), IQvClientServiceRaw::kIid)), false);
+  ThrowIfFailed(raw->Init(CreateSimpleServiceProvider(services_.get()).get()));
+  ThrowIfFailed(client_->put_ServerName(FromUtf8(settings_.server)));
+  ThrowIfFailed(client_->put_Proxy(FromUtf8(settings_.proxy)));
+  model_ = ModelOf(client_.get());
 }
 
 WideString ScriptSession::ConnectionText() const {
-  const IConnectionStringPtr connection = CreateConnectionString();
+  IConnectionString* given = nullptr;
+  ThrowIfFailed(client_->ConnectionString(&given));
+  const IConnectionStringPtr connection(given, false);
   const Guid& iid = IConnectionString::kIid;
   ThrowIfFailed(connection->put_UserName(FromUtf8(settings_.user)), connection.get(), iid);
   ThrowIfFailed(connection->put_UserPassword(FromUtf8(settings_.password)), connection.get(), iid);
@@ -73,15 +79,11 @@ void ScriptSession::CheckSessionId() {
   if (!session.open) throw Failure(ExitStatus::kAnswer, "the server opened a session without an id");
 }
 
-void ScriptSession::Adopt() {
-  ThrowIfFailed(model_->SetUSID(FromUtf8(settings_.usid)), model_.get(), IConnectionModel::kIid);
-}
-
 void ScriptSession::Open() {
   http_.Forget();
   try {
     SetServer();
-    if (!settings_.usid.empty()) return Adopt();
+    if (!settings_.usid.empty()) return;
     ThrowIfFailed(model_->CreateUserSession(ConnectionText()), model_.get(), IConnectionModel::kIid);
     CheckSessionId();
   } catch (const _com_error& error) {
@@ -137,7 +139,7 @@ std::string ScriptSession::Download(const std::string& url, const std::string& d
 }
 
 void ScriptSession::Close() {
-  if (!settings_.usid.empty()) return;
+  if (!settings_.usid.empty() || model_ == nullptr) return;
   http_.Forget();
   if (Interrupted()) {
     HttpOptions hurried = settings_.http;

@@ -54,7 +54,6 @@ class ScriptSession {
 
  private:
   void SetServer();
-  void Adopt();
   void CheckSessionId();
   WideString ConnectionText() const;
 
@@ -63,7 +62,8 @@ class ScriptSession {
   TransferProgress progress_;
   ReportingHttp http_;
   IQvClientServicesPtr services_;
-  IConnectionModelPtr model_;
+  IQvScriptwellsPtr client_;
+  IConnectionModelPtr model_;  // null before Open
 };
 
 }  // namespace qv::cli

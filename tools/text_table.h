@@ -1,25 +1,65 @@
 // Tables for people.
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
+struct libscols_table;
+struct libscols_line;
+
 namespace qv::cli {
 
-// One value, all UTF-8. Control characters in the value are shown as escapes.
+struct TextColumn {
+  std::string head;
+  bool isNumber = false;  // aligned to the right, and never cut
+};
+
+// A table that grows row by row. All texts are UTF-8; control characters are shown as escapes. Characters
+// beyond ASCII need a UTF-8 locale in LC_CTYPE, else they are shown as escapes too. Throws std::bad_alloc.
+class TextTable {
+ public:
+  explicit TextTable(std::vector<TextColumn> columns);
+  ~TextTable();
+  TextTable(const TextTable&) = delete;
+  TextTable& operator=(const TextTable&) = delete;
+
+  // As many texts as there are columns.
+  void AddRow(const std::vector<std::string>& texts);
+  // The lines with their line ends, the heads first; nothing without columns. With a `width` other than 0,
+  // texts are cut where the lines would be longer, the longest ones first and down to 4 columns. To be called
+  // once.
+  std::string Format(std::size_t width);
+
+ private:
+  struct Unref {
+    void operator()(libscols_table* table) const;
+  };
+
+  void AddLine(const std::vector<std::string>& texts);
+  bool Fits(std::size_t limit, std::size_t available) const;
+  std::size_t LimitFor(std::size_t width) const;
+  void CutLine(libscols_line* line, std::size_t limit);
+  void CutLines(std::size_t limit);
+
+  std::vector<TextColumn> columns_;
+  std::vector<std::size_t> widths_;  // of the widest text, head included
+  std::unique_ptr<libscols_table, Unref> table_;
+};
+
+// One value. Control characters in the value are shown as escapes.
 struct TableRow {
   std::string name;
   std::string type;
   std::string value;
 };
 
-// A table with these column heads, and as many texts in every row. Otherwise as below.
+// A table with these column heads, and as many texts in every row. It is never cut to the terminal's width.
 std::string FormatColumns(const std::vector<std::string>& heads,
                           const std::vector<std::vector<std::string>>& rows);
 
-// A table with the columns NAME, TYPE and VALUE, with its last line end. It is never cut to the terminal's
-// width. Characters beyond ASCII need a UTF-8 locale in LC_CTYPE, else they are shown as escapes too. Throws
-// std::bad_alloc.
+// The same with the columns NAME, TYPE and VALUE.
 std::string FormatTable(const std::vector<TableRow>& rows);
 
 }  // namespace qv::cli

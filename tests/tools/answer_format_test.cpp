@@ -129,6 +129,10 @@ TEST(AnswerFormat, UrlsHaveLinkAndCaption) {
   EXPECT_EQ(Text(Variant::FromObject(CreateUrl().get())), "\n");
 }
 
+TEST(AnswerFormat, TablesHaveATypeName) {
+  EXPECT_EQ(TypeName(Variant::FromObject(CreateRecordList().get())), "recordlist");
+}
+
 TEST(AnswerFormat, OtherObjectsHaveNoText) {
   EXPECT_EQ(Json(Variant::FromObject(nullptr)), "{\"type\":\"object\",\"value\":null,\"tag\":13}\n");
   EXPECT_EQ(Json(Variant::FromObject(CreateParameters().get())),
@@ -138,6 +142,28 @@ TEST(AnswerFormat, OtherObjectsHaveNoText) {
 TEST(AnswerFormat, UnknownTagIsToldByItsNumber) {
   EXPECT_EQ(Json(Variant::FromRaw(VT_UI1, VariantData())),
             "{\"type\":\"unknown\",\"value\":null,\"tag\":17}\n");
+}
+
+TEST(AnswerFormat, CsvHasAHeadAndOneField) {
+  const auto csv = [](const Variant& value) { return FormatAnswer(OutputFormat::kCsv, value); };
+  EXPECT_EQ(csv(Variant::FromInt(42)), "value\r\n42\r\n");
+  EXPECT_EQ(csv(Variant::FromString(u"a,\"b\"")), "value\r\n\"a,\"\"b\"\"\"\r\n");
+  EXPECT_EQ(csv(Variant::FromDate(45356.5)), "value\r\n2024-03-05T12:00:00\r\n");
+  EXPECT_EQ(csv(Variant::FromString(u"")), "value\r\n\"\"\r\n");
+  EXPECT_EQ(csv(Variant()), "value\r\n\r\n");
+  EXPECT_EQ(FormatAnswer(OutputFormat::kCsv, Variant(), "NULL"), "value\r\nNULL\r\n");
+  EXPECT_EQ(FormatAnswer(OutputFormat::kCsv, Variant::FromString(u"NULL"), "NULL"), "value\r\n\"NULL\"\r\n");
+}
+
+TEST(AnswerFormat, NoValueIsEmptyOrNull) {
+  EXPECT_FALSE(HasValue(Variant()));
+  EXPECT_FALSE(HasValue(Variant::Null()));
+  EXPECT_FALSE(HasValue(Variant::FromString(nullptr)));
+  EXPECT_FALSE(HasValue(Variant::FromObject(nullptr)));
+  EXPECT_FALSE(HasValue(Variant::FromRaw(VT_UI1, VariantData())));
+  EXPECT_TRUE(HasValue(Variant::FromString(u"")));
+  EXPECT_TRUE(HasValue(Variant::FromInt(0)));
+  EXPECT_TRUE(HasValue(Variant::FromBool(false)));
 }
 
 TEST(AnswerFormat, TableHasOneRow) {

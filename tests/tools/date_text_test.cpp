@@ -226,5 +226,16 @@ TEST(DateText, ValuesThatAreNoDateHaveNoText) {
     EXPECT_FALSE(SerialDateText(serial).has_value()) << serial;
 }
 
+TEST(DateText, PointsInTimeHaveBothParts) {
+  EXPECT_EQ(SerialDateTimeText(45356), "2024-03-05T00:00:00");
+  EXPECT_EQ(SerialDateTimeText(45356.5), "2024-03-05T12:00:00");
+  EXPECT_EQ(SerialDateTimeText(0), "1899-12-30T00:00:00");
+  EXPECT_EQ(SerialDateTimeText(0.5), "1899-12-30T12:00:00");
+  EXPECT_EQ(SerialDateTimeText(-1), "1899-12-29T00:00:00");
+  EXPECT_EQ(SerialDateTimeText(0.9999999999), "1899-12-31T00:00:00");
+  for (const double serial : {-0.25, 2958466.0, -693594.0, 1e300, std::nan("")})
+    EXPECT_FALSE(SerialDateTimeText(serial).has_value()) << serial;
+}
+
 }  // namespace
 }  // namespace qv::cli

@@ -154,6 +154,17 @@ TEST(ExplainFailure, NullAnswerIsHintedAt) {
             "7 The respone that arrived is not valid (a script that answers null or nothing ends so, too)");
 }
 
+TEST(ExplainFailure, EmptyCellsOfATableAreHintedAt) {
+  EXPECT_EQ(
+      Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"Unable to convert a value with the given accuracy"),
+              Answered("200", false)),
+      "7 Unable to convert a value with the given accuracy (a date or time that is empty or none, perhaps "
+      "in a cell of a table)");
+  EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"Cannot create the recordlist"),
+                    Answered("200", false)),
+            "7 Cannot create the recordlist (the table is damaged, or has an empty duration)");
+}
+
 TEST(ExplainFailure, FaultThatCannotBeReadIsAnAnswerNotUnderstood) {
   EXPECT_EQ(Explain(Phase::kExecute,
                     Error(DISP_E_EXCEPTION,

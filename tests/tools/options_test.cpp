@@ -89,7 +89,7 @@ TEST_F(Options, JsonMeansJsonOutputToo) {
 }
 
 TEST_F(Options, JsonAndAnotherOutputExcludeEachOther) {
-  for (const char* other : {"text", "table"})
+  for (const char* other : {"text", "table", "csv"})
     EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "--json", "-o", other}),
               "give --json or another --output, not both|scriptwells run --help");
   EXPECT_TRUE(Run({"run", "--local", "-e", "1", "--json", "-o", "json"}).json);
@@ -100,6 +100,28 @@ TEST_F(Options, JsonWinsOverTheVariableOfTheOutput) {
   EXPECT_EQ(Run({"run", "--local", "-e", "1", "--json"}).output, OutputFormat::kJson);
   EXPECT_EQ(Run({"run", "--local", "-e", "1"}).output, OutputFormat::kTable);
   EXPECT_EQ(Run({"run", "--local", "-e", "1", "-o", "text"}).output, OutputFormat::kText);
+}
+
+TEST_F(Options, NullGoesWithCsv) {
+  const RunOptions run = Run({"run", "--local", "-e", "1", "-o", "csv", "--null", "NULL"});
+  EXPECT_EQ(run.output, OutputFormat::kCsv);
+  EXPECT_EQ(run.csvNull, "NULL");
+  EXPECT_EQ(Run({"run", "--local", "-e", "1", "-o", "csv"}).csvNull, "");
+  EXPECT_EQ(Run({"run", "--local", "-e", "1", "-o", "csv", "--null", ""}).csvNull, "");
+  for (const char* other : {"text", "table", "json"})
+    EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "-o", other, "--null", "NULL"}),
+              "--null goes with --output csv|scriptwells run --help");
+  for (const char* text : {",", "a\"", "a\nb", " a", "\xC3"})
+    EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "-o", "csv", "--null", text}),
+              "--null has to be UTF-8 without commas, quotes, line ends, and blanks at its ends|"
+              "scriptwells run --help");
+}
+
+TEST_F(Options, NullGoesWithTheVariableOfTheOutput) {
+  ::setenv("SCRIPTWELLS_OUTPUT", "csv", 1);
+  EXPECT_EQ(Run({"run", "--local", "-e", "1", "--null", "-"}).csvNull, "-");
+  EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "--null", "-", "--json"}),
+            "--null goes with --output csv|scriptwells run --help");
 }
 
 TEST_F(Options, ScriptHasToBeGivenOnce) {
@@ -181,7 +203,7 @@ TEST_F(Options, LocalWinsOverTheVariablesOfServerAndProxy) {
 TEST_F(Options, BadVariableIsRefused) {
   ::setenv("SCRIPTWELLS_OUTPUT", "yaml", 1);
   EXPECT_EQ(Refusal({"run", "-e", "1", "--local"}),
-            "SCRIPTWELLS_OUTPUT has to be text, json or table|scriptwells run --help");
+            "SCRIPTWELLS_OUTPUT has to be text, json, table or csv|scriptwells run --help");
 }
 
 TEST_F(Options, ServeTakesItsOptions) {

@@ -160,6 +160,9 @@ TEST(ParameterText, TypesOfAnswersOnlySayWhatToSend) {
   EXPECT_EQ(Refusal("t=table:a,b"),
             "parameter 't': a table cannot be sent as a parameter; send its text, such as CSV or JSON, as a "
             "string");
+  EXPECT_EQ(Refusal("t=recordlist:people.csv"),
+            "parameter 't': a table cannot be sent as a parameter; send its text, such as CSV or JSON, as a "
+            "string");
 }
 
 TEST(ParameterText, StringIsEverythingBehindTheColon) {

@@ -6,6 +6,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -216,9 +217,10 @@ int ServeProcess::Count(const std::string& name) const {
 }
 
 Outcome RunOnTerminal(const Words& arguments, const std::string& question, const std::string& typed,
-                      const Variables& variables) {
+                      const Variables& variables, unsigned short width) {
   int terminal = -1;
-  const pid_t pid = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+  const winsize size = {24, width, 0, 0};
+  const pid_t pid = ::forkpty(&terminal, nullptr, nullptr, &size);
   if (pid == 0) Become(arguments, variables);
   Outcome outcome;
   bool asked = false;

@@ -67,8 +67,8 @@ class ServeProcess {
 };
 
 // The program on a terminal: `typed` is given to it once it has shown `question`. The outcome's `out` is
-// everything that the terminal is sent.
+// everything that the terminal is sent. `width` is that of its lines; 0: it does not tell.
 Outcome RunOnTerminal(const Words& arguments, const std::string& question, const std::string& typed,
-                      const Variables& variables = {});
+                      const Variables& variables = {}, unsigned short width = 0);
 
 }  // namespace qv::cli::testing

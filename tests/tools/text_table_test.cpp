@@ -34,5 +34,52 @@ TEST(TextTable, CharactersBeyondAsciiStayInAUtf8Locale) {
   std::setlocale(LC_CTYPE, "C");
 }
 
+TEST(TextTable, NumbersStandToTheRight) {
+  TextTable table({{"city"}, {"people", true}, {"n", true}});
+  table.AddRow({"Rome", "2748109", "1"});
+  table.AddRow({"Bern", "134591", ""});
+  EXPECT_EQ(table.Format(0), "city  people n\nRome 2748109 1\nBern  134591 \n");
+}
+
+TEST(TextTable, HeadsStandAloneWithoutRows) {
+  EXPECT_EQ(FormatColumns({"A", "LONG"}, {}), "A LONG\n");
+  EXPECT_EQ(FormatColumns({}, {}), "");
+  EXPECT_EQ(FormatColumns({}, {{}, {}}), "");
+}
+
+TEST(TextTable, HeadsAreEscapedToo) {
+  EXPECT_EQ(FormatColumns({"a\x1b[2J"}, {{"1"}}), "a\\x1b[2J\n1\n");
+}
+
+TEST(TextTable, LinesThatFitAreNotCut) {
+  TextTable table({{"first"}, {"second", true}});
+  table.AddRow({"abcdefgh", "1234567"});
+  EXPECT_EQ(table.Format(16), "first     second\nabcdefgh 1234567\n");
+}
+
+TEST(TextTable, LongestTextsAreCutFirst) {
+  TextTable table({{"first"}, {"second"}, {"third", true}});
+  table.AddRow({"abcdefghijklmnopqrst", "0123456789", "2748109"});
+  EXPECT_EQ(table.Format(33),
+            "first          second       third\n"
+            "abcdefghijklm~ 0123456789 2748109\n");
+}
+
+TEST(TextTable, CutTextsShareTheRoom) {
+  TextTable table({{"first"}, {"a head that is long"}, {"third", true}});
+  table.AddRow({"abcdefghijklmnopqrst", "0123456789", "2748109"});
+  table.AddRow({"short", "", ""});
+  EXPECT_EQ(table.Format(25),
+            "first    a head ~   third\n"
+            "abcdefg~ 0123456~ 2748109\n"
+            "short             \n");
+}
+
+TEST(TextTable, NumbersAreNeverCut) {
+  TextTable table({{"a number", true}, {"text"}});
+  table.AddRow({"123456789012345", "abcdefgh"});
+  EXPECT_EQ(table.Format(10), "       a number text\n123456789012345 abc~\n");
+}
+
 }  // namespace
 }  // namespace qv::cli

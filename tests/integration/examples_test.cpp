@@ -1,0 +1,88 @@
+// The examples as their readers run them, against the development service.
+#include <dlfcn.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <string>
+
+#include "fixtures/environment.h"
+#include "fixtures/temporary_directory.h"
+#include "qvscriptwells/result_codes.h"
+#include "service_fixture.h"
+
+namespace qv {
+namespace {
+
+struct Said {
+  std::string out;
+  int exit = -1;
+};
+
+Said RunProgram(const std::string& command) {
+  Said said;
+  std::FILE* const pipe = ::popen((command + " 2>&1").c_str(), "r");
+  if (pipe == nullptr) return said;
+  std::array<char, 4096> piece;
+  while (std::size_t count = std::fread(piece.data(), 1, piece.size(), pipe))
+    said.out.append(piece.data(), count);
+  const int status = ::pclose(pipe);
+  said.exit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return said;
+}
+
+class Examples : public devservice::testing::ServiceTest {
+ protected:
+  void SetUp() override { StartWith(devservice::testing::TestOptions()); }
+  Said Example(const std::string& program) { return RunProgram(program + " " + service_->Url()); }
+};
+
+TEST_F(Examples, FirstCallAddsOnTheServer) {
+  const Said said = Example(FIRST_CALL);
+  EXPECT_EQ(said.out, "42\n");
+  EXPECT_EQ(said.exit, 0);
+}
+
+TEST_F(Examples, WalkTableShowsColumnsAndRows) {
+  const Said said = Example(WALK_TABLE);
+  EXPECT_EQ(said.out, "city people\nRome 2748109\nBern 134591\n");
+  EXPECT_EQ(said.exit, 0);
+}
+
+// Lets the shared library write itself into a registry of the test's own, as an installation does.
+void RegisterLibrary() {
+  void* const library = ::dlopen(SHARED_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(library, nullptr) << ::dlerror();
+  using Entry = HRESULT (*)();
+  const auto registerServer = reinterpret_cast<Entry>(::dlsym(library, "DllRegisterServer"));
+  ASSERT_NE(registerServer, nullptr);
+  EXPECT_EQ(registerServer(), S_OK);
+  ::dlclose(library);
+}
+
+TEST_F(Examples, LateBindingFindsTheLibraryThroughTheRegistry) {
+  const TemporaryDirectory directory;
+  const EnvironmentVariable registry("QV_REGISTRY", directory.Path("registry.reg").c_str());
+  RegisterLibrary();
+  const Said said = Example(LATE_BINDING);
+  EXPECT_EQ(said.out, "42\n");
+  EXPECT_EQ(said.exit, 0);
+}
+
+TEST_F(Examples, LateBindingWithoutRegistrationFails) {
+  const TemporaryDirectory directory;
+  const EnvironmentVariable registry("QV_REGISTRY", directory.Path("registry.reg").c_str());
+  const EnvironmentVariable config("XDG_CONFIG_HOME", directory.Path().c_str());
+  const Said said = Example(LATE_BINDING);
+  EXPECT_EQ(said.exit, 1);
+  EXPECT_EQ(said.out.substr(0, 7), "failed:");
+}
+
+TEST_F(Examples, ServerThatIsNotThereIsToldInWords) {
+  const Said said = RunProgram(std::string(FIRST_CALL) + " http://127.0.0.1:1");
+  EXPECT_EQ(said.out, "failed: Cannot create a soap call.\n");
+  EXPECT_EQ(said.exit, 1);
+}
+
+}  // namespace
+}  // namespace qv

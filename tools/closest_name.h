@@ -1,0 +1,13 @@
+// The name that somebody probably meant.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace qv::cli {
+
+// The candidate with the fewest changed, added or missing letters, case apart; the first one of several.
+// Empty when there are no candidates.
+std::string ClosestName(const std::string& given, const std::vector<std::string>& candidates);
+
+}  // namespace qv::cli

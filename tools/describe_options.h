@@ -1,0 +1,27 @@
+// `describe` on the command line.
+#pragma once
+
+#include "tools/options.h"
+
+namespace CLI {
+class App;
+}
+
+namespace qv::cli {
+
+class DescribeArguments {
+ public:
+  // Adds the command to `app`, which owns it; its parsing writes to this object.
+  explicit DescribeArguments(CLI::App& app);
+  DescribeArguments(const DescribeArguments&) = delete;
+  DescribeArguments& operator=(const DescribeArguments&) = delete;
+
+  bool Parsed() const;
+  const DescribeOptions& Options() const { return describe_; }
+
+ private:
+  DescribeOptions describe_;
+  CLI::App* command_;
+};
+
+}  // namespace qv::cli
