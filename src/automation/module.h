@@ -3,11 +3,17 @@
 
 #include <cstdint>
 
+#include "qvscriptwells/wide_string.h"
+
 namespace qv {
 
 void LockModule() noexcept;
 void UnlockModule() noexcept;
 std::int32_t ModuleLocks() noexcept;
+
+// The absolute path of the file that this code was loaded from; null when the system does not tell, or when
+// no text leads back to it. Throws `_com_error`, E_OUTOFMEMORY.
+WideString ModulePath();
 
 // A member of every object that a host can hold.
 class ModuleLock {

@@ -1,12 +1,9 @@
 #include "automation/registration.h"
 
-#include <dlfcn.h>
-
 #include <atomic>
-#include <cstdlib>
-#include <memory>
 #include <string>
 
+#include "automation/module.h"
 #include "automation/object_support.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"
@@ -32,22 +29,6 @@ std::atomic<RegistrationFollowUp> followUpHook{nullptr};
 
 WideString Below(const char16_t* key, const char16_t* name) {
   return std::u16string(key).append(u"\\").append(name);
-}
-
-// The file that this code was loaded from.
-WideString ModulePath() {
-  Dl_info info{};
-  if (dladdr(reinterpret_cast<const void*>(&ClassEntries), &info) == 0 || info.dli_fname == nullptr)
-    _com_raise_error(E_UNEXPECTED);
-  std::string path = info.dli_fname;
-  if (path.empty() || path.front() != '/') {
-    const std::unique_ptr<char, void (*)(void*)> real(realpath(path.c_str(), nullptr), std::free);
-    if (real == nullptr) _com_raise_error(E_UNEXPECTED);
-    path = real.get();
-  }
-  WideString wide = FromUtf8(path);
-  if (ToUtf8(wide) != path) _com_raise_error(E_INVALIDARG);  // no text could lead back to it
-  return wide;
 }
 
 HRESULT FollowUp(bool adding) noexcept {
@@ -79,7 +60,9 @@ std::vector<RegistryValue> ClassEntries(const WideString& path) {
 
 HRESULT RegisterClasses() noexcept {
   try {
-    WriteRegistryValues(ClassEntries(ModulePath()));
+    const WideString path = ModulePath();
+    if (path.IsNull()) _com_raise_error(E_UNEXPECTED);
+    WriteRegistryValues(ClassEntries(path));
     return FollowUp(true);
   } catch (...) {
     return ResultFromCaughtException(CLSID_QvScriptwells);

@@ -1,21 +1,12 @@
-#include <dlfcn.h>
-
 #include <cstddef>
 
 #include "automation/dispatch_table.h"
+#include "automation/module.h"
 
 namespace qv {
 namespace {
 
 constexpr std::size_t kLongestModulePath = 260;  // with its null unit
-
-// The file that this code was loaded from; empty when the system does not tell.
-WideString ModulePath() {
-  Dl_info info{};
-  if (dladdr(reinterpret_cast<const void*>(&CountTypeInfo), &info) == 0 || info.dli_fname == nullptr)
-    return {};
-  return FromUtf8(info.dli_fname);
-}
 
 bool ModulePathFits() noexcept {
   try {

@@ -1,0 +1,54 @@
+# Installs what was built to a fresh prefix, then configures, builds and runs a project that knows only the
+# prefix.
+cmake_policy(VERSION 3.25)
+
+# Stops the test when the command fails or prints something else.
+function(run_expecting expected)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(NOT result EQUAL 0 OR (expected AND NOT output STREQUAL "${expected}"))
+    message(FATAL_ERROR "${ARGN} gave ${result}:\n${output}")
+  endif()
+endfunction()
+
+file(REMOVE_RECURSE "${WORK_DIR}")
+set(prefix "${WORK_DIR}/prefix")
+run_expecting("" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --component development)
+
+run_expecting("" ${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/host -G ${GENERATOR}
+  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release)
+run_expecting("" ${CMAKE_COMMAND} --build ${WORK_DIR}/host)
+
+set(registry "${prefix}/${DATADIR}/quorvane/registry.reg")
+set(with_registry ${CMAKE_COMMAND} -E env QV_REGISTRY=${registry})
+run_expecting("caption\nhome ${prefix}/${DATADIR}/quorvane\n" ${with_registry} ${WORK_DIR}/host/typed_host)
+run_expecting("http://srv:8080\nQvScriptwells.QvScriptwells.1.0\nunloaded\n"
+  ${with_registry} ${WORK_DIR}/host/late_host)
+
+# What the library itself writes is what the installation has written.
+file(READ "${registry}" installed)
+run_expecting("" ${with_registry} ${WORK_DIR}/host/register_library ${prefix}/${LIBDIR}/libqvscriptwells.so.1)
+file(READ "${registry}" registered)
+if(NOT registered STREQUAL installed)
+  message(FATAL_ERROR "Registration changed ${registry} from\n${installed}\nto\n${registered}")
+endif()
+
+# An administrator's words outlive the next installation.
+file(APPEND "${registry}" "; mine\n")
+run_expecting("" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --component development)
+file(READ "${registry}" kept)
+if(NOT kept STREQUAL "${installed}; mine\n")
+  message(FATAL_ERROR "${registry} was not kept:\n${kept}")
+endif()
+
+# The other way in.
+foreach(program IN ITEMS typed_host:qvscriptwells late_host:qvplatform)
+  string(REPLACE ":" ";" program ${program})
+  list(GET program 0 source)
+  list(GET program 1 package)
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${prefix}/${LIBDIR}/pkgconfig
+    pkg-config --cflags --libs ${package} OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE
+    COMMAND_ERROR_IS_FATAL ANY)
+  separate_arguments(flags UNIX_COMMAND "${flags}")
+  run_expecting("" ${CXX_COMPILER} -std=c++17 ${SOURCE_DIR}/${source}.cpp -o ${WORK_DIR}/${source} ${flags})
+  run_expecting("" ${with_registry} ${WORK_DIR}/${source})
+endforeach()
