@@ -2,8 +2,8 @@
 
 #include <iterator>
 
-#include "automation/module.h"
 #include "automation/object_support.h"
+#include "platform/module.h"
 #include "qvscriptwells/error_info.h"
 
 namespace qv {

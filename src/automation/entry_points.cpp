@@ -2,9 +2,9 @@
 
 #include <atomic>
 
-#include "automation/module.h"
 #include "automation/object_map.h"
 #include "automation/registration.h"
+#include "platform/module.h"
 #include "platform/module_hooks.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "automation/dispatch_faces.h"
-#include "automation/module.h"
+#include "platform/module.h"
 #include "values/parameters_impl.h"
 
 namespace qv {

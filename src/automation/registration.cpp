@@ -3,8 +3,8 @@
 #include <atomic>
 #include <string>
 
-#include "automation/module.h"
 #include "automation/object_support.h"
+#include "platform/module.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"
 

@@ -1,7 +1,7 @@
 #include <cstddef>
 
 #include "automation/dispatch_table.h"
-#include "automation/module.h"
+#include "platform/module.h"
 
 namespace qv {
 namespace {

@@ -83,7 +83,7 @@ IConnectionModelPtr QvScriptwellsImpl::get_ConnectionModel() {
 // interface only), so they are read from there.
 IConnectionModelPtr QvScriptwellsImpl::ReadyModel() {
   if (model_ == nullptr) model_ = CreateConnectionModel();
-  const IConnectionModelPtr model = model_;
+  IConnectionModelPtr model = model_;
   const IConnectionModelRawPtr raw = RawOf(model.get());
   ThrowIfFailed(raw->SetServer(serverName_, proxy_));
   ThrowIfFailed(raw->SetClientServices(clientServices_.get()));

@@ -39,7 +39,7 @@ class TreeBuilder : public XERCES_CPP_NAMESPACE_QUALIFIER XercesDOMParser {
   XERCES_CPP_NAMESPACE_QUALIFIER DOMElement* NewElement(
       const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl& declaration);
 
-  KnownName knownNames_[kKnownNames] = {};  // of this document
+  [[maybe_unused]] KnownName knownNames_[kKnownNames] = {};  // of this document
 };
 
 }  // namespace qv

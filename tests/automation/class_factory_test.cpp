@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "automation/entry_points.h"
-#include "automation/module.h"
 #include "automation/object_map.h"
+#include "platform/module.h"
 #include "platform/module_hooks.h"
 #include "qvscriptwells/class_factory.h"
 #include "qvscriptwells/class_ids.h"

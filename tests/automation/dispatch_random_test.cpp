@@ -5,11 +5,11 @@
 #include <limits>
 #include <random>
 
-#include "automation/module.h"
 #include "automation/noting_faces.h"
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
+#include "platform/module.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 

@@ -2,13 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "automation/late_call.h"
-#include "automation/module.h"
 #include "automation/waiting_record.h"
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/thrown.h"
+#include "platform/module.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "session/session_answers.h"

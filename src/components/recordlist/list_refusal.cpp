@@ -10,8 +10,8 @@ namespace {
 
 [[noreturn]] void Throw(HRESULT code, const char* words) {
   ListRefusal refusal{code, {}};
-  std::snprintf(refusal.words, sizeof refusal.words, "%s", words);
-  throw refusal;
+  static_cast<void>(std::snprintf(refusal.words, sizeof refusal.words, "%s", words));
+  throw ListRefusal(refusal);
 }
 
 WideString Widened(const char* words) {
@@ -41,9 +41,10 @@ void ThrowLocked(const char* words) {
 
 void ThrowNoColumn(std::int32_t index, std::size_t count) {
   ListRefusal refusal{DISP_E_BADINDEX, {}};
-  std::snprintf(refusal.words, sizeof refusal.words, "There is no column %ld; the list has %zu.",
-                static_cast<long>(index), count);
-  throw refusal;
+  static_cast<void>(std::snprintf(refusal.words, sizeof refusal.words,
+                                  "There is no column %ld; the list has %zu.", static_cast<long>(index),
+                                  count));
+  throw ListRefusal(refusal);
 }
 
 void ThrowNoMoreRecords() {
@@ -52,9 +53,9 @@ void ThrowNoMoreRecords() {
 
 void ThrowBadTag(VARTYPE tag) {
   ListRefusal refusal{DISP_E_BADVARTYPE, {}};
-  std::snprintf(refusal.words, sizeof refusal.words, "A value of tag %u cannot be stored.",
-                static_cast<unsigned>(tag));
-  throw refusal;
+  static_cast<void>(std::snprintf(refusal.words, sizeof refusal.words, "A value of tag %u cannot be stored.",
+                                  static_cast<unsigned>(tag)));
+  throw ListRefusal(refusal);
 }
 
 void CheckPlace(const void* place) {

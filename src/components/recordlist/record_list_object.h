@@ -4,6 +4,7 @@
 
 #include "components/recordlist/cell_table.h"
 #include "components/recordlist/record_list_columns.h"
+#include "platform/module.h"
 #include "qvscriptwells/record_list.h"
 
 namespace qv {
@@ -34,6 +35,7 @@ class RecordListObject final : public IRecordList, public ISupportErrorInfo {
   ~RecordListObject() = default;
   void End() noexcept;
 
+  ModuleLock lock_;  // a host may hold a table beyond all else
   std::uint32_t references_ = 1;
   RecordListColumns columns_;
   CellTable cells_;

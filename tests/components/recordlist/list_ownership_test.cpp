@@ -7,6 +7,7 @@
 
 #include "components/recordlist/list_helpers.h"
 #include "fixtures/counting_object.h"
+#include "platform/module.h"
 
 namespace qv {
 namespace {
@@ -260,6 +261,18 @@ TEST_F(ListOwnership, RefusedValueThatCallsBackLeavesTheWordsOfTheRefusal) {
     EXPECT_EQ(count, -1);
   }
   EXPECT_EQ(count, 1);
+}
+
+// A table may be all that a host holds of a library that it loaded.
+TEST_F(ListOwnership, ListAndItsPartsKeepTheLibraryLoaded) {
+  ASSERT_EQ(ModuleLocks(), 0);
+  IRecordListPtr list = NewList();
+  EXPECT_EQ(ModuleLocks(), 1);
+  IRecordListHeadersPtr columns = ColumnsOf(list);
+  list.reset();
+  EXPECT_EQ(ModuleLocks(), 1);
+  columns.reset();
+  EXPECT_EQ(ModuleLocks(), 0);
 }
 
 }  // namespace

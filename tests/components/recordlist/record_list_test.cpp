@@ -1,53 +1,12 @@
 // A record list of the built-in class as a host fills and reads it.
-#include <gtest/gtest.h>
+#include "components/recordlist/record_list_fixture.h"
 
 #include <functional>
 
-#include "components/recordlist/list_helpers.h"
-#include "fixtures/counting_object.h"
 #include "qvscriptwells/class_registry.h"
 
 namespace qv {
 namespace {
-
-class RecordList : public testing::Test {
- protected:
-  RecordList() : list_(NewList()) { ClearErrorInfo(); }
-  void TearDown() override {
-    list_.reset();
-    EXPECT_EQ(CountingObject::Live(), 0);
-    ClearErrorInfo();
-  }
-
-  // Words of a failed GetHeader, which leaves null in place of a column.
-  std::string GetHeaderFails(std::int32_t index, HRESULT code) {
-    IRecordListHeader* column = reinterpret_cast<IRecordListHeader*>(this);
-    EXPECT_EQ(ColumnsOf(list_)->GetHeader(index, &column), code);
-    EXPECT_EQ(column, nullptr);
-    return TakenWords();
-  }
-  // Words of a failed GetValue, which leaves the place as it was.
-  static std::string GetValueFails(const IRecordListRecordPtr& row, std::int32_t index) {
-    Variant value = Variant::FromInt(77);
-    EXPECT_EQ(row->GetValue(index, &value), DISP_E_BADINDEX);
-    EXPECT_EQ(value.Tag(), VT_INT);
-    EXPECT_EQ(value.Data().intVal, 77);
-    return TakenWords();
-  }
-  static std::string SetValueFails(const IRecordListRecordPtr& row, std::int32_t index, const Variant& value,
-                                   HRESULT code) {
-    EXPECT_EQ(row->SetValue(index, value), code);
-    return TakenWords();
-  }
-  static std::string NextFails(const IRecordListCursorPtr& cursor) {
-    IUnknown* record = reinterpret_cast<IUnknown*>(cursor.get());
-    EXPECT_EQ(cursor->Next(&record), DISP_E_BADINDEX);
-    EXPECT_EQ(record, nullptr);
-    return TakenWords();
-  }
-
-  IRecordListPtr list_;
-};
 
 TEST_F(RecordList, NewListHasNeitherColumnsNorRows) {
   EXPECT_EQ(ColumnCount(list_), 0);
@@ -410,106 +369,6 @@ TEST_F(RecordList, ListMayStandInACellOfAnother) {
   AddColumns(list_, 1);
   Put(NewRow(list_), 0, Variant::FromObject(inner.get()));
   EXPECT_EQ(ValueAt(NextRow(Open(list_)), 0).Object(), inner.get());
-}
-
-TEST_F(RecordList, MissingPlacesAreRefusedAndNothingIsChanged) {
-  AddColumns(list_, 1);
-  const IRecordListRecordPtr row = NewRow(list_);
-  const IRecordListCursorPtr cursor = Open(list_);
-  const IRecordListHeaderPtr column = ColumnAt(list_, 0);
-  const IRecordListHeadersPtr columns = ColumnsOf(list_);
-  const HRESULT codes[] = {
-      list_->NewRecord(nullptr),       list_->GetHeaders(nullptr), list_->OpenCursor(VARIANT_TRUE, nullptr),
-      columns->GetHeader(0, nullptr),  columns->GetCount(nullptr), column->GetName(nullptr),
-      column->GetDisplayName(nullptr), column->GetType(nullptr),   row->GetValue(0, nullptr),
-      row->GetHeaders(nullptr),        cursor->HasMore(nullptr),   cursor->Next(nullptr)};
-  for (const HRESULT code : codes) EXPECT_EQ(code, E_POINTER);
-  EXPECT_EQ(TakenWords(), "There is no place for the answer.");
-  EXPECT_EQ(CountRows(list_), 1);
-  EXPECT_TRUE(HasMore(cursor));
-}
-
-TEST_F(RecordList, EachMissingPlaceLeavesARecord) {
-  const IRecordListHeaderPtr column = AddColumn(list_, u"a");
-  const std::string words = "There is no place for the answer.";
-  EXPECT_EQ(list_->NewRecord(nullptr), E_POINTER);
-  EXPECT_EQ(TakenWords(), words);
-  EXPECT_EQ(list_->GetHeaders(nullptr), E_POINTER);
-  EXPECT_EQ(TakenWords(), words);
-  EXPECT_EQ(list_->OpenCursor(VARIANT_TRUE, nullptr), E_POINTER);
-  EXPECT_EQ(TakenWords(), words);
-  EXPECT_EQ(column->GetName(nullptr), E_POINTER);
-  EXPECT_EQ(TakenWords(), words);
-  EXPECT_EQ(NewRow(list_)->GetHeaders(nullptr), E_POINTER);
-  EXPECT_EQ(TakenWords(), words);
-  EXPECT_EQ(Open(list_)->HasMore(nullptr), E_POINTER);
-  EXPECT_EQ(TakenWords(), words);
-}
-
-TEST_F(RecordList, EachOperationClearsTheStaleRecord) {
-  const IRecordListHeadersPtr columns = ColumnsOf(list_);
-  const IRecordListHeaderPtr column = AddColumn(list_, u"a");
-  const IRecordListRecordPtr row = NewRow(list_);
-  const IRecordListCursorPtr cursor = Open(list_);
-  WideString text;
-  std::int32_t number = 0;
-  VARIANT_BOOL more = VARIANT_FALSE;
-  Variant value;
-  IUnknown* record = nullptr;
-  IRecordListHeaders* sameColumns = nullptr;
-  IRecordListHeader* sameColumn = nullptr;
-  IRecordListCursor* otherCursor = nullptr;
-  const std::function<HRESULT()> operations[] = {
-      [&] {
-        const HRESULT code = list_->NewRecord(&record);
-        record->Release();
-        return code;
-      },
-      [&] {
-        const HRESULT code = list_->GetHeaders(&sameColumns);
-        sameColumns->Release();
-        return code;
-      },
-      [&] {
-        const HRESULT code = list_->OpenCursor(VARIANT_TRUE, &otherCursor);
-        otherCursor->Release();
-        return code;
-      },
-      [&] { return list_->SetLocked(VARIANT_FALSE); },
-      [&] { return columns->AddHeader(u"b", kColumnInt, nullptr); },
-      [&] {
-        const HRESULT code = columns->GetHeader(0, &sameColumn);
-        sameColumn->Release();
-        return code;
-      },
-      [&] { return columns->GetCount(&number); },
-      [&] { return columns->SetLocked(VARIANT_FALSE); },
-      [&] { return column->GetDisplayName(&text); },
-      [&] { return column->SetDisplayName(u"d"); },
-      [&] { return column->GetName(&text); },
-      [&] { return column->GetType(&number); },
-      [&] { return row->GetValue(0, &value); },
-      [&] { return row->SetValue(0, value); },
-      [&] {
-        const HRESULT code = row->GetHeaders(&sameColumns);
-        sameColumns->Release();
-        return code;
-      },
-      [&] { return row->SetLocked(VARIANT_FALSE); },
-      [&] { return cursor->HasMore(&more); },
-      [&] {
-        const HRESULT code = cursor->Next(&record);
-        record->Release();
-        return code;
-      },
-  };
-  int place = 0;
-  for (const std::function<HRESULT()>& operation : operations) {
-    LeaveStaleRecord();
-    EXPECT_EQ(operation(), S_OK) << place;
-    EXPECT_EQ(TakenWords(), "no record") << place;
-    ++place;
-  }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "automation/module.h"
+#include "platform/module.h"
 
 #include <dlfcn.h>
 

@@ -15,7 +15,7 @@ std::int32_t ModuleLocks() noexcept;
 // no text leads back to it. Throws `_com_error`, E_OUTOFMEMORY.
 WideString ModulePath();
 
-// A member of every object that a host can hold.
+// A member of every object that a host can hold on to.
 class ModuleLock {
  public:
   ModuleLock() noexcept { LockModule(); }
