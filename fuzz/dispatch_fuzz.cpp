@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "automation/module.h"
 #include "format/formater_factory.h"
+#include "platform/module.h"
 #include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/http_component.h"

@@ -8,12 +8,12 @@
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "format/formater_factory.h"
-#include "recordlist/register_formaters.h"
 #include "format/text_conversions.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/serial_date.h"
 #include "qvscriptwells/xml_library_hold.h"
+#include "recordlist/register_formaters.h"
 #include "support/encode_xml_text.h"
 #include "values/duration_impl.h"
 #include "xml/qv_dom_parser.h"

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "format/formater_factory.h"
-#include "recordlist/register_formaters.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "recordlist/register_formaters.h"
 #include "script/file_downloader.h"
 #include "soap/soap_call.h"
 #include "support/namespaces.h"
