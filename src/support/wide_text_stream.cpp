@@ -16,7 +16,7 @@ constexpr std::u16string_view kAmp = u"&amp;";
 constexpr std::size_t kNone = std::u16string_view::npos;
 
 char16_t* Put(char16_t* to, std::u16string_view text) noexcept {
-  std::memcpy(to, text.data(), text.size() * sizeof(char16_t));
+  if (!text.empty()) std::memcpy(to, text.data(), text.size() * sizeof(char16_t));
   return to + text.size();
 }
 

@@ -30,7 +30,7 @@ constexpr std::size_t kLargestUnits = std::numeric_limits<std::size_t>::max() / 
 
 }  // namespace
 
-QvDomParser::QvDomParser() : TreeBuilder(nullptr, &Memory()), ownHandler_(true), memoryCeiling_(kMostBytes) {
+QvDomParser::QvDomParser() : TreeBuilder(nullptr, &Memory()), ownHandler_(true) {
   setErrorHandler(&ownHandler_);
   setValidationScheme(Val_Never);
 }

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -115,7 +116,7 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   QvDOMErrorHandlers ownHandler_;
   XERCES_CPP_NAMESPACE_QUALIFIER SecurityManager expansionLimit_;
   std::u16string bufferId_;
-  std::size_t memoryCeiling_;
+  std::size_t memoryCeiling_ = std::numeric_limits<std::size_t>::max();
   std::size_t declarations_ = 0;
   std::size_t maxExpansions_ = 0;  // 0: no limits
   bool isHostile_ = false;
