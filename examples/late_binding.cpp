@@ -2,8 +2,10 @@
 // members by theirs.
 //   late_binding http://127.0.0.1:8080
 #include <algorithm>
+#include <cstdio>
 #include <iostream>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "qvscriptwells/class_registry.h"
@@ -12,6 +14,14 @@
 #include "qvscriptwells/simple_host.h"
 
 namespace {
+
+// A refusal of Invoke itself is a code alone.
+std::string Words(qv::HRESULT code, const qv::WideString& description) {
+  if (!description.IsEmpty()) return qv::ToUtf8(description);
+  char text[32];
+  std::snprintf(text, sizeof text, "code 0x%08X", static_cast<unsigned>(code));
+  return text;
+}
 
 qv::Variant Call(const qv::IDispatchPtr& object, const char16_t* name, std::vector<qv::Variant> arguments,
                  std::uint16_t flags = qv::DISPATCH_METHOD) {
@@ -25,7 +35,7 @@ qv::Variant Call(const qv::IDispatchPtr& object, const char16_t* name, std::vect
   qv::Variant result;
   qv::EXCEPINFO failure;
   const qv::HRESULT code = object->Invoke(id, qv::Guid{}, 0, flags, &given, &result, &failure, nullptr);
-  if (qv::Failed(code)) throw std::runtime_error(qv::ToUtf8(failure.bstrDescription));
+  if (qv::Failed(code)) throw std::runtime_error(Words(code, failure.bstrDescription));
   return result;
 }
 
@@ -74,7 +84,7 @@ int main(int argc, char** argv) {
     AddOnTheServer(argc > 1 ? argv[1] : "http://127.0.0.1:8080");
     return 0;
   } catch (const qv::_com_error& error) {
-    std::cerr << "failed: " << qv::ToUtf8(error.Description()) << "\n";
+    std::cerr << "failed: " << Words(error.Error(), error.Description()) << "\n";
   } catch (const std::exception& error) {
     std::cerr << "failed: " << error.what() << "\n";
   }

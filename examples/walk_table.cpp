@@ -30,8 +30,8 @@ void ShowRow(qv::IUnknown* row, std::int32_t columns) {
   for (std::int32_t i = 0; i < columns; ++i) {
     qv::Variant value;
     qv::ThrowIfFailed(record->GetValue(i, &value));
-    qv::ThrowIfFailed(qv::VariantChangeType(&value, value, qv::VT_BSTR));
-    std::cout << qv::ToUtf8(value.Text()) << (i + 1 < columns ? " " : "\n");
+    const bool hasText = qv::Succeeded(qv::VariantChangeType(&value, value, qv::VT_BSTR));
+    std::cout << (hasText ? qv::ToUtf8(value.Text()) : "(object)") << (i + 1 < columns ? " " : "\n");
   }
 }
 

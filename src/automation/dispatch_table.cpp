@@ -17,6 +17,7 @@ const NameRow* FindName(const DispatchTable& table, const char16_t* name) {
 
 HRESULT FindIds(const DispatchTable& table, const char16_t* const* names, std::uint32_t count,
                 DISPID* ids) noexcept {
+  ClearErrorInfo();
   if (count == 0) return S_OK;
   if (names == nullptr || ids == nullptr) return E_POINTER;
   for (std::uint32_t i = 0; i < count; ++i) {
@@ -208,6 +209,7 @@ Variant Invocation::TakeResult(VARTYPE type) {
 HRESULT InvokeMember(const DispatchTable& table, IDispatch* self, DISPID id, std::uint16_t flags,
                      const DISPPARAMS* arguments, Variant* result, EXCEPINFO* failure,
                      std::uint32_t* argumentError) noexcept {
+  ClearErrorInfo();  // words of an earlier failure are none of this call's
   if (arguments == nullptr) return DISP_E_BADVARTYPE;
   if (arguments->cArgs > table.limit) return DISP_E_BADPARAMCOUNT;
   if (result != nullptr) result->Clear();

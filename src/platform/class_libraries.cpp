@@ -9,6 +9,7 @@
 
 #include "platform/class_names.h"
 #include "platform/guid_text.h"
+#include "platform/library_file.h"
 #include "platform/module_hooks.h"
 #include "platform/regular_file.h"
 #include "qvscriptwells/com_error.h"
@@ -80,6 +81,7 @@ void RequireUsable(const std::string& path) {
     Raise(CO_E_DLLNOTFOUND, "The library \"" + path + "\" is not named by an absolute path");
   // The system's loader would wait for a pipe's writer.
   if (OpenRegularFile(path).error == kNotRegular) Raise(CO_E_DLLNOTFOUND, path + ": Not a regular file");
+  if (IsCutOff(path)) Raise(CO_E_DLLNOTFOUND, path + ": The file is cut off");
 }
 
 Library* Find(Libraries& libraries, const std::string& path) {
@@ -150,7 +152,9 @@ class LibraryCall {
 HRESULT AskLibrary(const Guid& classId, const Guid& iid, void** object) {
   ClearErrorInfo();
   const WideString path = ReadRegistryValue(ClassKey(classId, u"InprocServer32"));
-  if (path.IsNull()) return REGDB_E_CLASSNOTREG;
+  if (path.IsNull())
+    Raise(REGDB_E_CLASSNOTREG,
+          "The registry names no library for the class " + ToUtf8(StringFromIID(classId)) + RegistryDamage());
   return LibraryCall(ToUtf8(path)).ClassObject(classId, iid, object);
 }
 

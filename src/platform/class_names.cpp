@@ -4,6 +4,7 @@
 
 #include "platform/guid_text.h"
 #include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/error_info.h"
 #include "qvscriptwells/registry.h"
 
 namespace qv {
@@ -38,6 +39,13 @@ bool IsName(std::u16string_view name) noexcept {
   return !name.empty() && name.find(u'\\') == std::u16string_view::npos;
 }
 
+void PostUnknownName(const WideString& progId) {
+  ErrorInfo record;
+  record.description =
+      FromUtf8("The registry knows no class named \"" + ToUtf8(progId) + "\"" + RegistryDamage());
+  SetErrorInfo(record);
+}
+
 }  // namespace
 
 WideString ClassKey(const Guid& classId, const WideString& below) {
@@ -51,12 +59,24 @@ HRESULT CLSIDFromString(const WideString& text, Guid* classId) noexcept {
   return isRight ? S_OK : CO_E_CLASSSTRING;
 }
 
+std::string RegistryDamage() {
+  std::string words;
+  for (const RegistryLayer& layer : ReadRegistry())
+    if (!layer.damage.empty()) words += "; " + layer.path + ": " + layer.damage;
+  return words;
+}
+
 HRESULT CLSIDFromProgID(const WideString& progId, Guid* classId) noexcept {
+  ClearErrorInfo();
   if (classId == nullptr) return E_POINTER;
   *classId = Guid{};
-  if (!IsName(progId.view())) return CO_E_CLASSSTRING;
   try {
-    return CLSIDFromString(ReadRegistryValue(BelowClasses(progId.view()).append(u"\\CLSID")), classId);
+    if (IsName(progId.view()) &&
+        Succeeded(
+            CLSIDFromString(ReadRegistryValue(BelowClasses(progId.view()).append(u"\\CLSID")), classId)))
+      return S_OK;
+    PostUnknownName(progId);
+    return CO_E_CLASSSTRING;
   } catch (...) {
     return E_OUTOFMEMORY;
   }

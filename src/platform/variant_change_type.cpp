@@ -8,6 +8,7 @@
 #include "platform/variant_whole.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/dispatch.h"
+#include "qvscriptwells/error_info.h"
 #include "qvscriptwells/variant.h"
 
 namespace qv {
@@ -146,10 +147,7 @@ HRESULT ChangeType(Variant* destination, const Variant& source, VARTYPE tag) {
   return code;
 }
 
-}  // namespace
-
-HRESULT VariantChangeType(Variant* destination, const Variant& source, VARTYPE tag) noexcept {
-  if (destination == nullptr) return E_INVALIDARG;
+HRESULT GuardedChange(Variant* destination, const Variant& source, VARTYPE tag) noexcept {
   try {
     return ChangeType(destination, source, tag);
   } catch (const _com_error& error) {
@@ -157,6 +155,15 @@ HRESULT VariantChangeType(Variant* destination, const Variant& source, VARTYPE t
   } catch (...) {
     return E_OUTOFMEMORY;
   }
+}
+
+}  // namespace
+
+HRESULT VariantChangeType(Variant* destination, const Variant& source, VARTYPE tag) noexcept {
+  if (destination == nullptr) return E_INVALIDARG;
+  const HRESULT code = GuardedChange(destination, source, tag);
+  if (Failed(code)) ClearErrorInfo();  // words of an earlier failure are none of this one's
+  return code;
 }
 
 }  // namespace qv

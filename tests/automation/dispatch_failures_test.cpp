@@ -311,5 +311,24 @@ TEST(DispatchUse, ObjectUnderDispatchIsStoredUnderUnknown) {
   EXPECT_EQ(ReadByName(parameter.get(), u"ParamTypeAsString"), "BSTR duration");
 }
 
+// Nobody is to throw the words of another call.
+TEST(DispatchRecord, RefusalsLeaveNoWordsOfAnEarlierFailure) {
+  const IParametersPtr list = CreateParameters();
+  const DISPPARAMS none;
+  LeaveStaleRecord();
+  EXPECT_EQ(list->Invoke(99, Guid{}, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
+            DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(TakenWords(), "no record");
+  LeaveStaleRecord();
+  EXPECT_EQ(list->Invoke(4, Guid{}, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr),
+            DISP_E_BADVARTYPE);
+  EXPECT_EQ(TakenWords(), "no record");
+  LeaveStaleRecord();
+  const char16_t* const name = u"NoSuchMember";
+  DISPID id = 0;
+  EXPECT_EQ(list->GetIDsOfNames(Guid{}, &name, 1, 0, &id), DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(TakenWords(), "no record");
+}
+
 }  // namespace
 }  // namespace qv

@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -146,7 +148,8 @@ TEST_F(ClassLibraries, OuterObjectReachesTheClassObject) {
 }
 
 TEST_F(ClassLibraries, UnnamedClassIsNotRegistered) {
-  EXPECT_EQ(Refusal(), "0x80040154");
+  EXPECT_EQ(Refusal(),
+            "0x80040154 The registry names no library for the class {5B7F0C1E-3D52-4E8A-9C61-2F0A8D4B6E11}");
 }
 
 TEST_F(ClassLibraries, ClassThatTheLibraryDoesNotHaveIsRefusedByIt) {
@@ -176,6 +179,21 @@ TEST_F(ClassLibraries, FileThatIsNoLibraryIsTold) {
   const std::string path = directory_.Write("text.so", std::string(4096, 't'));
   Name(path);
   EXPECT_EQ(Refusal(), "0x800401F8 " + path + ": invalid ELF header");
+}
+
+// The system would map what is there, and the program would die where the rest is missing.
+TEST_F(ClassLibraries, FileThatIsCutOffIsTold) {
+  std::ifstream file(sound_, std::ios::binary);
+  const std::string whole{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  ASSERT_GT(whole.size(), 5000U);
+  for (const std::size_t size : {std::size_t{64}, std::size_t{100}, std::size_t{5000}}) {
+    const std::string path = directory_.Write("cut.so", whole.substr(0, size));
+    Name(path);
+    EXPECT_EQ(Refusal(), "0x800401F8 " + path + ": The file is cut off") << size;
+  }
+  const std::string path = directory_.Write("cut.so", whole.substr(0, 30));
+  Name(path);
+  EXPECT_EQ(Refusal(), "0x800401F8 " + path + ": file too short");
 }
 
 TEST_F(ClassLibraries, PipeIsNotWaitedFor) {
@@ -208,7 +226,8 @@ TEST_F(ClassLibraries, StaleRecordDoesNotLookLikeTheReason) {
   ErrorInfo stale;
   stale.description = u"stale words";
   SetErrorInfo(stale);
-  EXPECT_EQ(Refusal(), "0x80040154");
+  EXPECT_EQ(Refusal(),
+            "0x80040154 The registry names no library for the class {5B7F0C1E-3D52-4E8A-9C61-2F0A8D4B6E11}");
 }
 
 TEST_F(ClassLibraries, NullTargetIsRefused) {

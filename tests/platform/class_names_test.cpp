@@ -7,6 +7,7 @@
 #include "fixtures/shown_text.h"
 #include "fixtures/temporary_directory.h"
 #include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
@@ -44,6 +45,32 @@ TEST_F(ClassNames, UnknownProgIdIsRefused) {
     EXPECT_EQ(CLSIDFromProgID(name, &id), CO_E_CLASSSTRING) << Shown(name);
     EXPECT_TRUE(id == Guid{});
   }
+}
+
+TEST_F(ClassNames, UnknownProgIdHasItsWords) {
+  Guid id{};
+  ErrorInfo info;
+  EXPECT_EQ(CLSIDFromProgID(u"No.Such", &id), CO_E_CLASSSTRING);
+  ASSERT_TRUE(GetErrorInfo(&info));
+  EXPECT_EQ(Shown(info.description), "The registry knows no class named \"No.Such\"");
+  Fill("[damaged\n");
+  EXPECT_EQ(CLSIDFromProgID(u"No.Such", &id), CO_E_CLASSSTRING);
+  ASSERT_TRUE(GetErrorInfo(&info));
+  EXPECT_EQ(
+      Shown(info.description)
+          .rfind("The registry knows no class named \"No.Such\"; " + directory_.Path("classes.reg") + ": ",
+                 0),
+      0U);
+}
+
+TEST_F(ClassNames, FoundProgIdLeavesNoRecord) {
+  Fill("[HKEY_CLASSES_ROOT\\A.B\\CLSID]\n@=\"{0123ABCD-4567-89EF-0123-456789ABCDEF}\"\n");
+  ErrorInfo info;
+  info.description = u"stale words";
+  SetErrorInfo(info);
+  Guid id{};
+  EXPECT_EQ(CLSIDFromProgID(u"A.B", &id), S_OK);
+  EXPECT_FALSE(GetErrorInfo(&info));
 }
 
 TEST_F(ClassNames, ClassLeadsToItsProgId) {

@@ -6,6 +6,7 @@
 
 #include "platform/asked_object.h"
 #include "platform/variant_rows.h"
+#include "qvscriptwells/error_info.h"
 #include "qvscriptwells/variant.h"
 #include "support/comma_locale.h"
 #include "support/print_wide_string.h"
@@ -271,6 +272,15 @@ TEST(VariantChangeType, KnowsNoLocale) {
   ExpectConverted({"point", Text(u"3.5"), VT_INT, 4});
   ExpectConverted({"separator", Text(u"1,234"), VT_INT, 1234});
   ExpectRefused({"two points", Text(u"1.234.567"), VT_INT, DISP_E_TYPEMISMATCH});
+}
+
+TEST(VariantChangeType, FailureLeavesNoWordsOfAnEarlierOne) {
+  ErrorInfo record;
+  record.description = u"stale words";
+  SetErrorInfo(record);
+  Variant value;
+  EXPECT_EQ(VariantChangeType(&value, Variant::Null(), VT_I4), DISP_E_TYPEMISMATCH);
+  EXPECT_FALSE(GetErrorInfo(&record));
 }
 
 }  // namespace

@@ -152,6 +152,7 @@ TEST(AnswerFormat, CsvHasAHeadAndOneField) {
   EXPECT_EQ(csv(Variant::FromString(u"")), "value\r\n\"\"\r\n");
   EXPECT_EQ(csv(Variant()), "value\r\n\r\n");
   EXPECT_EQ(FormatAnswer(OutputFormat::kCsv, Variant(), "NULL"), "value\r\nNULL\r\n");
+  EXPECT_EQ(FormatAnswer(OutputFormat::kCsv, Variant::FromString(u""), "NULL"), "value\r\n\"\"\r\n");
   EXPECT_EQ(FormatAnswer(OutputFormat::kCsv, Variant::FromString(u"NULL"), "NULL"), "value\r\n\"NULL\"\r\n");
 }
 

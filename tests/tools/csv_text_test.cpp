@@ -35,6 +35,13 @@ TEST(CsvText, TextThatStandsForNoValueIsQuoted) {
   EXPECT_EQ(CsvField("NULL", ""), "NULL");
 }
 
+TEST(CsvText, EmptyTextAloneInItsLineIsQuoted) {
+  EXPECT_EQ(CsvOnlyField("", ""), "\"\"");
+  EXPECT_EQ(CsvOnlyField("", "NULL"), "\"\"");
+  EXPECT_EQ(CsvOnlyField("NULL", "NULL"), "\"NULL\"");
+  EXPECT_EQ(CsvOnlyField("Rome", "NULL"), "Rome");
+}
+
 TEST(CsvText, FormulasStayAsTheyAre) {
   for (const char* text : {"=1+1", "+1", "-1", "@a", "=HYPERLINK(A1)"}) EXPECT_EQ(CsvField(text, ""), text);
 }

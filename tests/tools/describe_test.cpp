@@ -83,9 +83,48 @@ TEST(Describe, WrongNameGetsTheNearestOne) {
   EXPECT_EQ(RefusalOf("Parameters.Ad"), "no member Ad; did you mean Add?");
   EXPECT_EQ(RefusalOf("ConnectionModel.Excute"), "no member Excute; did you mean Execute?");
   EXPECT_EQ(RefusalOf("Paramters"), "no member Paramters; did you mean Parameters?");
-  EXPECT_EQ(RefusalOf("Parameters."), "no member ; did you mean Add?");
-  EXPECT_EQ(RefusalOf("Url.\nx"), "no member  x; did you mean get_Url?");
-  EXPECT_EQ(RefusalOf(std::string(100000, 'q') + ".x").substr(0, 12), "no member qq");
+  EXPECT_EQ(RefusalOf("IParamters"), "no member IParamters; did you mean Parameters?");
+  EXPECT_EQ(RefusalOf("Duration.get_Yaer"), "no member get_Yaer; did you mean get_Year?");
+  EXPECT_EQ(RefusalOf("Duration.Yaer"), "no member Yaer; did you mean Year?");
+  EXPECT_EQ(RefusalOf("Url.\nUrll"), "no member  Urll; did you mean Url?");
+}
+
+TEST(Describe, NameThatIsFarFromAllIsNotGuessedAt) {
+  EXPECT_EQ(RefusalOf("Parameters.Xyzzy"), "no member Xyzzy");
+  EXPECT_EQ(RefusalOf("Parameters.A"), "no member A");
+  EXPECT_EQ(RefusalOf("Nonsense.Add"), "no member Nonsense");
+  EXPECT_EQ(RefusalOf("Url.\nx"), "no member  x");
+}
+
+TEST(Describe, MemberOfAnotherObjectIsToldWithItsObject) {
+  EXPECT_EQ(RefusalOf("Parameters.Init"), "no member Init; did you mean QvClientServiceRaw.Init?");
+  EXPECT_EQ(RefusalOf("parameters.init"), "no member init; did you mean QvClientServiceRaw.Init?");
+  EXPECT_EQ(RefusalOf("SetValues"), "no member SetValues; did you mean Parameter.SetValues?");
+  EXPECT_EQ(RefusalOf("Url.get_Sec"), "no member get_Sec; did you mean Duration.get_Sec?");
+  EXPECT_EQ(RefusalOf("Url.sec"), "no member sec; did you mean Duration.Sec?");
+}
+
+TEST(Describe, LongNameIsCut) {
+  const std::string sixty = "qqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqqq";
+  ASSERT_EQ(sixty.size(), 60u);
+  EXPECT_EQ(RefusalOf(sixty), "no member " + sixty);
+  EXPECT_EQ(RefusalOf(sixty + "q"), "no member " + sixty + "...");
+  EXPECT_EQ(RefusalOf(std::string(100000, 'q') + ".x"), "no member " + sixty + "...");
+  EXPECT_EQ(RefusalOf("Url." + sixty.substr(1) + "\xC3\xA9s"),
+            "no member " + sixty.substr(1) + "\xC3\xA9...");
+}
+
+TEST(Describe, EmptyPartsAreUsageErrors) {
+  const auto refusal = [](const std::string& object) {
+    const ParsedArguments parsed = ParseArguments({"describe", object});
+    EXPECT_EQ(parsed.command, Command::kUsageError) << object;
+    EXPECT_EQ(parsed.hint, "scriptwells describe --help");
+    return parsed.text;
+  };
+  EXPECT_EQ(refusal(""), "OBJECT is empty; leave it out to see all objects");
+  EXPECT_EQ(refusal(".Add"), "OBJECT names no object in front of its '.'");
+  EXPECT_EQ(refusal("."), "OBJECT names no object in front of its '.'");
+  EXPECT_EQ(refusal("Parameters."), "OBJECT names no member behind its '.'");
 }
 
 TEST(Describe, JsonHasNamesIdsAndTags) {
@@ -133,13 +172,20 @@ TEST(ClosestName, CaseDoesNotCount) {
 }
 
 TEST(ClosestName, FirstOfEqualOnesWins) {
-  EXPECT_EQ(ClosestName("b", {"a", "c"}), "a");
+  EXPECT_EQ(ClosestName("bb", {"ba", "bc"}), "ba");
 }
 
 TEST(ClosestName, ChangedAddedAndMissingLettersCountOne) {
   EXPECT_EQ(ClosestName("abcd", {"abxyd", "abce"}), "abce");
   EXPECT_EQ(ClosestName("abcd", {"xxxx", "abcde"}), "abcde");
   EXPECT_EQ(ClosestName("abcd", {"xxxx", "abd"}), "abd");
+}
+
+TEST(ClosestName, HalfOfItsLettersMayBeWrong) {
+  EXPECT_EQ(ClosestName("abxx", {"abcd"}), "abcd");
+  EXPECT_EQ(ClosestName("axxx", {"abcd"}), "");
+  EXPECT_EQ(ClosestName("ax", {"abc"}), "");
+  EXPECT_EQ(ClosestName("", {"a"}), "");
 }
 
 TEST(ClosestName, EmptyWithoutCandidates) {

@@ -93,6 +93,12 @@ TEST(RecordListOutput, NullTextStandsForNoValueOnly) {
       "NULL\r\n\"NULL\"\r\nNULL\r\nNULL\r\n");
 }
 
+TEST(RecordListOutput, EmptyStringOfTheOnlyColumnIsNoEmptyLine) {
+  const IRecordListPtr list = BuildTable({{u"a", kColumnString}}, {{Text(u"")}, {Variant()}, {Text(u"x")}});
+  EXPECT_EQ(Csv(list, "NULL"), "a\r\n\"\"\r\nNULL\r\nx\r\n");
+  EXPECT_EQ(Csv(list), "a\r\n\"\"\r\n\r\nx\r\n");
+}
+
 TEST(RecordListOutput, CsvQuotesHeadsToo) {
   EXPECT_EQ(Csv(BuildTable({{u"a,b", kColumnInt}, {u"", kColumnInt}, {u"c\"", kColumnInt}}, {})),
             "\"a,b\",\"\",\"c\"\"\"\r\n");
