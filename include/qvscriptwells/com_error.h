@@ -34,7 +34,8 @@ class _com_error : public std::exception {
 // waiting.
 [[noreturn]] void _com_issue_errorex(HRESULT code, IUnknown* object, const Guid& iid);
 
-// Does nothing for success; otherwise throws with the record that waits on this thread. The usual way for a
+// Does nothing for success; otherwise throws with the record that waits on this thread, which may be none: a
+// refusal of Invoke or VariantChangeType is a code alone. The usual way for a
 // C++ host to call an object of this library, whose operations clear the record when they start:
 //   ThrowIfFailed(model->CloseUserSession());
 void ThrowIfFailed(HRESULT code);

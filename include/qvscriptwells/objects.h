@@ -1,8 +1,9 @@
 // The objects of the library as a host holds them. create_objects.h makes them.
 //
-// Failure: a negative result code. Every object leaves an error record (error_info.h) with the words, but for
-// E_POINTER; a failure that has no number of its own is DISP_E_EXCEPTION. Out values are written on success
-// only, unless told otherwise. Ownership: unknown.h. Threads: an object is used on one thread at a time, and
+// Failure: a negative result code, and an error record (error_info.h) with the words: "Unknown Error" for a
+// code without words, such as the E_POINTER of missing services. A null place for a result is E_POINTER
+// without a record, and a failure that nobody foresaw is E_UNEXPECTED without one. A failure that has no
+// number of its own is DISP_E_EXCEPTION. Out values are written on success only, unless told otherwise. Ownership: unknown.h. Threads: an object is used on one thread at a time, and
 // all models of a process on one thread. Text: any WideString may be null. Each interface but those that
 // derive from IUnknown can also be used by name and id (dispatch.h).
 #pragma once
@@ -94,7 +95,7 @@ class IConnectionModel : public IDispatch {
   virtual HRESULT CreateUserSession(const WideString& connectionString) noexcept = 0;
   // Closes it; without a session nothing is sent and nothing fails. After a failure it may be called again.
   virtual HRESULT CloseUserSession() noexcept = 0;
-  // Runs a script. `parameters` may be null. `result` gets the typed answer. "Session does not exist." when
+  // Runs a script. `parameters` may be null here; a late-bound call needs an empty list instead. `result` gets the typed answer. "Session does not exist." when
   // there is none; a fault of the server comes with the server's words, and with 0x80040000 | its error
   // number as code.
   virtual HRESULT Execute(const WideString& scriptLanguage, const WideString& script, IParameters* parameters,
@@ -143,9 +144,9 @@ class IQvScriptwells : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("8a8a22af-307b-4295-bed8-6981b0f0d6fb");
   // The same model on every call. Each call passes server name, proxy and services into it again and makes it
-  // adopt the session that the services tell, if they tell one: read it again after a change. E_POINTER
-  // before a successful Init; "Cannot parse url, expecting 'http://' after protocol name." for a server name
-  // that is no URL.
+  // adopt the session that the services tell, if they tell one: read it again after a change. "Cannot parse
+  // url, expecting 'http://' after protocol name." for a server name that is no URL; then E_POINTER before a
+  // successful Init.
   virtual HRESULT ConnectionModel(IConnectionModel** model) noexcept = 0;
   // A new object on every call, as the next four.
   virtual HRESULT Url(IUrl** url) noexcept = 0;

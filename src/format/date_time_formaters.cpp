@@ -2,7 +2,6 @@
 
 #include "format/text_conversions.h"
 #include "qvscriptwells/serial_date.h"
-#include "support/encode_xml_text.h"
 
 namespace qv {
 namespace {
@@ -21,8 +20,9 @@ DateTimeValue DayOf(double serialDate) {
   return value;
 }
 
+// Digits and marks, none of which the XML escape would touch.
 WideString Written(const DateTimeValue& value) {
-  return EncodeXmlText(WriteDateTimeValue(value));
+  return WriteDateTimeValue(value);
 }
 
 }  // namespace

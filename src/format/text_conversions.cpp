@@ -124,6 +124,7 @@ class PointText {
   void Add(char16_t unit) { units_[size_++] = unit; }
   // Zeros on the left up to `width`, a sign included.
   void AddPadded(std::int64_t number, std::ptrdiff_t width) {
+    if (width == 2 && number >= 0 && number < 100) return AddTwoDigits(static_cast<int>(number));
     char digits[24] = {};
     const char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
     for (std::ptrdiff_t missing = width - (end - digits); missing > 0; --missing) Add(u'0');
@@ -133,6 +134,12 @@ class PointText {
   WideString Text() const { return WideString(std::u16string_view(units_, size_)); }
 
  private:
+  // Nearly every number of a point in time, several times as fast.
+  void AddTwoDigits(int number) {
+    Add(static_cast<char16_t>(u'0' + number / 10));
+    Add(static_cast<char16_t>(u'0' + number % 10));
+  }
+
   char16_t units_[256];
   std::size_t size_ = 0;
 };

@@ -1,11 +1,10 @@
 #include "platform/module_hooks.h"
 
-#include <atomic>
-
 namespace qv {
-namespace {
 
-std::atomic<const ModuleHooks*> host{nullptr};
+std::atomic<const ModuleHooks*> hostOfThisModule{nullptr};
+
+namespace {
 
 ClassCreator FindForLibrary(const Guid& classId) noexcept {
   try {
@@ -29,16 +28,12 @@ bool AttachHost(const ModuleHooks* hooks) noexcept {
   if (hooks == nullptr) return true;
   if (hooks->version != kModuleHooksVersion) return false;
   const ModuleHooks* none = nullptr;
-  host.compare_exchange_strong(none, hooks);
+  hostOfThisModule.compare_exchange_strong(none, hooks);
   return true;
 }
 
 void DetachHost(const ModuleHooks* hooks) noexcept {
-  if (hooks != nullptr) host.compare_exchange_strong(hooks, nullptr);
-}
-
-const ModuleHooks* Host() noexcept {
-  return host.load(std::memory_order_acquire);
+  if (hooks != nullptr) hostOfThisModule.compare_exchange_strong(hooks, nullptr);
 }
 
 }  // namespace qv

@@ -3,6 +3,7 @@
 // `DllMain` of the library, whose platform layer passes the calls on from then on. Any thread.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "qvscriptwells/class_registry.h"
@@ -35,8 +36,11 @@ const ModuleHooks* OwnHooks() noexcept;
 bool AttachHost(const ModuleHooks* hooks) noexcept;
 // Undoes the attaching of these very hooks; does nothing for others.
 void DetachHost(const ModuleHooks* hooks) noexcept;
-// Null when there is none.
-const ModuleHooks* Host() noexcept;
+// Null when there is none. Asked at the start of every operation, hence in place.
+extern std::atomic<const ModuleHooks*> hostOfThisModule;
+inline const ModuleHooks* Host() noexcept {
+  return hostOfThisModule.load(std::memory_order_acquire);
+}
 
 // The creator of this module or else of its host, as CoCreateInstance finds it; null for none. A host's own
 // creators go before those of this module, so that its components serve the library too.

@@ -109,8 +109,8 @@ WideString::WideString(std::u16string_view text) : text_(NewStringBlock(text.siz
 WideString::WideString(const WideString& other) noexcept : text_(ShareString(other.text_)) {}
 
 WideString& WideString::operator=(const WideString& other) noexcept {
-  WideString copy(other);
-  std::swap(text_, copy.text_);
+  BStr const old = std::exchange(text_, ShareString(other.text_));
+  if (old != nullptr) FreeString(old);
   return *this;
 }
 
