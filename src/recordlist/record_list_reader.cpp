@@ -44,17 +44,20 @@ IRecordListPtr RecordListReader::Read(const XmlNode& element) {
   return list_;
 }
 
-void RecordListReader::ReadColumns(const XmlNode& headersBlock) const {
+void RecordListReader::ReadColumns(const XmlNode& headersBlock) {
   const XmlNode schema = Present(headersBlock.FirstChild());
   for (XmlNode column = schema.FirstChild(); !column.IsNull(); column = column.NextSibling()) {
     const WideString name(Present(column.Attribute(u"xsd:name")).Value());
     const XmlNode type = Present(column.Attribute(u"xsd:type"));
     AddColumn(headers_.get(), name, ColumnTypeOf(type.Value()));
+    ++columns_;
   }
 }
 
 void RecordListReader::ReadRecords(const XmlNode& recordsBlock) {
   for (XmlNode record = recordsBlock.FirstChild(); !record.IsNull(); record = record.NextSibling()) {
+    ++records_;
+    RequireFilled();
     const IRecordListRecordPtr target = NewRecordOf(list_.get());
     Lock(target.get(), false);
     ReadCells(record, target.get());
@@ -71,6 +74,11 @@ void RecordListReader::ReadCells(const XmlNode& record, IRecordListRecord* targe
     if (value.Tag() == VT_NULL) RaiseNoValue(type);
     SetValueOf(target, index, value);
   }
+  cells_ += index;
+}
+
+void RecordListReader::RequireFilled() const {
+  if (records_ * columns_ - cells_ > kMostMissingCells) _com_raise_error(E_OUTOFMEMORY);
 }
 
 }  // namespace qv

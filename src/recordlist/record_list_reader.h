@@ -2,6 +2,8 @@
 // form has no text between them, so a text node there counts as column, record or cell.
 #pragma once
 
+#include <cstdint>
+
 #include "qvscriptwells/record_list.h"
 #include "recordlist/cell_formaters.h"
 #include "xml/xml_node.h"
@@ -15,13 +17,20 @@ class RecordListReader {
   IRecordListPtr Read(const XmlNode& element);
 
  private:
-  void ReadColumns(const XmlNode& headersBlock) const;
+  // Cells that no record has fill the table all the same, and a short text can ask for very many.
+  static constexpr std::int64_t kMostMissingCells = std::int64_t{4} << 20;
+
+  void ReadColumns(const XmlNode& headersBlock);
   void ReadRecords(const XmlNode& recordsBlock);
   void ReadCells(const XmlNode& record, IRecordListRecord* target);
+  void RequireFilled() const;
 
   IRecordListPtr list_;
   IRecordListHeadersPtr headers_;
   CellFormaters formaters_;
+  std::int64_t columns_ = 0;
+  std::int64_t records_ = 0;
+  std::int64_t cells_ = 0;
 };
 
 }  // namespace qv

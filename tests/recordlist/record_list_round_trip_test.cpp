@@ -158,6 +158,25 @@ TEST_F(OwnRecordList, MoreCellsThanColumnsFail) {
   EXPECT_EQ(Thrown([&] { FormaterRecordList().ReadValue(xml.Root()); }), kCannotCreate);
 }
 
+std::u16string Repeated(const std::u16string& piece, std::size_t times) {
+  std::u16string text;
+  for (std::size_t i = 0; i < times; ++i) text += piece;
+  return text;
+}
+
+// 100 kB of text would take gigabytes: every cell of the table is there, whether or not its record fills it.
+TEST_F(OwnRecordList, RecordsThatFillFarTooLittleFail) {
+  const std::u16string columns = Repeated(ColumnXml(u"a", u"xsd:int"), 2048);
+  const XmlText most(u"<v>" + TableXml(columns, Repeated(u"<i/>", 2048)) + u"</v>");
+  EXPECT_EQ(Thrown([&] { FormaterRecordList().ReadValue(most.Root()); }), "nothing");
+  const XmlText more(u"<v>" + TableXml(columns, Repeated(u"<i/>", 2049)) + u"</v>");
+  EXPECT_EQ(Thrown([&] { FormaterRecordList().ReadValue(more.Root()); }), kCannotCreate);
+  const XmlText partly(
+      u"<v>" + TableXml(columns, Repeated(u"<i/>", 2048) + u"<i>" + Repeated(u"<a/>", 2048) + u"</i>") +
+      u"</v>");
+  EXPECT_EQ(Thrown([&] { FormaterRecordList().ReadValue(partly.Root()); }), kCannotCreate);
+}
+
 TEST_F(OwnRecordList, BadNameOfAColumnIsRefusedOnWriting) {
   const IRecordListPtr list = CreateRecordList();
   AddColumn(list, u"a&b", kColumnInt);
