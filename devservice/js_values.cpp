@@ -91,6 +91,10 @@ ScriptResult ResultOfObject(JSContextRef context, JSValueRef value, const DateRe
                                     ", which has no form in an answer.");
 }
 
+constexpr char kArrayWithoutForm[] =
+    "The script's value is an array, which has no form in an answer; a table of other rows than plain "
+    "objects, or of none, is a typed.table.";
+
 // ---- thrown values ----
 
 // A number that the field of an error object can hold.
@@ -137,6 +141,7 @@ ScriptResult ResultOfValue(JSContextRef context, JSValueRef value, const ValueRe
   if (JSValueIsArray(context, value)) {
     auto rows = ResultOfRows(context, JSValueToObject(context, value, nullptr), readers);
     if (rows) return *std::move(rows);
+    return MakeFault(kNoWireForm, kArrayWithoutForm);
   }
   return ResultOfSingle(context, value, readers.dates);
 }

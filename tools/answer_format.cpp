@@ -58,9 +58,8 @@ bool IsObject(const Variant& value) {
   return value.Tag() == VT_UNKNOWN || value.Tag() == VT_DISPATCH;
 }
 
-Json DateJson(double serial) {
-  const std::optional<std::string> text = SerialDateText(serial);
-  return text ? Json(*text) : NumberJson(serial, false);
+std::string DateText(double serial) {
+  return SerialDateText(serial).value_or(NumberText(serial, false));
 }
 
 Json ObjectJson(const Variant& value) {
@@ -108,7 +107,7 @@ Json ValueJson(const Variant& value) {
     case VT_R8:
       return NumberJson(data.dblVal, false);
     case VT_DATE:
-      return DateJson(data.date);
+      return DateText(data.date);
     case VT_BSTR:
       return value.Text().IsNull() ? Json() : Json(ToUtf8(value.Text()));
     default:
@@ -126,13 +125,13 @@ std::string FormatJson(const Variant& value) {
 }
 
 std::string FormatCsv(const Variant& value, const std::string& nullText) {
-  return "value\r\n" + (HasValue(value) ? CsvField(ValueText(value), nullText) : nullText) + "\r\n";
+  return "value\r\n" + (HasValue(value) ? CsvOnlyField(ValueText(value), nullText) : nullText) + "\r\n";
 }
 
 }  // namespace
 
 std::string TypeName(const Variant& value) {
-  if (value.Tag() == VT_DATE) return SerialDateType(value.Data().date);
+  if (value.Tag() == VT_DATE) return SerialDateForm(value.Data().date);
   if (IsObject(value)) return ObjectType(value);
   for (const TypeRow& row : kTypes)
     if (row.tag == value.Tag()) return row.name;
@@ -158,7 +157,7 @@ std::string ValueText(const Variant& value) {
     case VT_R8:
       return NumberText(data.dblVal, false);
     case VT_DATE:
-      return SerialDateText(data.date).value_or(NumberText(data.date, false));
+      return DateText(data.date);
     case VT_BSTR:
       return ToUtf8(value.Text());
     default:

@@ -24,9 +24,9 @@ bool HasValue(const Variant& value);
 std::string ValueJsonText(const Variant& value);
 
 // The whole output with its line end. Text: the bare value. JSON: {"type":"int","value":42,"tag":22}, where a
-// long that other readers would round, NaN and the infinities ("NaN", "INF", "-INF") are strings. A date has
-// its "serial" number besides, a duration its counts, a URL its "caption". Table: one row. CSV: the head
-// "value" and one field, `nullText` for no value (csv_text.h).
+// long that other readers would round, NaN and the infinities ("NaN", "INF", "-INF") are strings. A date is
+// always a string and has its "serial" number besides, a duration its counts, a URL its "caption". Table: one
+// row. CSV: the head "value" and one field, `nullText` for no value (csv_text.h).
 std::string FormatAnswer(OutputFormat format, const Variant& value, const std::string& nullText = "");
 
 }  // namespace qv::cli

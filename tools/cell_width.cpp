@@ -4,6 +4,8 @@
 #include <cwchar>
 #include <cwctype>
 
+#include "tools/format_characters.h"
+
 namespace qv::cli {
 
 namespace {
@@ -17,6 +19,7 @@ struct Character {
 
 // As the library that draws the tables shows it, which escapes a backslash that looks like an escape, too.
 Character CharacterAt(const std::string& text, std::size_t at) {
+  if (const std::size_t bytes = FormatCharacterAt(text, at)) return {bytes, kFormatEscape};
   const char* bytes = text.data() + at;
   const bool control = std::iscntrl(static_cast<unsigned char>(*bytes)) != 0;
   if (control || (*bytes == '\\' && at + 1 < text.size() && bytes[1] == 'x')) return {1, kEscape};

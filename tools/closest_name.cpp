@@ -43,7 +43,7 @@ std::string ClosestName(const std::string& given, const std::vector<std::string>
     closest = candidate;
     least = distance;
   }
-  return closest;
+  return 2 * least <= closest.size() ? closest : std::string();
 }
 
 }  // namespace qv::cli

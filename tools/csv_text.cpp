@@ -30,6 +30,10 @@ std::string CsvField(const std::string& text, const std::string& nullText) {
   return text == nullText || NeedsQuotes(text) ? Quoted(text) : text;
 }
 
+std::string CsvOnlyField(const std::string& text, const std::string& nullText) {
+  return text.empty() ? Quoted(text) : CsvField(text, nullText);
+}
+
 bool IsCsvNull(const std::string& text) {
   return !NeedsQuotes(text) && utf8::is_valid(text.begin(), text.end());
 }

@@ -11,6 +11,9 @@ namespace qv::cli {
 // it is.
 std::string CsvField(const std::string& text, const std::string& nullText);
 
+// The same for the only field of its line: an empty text is in quotes always, since readers skip empty lines.
+std::string CsvOnlyField(const std::string& text, const std::string& nullText);
+
 // Whether the text can stand for no value: valid UTF-8 that needs no quotes itself.
 bool IsCsvNull(const std::string& text);
 

@@ -125,9 +125,14 @@ std::string TimeText(const ClockTime& time) {
   return std::string(text) + fraction;
 }
 
+// The day before day 0 has no whole part of its own: -0.25 lies on it.
+bool IsDayBeforeZero(double serial) {
+  return serial < 0 && std::trunc(serial) == 0;
+}
+
 std::optional<std::string> DayZeroText(double serial) {
   const ClockTime time = DecodeTime(serial);
-  if (serial < 0 || time.hour == 24) return std::nullopt;
+  if (time.hour == 24) return std::nullopt;
   return TimeText(time);
 }
 
@@ -184,16 +189,20 @@ const char* SerialDateType(double serial) {
   return serial == whole ? "date" : "datetime";
 }
 
+const char* SerialDateForm(double serial) {
+  return IsDayBeforeZero(serial) ? "datetime" : SerialDateType(serial);
+}
+
 std::optional<std::string> SerialDateText(double serial) {
   try {
-    return std::trunc(serial) == 0 ? DayZeroText(serial) : CalendarText(serial);
+    const bool isDayZero = std::trunc(serial) == 0 && !IsDayBeforeZero(serial);
+    return isDayZero ? DayZeroText(serial) : CalendarText(serial);
   } catch (const EQvException&) {
     return std::nullopt;
   }
 }
 
 std::optional<std::string> SerialDateTimeText(double serial) {
-  if (serial < 0 && std::trunc(serial) == 0) return std::nullopt;
   try {
     const PointTexts point = CalendarTexts(serial);
     return point.date + "T" + point.time;

@@ -17,11 +17,16 @@ double ParseTime(const std::string& text);
 // A date, "T" and a time.
 double ParseDateTime(const std::string& text);
 
-// What the library calls the value: "time" on day 0, "date" at midnight, else "datetime".
+// What the library calls the value on the wire: "time" when its whole part is 0, "date" at midnight, else
+// "datetime".
 const char* SerialDateType(double serial);
 
-// The text of what SerialDateType says, such as "2024-03-05T10:15:30"; milliseconds only when there are some.
-// Nothing for a value that is no day of the years 1 to 9999 or no time of day.
+// What people call it: the same, but "datetime" on the day before day 0, whose whole part is 0 as well.
+const char* SerialDateForm(double serial);
+
+// The text of what SerialDateForm says, such as "2024-03-05T10:15:30"; milliseconds only when there are some.
+// Before day 0 the time of day counts forward from its day. Nothing for a value that is no day of the years 1
+// to 9999 or no time of day.
 std::optional<std::string> SerialDateText(double serial);
 
 // The same with date and time of day on every day: "2024-03-05T00:00:00" at midnight, "1899-12-30T10:15:30"

@@ -5,6 +5,7 @@
 
 #include "tools/closest_name.h"
 #include "tools/describe_text.h"
+#include "tools/failed_output.h"
 #include "tools/failure.h"
 
 namespace qv::cli {
@@ -12,6 +13,9 @@ namespace qv::cli {
 namespace {
 
 using Interfaces = std::vector<InterfaceDescription>;
+
+constexpr std::size_t kAccessorPrefix = 4;  // "get_" and "put_"
+constexpr std::size_t kLongestEcho = 60;    // characters of a wrong name
 
 char Lowered(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -28,10 +32,14 @@ bool IsNameOf(const std::string& given, const InterfaceDescription& one) {
   return IsSame(given, name) || IsSame(given, name.substr(1));
 }
 
+bool IsAccessor(const std::string& member) {
+  return member.size() > kAccessorPrefix && member[kAccessorPrefix - 1] == '_';
+}
+
 // A property answers to "ServerName", "get_ServerName" and "put_ServerName".
 bool IsNameOf(const std::string& given, const MemberDescription& member) {
   const std::string name = ToUtf8(member.name);
-  return IsSame(given, name) || (name.size() > 4 && name[3] == '_' && IsSame(given, name.substr(4)));
+  return IsSame(given, name) || (IsAccessor(name) && IsSame(given, name.substr(kAccessorPrefix)));
 }
 
 std::vector<std::string> ObjectNames(const Interfaces& all) {
@@ -40,30 +48,68 @@ std::vector<std::string> ObjectNames(const Interfaces& all) {
   return names;
 }
 
+// Those of properties also without "get_" and "put_".
 std::vector<std::string> MemberNames(const InterfaceDescription& one) {
   std::vector<std::string> names;
-  for (const MemberDescription& member : one.members) names.push_back(ToUtf8(member.name));
+  for (const MemberDescription& member : one.members) {
+    names.push_back(ToUtf8(member.name));
+    if (IsAccessor(names.back())) names.push_back(names.back().substr(kAccessorPrefix));
+  }
   return names;
 }
 
-[[noreturn]] void Refuse(const std::string& name, const std::vector<std::string>& candidates) {
+// "QvClientServiceRaw.Init" for "init", whichever object has it; empty when none has.
+std::string WhereItIs(const Interfaces& all, const std::string& name) {
+  for (const InterfaceDescription& one : all)
+    for (const std::string& member : MemberNames(one))
+      if (IsSame(name, member)) return ToUtf8(one.name).substr(1) + "." + member;
+  return "";
+}
+
+// One line, and not much more of a name than anybody would type.
+std::string Echoed(const std::string& name) {
+  std::size_t characters = 0;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const bool isFirstByte = (static_cast<unsigned char>(name[i]) & 0xC0) != 0x80;
+    if (isFirstByte && ++characters > kLongestEcho) return OneLine(name.substr(0, i)) + "...";
+  }
+  return OneLine(name);
+}
+
+// That very member of whatever object, else the nearest candidate, else the nearest member of all; or
+// nothing.
+std::string WhatWasMeant(const Interfaces& all, const std::string& name,
+                         const std::vector<std::string>& candidates) {
+  std::string meant = WhereItIs(all, name);
+  if (meant.empty()) meant = ClosestName(name, candidates);
+  if (!meant.empty()) return meant;
+  std::vector<std::string> members;
+  for (const InterfaceDescription& one : all)
+    for (const std::string& member : MemberNames(one)) members.push_back(member);
+  return WhereItIs(all, ClosestName(name, members));
+}
+
+[[noreturn]] void Refuse(const Interfaces& all, const std::string& name,
+                         const std::vector<std::string>& candidates) {
+  const std::string meant = WhatWasMeant(all, name, candidates);
   throw Failure(ExitStatus::kUsage,
-                "no member " + OneLine(name) + "; did you mean " + ClosestName(name, candidates) + "?");
+                "no member " + Echoed(name) + (meant.empty() ? "" : "; did you mean " + meant + "?"));
 }
 
 InterfaceDescription FindObject(const Interfaces& all, const std::string& name) {
   const auto found =
       std::find_if(all.begin(), all.end(), [&](const auto& one) { return IsNameOf(name, one); });
-  if (found == all.end()) Refuse(name, ObjectNames(all));
+  if (found == all.end()) Refuse(all, name, ObjectNames(all));
   return *found;
 }
 
-InterfaceDescription WithMember(const InterfaceDescription& one, const std::string& name) {
+InterfaceDescription WithMember(const Interfaces& all, const InterfaceDescription& one,
+                                const std::string& name) {
   InterfaceDescription narrowed = one;
   narrowed.members.clear();
   for (const MemberDescription& member : one.members)
     if (IsNameOf(name, member)) narrowed.members.push_back(member);
-  if (narrowed.members.empty()) Refuse(name, MemberNames(one));
+  if (narrowed.members.empty()) Refuse(all, name, MemberNames(one));
   return narrowed;
 }
 
@@ -73,7 +119,7 @@ Interfaces Selected(const std::string& object) {
   const std::size_t dot = object.find('.');
   const InterfaceDescription one = FindObject(all, object.substr(0, dot));
   if (dot == std::string::npos) return {one};
-  return {WithMember(one, object.substr(dot + 1))};
+  return {WithMember(all, one, object.substr(dot + 1))};
 }
 
 std::string Shown(const DescribeOptions& options) {
@@ -86,7 +132,7 @@ std::string Shown(const DescribeOptions& options) {
 
 ExitStatus DescribeCommand(const DescribeOptions& options, std::ostream& out) {
   out << Shown(options) << std::flush;
-  if (!out) throw Failure(ExitStatus::kLocal, "cannot write to standard output");
+  if (!out) throw FailedOutput(out, "cannot write to standard output");
   return ExitStatus::kOk;
 }
 

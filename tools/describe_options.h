@@ -5,7 +5,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace qv::cli {
 
@@ -17,11 +18,14 @@ class DescribeArguments {
   DescribeArguments& operator=(const DescribeArguments&) = delete;
 
   bool Parsed() const;
+  // After parsing: what is wrong, or null.
+  const char* Check() const;
   const DescribeOptions& Options() const { return describe_; }
 
  private:
   DescribeOptions describe_;
   CLI::App* command_;
+  CLI::Option* object_;
 };
 
 }  // namespace qv::cli

@@ -103,13 +103,13 @@ std::string MarkdownOf(const InterfaceDescription& one) {
 }
 
 constexpr char kMarkdownHead[] =
-    "# Members by name and id\n\n"
-    "Written by `scriptwells describe --markdown` from the tables that serve the calls. An id under "
-    "\"Names\" is the\n"
-    "answer of `GetIDsOfNames`: the first name that fits wins, in any case of ASCII letters. Names of "
-    "arguments answer\n"
-    "their position. `read` and `write` are told apart by the flags of `Invoke`; a method looks at no "
-    "flags.\n";
+    R"(# Members by name and id
+
+Written by `scriptwells describe --markdown` from the tables that serve the calls. An id under "Names" is the answer of
+`GetIDsOfNames`: the first name that fits wins, in any case of ASCII letters. Names of arguments answer their position.
+`read` and `write` are told apart by the flags of `Invoke`; a method looks at no flags. More arguments than "at most" are
+refused before the id is looked at; then each member wants exactly its own.
+)";
 
 }  // namespace
 

@@ -98,6 +98,9 @@ const char* Hint(const ExchangeNote& note, const std::string& words) {
   if (words == "Unable to convert a value with the given accuracy")
     return " (a date or time that is empty or none, perhaps in a cell of a table)";
   if (words == "Cannot create the recordlist") return " (the table is damaged, or has an empty duration)";
+  // The parser's own words never come through.
+  if (StartsWith(words, "Error at file application/xml"))
+    return " (the answer is damaged, or beyond the reader's limits, such as 16,384 element names)";
   const bool whole = note.httpStatus == "200" && words == "The respone that arrived is not valid";
   return whole ? " (a script that answers null or nothing ends so, too)" : "";
 }

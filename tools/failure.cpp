@@ -94,7 +94,7 @@ std::string OneLine(const std::string& text) {
 }
 
 void ReportFailure(const Failure& failure, bool asJson, std::ostream& err) {
-  err << (asJson ? JsonLine(failure) : Line(failure)) << std::endl;
+  if (!failure.IsSilent()) err << (asJson ? JsonLine(failure) : Line(failure)) << std::endl;
 }
 
 void ReportNote(const char* kind, const std::string& message, bool asJson, std::ostream& err) {

@@ -33,6 +33,14 @@ class Failure : public std::exception {
     return renamed;
   }
 
+  // The same failure without a message: the exit status says it all.
+  Failure Silent() const {
+    Failure silent = *this;
+    silent.isSilent_ = true;
+    return silent;
+  }
+
+  bool IsSilent() const noexcept { return isSilent_; }
   ExitStatus Status() const noexcept { return status_; }
   // A literal; null unless it was given.
   const char* OwnKind() const noexcept { return kind_; }
@@ -46,6 +54,7 @@ class Failure : public std::exception {
   std::string message_;
   std::optional<HRESULT> code_;
   const char* kind_ = nullptr;
+  bool isSilent_ = false;
 };
 
 // "script fault", "timeout", ...: one short name per status, for people and for JSON.
@@ -60,7 +69,7 @@ std::string HexCode(HRESULT code);
 // Makes one printable line of a text that may come from anywhere: control characters become blanks.
 std::string OneLine(const std::string& text);
 
-// Writes one line, or one line of JSON:
+// Writes nothing of a silent failure, else one line, or one line of JSON:
 //   scriptwells: script fault 0x80040005 (5): no such customer
 //   {"error":{"kind":"script fault","message":"no such customer","code":"0x80040005","number":5,"exit":1}}
 void ReportFailure(const Failure& failure, bool asJson, std::ostream& err);

@@ -106,7 +106,8 @@ inline constexpr char kRegistryFooter[] =
 SOFTWARE\Quorvane\Quorvane\HomeDir, for which "home" is a short name. The first of these files that has a
 key decides: the one that the variable QV_REGISTRY names, quorvane/registry.reg below $XDG_CONFIG_HOME (else
 ~/.config), the installed one. set writes to the first of them that can be written. "HKEY_LOCAL_MACHINE\" in
-front of a key may be left out.
+front of a key may be left out; "HKEY_CLASSES_ROOT\" stands for "SOFTWARE\Classes\". list shows texts with a
+name, too, which get, set and remove do not reach.
 
 A damaged file counts as absent and is told on standard error (6). get and remove end with 1 when no
 file has the key.

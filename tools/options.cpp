@@ -63,7 +63,7 @@ class ArgumentParser {
     } else if (registry_.Parsed()) {
       Accept(Command::kRegistry, registry_.Check());
     } else if (describe_.Parsed()) {
-      Accept(Command::kDescribe, nullptr);
+      Accept(Command::kDescribe, describe_.Check());
     } else {
       Refuse("no command given");
     }

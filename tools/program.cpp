@@ -10,6 +10,7 @@
 #include "qvscriptwells/e_qv_exception.h"
 #include "tools/describe_command.h"
 #include "tools/download_command.h"
+#include "tools/failed_output.h"
 #include "tools/failure.h"
 #include "tools/interrupt.h"
 #include "tools/options.h"
@@ -38,7 +39,7 @@ ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostre
   switch (parsed.command) {
     case Command::kText:
       out << parsed.text << std::flush;
-      if (!out) throw Failure(ExitStatus::kLocal, "cannot write to standard output");
+      if (!out) throw FailedOutput(out, "cannot write to standard output");
       return ExitStatus::kOk;
     case Command::kUsageError:
       return ReportUsage(parsed, err);

@@ -9,6 +9,7 @@
 #include "qvscriptwells/com_error.h"
 #include "tools/answer_format.h"
 #include "tools/csv_text.h"
+#include "tools/failed_output.h"
 #include "tools/failure.h"
 #include "tools/interrupt.h"
 #include "tools/object_text.h"
@@ -49,7 +50,9 @@ class CsvWriter : public RowWriter {
 
  private:
   std::string Field(const Variant& cell, std::int32_t type) const {
-    return HasValue(cell) ? CsvField(CellText(cell, type), nullText_) : nullText_;
+    if (!HasValue(cell)) return nullText_;
+    const std::string text = CellText(cell, type);
+    return columns_.size() == 1 ? CsvOnlyField(text, nullText_) : CsvField(text, nullText_);
   }
   void Append(std::string& line, const std::string& field) {
     if (!first_) line += ',';
@@ -205,7 +208,7 @@ std::vector<std::string> WriteRecordList(IRecordListPtr list, const ListForm& fo
 void CheckWritten(const std::ostream& out) {
   if (out) return;
   ThrowIfInterrupted();
-  throw Failure(ExitStatus::kLocal, "cannot write the answer to standard output");
+  throw FailedOutput(out, "cannot write the answer to standard output");
 }
 
 std::size_t TerminalWidth(const std::ostream& out) {

@@ -17,8 +17,8 @@ struct ListForm {
   std::size_t width = 0;  // of the terminal; 0: lines may be as long as they get
 };
 
-// Text and table: a table for people with the display names as heads. CSV: RFC 4180 in UTF-8 with the names
-// as heads. JSON, in one line:
+// Text and table: a table for people with the display names as heads (the names, in what servers answer).
+// CSV: RFC 4180 in UTF-8 with the names as heads. JSON, in one line:
 //   {"type":"recordlist","columns":[{"name":"a","displayName":"A","type":"int"}],"rows":[[1],[null]]}
 // CSV and JSON are written row by row. Returns what did not arrive as it was sent, one sentence each.
 // Throws Failure: kAnswer with the component's words, kLocal when `out` takes no more, kInterrupted.

@@ -9,6 +9,7 @@
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/registry.h"
+#include "tools/failed_output.h"
 #include "tools/failure.h"
 #include "tools/text_table.h"
 
@@ -35,9 +36,11 @@ WideString ToWide(const std::string& text, const char* what) {
 
 // As the keys stand in exported files and in other programs.
 std::string WithoutRoot(const std::string& key) {
-  constexpr char kRoot[] = "HKEY_LOCAL_MACHINE\\";
-  constexpr std::size_t kLength = sizeof kRoot - 1;
-  return IsSameKey(key.substr(0, kLength), kRoot) ? key.substr(kLength) : key;
+  const std::pair<std::string, std::string> roots[] = {
+      {"HKEY_LOCAL_MACHINE\\", ""}, {"HKEY_CLASSES_ROOT\\", ToUtf8(WideString(kClassesKey)) + "\\"}};
+  for (const auto& [root, place] : roots)
+    if (IsSameKey(key.substr(0, root.size()), root)) return place + key.substr(root.size());
+  return key;
 }
 
 [[noreturn]] void RefuseKey(const std::string& key, const char* reason) {
@@ -68,7 +71,7 @@ std::string Dump(const Json& line) {
 
 void Write(const std::string& text, std::ostream& out) {
   out << text << std::flush;
-  if (!out) throw Failure(ExitStatus::kLocal, "cannot write to standard output");
+  if (!out) throw FailedOutput(out, "cannot write to standard output");
 }
 
 ExitStatus ReportDamage(const std::vector<RegistryLayer>& layers, bool asJson, std::ostream& err) {
@@ -136,35 +139,43 @@ ExitStatus Remove(const RegistryOptions& options, std::ostream& out, std::ostrea
   return ExitStatus::kOk;
 }
 
-struct ListedEntry {
+// One text of a file. What is null is not there: the key of a file without any, the name of a key's own text.
+struct ListedText {
   const RegistryLayer* layer;
-  const RegistryEntry* entry;  // null for a file without any
+  RegistryValue text;
 };
 
-std::vector<ListedEntry> AllEntries(const std::vector<RegistryLayer>& layers) {
-  std::vector<ListedEntry> all;
+// Of each file the keys' own texts, then those with names; one row for a file without any.
+std::vector<ListedText> AllTexts(const std::vector<RegistryLayer>& layers) {
+  std::vector<ListedText> all;
   for (const RegistryLayer& layer : layers) {
-    if (layer.entries.empty()) all.push_back({&layer, nullptr});
-    for (const RegistryEntry& entry : layer.entries) all.push_back({&layer, &entry});
+    for (const RegistryEntry& entry : layer.entries)
+      all.push_back({&layer, {entry.key, WideString(), entry.value}});
+    for (const RegistryValue& named : layer.named) all.push_back({&layer, named});
+    if (layer.entries.empty() && layer.named.empty()) all.push_back({&layer, {}});
   }
   return all;
 }
 
-std::string TableOf(const std::vector<ListedEntry>& entries) {
+std::string TableOf(const std::vector<ListedText>& texts) {
   std::vector<std::vector<std::string>> rows;
-  for (const auto& [layer, entry] : entries)
-    rows.push_back({layer->path, entry != nullptr ? ToUtf8(entry->key) : "",
-                    entry != nullptr ? ToUtf8(entry->value) : "", layer->damage});
-  return FormatColumns({"FILE", "KEY", "VALUE", "DAMAGE"}, rows);
+  for (const auto& [layer, text] : texts)
+    rows.push_back({layer->path, ToUtf8(text.key), ToUtf8(text.name), ToUtf8(text.value), layer->damage});
+  return FormatColumns({"FILE", "KEY", "NAME", "VALUE", "DAMAGE"}, rows);
 }
 
-std::string JsonOf(const std::vector<ListedEntry>& entries) {
+Json TextOrNull(const WideString& text) {
+  return text.IsNull() ? Json() : Json(ToUtf8(text));
+}
+
+std::string JsonOf(const std::vector<ListedText>& texts) {
   std::string lines;
-  for (const auto& [layer, entry] : entries) {
+  for (const auto& [layer, text] : texts) {
     Json line;
     line["file"] = layer->path;
-    line["key"] = entry != nullptr ? Json(ToUtf8(entry->key)) : Json();
-    line["value"] = entry != nullptr ? Json(ToUtf8(entry->value)) : Json();
+    line["key"] = TextOrNull(text.key);
+    line["name"] = TextOrNull(text.name);
+    line["value"] = TextOrNull(text.value);
     line["damage"] = layer->damage.empty() ? Json() : Json(layer->damage);
     lines += Dump(line);
   }
@@ -173,8 +184,8 @@ std::string JsonOf(const std::vector<ListedEntry>& entries) {
 
 ExitStatus List(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
   const std::vector<RegistryLayer> layers = ReadRegistry();
-  const std::vector<ListedEntry> entries = AllEntries(layers);
-  Write(options.json ? JsonOf(entries) : TableOf(entries), out);
+  const std::vector<ListedText> texts = AllTexts(layers);
+  Write(options.json ? JsonOf(texts) : TableOf(texts), out);
   return ReportDamage(layers, options.json, err);
 }
 

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "tools/answer_format.h"
+#include "tools/failed_output.h"
 #include "tools/failure.h"
 #include "tools/server_address.h"
 
@@ -28,7 +29,7 @@ std::string Told(const std::string& path, bool asJson) {
 void SaveFile(ScriptSession& session, const std::string& url, const std::string& directory, bool asJson,
               std::ostream& out) {
   out << Told(session.Download(url, directory), asJson) << std::flush;
-  if (!out) throw Failure(ExitStatus::kLocal, "cannot write the path to standard output");
+  if (!out) throw FailedOutput(out, "cannot write the path to standard output");
 }
 
 std::string UrlOfAnswer(const Variant& answer) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <ostream>
 
+#include "tools/failed_output.h"
 #include "tools/failure.h"
 #include "tools/home_directory.h"
 #include "tools/input_text.h"
@@ -66,7 +67,7 @@ void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& 
   if (!IsLoopback(options.host))
     ReportNote("warning", "others can reach this service and run code on this machine", false, err);
   out << service.Url() << std::endl;
-  if (!out) throw Failure(ExitStatus::kLocal, "cannot write the address to standard output");
+  if (!out) throw FailedOutput(out, "cannot write the address to standard output");
   WaitForInterrupt();
   service.Stop();
 }

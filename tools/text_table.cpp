@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 #include "tools/cell_width.h"
+#include "tools/format_characters.h"
 
 namespace qv::cli {
 
@@ -87,25 +89,30 @@ std::size_t TextTable::LimitFor(std::size_t width) const {
   return least;
 }
 
-void TextTable::CutLine(libscols_line* line, std::size_t limit) {
+// As it is shown, but for what the library escapes itself.
+void TextTable::FinishLine(libscols_line* line, std::size_t limit) {
   for (std::size_t i = 0; i < columns_.size(); ++i) {
-    if (columns_[i].isNumber || widths_[i] <= limit) continue;
-    const char* text = scols_cell_get_data(scols_line_get_cell(line, i));
-    if (text != nullptr) Check(scols_line_set_data(line, i, CutToWidth(text, limit).c_str()));
+    const char* data = scols_cell_get_data(scols_line_get_cell(line, i));
+    if (data == nullptr) continue;
+    const std::string text = data;
+    const bool cuts = !columns_[i].isNumber && widths_[i] > limit;
+    const std::string shown = EscapeFormatCharacters(cuts ? CutToWidth(text, limit) : text);
+    if (shown != text) Check(scols_line_set_data(line, i, shown.c_str()));
   }
 }
 
-void TextTable::CutLines(std::size_t limit) {
+void TextTable::FinishLines(std::size_t limit) {
   const std::unique_ptr<libscols_iter, void (*)(libscols_iter*)> lines(scols_new_iter(SCOLS_ITER_FORWARD),
                                                                        scols_free_iter);
   if (!lines) throw std::bad_alloc();
   libscols_line* line = nullptr;
-  while (scols_table_next_line(table_.get(), lines.get(), &line) == 0) CutLine(line, limit);
+  while (scols_table_next_line(table_.get(), lines.get(), &line) == 0) FinishLine(line, limit);
 }
 
 std::string TextTable::Format(std::size_t width) {
   if (columns_.empty()) return "";
-  if (width != 0 && !Fits(width, width)) CutLines(LimitFor(width));
+  const bool cuts = width != 0 && !Fits(width, width);
+  FinishLines(cuts ? LimitFor(width) : std::numeric_limits<std::size_t>::max());
   char* text = nullptr;
   Check(scols_print_table_to_string(table_.get(), &text));
   const std::unique_ptr<char, Free> owner(text);

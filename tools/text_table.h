@@ -16,8 +16,9 @@ struct TextColumn {
   bool isNumber = false;  // aligned to the right, and never cut
 };
 
-// A table that grows row by row. All texts are UTF-8; control characters are shown as escapes. Characters
-// beyond ASCII need a UTF-8 locale in LC_CTYPE, else they are shown as escapes too. Throws std::bad_alloc.
+// A table that grows row by row. All texts are UTF-8; control and format characters (format_characters.h) are
+// shown as escapes. Characters beyond ASCII need a UTF-8 locale in LC_CTYPE, else they are shown as escapes
+// too. Throws std::bad_alloc.
 class TextTable {
  public:
   explicit TextTable(std::vector<TextColumn> columns);
@@ -40,8 +41,8 @@ class TextTable {
   void AddLine(const std::vector<std::string>& texts);
   bool Fits(std::size_t limit, std::size_t available) const;
   std::size_t LimitFor(std::size_t width) const;
-  void CutLine(libscols_line* line, std::size_t limit);
-  void CutLines(std::size_t limit);
+  void FinishLine(libscols_line* line, std::size_t limit);
+  void FinishLines(std::size_t limit);
 
   std::vector<TextColumn> columns_;
   std::vector<std::size_t> widths_;  // of the widest text, head included

@@ -108,7 +108,10 @@ TEST_F(InferredTable, OtherArraysStayFaults) {
        {"[]", "[1]", "[{a: 1}, 1]", "[null]", "[{a: 1}, undefined]", "[{a: 1}, , {a: 2}]", "[[1], [2]]",
         "[new Date(0)]", "[{a: 1}, typed.int(1)]", "[() => 1]", "[new (class A { x = 1 })()]", "[new Map()]",
         "[typed.table({})]", "['a']", "[Symbol()]", "new Array(4294967295)"}) {
-    EXPECT_EQ(Fault(script), "1012|The script's value is an array, which has no form in an answer.|script")
+    EXPECT_EQ(
+        Fault(script),
+        "1012|The script's value is an array, which has no form in an answer; a table of other rows than "
+        "plain objects, or of none, is a typed.table.|script")
         << script;
   }
 }

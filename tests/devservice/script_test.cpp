@@ -101,7 +101,10 @@ TEST_F(Script, TextThatXmlCannotCarryIsAFault) {
 
 TEST_F(Script, ValuesWithoutWireFormAreFaults) {
   EXPECT_EQ(Fault("({})"), "1012|The script's value is an object, which has no form in an answer.|script");
-  EXPECT_EQ(Fault("[1]"), "1012|The script's value is an array, which has no form in an answer.|script");
+  EXPECT_EQ(
+      Fault("[1]"),
+      "1012|The script's value is an array, which has no form in an answer; a table of other rows than plain "
+      "objects, or of none, is a typed.table.|script");
   EXPECT_EQ(Fault("(function () {})").substr(0, 5), "1012|");
   EXPECT_EQ(Fault("Symbol('s')"),
             "1012|The script's value is a symbol, which has no form in an answer.|script");

@@ -88,11 +88,16 @@ TEST(AnswerFormat, DatesAndTimesAreIsoTexts) {
             "NAME   TYPE     VALUE\nanswer datetime 2024-03-05T12:00:00\n");
 }
 
+TEST(AnswerFormat, DayBeforeDayZeroIsAPointInTime) {
+  EXPECT_EQ(Text(Variant::FromDate(-0.25)), "1899-12-29T18:00:00\n");
+  EXPECT_EQ(Json(Variant::FromDate(-0.25)),
+            "{\"type\":\"datetime\",\"value\":\"1899-12-29T18:00:00\",\"tag\":7,\"serial\":-0.25}\n");
+}
+
 TEST(AnswerFormat, DateThatIsNoneIsItsNumber) {
   EXPECT_EQ(Text(Variant::FromDate(2958466)), "2958466\n");
   EXPECT_EQ(Json(Variant::FromDate(2958466.5)),
-            "{\"type\":\"datetime\",\"value\":2958466.5,\"tag\":7,\"serial\":2958466.5}\n");
-  EXPECT_EQ(Text(Variant::FromDate(-0.25)), "-0.25\n");
+            "{\"type\":\"datetime\",\"value\":\"2958466.5\",\"tag\":7,\"serial\":2958466.5}\n");
   EXPECT_EQ(Json(Variant::FromDate(std::nan(""))),
             "{\"type\":\"datetime\",\"value\":\"NaN\",\"tag\":7,\"serial\":\"NaN\"}\n");
 }

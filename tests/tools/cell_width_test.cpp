@@ -4,6 +4,8 @@
 
 #include <clocale>
 
+#include "tools/format_characters.h"
+
 namespace qv::cli {
 namespace {
 
@@ -30,6 +32,34 @@ TEST_F(CellWidth, EscapesTakeFourForEachByte) {
   EXPECT_EQ(ShownWidth("\xC3"), 4u);      // one that breaks off
   EXPECT_EQ(ShownWidth("\\x"), 5u);
   EXPECT_EQ(ShownWidth("\\y"), 2u);
+}
+
+TEST_F(CellWidth, FormatCharactersTakeTheirEscape) {
+  for (const char* text : {"\xE2\x80\x8B", "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xAA", "\xE2\x80\xAB",
+                           "\xE2\x80\xAC", "\xE2\x80\xAD", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xE2\x81\xA7",
+                           "\xE2\x81\xA8", "\xE2\x81\xA9", "\xEF\xBB\xBF", "\xD8\x9C"})
+    EXPECT_EQ(ShownWidth(text), 6u) << text;
+  EXPECT_EQ(ShownWidth("\xE2\x80\xA6"), 1u);
+  EXPECT_EQ(ShownWidth("\xE2\x80\x8C"), 0u);  // a joiner, which scripts need
+  EXPECT_EQ(CutToWidth("ab\xE2\x80\xAE"
+                       "cd",
+                       9),
+            "ab\xE2\x80\xAE\xE2\x80\xA6");
+  EXPECT_EQ(CutToWidth("ab\xE2\x80\xAE"
+                       "cd",
+                       8),
+            "ab\xE2\x80\xA6");
+}
+
+TEST_F(CellWidth, EscapesOfFormatCharacters) {
+  EXPECT_EQ(EscapeFormatCharacters("a\xE2\x80\xAE"
+                                   "b\xD8\x9C"),
+            "a\\u202eb\\u061c");
+  EXPECT_EQ(EscapeFormatCharacters("caf\xC3\xA9 \xE2\x80\xA6\n\xF0\x9F\x98\x80"),
+            "caf\xC3\xA9 \xE2\x80\xA6\n\xF0\x9F\x98\x80");
+  EXPECT_EQ(EscapeFormatCharacters("\xE2\x80"), "\xE2\x80");
+  EXPECT_EQ(EscapeFormatCharacters("\xE2"), "\xE2");
+  EXPECT_EQ(EscapeFormatCharacters("\xE2\x80z\xEF"), "\xE2\x80z\xEF");
 }
 
 TEST_F(CellWidth, TextThatFitsStays) {

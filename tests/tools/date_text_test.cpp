@@ -196,6 +196,12 @@ TEST(DateText, TypeFollowsTheValue) {
   for (const double serial : {1.5, 45356.25, -1.25}) EXPECT_STREQ(SerialDateType(serial), "datetime");
 }
 
+TEST(DateText, FormDiffersFromTheTypeBeforeDayZeroAlone) {
+  for (const double serial : {-0.25, -0.999, -1.25, 1.5}) EXPECT_STREQ(SerialDateForm(serial), "datetime");
+  for (const double serial : {0.0, -0.0, 0.5}) EXPECT_STREQ(SerialDateForm(serial), "time");
+  for (const double serial : {-1.0, 1.0}) EXPECT_STREQ(SerialDateForm(serial), "date");
+}
+
 TEST(DateText, ValuesAreWrittenAsTheirTypeSays) {
   EXPECT_EQ(SerialDateText(45356), "2024-03-05");
   EXPECT_EQ(SerialDateText(45356 + 36930000 / 86400000.0), "2024-03-05T10:15:30");
@@ -212,6 +218,9 @@ TEST(DateText, ValuesAreWrittenAsTheirTypeSays) {
 TEST(DateText, TimeBeforeDayZeroIsCountedFromItsDay) {
   EXPECT_EQ(SerialDateText(-1.25), "1899-12-28T18:00:00");
   EXPECT_EQ(SerialDateText(-18260 + 0.5), "1850-01-01T12:00:00");
+  EXPECT_EQ(SerialDateText(-1 + 18000000 / 86400000.0), "1899-12-29T05:00:00");
+  EXPECT_EQ(SerialDateText(-0.25), "1899-12-29T18:00:00");
+  EXPECT_EQ(SerialDateText(-1e-12), "1899-12-30T00:00:00");
 }
 
 TEST(DateText, TimeThatRoundsToMidnightBelongsToTheNextDay) {
@@ -221,8 +230,8 @@ TEST(DateText, TimeThatRoundsToMidnightBelongsToTheNextDay) {
 
 TEST(DateText, ValuesThatAreNoDateHaveNoText) {
   const double infinity = std::numeric_limits<double>::infinity();
-  for (const double serial : {-0.25, 0.9999999999, 2958466.0, 2958466.5, -693594.0, 1e300, -1e300, infinity,
-                              -infinity, std::nan("")})
+  for (const double serial :
+       {0.9999999999, 2958466.0, 2958466.5, -693594.0, 1e300, -1e300, infinity, -infinity, std::nan("")})
     EXPECT_FALSE(SerialDateText(serial).has_value()) << serial;
 }
 
@@ -233,7 +242,8 @@ TEST(DateText, PointsInTimeHaveBothParts) {
   EXPECT_EQ(SerialDateTimeText(0.5), "1899-12-30T12:00:00");
   EXPECT_EQ(SerialDateTimeText(-1), "1899-12-29T00:00:00");
   EXPECT_EQ(SerialDateTimeText(0.9999999999), "1899-12-31T00:00:00");
-  for (const double serial : {-0.25, 2958466.0, -693594.0, 1e300, std::nan("")})
+  EXPECT_EQ(SerialDateTimeText(-1 + 18000000 / 86400000.0), "1899-12-29T05:00:00");
+  for (const double serial : {2958466.0, -693594.0, 1e300, std::nan("")})
     EXPECT_FALSE(SerialDateTimeText(serial).has_value()) << serial;
 }
 

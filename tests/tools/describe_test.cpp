@@ -86,7 +86,7 @@ TEST(Describe, WrongNameGetsTheNearestOne) {
   EXPECT_EQ(RefusalOf("IParamters"), "no member IParamters; did you mean Parameters?");
   EXPECT_EQ(RefusalOf("Duration.get_Yaer"), "no member get_Yaer; did you mean get_Year?");
   EXPECT_EQ(RefusalOf("Duration.Yaer"), "no member Yaer; did you mean Year?");
-  EXPECT_EQ(RefusalOf("Url.\nUrll"), "no member  Urll; did you mean Url?");
+  EXPECT_EQ(RefusalOf("Url.get_\nUrl"), "no member get_ Url; did you mean get_Url?");
 }
 
 TEST(Describe, NameThatIsFarFromAllIsNotGuessedAt) {
@@ -101,6 +101,8 @@ TEST(Describe, MemberOfAnotherObjectIsToldWithItsObject) {
   EXPECT_EQ(RefusalOf("parameters.init"), "no member init; did you mean QvClientServiceRaw.Init?");
   EXPECT_EQ(RefusalOf("SetValues"), "no member SetValues; did you mean Parameter.SetValues?");
   EXPECT_EQ(RefusalOf("Url.get_Sec"), "no member get_Sec; did you mean Duration.get_Sec?");
+  EXPECT_EQ(RefusalOf("Excute"), "no member Excute; did you mean ConnectionModel.Execute?");
+  EXPECT_EQ(RefusalOf("Url.Excute"), "no member Excute; did you mean ConnectionModel.Execute?");
   EXPECT_EQ(RefusalOf("Url.sec"), "no member sec; did you mean Duration.Sec?");
 }
 

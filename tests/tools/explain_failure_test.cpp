@@ -166,11 +166,24 @@ TEST(ExplainFailure, EmptyCellsOfATableAreHintedAt) {
 }
 
 TEST(ExplainFailure, FaultThatCannotBeReadIsAnAnswerNotUnderstood) {
-  EXPECT_EQ(Explain(Phase::kExecute,
-                    Error(DISP_E_EXCEPTION,
-                          u"Error at file application/xml, line 1, char 9  Message: application/xml"),
-                    Answered("200", true)),
-            "7 Error at file application/xml, line 1, char 9  Message: application/xml");
+  EXPECT_EQ(
+      Explain(
+          Phase::kExecute,
+          Error(DISP_E_EXCEPTION, u"Error at file application/xml, line 1, char 9  Message: application/xml"),
+          Answered("200", true)),
+      "7 Error at file application/xml, line 1, char 9  Message: application/xml (the answer is damaged, or "
+      "beyond the reader's limits, such as 16,384 element names)");
+}
+
+TEST(ExplainFailure, LimitsOfTheReaderAreHintedAt) {
+  const _com_error unread =
+      Error(DISP_E_EXCEPTION, u"Error at file application/xml, line 3, char 77  Message: application/xml");
+  EXPECT_EQ(
+      Explain(Phase::kExecute, unread, Answered("200", false)),
+      "7 Error at file application/xml, line 3, char 77  Message: application/xml (the answer is damaged, or "
+      "beyond the reader's limits, such as 16,384 element names)");
+  EXPECT_EQ(Explain(Phase::kExecute, unread, Broken(Answered("200", false), 0x80072EFE, "closed")),
+            "3 the answer of http://srv:8080 broke off: closed");
 }
 
 TEST(ExplainFailure, FailureBeforeAnythingWasSentIsLocal) {

@@ -33,6 +33,13 @@ TEST(FailureReport, OtherFailuresAreTheirWords) {
             "scriptwells: cannot reach http://h:1: refused\n");
 }
 
+TEST(FailureReport, SilentFailureSaysNothing) {
+  const Failure silent = Failure(ExitStatus::kLocal, "nobody reads").Silent();
+  EXPECT_EQ(Report(silent, false), "");
+  EXPECT_EQ(Report(silent, true), "");
+  EXPECT_EQ(silent.Status(), ExitStatus::kLocal);
+}
+
 TEST(FailureReport, JsonHoldsEverything) {
   EXPECT_EQ(Report(Failure(ExitStatus::kFault, "no \"such\"\ncustomer", MakeResult(0x80040005)), true),
             "{\"error\":{\"kind\":\"script fault\",\"message\":\"no \\\"such\\\"\\ncustomer\","

@@ -76,6 +76,7 @@ TEST(RecordTable, PointsInTimeKeepTheirFormInTheirColumn) {
   EXPECT_EQ(text(45356, kColumnDateTime), "2024-03-05T00:00:00");
   EXPECT_EQ(text(0.5, kColumnDateTime), "1899-12-30T12:00:00");
   EXPECT_EQ(text(45356.5, kColumnDateTime), "2024-03-05T12:00:00");
+  EXPECT_EQ(text(-1 + 18000000 / 86400000.0, kColumnDateTime), "1899-12-29T05:00:00");
   EXPECT_EQ(text(0, kColumnDate), "1899-12-30");
   EXPECT_EQ(text(45356, kColumnDate), "2024-03-05");
   EXPECT_EQ(text(45356.5, kColumnDate), "2024-03-05T12:00:00");
@@ -87,6 +88,7 @@ TEST(RecordTable, PointsInTimeKeepTheirFormInTheirColumn) {
 TEST(RecordTable, DateThatIsNoneIsItsNumber) {
   for (const std::int32_t type : {16, 17, 18}) {
     EXPECT_EQ(CellText(Variant::FromDate(2958466), type), "2958466");
+    EXPECT_EQ(CellJson(Variant::FromDate(2958466), type), "\"2958466\"");
     EXPECT_EQ(CellJson(Variant::FromDate(std::nan("")), type), "\"NaN\"");
   }
 }

@@ -108,16 +108,35 @@ TEST_F(RegistryCommand, ListTellsEveryFileAndKey) {
   const Outcome json = Registry({"list", "--json"});
   EXPECT_EQ(json.exit, 0);
   EXPECT_EQ(json.err, "");
-  const std::string start = "{\"file\":\"" + named_ +
-                            "\",\"key\":\"A\",\"value\":\"one\",\"damage\":null}\n{\"file\":\"" + named_ +
-                            "\",\"key\":\"B\",\"value\":\"two\",\"damage\":null}\n{\"file\":\"" + user_ +
-                            "\",\"key\":null,\"value\":null,\"damage\":null}\n";
+  const std::string start =
+      "{\"file\":\"" + named_ +
+      "\",\"key\":\"A\",\"name\":null,\"value\":\"one\",\"damage\":null}\n{\"file\":\"" + named_ +
+      "\",\"key\":\"B\",\"name\":null,\"value\":\"two\",\"damage\":null}\n{\"file\":\"" + user_ +
+      "\",\"key\":null,\"name\":null,\"value\":null,\"damage\":null}\n";
   EXPECT_EQ(json.out.substr(0, start.size()), start);
   const Outcome table = Registry({"list"});
   EXPECT_EQ(table.exit, 0);
   EXPECT_EQ(table.out.substr(0, 4), "FILE");
   EXPECT_TRUE(Holds(table.out, named_ + "  ")) << table.out;
-  EXPECT_TRUE(Holds(table.out, " B   two   ")) << table.out;
+  EXPECT_TRUE(Holds(table.out, " B        two   ")) << table.out;
+}
+
+TEST_F(RegistryCommand, ListTellsTextsWithNamesAndKeysWithoutATextOfTheirOwn) {
+  Write(named_,
+        "[HKEY_LOCAL_MACHINE\\A]\n\"model\"=\"Both\"\n@=\"one\"\n"
+        "[HKEY_CLASSES_ROOT\\C]\n\"second\"=\"\"\n");
+  const std::string start = "{\"file\":\"" + named_ + "\",";
+  const std::string json =
+      start + "\"key\":\"A\",\"name\":null,\"value\":\"one\",\"damage\":null}\n" + start +
+      "\"key\":\"A\",\"name\":\"model\",\"value\":\"Both\",\"damage\":null}\n" + start +
+      "\"key\":\"SOFTWARE\\\\Classes\\\\C\",\"name\":\"second\",\"value\":\"\",\"damage\":"
+      "null}\n{\"file\":\"" +
+      user_ + "\",";
+  EXPECT_EQ(Registry({"list", "--json"}).out.substr(0, json.size()), json);
+  const std::string table = Registry({"list"}).out;
+  EXPECT_TRUE(Holds(table, " A                         one   ")) << table;
+  EXPECT_TRUE(Holds(table, " A                  model  Both  ")) << table;
+  EXPECT_TRUE(Holds(table, " SOFTWARE\\Classes\\C second       ")) << table;
 }
 
 TEST_F(RegistryCommand, DamagedFileIsToldWithItsLine) {
@@ -134,7 +153,7 @@ TEST_F(RegistryCommand, DamagedFileIsToldWithItsLine) {
                                                       ": line 3: the quote is not closed\",\"exit\":6}}\n");
   const std::string first =
       "{\"file\":\"" + named_ +
-      "\",\"key\":null,\"value\":null,\"damage\":\"line 3: the quote is not closed\"}\n";
+      "\",\"key\":null,\"name\":null,\"value\":null,\"damage\":\"line 3: the quote is not closed\"}\n";
   EXPECT_EQ(Registry({"list", "--json"}).out.substr(0, first.size()), first);
   EXPECT_EQ(Read(named_), "; mine\n[HKEY_LOCAL_MACHINE\\A]\n@=\"one\n");
 }
@@ -187,6 +206,20 @@ TEST_F(RegistryCommand, RootInFrontOfAKeyMakesNoDifference) {
   EXPECT_EQ(Registry({"get", "A\\B"}).exit, 1);
 }
 
+TEST_F(RegistryCommand, RootOfTheClassesStandsForTheirKey) {
+  EXPECT_EQ(Registry({"set", "HKEY_CLASSES_ROOT\\A.B\\CLSID", "1"}).err, "");
+  EXPECT_EQ(Read(named_), "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\A.B\\CLSID]\n@=\"1\"\n");
+  for (const char* key :
+       {"HKEY_CLASSES_ROOT\\A.B\\CLSID", "hkey_classes_Root\\a.b\\clsid", "SOFTWARE\\Classes\\A.B\\CLSID",
+        "HKEY_LOCAL_MACHINE\\software\\classes\\a.b\\clsid"})
+    EXPECT_EQ(Registry({"get", key}).out, "1\n") << key;
+  EXPECT_EQ(Registry({"get", "hkey_classes_root\\A.B\\CLSID", "--json"}).out,
+            "{\"key\":\"SOFTWARE\\\\Classes\\\\A.B\\\\CLSID\",\"value\":\"1\"}\n");
+  EXPECT_EQ(Registry({"get", "HKEY_CLASSES_ROOT\\"}).exit, 6);
+  EXPECT_EQ(Registry({"remove", "Hkey_Classes_Root\\A.B\\CLSID"}).exit, 0);
+  EXPECT_EQ(Registry({"get", "SOFTWARE\\Classes\\A.B\\CLSID"}).exit, 1);
+}
+
 TEST_F(RegistryCommand, KeysThatNobodyWouldLookForAreRefused) {
   for (const char* key : {"\\A", "A\\", "A\\\\B", "\\", "HKEY_LOCAL_MACHINE\\\\A"})
     for (const Words& words : {Words{"set", key, "x"}, {"get", key}, {"remove", key}}) {
@@ -217,6 +250,16 @@ TEST_F(RegistryCommand, MissingVerbIsAUsageFailure) {
             "scriptwells: no registry command given (get, set, remove or list); try 'scriptwells registry "
             "--help'\n");
   EXPECT_EQ(outcome.exit, 2);
+}
+
+TEST_F(RegistryCommand, OutputThatNobodyReadsEndsSilently) {
+  // More than a pipe holds.
+  Write(named_, "[HKEY_LOCAL_MACHINE\\A]\n@=\"" + std::string(200000, 'x') + "\"\n");
+  Process process({"registry", "list", "--json"}, {{"QV_REGISTRY", named_}});
+  process.CloseOutput();
+  const Outcome outcome = process.Finish();
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.exit, 6);
 }
 
 TEST_F(RegistryCommand, OutputThatCannotBeWrittenIsALocalFailure) {

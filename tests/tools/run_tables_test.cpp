@@ -185,8 +185,20 @@ TEST_F(RunTables, ClosedPipeEndsTheRows) {
   EXPECT_EQ(process.ReadLine(), "a\r");
   process.CloseOutput();
   const Outcome outcome = process.Finish();
-  EXPECT_EQ(outcome.err, "scriptwells: cannot write the answer to standard output\n");
+  EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(outcome.exit, 6);
+  EXPECT_TRUE(WasSent("#CloseUserSession\r\n"));
+}
+
+TEST_F(RunTables, OutputThatNobodyReadsEndsEveryFormSilently) {
+  for (const char* format : {"csv", "json", "table"}) {
+    Answer({SessionOpened(), ManyRows(), SessionClosed()});
+    testing::Process process(AsJoe("run", {"-e", "1", "-o", format}));
+    process.CloseOutput();
+    const Outcome outcome = process.Finish();
+    EXPECT_EQ(outcome.err, "") << format;
+    EXPECT_EQ(outcome.exit, 6) << format;
+  }
 }
 
 TEST_F(RunTables, TableIsNoAddressToSave) {
@@ -251,6 +263,20 @@ TEST(RunTablesLocal, CellsWithoutTextArriveAsTheirTypeReadsThem) {
                   {"-o", "csv", "--null", "NULL"})
                 .out,
             "n,b,t,u,x\r\n0,false,,NULL,NULL\r\n");
+}
+
+TEST(RunTablesLocal, TimesOnTheDayBeforeDayZeroArePointsInTime) {
+  const std::string table =
+      "typed.table({w: 'datetime'}, [['1899-12-29T05:00:00'], ['1899-12-28T05:00:00']])";
+  EXPECT_EQ(Local(table).out, "w\n1899-12-29T05:00:00\n1899-12-28T05:00:00\n");
+  EXPECT_EQ(Local(table, {"-o", "csv"}).out, "w\r\n1899-12-29T05:00:00\r\n1899-12-28T05:00:00\r\n");
+  EXPECT_EQ(Local("typed.datetime('1899-12-29T05:00:00')").out, "1899-12-29T05:00:00\n");
+  const std::string json = Local("typed.datetime('1899-12-29T05:00:00')", {"--json"}).out;
+  EXPECT_EQ(json.substr(0, 56), "{\"type\":\"datetime\",\"value\":\"1899-12-29T05:00:00\",\"tag\":7");
+}
+
+TEST(RunTablesLocal, EmptyStringAloneInItsLineIsQuoted) {
+  EXPECT_EQ(Local("[{a: ''}, {a: 'x'}]", {"-o", "csv", "--null", "NULL"}).out, "a\r\n\"\"\r\nx\r\n");
 }
 
 TEST(RunTablesLocal, ManyRowsComeThrough) {

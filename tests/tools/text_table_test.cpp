@@ -27,6 +27,16 @@ TEST(TextTable, ControlCharactersAreEscaped) {
   EXPECT_EQ(table, "NAME TYPE   VALUE\na    string x\\x1b[31my\\x0az\n");
 }
 
+TEST(TextTable, FormatCharactersAreEscaped) {
+  ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+  EXPECT_EQ(FormatColumns({"A", "B"}, {{"x\xE2\x80\xAEtxt", "1"}, {"\xEF\xBB\xBF", "2"}, {"\\u202e", "3"}}),
+            "A          B\nx\\u202etxt 1\n\\ufeff     2\n\\u202e     3\n");
+  TextTable cut({{"A"}, {"n", true}});
+  cut.AddRow({"ab\xE2\x80\x8Bxyz", "1"});
+  EXPECT_EQ(cut.Format(8), "A   n\nab\xE2\x80\xA6 1\n");
+  std::setlocale(LC_CTYPE, "C");
+}
+
 TEST(TextTable, CharactersBeyondAsciiStayInAUtf8Locale) {
   ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
   EXPECT_EQ(FormatTable({{"a", "string", "\xC3\xA9\xE2\x98\x83"}}),
