@@ -13,12 +13,6 @@ Variant TextVariant(std::u16string_view text) {
   return Variant::FromString(WideString(text));
 }
 
-XmlNode FirstTextChild(const XmlNode& node) {
-  XmlNode child = node.FirstChild();
-  while (!child.IsNull() && child.NodeType() != XmlNode::kText) child = child.NextSibling();
-  return child;
-}
-
 }  // namespace
 
 Variant FormaterBool::ReadValue(const XmlNode& node) {

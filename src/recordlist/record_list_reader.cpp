@@ -17,12 +17,6 @@ const XmlNode& Present(const XmlNode& node) {
   return node;
 }
 
-XmlNode FirstTextChild(const XmlNode& node) {
-  XmlNode child = node.FirstChild();
-  while (!child.IsNull() && child.NodeType() != XmlNode::kText) child = child.NextSibling();
-  return child;
-}
-
 [[noreturn]] void RaiseNoValue(std::int32_t columnType) {
   std::u16string text(u"Value from type ");
   text.append(DecimalText(columnType).view()).append(u" doesn't exist.");

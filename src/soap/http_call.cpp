@@ -1,17 +1,12 @@
 #include "soap/http_call.h"
 
-#include "qvscriptwells/class_registry.h"
+#include "platform/component.h"
 #include "qvscriptwells/e_qv_exception.h"
 
 namespace qv {
 
 void HttpCall::Create() {
-  void* raw = nullptr;
-  const HRESULT created = CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IUnknown::kIid, &raw);
-  if (Failed(created)) _com_raise_error(created);
-  const IUnknownPtr object(static_cast<IUnknown*>(raw), false);
-  const HRESULT started = OleRun(object.get());
-  if (Failed(started)) _com_raise_error(started);
+  const IUnknownPtr object = CreateComponent(CLSID_HttpComponent);
   session = IHttpSessionPtr(static_cast<IHttpSession*>(QueryFor(object.get(), IHttpSession::kIid)), false);
 }
 

@@ -91,6 +91,12 @@ bool operator==(const XmlNode& a, const XmlNode& b) noexcept {
   return a.node_ == b.node_;
 }
 
+XmlNode FirstTextChild(const XmlNode& node) {
+  XmlNode child = node.FirstChild();
+  while (!child.IsNull() && child.NodeType() != XmlNode::kText) child = child.NextSibling();
+  return child;
+}
+
 std::u16string_view GetNodeText(const XmlNode& node) {
   XmlNode last;
   for (XmlNode child = node.FirstChild(); !child.IsNull(); child = child.NextSibling()) {

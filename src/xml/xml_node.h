@@ -47,6 +47,9 @@ inline bool operator!=(const XmlNode& a, const XmlNode& b) noexcept {
   return !(a == b);
 }
 
+// The first child that is a text; null when there is none.
+XmlNode FirstTextChild(const XmlNode& node);
+
 // The text that a formater reads: the first text child's value; with no text child the value of the last
 // child; with no children the node's own value. Empty for a null node.
 std::u16string_view GetNodeText(const XmlNode& node);
