@@ -196,5 +196,26 @@ TEST_F(QvDomParserTest, OneParserMayStandInsideTheLifeOfAnother) {
   EXPECT_EQ(GetNodeText(outer.Document().FirstChild()), u"outer");
 }
 
+bool MayHold(std::u16string_view text, std::u16string_view name) {
+  QvDomParser parser;
+  parser.ParseHostileText(text, "application/xml");
+  return parser.MayHold(name);
+}
+
+TEST_F(QvDomParserTest, ElementNamesOfTheDocumentAreKnown) {
+  EXPECT_TRUE(MayHold(u"<a><x:b c='d'/></a>", u"a"));
+  EXPECT_TRUE(MayHold(u"<a><x:b c='d'/></a>", u"x:b"));
+  EXPECT_FALSE(MayHold(u"<a><x:b c='d'/></a>", u"b"));
+  EXPECT_FALSE(MayHold(u"<a><x:b c='d'/></a>", u"c"));
+  EXPECT_FALSE(MayHold(u"<a><!-- <e/> --><![CDATA[<e/>]]></a>", u"e"));
+  EXPECT_FALSE(MayHold(u"<a/>", u""));
+}
+
+// Elements may come out of entities there.
+TEST_F(QvDomParserTest, DocumentWithATypeMayHoldAnyName) {
+  EXPECT_TRUE(MayHold(u"<!DOCTYPE a [<!ENTITY e '<b/>'>]><a>&e;</a>", u"b"));
+  EXPECT_TRUE(MayHold(u"<!DOCTYPE a><a/>", u"b"));
+}
+
 }  // namespace
 }  // namespace qv

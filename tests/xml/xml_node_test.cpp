@@ -147,5 +147,12 @@ TEST_F(GetNodeTextTest, AttributeGivesItsValue) {
   EXPECT_EQ(GetNodeText(Root(u"<r a=''/>").Attribute(u"a")), u"");
 }
 
+TEST_F(XmlNodeTest, FirstTextChildIsFoundBehindOthers) {
+  EXPECT_EQ(FirstTextChild(Root(u"<a><b>no</b><!--c--><![CDATA[d]]>e<f/>g</a>")).Value(), u"e");
+  EXPECT_TRUE(FirstTextChild(Root(u"<a><b>no</b><![CDATA[d]]></a>")).IsNull());
+  EXPECT_TRUE(FirstTextChild(Root(u"<a/>")).IsNull());
+  EXPECT_TRUE(FirstTextChild(XmlNode()).IsNull());
+}
+
 }  // namespace
 }  // namespace qv
