@@ -45,7 +45,9 @@ std::string PlainName(const std::string& name) {
 void RatioReporter::ReportRuns(const std::vector<Run>& runs) {
   ConsoleReporter::ReportRuns(runs);
   for (const Run& run : runs)
-    if (run.aggregate_name == "median") medians_[PlainName(run.run_name.str())] = run.GetAdjustedRealTime();
+    if (run.aggregate_name == "median")
+      medians_[PlainName(run.run_name.str())] =
+          run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
 }
 
 void RatioReporter::Finalize() {

@@ -15,7 +15,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
   void Finalize() override;
 
  private:
-  std::map<std::string, double> medians_;  // real time in ns
+  std::map<std::string, double> medians_;  // real time in seconds
 };
 
 }  // namespace qv::bench
