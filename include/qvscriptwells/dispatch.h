@@ -66,16 +66,17 @@ class IDispatch : public IUnknown {
   // TYPE_E_CANTLOADLIBRARY for index 0, DISP_E_BADINDEX for others; null in *info.
   virtual HRESULT GetTypeInfo(std::uint32_t index, LCID locale, ITypeInfo** info) noexcept = 0;
   // The ids of `count` names, in any case of ASCII letters: members and arguments alike. An argument's id is
-  // its position. DISP_E_UNKNOWNNAME at the first name that is unknown; the ids before it are written, its own
-  // and those behind it are left alone. E_POINTER for null arrays. Neither the interface id nor the locale is
-  // looked at.
+  // its position. DISP_E_UNKNOWNNAME at the first name that is unknown; the ids before it are written, its
+  // own and those behind it are left alone. E_POINTER for null arrays. Neither the interface id nor the
+  // locale is looked at.
   virtual HRESULT GetIDsOfNames(const Guid& iid, const char16_t* const* names, std::uint32_t count,
                                 LCID locale, DISPID* ids) noexcept = 0;
   // Calls the member `id`. `result`, `failure` and `argumentError` may be null. `result` gets the member's
   // result, also of a member that failed, and VT_EMPTY of one without. A failing member's code is returned as
   // it is, with its words in *failure; without `failure` they wait in the thread's error record.
-  // DISP_E_BADVARTYPE: no `arguments`. E_INVALIDARG: arguments are counted and not given. DISP_E_BADPARAMCOUNT. DISP_E_NONAMEDARGS. DISP_E_PARAMNOTFOUND and
-  // DISP_E_TYPEMISMATCH, with the number of the element of `rgvarg` in *argumentError. DISP_E_MEMBERNOTFOUND.
+  // DISP_E_BADVARTYPE: no `arguments`. E_INVALIDARG: arguments are counted and not given.
+  // DISP_E_BADPARAMCOUNT. DISP_E_NONAMEDARGS. DISP_E_PARAMNOTFOUND and DISP_E_TYPEMISMATCH, with the number
+  // of the element of `rgvarg` in *argumentError. DISP_E_MEMBERNOTFOUND.
   virtual HRESULT Invoke(DISPID id, const Guid& iid, LCID locale, std::uint16_t flags,
                          const DISPPARAMS* arguments, Variant* result, EXCEPINFO* failure,
                          std::uint32_t* argumentError) noexcept = 0;

@@ -3,9 +3,10 @@
 // Failure: a negative result code, and an error record (error_info.h) with the words: "Unknown Error" for a
 // code without words, such as the E_POINTER of missing services. A null place for a result is E_POINTER
 // without a record, and a failure that nobody foresaw is E_UNEXPECTED without one. A failure that has no
-// number of its own is DISP_E_EXCEPTION. Out values are written on success only, unless told otherwise. Ownership: unknown.h. Threads: an object is used on one thread at a time, and
-// all models of a process on one thread. Text: any WideString may be null. Each interface but those that
-// derive from IUnknown can also be used by name and id (dispatch.h).
+// number of its own is DISP_E_EXCEPTION. Out values are written on success only, unless told otherwise.
+// Ownership: unknown.h. Threads: an object is used on one thread at a time, and all models of a process on
+// one thread. Text: any WideString may be null. Each interface but those that derive from IUnknown can also
+// be used by name and id (dispatch.h).
 #pragma once
 
 #include <cstdint>
@@ -95,9 +96,9 @@ class IConnectionModel : public IDispatch {
   virtual HRESULT CreateUserSession(const WideString& connectionString) noexcept = 0;
   // Closes it; without a session nothing is sent and nothing fails. After a failure it may be called again.
   virtual HRESULT CloseUserSession() noexcept = 0;
-  // Runs a script. `parameters` may be null here; a late-bound call needs an empty list instead. `result` gets the typed answer. "Session does not exist." when
-  // there is none; a fault of the server comes with the server's words, and with 0x80040000 | its error
-  // number as code.
+  // Runs a script. `parameters` may be null here; a late-bound call needs an empty list instead. `result`
+  // gets the typed answer. "Session does not exist." when there is none; a fault of the server comes with the
+  // server's words, and with 0x80040000 | its error number as code.
   virtual HRESULT Execute(const WideString& scriptLanguage, const WideString& script, IParameters* parameters,
                           Variant* result) noexcept = 0;
   // As Execute, with a script document in place of language and text. `scriptFile` is a path on this machine,

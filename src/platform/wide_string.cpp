@@ -109,7 +109,8 @@ WideString::WideString(std::u16string_view text) : text_(NewStringBlock(text.siz
 WideString::WideString(const WideString& other) noexcept : text_(ShareString(other.text_)) {}
 
 WideString& WideString::operator=(const WideString& other) noexcept {
-  BStr const old = std::exchange(text_, ShareString(other.text_));
+  if (this == &other) return *this;
+  char16_t* old = std::exchange(text_, ShareString(other.text_));
   if (old != nullptr) FreeString(old);
   return *this;
 }
