@@ -5,9 +5,8 @@
 // looked through in this order, and the first one that has a key decides:
 //   1. the file that the environment variable QV_REGISTRY names,
 //   2. quorvane/registry.reg below $XDG_CONFIG_HOME (else below $HOME/.config),
-//   3. quorvane/registry.reg below the share directory that the library was configured for (CMake's prefix:
-//   an
-//      installation moved elsewhere is named by QV_REGISTRY).
+//   3. quorvane/registry.reg below the share directory of the prefix that the library was configured with (an
+//      installation elsewhere is named by QV_REGISTRY).
 // A file is UTF-8 text in the usual form of exported registries:
 //   ; a comment
 //   [HKEY_LOCAL_MACHINE\SOFTWARE\Quorvane\Quorvane\HomeDir]
