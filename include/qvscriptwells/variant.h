@@ -68,6 +68,8 @@ class Variant {
   Variant() noexcept = default;  // VT_EMPTY
   Variant(const Variant& other);
   Variant(Variant&& other) noexcept;
+  // The old content is released when the new one is in place: an object that calls back on its release finds
+  // the new content, and may assign again.
   Variant& operator=(const Variant& other);
   Variant& operator=(Variant&& other) noexcept;
   ~Variant() { Clear(); }
@@ -102,6 +104,7 @@ class Variant {
 
  private:
   Variant(VARTYPE tag, const VariantData& data) noexcept : tag_(tag), data_(data) {}
+  void Swap(Variant& other) noexcept;
 
   VARTYPE tag_ = VT_EMPTY;
   VariantData data_{};

@@ -19,7 +19,8 @@ bool HoldsObject(VARTYPE tag) noexcept {
   return tag == VT_UNKNOWN || tag == VT_DISPATCH;
 }
 
-VariantData SharedData(VARTYPE tag, const VariantData& data) {
+// By value: an object that is counted may call back and change the Variant that the bytes came from.
+VariantData SharedData(VARTYPE tag, VariantData data) {
   if (!IsKnownTag(tag)) _com_raise_error(DISP_E_BADVARTYPE);
   if (tag == VT_BSTR) ShareString(data.bstrVal);
   if (HoldsObject(tag) && data.punkVal != nullptr) data.punkVal->AddRef();
@@ -35,16 +36,19 @@ Variant::Variant(Variant&& other) noexcept
 
 Variant& Variant::operator=(const Variant& other) {
   Variant copy(other);
-  *this = std::move(copy);
+  Swap(copy);
   return *this;
 }
 
 Variant& Variant::operator=(Variant&& other) noexcept {
-  if (this == &other) return *this;
-  Clear();
-  tag_ = std::exchange(other.tag_, VT_EMPTY);
-  data_ = std::exchange(other.data_, VariantData{});
+  Variant taken(std::move(other));
+  Swap(taken);
   return *this;
+}
+
+void Variant::Swap(Variant& other) noexcept {
+  std::swap(tag_, other.tag_);
+  std::swap(data_, other.data_);
 }
 
 void Variant::Clear() noexcept {
