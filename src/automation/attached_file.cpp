@@ -30,7 +30,7 @@ HRESULT AttachedFile::QueryInterface(const Guid& iid, void** object) noexcept {
 }
 
 std::uint32_t AttachedFile::Release() noexcept {
-  const std::uint32_t left = --count_;
+  const std::uint32_t left = count_.Drop();
   if (left == 0) delete this;
   return left;
 }

@@ -10,7 +10,7 @@ namespace qv {
 class AttachedFile final : public AttachedFileDispatch, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t AddRef() noexcept override { return count_.Add(); }
   std::uint32_t Release() noexcept override;
 
   HRESULT Init(const WideString& fileName) noexcept override;
@@ -34,9 +34,9 @@ class AttachedFile final : public AttachedFileDispatch, public ISupportErrorInfo
   HRESULT Get(std::int32_t* value, std::int32_t (AttachedFileImpl::*get)()) noexcept;
   HRESULT Put(std::int32_t value, void (AttachedFileImpl::*put)(std::int32_t)) noexcept;
 
-  AttachedFileImpl logic_;
   ModuleLock lock_;
-  std::uint32_t count_ = 0;
+  AttachedFileImpl logic_;
+  ReferenceCount count_;
 };
 
 }  // namespace qv

@@ -34,7 +34,7 @@ HRESULT ConnectionModel::QueryInterface(const Guid& iid, void** object) noexcept
 }
 
 std::uint32_t ConnectionModel::Release() noexcept {
-  const std::uint32_t left = --count_;
+  const std::uint32_t left = count_.Drop();
   if (left == 0) delete this;
   return left;
 }

@@ -13,7 +13,7 @@ class ConnectionModel final : public ConnectionModelDispatch,
                               public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t AddRef() noexcept override { return count_.Add(); }
   std::uint32_t Release() noexcept override;
 
   HRESULT CreateUserSession(const WideString& connectionString) noexcept override;
@@ -30,9 +30,9 @@ class ConnectionModel final : public ConnectionModelDispatch,
   HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
  private:
-  ConnectionModelImpl logic_;
   ModuleLock lock_;
-  std::uint32_t count_ = 0;
+  ConnectionModelImpl logic_;
+  ReferenceCount count_;
 };
 
 }  // namespace qv

@@ -25,7 +25,7 @@ HRESULT ConnectionString::QueryInterface(const Guid& iid, void** object) noexcep
 }
 
 std::uint32_t ConnectionString::Release() noexcept {
-  const std::uint32_t left = --count_;
+  const std::uint32_t left = count_.Drop();
   if (left == 0) delete this;
   return left;
 }

@@ -12,7 +12,7 @@ class ConnectionString final : public ConnectionStringDispatch,
                                public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t AddRef() noexcept override { return count_.Add(); }
   std::uint32_t Release() noexcept override;
 
   HRESULT put_UserName(const WideString& value) noexcept override;
@@ -34,9 +34,9 @@ class ConnectionString final : public ConnectionStringDispatch,
   HRESULT Get(WideString* value, WideString (ConnectionStringImpl::*get)()) noexcept;
   HRESULT Put(const WideString& value, void (ConnectionStringImpl::*put)(WideString)) noexcept;
 
-  ConnectionStringImpl logic_;
   ModuleLock lock_;
-  std::uint32_t count_ = 0;
+  ConnectionStringImpl logic_;
+  ReferenceCount count_;
 };
 
 }  // namespace qv

@@ -32,7 +32,7 @@ HRESULT Duration::QueryInterface(const Guid& iid, void** object) noexcept {
 }
 
 std::uint32_t Duration::Release() noexcept {
-  const std::uint32_t left = --count_;
+  const std::uint32_t left = count_.Drop();
   if (left == 0) delete this;
   return left;
 }

@@ -10,7 +10,7 @@ namespace qv {
 class Duration final : public DurationDispatch, public IDurationRaw, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t AddRef() noexcept override { return count_.Add(); }
   std::uint32_t Release() noexcept override;
 
   HRESULT get_Day(std::int16_t* value) noexcept override;
@@ -38,9 +38,9 @@ class Duration final : public DurationDispatch, public IDurationRaw, public ISup
   HRESULT Get(double* value, double (DurationImpl::*get)()) noexcept;
   HRESULT Put(double value, void (DurationImpl::*put)(double)) noexcept;
 
-  DurationImpl logic_;
   ModuleLock lock_;
-  std::uint32_t count_ = 0;
+  DurationImpl logic_;
+  ReferenceCount count_;
 };
 
 }  // namespace qv

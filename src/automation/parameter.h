@@ -10,7 +10,7 @@ namespace qv {
 class Parameter final : public ParameterDispatch, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t AddRef() noexcept override { return count_.Add(); }
   std::uint32_t Release() noexcept override;
 
   HRESULT SetValues(const WideString& key, const Variant& value) noexcept override;
@@ -21,9 +21,9 @@ class Parameter final : public ParameterDispatch, public ISupportErrorInfo {
   HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
  private:
-  ParameterImpl logic_;
   ModuleLock lock_;
-  std::uint32_t count_ = 0;
+  ParameterImpl logic_;
+  ReferenceCount count_;
 };
 
 }  // namespace qv

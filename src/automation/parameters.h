@@ -10,7 +10,7 @@ namespace qv {
 class Parameters final : public ParametersDispatch, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t AddRef() noexcept override { return count_.Add(); }
   std::uint32_t Release() noexcept override;
 
   HRESULT Add(const WideString& key, const Variant& value, IParameter** added) noexcept override;
@@ -22,9 +22,9 @@ class Parameters final : public ParametersDispatch, public ISupportErrorInfo {
   HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
  private:
-  ParametersImpl logic_;
   ModuleLock lock_;
-  std::uint32_t count_ = 0;
+  ParametersImpl logic_;
+  ReferenceCount count_;
 };
 
 }  // namespace qv

@@ -52,7 +52,7 @@ HRESULT QvScriptwells::InnerUnknown::QueryInterface(const Guid& iid, void** obje
 }
 
 std::uint32_t QvScriptwells::InnerUnknown::Release() noexcept {
-  const std::uint32_t left = --count_;
+  const std::uint32_t left = count_.Drop();
   if (left == 0) delete owner_;
   return left;
 }

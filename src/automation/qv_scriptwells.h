@@ -49,22 +49,22 @@ class QvScriptwells final : public QvScriptwellsDispatch,
    public:
     explicit InnerUnknown(QvScriptwells* owner) noexcept : owner_(owner) {}
     HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-    std::uint32_t AddRef() noexcept override { return ++count_; }
+    std::uint32_t AddRef() noexcept override { return count_.Add(); }
     std::uint32_t Release() noexcept override;
 
    private:
     QvScriptwells* owner_;
-    std::uint32_t count_ = 0;
+    ReferenceCount count_;
   };
 
   HRESULT AnswerInnerQuery(const Guid& iid, void** object) noexcept;
   HRESULT Get(WideString* value, WideString (QvScriptwellsImpl::*get)()) noexcept;
   HRESULT Put(const WideString& value, void (QvScriptwellsImpl::*put)(WideString)) noexcept;
 
+  ModuleLock lock_;
   InnerUnknown inner_;
   IUnknown* controlling_;  // not counted: an outer object owns this one
   QvScriptwellsImpl logic_;
-  ModuleLock lock_;
 };
 
 }  // namespace qv

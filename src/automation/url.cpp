@@ -23,7 +23,7 @@ HRESULT Url::QueryInterface(const Guid& iid, void** object) noexcept {
 }
 
 std::uint32_t Url::Release() noexcept {
-  const std::uint32_t left = --count_;
+  const std::uint32_t left = count_.Drop();
   if (left == 0) delete this;
   return left;
 }

@@ -10,7 +10,7 @@ namespace qv {
 class Url final : public UrlDispatch, public ISupportErrorInfo {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t AddRef() noexcept override { return count_.Add(); }
   std::uint32_t Release() noexcept override;
 
   HRESULT get_UrlCaption(WideString* value) noexcept override;
@@ -25,9 +25,9 @@ class Url final : public UrlDispatch, public ISupportErrorInfo {
   HRESULT Get(WideString* value, WideString (UrlImpl::*get)()) noexcept;
   HRESULT Put(const WideString& value, void (UrlImpl::*put)(WideString)) noexcept;
 
-  UrlImpl logic_;
   ModuleLock lock_;
-  std::uint32_t count_ = 0;
+  UrlImpl logic_;
+  ReferenceCount count_;
 };
 
 }  // namespace qv

@@ -2,13 +2,16 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
+#include <vector>
 
+#include "fixtures/calling_object.h"
 #include "fixtures/environment.h"
 #include "fixtures/loaded_files.h"
 #include "fixtures/shown_text.h"
@@ -277,6 +280,109 @@ TEST_F(ClassServer, LibraryThatMadeRequestsLeavesWithTheThread) {
     CoFreeUnusedLibraries();
     EXPECT_FALSE(IsMapped(kLibrary));
   }
+}
+
+// Hosts that tidy up when their own object goes: the object of the library that held it is still running.
+Variant ObjectThatFreesLibraries() {
+  auto* const object = new CallingObject;
+  object->OnEnd([] { CoFreeUnusedLibraries(); });
+  return Variant::FromObject(object);
+}
+
+// Late-bound, with the arguments in the host's order.
+Variant CallWith(IDispatch* object, const char16_t* name, std::vector<Variant> given) {
+  std::reverse(given.begin(), given.end());
+  DISPPARAMS arguments;
+  arguments.rgvarg = given.data();
+  arguments.cArgs = static_cast<std::uint32_t>(given.size());
+  DISPID id = DISPID_UNKNOWN;
+  EXPECT_EQ(object->GetIDsOfNames(Guid{}, &name, 1, 0, &id), S_OK);
+  Variant result;
+  EXPECT_EQ(object->Invoke(id, Guid{}, 0, DISPATCH_METHOD, &arguments, &result, nullptr, nullptr), S_OK);
+  return result;
+}
+
+TEST_F(ClassServer, ListOutlivesItsValuesThatFreeLibraries) {
+  Register();
+  IDispatchPtr client = Create(kScriptwellsProgId);
+  Variant list = CallWith(client.get(), u"Parameters", {});
+  CallWith(DispatchOf(list), u"Add", {Variant::FromString(u"k"), ObjectThatFreesLibraries()});
+  client.reset();
+  list.Clear();
+  EXPECT_EQ(CallingObject::Live(), 0);
+  CoFreeUnusedLibraries();
+  EXPECT_FALSE(IsMapped(kLibrary));
+}
+
+TEST_F(ClassServer, ParameterOutlivesItsValueThatFreesLibraries) {
+  Register();
+  IDispatchPtr client = Create(kScriptwellsProgId);
+  Variant list = CallWith(client.get(), u"Parameters", {});
+  Variant parameter =
+      CallWith(DispatchOf(list), u"Add", {Variant::FromString(u"k"), ObjectThatFreesLibraries()});
+  client.reset();
+  list.Clear();
+  parameter.Clear();
+  EXPECT_EQ(CallingObject::Live(), 0);
+  CoFreeUnusedLibraries();
+  EXPECT_FALSE(IsMapped(kLibrary));
+}
+
+// The last thing that the library does in these calls is to let the host's object go, and its own with it.
+TEST_F(ClassServer, CallOutlivesTheObjectThatItReleases) {
+  Register();
+  IDispatchPtr client = Create(kScriptwellsProgId);
+  Variant list = CallWith(client.get(), u"Parameters", {});
+  client.reset();
+  auto* const object = new CallingObject;
+  object->OnEnd([&list] {
+    list.Clear();
+    CoFreeUnusedLibraries();
+    EXPECT_TRUE(IsMapped(kLibrary));
+  });
+  CallWith(DispatchOf(list), u"Add", {Variant::FromString(u"k"), Variant::FromObject(object)});
+  CallWith(DispatchOf(list), u"Clear", {});
+  EXPECT_EQ(CallingObject::Live(), 0);
+  CoFreeUnusedLibraries();
+  EXPECT_FALSE(IsMapped(kLibrary));
+}
+
+void Init(IDispatch* client, IUnknown* services, HostLog* log) {
+  const IUnknownPtr provider(new SpeakingProvider(log, services));
+  void* raw = nullptr;
+  ASSERT_EQ(client->QueryInterface(IQvClientServiceRaw::kIid, &raw), S_OK);
+  const IQvClientServiceRawPtr receiver(static_cast<IQvClientServiceRaw*>(raw), false);
+  CallWith(receiver.get(), u"Init", {Variant::FromObject(provider.get())});
+}
+
+TEST_F(ClassServer, ClientOutlivesServicesThatFreeLibraries) {
+  Register();
+  HostLog log;
+  IDispatchPtr client = Create(kScriptwellsProgId);
+  auto* const services = new SpeakingServices(&log);
+  services->OnEnd(&CoFreeUnusedLibraries);
+  Init(client.get(), services->Unknown(), &log);
+  client.reset();
+  EXPECT_EQ(SpeakingServices::Live(), 0);
+  CoFreeUnusedLibraries();
+  EXPECT_FALSE(IsMapped(kLibrary));
+}
+
+TEST_F(ClassServer, ModelOutlivesServicesThatFreeLibraries) {
+  Register();
+  HostLog log;
+  IDispatchPtr client = Create(kScriptwellsProgId);
+  ASSERT_EQ(Write(client.get(), u"ServerName", Variant::FromString(u"http://127.0.0.1:1")), S_OK);
+  auto* const services = new SpeakingServices(&log);
+  services->OnEnd(&CoFreeUnusedLibraries);
+  Init(client.get(), services->Unknown(), &log);
+  Variant model = CallWith(client.get(), u"ConnectionModel", {});
+  client.reset();
+  EXPECT_EQ(SpeakingServices::Live(), 1);
+  model.Clear();
+  EXPECT_EQ(SpeakingServices::Live(), 0);
+  CoFreeUnusedLibraries();
+  EXPECT_FALSE(IsMapped(kLibrary));
 }
 
 // What the thread keeps for its next request is the library's, which thus stays for it, and works again. A
