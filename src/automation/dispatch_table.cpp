@@ -212,6 +212,7 @@ HRESULT InvokeMember(const DispatchTable& table, IDispatch* self, DISPID id, std
   ClearErrorInfo();  // words of an earlier failure are none of this call's
   if (arguments == nullptr) return DISP_E_BADVARTYPE;
   if (arguments->cArgs > table.limit) return DISP_E_BADPARAMCOUNT;
+  const IDispatchPtr keepAlive(self);  // what the result held, and arguments, may release it
   if (result != nullptr) result->Clear();
   return Invocation(table, self, *arguments, argumentError).Run(id, flags, result, failure);
 }

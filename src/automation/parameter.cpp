@@ -35,6 +35,7 @@ HRESULT Parameter::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
 HRESULT Parameter::SetValues(const WideString& key, const Variant& value) noexcept {
   ClearErrorInfo();
   try {
+    const IParameterPtr self(this);
     logic_.SetValues(key, value);
     return S_OK;
   } catch (...) {
@@ -57,6 +58,7 @@ HRESULT Parameter::get_ParamValue(Variant* value) noexcept {
   ClearErrorInfo();
   if (value == nullptr) return E_POINTER;
   try {
+    const IParameterPtr self(this);
     *value = logic_.get_ParamValue();
     return S_OK;
   } catch (...) {
@@ -68,6 +70,7 @@ HRESULT Parameter::get_ParamTypeAsString(WideString* typeName) noexcept {
   ClearErrorInfo();
   if (typeName == nullptr) return E_POINTER;
   try {
+    const IParameterPtr self(this);
     *typeName = logic_.get_ParamTypeAsString();
     return S_OK;
   } catch (...) {

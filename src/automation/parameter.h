@@ -1,4 +1,5 @@
-// The Parameter object that hosts hold.
+// The Parameter object that hosts hold. It keeps itself alive while its value is copied, asked or released,
+// since an object there may call back and release it.
 #pragma once
 
 #include "automation/dispatch_faces.h"

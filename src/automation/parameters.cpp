@@ -35,6 +35,7 @@ HRESULT Parameters::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
 HRESULT Parameters::Add(const WideString& key, const Variant& value, IParameter** added) noexcept {
   ClearErrorInfo();
   try {
+    const IParametersPtr self(this);
     IParameterPtr parameter = logic_.Add(key, value);
     if (added != nullptr) *added = parameter.detach();
     return S_OK;
@@ -46,6 +47,7 @@ HRESULT Parameters::Add(const WideString& key, const Variant& value, IParameter*
 HRESULT Parameters::Remove(std::int16_t index) noexcept {
   ClearErrorInfo();
   try {
+    const IParametersPtr self(this);
     logic_.Remove(index);
     return S_OK;
   } catch (...) {
@@ -78,6 +80,7 @@ HRESULT Parameters::Size(std::int16_t* size) noexcept {
 HRESULT Parameters::Clear() noexcept {
   ClearErrorInfo();
   try {
+    const IParametersPtr self(this);
     logic_.Clear();
     return S_OK;
   } catch (...) {

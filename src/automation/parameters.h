@@ -1,4 +1,5 @@
-// The Parameters object that hosts hold.
+// The Parameters object that hosts hold. It keeps itself alive while values are copied or released, since
+// objects among them may call back and release it.
 #pragma once
 
 #include "automation/dispatch_faces.h"

@@ -142,9 +142,9 @@ void ConnectionModelImpl::ResetSession(NamedArguments& map) {
 }
 
 IQvClientServicesSinkPtr ConnectionModelImpl::Sink() const {
+  const IQvClientServicesPtr asked = clientServices_;  // which may take themselves away meanwhile
   IQvClientServicesSinkPtr sink(
-      static_cast<IQvClientServicesSink*>(QueryFor(clientServices_.get(), IQvClientServicesSink::kIid)),
-      false);
+      static_cast<IQvClientServicesSink*>(QueryFor(asked.get(), IQvClientServicesSink::kIid)), false);
   if (sink == nullptr) _com_raise_error(E_POINTER);
   return sink;
 }

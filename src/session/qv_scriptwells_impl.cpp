@@ -86,7 +86,8 @@ IConnectionModelPtr QvScriptwellsImpl::ReadyModel() {
   IConnectionModelPtr model = model_;
   const IConnectionModelRawPtr raw = RawOf(model.get());
   ThrowIfFailed(raw->SetServer(serverName_, proxy_));
-  ThrowIfFailed(raw->SetClientServices(clientServices_.get()));
+  // Held for the call: the services are asked there, and may replace themselves here.
+  ThrowIfFailed(raw->SetClientServices(IQvClientServicesPtr(clientServices_).get()));
   const IQvClientServicesPtr services(Services());
   ServiceText usid;
   services->GetUsid(usid.Place());

@@ -13,8 +13,8 @@ class QvScriptwellsImpl {
   QvScriptwellsImpl() = default;
   QvScriptwellsImpl(const QvScriptwellsImpl&) = delete;
   QvScriptwellsImpl& operator=(const QvScriptwellsImpl&) = delete;
-  // Closes no session.
-  virtual ~QvScriptwellsImpl() = default;
+  // Closes no session. Services that call back when they are released find none here.
+  virtual ~QvScriptwellsImpl() { clientServices_.reset(); }
 
   virtual IConnectionModelPtr get_ConnectionModel();
   virtual IUrlPtr get_Url();

@@ -1,5 +1,7 @@
 #include "values/parameter_impl.h"
 
+#include <utility>
+
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/objects.h"
 
@@ -32,7 +34,9 @@ WideString DateTypeName(double serialDate) {
   return serialDate - days == 0.0 ? u"date" : u"datetime";
 }
 
+// Kept, since an object that is asked may call back and replace the value.
 WideString ObjectTypeName(IUnknown* object) {
+  const IUnknownPtr kept(object);
   for (const ObjectType& type : kObjectTypes) {
     const IUnknownPtr view(static_cast<IUnknown*>(QueryFor(object, type.iid)), false);
     if (view != nullptr) return type.name;
@@ -42,11 +46,11 @@ WideString ObjectTypeName(IUnknown* object) {
 
 }  // namespace
 
-void ParameterImpl::SetValues(WideString key, Variant value) {
-  key_ = key;
-  value_ = value;
-  if (value_.Tag() != VT_DISPATCH) return;
-  value_ = Variant::FromObject(value_.Object());
+void ParameterImpl::SetValues(WideString key, const Variant& value) {
+  key_ = std::move(key);
+  Variant copy(value);
+  if (copy.Tag() == VT_DISPATCH) copy = Variant::FromObject(copy.Object());
+  value_ = std::move(copy);
 }
 
 WideString ParameterImpl::get_ParamKey() {

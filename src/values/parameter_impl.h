@@ -8,9 +8,13 @@ namespace qv {
 
 class ParameterImpl {
  public:
-  virtual ~ParameterImpl() = default;
+  ParameterImpl() = default;
+  ParameterImpl(const ParameterImpl&) = delete;
+  ParameterImpl& operator=(const ParameterImpl&) = delete;
+  // An object that calls back when it is released finds no value here.
+  virtual ~ParameterImpl() { value_.Clear(); }
   // The key is replaced first; a value that cannot be copied then raises, and the old value stays.
-  virtual void SetValues(WideString key, Variant value);
+  virtual void SetValues(WideString key, const Variant& value);
   virtual WideString get_ParamKey();
   virtual Variant get_ParamValue();
   virtual WideString get_ParamTypeAsString();

@@ -1,6 +1,7 @@
 #include "values/parameters_impl.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
@@ -20,7 +21,12 @@ std::size_t CheckedIndex(std::int16_t index, std::size_t size, const char16_t* a
 
 }  // namespace
 
-IParameterPtr ParametersImpl::Add(WideString key, Variant value) {
+// A value may add others while it goes.
+ParametersImpl::~ParametersImpl() {
+  while (!parameters_.empty()) ParametersImpl::Clear();
+}
+
+IParameterPtr ParametersImpl::Add(WideString key, const Variant& value) {
   IParameterPtr parameter = CreateParameter();
   ThrowIfFailed(parameter->SetValues(key, value), parameter.get(), IParameter::kIid);
   if (parameters_.size() == parameters_.capacity())
@@ -32,6 +38,7 @@ IParameterPtr ParametersImpl::Add(WideString key, Variant value) {
 
 void ParametersImpl::Remove(std::int16_t index) {
   const std::size_t at = CheckedIndex(index, parameters_.size(), u"Cannot remove parameter.");
+  const IParameterPtr gone = std::move(parameters_[at]);
   parameters_.erase(parameters_.begin() + static_cast<std::ptrdiff_t>(at));
 }
 
@@ -43,8 +50,12 @@ std::int16_t ParametersImpl::Size() {
   return static_cast<std::int16_t>(parameters_.size());
 }
 
+// The storage comes back, unless the list has got another one meanwhile.
 void ParametersImpl::Clear() {
-  parameters_.clear();
+  std::vector<IParameterPtr> gone;
+  gone.swap(parameters_);
+  gone.clear();
+  if (parameters_.capacity() == 0) gone.swap(parameters_);
 }
 
 }  // namespace qv

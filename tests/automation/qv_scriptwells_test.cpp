@@ -290,5 +290,35 @@ TEST_F(ClientObject, ClientOutlivesAnInitInWhichItsHostReleasesIt) {
   EXPECT_EQ(raw->Init(provider_.get()), S_OK);
 }
 
+TEST_F(ClientObject, ServicesOutliveTheQueryInWhichTheirHostReplacesThem) {
+  MakeReady();
+  const SpeakingServicesPtr others(new SpeakingServices(&log_));
+  services_->OnQuery([&] {
+    provider_->Provide(others->Unknown());
+    EXPECT_EQ(raw_->Init(provider_.get()), S_OK);
+    services_.reset();
+    EXPECT_EQ(SpeakingServices::Live(), 2) << "the services are gone in the middle of their answer";
+  });
+  Model();
+}
+
+// Services that know the client, but hold no reference to it, as that would be a circle.
+TEST_F(ClientObject, ClientThatEndsMayBeCalledByItsServices) {
+  MakeReady();
+  IQvClientServiceRaw* const raw = raw_.get();
+  const SpeakingServicesPtr others(new SpeakingServices(&log_));
+  provider_->Provide(others->Unknown());
+  SpeakingServices* const services = services_.get();
+  services->OnEnd([&] {
+    EXPECT_EQ(raw->Init(provider_.get()), S_OK);
+    EXPECT_EQ(services->References(), 0u) << "released once more while they go";
+  });
+  services_.reset();
+  raw_.reset();
+  client_.reset();
+  EXPECT_EQ(SpeakingServices::Live(), 1);
+  EXPECT_EQ(others->References(), 2u);
+}
+
 }  // namespace
 }  // namespace qv

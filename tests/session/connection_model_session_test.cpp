@@ -3,6 +3,7 @@
 
 #include <ostream>
 
+#include "fixtures/speaking_host.h"
 #include "session/model_test.h"
 
 namespace qv {
@@ -311,6 +312,22 @@ TEST_F(ModelSession, HostThatFailsToClearFailsTheCloseAfterTheLocalReset) {
   EXPECT_EQ(CloseThrows(), "_com_error 0x80004005 host words");
   EXPECT_EQ(Shown(model_.ContextHandle()), "");
   EXPECT_EQ(model_.State(), SessionState::kClosed);
+}
+
+TEST_F(ModelSession, ServicesOutliveTheQueryInWhichTheirHostTakesThemAway) {
+  HostLog log;
+  SpeakingServicesPtr services(new SpeakingServices(&log));
+  model_.SetClientServices(services->Unknown());
+  AdoptSession();
+  http_.Answer(kSessionClosed);
+  services->OnQuery([&] {
+    model_.SetClientServices(nullptr);
+    services.reset();
+    EXPECT_EQ(SpeakingServices::Live(), 1) << "the services are gone in the middle of their answer";
+  });
+  model_.CloseUserSession();
+  EXPECT_EQ(log, HostLog{"ClearSession"});
+  EXPECT_EQ(SpeakingServices::Live(), 0);
 }
 
 TEST_F(ModelSession, ReferencesToTheHostAreGivenBackAfterEachCall) {

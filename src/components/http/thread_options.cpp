@@ -5,8 +5,16 @@
 namespace qv {
 namespace {
 
+// A listener that calls back when the thread lets it go finds none here.
+struct EndingOptions : ThreadHttpOptions {
+  EndingOptions() = default;
+  EndingOptions(const EndingOptions&) = delete;
+  EndingOptions& operator=(const EndingOptions&) = delete;
+  ~EndingOptions() { progress.reset(); }
+};
+
 ThreadHttpOptions& Stored() noexcept {
-  static thread_local ThreadHttpOptions stored;
+  static thread_local EndingOptions stored;
   return stored;
 }
 

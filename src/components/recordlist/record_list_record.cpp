@@ -47,13 +47,16 @@ HRESULT RecordListRecord::GetValue(std::int32_t index, Variant* value) noexcept 
   return ReportListFailure();
 }
 
-// The old value goes last, as above; this record may end with it.
+// An object that is copied may call back too: the cell is found and the locks are tested after that. The old
+// value goes last, as above; this record may end with it.
 HRESULT RecordListRecord::SetValue(std::int32_t index, const Variant& value) noexcept try {
   ClearErrorInfo();
+  const IRecordListRecordPtr keepAlive(this);
   CheckUnlocked();
-  Variant& cell = Cell(index);
+  list_->Columns().Position(index);  // no column is told before a bad value
   Variant fresh = CopyToStore(value);
-  const Variant old = std::exchange(cell, std::move(fresh));
+  CheckUnlocked();
+  const Variant old = std::exchange(Cell(index), std::move(fresh));
   return S_OK;
 } catch (...) {
   return ReportListFailure();

@@ -237,5 +237,49 @@ TEST_F(HttpProgressTest, SignalsDoNotDisturbAWait) {
   sigaction(SIGUSR1, &before, nullptr);
 }
 
+// A listener that sets another one, or the same again, when a thread lets it go.
+class SuccessorListener final : public IHttpProgress {
+ public:
+  SuccessorListener(int* live, int generations) : live_(live), generations_(generations) { ++*live_; }
+  HRESULT QueryInterface(const Guid&, void** object) noexcept override {
+    *object = nullptr;
+    return E_NOINTERFACE;
+  }
+  std::uint32_t AddRef() noexcept override { return ++references_; }
+  std::uint32_t Release() noexcept override {
+    const std::uint32_t left = --references_;
+    if (left != 0) return left;
+    references_ = 1000;  // a reference that is taken and returned below does not end it again
+    if (generations_ > 0) SetThreadHttpOptions(HttpOptions(), new SuccessorListener(live_, generations_ - 1));
+    EXPECT_EQ(references_, 1000u) << "released once more while it goes";
+    --*live_;
+    delete this;
+    return 0;
+  }
+  HRESULT OnProgress(bool, std::int64_t, std::int64_t) noexcept override { return S_OK; }
+
+ private:
+  ~SuccessorListener() = default;
+  int* live_;
+  int generations_;
+  std::uint32_t references_ = 0;
+};
+
+TEST(HttpThreadOptions, ListenerThatSetsAnotherWhenItsThreadEndsIsReleasedOnce) {
+  int live = 0;
+  std::thread([&live] { SetThreadHttpOptions(HttpOptions(), new SuccessorListener(&live, 1)); }).join();
+  EXPECT_EQ(live, 0);
+}
+
+TEST(HttpThreadOptions, ListenerThatSetsAnotherWhenItIsReplacedHasTheLastWord) {
+  int live = 0;
+  std::thread([&live] {
+    SetThreadHttpOptions(HttpOptions(), new SuccessorListener(&live, 1));
+    SetThreadHttpOptions(HttpOptions(), nullptr);
+    EXPECT_EQ(live, 1);
+  }).join();
+  EXPECT_EQ(live, 0);
+}
+
 }  // namespace
 }  // namespace qv::test

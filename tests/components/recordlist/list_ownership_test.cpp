@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "components/recordlist/list_helpers.h"
+#include "fixtures/calling_object.h"
 #include "fixtures/counting_object.h"
 #include "platform/module.h"
 
@@ -50,6 +51,7 @@ class ListOwnership : public testing::Test {
   void TearDown() override {
     list_.reset();
     EXPECT_EQ(CountingObject::Live(), 0);
+    EXPECT_EQ(CallingObject::Live(), 0);
     ClearErrorInfo();
   }
 
@@ -200,6 +202,53 @@ TEST_F(ListOwnership, ObjectThatIsReadOverMayChangeTheList) {
   EXPECT_EQ(row->GetValue(0, &place), S_OK);
   EXPECT_EQ(place.Data().intVal, 5);
   EXPECT_EQ(Cells(row, 4), "5 - - -");
+}
+
+TEST_F(ListOwnership, ObjectMayChangeTheListWhileItIsStored) {
+  AddColumns(list_, 1);
+  const IRecordListRecordPtr row = NewRow(list_);
+  auto* const object = new CallingObject;
+  const Variant value = Variant::FromObject(object);
+  object->OnAddRef([&] { AddColumns(list_, 3); });
+  Put(row, 0, value);
+  EXPECT_EQ(ValueAt(row, 0).Object(), object);
+}
+
+TEST_F(ListOwnership, ObjectMayReleaseRecordAndListWhileItIsStored) {
+  AddColumns(list_, 1);
+  IRecordListRecordPtr row = NewRow(list_);
+  IRecordListRecord* const raw = row.get();
+  auto* const object = new CallingObject;
+  const Variant value = Variant::FromObject(object);
+  object->OnAddRef([&] {
+    row.reset();
+    list_.reset();
+  });
+  EXPECT_EQ(raw->SetValue(0, value), S_OK);
+  EXPECT_EQ(ModuleLocks(), 0) << "the list is still there";
+}
+
+TEST_F(ListOwnership, ObjectMayChangeTheListWhileItIsRead) {
+  AddColumns(list_, 1);
+  const IRecordListRecordPtr row = NewRow(list_);
+  auto* const object = new CallingObject;
+  Put(row, 0, Variant::FromObject(object));
+  object->OnAddRef([&] {
+    AddColumns(list_, 3);
+    Put(row, 0, Variant::FromInt(5));
+  });
+  EXPECT_EQ(ValueAt(row, 0).Object(), object);
+  EXPECT_EQ(Cells(row, 4), "5 - - -");
+}
+
+TEST_F(ListOwnership, ObjectThatLocksTheListWhileItIsStoredIsRefused) {
+  AddColumns(list_, 1);
+  const IRecordListRecordPtr row = NewRow(list_);
+  auto* const object = new CallingObject;
+  const Variant value = Variant::FromObject(object);
+  object->OnAddRef([&] { EXPECT_EQ(list_->SetLocked(VARIANT_TRUE), S_OK); });
+  EXPECT_EQ(row->SetValue(0, value), E_ACCESSDENIED);
+  EXPECT_EQ(Cells(row, 1), "-");
 }
 
 // Only a reference less than all keeps a list from ending twice.
