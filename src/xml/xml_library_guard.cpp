@@ -2,23 +2,16 @@
 
 #include <exception>
 
-#include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/xml_library_hold.h"
+#include "xml/xml_library_start.h"
 
 namespace qv {
 namespace {
 
 namespace xc = XERCES_CPP_NAMESPACE;
-
-void StartXerces() {
-  xc::XMLPlatformUtils::Initialize();
-}
-void StopXerces() {
-  xc::XMLPlatformUtils::Terminate();
-}
 
 // Runs a start or stop and gives each of its failures the words that callers know.
 void RunControl(void (*function)(), const char16_t* otherFailure) {
@@ -34,7 +27,7 @@ void RunControl(void (*function)(), const char16_t* otherFailure) {
 }  // namespace
 
 XmlLibraryGuard& XmlLibraryGuard::Process() {
-  static XmlLibraryGuard guard(XmlLibraryControl{StartXerces, StopXerces});
+  static XmlLibraryGuard guard(XmlLibraryControl{StartXmlLibrary, StopXmlLibrary});
   return guard;
 }
 

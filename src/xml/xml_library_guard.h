@@ -23,7 +23,7 @@ class XmlLibraryGuard {
   XmlLibraryGuard(const XmlLibraryGuard&) = delete;
   XmlLibraryGuard& operator=(const XmlLibraryGuard&) = delete;
 
-  // The one instance that stands for the real library, built on first use.
+  // The one instance for the real library (xml_library_start.h), built on first use.
   static XmlLibraryGuard& Process();
 
   // Starts the library if the count is 0, and counts. A start that throws XMLException gives an EQvException

@@ -1,0 +1,69 @@
+#include "xml/xml_library_start.h"
+
+#include <new>
+
+#include <xercesc/util/PanicHandler.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "platform/module.h"
+#include "xml/start_memory.h"
+
+namespace qv {
+namespace {
+
+namespace xc = XERCES_CPP_NAMESPACE;
+
+struct StartFailure {};
+
+// The default one ends the process.
+class ThrowingPanicHandler : public xc::PanicHandler {
+ public:
+  void panic(PanicReasons /*reason*/) override { throw StartFailure(); }
+};
+
+struct Lent {
+  ThrowingPanicHandler panicHandler;
+  StartMemory memory;
+};
+
+// What the XML library is lent while it is started. Never destroyed: the process's guard may stop the library
+// while static objects are destroyed.
+Lent& ToLibrary() {
+  alignas(Lent) static unsigned char place[sizeof(Lent)];
+  static Lent& lent = *new (place) Lent;
+  return lent;
+}
+
+bool failedInside = false;
+
+void Initialize() {
+  try {
+    xc::XMLPlatformUtils::Initialize(xc::XMLUni::fgXercescDefaultLocale, nullptr, &ToLibrary().panicHandler,
+                                     &ToLibrary().memory);
+  } catch (...) {
+    failedInside = true;
+    LockModule();  // the library keeps what it was lent
+    throw;
+  }
+}
+
+}  // namespace
+
+void StartXmlLibrary() {
+  if (failedInside) throw StartFailure();
+  StartMemory& memory = ToLibrary().memory;
+  if (!memory.Reserve()) throw std::bad_alloc();
+  const StartMemory::Serving serving(memory);
+  Initialize();
+}
+
+void StopXmlLibrary() {
+  StartMemory& memory = ToLibrary().memory;
+  {
+    const StartMemory::Serving serving(memory);
+    xc::XMLPlatformUtils::Terminate();
+  }
+  memory.GiveBack();
+}
+
+}  // namespace qv

@@ -1,0 +1,234 @@
+// The start and the stop of the real XML library when memory runs out at any of their allocations. A start
+// that fails inside the library spoils the process for good, so each try has a process of its own.
+#include "xml/xml_library_start.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "platform/module.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/wide_string.h"
+#include "refused_memory.h"
+#include "xml/qv_dom_parser.h"
+#include "xml/xml_library_guard.h"
+#include "xml/xml_walk.h"
+
+namespace qv {
+namespace {
+
+// How a process that met one refusal ended. The numbers are exit codes.
+enum Outcome {
+  kUnharmed = 10,   // nothing failed
+  kRecovered = 11,  // a failure, and the next call works
+  kRefused = 12,    // the start failed inside: refused from then on
+  kWrong = 13,
+};
+
+XmlLibraryGuard& Guard() {
+  return XmlLibraryGuard::Process();
+}
+
+bool Acquires() {
+  try {
+    Guard().Acquire();
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+bool Releases() {
+  try {
+    Guard().Release();
+    return true;
+  } catch (...) {
+    return false;
+  }
+}
+
+bool Parses() {
+  QvDomParser parser;
+  parser.ParseHostileText(u"<r>text</r>", "application/xml");
+  return GetNodeText(DocumentElement(parser.Document())) == u"text";
+}
+
+bool WorksTwice() {
+  for (int i = 0; i < 2; ++i)
+    if (!Acquires() || !Parses() || !Releases()) return false;
+  return Guard().Count() == 0;
+}
+
+std::u16string MessageOfAcquire() {
+  try {
+    Guard().Acquire();
+  } catch (const EQvException& failure) {
+    return failure.Code() == 0 ? std::u16string(failure.Description().view()) : u"(a code)";
+  }
+  return u"(acquired)";
+}
+
+Outcome RefuseWhileStarting(long number, Refusal refusal) {
+  RefuseAllocation(number, refusal);
+  const bool acquired = Acquires();
+  StopRefusing();
+  if (acquired) return Parses() && Releases() && WorksTwice() ? kUnharmed : kWrong;
+  if (WorksTwice()) return kRecovered;
+  const bool refused = Guard().Count() == 0 && MessageOfAcquire() == u"Xerces initialization failed.";
+  return refused && ModuleLocks() == 1 ? kRefused : kWrong;
+}
+
+Outcome RefuseWhileStopping(long number, Refusal refusal) {
+  if (!Acquires()) return kWrong;
+  RefuseAllocation(number, refusal);
+  const bool released = Releases();
+  StopRefusing();
+  if (!released && !Releases()) return kWrong;
+  if (!WorksTwice()) return kWrong;
+  return released ? kUnharmed : kRecovered;
+}
+
+// kWrong also when the process crashed.
+Outcome InProcessOfItsOwn(Outcome (*function)(long, Refusal), long number, Refusal refusal) {
+  const pid_t child = fork();
+  if (child == 0) _exit(function(number, refusal));
+  int status = 0;
+  if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status)) return kWrong;
+  return static_cast<Outcome>(WEXITSTATUS(status));
+}
+
+struct Tally {
+  int recovered = 0;
+  int refused = 0;
+};
+
+// Nearly all allocations of a first start are those of libraries below the XML library, which survive each of
+// them: unless the environment has QV_EVERY_ALLOCATION, only every 16th of these is refused.
+long Next(long number, long allocations) {
+  const bool isInTheMiddle = number > 16 && number + 32 < allocations;
+  return number + (isInTheMiddle && std::getenv("QV_EVERY_ALLOCATION") == nullptr ? 16 : 1);
+}
+
+// Refuses one allocation after the other.
+Tally RefuseEach(Outcome (*function)(long, Refusal), long allocations, Refusal refusal) {
+  Tally tally;
+  for (long number = 1; number <= allocations; number = Next(number, allocations)) {
+    const Outcome outcome = InProcessOfItsOwn(function, number, refusal);
+    tally.recovered += outcome == kRecovered ? 1 : 0;
+    tally.refused += outcome == kRefused ? 1 : 0;
+    if (outcome < kUnharmed || outcome > kRefused) ADD_FAILURE() << "allocation " << number;
+  }
+  return tally;
+}
+
+// The exit code of the child is too small for the number, so it comes over a pipe.
+long AllocationsOfFirstStart() {
+  int ends[2];
+  if (pipe(ends) != 0) return -1;
+  const pid_t child = fork();
+  if (child == 0) {
+    RefuseAllocation(0, Refusal::kOnce);
+    Acquires();
+    const long asked = StopRefusing();
+    _exit(write(ends[1], &asked, sizeof asked) == sizeof asked ? 0 : 1);
+  }
+  long asked = -1;
+  if (read(ends[0], &asked, sizeof asked) != sizeof asked) asked = -1;
+  waitpid(child, nullptr, 0);
+  close(ends[0]);
+  close(ends[1]);
+  return asked;
+}
+
+// The first allocation is the reserved block. Of those beyond it only three belong to the XML library itself;
+// they are operator new or malloc whatever memory manager it has.
+void ExpectThatAFirstStartSurvives(Refusal refusal) {
+  const long allocations = AllocationsOfFirstStart();
+  ASSERT_GT(allocations, 0);
+  const Tally tally = RefuseEach(RefuseWhileStarting, allocations, refusal);
+  EXPECT_GE(tally.recovered, 1);
+  if (refusal == Refusal::kOnce) {
+    EXPECT_LE(tally.refused, 3);
+  }
+}
+
+void ExpectThatALaterStartSurvives(Refusal refusal) {
+  ASSERT_TRUE(WorksTwice());
+  RefuseAllocation(0, Refusal::kOnce);
+  ASSERT_TRUE(Acquires());
+  const long allocations = StopRefusing();
+  ASSERT_TRUE(Releases());
+  const Tally tally = RefuseEach(RefuseWhileStarting, allocations, refusal);
+  EXPECT_EQ(tally.recovered, 1);
+  EXPECT_LE(tally.refused, 3);
+}
+
+void ExpectThatAStopSurvives(Refusal refusal) {
+  const Tally tally = RefuseEach(RefuseWhileStopping, 5, refusal);
+  EXPECT_EQ(tally.recovered, 0);
+  EXPECT_EQ(tally.refused, 0);
+}
+
+// These two come first, since nothing in this process may have started the library before.
+TEST(XmlLibraryStart, FirstStartSurvivesTheRefusalOfAnyAllocation) {
+  ExpectThatAFirstStartSurvives(Refusal::kOnce);
+}
+TEST(XmlLibraryStart, FirstStartSurvivesTheRefusalOfAllAllocationsFromAnyOn) {
+  ExpectThatAFirstStartSurvives(Refusal::kFromThenOn);
+}
+
+TEST(XmlLibraryStart, LaterStartSurvivesTheRefusalOfAnyAllocation) {
+  ExpectThatALaterStartSurvives(Refusal::kOnce);
+}
+TEST(XmlLibraryStart, LaterStartSurvivesTheRefusalOfAllAllocationsFromAnyOn) {
+  ExpectThatALaterStartSurvives(Refusal::kFromThenOn);
+}
+
+TEST(XmlLibraryStart, StopSurvivesTheRefusalOfAnyAllocation) {
+  ExpectThatAStopSurvives(Refusal::kOnce);
+}
+TEST(XmlLibraryStart, StopSurvivesTheRefusalOfAllAllocationsFromAnyOn) {
+  ExpectThatAStopSurvives(Refusal::kFromThenOn);
+}
+
+TEST(XmlLibraryStart, BlockThatIsMissingIsReportedWithTheFixedMessage) {
+  RefuseAllocation(1, Refusal::kOnce);
+  const std::u16string message = MessageOfAcquire();
+  StopRefusing();
+  EXPECT_EQ(message, u"Xerces initialization failed.");
+  EXPECT_TRUE(WorksTwice());
+  EXPECT_EQ(ModuleLocks(), 0);
+}
+
+// A program with the XML library started on its own account keeps what the library was lent.
+TEST(XmlLibraryStart, LibraryThatTheProgramKeepsStartedStaysUsableAndKeepsTheModule) {
+  {
+    const XmlLibraryGuardScope first;
+    XERCES_CPP_NAMESPACE::XMLPlatformUtils::Initialize();
+  }
+  EXPECT_EQ(ModuleLocks(), 1);
+  EXPECT_TRUE(Parses());
+  EXPECT_TRUE(WorksTwice());
+  EXPECT_EQ(ModuleLocks(), 1);
+  XERCES_CPP_NAMESPACE::XMLPlatformUtils::Terminate();
+  EXPECT_TRUE(WorksTwice());
+  EXPECT_EQ(ModuleLocks(), 0);
+}
+
+TEST(XmlLibraryStart, LibraryThatTheProgramStartedFirstKeepsItsMemoryManager) {
+  XERCES_CPP_NAMESPACE::XMLPlatformUtils::Initialize();
+  const auto* const manager = XERCES_CPP_NAMESPACE::XMLPlatformUtils::fgMemoryManager;
+  EXPECT_TRUE(WorksTwice());
+  EXPECT_EQ(XERCES_CPP_NAMESPACE::XMLPlatformUtils::fgMemoryManager, manager);
+  EXPECT_EQ(ModuleLocks(), 0);
+  XERCES_CPP_NAMESPACE::XMLPlatformUtils::Terminate();
+}
+
+}  // namespace
+}  // namespace qv
