@@ -63,10 +63,11 @@ struct RegistryLayer {
 // All layers, those whose file is not there included.
 std::vector<RegistryLayer> ReadRegistry();
 
-// The text of `key`; null when no file has it. A damaged file counts as absent. Never fails.
-WideString ReadRegistryValue(const WideString& key) noexcept;
+// The text of `key`; null when no file has it. A damaged file counts as absent. Throws `_com_error` with
+// E_OUTOFMEMORY when memory runs out, and for nothing else.
+WideString ReadRegistryValue(const WideString& key);
 // The text of that name. ASCII letters of the name match in any case.
-WideString ReadRegistryValue(const WideString& key, const WideString& name) noexcept;
+WideString ReadRegistryValue(const WideString& key, const WideString& name);
 
 // Puts `value` behind `key`, in the first file of the order that can be written, and returns that file's
 // path. Comments and other keys stay. A file that is out of reach is passed over, unless QV_REGISTRY names it

@@ -44,7 +44,7 @@ IConnectionModelPtr ModelOf(IQvScriptwells* client) {
   return IConnectionModelPtr(raw, false);
 }
 
-QvScriptwells::QvScriptwells(IUnknown* outer) noexcept
+QvScriptwells::QvScriptwells(IUnknown* outer)
     : inner_(this), controlling_(outer == nullptr ? &inner_ : outer) {}
 
 HRESULT QvScriptwells::InnerUnknown::QueryInterface(const Guid& iid, void** object) noexcept {

@@ -18,8 +18,8 @@ class QvScriptwells final : public QvScriptwellsDispatch,
                             public ISupportErrorInfo,
                             public IProvideClassInfo {
  public:
-  // Null for an object of its own.
-  explicit QvScriptwells(IUnknown* outer) noexcept;
+  // Null for an object of its own. Throws `_com_error`, E_OUTOFMEMORY.
+  explicit QvScriptwells(IUnknown* outer);
 
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override { return controlling_->AddRef(); }

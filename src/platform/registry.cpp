@@ -1,8 +1,10 @@
 #include "qvscriptwells/registry.h"
 
 #include <cstdlib>
+#include <new>
 
 #include "platform/registry_layers.h"
+#include "qvscriptwells/com_error.h"
 
 namespace qv {
 namespace {
@@ -45,19 +47,16 @@ std::vector<RegistryLayer> ReadRegistry() {
   return layers;
 }
 
-WideString ReadRegistryValue(const WideString& key) noexcept {
-  try {
-    return FindInRegistry(Places(), key);
-  } catch (...) {
-    return WideString();
-  }
+// No memory is not the same as no value.
+WideString ReadRegistryValue(const WideString& key) {
+  return ReadRegistryValue(key, WideString());
 }
 
-WideString ReadRegistryValue(const WideString& key, const WideString& name) noexcept {
+WideString ReadRegistryValue(const WideString& key, const WideString& name) {
   try {
     return FindInRegistry(Places(), key, name);
-  } catch (...) {
-    return WideString();
+  } catch (const std::bad_alloc&) {
+    _com_raise_error(E_OUTOFMEMORY);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <new>
 
 #include "platform/regular_file.h"
 #include "platform/system_error_text.h"
@@ -102,6 +103,7 @@ RegistryBytes ReadRegistryBytes(const std::string& path) {
   int error = file.error;
   if (error == ENOENT || error == ENOTDIR) return result;
   if (error == 0) error = ReadToEnd(file.descriptor.Get(), kLongestRegistryFile, result.bytes);
+  if (error == ENOMEM) throw std::bad_alloc();
   if (error != 0) result.problem = error == kNotRegular ? "Not a regular file" : SystemErrorText(error);
   if (result.bytes.size() > kLongestRegistryFile) result.problem = "Longer than 1 MiB";
   return result;

@@ -15,7 +15,8 @@ struct RegistryBytes {
   std::string problem;  // why it cannot be read; empty when it can, or is not there
 };
 
-// Regular files only; a pipe is refused and not waited for.
+// Regular files only; a pipe is refused and not waited for. Throws std::bad_alloc, also when the system has
+// no memory.
 RegistryBytes ReadRegistryBytes(const std::string& path);
 
 // Puts a complete new file in the place of `path`: 0, or the errno of what failed, and the old file stands

@@ -70,7 +70,7 @@ WideString CreateTempSubdirectory(const WideString&) {
   return directory;
 }
 
-WideString GetHomeDirectory() noexcept {
+WideString GetHomeDirectory() {
   WideString directory = ReadRegistryValue(kHomeDirectoryKey);
   if (directory.size() > kLongestHomeDirectory) return WideString();
   return directory;

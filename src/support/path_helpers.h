@@ -20,9 +20,10 @@ int MakeDirectory(const WideString& path);
 // "Cannot create the following directory: " with the path and the system's reason. The argument is not used.
 WideString CreateTempSubdirectory(const WideString& unused);
 
-// The home directory of the installation as the registry (registry.h) tells it; empty when it does not. Never
-// fails.
-WideString GetHomeDirectory() noexcept;
+// The home directory of the installation as the registry (registry.h) says; empty when it has no such key or
+// value. Throws `_com_error` with E_OUTOFMEMORY when memory runs out: an empty directory would be taken for
+// the current one.
+WideString GetHomeDirectory();
 
 // A new GUID's text, with braces, 38 units.
 WideString NewGuidText();

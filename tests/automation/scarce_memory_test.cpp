@@ -2,58 +2,36 @@
 // one works.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
+#include <set>
+#include <string>
 
+#include "automation/qv_scriptwells.h"
 #include "automation/waiting_record.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
+#include "fixtures/scarce_memory.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "session/session_answers.h"
 
-namespace {
-
-// Allocations that still succeed; negative means no limit.
-long allowed = -1;
-// Whether one was refused since a test looked.
-bool refused = false;
-
-void* Allocate(std::size_t size) {
-  if (allowed == 0) {
-    refused = true;
-    throw std::bad_alloc();
-  }
-  if (allowed > 0) --allowed;
-  void* block = std::malloc(size == 0 ? 1 : size);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return Allocate(size);
-}
-void* operator new[](std::size_t size) {
-  return Allocate(size);
-}
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-void operator delete[](void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
-void operator delete[](void* block, std::size_t) noexcept {
-  std::free(block);
-}
-
 namespace qv {
 namespace {
+
+// Its constructor makes two texts.
+TEST(ScarceMemory, ClientThatCannotBeMadeIsOutOfMemory) {
+  ClearErrorInfo();
+  const auto create = [] { CreateQvScriptwells(); };
+  EXPECT_EQ(ThrownWithout(Memory::kTexts, create), std::set<std::string>{"_com_error 0x8007000E <null>"});
+  EXPECT_EQ(ThrownWithout(Memory::kObjects, create), std::set<std::string>{"std::bad_alloc"});
+  const auto createByClass = [] {
+    void* raw = nullptr;
+    ThrowIfFailed(CreateQvScriptwellsObject(nullptr, IQvScriptwells::kIid, &raw));
+    EXPECT_EQ(static_cast<IQvScriptwells*>(raw)->Release(), 0u);
+  };
+  EXPECT_EQ(ThrownWithout(Memory::kBoth, createByClass),
+            std::set<std::string>{"_com_error 0x8007000E <null>"});
+}
 
 bool IsOutOfMemory(HRESULT code) {
   return code == E_OUTOFMEMORY || code == E_UNEXPECTED;
@@ -66,9 +44,10 @@ TEST(ScarceMemory, AddFailsWithACodeAndAppendsNothing) {
   for (long limit = 0; limit < 100; ++limit) {
     const IParametersPtr list = CreateParameters();
     LeaveStaleRecord();
-    allowed = limit;
-    const HRESULT code = list->Add(key, value, nullptr);
-    allowed = -1;
+    const HRESULT code = [&] {
+      const ScarceMemory scarce(Memory::kObjects, limit);
+      return list->Add(key, value, nullptr);
+    }();
     if (Succeeded(code)) break;
     ++failures;
     EXPECT_TRUE(IsOutOfMemory(code)) << std::hex << code;
@@ -101,14 +80,14 @@ TEST(ScarceMemory, ExecuteFailsWithACodeAndTheNextOneWorks) {
   Variant result;
   long limit = 0;
   do {
-    refused = false;
-    allowed = limit++;
-    const HRESULT code = model->Execute(language, script, nullptr, &result);
-    allowed = -1;
+    const HRESULT code = [&] {
+      const ScarceMemory scarce(Memory::kObjects, limit++);
+      return model->Execute(language, script, nullptr, &result);
+    }();
     EXPECT_TRUE(IsOutOfMemory(code) || code == DISP_E_EXCEPTION) << std::hex << code;
     EXPECT_EQ(result.Tag(), VT_EMPTY);
-  } while (refused && limit < 10000);
-  EXPECT_FALSE(refused);
+  } while (ScarceMemory::HasRefused() && limit < 10000);
+  EXPECT_FALSE(ScarceMemory::HasRefused());
   EXPECT_GT(limit, 3);
   RegisterClassCreator(CLSID_HttpComponent, fake);
   http.Answer(kScriptRan);

@@ -1,63 +1,33 @@
 // The client when memory runs out: the one failure of reading the model that has no words of its own.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
+#include <functional>
 
+#include "fixtures/scarce_memory.h"
 #include "fixtures/thrown.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "session/qv_scriptwells_impl.h"
 
-namespace {
-
-// The next allocation is refused, and no other.
-bool refuseOne = false;
-
-void* Allocate(std::size_t size) {
-  if (refuseOne) {
-    refuseOne = false;
-    throw std::bad_alloc();
-  }
-  void* block = std::malloc(size == 0 ? 1 : size);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return Allocate(size);
-}
-void* operator new[](std::size_t size) {
-  return Allocate(size);
-}
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-void operator delete[](void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
-void operator delete[](void* block, std::size_t) noexcept {
-  std::free(block);
-}
-
 namespace qv {
 namespace {
 
 constexpr char16_t kWords[] = u"Cannot create ConnectionModel object.";
+
+// The first allocation is refused, and no other.
+HRESULT WithoutOneBlock(const std::function<HRESULT()>& call) {
+  const ScarceMemory scarce(Memory::kObjects, 0, Refusal::kOne);
+  return call();
+}
 
 TEST(ScarceClient, ModelThatCannotBeMadeIsAnExceptionWithWords) {
   QvScriptwellsImpl client;
   WideString words;
   HRESULT code = 7;
   client.put_ServerName(u"http://srv");
-  refuseOne = true;
   try {
+    const ScarceMemory scarce(Memory::kObjects, 0, Refusal::kOne);
     client.get_ConnectionModel();
   } catch (const EQvException& error) {
     words = error.Description();
@@ -65,8 +35,7 @@ TEST(ScarceClient, ModelThatCannotBeMadeIsAnExceptionWithWords) {
   } catch (...) {
     words = u"another exception";
   }
-  EXPECT_FALSE(refuseOne);
-  refuseOne = false;
+  EXPECT_TRUE(ScarceMemory::HasRefused());
   EXPECT_EQ(words, WideString(kWords));
   EXPECT_EQ(code, 0);
   // The next read is one as before Init.
@@ -76,9 +45,7 @@ TEST(ScarceClient, ModelThatCannotBeMadeIsAnExceptionWithWords) {
 TEST(ScarceClient, ModelThatCannotBeMadeReachesTheHostAsAnException) {
   const IQvScriptwellsPtr client = CreateQvScriptwells();
   IConnectionModel* model = nullptr;
-  refuseOne = true;
-  const HRESULT code = client->ConnectionModel(&model);
-  refuseOne = false;
+  const HRESULT code = WithoutOneBlock([&] { return client->ConnectionModel(&model); });
   EXPECT_EQ(code, DISP_E_EXCEPTION);
   ErrorInfo record;
   ASSERT_TRUE(GetErrorInfo(&record));
@@ -88,9 +55,7 @@ TEST(ScarceClient, ModelThatCannotBeMadeReachesTheHostAsAnException) {
 TEST(ScarceClient, ValueThatCannotBeMadeIsUnexpectedAndLeavesNoRecord) {
   const IQvScriptwellsPtr client = CreateQvScriptwells();
   IUrl* url = nullptr;
-  refuseOne = true;
-  const HRESULT typed = client->Url(&url);
-  refuseOne = false;
+  const HRESULT typed = WithoutOneBlock([&] { return client->Url(&url); });
   EXPECT_EQ(typed, E_UNEXPECTED);
   ErrorInfo record;
   EXPECT_FALSE(GetErrorInfo(&record));
@@ -104,9 +69,8 @@ TEST(ScarceClient, UnexpectedFailureKeepsTheWordsOfTheHostsRecord) {
     Variant result = Variant::FromBool(true);
     EXCEPINFO failure;
     failure.bstrDescription = u"untouched";
-    refuseOne = true;
-    const HRESULT code = client->Invoke(id, Guid{}, 0, DISPATCH_METHOD, &none, &result, &failure, nullptr);
-    refuseOne = false;
+    const HRESULT code = WithoutOneBlock(
+        [&] { return client->Invoke(id, Guid{}, 0, DISPATCH_METHOD, &none, &result, &failure, nullptr); });
     EXPECT_EQ(code, E_UNEXPECTED) << id;
     EXPECT_EQ(failure.scode, E_UNEXPECTED);
     EXPECT_EQ(failure.bstrDescription, WideString(u"untouched"));
@@ -123,9 +87,8 @@ TEST(ScarceClient, ListThatCannotGrowIsUnexpected) {
   arguments.cArgs = 2;
   Variant result;
   EXCEPINFO failure;
-  refuseOne = true;
-  const HRESULT code = list->Invoke(1, Guid{}, 0, DISPATCH_METHOD, &arguments, &result, &failure, nullptr);
-  refuseOne = false;
+  const HRESULT code = WithoutOneBlock(
+      [&] { return list->Invoke(1, Guid{}, 0, DISPATCH_METHOD, &arguments, &result, &failure, nullptr); });
   EXPECT_EQ(code, E_UNEXPECTED);
   EXPECT_EQ(failure.scode, E_UNEXPECTED);
   EXPECT_EQ(result.Tag(), VT_DISPATCH);

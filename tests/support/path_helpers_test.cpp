@@ -7,6 +7,7 @@
 #include <string>
 
 #include "fixtures/environment.h"
+#include "fixtures/scarce_memory.h"
 #include "fixtures/temporary_directory.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/native_path.h"
@@ -229,6 +230,13 @@ TEST_F(HomeDirectoryTest, MissingAndDamagedFilesGiveEmpty) {
   EXPECT_TRUE(GetHomeDirectory().IsEmpty());
   Say("\\x");
   EXPECT_TRUE(GetHomeDirectory().IsEmpty());
+}
+
+// An empty one would be taken for the current directory.
+TEST_F(HomeDirectoryTest, WithoutMemoryIsAFailureAndNotEmpty) {
+  Say("/a/home/directory");
+  EXPECT_EQ(ThrownWithout(Memory::kBoth, [] { EXPECT_FALSE(GetHomeDirectory().IsEmpty()); }),
+            std::set<std::string>{"_com_error 0x8007000E <null>"});
 }
 
 TEST(NewGuidText, BracesAroundANewGuid) {
