@@ -6,6 +6,7 @@
 
 #include "tools/csv_text.h"
 #include "tools/date_text.h"
+#include "tools/json_text.h"
 #include "tools/object_text.h"
 #include "tools/text_table.h"
 
@@ -121,7 +122,7 @@ std::string FormatJson(const Variant& value) {
   answer["value"] = ValueJson(value);
   answer["tag"] = value.Tag();
   AddDetails(value, answer);
-  return answer.dump() + "\n";
+  return JsonText(answer) + "\n";
 }
 
 std::string FormatCsv(const Variant& value, const std::string& nullText) {
@@ -170,7 +171,7 @@ bool HasValue(const Variant& value) {
 }
 
 std::string ValueJsonText(const Variant& value) {
-  return ValueJson(value).dump(-1, ' ', false, Json::error_handler_t::replace);
+  return JsonText(ValueJson(value));
 }
 
 std::string FormatAnswer(OutputFormat format, const Variant& value, const std::string& nullText) {

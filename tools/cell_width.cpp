@@ -4,7 +4,7 @@
 #include <cwchar>
 #include <cwctype>
 
-#include "tools/format_characters.h"
+#include "tools/unsafe_characters.h"
 
 namespace qv::cli {
 

@@ -7,7 +7,7 @@
 namespace qv::cli {
 
 // How many columns a table gives to the text: as many as its characters take in the locale of LC_CTYPE, four
-// for each byte that is shown as an escape, six for each format character (format_characters.h).
+// for each byte that is shown as an escape, six for each format character (unsafe_characters.h).
 std::size_t ShownWidth(const std::string& text);
 
 // The text, if it fits into `width` columns (1 at least); else its beginning with a sign that more is there:

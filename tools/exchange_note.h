@@ -6,19 +6,21 @@
 #include <vector>
 
 #include "qvscriptwells/result_codes.h"
+#include "tools/saved_name.h"
 
 namespace qv::cli {
 
 // The last exchange, as far as it came.
 struct ExchangeNote {
-  std::string server;              // "http://host:port" of the last Open
-  std::string proxy;               // "host[:port]" that Open was given; empty without one
-  bool connected = false;          // Open went well
-  std::optional<HRESULT> failure;  // of the first operation that failed
-  std::string words;               // the transport's, may be empty
-  std::string httpStatus;          // "200"; empty when no head of an answer came
-  bool holdsFault = false;         // the body has a fault element
-  std::string fileHeader;          // the Content-Disposition that the library asked for
+  std::string server;                      // "http://host:port" of the last Open
+  std::string proxy;                       // "host[:port]" that Open was given; empty without one
+  bool connected = false;                  // Open went well
+  std::optional<HRESULT> failure;          // of the first operation that failed
+  std::string words;                       // the transport's, may be empty
+  std::string httpStatus;                  // "200"; empty when no head of an answer came
+  bool holdsFault = false;                 // the body has a fault element
+  std::string fileHeader;                  // the Content-Disposition that the library asked for
+  NameFault nameFault = NameFault::kNone;  // of the file that was not saved for it
 };
 
 // An upload that a server took and then answered with another status than success.

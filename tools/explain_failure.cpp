@@ -122,19 +122,23 @@ Failure ExplainAnswer(const ExchangeNote& note, const std::string& words) {
   return Failure(ExitStatus::kAnswer, words + status + Hint(note, words));
 }
 
+Failure ExplainName(const ExchangeNote& note, const std::string& name, const std::string& reason) {
+  return Failure(ExitStatus::kAnswer, "the answer of " + Server(note) + " names the file '" + name +
+                                          "', which is refused: " + reason);
+}
+
 // The library names neither the status nor the name that it refused.
 Failure ExplainDownload(const ExchangeNote& note, const std::string& words) {
   if (!IsSuccess(note.httpStatus))
     return Failure(ExitStatus::kFault,
                    Server(note) + " answered the download with the status " + note.httpStatus)
         .Called("download refused");
+  const std::optional<std::string> name = FileNameIn(note.fileHeader);
+  if (name && note.nameFault != NameFault::kNone) return ExplainName(note, *name, ReasonOf(note.nameFault));
   if (words != "Unknown Http problem.") return ExplainAnswer(note, words);
-  const std::size_t equals = note.fileHeader.rfind('=');
-  if (equals == std::string::npos)
-    return Failure(ExitStatus::kAnswer, "the answer of " + Server(note) + " names no file");
-  return Failure(ExitStatus::kAnswer, "the answer of " + Server(note) + " names the file '" +
-                                          note.fileHeader.substr(equals + 1) +
-                                          "', which is refused: it would not stay in the directory");
+  if (!name) return Failure(ExitStatus::kAnswer, "the answer of " + Server(note) + " names no file");
+  if (LeavesDirectory(*name)) return ExplainName(note, *name, "it would not stay in the directory");
+  return ExplainAnswer(note, words);
 }
 
 }  // namespace

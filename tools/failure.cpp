@@ -5,6 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "tools/json_text.h"
+#include "tools/unsafe_characters.h"
+
 namespace qv::cli {
 
 namespace {
@@ -42,10 +45,6 @@ std::string Line(const Failure& failure) {
   return line + OneLine(failure.Message());
 }
 
-std::string Dump(const nlohmann::ordered_json& whole) {
-  return whole.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-}
-
 std::string JsonLine(const Failure& failure) {
   nlohmann::ordered_json error;
   error["kind"] = failure.OwnKind() != nullptr ? failure.OwnKind() : StatusName(failure.Status());
@@ -57,7 +56,7 @@ std::string JsonLine(const Failure& failure) {
   error["exit"] = static_cast<int>(failure.Status());
   nlohmann::ordered_json whole;
   whole["error"] = error;
-  return Dump(whole);
+  return JsonText(whole);
 }
 
 }  // namespace
@@ -80,17 +79,11 @@ std::string HexCode(HRESULT code) {
 
 std::string OneLine(const std::string& text) {
   std::string line = text;
-  // U+0080 to U+009F, which terminals obey too, are two bytes from 0xC2 0x80 on.
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(line[i]);
-    const bool second =
-        i > 0 && static_cast<unsigned char>(line[i - 1]) == 0xC2 && byte >= 0x80 && byte < 0xA0;
-    if (second) line[i - 1] = line[i] = ' ';
-    if (byte < 0x20 || byte == 0x7F) line[i] = ' ';
-  }
+  for (char& c : line)
+    if (c == '\n' || c == '\r' || c == '\t') c = ' ';
   const std::size_t end = line.find_last_not_of(' ');
   line.resize(end == std::string::npos ? 0 : end + 1);
-  return line;
+  return EscapeForTerminal(line);
 }
 
 void ReportFailure(const Failure& failure, bool asJson, std::ostream& err) {
@@ -104,7 +97,7 @@ void ReportNote(const char* kind, const std::string& message, bool asJson, std::
   }
   nlohmann::ordered_json whole;
   whole[kind] = message;
-  err << Dump(whole) << std::endl;
+  err << JsonText(whole) << std::endl;
 }
 
 }  // namespace qv::cli

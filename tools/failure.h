@@ -66,7 +66,8 @@ std::uint32_t FaultNumber(HRESULT code);
 // "0x80040005"
 std::string HexCode(HRESULT code);
 
-// Makes one printable line of a text that may come from anywhere: control characters become blanks.
+// Makes one printable line of a text that may come from anywhere: tabs and line ends become blanks, other
+// characters that would drive a terminal become escapes (unsafe_characters.h).
 std::string OneLine(const std::string& text);
 
 // Writes nothing of a silent failure, else one line, or one line of JSON:

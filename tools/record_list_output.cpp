@@ -1,10 +1,7 @@
 #include "tools/record_list_output.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
-#include <iostream>
 #include <memory>
+#include <ostream>
 
 #include "qvscriptwells/com_error.h"
 #include "tools/answer_format.h"
@@ -14,6 +11,7 @@
 #include "tools/interrupt.h"
 #include "tools/object_text.h"
 #include "tools/record_table.h"
+#include "tools/terminal_output.h"
 #include "tools/text_table.h"
 
 namespace qv::cli {
@@ -60,7 +58,7 @@ class CsvWriter : public RowWriter {
     line += field;
   }
   void End(const std::string& line) {
-    out_ << line + "\r\n";
+    out_ << TextFor(out_, line + "\r\n");
     first_ = true;
   }
 
@@ -209,12 +207,6 @@ void CheckWritten(const std::ostream& out) {
   if (out) return;
   ThrowIfInterrupted();
   throw FailedOutput(out, "cannot write the answer to standard output");
-}
-
-std::size_t TerminalWidth(const std::ostream& out) {
-  winsize size{};
-  if (&out != &std::cout || ::isatty(STDOUT_FILENO) == 0) return 0;
-  return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 }  // namespace qv::cli

@@ -20,14 +20,12 @@ struct ListForm {
 // Text and table: a table for people with the display names as heads (the names, in what servers answer).
 // CSV: RFC 4180 in UTF-8 with the names as heads. JSON, in one line:
 //   {"type":"recordlist","columns":[{"name":"a","displayName":"A","type":"int"}],"rows":[[1],[null]]}
-// CSV and JSON are written row by row. Returns what did not arrive as it was sent, one sentence each.
-// Throws Failure: kAnswer with the component's words, kLocal when `out` takes no more, kInterrupted.
+// CSV and JSON are written row by row. On a terminal CSV has escapes, too (TextFor in terminal_output.h).
+// Returns what did not arrive as it was sent, one sentence each. Throws Failure: kAnswer with the component's
+// words, kLocal when `out` takes no more, kInterrupted.
 std::vector<std::string> WriteRecordList(IRecordListPtr list, const ListForm& form, std::ostream& out);
 
 // Throws Failure (kInterrupted, else kLocal) unless the stream took everything.
 void CheckWritten(const std::ostream& out);
-
-// The width of the terminal that `out` is; 0 when it is none, or does not tell.
-std::size_t TerminalWidth(const std::ostream& out);
 
 }  // namespace qv::cli

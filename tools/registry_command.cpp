@@ -11,6 +11,8 @@
 #include "qvscriptwells/registry.h"
 #include "tools/failed_output.h"
 #include "tools/failure.h"
+#include "tools/json_text.h"
+#include "tools/terminal_output.h"
 #include "tools/text_table.h"
 
 namespace qv::cli {
@@ -66,11 +68,11 @@ WideString FullKey(const std::string& given) {
 }
 
 std::string Dump(const Json& line) {
-  return line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  return JsonText(line) + "\n";
 }
 
 void Write(const std::string& text, std::ostream& out) {
-  out << text << std::flush;
+  out << TextFor(out, text) << std::flush;
   if (!out) throw FailedOutput(out, "cannot write to standard output");
 }
 

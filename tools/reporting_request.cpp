@@ -79,14 +79,22 @@ HRESULT ReportingRequest::Read(std::int32_t length, WideString* text, std::int32
 }
 
 HRESULT ReportingRequest::ReadToFile(const WideString& path, std::int32_t* count) noexcept {
-  if (!IsSuccess(note_.httpStatus)) {
-    ClearErrorInfo();
-    return E_FAIL;
+  ClearErrorInfo();
+  try {
+    if (!IsSuccess(note_.httpStatus) || !SavesUnder(path)) return E_FAIL;
+  } catch (...) {
+    return E_OUTOFMEMORY;
   }
   FileBegins(path);
   const HRESULT code = Noted(note_, inner_->ReadToFile(path, count));
   TransferEnds();
   return code;
+}
+
+bool ReportingRequest::SavesUnder(const WideString& path) {
+  const std::string file = NativePath(path);
+  note_.nameFault = FaultOfName(file.substr(file.rfind('/') + 1));
+  return note_.nameFault == NameFault::kNone;
 }
 
 HRESULT ReportingRequest::Answered(HRESULT code) noexcept {

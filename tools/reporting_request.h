@@ -38,7 +38,8 @@ class ReportingRequest final : public IHttpRequest, public ISupportErrorInfo {
   HRESULT SendFile(const WideString& path) noexcept override;
   HRESULT GetHeader(const WideString& name, WideString* value) noexcept override;
   HRESULT Read(std::int32_t length, WideString* text, std::int32_t* count) noexcept override;
-  // Refuses the body of an answer that is no success, which the library would save like any other.
+  // Refuses the body of an answer that is no success, and a name that this program does not save: the library
+  // would save both.
   HRESULT ReadToFile(const WideString& path, std::int32_t* count) noexcept override;
   HRESULT Abort() noexcept override { return inner_->Abort(); }
   HRESULT Close() noexcept override { return inner_->Close(); }
@@ -47,6 +48,7 @@ class ReportingRequest final : public IHttpRequest, public ISupportErrorInfo {
   ~ReportingRequest() = default;
 
   HRESULT Answered(HRESULT code) noexcept;
+  bool SavesUnder(const WideString& path);
   void FileBegins(const WideString& path) noexcept;
   void TransferEnds() noexcept;
 

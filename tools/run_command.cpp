@@ -20,6 +20,7 @@
 #include "tools/saved_file.h"
 #include "tools/server_address.h"
 #include "tools/session_frame.h"
+#include "tools/terminal_output.h"
 
 namespace qv::cli {
 
@@ -115,7 +116,7 @@ void WriteTable(const RunOptions& options, IRecordListPtr list, std::ostream& ou
 
 void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream& out, std::ostream& err) {
   if (IRecordListPtr list = AsRecordList(answer)) return WriteTable(options, std::move(list), out, err);
-  out << FormatAnswer(options.output, answer, options.csvNull) << std::flush;
+  out << TextFor(out, FormatAnswer(options.output, answer, options.csvNull)) << std::flush;
   CheckWritten(out);
   TellWhatWasLost(answer, options.json, err);
 }

@@ -8,27 +8,29 @@
 #include "tools/answer_format.h"
 #include "tools/failed_output.h"
 #include "tools/failure.h"
+#include "tools/json_text.h"
 #include "tools/server_address.h"
+#include "tools/terminal_output.h"
 
 namespace qv::cli {
 
 namespace {
 
-std::string Told(const std::string& path, bool asJson) {
-  if (!asJson) return path + "\n";
+std::string Told(const std::string& path, bool asJson, const std::ostream& out) {
+  if (!asJson) return TextFor(out, path) + "\n";
   std::error_code error;
   const std::uintmax_t bytes = std::filesystem::file_size(path, error);
   nlohmann::ordered_json line;
   line["path"] = path;
   line["bytes"] = error ? nlohmann::ordered_json() : nlohmann::ordered_json(bytes);
-  return line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  return JsonText(line) + "\n";
 }
 
 }  // namespace
 
 void SaveFile(ScriptSession& session, const std::string& url, const std::string& directory, bool asJson,
               std::ostream& out) {
-  out << Told(session.Download(url, directory), asJson) << std::flush;
+  out << Told(session.Download(url, directory), asJson, out) << std::flush;
   if (!out) throw FailedOutput(out, "cannot write the path to standard output");
 }
 

@@ -8,7 +8,7 @@
 #include <new>
 
 #include "tools/cell_width.h"
-#include "tools/format_characters.h"
+#include "tools/unsafe_characters.h"
 
 namespace qv::cli {
 

@@ -16,7 +16,7 @@ struct TextColumn {
   bool isNumber = false;  // aligned to the right, and never cut
 };
 
-// A table that grows row by row. All texts are UTF-8; control and format characters (format_characters.h) are
+// A table that grows row by row. All texts are UTF-8; control and format characters (unsafe_characters.h) are
 // shown as escapes. Characters beyond ASCII need a UTF-8 locale in LC_CTYPE, else they are shown as escapes
 // too. Throws std::bad_alloc.
 class TextTable {

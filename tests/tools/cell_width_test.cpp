@@ -4,7 +4,7 @@
 
 #include <clocale>
 
-#include "tools/format_characters.h"
+#include "tools/unsafe_characters.h"
 
 namespace qv::cli {
 namespace {
@@ -35,9 +35,10 @@ TEST_F(CellWidth, EscapesTakeFourForEachByte) {
 }
 
 TEST_F(CellWidth, FormatCharactersTakeTheirEscape) {
-  for (const char* text : {"\xE2\x80\x8B", "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xAA", "\xE2\x80\xAB",
-                           "\xE2\x80\xAC", "\xE2\x80\xAD", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xE2\x81\xA7",
-                           "\xE2\x81\xA8", "\xE2\x81\xA9", "\xEF\xBB\xBF", "\xD8\x9C"})
+  for (const char* text :
+       {"\xE2\x80\x8B", "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xAA", "\xE2\x80\xAB", "\xE2\x80\xAC",
+        "\xE2\x80\xAD", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xE2\x81\xA7", "\xE2\x81\xA8", "\xE2\x81\xA9",
+        "\xEF\xBB\xBF", "\xD8\x9C", "\xE2\x80\xA8", "\xE2\x80\xA9"})
     EXPECT_EQ(ShownWidth(text), 6u) << text;
   EXPECT_EQ(ShownWidth("\xE2\x80\xA6"), 1u);
   EXPECT_EQ(ShownWidth("\xE2\x80\x8C"), 0u);  // a joiner, which scripts need

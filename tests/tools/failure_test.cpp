@@ -53,11 +53,21 @@ TEST(FailureReport, JsonOfBytesThatAreNoUtf8IsStillJson) {
             "{\"error\":{\"kind\":\"usage\",\"message\":\"x\xEF\xBF\xBDy\",\"exit\":2}}\n");
 }
 
+TEST(FailureReport, JsonHoldsNothingThatDrivesATerminal) {
+  const std::string words = "a\x1b\x7f\xC2\x9B\xE2\x80\xAE\xE2\x80\xA8z";
+  EXPECT_EQ(Report(Failure(ExitStatus::kTimeout, words), true),
+            "{\"error\":{\"kind\":\"timeout\",\"message\":\"a\\u001b\\u007f\\u009b\\u202e\\u2028z\","
+            "\"exit\":4}}\n");
+  std::ostringstream note;
+  ReportNote("note", words, true, note);
+  EXPECT_EQ(note.str(), "{\"note\":\"a\\u001b\\u007f\\u009b\\u202e\\u2028z\"}\n");
+}
+
 TEST(FailureReport, WordsOfAServerCannotDriveTheTerminal) {
   EXPECT_EQ(OneLine("a\nb\x1b[31mc\x7f"
                     "d\xC2\x9B"
-                    "e\r\n"),
-            "a b [31mc d  e");
+                    "e\xE2\x80\xAE\tf\r\n"),
+            "a b\\x1b[31mc\\x7fd\\xc2\\x9be\\u202e f");
   EXPECT_EQ(OneLine("\xC3\xA9\xE2\x98\x83"), "\xC3\xA9\xE2\x98\x83");
 }
 

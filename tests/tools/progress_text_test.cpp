@@ -137,8 +137,8 @@ TEST(ProgressLine, LongNameLosesItsEnd) {
 }
 
 TEST(ProgressLine, NameCannotSteerTheTerminal) {
-  EXPECT_EQ(ProgressLine({"a\x1b[2J\r\nb", 500, 1000, 1}, 20), "a [2J  b   50%");
-  EXPECT_EQ(ProgressLine({"a\xC2\x9Bz", 500, 1000, 1}, 20), "a  z   50%");
+  EXPECT_EQ(ProgressLine({"a\x1b[2J\r\nb", 500, 1000, 1}, 20), "a\\x1b[2J  b   50%");
+  EXPECT_EQ(ProgressLine({"a\xC2\x9Bz", 500, 1000, 1}, 20), "a\\xc2\\x9bz   50%");
 }
 
 TEST(ProgressLine, BytesThatAreNoTextAreReplaced) {

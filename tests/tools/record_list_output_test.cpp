@@ -289,10 +289,6 @@ TEST_F(RecordListFailure, OutputThatTakesNoMoreEndsTheWalk) {
   EXPECT_EQ(fake_.CallsWith("Next").size(), 1u);
 }
 
-TEST(TerminalWidth, OtherStreamsHaveNone) {
-  const std::ostringstream out;
-  EXPECT_EQ(TerminalWidth(out), 0u);
-}
 
 }  // namespace
 }  // namespace qv::cli

@@ -1,0 +1,42 @@
+#include "tools/saved_name.h"
+
+#include "tools/unsafe_characters.h"
+
+namespace qv::cli {
+
+namespace {
+
+struct ReasonRow {
+  NameFault fault;
+  const char* words;
+};
+
+constexpr ReasonRow kReasons[] = {
+    {NameFault::kUnsafe, "it holds a control character"},
+};
+
+}  // namespace
+
+NameFault FaultOfName(const std::string& name) {
+  return HoldsUnsafeCharacters(name) ? NameFault::kUnsafe : NameFault::kNone;
+}
+
+const char* ReasonOf(NameFault fault) {
+  for (const ReasonRow& row : kReasons)
+    if (row.fault == fault) return row.words;
+  return "";
+}
+
+std::optional<std::string> FileNameIn(const std::string& header) {
+  std::size_t last = header.find('=');
+  if (last == std::string::npos || last == 0) return std::nullopt;
+  for (std::size_t next = last; next != std::string::npos; next = header.find('=', next + 2)) last = next;
+  return header.substr(last + 1);
+}
+
+bool LeavesDirectory(const std::string& name) {
+  return name.empty() || name == "." || name == ".." ||
+         name.find_first_of(std::string("/\\\0", 3)) != std::string::npos;
+}
+
+}  // namespace qv::cli
