@@ -19,7 +19,7 @@ constexpr Guid CLSID_HttpComponent = ParseGuid("6f628f7a-b972-4929-83da-c3c16ac0
 // What the built-in component reports. The values are those of the Win32 network and file functions, wrapped
 // as HRESULTs, so that hosts can name them. A wrong state is E_UNEXPECTED, a refused argument E_INVALIDARG.
 constexpr HRESULT HTTP_E_TIMED_OUT =
-    MakeResult(0x80072EE2);  // no connection, or no byte, in the time allowed
+    MakeResult(0x80072EE2);  // one of the times in HttpOptions is over, or too few bytes came
 constexpr HRESULT HTTP_E_NOT_RESOLVED = MakeResult(0x80072EE7);   // name of host or proxy unknown
 constexpr HRESULT HTTP_E_CANCELLED = MakeResult(0x80072EF1);      // by Abort or by the progress listener
 constexpr HRESULT HTTP_E_NOT_CONNECTED = MakeResult(0x80072EFD);  // refused or unreachable
@@ -100,12 +100,31 @@ class IHttpProgress : public IUnknown {
   ~IHttpProgress() = default;
 };
 
-// Limits of the built-in component. Times are in milliseconds and sizes in bytes; 0 means no limit.
+// Limits of the built-in component, and the certificates that it uses. Times are in milliseconds and sizes in
+// bytes; 0 means no limit. Copying never fails; copies may be used on several threads.
 struct HttpOptions {
   std::int64_t connectTimeout = 30'000;
   std::int64_t idleTimeout = 60'000;                // without a byte either way
   std::int64_t maxBodyBytes = 512LL * 1024 * 1024;  // of an answer that is read as text
   std::int64_t maxHeadBytes = std::int64_t{300} * 1024;
+
+  // One request from its Send to the last byte of its answer, whatever the server does meanwhile. The time
+  // that Open took to connect counts for the first request.
+  std::int64_t totalTimeout = 0;
+  // The fewest bytes per second, as the mean of each `rateWindow`. Counted while the head or the body of an
+  // answer is under way, from its first byte, and while the server takes a request; a server that has not
+  // begun to answer may take its time (idleTimeout). Only waiting counts, not what the host does meanwhile.
+  std::int64_t minBytesPerSecond = 16;
+  std::int64_t rateWindow = 60'000;
+
+  // For https: paths of PEM files, empty for none. `caFile` has the only authorities that are trusted then,
+  // in place of those of the system and of the environment (CURL_CA_BUNDLE, SSL_CERT_FILE, SSL_CERT_DIR).
+  // `certificateFile` identifies this client; its key is in `keyFile`, or in the same file, and has no
+  // password. Files are read when a connection is made; a file that cannot be used makes Open fail
+  // (HTTP_E_TLS).
+  WideString caFile;
+  WideString certificateFile;
+  WideString keyFile;
 };
 
 // Offered by the session object of the built-in component. A component is made anew for each call of the

@@ -46,9 +46,10 @@ int OnConnecting(void* watch, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
   return watch == nullptr || static_cast<TransferWatch*>(watch)->MayGoOn() ? 0 : 1;
 }
 
-long ConnectTimeout(const HttpOptions& options) noexcept {
-  if (options.connectTimeout <= 0) return INT_MAX;  // libcurl's 0 would be five minutes
-  return static_cast<long>(std::min<std::int64_t>(options.connectTimeout, INT_MAX));
+long LastError(CURL* handle) noexcept {
+  long error = 0;
+  curl_easy_getinfo(handle, CURLINFO_OS_ERRNO, &error);
+  return error;
 }
 
 struct LocaleCloser {
@@ -83,7 +84,7 @@ bool IsAscii(const std::string& text) noexcept {
 Connection::Connection(const Endpoint& endpoint, TransferWatch& watch)
     : endpoint_(endpoint), handle_(NewHandle()), owner_(getpid()), buffer_(kBufferBytes) {
   SetOptions(watch);
-  Perform();
+  Perform(watch);
   curl_easy_setopt(handle_.get(), CURLOPT_XFERINFODATA, nullptr);
   const CURLcode code = curl_easy_getinfo(handle_.get(), CURLINFO_ACTIVESOCKET, &socket_);
   if (code != CURLE_OK || socket_ < 0) ThrowCurl(CURLE_COULDNT_CONNECT, words_);
@@ -112,7 +113,6 @@ void Connection::SetOptions(TransferWatch& watch) {
   curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
   curl_easy_setopt(handle, CURLOPT_TCP_NODELAY, 1L);
   curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, static_cast<long>(kBufferBytes));
-  curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT_MS, ConnectTimeout(watch.Options()));
   curl_easy_setopt(handle, CURLOPT_OPENSOCKETFUNCTION, &OpenSocket);
   curl_easy_setopt(handle, CURLOPT_NOPROGRESS, 0L);
   curl_easy_setopt(handle, CURLOPT_XFERINFOFUNCTION, &OnConnecting);
@@ -133,10 +133,17 @@ void Connection::SetTrust() {
   if (directory != nullptr && *directory != '\0') curl_easy_setopt(handle, CURLOPT_CAPATH, directory);
 }
 
-void Connection::Perform() {
+void Connection::Perform(const TransferWatch& watch) {
   const SigpipeGuard guard(endpoint_.secure);
   const Utf8Names names(!IsAscii(endpoint_.host) || !IsAscii(endpoint_.proxy));
-  const CURLcode code = curl_easy_perform(handle_.get());
+  const TransferWatch::Clock::time_point start = TransferWatch::Clock::now();
+  CURLcode code = CURLE_OK;
+  do {  // libcurl takes a signal for a refusal
+    const std::int64_t time =
+        std::min<std::int64_t>(watch.ConnectTime(start), INT_MAX);  // its 0 is five minutes
+    curl_easy_setopt(handle_.get(), CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(time));
+    code = curl_easy_perform(handle_.get());
+  } while (code == CURLE_COULDNT_CONNECT && LastError(handle_.get()) == EINTR);
   if (code != CURLE_OK) ThrowCurl(code, words_);
 }
 
@@ -179,21 +186,15 @@ Connection::Arrival Connection::Receive() {
 }
 
 short Connection::Wait(short events, TransferWatch& watch) {
-  using std::chrono::milliseconds;
-  using std::chrono::steady_clock;
-  const std::int64_t limit = watch.Options().idleTimeout;
-  const steady_clock::time_point start = steady_clock::now();
-  for (;;) {
-    const std::int64_t passed = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start).count();
-    if (limit > 0 && passed >= limit)
-      ThrowCurl(CURLE_OPERATION_TIMEDOUT,
-                "Operation timed out after " + std::to_string(passed) + " milliseconds without a byte");
-    const std::int64_t slice =
-        limit > 0 ? std::min<std::int64_t>(kTickMilliseconds, limit - passed) : kTickMilliseconds;
+  using Clock = TransferWatch::Clock;
+  const Clock::time_point start = Clock::now();
+  for (Clock::time_point before = start;; before = Clock::now()) {
     pollfd entry{socket_, events, 0};
-    const int ready = poll(&entry, 1, static_cast<int>(slice));
+    const int ready = poll(&entry, 1, static_cast<int>(watch.NextWait(start, kTickMilliseconds)));
+    const int error = errno;
+    watch.Rate().Wait(Clock::now() - before);
     if (ready > 0) return entry.revents;
-    if (ready < 0 && errno != EINTR) ThrowCurl(CURLE_RECV_ERROR);
+    if (ready < 0 && error != EINTR) ThrowCurl(CURLE_RECV_ERROR);
     watch.Tick();
   }
 }

@@ -53,7 +53,7 @@ class Connection {
  private:
   void SetOptions(TransferWatch& watch);
   void SetTrust();
-  void Perform();
+  void Perform(const TransferWatch& watch);
   void DetachFromParent() noexcept;
 
   Endpoint endpoint_;

@@ -21,6 +21,8 @@ class HeadReader {
   std::size_t Feed(std::string_view input);
   bool IsComplete() const noexcept { return complete_; }
   bool HasBegun() const noexcept { return total_ > 0; }
+  // A part of a head is there; not so between an interim answer and the next one.
+  bool IsUnderWay() const noexcept { return !text_.empty(); }
   // The final answer's head; meaningful when complete.
   const ResponseHead& Head() const noexcept { return head_; }
 

@@ -55,6 +55,7 @@ bool HttpExchange::SendSome(std::string_view* bytes) {
     const std::size_t sent = connection_->Send(bytes->substr(0, size));
     bytes->remove_prefix(sent);
     if (sent == 0) WaitToSend();
+    if (sent != 0) watch_.Rate().Count(sent);
     return sent != 0;
   } catch (const HttpFailure& failure) {
     if (failure.Code() != HTTP_E_CUT_OFF || !TakeEarlyAnswer()) throw;
@@ -88,26 +89,31 @@ bool HttpExchange::TakeEarlyAnswer() noexcept {
 
 bool HttpExchange::FeedHead() {
   connection_->Take(reader_.Feed(connection_->Buffered()));
+  if (!reader_.IsUnderWay()) watch_.Rate().Stop();
   return reader_.IsComplete();
 }
 
 void HttpExchange::ReceiveHead() {
+  watch_.Rate().Stop();  // the server may think about the request
   while (!reader_.IsComplete()) {
     ReceiveMore();
     FeedHead();
   }
   framing_ = BodyFraming(reader_.Head(), answersHead_, watch_.Options().maxHeadBytes);
+  if (!connection_->Buffered().empty()) watch_.Rate().Count(connection_->Buffered().size());
   watch_.Report(false, 0, framing_.Announced());
 }
 
 void HttpExchange::ReceiveMore() {
+  const std::size_t before = connection_->Buffered().size();
   Connection::Arrival arrival = Connection::Arrival::kNothingYet;
   if (connection_->MayHoldBytes()) arrival = connection_->Receive();
   while (arrival == Connection::Arrival::kNothingYet) {
     connection_->Wait(POLLIN, watch_);
     arrival = connection_->Receive();
   }
-  if (arrival == Connection::Arrival::kBytes) return;
+  if (arrival == Connection::Arrival::kBytes)
+    return watch_.Rate().Count(connection_->Buffered().size() - before);
   if (reader_.IsComplete()) return framing_.OnClosed();
   if (reader_.HasBegun()) ThrowCurl(CURLE_PARTIAL_FILE, "transfer closed in the head of the answer");
   ThrowCurl(CURLE_GOT_NOTHING, "Empty reply from server");

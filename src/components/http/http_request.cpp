@@ -121,7 +121,7 @@ void HttpRequest::BeginExchange() {
   if (aborted_) ThrowCurl(CURLE_ABORTED_BY_CALLBACK);
   options_ = session_->Options();
   progress_ = session_->Progress();
-  watch_.emplace(options_, progress_.get(), aborted_);
+  watch_.emplace(options_, progress_.get(), aborted_, session_->TakeConnectingTime());
   exchange_.emplace(session_->Lend(this, opening_, *watch_), *watch_, head_.VerbIsHead());
 }
 

@@ -15,7 +15,8 @@ namespace {
 
 void Check(const HttpOptions& options) {
   if (options.connectTimeout < 0 || options.idleTimeout < 0 || options.maxBodyBytes < 0 ||
-      options.maxHeadBytes < 0)
+      options.maxHeadBytes < 0 || options.totalTimeout < 0 || options.minBytesPerSecond < 0 ||
+      options.rateWindow < 0)
     ThrowBadArgument("A limit is negative");
 }
 
@@ -83,6 +84,7 @@ void HttpSession::CheckedOpen(const Endpoint& endpoint) {
   TransferWatch watch(options, progress.get(), notAborted);
   endpoint_ = endpoint;
   Connect(watch);
+  connectingTook_ = watch.Passed();
   open_ = true;
   ++opening_;
 }
@@ -131,6 +133,10 @@ HRESULT HttpSession::OpenRequest(const WideString& verb, const WideString& path,
   return S_OK;
 } catch (...) {
   return ReportCurrentException(IHttpSession::kIid);
+}
+
+TransferWatch::Clock::duration HttpSession::TakeConnectingTime() noexcept {
+  return std::exchange(connectingTook_, {});
 }
 
 ConnectionPtr HttpSession::Lend(HttpRequest* borrower, std::uint32_t opening, TransferWatch& watch) {

@@ -35,6 +35,8 @@ class HttpSession final : public IHttpSession, public IHttpOptions, public ISupp
   // For the session's requests.
   const HttpOptions& Options() const noexcept { return options_; }
   const IHttpProgressPtr& Progress() const noexcept { return progress_; }
+  // What Open has spent of the first request's total time; nothing from the second call on.
+  TransferWatch::Clock::duration TakeConnectingTime() noexcept;
   // Lends the connection to `borrower`, a fresh one when the session's was used up or has died since. Throws
   // HttpFailure: E_UNEXPECTED when the session is closed or was opened anew since `opening`, or when another
   // request has the connection; what connecting throws.
@@ -57,6 +59,7 @@ class HttpSession final : public IHttpSession, public IHttpOptions, public ISupp
   bool open_ = false;
   bool connecting_ = false;
   std::uint32_t opening_ = 0;  // counts the openings
+  TransferWatch::Clock::duration connectingTook_{};
   Endpoint endpoint_;
   ConnectionPtr connection_;         // idle
   HttpRequest* borrower_ = nullptr;  // who has the connection; it holds a reference to this session

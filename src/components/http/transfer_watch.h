@@ -1,9 +1,11 @@
-// What may end a transfer early: the host's limits, its progress listener, and Abort.
+// What may end a transfer early: the host's limits of time, its progress listener, and Abort.
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 
+#include "components/http/rate_meter.h"
 #include "qvscriptwells/http_component.h"
 
 namespace qv {
@@ -12,26 +14,44 @@ namespace qv {
 // thread's.
 class TransferWatch {
  public:
-  TransferWatch(const HttpOptions& options, IHttpProgress* progress,
-                const std::atomic<bool>& aborted) noexcept
-      : options_(options), progress_(progress), aborted_(aborted) {}
+  using Clock = std::chrono::steady_clock;
+
+  // `spent` of the total time is over already.
+  TransferWatch(const HttpOptions& options, IHttpProgress* progress, const std::atomic<bool>& aborted,
+                Clock::duration spent = {}) noexcept
+      : options_(options),
+        progress_(progress),
+        aborted_(aborted),
+        start_(Clock::now() - spent),
+        rate_(options) {}
 
   const HttpOptions& Options() const noexcept { return options_; }
   bool HasListener() const noexcept { return progress_ != nullptr; }
+  RateMeter& Rate() noexcept { return rate_; }
 
-  // Remembers how far the transfer is and tells the listener. Throws HttpFailure (HTTP_E_CANCELLED).
+  // Remembers how far the transfer is and tells the listener. Throws HttpFailure (HTTP_E_CANCELLED, and
+  // HTTP_E_TIMED_OUT when the total time is over).
   void Report(bool sending, std::int64_t done, std::int64_t total);
   // Tells the listener the same again; for pauses. Throws as above.
   void Tick();
-  // As Tick, false in place of the exception; for libcurl's callbacks.
+  // Milliseconds until one of the limits is reached, at most `most`, for a wait that has had no byte since
+  // `idleSince`. Throws HttpFailure (HTTP_E_TIMED_OUT) for one that is reached.
+  std::int64_t NextWait(Clock::time_point idleSince, std::int64_t most);
+  // How many milliseconds are left for connecting, which has `begun` then; the greatest number there is for no
+  // limit. Throws HttpFailure (HTTP_E_TIMED_OUT) for none.
+  std::int64_t ConnectTime(Clock::time_point begun) const;
+  // Tells the listener; false for the end of the transfer. For libcurl's callbacks.
   bool MayGoOn() noexcept;
-  std::int64_t Done() const noexcept { return done_; }
-  std::int64_t Total() const noexcept { return total_; }
+  Clock::duration Passed() const noexcept { return Clock::now() - start_; }
 
  private:
+  void CheckTotal() const;
+
   const HttpOptions& options_;
   IHttpProgress* progress_;
   const std::atomic<bool>& aborted_;
+  Clock::time_point start_;
+  RateMeter rate_;
   bool sending_ = true;
   std::int64_t done_ = 0;
   std::int64_t total_ = -1;

@@ -1,7 +1,5 @@
 // Options, progress and cancelling.
-#include <atomic>
 #include <chrono>
-#include <csignal>
 #include <functional>
 #include <string>
 #include <thread>
@@ -188,10 +186,20 @@ TEST_F(HttpProgressTest, OptionsAreGivenBackAsSetAndNegativeOnesRefused) {
   EXPECT_EQ(options.idleTimeout, 60'000);
   EXPECT_EQ(options.maxBodyBytes, 536'870'912);
   EXPECT_EQ(options.maxHeadBytes, 307'200);
+  EXPECT_EQ(options.totalTimeout, 0);
+  EXPECT_EQ(options.minBytesPerSecond, 16);
+  EXPECT_EQ(options.rateWindow, 60'000);
+  EXPECT_TRUE(options.caFile.IsNull() && options.certificateFile.IsNull() && options.keyFile.IsNull());
   options.idleTimeout = 5;
   EXPECT_EQ(interface->SetOptions(options), S_OK);
-  options.idleTimeout = -1;
-  EXPECT_EQ(interface->SetOptions(options), E_INVALIDARG);
+  for (std::int64_t HttpOptions::*number :
+       {&HttpOptions::connectTimeout, &HttpOptions::idleTimeout, &HttpOptions::maxBodyBytes,
+        &HttpOptions::maxHeadBytes, &HttpOptions::totalTimeout, &HttpOptions::minBytesPerSecond,
+        &HttpOptions::rateWindow}) {
+    HttpOptions bad = options;
+    bad.*number = -1;
+    EXPECT_EQ(interface->SetOptions(bad), E_INVALIDARG);
+  }
   ASSERT_EQ(interface->GetOptions(&options), S_OK);
   EXPECT_EQ(options.idleTimeout, 5);
   EXPECT_EQ(interface->GetOptions(nullptr), E_POINTER);
@@ -214,27 +222,6 @@ TEST_F(HttpProgressTest, ThreadOptionsReachNewSessionsOfThisThreadOnly) {
   std::thread([&] { limitOfNewSession(&there); }).join();
   EXPECT_EQ(here, 17);
   EXPECT_EQ(there, 307'200);
-}
-
-// A signal interrupts the waiting system call again and again.
-TEST_F(HttpProgressTest, SignalsDoNotDisturbAWait) {
-  struct sigaction before {};
-  struct sigaction quiet {};
-  quiet.sa_handler = [](int) {};
-  sigaction(SIGUSR1, &quiet, &before);
-  server_.Expect(RawScript().ReadRequest().Pause(100).Write(RawAnswerText("ok")));
-  const pthread_t self = pthread_self();
-  std::atomic<bool> ended{false};
-  std::thread other([&] {
-    while (!ended) {
-      pthread_kill(self, SIGUSR1);
-      std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-  });
-  EXPECT_EQ(Exchange(2).text, WideString(u"ok"));
-  ended = true;
-  other.join();
-  sigaction(SIGUSR1, &before, nullptr);
 }
 
 // A listener that sets another one, or the same again, when a thread lets it go.
