@@ -1,0 +1,58 @@
+#include "torture/torture_options.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+
+#include "torture/campaign.h"
+
+namespace qv::torture {
+namespace {
+
+constexpr long kQuickDense = 200;
+constexpr long kQuickStride = 37;
+
+// False for an argument that nobody knows.
+bool Take(char**& argument, CampaignOptions* options) {
+  const std::string name = *argument;
+  const char* value = argument[1];
+  if (name == "--quick") {
+    options->dense = kQuickDense;
+    options->stride = kQuickStride;
+  } else if (name == "--held") {
+    options->hold = true;
+  } else if (name == "--onwards") {
+    options->onwards = true;
+  } else if (value == nullptr) {
+    return false;
+  } else if (name == "--flow") {
+    options->flow = *++argument;
+  } else if (name == "--kind") {
+    options->kind = *++argument;
+  } else if (name == "--point") {
+    options->point = std::strtol(*++argument, nullptr, 10);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+int TortureMain(int argc, char** argv, Gate& gate) {
+  CampaignOptions options;
+  for (char** argument = argv + 1; argument < argv + argc; ++argument) {
+    if (Take(argument, &options)) continue;
+    std::fprintf(stderr, "%s: not understood\n", *argument);
+    return 2;
+  }
+  try {
+    return RunCampaign(options, gate) == 0 ? 0 : 1;
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "%s\n", failure.what());
+    return 2;
+  }
+}
+
+}  // namespace qv::torture

@@ -1,0 +1,128 @@
+#include "torture/trial.h"
+
+#include <cstdio>
+#include <memory>
+#include <new>
+
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "torture/memory_gate.h"
+
+namespace qv::torture {
+namespace {
+
+constexpr int kColdCalls = 5;  // the same refusal again, before anything has worked
+constexpr int kWarmCalls = 4;  // the same, with a call between that works
+
+class Runner {
+ public:
+  Runner(const Trial& trial, Gate& gate, TrialReport* report) : trial_(trial), gate_(gate), report_(report) {}
+
+  void Run() {
+    const std::shared_ptr<void> hold = trial_.hold ? HoldXmlLibrary() : nullptr;
+    report_->step = "preparation";
+    const std::unique_ptr<Scene> scene = trial_.flow->prepare();
+    scene_ = scene.get();
+    if (Cold() && Warm()) report_->verdict = Verdict::kGood;
+    report_->step = "end";
+  }
+
+ private:
+  bool Fail(Verdict verdict, const char* details) {
+    report_->verdict = verdict;
+    std::snprintf(report_->details, sizeof report_->details, "%s", details);
+    return false;
+  }
+  bool Fail(Verdict verdict, HRESULT code) {
+    char text[40];
+    std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code));
+    return Fail(verdict, text);
+  }
+
+  bool Cold() {
+    long live[kColdCalls];
+    for (int i = 0; i < kColdCalls; ++i) {
+      if (!RefusedCall(i == 0 ? "the refused call" : "the refused call, repeated")) return false;
+      live[i] = LiveBlocks();
+    }
+    return Works("the next call") && NoGrowth(live, kColdCalls);
+  }
+
+  bool Warm() {
+    long live[kWarmCalls];
+    for (long& blocks : live) {
+      if (!RefusedCall("a later refused call") || !Works("a later call")) return false;
+      blocks = LiveBlocks();
+    }
+    return NoGrowth(live, kWarmCalls);
+  }
+
+  // What is kept for later calls grows at first, a leak always by the same.
+  bool NoGrowth(const long* live, int count) {
+    const long last = live[count - 1] - live[count - 2];
+    if (last <= 0 || live[count - 2] - live[count - 3] != last) return true;
+    char text[80];
+    std::snprintf(text, sizeof text, "%ld blocks a call, step: %s", last, report_->step);
+    return Fail(Verdict::kLeak, text);
+  }
+
+  bool RefusedCall(const char* step) {
+    report_->step = step;
+    bool odd = false;
+    gate_.Arm(trial_.refusal);
+    const Outcome outcome = Call(&odd);
+    const long seen = gate_.Disarm();
+    if (!reported_) report_->seen = seen, report_->code = outcome.code;
+    reported_ = true;
+    if (odd) return Fail(Verdict::kOddException, step);
+    if (Succeeded(outcome.code) && !outcome.right) return Fail(Verdict::kWrongSuccess, step);
+    if (Failed(outcome.code) && seen < trial_.refusal.at) return Fail(Verdict::kFailedUnasked, outcome.code);
+    const std::string litter = Failed(outcome.code) ? scene_->Litter() : "";
+    return litter.empty() || Fail(Verdict::kLitter, litter.c_str());
+  }
+
+  bool Works(const char* step) {
+    report_->step = step;
+    bool odd = false;
+    const Outcome outcome = Call(&odd);
+    if (Failed(outcome.code)) return Fail(Verdict::kNextCallFails, outcome.code);
+    return outcome.right || Fail(Verdict::kNextCallFails, "wrong result");
+  }
+
+  Outcome Call(bool* odd) {
+    try {
+      return scene_->Call();
+    } catch (const _com_error& error) {
+      return {error.Error(), false};
+    } catch (const EQvException&) {
+      return {DISP_E_EXCEPTION, false};
+    } catch (const std::bad_alloc&) {
+      return {E_OUTOFMEMORY, false};
+    } catch (...) {
+      *odd = true;
+      return {E_UNEXPECTED, false};
+    }
+  }
+
+  const Trial& trial_;
+  Gate& gate_;
+  TrialReport* report_;
+  Scene* scene_ = nullptr;
+  bool reported_ = false;
+};
+
+}  // namespace
+
+const char* VerdictText(Verdict verdict) {
+  static const char* const kTexts[] = {
+      "the process ended",   "good",       "S_OK with a wrong result",
+      "fails with nothing refused", "an exception that no header tells of", "the next call fails",
+      "leak",                "leaves something behind"};
+  return kTexts[static_cast<int>(verdict)];
+}
+
+void RunTrial(const Trial& trial, Gate& gate, TrialReport* report) {
+  Runner(trial, gate, report).Run();
+}
+
+}  // namespace qv::torture
