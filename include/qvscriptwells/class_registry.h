@@ -13,8 +13,8 @@
 //   if (Failed(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, &raw))) ...
 //   const IDispatchPtr client(static_cast<IDispatch*>(raw), false);
 //
-// Failure: result codes. A library that cannot be used leaves an error record (error_info.h) with the reason.
-// Threads: any; the tables are one per process and guarded.
+// Failure: result codes, E_OUTOFMEMORY among them. A library that cannot be used leaves an error record
+// (error_info.h) with the reason. Threads: any; the tables are one per process and guarded.
 #pragma once
 
 #include "qvscriptwells/guid.h"
@@ -29,14 +29,16 @@ constexpr std::uint32_t CLSCTX_ALL = 0x17;
 using ClassCreator = HRESULT (*)(const Guid& iid, void** object);
 
 // Puts `creator` behind `classId` and returns the one that stood there, null if none. A null `creator`
-// removes the class.
+// removes the class. Throws std::bad_alloc, and nothing is changed then.
 ClassCreator RegisterClassCreator(const Guid& classId, ClassCreator creator);
 
 // E_POINTER for a null `object`; CLASS_E_NOAGGREGATION for an `outer` and a class with a creator; the
 // failures of CoGetClassObject; else what the creator or IClassFactory::CreateInstance (class_factory.h)
-// returns. `context` is there for callers that know COM; all values do the same.
+// returns. A creator that throws fails with the code of a `_com_error`, with E_OUTOFMEMORY for
+// std::bad_alloc, else with E_UNEXPECTED. `context` is there for callers that know COM; all values do the
+// same.
 HRESULT CoCreateInstance(const Guid& classId, IUnknown* outer, std::uint32_t context, const Guid& iid,
-                         void** object);
+                         void** object) noexcept;
 
 // The class object, usually for IClassFactory::kIid, of a class of places 2 and 3. Whoever holds it keeps its
 // library loaded. E_POINTER; REGDB_E_CLASSNOTREG for a class that no place knows; CO_E_DLLNOTFOUND for a

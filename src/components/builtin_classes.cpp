@@ -7,8 +7,11 @@
 
 namespace qv {
 
-std::vector<BuiltinClass> BuiltinClasses() {
-  return {{CLSID_HttpComponent, &CreateHttpComponent}, {CLSID_RecordList, &CreateRecordListComponent}};
+const BuiltinClass* BuiltinClasses() noexcept {
+  static constexpr BuiltinClass kClasses[] = {{CLSID_HttpComponent, &CreateHttpComponent},
+                                              {CLSID_RecordList, &CreateRecordListComponent},
+                                              {Guid{}, nullptr}};
+  return kClasses;
 }
 
 }  // namespace qv

@@ -2,8 +2,6 @@
 // so that the platform room knows none of them.
 #pragma once
 
-#include <vector>
-
 #include "qvscriptwells/class_registry.h"
 
 namespace qv {
@@ -13,7 +11,8 @@ struct BuiltinClass {
   ClassCreator creator;
 };
 
-std::vector<BuiltinClass> BuiltinClasses();
+// A table that ends with a row without creator.
+const BuiltinClass* BuiltinClasses() noexcept;
 
 // The class object of a class that this program or library carries itself; CLASS_E_CLASSNOTAVAILABLE, and
 // null in *object, for one that it does not. `object` is not null.

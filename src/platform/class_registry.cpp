@@ -2,21 +2,22 @@
 
 #include <map>
 #include <mutex>
+#include <new>
+#include <utility>
 
 #include "platform/builtin_classes.h"
 #include "platform/class_libraries.h"
 #include "platform/module_hooks.h"
 #include "qvscriptwells/class_factory.h"
+#include "qvscriptwells/com_error.h"
 
 namespace qv {
 namespace {
 
+// What differs from the built-in classes; null for a class that was removed.
 struct Registry {
-  Registry() {
-    for (const BuiltinClass& builtin : BuiltinClasses()) creators[builtin.classId] = builtin.creator;
-  }
   std::mutex mutex;
-  std::map<Guid, ClassCreator> creators;
+  std::map<Guid, ClassCreator> changed;
 };
 
 Registry& TheRegistry() {
@@ -24,15 +25,34 @@ Registry& TheRegistry() {
   return registry;
 }
 
-ClassCreator FindOwnCreator(const Guid& classId) {
+ClassCreator BuiltinCreator(const Guid& classId) noexcept {
+  for (const BuiltinClass* row = BuiltinClasses(); row->creator != nullptr; ++row)
+    if (row->classId == classId) return row->creator;
+  return nullptr;
+}
+
+ClassCreator FindOwnCreator(const Guid& classId) noexcept {
   Registry& registry = TheRegistry();
   const std::lock_guard<std::mutex> lock(registry.mutex);
-  const auto found = registry.creators.find(classId);
-  return found == registry.creators.end() ? nullptr : found->second;
+  const auto found = registry.changed.find(classId);
+  return found == registry.changed.end() ? BuiltinCreator(classId) : found->second;
+}
+
+// A creator belongs to a program, and may throw whatever the contract says.
+HRESULT RunCreator(ClassCreator creator, const Guid& iid, void** object) noexcept {
+  try {
+    return creator(iid, object);
+  } catch (const _com_error& error) {
+    return error.Error();
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+  } catch (...) {
+    return E_UNEXPECTED;
+  }
 }
 
 HRESULT CreateByClassObject(const Guid& classId, IUnknown* outer, std::uint32_t context, const Guid& iid,
-                            void** object) {
+                            void** object) noexcept {
   void* raw = nullptr;
   const HRESULT code = CoGetClassObject(classId, context, IClassFactory::kIid, &raw);
   if (Failed(code)) return code;
@@ -42,7 +62,7 @@ HRESULT CreateByClassObject(const Guid& classId, IUnknown* outer, std::uint32_t 
 
 }  // namespace
 
-ClassCreator FindClassCreator(const Guid& classId) {
+ClassCreator FindClassCreator(const Guid& classId) noexcept {
   const ModuleHooks* const host = Host();
   const ClassCreator hosts = host != nullptr ? host->findClassCreator(classId) : nullptr;
   return hosts != nullptr ? hosts : FindOwnCreator(classId);
@@ -51,19 +71,17 @@ ClassCreator FindClassCreator(const Guid& classId) {
 ClassCreator RegisterClassCreator(const Guid& classId, ClassCreator creator) {
   Registry& registry = TheRegistry();
   const std::lock_guard<std::mutex> lock(registry.mutex);
-  ClassCreator& place = registry.creators[classId];
-  const ClassCreator before = place;
-  place = creator;
-  return before;
+  ClassCreator& place = registry.changed.try_emplace(classId, BuiltinCreator(classId)).first->second;
+  return std::exchange(place, creator);
 }
 
 HRESULT CoCreateInstance(const Guid& classId, IUnknown* outer, std::uint32_t context, const Guid& iid,
-                         void** object) {
+                         void** object) noexcept {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   const ClassCreator creator = FindClassCreator(classId);
   if (creator == nullptr) return CreateByClassObject(classId, outer, context, iid, object);
-  return outer != nullptr ? CLASS_E_NOAGGREGATION : creator(iid, object);
+  return outer != nullptr ? CLASS_E_NOAGGREGATION : RunCreator(creator, iid, object);
 }
 
 HRESULT CoGetClassObject(const Guid& classId, std::uint32_t context, const Guid& iid,

@@ -6,16 +6,8 @@ std::atomic<const ModuleHooks*> hostOfThisModule{nullptr};
 
 namespace {
 
-ClassCreator FindForLibrary(const Guid& classId) noexcept {
-  try {
-    return FindClassCreator(classId);
-  } catch (...) {
-    return nullptr;
-  }
-}
-
-constexpr ModuleHooks kOwnHooks = {kModuleHooksVersion,   &SetErrorInfo,   &GetErrorInfo,
-                                   &ClearErrorInfo,       &FindForLibrary, &CoGetClassObject,
+constexpr ModuleHooks kOwnHooks = {kModuleHooksVersion,   &SetErrorInfo,     &GetErrorInfo,
+                                   &ClearErrorInfo,       &FindClassCreator, &CoGetClassObject,
                                    &CoFreeUnusedLibraries};
 
 }  // namespace

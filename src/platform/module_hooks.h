@@ -44,6 +44,6 @@ inline const ModuleHooks* Host() noexcept {
 
 // The creator of this module or else of its host, as CoCreateInstance finds it; null for none. A host's own
 // creators go before those of this module, so that its components serve the library too.
-ClassCreator FindClassCreator(const Guid& classId);
+ClassCreator FindClassCreator(const Guid& classId) noexcept;
 
 }  // namespace qv

@@ -3,8 +3,9 @@
 
 namespace qv {
 
-std::vector<BuiltinClass> BuiltinClasses() {
-  return {};
+const BuiltinClass* BuiltinClasses() noexcept {
+  static constexpr BuiltinClass kNone = {Guid{}, nullptr};
+  return &kNone;
 }
 
 HRESULT OwnClassObject(const Guid&, const Guid&, void**) noexcept {

@@ -2,16 +2,25 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "fixtures/scarce_memory.h"
 #include "platform/asked_object.h"
+#include "qvscriptwells/class_ids.h"
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/http_component.h"
+#include "qvscriptwells/record_list.h"
 
 namespace qv {
 namespace {
 
 constexpr Guid kClass = ParseGuid("b4a6f5a0-8d1e-4a5b-9a0e-7c2d4f6b1e01");
 constexpr Guid kOtherClass = ParseGuid("b4a6f5a0-8d1e-4a5b-9a0e-7c2d4f6b1e02");
+// Nobody else registers it.
+constexpr Guid kFreshClass = ParseGuid("b4a6f5a0-8d1e-4a5b-9a0e-7c2d4f6b1e03");
 constexpr Guid kSomeInterface = ParseGuid("9d152496-5e82-4675-86e6-caaef442f767");
 
 // What the creators below hand out and saw; a creator is a bare function and has no place of its own.
@@ -77,6 +86,37 @@ TEST_F(ClassRegistryTest, CreatorsFailureIsPassedOn) {
   RegisterClassCreator(kClass, MakeNothing);
   void* object = nullptr;
   EXPECT_EQ(Create(kClass, &object), E_FAIL);
+}
+
+TEST_F(ClassRegistryTest, CreatorThatThrowsIsACode) {
+  void* object = nullptr;
+  RegisterClassCreator(kClass, [](const Guid&, void**) -> HRESULT { throw std::bad_alloc(); });
+  EXPECT_EQ(Create(kClass, &object), E_OUTOFMEMORY);
+  RegisterClassCreator(kClass, [](const Guid&, void**) -> HRESULT { throw _com_error(DISP_E_OVERFLOW); });
+  EXPECT_EQ(Create(kClass, &object), DISP_E_OVERFLOW);
+  RegisterClassCreator(kClass, [](const Guid&, void**) -> HRESULT { throw 7; });
+  EXPECT_EQ(Create(kClass, &object), E_UNEXPECTED);
+}
+
+// A program of its own for each test, so this is the first look at the classes.
+TEST(ClassRegistryMemory, CreationWithoutMemoryIsACode) {
+  for (const Guid& classId : {CLSID_HttpComponent, CLSID_RecordList, CLSID_QvScriptwells, kClass}) {
+    EXPECT_EQ(ThrownWithout(Memory::kBoth,
+                            [&] {
+                              void* object = nullptr;
+                              const HRESULT code =
+                                  CoCreateInstance(classId, nullptr, CLSCTX_ALL, IUnknown::kIid, &object);
+                              const IUnknownPtr owned(static_cast<IUnknown*>(object), false);
+                              if (Failed(code)) _com_raise_error(code);
+                            }),
+              std::set<std::string>{"_com_error 0x8007000E <null>"});
+  }
+}
+
+TEST(ClassRegistryMemory, RegistrationWithoutMemoryChangesNothing) {
+  EXPECT_EQ(ThrownWithout(Memory::kBoth, [] { RegisterClassCreator(kFreshClass, MakeNothing); }),
+            std::set<std::string>{"std::bad_alloc"});
+  EXPECT_EQ(RegisterClassCreator(kFreshClass, nullptr), &MakeNothing);
 }
 
 TEST_F(ClassRegistryTest, ContextDoesNotMatter) {
