@@ -189,11 +189,15 @@ TEST_F(ParameterObject, ObjectWhoseQueryFailsBringsItsCode) {
   EXPECT_EQ(TakenWords(), "Unknown Error");
 }
 
-TEST_F(ParameterObject, ValueThatCannotBeCopiedKeepsTheOldOne) {
-  EXPECT_EQ(parameter_->SetValues(u"k", Variant::FromInt(5)), S_OK);
-  EXPECT_EQ(parameter_->SetValues(u"k", Variant::FromRaw(0x77, VariantData())), DISP_E_BADVARTYPE);
+// Hosts that read the parameter after the failure know it like this.
+TEST_F(ParameterObject, ValueThatCannotBeCopiedKeepsTheOldOneUnderTheNewKey) {
+  EXPECT_EQ(parameter_->SetValues(u"old", Variant::FromInt(5)), S_OK);
+  EXPECT_EQ(parameter_->SetValues(u"new", Variant::FromRaw(0x77, VariantData())), DISP_E_BADVARTYPE);
   EXPECT_EQ(TakenWords(), "Unknown Error");
   EXPECT_EQ(TypeName(), "int");
+  WideString key;
+  EXPECT_EQ(parameter_->get_ParamKey(&key), S_OK);
+  EXPECT_EQ(Shown(key), "new");
 }
 
 TEST_F(ParameterObject, MissingPlacesAreRefused) {
