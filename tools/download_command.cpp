@@ -29,6 +29,7 @@ void DownloadCommand(const DownloadOptions& options, std::ostream& out, std::ost
   SessionSettings settings = CheckSettings(options);
   settings.server = options.server.empty() ? OriginOf(url) : CheckServer(options.server);
   settings.usid = options.usid;
+  settings.http.replaceFiles = options.force;
   if (options.usid.empty()) settings.password = FindPassword(options);
   InSession(settings, options.json, err,
             [&](ScriptSession& session) { SaveFile(session, url, directory, options.json, out); });

@@ -17,6 +17,8 @@ DownloadArguments::DownloadArguments(CLI::App& app)
                            "Id of an open session to use; none is opened or closed then")
               ->type_name("ID")
               ->envname("SCRIPTWELLS_USID");
+  command_->add_flag("--force", download_.force,
+                     "Replace a file of the same name, and save a file whose name begins with '.'");
   session_.emplace(*command_, download_);
 }
 

@@ -28,7 +28,8 @@ constexpr TransportRow kTransport[] = {
 
 // What the component reports of a file that it sends or writes.
 constexpr HRESULT kFileCodes[] = {HTTP_E_FILE_NOT_FOUND, HTTP_E_PATH_NOT_FOUND, HTTP_E_ACCESS_DENIED,
-                                  HTTP_E_WRITE_FAULT,    HTTP_E_READ_FAULT,     HTTP_E_DISK_FULL};
+                                  HTTP_E_WRITE_FAULT,    HTTP_E_READ_FAULT,     HTTP_E_DISK_FULL,
+                                  HTTP_E_FILE_EXISTS};
 
 bool IsOfFile(HRESULT code) {
   return std::find(std::begin(kFileCodes), std::end(kFileCodes), code) != std::end(kFileCodes);
@@ -59,7 +60,9 @@ std::string TooLong(const ExchangeNote& note, const std::string& words) {
 // Only a file that is written has an answer already. The words name the file.
 Failure ExplainFile(const ExchangeNote& note, const std::string& words) {
   const char* what = note.httpStatus.empty() ? "the upload failed: " : "the download failed: ";
-  return Failure(ExitStatus::kLocal, what + words);
+  const Failure failure(ExitStatus::kLocal, what + words);
+  return note.failure == HTTP_E_FILE_EXISTS ? failure.With(" (--force replaces it)").Called("file exists")
+                                            : failure;
 }
 
 Failure ExplainTransport(const ExchangeNote& note) {

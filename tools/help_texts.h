@@ -41,7 +41,8 @@ significant digits. A datetime at midnight travels as a date, and 1899-12-30 as 
 
 An upload needs the server's upload scripts in the folder ClientScripts of the home directory ('scriptwells
 registry set home DIR'); --local brings its own. A file's path cannot hold '\'. Long transfers show their
-progress on a terminal, but not with --json.
+progress on a terminal, but not with --json. --save replaces no file and saves none whose name begins with
+'.', unless --force is given.
 
 The password never stands on the command line. It comes from the first of: --password-file,
 --password-stdin, the variable SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.
@@ -72,8 +73,9 @@ inline constexpr char kDocumentExamples[] = R"(Examples:
   scriptwells run-document sum.xml -p a=int:41 --server http://127.0.0.1:8080 --user joe --json)";
 
 inline constexpr char kDownloadFooter[] =
-    R"(The file gets the name that the server gives, and replaces one of that name; nothing is left behind when
-the download fails. The path is printed. The session is opened on the server of the URL if there is no
+    R"(The file gets the name that the server gives; nothing is left behind when the download fails. A name that
+exists in DIR is refused, and so is one that begins with '.'; --force saves the file all the same. Names
+with control characters are always refused. The path is printed. The session is opened on the server of the URL if there is no
 other one, and its id goes along to the URL. A file that a script publishes for its own session only is
 saved with run --save.
 

@@ -35,12 +35,14 @@ struct RunOptions : SessionOptions {
   std::string csvNull;  // stands for no value in CSV; as csv_text.h allows it
   // The answer is the URL of a file, which is downloaded into this directory; empty when it is an answer.
   std::string saveDirectory;
+  bool force = false;  // with a directory: as of DownloadOptions
 };
 
 struct DownloadOptions : SessionOptions {
   std::string url;
   std::string directory;  // empty: the current one
   std::string usid;       // a session that is open already; empty: one is opened
+  bool force = false;     // also a name that is taken or begins with "."
 };
 
 struct ServeOptions {

@@ -84,9 +84,10 @@ IHttpSessionPtr MakeInner(ClassCreator builtIn) {
 
 }  // namespace
 
-ReportingHttp::ReportingHttp(std::string proxy, TransferProgress* progress)
+ReportingHttp::ReportingHttp(std::string proxy, TransferProgress* progress, bool savesHidden)
     : proxy_(std::move(proxy)), builtIn_(RegisterClassCreator(CLSID_HttpComponent, &ReportingHttp::Create)) {
   reports_.progress = progress;
+  reports_.savesHidden = savesHidden;
   g_current = this;
 }
 

@@ -18,7 +18,8 @@ class ReportingHttp {
  public:
   // `proxy`, "host:port", takes the place of what the library passes: its calls leave out the port.
   // `progress` is told which file a transfer is about; it outlives this object, or is null.
-  explicit ReportingHttp(std::string proxy, TransferProgress* progress = nullptr);
+  // `savesHidden`: see FaultOfName in saved_name.h.
+  explicit ReportingHttp(std::string proxy, TransferProgress* progress = nullptr, bool savesHidden = false);
   ~ReportingHttp();
   ReportingHttp(const ReportingHttp&) = delete;
   ReportingHttp& operator=(const ReportingHttp&) = delete;

@@ -93,7 +93,7 @@ HRESULT ReportingRequest::ReadToFile(const WideString& path, std::int32_t* count
 
 bool ReportingRequest::SavesUnder(const WideString& path) {
   const std::string file = NativePath(path);
-  note_.nameFault = FaultOfName(file.substr(file.rfind('/') + 1));
+  note_.nameFault = FaultOfName(file.substr(file.rfind('/') + 1), reports_.savesHidden);
   return note_.nameFault == NameFault::kNone;
 }
 

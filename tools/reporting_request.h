@@ -13,6 +13,7 @@ struct HttpReports {
   ExchangeNote note;
   std::vector<RefusedUpload> refusedUploads;
   TransferProgress* progress = nullptr;  // may be null
+  bool savesHidden = false;              // see FaultOfName in saved_name.h
 };
 
 // Notes a failure with the words of the error record, and leaves the record waiting for the library.

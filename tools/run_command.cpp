@@ -87,6 +87,7 @@ Job Prepare(const RunOptions& options, std::ostream& err) {
   if (!options.local && job.hasFiles) CheckUploadScripts();
   if (!options.saveDirectory.empty()) job.saveDirectory = CheckTargetDirectory(options.saveDirectory);
   job.settings = CheckRunSettings(options);
+  job.settings.http.replaceFiles = options.force;
   job.script = TakeScript(options, err);
   return job;
 }

@@ -75,6 +75,9 @@ void RunArguments::DefineOutput() {
                            "The answer is the URL of a file: download it into this directory, in the same "
                            "session, and print its path")
               ->type_name("DIR");
+  command_->add_flag(
+      "--force", run_.force,
+      "With --save: replace a file of the same name, and save a file whose name begins with '.'");
 }
 
 bool RunArguments::Parsed() const {
@@ -132,7 +135,7 @@ const char* RunArguments::WrongWithServer() {
 }
 
 const char* RunArguments::WrongWithSave() const {
-  if (save_->count() == 0) return nullptr;
+  if (save_->count() == 0) return run_.force ? "--force goes with --save" : nullptr;
   if (run_.saveDirectory.empty()) return "--save has to name a directory";
   if (outputOption_->count() == 0) return nullptr;
   if (run_.output == OutputFormat::kTable) return "--save prints a path, for which there is no table";

@@ -13,12 +13,14 @@ struct ReasonRow {
 
 constexpr ReasonRow kReasons[] = {
     {NameFault::kUnsafe, "it holds a control character"},
+    {NameFault::kHidden, "it begins with '.' (--force saves it)"},
 };
 
 }  // namespace
 
-NameFault FaultOfName(const std::string& name) {
-  return HoldsUnsafeCharacters(name) ? NameFault::kUnsafe : NameFault::kNone;
+NameFault FaultOfName(const std::string& name, bool savesHidden) {
+  if (HoldsUnsafeCharacters(name)) return NameFault::kUnsafe;
+  return !savesHidden && name[0] == '.' ? NameFault::kHidden : NameFault::kNone;
 }
 
 const char* ReasonOf(NameFault fault) {

@@ -9,10 +9,12 @@ namespace qv::cli {
 enum class NameFault {
   kNone,
   kUnsafe,  // holds characters that would drive a terminal, or hide on it (unsafe_characters.h)
+  kHidden,  // begins with ".", as the files do that shells and other programs read when they start
 };
 
-// Why this program does not save a file under `name`, which stays in the directory already.
-NameFault FaultOfName(const std::string& name);
+// Why this program does not save a file under `name`, which stays in the directory; kHidden only unless
+// `savesHidden`.
+NameFault FaultOfName(const std::string& name, bool savesHidden);
 
 // "it holds a control character": the reason in words; empty for kNone.
 const char* ReasonOf(NameFault fault);

@@ -31,7 +31,7 @@ IParametersPtr MakeList(const std::vector<ScriptParameter>& parameters) {
 ScriptSession::ScriptSession(const SessionSettings& settings)
     : settings_(settings),
       progress_(settings.showProgress),
-      http_(settings.proxy, &progress_),
+      http_(settings.proxy, &progress_, settings.http.replaceFiles),
       client_(CreateQvScriptwells()) {
   SimpleHostUser user;
   user.userName = FromUtf8(settings.user);

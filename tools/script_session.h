@@ -22,7 +22,7 @@ struct SessionSettings {
   std::string password;
   std::string replica;
   std::string usid;  // a session that is open already; empty: one is opened
-  HttpOptions http;
+  HttpOptions http;  // with replaceFiles, downloads take names that begin with ".", too
   bool showProgress = false;  // of long transfers, if standard error is a terminal
 };
 

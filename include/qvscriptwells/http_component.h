@@ -32,6 +32,7 @@ constexpr HRESULT HTTP_E_PATH_NOT_FOUND = MakeResult(0x80070003);
 constexpr HRESULT HTTP_E_ACCESS_DENIED = MakeResult(0x80070005);
 constexpr HRESULT HTTP_E_WRITE_FAULT = MakeResult(0x8007001D);  // a local file cannot be written
 constexpr HRESULT HTTP_E_READ_FAULT = MakeResult(0x8007001E);   // a local file cannot be read, or shrank
+constexpr HRESULT HTTP_E_FILE_EXISTS = MakeResult(0x80070050);  // and HttpOptions::replaceFiles is false
 constexpr HRESULT HTTP_E_DISK_FULL = MakeResult(0x80070070);
 
 // One request and its answer, on the connection of the session that made it.
@@ -125,6 +126,10 @@ struct HttpOptions {
   WideString caFile;
   WideString certificateFile;
   WideString keyFile;
+
+  // Whether ReadToFile replaces a file that is there already. If not, it fails with HTTP_E_FILE_EXISTS:
+  // before the body is read, or at its end when the file appeared meanwhile.
+  bool replaceFiles = true;
 };
 
 // Offered by the session object of the built-in component. A component is made anew for each call of the

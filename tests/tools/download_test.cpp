@@ -59,11 +59,80 @@ TEST_F(Download, SessionIsOpenedOnTheServerOfTheUrlAndClosed) {
   EXPECT_TRUE(WasSent("#CloseUserSession\r\n"));
 }
 
-TEST_F(Download, FileOfTheSameNameIsReplaced) {
+TEST_F(Download, FileOfTheSameNameStays) {
+  std::ofstream(folder_.Path() + "/out.txt") << "something longer";
+  const std::string reason = "the download failed: Couldn't write file " + folder_.Path() +
+                             "/out.txt: File exists (--force replaces it)";
+  Answer({FileAnswer("out.txt", "text")});
+  const Outcome outcome = RunTool(Adopted());
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "scriptwells: " + reason + "\n");
+  EXPECT_EQ(outcome.exit, 6);
+  Answer({FileAnswer("out.txt", "text")});
+  EXPECT_EQ(RunTool(Adopted({"--json"})).err,
+            "{\"error\":{\"kind\":\"file exists\",\"message\":\"" + reason + "\",\"exit\":6}}\n");
+  EXPECT_EQ(Read(folder_.Path() + "/out.txt"), "something longer");
+  EXPECT_EQ(Count(), 1);
+}
+
+TEST_F(Download, FileOfTheSameNameIsReplacedOnRequest) {
   std::ofstream(folder_.Path() + "/out.txt") << "something longer";
   Answer({FileAnswer("out.txt", "text")});
-  EXPECT_EQ(RunTool(Adopted()).exit, 0);
+  EXPECT_EQ(RunTool(Adopted({"--force"})).exit, 0);
   EXPECT_EQ(Read(folder_.Path() + "/out.txt"), "text");
+}
+
+TEST_F(Download, LinkThatLeadsNowhereStays) {
+  std::filesystem::create_symlink("nowhere", folder_.Path() + "/out.txt");
+  Answer({FileAnswer("out.txt", "text")});
+  EXPECT_EQ(RunTool(Adopted()).exit, 6);
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_.Path() + "/out.txt"));
+}
+
+TEST_F(Download, FileThatAppearsMeanwhileStays) {
+  server_.Expect(
+      test::RawScript().ReadRequest().Write(FileStart("out.txt", 8, "half")).Pause(1000).Write("half"));
+  Process process(Adopted());
+  ASSERT_TRUE(FileBegins());
+  std::ofstream(folder_.Path() + "/out.txt") << "theirs";
+  EXPECT_EQ(process.Finish().exit, 6);
+  EXPECT_EQ(Read(folder_.Path() + "/out.txt"), "theirs");
+  EXPECT_EQ(Count(), 1);
+}
+
+TEST_F(Download, HiddenNameIsSavedOnRequestOnly) {
+  Answer({FileAnswer(".bashrc", "text")});
+  const Outcome outcome = RunTool(Adopted());
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err,
+            "scriptwells: answer not understood: the answer of " + Origin() +
+                " names the file '.bashrc', which is refused: it begins with '.' (--force saves it)\n");
+  EXPECT_EQ(outcome.exit, 7);
+  EXPECT_EQ(Count(), 0);
+  Answer({FileAnswer(".bashrc", "text")});
+  EXPECT_EQ(RunTool(Adopted({"--force"})).out, folder_.Path() + "/.bashrc\n");
+  EXPECT_EQ(Read(folder_.Path() + "/.bashrc"), "text");
+}
+
+TEST_F(Download, ControlCharactersAreNotForcedEither) {
+  Answer({FileAnswer("a\x1b[2J", "text")});
+  EXPECT_EQ(RunTool(Adopted({"--force"})).exit, 7);
+  EXPECT_EQ(Count(), 0);
+}
+
+TEST_F(Download, NameThatBeginsWithAnEqualsSignIsSaved) {
+  Answer({FileAnswer("=a.txt", "text")});
+  EXPECT_EQ(RunTool(Adopted()).out, folder_.Path() + "/=a.txt\n");
+}
+
+// The library reads no name out of it.
+TEST_F(Download, HeaderThatIsOnlyANameNamesNoFile) {
+  Answer({test::RawAnswerText("text", "Content-Disposition: =a.txt\r\n")});
+  const Outcome outcome = RunTool(Adopted());
+  EXPECT_EQ(outcome.err,
+            "scriptwells: answer not understood: the answer of " + Origin() + " names no file\n");
+  EXPECT_EQ(outcome.exit, 7);
+  EXPECT_EQ(Count(), 0);
 }
 
 TEST_F(Download, ErrorPageIsNoFile) {

@@ -103,6 +103,12 @@ TEST(ExplainFailure, AnswerThatIsTooLong) {
             "7 the answer of http://srv:8080 is too long: large head");
 }
 
+TEST(ExplainFailure, FileThatExistsIsHintedAt) {
+  EXPECT_EQ(Explain(Phase::kDownload, kNoCall,
+                    Broken(Answered("200", false), 0x80070050, "Couldn't write file /f: File exists")),
+            "6 the download failed: Couldn't write file /f: File exists (--force replaces it)");
+}
+
 TEST(ExplainFailure, MissingLengthIsHintedAt) {
   EXPECT_EQ(
       Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"Unknown Http problem."), Answered("200", false)),

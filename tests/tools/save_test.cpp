@@ -1,4 +1,6 @@
 // `scriptwells run --save`: the answer is the address of a file.
+#include <fstream>
+
 #include "tests/tools/transfer_server.h"
 
 namespace qv::cli {
@@ -56,6 +58,21 @@ TEST_F(Save, AnswerThatIsNoAddressIsNotUnderstood) {
             "scriptwells: answer not understood: the answer is no address of a file: its type is int\n");
   EXPECT_EQ(number.exit, 7);
   EXPECT_EQ(Count(), 0);
+}
+
+TEST_F(Save, NothingIsReplacedOrHiddenUnlessForced) {
+  for (const std::string name : {"out.txt", ".bashrc"}) {
+    std::ofstream(folder_.Path() + "/out.txt") << "old";
+    Answer({SessionOpened(), ScriptAnswered("xsd:string", Url()), FileAnswer(name, "text")});
+    Answer({SessionClosed()});
+    const Outcome refused = RunAndSave();
+    EXPECT_NE(refused.err.find("(--force "), std::string::npos) << refused.err;
+    EXPECT_EQ(refused.exit, name == "out.txt" ? 6 : 7);
+    EXPECT_EQ(Read(folder_.Path() + "/out.txt"), "old");
+    Answer({SessionOpened(), ScriptAnswered("xsd:string", Url()), FileAnswer(name, "text"), SessionClosed()});
+    EXPECT_EQ(RunAndSave({"--force"}).out, folder_.Path() + "/" + name + "\n");
+    EXPECT_EQ(Read(folder_.Path() + "/" + name), "text");
+  }
 }
 
 TEST_F(Save, OtherHostIsWarnedOf) {

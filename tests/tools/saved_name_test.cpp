@@ -30,11 +30,22 @@ TEST(LeavesDirectory, NamesOfOtherPlaces) {
 }
 
 TEST(FaultOfName, ControlCharactersAreNotSaved) {
-  EXPECT_EQ(FaultOfName("a.txt"), NameFault::kNone);
-  EXPECT_EQ(FaultOfName("\x1b]0;x\x07.txt"), NameFault::kUnsafe);
-  EXPECT_EQ(FaultOfName("cod\xE2\x80\xAEtxt.exe"), NameFault::kUnsafe);
+  for (const bool savesHidden : {false, true}) {
+    EXPECT_EQ(FaultOfName("a.txt", savesHidden), NameFault::kNone);
+    EXPECT_EQ(FaultOfName("\x1b]0;x\x07.txt", savesHidden), NameFault::kUnsafe);
+    EXPECT_EQ(FaultOfName("cod\xE2\x80\xAEtxt.exe", savesHidden), NameFault::kUnsafe);
+  }
   EXPECT_STREQ(ReasonOf(NameFault::kUnsafe), "it holds a control character");
   EXPECT_STREQ(ReasonOf(NameFault::kNone), "");
+}
+
+TEST(FaultOfName, HiddenFilesAreSavedOnRequest) {
+  for (const char* name : {".bashrc", "...", ".a"}) {
+    EXPECT_EQ(FaultOfName(name, false), NameFault::kHidden) << name;
+    EXPECT_EQ(FaultOfName(name, true), NameFault::kNone) << name;
+  }
+  EXPECT_EQ(FaultOfName("a.", false), NameFault::kNone);
+  EXPECT_STREQ(ReasonOf(NameFault::kHidden), "it begins with '.' (--force saves it)");
 }
 
 }  // namespace

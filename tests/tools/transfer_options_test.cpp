@@ -70,6 +70,18 @@ TEST_F(TransferOptions, SaveIsChecked) {
   EXPECT_EQ(Run({"run", "--local", "-e", "1", "--save", "/tmp"}).saveDirectory, "/tmp");
 }
 
+TEST_F(TransferOptions, ForceGoesWithAFileThatIsSaved) {
+  EXPECT_FALSE(Download({"download", "u"}).force);
+  EXPECT_TRUE(Download({"download", "u", "--force"}).force);
+  EXPECT_FALSE(Run({"run", "--local", "-e", "1", "--save", "."}).force);
+  EXPECT_TRUE(Run({"run", "--local", "-e", "1", "--save", ".", "--force"}).force);
+  EXPECT_TRUE(Run({"run-document", "--local", "a.xml", "--save", ".", "--force"}).force);
+  EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "--force"}),
+            "--force goes with --save|scriptwells run --help");
+  EXPECT_EQ(Refusal({"run-document", "--local", "a.xml", "--force"}),
+            "--force goes with --save|scriptwells run-document --help");
+}
+
 TEST_F(TransferOptions, ServeTakesAHome) {
   EXPECT_EQ(Serve({"serve", "--home", "/srv/home"}).home, "/srv/home");
   EXPECT_EQ(Serve({"serve"}).home, "");

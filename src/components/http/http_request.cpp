@@ -266,7 +266,7 @@ HRESULT HttpRequest::ReadToFile(const WideString& path, std::int32_t* count) noe
 }
 
 std::int64_t HttpRequest::CheckedReadToFile(const WideString& path) {
-  TargetFile target(path);
+  TargetFile target(path, options_.replaceFiles);
   const std::int64_t before = exchange_->BodyDone();
   try {
     for (std::string_view piece = exchange_->NextBody(kFilePiece); !piece.empty();

@@ -31,18 +31,32 @@ std::string FreshName(const std::string& directory) {
   return directory + text;
 }
 
-void RefuseSpecial(const std::string& name) {
+void RefuseTaken(const std::string& name, bool replaces) {
   struct stat facts {};
   if (lstat(name.c_str(), &facts) != 0) return;
   if (S_ISDIR(facts.st_mode)) ThrowFile(EISDIR, HTTP_E_WRITE_FAULT, kCannotWrite, name);
   if (!S_ISREG(facts.st_mode) && !S_ISLNK(facts.st_mode))
     throw HttpFailure(HTTP_E_WRITE_FAULT, "Couldn't write file " + name + ": Not a regular file");
+  if (!replaces) ThrowFile(EEXIST, HTTP_E_WRITE_FAULT, kCannotWrite, name);
+}
+
+// Not every file system can rename so, nor has every one hard links; only without both is there a moment in
+// which a file that appears would be lost.
+int RenameToFreeName(const char* from, const char* to) noexcept {
+  if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return 0;
+  if (errno != EINVAL && errno != ENOSYS) return errno;
+  if (link(from, to) == 0) return unlink(from) == 0 ? 0 : errno;
+  if (errno == EEXIST) return errno;
+  struct stat facts {};
+  if (lstat(to, &facts) == 0) return EEXIST;
+  return std::rename(from, to) == 0 ? 0 : errno;
 }
 
 }  // namespace
 
-TargetFile::TargetFile(const WideString& path) : name_(NativeFileName(path)) {
-  RefuseSpecial(name_);
+TargetFile::TargetFile(const WideString& path, bool replaces)
+    : name_(NativeFileName(path)), replaces_(replaces) {
+  RefuseTaken(name_, replaces_);
   const std::string directory = DirectoryOf(name_);
   for (int i = 0; i < kMostTries && !file_.IsOpen(); ++i) {
     std::string fresh = FreshName(directory);
@@ -69,9 +83,13 @@ void TargetFile::Write(std::string_view bytes) {
 void TargetFile::Commit() {
   if (close(file_.Release()) != 0 && errno != EINTR)
     ThrowFile(errno, HTTP_E_WRITE_FAULT, kCannotWrite, name_);
-  if (std::rename(freshName_.c_str(), name_.c_str()) != 0)
-    ThrowFile(errno, HTTP_E_WRITE_FAULT, kCannotWrite, name_);
+  if (const int error = Rename(); error != 0) ThrowFile(error, HTTP_E_WRITE_FAULT, kCannotWrite, name_);
   freshName_.clear();
+}
+
+int TargetFile::Rename() const noexcept {
+  if (!replaces_) return RenameToFreeName(freshName_.c_str(), name_.c_str());
+  return std::rename(freshName_.c_str(), name_.c_str()) == 0 ? 0 : errno;
 }
 
 }  // namespace qv

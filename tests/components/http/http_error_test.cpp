@@ -72,6 +72,7 @@ INSTANTIATE_TEST_SUITE_P(, ResultFromErrnoTable,
                                            ErrnoCodeRow{"Directory", EISDIR, 0x80070005},
                                            ErrnoCodeRow{"NoSpace", ENOSPC, 0x80070070},
                                            ErrnoCodeRow{"Quota", EDQUOT, 0x80070070},
+                                           ErrnoCodeRow{"Exists", EEXIST, 0x80070050},
                                            ErrnoCodeRow{"NoMemory", ENOMEM, 0x8007000E},
                                            ErrnoCodeRow{"AnyOther", EIO, 0x8007001D}),
                          [](const ::testing::TestParamInfo<ErrnoCodeRow>& row) { return row.param.name; });
