@@ -17,6 +17,7 @@
 #include "tools/registry_command.h"
 #include "tools/run_command.h"
 #include "tools/serve_command.h"
+#include "tools/standard_streams.h"
 #include "tools/temp_directory.h"
 
 namespace qv::cli {
@@ -82,6 +83,7 @@ ExitStatus Guarded(const ParsedArguments& parsed, std::ostream& out, std::ostrea
 }  // namespace
 
 int RunProgram(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) noexcept {
+  if (!OpenClosedStreams()) return static_cast<int>(ExitStatus::kLocal);
   try {
     SetTempDirectory();
     const ParsedArguments parsed = ParseArguments(arguments);

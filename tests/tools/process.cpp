@@ -105,7 +105,8 @@ void Close(int& descriptor) {
 
 }  // namespace
 
-Process::Process(const Words& arguments, const Variables& variables, const char* output) {
+Process::Process(const Words& arguments, const Variables& variables, const char* output,
+                 const ClosedStreams& closed) {
   ::signal(SIGPIPE, SIG_IGN);
   Pipe in;
   Pipe out;
@@ -117,6 +118,7 @@ Process::Process(const Words& arguments, const Variables& variables, const char*
     ::dup2(err.ends[1], 2);
     if (output != nullptr) ::dup2(::open(output, O_WRONLY | O_CLOEXEC), 1);
     ::signal(SIGPIPE, SIG_DFL);
+    for (const int stream : closed) ::close(stream);
     Become(arguments, variables);
   }
   ::close(in.ends[0]);

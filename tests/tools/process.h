@@ -13,6 +13,7 @@ namespace qv::cli::testing {
 
 using Words = std::vector<std::string>;
 using Variables = std::vector<std::pair<std::string, std::string>>;
+using ClosedStreams = std::vector<int>;  // descriptors
 
 struct Outcome {
   int exit = -1;  // 128 + the number for an end by signal
@@ -27,7 +28,8 @@ struct Outcome {
 class Process {
  public:
   // `output` is a file that takes the place of the pipe behind its standard output.
-  explicit Process(const Words& arguments, const Variables& variables = {}, const char* output = nullptr);
+  explicit Process(const Words& arguments, const Variables& variables = {}, const char* output = nullptr,
+                   const ClosedStreams& closed = {});
   ~Process();
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
