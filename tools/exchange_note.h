@@ -10,6 +10,13 @@
 
 namespace qv::cli {
 
+// What an answer's text is to the library, which goes by these names alone.
+enum class Envelope {
+  kNone,
+  kKnown,    // soap:Envelope or SOAP:Envelope
+  kForeign,  // an envelope whose prefix it does not know
+};
+
 // The last exchange, as far as it came.
 struct ExchangeNote {
   std::string server;                      // "http://host:port" of the last Open
@@ -18,6 +25,7 @@ struct ExchangeNote {
   std::optional<HRESULT> failure;          // of the first operation that failed
   std::string words;                       // the transport's, may be empty
   std::string httpStatus;                  // "200"; empty when no head of an answer came
+  Envelope envelope = Envelope::kNone;     // of the body, once it is read
   bool holdsFault = false;                 // the body has a fault element
   std::string fileHeader;                  // the Content-Disposition that the library asked for
   NameFault nameFault = NameFault::kNone;  // of the file that was not saved for it

@@ -92,10 +92,55 @@ Failure ExplainFault(Phase phase, HRESULT code, const std::string& words) {
   return Failure(status, message, code);
 }
 
+struct StatusRow {
+  const char* status;
+  const char* remark;
+};
+
+constexpr char kRedirect[] = ", and redirects are not followed";
+
+constexpr StatusRow kStatusRemarks[] = {
+    {"301", kRedirect},
+    {"302", kRedirect},
+    {"303", kRedirect},
+    {"307", kRedirect},
+    {"308", kRedirect},
+    {"401", ", and authentication of HTTP is not supported"},
+    {"407", ", and a proxy that wants a password is not supported"},
+};
+
+std::string StatusWords(const ExchangeNote& note) {
+  std::string words = "HTTP status " + note.httpStatus;
+  for (const StatusRow& row : kStatusRemarks)
+    if (note.httpStatus == row.status) words += row.remark;
+  return words;
+}
+
+bool IsCall(Phase phase) {
+  return phase == Phase::kOpen || phase == Phase::kExecute;
+}
+
+constexpr char kNoLength[] = "Unknown Http problem.";
+constexpr char kNoAnswer[] = "The respone that arrived is not valid";
+
+// Whether something else than a server of this protocol seems to have answered.
+bool IsStrange(Phase phase, const ExchangeNote& note, const std::string& words) {
+  if (!IsCall(phase)) return false;
+  if (words == kNoLength) return note.httpStatus != "200";
+  return words == kNoAnswer && (phase == Phase::kOpen || note.envelope != Envelope::kKnown);
+}
+
+std::string Doubt(const ExchangeNote& note, const std::string& words) {
+  std::string doubt = " (" + StatusWords(note);
+  if (words == kNoLength) doubt += ", no usable Content-Length";
+  if (note.envelope == Envelope::kForeign) doubt += ", an envelope that is not named soap:Envelope";
+  return doubt + "; is " + note.server + " a Scriptwells server?)";
+}
+
 // The library has the same words for a null answer as for one that is damaged, and names no length that it
 // missed.
-const char* Hint(const ExchangeNote& note, const std::string& words) {
-  if (words == "Unknown Http problem.") return " (the answer has no usable Content-Length)";
+const char* Hint(const std::string& words) {
+  if (words == kNoLength) return " (the answer has no usable Content-Length)";
   if (words == "Cannot parse url, expecting 'http://' after protocol name.")
     return " (the server's upload script gave no address to upload to)";
   if (words == "Unable to convert a value with the given accuracy")
@@ -104,8 +149,14 @@ const char* Hint(const ExchangeNote& note, const std::string& words) {
   // The parser's own words never come through.
   if (StartsWith(words, "Error at file application/xml"))
     return " (the answer is damaged, or beyond the reader's limits, such as 16,384 element names)";
-  const bool whole = note.httpStatus == "200" && words == "The respone that arrived is not valid";
-  return whole ? " (a script that answers null or nothing ends so, too)" : "";
+  return "";
+}
+
+const char* NullHint(Phase phase, const ExchangeNote& note, const std::string& words) {
+  const bool isOfScript = phase == Phase::kExecute && note.envelope == Envelope::kKnown;
+  return isOfScript && note.httpStatus == "200" && words == kNoAnswer
+             ? " (a script that answers null or nothing ends so, too)"
+             : "";
 }
 
 // Such an answer often is short and without a length, which the library would complain about instead. Whether
@@ -120,9 +171,10 @@ Failure ExplainTooLongRequest() {
       .Called("request too long");
 }
 
-Failure ExplainAnswer(const ExchangeNote& note, const std::string& words) {
-  const std::string status = note.httpStatus == "200" ? "" : " (HTTP status " + note.httpStatus + ")";
-  return Failure(ExitStatus::kAnswer, words + status + Hint(note, words));
+Failure ExplainAnswer(Phase phase, const ExchangeNote& note, const std::string& words) {
+  if (IsStrange(phase, note, words)) return Failure(ExitStatus::kAnswer, words + Doubt(note, words));
+  const std::string status = note.httpStatus == "200" ? "" : " (" + StatusWords(note) + ")";
+  return Failure(ExitStatus::kAnswer, words + status + Hint(words) + NullHint(phase, note, words));
 }
 
 Failure ExplainName(const ExchangeNote& note, const std::string& name, const std::string& reason) {
@@ -138,10 +190,10 @@ Failure ExplainDownload(const ExchangeNote& note, const std::string& words) {
         .Called("download refused");
   const std::optional<std::string> name = FileNameIn(note.fileHeader);
   if (name && note.nameFault != NameFault::kNone) return ExplainName(note, *name, ReasonOf(note.nameFault));
-  if (words != "Unknown Http problem.") return ExplainAnswer(note, words);
+  if (words != kNoLength) return ExplainAnswer(Phase::kDownload, note, words);
   if (!name) return Failure(ExitStatus::kAnswer, "the answer of " + Server(note) + " names no file");
   if (LeavesDirectory(*name)) return ExplainName(note, *name, "it would not stay in the directory");
-  return ExplainAnswer(note, words);
+  return ExplainAnswer(Phase::kDownload, note, words);
 }
 
 }  // namespace
@@ -155,7 +207,7 @@ Failure ExplainFailure(Phase phase, const _com_error& error, const ExchangeNote&
   if (note.httpStatus.empty()) return Failure(ExitStatus::kLocal, WordsOr(words, error.Error()));
   if (phase == Phase::kDownload) return ExplainDownload(note, WordsOr(words, error.Error()));
   if (note.holdsFault && !IsUnreadableFault(words)) return ExplainFault(phase, error.Error(), words);
-  return ExplainAnswer(note, WordsOr(words, error.Error()));
+  return ExplainAnswer(phase, note, WordsOr(words, error.Error()));
 }
 
 Failure ExplainDocumentFailure(const std::string& file, const _com_error& error, const ExchangeNote& note) {

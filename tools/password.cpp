@@ -37,15 +37,19 @@ class EchoOff {
   bool known_;
 };
 
+// A question whose line ends with the answer, and with Ctrl-C, too: neither is shown.
+class Question {
+ public:
+  explicit Question(const std::string& words) { std::cerr << words << std::flush; }
+  ~Question() { std::cerr << std::endl; }
+  Question(const Question&) = delete;
+  Question& operator=(const Question&) = delete;
+};
+
 std::string AskPassword(const std::string& user) {
-  std::string password;
-  {
-    const EchoOff quiet(STDIN_FILENO);  // before the question: an answer may come fast
-    std::cerr << "Password of " << OneLine(user) << ": " << std::flush;
-    password = ReadLine(STDIN_FILENO, "password");
-  }
-  std::cerr << std::endl;
-  return password;
+  const EchoOff quiet(STDIN_FILENO);  // before the question: an answer may come fast
+  const Question question("Password of " + OneLine(user) + ": ");
+  return ReadLine(STDIN_FILENO, "password");
 }
 
 std::string ReadPasswordFile(const std::string& path) {

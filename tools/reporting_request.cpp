@@ -4,6 +4,19 @@
 
 namespace qv::cli {
 
+namespace {
+
+bool Holds(const WideString& text, std::u16string_view part) {
+  return text.view().find(part) != std::u16string_view::npos;
+}
+
+Envelope EnvelopeOf(const WideString& text) {
+  if (Holds(text, u"SOAP:Envelope") || Holds(text, u"soap:Envelope")) return Envelope::kKnown;
+  return Holds(text, u":Envelope") || Holds(text, u"<Envelope") ? Envelope::kForeign : Envelope::kNone;
+}
+
+}  // namespace
+
 bool IsSuccess(const std::string& httpStatus) {
   return httpStatus.size() == 3 && httpStatus[0] == '2';
 }
@@ -73,8 +86,9 @@ HRESULT ReportingRequest::GetHeader(const WideString& name, WideString* value) n
 HRESULT ReportingRequest::Read(std::int32_t length, WideString* text, std::int32_t* count) noexcept {
   const HRESULT code = Noted(note_, inner_->Read(length, text, count));
   TransferEnds();
-  if (Succeeded(code) && text != nullptr)
-    note_.holdsFault = text->view().find(u"<soap:Fault") != std::u16string_view::npos;
+  if (Failed(code) || text == nullptr) return code;
+  note_.holdsFault = Holds(*text, u"<soap:Fault");
+  note_.envelope = EnvelopeOf(*text);
   return code;
 }
 

@@ -25,6 +25,12 @@ ExchangeNote Answered(const char* status, bool holdsFault) {
   return note;
 }
 
+ExchangeNote WithEnvelope(Envelope envelope, const char* status = "200") {
+  ExchangeNote note = Answered(status, false);
+  note.envelope = envelope;
+  return note;
+}
+
 ExchangeNote Broken(ExchangeNote note, std::uint32_t code, const char* words) {
   note.failure = MakeResult(code);
   note.words = words;
@@ -148,16 +154,59 @@ TEST(ExplainFailure, FaultWithoutWordsSaysSo) {
             "1 the server gives no reason");
 }
 
-TEST(ExplainFailure, AnswerThatIsNoneShowsItsStatus) {
-  EXPECT_EQ(Explain(Phase::kOpen, Error(DISP_E_EXCEPTION, u"The respone that arrived is not valid"),
-                    Answered("404", false)),
-            "7 The respone that arrived is not valid (HTTP status 404)");
+const _com_error kInvalid = Error(DISP_E_EXCEPTION, u"The respone that arrived is not valid");
+const _com_error kNoLength = Error(DISP_E_EXCEPTION, u"Unknown Http problem.");
+
+struct StrangeRow {
+  const char* status;
+  const char* shown;
+};
+
+class StrangeAnswer : public ::testing::TestWithParam<StrangeRow> {};
+
+TEST_P(StrangeAnswer, AsksForTheServerWithTheStatus) {
+  const std::string question = std::string("; is http://srv:8080 a Scriptwells server?)");
+  const ExchangeNote note = Answered(GetParam().status, false);
+  for (const Phase phase : {Phase::kOpen, Phase::kExecute})
+    EXPECT_EQ(
+        Explain(phase, kInvalid, note),
+        std::string("7 The respone that arrived is not valid (HTTP status ") + GetParam().shown + question);
+  if (note.httpStatus == "200")
+    return;  // a server of this protocol behind a proxy that leaves the length out
+  EXPECT_EQ(Explain(Phase::kOpen, kNoLength, note), std::string("7 Unknown Http problem. (HTTP status ") +
+                                                        GetParam().shown + ", no usable Content-Length" +
+                                                        question);
 }
 
-TEST(ExplainFailure, NullAnswerIsHintedAt) {
-  EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"The respone that arrived is not valid"),
-                    Answered("200", false)),
+INSTANTIATE_TEST_SUITE_P(
+    ExplainFailure, StrangeAnswer,
+    ::testing::Values(StrangeRow{"200", "200"}, StrangeRow{"404", "404"},
+                      StrangeRow{"302", "302, and redirects are not followed"},
+                      StrangeRow{"401", "401, and authentication of HTTP is not supported"},
+                      StrangeRow{"407", "407, and a proxy that wants a password is not supported"}),
+    [](const auto& row) { return std::string(row.param.status); });
+
+TEST(ExplainFailure, ForeignEnvelopeIsTold) {
+  EXPECT_EQ(Explain(Phase::kOpen, kInvalid, WithEnvelope(Envelope::kForeign)),
+            "7 The respone that arrived is not valid (HTTP status 200, an envelope that is not named "
+            "soap:Envelope; is http://srv:8080 a Scriptwells server?)");
+}
+
+TEST(ExplainFailure, NullAnswerIsHintedAtOnlyInAnEnvelopeThatAnswersAScript) {
+  EXPECT_EQ(Explain(Phase::kExecute, kInvalid, WithEnvelope(Envelope::kKnown)),
             "7 The respone that arrived is not valid (a script that answers null or nothing ends so, too)");
+  EXPECT_EQ(Explain(Phase::kOpen, kInvalid, WithEnvelope(Envelope::kKnown)),
+            "7 The respone that arrived is not valid (HTTP status 200; is http://srv:8080 a Scriptwells "
+            "server?)");
+  EXPECT_EQ(Explain(Phase::kExecute, kInvalid, WithEnvelope(Envelope::kKnown, "500")),
+            "7 The respone that arrived is not valid (HTTP status 500)");
+}
+
+TEST(ExplainFailure, NobodyIsAskedForWhenASessionIsClosed) {
+  EXPECT_EQ(Explain(Phase::kClose, kInvalid, Answered("404", false)),
+            "7 The respone that arrived is not valid (HTTP status 404)");
+  EXPECT_EQ(Explain(Phase::kClose, kInvalid, Answered("200", false)),
+            "7 The respone that arrived is not valid");
 }
 
 TEST(ExplainFailure, EmptyCellsOfATableAreHintedAt) {

@@ -97,6 +97,25 @@ TEST_F(ReportingHttpTest, FaultElementInTheAnswerIsNoted) {
   EXPECT_TRUE(http_.Note().holdsFault);
 }
 
+TEST_F(ReportingHttpTest, EnvelopeInTheAnswerIsNoted) {
+  const std::pair<const char16_t*, Envelope> answers[] = {
+      {u"<soap:Envelope/>", Envelope::kKnown},        {u"<SOAP:Envelope/>", Envelope::kKnown},
+      {u"<SOAP-ENV:Envelope/>", Envelope::kForeign},  {u"<Envelope xmlns='x'/>", Envelope::kForeign},
+      {u"<html>An Envelope</html>", Envelope::kNone},
+  };
+  const IHttpSessionPtr session = MakeSession();
+  for (const auto& [text, expected] : answers) {
+    fake_.Answer(text);
+    Open(session);
+    const IHttpRequestPtr request = MakeRequest(session);
+    request->Send(u"", u"");
+    WideString read;
+    std::int32_t count = 0;
+    request->Read(static_cast<std::int32_t>(std::u16string_view(text).size()), &read, &count);
+    EXPECT_EQ(http_.Note().envelope, expected) << ToUtf8(text);
+  }
+}
+
 TEST_F(ReportingHttpTest, ProxyGetsItsPortBack) {
   EXPECT_EQ(Open(MakeSession(), u"px"), S_OK);
   const std::vector<std::string> opens = fake_.CallsNamed("Open");

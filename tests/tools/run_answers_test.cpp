@@ -49,6 +49,25 @@ TEST_F(RunAnswers, EmptyAnswerTellsWhatItMayBe) {
   }
 }
 
+TEST_F(RunAnswers, ServerOfAnotherKindIsAskedFor) {
+  const std::pair<std::string, std::string> answers[] = {
+      {test::RawAnswerText("<html>Welcome</html>"), "The respone that arrived is not valid (HTTP status 200"},
+      {"HTTP/1.1 404 Not Found\r\nContent-Length: 9\r\n\r\nnot found",
+       "The respone that arrived is not valid (HTTP status 404"},
+      {"HTTP/1.1 302 Found\r\nLocation: /login\r\nContent-Length: 0\r\n\r\n",
+       "Unknown Http problem. (HTTP status 302, and redirects are not followed, no usable Content-Length"},
+      {"HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic\r\nContent-Length: 3\r\n\r\nwho",
+       "The respone that arrived is not valid (HTTP status 401, and authentication of HTTP is not supported"},
+  };
+  for (const auto& [answer, shown] : answers) {
+    Answer({answer});
+    const Outcome outcome = RunTool(AsJoe("run", {"-e", "1"}));
+    EXPECT_EQ(outcome.err, "scriptwells: answer not understood: " + shown + "; is " + Origin() +
+                               " a Scriptwells server?)\n");
+    EXPECT_EQ(outcome.exit, 7);
+  }
+}
+
 TEST_F(RunAnswers, RequestThatTheServerFindsTooLongIsTold) {
   for (const std::string& refusal :
        {StatusAnswer("413 Payload Too Large"),
