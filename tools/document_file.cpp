@@ -1,6 +1,6 @@
 #include "tools/document_file.h"
 
-#include <utf8.h>
+#include <cstring>
 
 #include "tools/failure.h"
 #include "tools/local_files.h"
@@ -15,23 +15,31 @@ constexpr std::int64_t kLongestDocument = std::int64_t{64} << 20;
   throw Failure(ExitStatus::kLocal, reason);
 }
 
-// The library takes these for parts of a URL, or for another name's separator.
-void CheckPath(const std::string& path) {
-  if (!utf8::is_valid(path.begin(), path.end())) Refuse("the script document's path is not valid UTF-8");
-  if (path.find_first_of("#?\\") != std::string::npos)
-    Refuse("the script document's path " + path +
-           " holds '#', '?' or '\\', which the library cannot open; rename or copy it");
+bool StandsForItself(char unit) noexcept {
+  const bool isLetter = (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z');
+  return isLetter || (unit >= '0' && unit <= '9') || std::strchr("/-._~", unit) != nullptr;
+}
+
+// Whatever the path holds, which may be no UTF-8.
+std::string FileUrl(const std::string& path) {
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string url = "file://";
+  for (const char unit : path) {
+    const auto byte = static_cast<unsigned char>(unit);
+    url += StandsForItself(unit) ? std::string(1, unit)
+                                 : std::string{'%', kDigits[byte >> 4], kDigits[byte & 15]};
+  }
+  return url;
 }
 
 }  // namespace
 
 std::string CheckDocument(const std::string& file) {
   const std::string path = AbsolutePath(file, "script document");
-  CheckPath(path);
   const std::int64_t size = CheckReadable(file, "script document");
   if (size == 0) Refuse("the script document " + file + " is empty");
   if (size > kLongestDocument) Refuse("the script document " + file + " is longer than 64 MB");
-  return "file:///" + path;
+  return FileUrl(path);
 }
 
 bool LooksLikeDocument(const std::string& script) {

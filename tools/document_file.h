@@ -5,9 +5,8 @@
 
 namespace qv::cli {
 
-// The name of the file in the form that the library opens whatever it holds, "file:///" and the absolute
-// path. Throws Failure (kLocal) for a name that the library cannot open ('#', '?', '\', not UTF-8), and for a
-// file that cannot be read, is no regular one, is empty, or beyond 64 MB.
+// The file URL of the absolute path, percent-encoded: the form in which the library opens a file of any name.
+// Throws Failure (kLocal) for a file that cannot be read, is not a regular one, is empty, or beyond 64 MB.
 std::string CheckDocument(const std::string& file);
 
 // Whether a script begins as such a document does, behind blanks and an XML declaration.

@@ -102,11 +102,12 @@ class IConnectionModel : public IDispatch {
   virtual HRESULT Execute(const WideString& scriptLanguage, const WideString& script, IParameters* parameters,
                           Variant* result) noexcept = 0;
   // As Execute, with a script document in place of language and text. `scriptFile` is a path on this machine,
-  // in which "\" and "/" are alike, or "file:///" with such a path behind it ("file:////tmp/x.xml" for the
-  // absolute one); a name with "#", "?" or a ":" elsewhere is taken as another URL and refused. The file is a
-  // regular one with an XML document that tells its language and holds its code. It is read afresh for each
-  // call, with the entities and the document type that it names on this machine, and its content is not
-  // checked. One that cannot be opened or is not well-formed is "Cannot create the xml document.", one
+  // in which "\" and "/" are alike and everything else stands for itself, or a file URL:
+  // "file:///tmp/a%20b.xml", "file:/..." and "file://localhost/..." name an absolute path, percent-encoded;
+  // query and fragment are left out, any other host is refused. A name with another scheme is refused. The
+  // file is a regular one with an XML document that states its language and holds its code. It is read again
+  // for each call, with the entities and the document type that it names on this machine, and its content is
+  // not checked. A file that cannot be opened or is not well-formed is "Cannot create the xml document.", one
   // without a name "IsFileNameURL - File Name is missing."; nothing is sent then.
   virtual HRESULT ExecuteFile(const WideString& scriptFile, IParameters* parameters,
                               Variant* result) noexcept = 0;

@@ -1,6 +1,6 @@
 // Parsing by file name. The host trusts its local files, so the library's defaults hold, less network access.
+#include <optional>
 #include <string>
-#include <string_view>
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -10,6 +10,7 @@
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/wide_string.h"
 #include "support/file_names.h"
+#include "xml/file_url.h"
 #include "xml/local_entities.h"
 #include "xml/qv_dom_parser.h"
 
@@ -18,21 +19,33 @@ namespace {
 
 namespace xc = XERCES_CPP_NAMESPACE;
 
-constexpr std::u16string_view kFileUrlStart = u"file:///";
-
-[[noreturn]] void RefuseFile(const WideString& url, const char16_t* why) {
-  throw xc::SAXParseException(why, nullptr, url.data(), 0, 0);
+[[noreturn]] void RefuseFile(const WideString& systemId, const char16_t* why) {
+  throw xc::SAXParseException(why, nullptr, systemId.data(), 0, 0);
 }
 
-std::string ReadWholeFile(const WideString& url) {
-  // What stands behind "file:///" is a path of this system: "/a/b" is absolute, "a/b" is relative.
-  const std::string path = NativePath(WideString(url.view().substr(kFileUrlStart.size())));
+// A name with a query or a fragment is a URL already.
+WideString SystemIdOf(const WideString& name) {
+  return xc::XMLString::findAny(name.data(), u"#?") != nullptr ? name : FileNameToUrl(name);
+}
+
+// The path of this system. Only a URL that the caller wrote is taken apart; any other name is the path.
+std::string LocalPathOf(const WideString& name, const WideString& systemId) {
+  if (IsFileUrl(name.view())) {
+    const std::optional<std::string> path = PathOfFileUrl(name.view());
+    if (!path) RefuseFile(systemId, u"The URL names no file of this machine.");
+    return *path;
+  }
+  if (NamesNetwork(name.view())) RefuseFile(systemId, u"Only local files are opened.");
+  return NativePath(name);
+}
+
+std::string ReadWholeFile(const std::string& path, const WideString& systemId) {
   const RegularFile file = OpenRegularFile(path);
-  if (file.error != 0) RefuseFile(url, u"The file cannot be opened.");
+  if (file.error != 0) RefuseFile(systemId, u"The file cannot be opened.");
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(file.size));
   const int error = ReadToEnd(file.descriptor.Get(), bytes.max_size() - 1, bytes);
-  if (error != 0) RefuseFile(url, u"The file cannot be read.");
+  if (error != 0) RefuseFile(systemId, u"The file cannot be read.");
   return bytes;
 }
 
@@ -43,23 +56,15 @@ void QvDomParser::parse(const char* fileName, bool reuse) {
   setXMLEntityResolver(&onlyLocal);
   useCachedGrammarInParse(reuse);
   const WideString name = FromUtf8(fileName);
-  // A name with a query or a fragment is a URL already.
-  if (xc::XMLString::findAny(name.data(), u"#?") != nullptr) {
-    if (NamesNetwork(name.view())) RefuseFile(name, u"Network access is not allowed.");
-    TreeBuilder::parse(name.data());
-  } else {
-    ParseLocalFile(FileNameToUrl(name));
-  }
+  const WideString systemId = SystemIdOf(name);
+  ParseBytesOfFile(ReadWholeFile(LocalPathOf(name, systemId), systemId), systemId);
 }
 
-void QvDomParser::ParseLocalFile(const WideString& url) {
-  if (url.view().substr(0, kFileUrlStart.size()) != kFileUrlStart)
-    RefuseFile(url, u"Only local files are opened.");
-  const std::string bytes = ReadWholeFile(url);
-  bufferId_.assign(url.view());
+void QvDomParser::ParseBytesOfFile(const std::string& bytes, const WideString& systemId) {
+  bufferId_.assign(systemId.view());
   LimitGrowth(kMaxExpansionsOfFile);
   Memory().SetLimit(kMostBytes);
-  xc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(bytes.data()), bytes.size(), url.data(),
+  xc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(bytes.data()), bytes.size(), systemId.data(),
                                false);
   source.setCopyBufToStream(false);
   TreeBuilder::parse(source);

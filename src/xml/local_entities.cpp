@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <optional>
 #include <string>
 
 #include <xercesc/framework/LocalFileInputSource.hpp>
@@ -10,6 +11,7 @@
 #include <xercesc/util/XMLURL.hpp>
 
 #include "qvscriptwells/wide_string.h"
+#include "xml/file_url.h"
 
 namespace qv {
 namespace {
@@ -22,23 +24,19 @@ bool IsLetter(char16_t unit) {
 bool StandsInScheme(char16_t unit) {
   return IsLetter(unit) || (unit >= u'0' && unit <= u'9') || unit == u'+' || unit == u'-' || unit == u'.';
 }
-bool IsFileScheme(std::u16string_view scheme) {
-  constexpr std::u16string_view kFile = u"file";
-  if (scheme.size() != kFile.size()) return false;
-  for (std::size_t i = 0; i < kFile.size(); ++i)
-    if ((scheme[i] | 0x20) != kFile[i]) return false;
-  return true;
-}
 std::u16string_view View(const XMLCh* text) {
   return text == nullptr ? std::u16string_view() : text;
 }
 
-// Where the library will look: a URL when base and id make one, else a path. A name that it would decode
-// first is not found by the caller, who then asks no more.
-std::string PathOf(const xc::XMLResourceIdentifier& identifier) {
+// Where the library will look: a URL when base and id make one, whose path it decodes, else a path. Nothing
+// for one that does not decode.
+std::optional<std::string> PathOf(const xc::XMLResourceIdentifier& identifier) {
   const XMLCh* base = identifier.getBaseURI() == nullptr ? u"" : identifier.getBaseURI();
   xc::XMLURL url;
-  if (url.setURL(base, identifier.getSystemId(), url) && !url.isRelative()) return ToUtf8(url.getPath());
+  if (url.setURL(base, identifier.getSystemId(), url) && !url.isRelative()) {
+    std::string path = ToUtf8(url.getPath());
+    return DecodePercents(path) ? std::optional(path) : std::nullopt;
+  }
   return ToUtf8(xc::LocalFileInputSource(base, identifier.getSystemId()).getSystemId());
 }
 
@@ -54,15 +52,16 @@ bool NamesNetwork(std::u16string_view systemId) {
   std::size_t end = 0;
   while (end < systemId.size() && StandsInScheme(systemId[end])) ++end;
   const bool hasScheme = end > 1 && end < systemId.size() && systemId[end] == u':' && IsLetter(systemId[0]);
-  return hasScheme && !IsFileScheme(systemId.substr(0, end));
+  return hasScheme && !IsFileUrl(systemId);
 }
 
 xc::InputSource* LocalEntities::resolveEntity(xc::XMLResourceIdentifier* identifier) {
   if (NamesNetwork(View(identifier->getSystemId())) || NamesNetwork(View(identifier->getBaseURI())))
     throw xc::SAXParseException(u"Network access is not allowed.", nullptr, identifier->getSystemId(), 0, 0);
   if (View(identifier->getSystemId()).empty()) return nullptr;
-  if (IsPipe(PathOf(*identifier)))
-    throw xc::SAXParseException(u"A pipe is no entity.", nullptr, identifier->getSystemId(), 0, 0);
+  const std::optional<std::string> path = PathOf(*identifier);
+  if (!path || IsPipe(*path))
+    throw xc::SAXParseException(u"The entity is no file.", nullptr, identifier->getSystemId(), 0, 0);
   return nullptr;
 }
 

@@ -51,11 +51,13 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   // names; it must outlive this call only.
   void ParseHostileText(std::u16string_view text, const char* bufferId);
 
-  // Parses the file of a name or file URL (support/file_names.h), in UTF-8. A name with "#" or "?" goes to
-  // the library as it is. `reuse` lets the library use grammars that it keeps. Nothing is fetched from a
-  // network; that, and a file that cannot be opened, is a SAXParseException at line 0. A document that grows
-  // beyond kMaxExpansionsOfFile references, or one of the counts below, is refused as a hostile one is; one
-  // beyond kMostBytes of memory ends in the XML library's OutOfMemoryException.
+  // Parses the local, regular file of a name in UTF-8. A file URL (file_url.h) names an absolute file; any
+  // other name is the path as it stands, absolute or relative to the current directory. The system id is the
+  // name with "file:///" before it, or as it stands when it is a URL or holds "#" or "?". `reuse` lets the
+  // library use grammars that it keeps. Nothing is fetched from a network; that, and a file that cannot be
+  // opened, is a SAXParseException at line 0. A document that grows beyond kMaxExpansionsOfFile references,
+  // or one of the counts below, is refused as a hostile one is; one beyond kMostBytes of memory fails with
+  // the XML library's OutOfMemoryException. EQvException for names that FileNameToUrl refuses.
   void parse(const char* fileName, bool reuse);
 
   // Lowers the ceiling on memory of ParseHostileText from MemoryCeilingFor to `bytes`.
@@ -105,7 +107,7 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   void notationDecl(const XERCES_CPP_NAMESPACE_QUALIFIER XMLNotationDecl& notation, bool isIgnored) override;
 
  private:
-  void ParseLocalFile(const WideString& url);
+  void ParseBytesOfFile(const std::string& bytes, const WideString& systemId);
   void Disarm(std::size_t units);
   // Bounds what a small document can grow to.
   void LimitGrowth(std::size_t expansions);

@@ -46,19 +46,22 @@ TEST_F(ScriptFileNames, PathWithoutRootIsRelativeToTheCurrentDirectory) {
   const CurrentDirectory here(files_.Directory() / "sub");
   EXPECT_EQ(Named(u"b.xml"), kFound);
   EXPECT_EQ(Named(u"../a.xml"), kFound);
-  EXPECT_EQ(Named(u"file:///b.xml"), kFound);
   EXPECT_EQ(Refusal(WideString(u"a.xml")), kScriptFileRefused);
+  EXPECT_EQ(Refusal(WideString(u"file:///b.xml")), kScriptFileRefused);  // a URL is absolute
 }
 
 TEST_F(ScriptFileNames, FileUrlIsRead) {
-  EXPECT_EQ(Named("file:///" + files_.Write("a.xml", kDocument)), kFound);
+  const std::string path = files_.Write("a b.xml", kDocument);
+  const std::string encoded = files_.Directory().string() + "/a%20b.xml";
+  for (const char* start : {"file://", "file:", "file://localhost", "FILE://"}) {
+    EXPECT_EQ(Named(start + path), kFound) << start;
+    EXPECT_EQ(Named(start + encoded), kFound) << start;
+    EXPECT_EQ(Named(start + encoded + "?x=1#top"), kFound) << start;
+  }
 }
 
-// With a query or a fragment a name is a URL of the XML library's, which leaves both out of the path.
-TEST_F(ScriptFileNames, UrlWithQueryOrFragmentIsRead) {
-  const std::string path = files_.Write("a.xml", kDocument);
-  EXPECT_EQ(Named("file://" + path + "?x=1"), kFound);
-  EXPECT_EQ(Named("file://" + path + "#top"), kFound);
+TEST_F(ScriptFileNames, QueryAndFragmentOfAPlainNameAreAsTheyStand) {
+  EXPECT_EQ(Named(files_.Write("a?b#c.xml", kDocument)), kFound);
 }
 
 TEST_F(ScriptFileNames, MissingFilesAreRefused) {
@@ -92,13 +95,14 @@ TEST_F(ScriptFileNames, NameThatHasNoUtf8IsNotFound) {
 TEST_F(ScriptFileNames, NamesOnTheNetworkAreRefused) {
   for (const char16_t* name :
        {u"http://127.0.0.1:1/a.xml", u"https://127.0.0.1:1/a.xml", u"ftp://127.0.0.1:1/a.xml",
-        u"http://127.0.0.1:1/a.xml?x=1", u"HTTP://127.0.0.1:1/a.xml#top", u"file://127.0.0.1/a.xml"})
+        u"http://127.0.0.1:1/a.xml?x=1", u"HTTP://127.0.0.1:1/a.xml#top", u"file://127.0.0.1/a.xml",
+        u"file:a.xml", u"ab:c.xml"})
     EXPECT_EQ(Refusal(WideString(name)), kScriptFileRefused) << Shown(name);
 }
 
-// Such a name is a URL by the rules of names, though a file may bear it.
-TEST_F(ScriptFileNames, NameWithAColonIsAUrl) {
-  EXPECT_EQ(Refusal(files_.Write("a:b.xml", kDocument)), kScriptFileRefused);
+// Only what begins as a scheme does makes it a URL.
+TEST_F(ScriptFileNames, NameWithAColonElsewhereIsAsItStands) {
+  EXPECT_EQ(Named(files_.Write("a:b.xml", kDocument)), kFound);
 }
 
 TEST_F(ScriptFileNames, NamesThatAreNoneHaveTheWordsOfTheNameRules) {

@@ -20,6 +20,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
+class CurrentDirectory {
+ public:
+  explicit CurrentDirectory(const fs::path& path) { fs::current_path(path); }
+  ~CurrentDirectory() { fs::current_path(before_); }
+  CurrentDirectory(const CurrentDirectory&) = delete;
+  CurrentDirectory& operator=(const CurrentDirectory&) = delete;
+
+ private:
+  const fs::path before_ = fs::current_path();
+};
+
 class FileParseTest : public XmlFixture {
  protected:
   FileParseTest() {
@@ -85,9 +96,12 @@ TEST_F(FileParseTest, TooManyDifferentElementsAreRefused) {
 TEST_F(FileParseTest, PipesAsEntitiesAreRefusedAndNotWaitedFor) {
   const std::string pipe = (directory_ / "pipe").string();
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  for (const std::string& id : {std::string("pipe"), pipe, "file://" + pipe, "file:///" + pipe}) {
+  for (const std::string& id :
+       {std::string("pipe"), std::string("p%69pe"), std::string("pipe%00x"), pipe, "file://" + pipe,
+        "file:///" + pipe, "file:" + pipe, "file://localhost" + pipe}) {
     const std::string entity = "<!DOCTYPE r [<!ENTITY e SYSTEM '" + id + "'>]><r>&e;</r>";
-    EXPECT_NE(RefusalOf(Write("entity.xml", entity)), "(accepted)") << id;
+    for (const char* name : {"entity.xml", "entity?.xml"})
+      EXPECT_NE(RefusalOf(Write(name, entity)), "(accepted)") << id;
     EXPECT_NE(RefusalOf(Write("type.xml", "<!DOCTYPE r SYSTEM '" + id + "'><r/>")), "(accepted)") << id;
   }
 }
@@ -96,22 +110,63 @@ TEST_F(FileParseTest, PipeIsRefusedAndNotWaitedFor) {
   const std::string path = (directory_ / "pipe").string();
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
   EXPECT_EQ(RefusalOf(path), "file:///" + path + ":0:0");
+  for (const char* end : {"", "?x", "#x"})
+    EXPECT_EQ(RefusalOf("file://" + path + end), "file://" + path + end + ":0:0");
+}
+
+TEST_F(FileParseTest, PipeWithQueryOrFragmentInItsNameIsRefusedAndNotWaitedFor) {
+  for (const char* name : {"pipe?.xml", "pipe#.xml", "pipe:.xml"}) {
+    const std::string path = (directory_ / name).string();
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    EXPECT_EQ(RefusalOf(path), path + ":0:0");
+  }
 }
 
 TEST_F(FileParseTest, AbsolutePathIsRead) {
   EXPECT_EQ(TextOf(Write("a.xml", "<r>text</r>")), u"text");
 }
 
-TEST_F(FileParseTest, FileUrlIsRead) {
-  EXPECT_EQ(TextOf("file:///" + Write("a.xml", "<r>text</r>")), u"text");
+TEST_F(FileParseTest, FileUrlOfEachFormIsRead) {
+  const std::string path = Write("a.xml", "<r>text</r>");
+  for (const char* start :
+       {"file://", "file:", "file://localhost", "FILE://", "File:", "fIlE://LocalHost", "file:///"})
+    EXPECT_EQ(TextOf(start + path), u"text") << start;
+}
+
+TEST_F(FileParseTest, FileUrlIsAbsolute) {
+  Write("a.xml", "<r>here</r>");
+  const CurrentDirectory inside(directory_);
+  EXPECT_EQ(RefusalOf("file:///a.xml"), "file:///a.xml:0:0");
+}
+
+TEST_F(FileParseTest, FileUrlIsDecodedWithoutQueryAndFragment) {
+  const std::string path = Write("a b#c?.xml", "<r>odd</r>");
+  const std::string url = "file://" + directory_.string() + "/a%20b%23c%3F.xml";
+  for (const char* end : {"", "?x=%zz", "#top", "?x#top", "#top?x"})
+    EXPECT_EQ(TextOf(url + end), u"odd") << end;
+  EXPECT_EQ(RefusalOf("file://" + path), "file://" + path + ":0:0");  // ends at "#"
+  Write("\xFF\\%.xml", "<r>bytes</r>");
+  EXPECT_EQ(TextOf("file:" + directory_.string() + "/%ff%5c%25.xml"), u"bytes");
+}
+
+TEST_F(FileParseTest, FileUrlsThatNameNoLocalFileAreRefused) {
+  const std::string path = Write("a.xml", "<r>text</r>");
+  const CurrentDirectory inside(directory_);
+  for (const std::string& url :
+       {std::string("file:a.xml"), std::string("FILE:a.xml"), std::string("file:"), std::string("file://"),
+        std::string("file://a.xml"), std::string("file://localhost"), std::string("file:?") + path,
+        "file://host" + path, "file://127.0.0.1" + path, "file://localhost:80" + path,
+        "file://" + path + "%00", "file://" + path + "%", "file://" + path + "%4", "file://" + path + "%4g",
+        "file://" + path + "%+4"})
+    EXPECT_EQ(RefusalOf(url), url + ":0:0");
 }
 
 TEST_F(FileParseTest, PathWithoutRootIsRelativeToTheCurrentDirectory) {
   Write("sub/a.xml", "<r>here</r>");
-  const fs::path before = fs::current_path();
-  fs::current_path(directory_);
+  Write("sub/a?.xml", "<r>there</r>");
+  const CurrentDirectory inside(directory_);
   EXPECT_EQ(TextOf("sub/a.xml"), u"here");
-  fs::current_path(before);
+  EXPECT_EQ(TextOf("sub/a?.xml"), u"there");
 }
 
 TEST_F(FileParseTest, BackslashesBlanksPercentSignsAndOtherLettersAreAsTheyStand) {
@@ -144,9 +199,28 @@ TEST_F(FileParseTest, OtherSchemesAreNotOpened) {
   EXPECT_EQ(RefusalOf("ftp://127.0.0.1:1/a.xml#top"), "ftp://127.0.0.1:1/a.xml#top:0:0");
 }
 
-TEST_F(FileParseTest, NameWithQuestionMarkGoesToTheLibraryUnchanged) {
-  // The library takes it for a path of its own; with the prefix it would not be found.
-  EXPECT_EQ(TextOf(Write("a?b.xml", "<r>asked</r>")), u"asked");
+// With the prefix the system id would be another, and with it every message about the file.
+TEST_F(FileParseTest, NameWithQueryOrFragmentIsTheSystemIdAsItStands) {
+  for (const char* name : {"a?b.xml", "a#b.xml", "%41?.xml"}) {
+    EXPECT_EQ(TextOf(Write(name, "<r>found</r>")), u"found") << name;
+    const std::string path = Write(name, "<r>\n <a></b></r>");
+    EXPECT_EQ(RefusalOf(path), path + ":2:7");
+  }
+}
+
+TEST_F(FileParseTest, NameWithAColonThatIsNoSchemeIsTheSystemIdAsItStands) {
+  EXPECT_EQ(TextOf(Write("10:30.xml", "<r>found</r>")), u"found");
+  const std::string path = Write("10:30.xml", "<r>\n <a></b></r>");
+  EXPECT_EQ(RefusalOf(path), path + ":2:7");
+}
+
+TEST_F(FileParseTest, FileOfAnyNameHasTheLimits) {
+  std::string text = "<!DOCTYPE r [<!ENTITY e 'x'>]><r>";
+  for (int i = 0; i < 10001; ++i) text += "&e;";
+  text += "</r>";
+  for (const char* name : {"e.xml", "e?.xml", "e#.xml", "e:.xml"})
+    EXPECT_NE(RefusalOf(Write(name, text)), "(accepted)") << name;
+  EXPECT_NE(RefusalOf("file://" + directory_.string() + "/e.xml?"), "(accepted)");
 }
 
 TEST_F(FileParseTest, LocalEntityIsResolved) {
