@@ -33,7 +33,8 @@ bool WaitFor(socket_t socket, short events, std::chrono::milliseconds time) {
 
 }  // namespace
 
-Connection::Connection(socket_t socket) : socket_(socket) {}
+Connection::Connection(socket_t socket, std::chrono::milliseconds messageTime)
+    : socket_(socket), messageTime_(messageTime), reading_(messageTime) {}
 
 bool Connection::WaitForRequest(std::chrono::milliseconds time) {
   if (readAt_ < incoming_.size()) return true;
@@ -44,6 +45,9 @@ bool Connection::WaitForRequest(std::chrono::milliseconds time) {
 void Connection::BeginRequest(std::size_t bytes) {
   budget_ = bytes;
   answer_.reset();
+  reading_ = MessageTime(messageTime_);
+  sending_.reset();
+  late_ = false;
 }
 
 bool Connection::Finish(std::chrono::milliseconds stallTime, std::atomic<std::uint64_t>& fileBytes) {
@@ -66,8 +70,16 @@ void Connection::DrainRest() const {
 }
 
 // Ends early when the client closes or the server stops, which shuts the socket down.
-void Connection::HoldStill(std::chrono::milliseconds time) const {
+void Connection::HoldStill(std::chrono::milliseconds time) {
   WaitFor(socket_, POLLRDHUP, time);
+  sending_.reset();
+}
+
+bool Connection::AwaitBytes() {
+  const std::chrono::milliseconds left = reading_.Left();
+  const bool ready = left.count() > 0 && is_readable();
+  late_ = !ready && left < kReadTime;
+  return ready;
 }
 
 bool Connection::Fill() {
@@ -79,20 +91,21 @@ bool Connection::Fill() {
     count = recv(socket_, incoming_.data(), incoming_.size(), 0);
   } while (count < 0 && errno == EINTR);
   incoming_.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+  reading_.Add(incoming_.size());
   return count > 0;
 }
 
 bool Connection::is_readable() const {
-  return readAt_ < incoming_.size() || WaitFor(socket_, POLLIN, kReadTime);
+  return readAt_ < incoming_.size() || WaitFor(socket_, POLLIN, std::min(kReadTime, reading_.Left()));
 }
 bool Connection::is_writable() const {
-  return WaitFor(socket_, POLLOUT, kWriteTime);
+  return WaitFor(socket_, POLLOUT, sending_ ? std::min(kWriteTime, sending_->Left()) : kWriteTime);
 }
 
 ssize_t Connection::read(char* target, std::size_t size) {
   if (readAt_ == incoming_.size()) {
     // What was written so far is an interim answer that the client waits for.
-    if (!Flush() || !is_readable() || !Fill()) return -1;
+    if (!Flush() || !AwaitBytes() || !Fill()) return -1;
   }
   const std::size_t count = std::min({size, incoming_.size() - readAt_, budget_});
   std::memcpy(target, incoming_.data() + readAt_, count);
@@ -115,11 +128,13 @@ bool Connection::Flush() {
 }
 
 bool Connection::SendNow(std::string_view bytes) {
+  if (!sending_) sending_.emplace(messageTime_);
   for (std::size_t sent = 0; sent < bytes.size();) {
     const ssize_t count =
         send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
     const bool full = count < 0 && errno == EAGAIN;
-    if (full ? !is_writable() : count < 0 && errno != EINTR) {
+    sending_->Add(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    if (full ? sending_->Left().count() == 0 || !is_writable() : count < 0 && errno != EINTR) {
       close_ = true;
       return false;
     }

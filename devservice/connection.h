@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "devservice/http_message.h"
+#include "devservice/message_time.h"
 
 namespace qv::devservice {
 
@@ -18,13 +19,14 @@ namespace qv::devservice {
 // the socket by the server's Stop comes from another one.
 class Connection : public httplib::Stream {
  public:
-  // Borrows the socket; the caller closes it.
-  explicit Connection(socket_t socket);
+  // Borrows the socket; the caller closes it. `messageTime` is for each request and each answer, see
+  // MessageTime.
+  Connection(socket_t socket, std::chrono::milliseconds messageTime);
 
   // Waits for the first byte of a request; false when none comes in time or the other side has closed.
   bool WaitForRequest(std::chrono::milliseconds time);
 
-  // Starts a request that may take no more than `bytes` off the wire.
+  // Starts a request, and its time, that may take no more than `bytes` off the wire.
   void BeginRequest(std::size_t bytes);
 
   // The path of the present request, kept here while the library routes.
@@ -38,6 +40,9 @@ class Connection : public httplib::Stream {
   void CloseAfterwards() { close_ = true; }
 
   bool Closes() const { return close_; }
+
+  // Whether the present request used up its time before it was read.
+  bool IsLate() const { return late_; }
 
   // The present request is refused before its body was read: no further request, and DrainRest has work.
   void AbandonRest() { close_ = drains_ = true; }
@@ -55,7 +60,7 @@ class Connection : public httplib::Stream {
   // For the delivery of an answer: sends at once, false (and the connection closes) when that fails; waits
   // until the time is over, the client closes, or the server stops.
   bool SendNow(std::string_view bytes);
-  void HoldStill(std::chrono::milliseconds time) const;
+  void HoldStill(std::chrono::milliseconds time);
 
   bool is_readable() const override;
   bool is_writable() const override;
@@ -66,16 +71,21 @@ class Connection : public httplib::Stream {
   socket_t socket() const override { return socket_; }
 
  private:
+  bool AwaitBytes();
   bool Fill();
   bool Flush();
 
   socket_t socket_;
+  const std::chrono::milliseconds messageTime_;
+  MessageTime reading_;
+  std::optional<MessageTime> sending_;  // From the first byte of an answer on.
   std::string incoming_;
   std::size_t readAt_ = 0;
   std::size_t budget_ = 0;
   std::string outgoing_;
   std::string path_;
   std::optional<HttpAnswer> answer_;
+  bool late_ = false;
   bool close_ = false;
   bool drains_ = false;
 };

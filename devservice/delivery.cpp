@@ -29,10 +29,12 @@ constexpr Reason kReasons[] = {
     {403, "Forbidden"},
     {404, "Not Found"},
     {405, "Method Not Allowed"},
+    {408, "Request Timeout"},
     {411, "Length Required"},
     {413, "Payload Too Large"},
     {415, "Unsupported Media Type"},
     {500, "Internal Server Error"},
+    {503, "Service Unavailable"},
     {507, "Insufficient Storage"},
 };
 

@@ -60,13 +60,22 @@ std::atomic<std::uint64_t> ServiceStats::*CounterOf(Action action) {
 
 }  // namespace
 
-Endpoint::Endpoint(const Namespaces& spaces, const EndpointParts& parts, std::uint64_t maxUploadBytes)
+Endpoint::Endpoint(const Namespaces& spaces, const EndpointParts& parts, AccessRule access,
+                   std::uint64_t maxUploadBytes)
     : spaces_(spaces),
+      access_(std::move(access)),
       sessions_(parts.sessions),
       pool_(parts.pool),
       spool_(parts.spool),
       stats_(parts.stats),
       transfers_(parts.sessions, parts.spool, parts.stats, maxUploadBytes) {}
+
+std::optional<HttpAnswer> Endpoint::Refuse(const HttpRequest& head) {
+  const std::string reason = access_.Refusal(head.hostHeader, head.origin);
+  if (!reason.empty()) return Page(403, reason);
+  if (head.method == "GET" || head.method == "HEAD" || head.method == "POST") return std::nullopt;
+  return Page(405, "The service takes GET, HEAD and POST only.\n");
+}
 
 BodyPlan Endpoint::PlanBody(const HttpRequest& head) {
   if (!IsUploadPath(head.path)) return {};

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "devservice/access_rule.h"
 #include "devservice/http_server.h"
 #include "devservice/namespaces.h"
 #include "devservice/odd_forms.h"
@@ -31,8 +32,10 @@ struct EndpointParts {
 // Thread-safe. Every failure is an answer too.
 class Endpoint : public RequestHandler {
  public:
-  Endpoint(const Namespaces& spaces, const EndpointParts& parts, std::uint64_t maxUploadBytes);
+  Endpoint(const Namespaces& spaces, const EndpointParts& parts, AccessRule access,
+           std::uint64_t maxUploadBytes);
 
+  std::optional<HttpAnswer> Refuse(const HttpRequest& head) override;
   BodyPlan PlanBody(const HttpRequest& head) override;
   HttpAnswer Handle(const HttpRequest& request) override;
 
@@ -48,6 +51,7 @@ class Endpoint : public RequestHandler {
   bool RefusesStill(const std::string& path);
 
   const Namespaces spaces_;
+  const AccessRule access_;
   SessionTable& sessions_;
   WorkerPool& pool_;
   SpoolDirectory& spool_;

@@ -17,7 +17,10 @@ struct HttpRequest {
   std::string path;
   std::string contentType;
   std::string soapAction;
-  std::string host;            // Header Host.
+  // Header Host, or the service's own address where that is missing or could not stand in a URL.
+  std::string host;
+  std::string hostHeader;      // Header Host as it came; several are joined by commas.
+  std::string origin;          // Header Origin, joined likewise.
   std::string forwardedProto;  // Header X-Forwarded-Proto.
   std::string usid;            // Header usid: the session that a transfer belongs to.
   std::string ticket;          // `ticket` of the query, percent-decoded.

@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "devservice/body_budget.h"
 #include "devservice/connection.h"
 #include "devservice/connection_threads.h"
 #include "devservice/request_head.h"
@@ -33,16 +34,25 @@ void SetSwitch(socket_t socket, int level, int option) {
   setsockopt(socket, level, option, &on, sizeof on);
 }
 
-std::string Refusal(const HttpServerOptions& options) {
+std::string ListenFailure(const HttpServerOptions& options) {
   return "Cannot listen on " + options.host + " port " + std::to_string(options.port) +
          ": the port is taken, not permitted, or the address is not one of this machine.";
 }
 
-HttpAnswer EarlyEnd() {
+HttpAnswer Refusal(int status, const char* text) {
   HttpAnswer answer;
-  answer.status = 400;
-  answer.body = "The body ended before its announced length.\n";
+  answer.status = status;
+  answer.body = text;
   return answer;
+}
+
+HttpAnswer EarlyEnd(const Connection& connection) {
+  if (connection.IsLate()) return Refusal(408, "The request took too long.\n");
+  return Refusal(400, "The body ended before its announced length.\n");
+}
+
+HttpAnswer NoRoom() {
+  return Refusal(503, "The bodies of all requests together take too much memory. Try again later.\n");
 }
 
 }  // namespace
@@ -52,10 +62,10 @@ HttpAnswer EarlyEnd() {
 class HttpServer::Implementation : public httplib::Server {
  public:
   Implementation(HttpServerOptions options, ServiceStats& stats, RequestHandler& handler)
-      : options_(std::move(options)), stats_(stats), handler_(handler) {
+      : options_(std::move(options)), stats_(stats), handler_(handler), budget_(options_.maxBodyBytes) {
     Configure();
     port_ = options_.port == 0 ? bind_to_any_port(options_.host) : BindTo(options_.port);
-    if (port_ <= 0) throw std::runtime_error(Refusal(options_));
+    if (port_ <= 0) throw std::runtime_error(ListenFailure(options_));
     // A second call widens the queue of connections not yet accepted, which the library makes very short.
     ::listen(svr_sock_, kBacklog);
     thread_ = std::thread([this] { listen_after_bind(); });
@@ -81,6 +91,9 @@ class HttpServer::Implementation : public httplib::Server {
     set_keep_alive_timeout(std::chrono::duration_cast<std::chrono::seconds>(options_.keepAliveTime).count());
     set_payload_max_length(options_.maxRequestBytes);
     new_task_queue = [this] { return new ConnectionThreads(options_.maxConnections); };
+    set_pre_routing_handler([this](const httplib::Request& request, httplib::Response&) {
+      return Admit(request) ? HandlerResponse::Unhandled : HandlerResponse::Handled;
+    });
     Post("/", [this](const httplib::Request& request, httplib::Response& response,
                      const httplib::ContentReader& reader) { ServePost(request, response, reader); });
     Get("/", [this](const httplib::Request& request, httplib::Response& response) {
@@ -98,7 +111,7 @@ class HttpServer::Implementation : public httplib::Server {
     }
     ++stats_.connections;
     SetSwitch(socket, IPPROTO_TCP, TCP_NODELAY);
-    Connection connection(socket);
+    Connection connection(socket, options_.requestTime);
     currentConnection = &connection;
     while (connection.WaitForRequest(options_.keepAliveTime) && ServeOne(connection)) {
     }
@@ -119,6 +132,7 @@ class HttpServer::Implementation : public httplib::Server {
       request.ranges.clear();
     });
     if (!served || closed) connection.CloseAfterwards();
+    if (connection.IsLate()) RefuseWith(EarlyEnd(connection));
     return connection.Finish(options_.stallTime, stats_.downloadedBytes);
   }
 
@@ -131,6 +145,15 @@ class HttpServer::Implementation : public httplib::Server {
     return (bracketed ? "[" + options_.host + "]" : options_.host) + ":" + std::to_string(port_);
   }
 
+  // Decides by the head alone. The body of a request that is refused is not read.
+  bool Admit(const httplib::Request& request) {
+    std::optional<HttpAnswer> refusal = handler_.Refuse(MakeRequest(request));
+    if (!refusal) return true;
+    refusal->headOnly = request.method == "HEAD";
+    RefuseWith(std::move(*refusal));
+    return false;
+  }
+
   void ServePost(const httplib::Request& request, httplib::Response& response,
                  const httplib::ContentReader& reader) {
     HttpRequest whole = MakeRequest(request);
@@ -138,13 +161,18 @@ class HttpServer::Implementation : public httplib::Server {
     if (plan.refusal) return RefuseWith(std::move(*plan.refusal));
     if (plan.sink) return ServeStream(whole.bodyLength.value_or(0), *plan.sink);
     if (request.is_multipart_form_data()) return Refuse(response, 415);
+    BodyShare share(budget_);
     bool tooLong = false;
+    bool crowded = false;
     const bool complete = reader([&](const char* bytes, std::size_t count) {
       tooLong = count > options_.maxRequestBytes - whole.body.size();
-      if (!tooLong) whole.body.append(bytes, count);
-      return !tooLong;
+      crowded = !tooLong && !share.Take(count);
+      if (!tooLong && !crowded) whole.body.append(bytes, count);
+      return !tooLong && !crowded;
     });
-    if (!complete) return Refuse(response, tooLong || response.status == 413 ? 413 : 400);
+    if (crowded) return RefuseWith(NoRoom());
+    if (tooLong || response.status == 413) return Refuse(response, 413);
+    if (!complete) return RefuseWith(EarlyEnd(*currentConnection));
     Serve(whole, response);
   }
 
@@ -154,7 +182,7 @@ class HttpServer::Implementation : public httplib::Server {
     std::array<char, kPieceBytes> piece;
     for (std::uint64_t left = length; left > 0;) {
       const ssize_t got = currentConnection->read(piece.data(), std::min<std::uint64_t>(piece.size(), left));
-      if (got <= 0) return RefuseWith(EarlyEnd());
+      if (got <= 0) return RefuseWith(EarlyEnd(*currentConnection));
       std::optional<HttpAnswer> answer = sink.Write(piece.data(), static_cast<std::size_t>(got));
       if (answer) return RefuseWith(std::move(*answer));
       left -= static_cast<std::uint64_t>(got);
@@ -188,6 +216,7 @@ class HttpServer::Implementation : public httplib::Server {
   const HttpServerOptions options_;
   ServiceStats& stats_;
   RequestHandler& handler_;
+  BodyBudget budget_;
   int port_ = 0;
   OpenSockets sockets_;
   std::thread thread_;

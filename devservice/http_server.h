@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "devservice/http_message.h"
@@ -18,12 +19,16 @@ struct HttpServerOptions {
   std::size_t maxConnections = 1;
   std::chrono::milliseconds keepAliveTime{0};
   std::chrono::milliseconds stallTime{0};
+  std::chrono::milliseconds requestTime{0};
+  std::size_t maxBodyBytes = 0;  // Of all requests that are under way.
 };
 
 // What the server asks about requests: on the connection's thread, several at a time. Must not throw.
 class RequestHandler {
  public:
   virtual ~RequestHandler() = default;
+  // The head of a request of any method has come: an answer when it is refused, whatever it is about.
+  virtual std::optional<HttpAnswer> Refuse(const HttpRequest& head) = 0;
   // The head of a POST has come, its body not yet.
   virtual BodyPlan PlanBody(const HttpRequest& head) = 0;
   // The request is whole. Not called when its body had a sink or was refused.

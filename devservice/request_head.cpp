@@ -23,6 +23,14 @@ std::optional<std::uint64_t> BodyLength(const httplib::Request& request) {
   return length;
 }
 
+// All values of a header. More than one make a text that no single value equals.
+std::string JoinedValues(const httplib::Request& request, const char* name) {
+  std::string joined = request.get_header_value(name);
+  for (std::size_t i = 1; i < request.get_header_value_count(name); ++i)
+    joined += ", " + request.get_header_value(name, i);
+  return joined;
+}
+
 }  // namespace
 
 std::string PathOf(const std::string& target) {
@@ -39,8 +47,9 @@ HttpRequest MakeRequestHead(const httplib::Request& request, const std::string& 
   head.path = path;
   head.contentType = request.get_header_value("Content-Type");
   head.soapAction = request.get_header_value("SOAPAction");
-  head.host = request.get_header_value("Host");
-  if (!IsHost(head.host)) head.host = ownHost;
+  head.hostHeader = JoinedValues(request, "Host");
+  head.host = IsHost(head.hostHeader) ? head.hostHeader : ownHost;
+  head.origin = JoinedValues(request, "Origin");
   head.forwardedProto = request.get_header_value("X-Forwarded-Proto");
   head.usid = request.get_header_value("usid");
   head.ticket = request.get_param_value("ticket");

@@ -27,19 +27,25 @@ void CheckOptions(const ServiceOptions& options) {
   }
 }
 
+std::vector<std::string> NamesOf(const ServiceOptions& options) {
+  std::vector<std::string> names = options.names;
+  names.push_back(options.host);
+  return names;
+}
+
 }  // namespace
 
 // The parts in the order in which they depend on each other.
 class Service::Running {
  public:
   explicit Running(const ServiceOptions& options)
-      : sessions_(options.users, {options.maxSessions, options.sessionIdleLimit, options.maxTickets}),
+      : sessions_(options.users, {options.maxSessions, options.maxTickets}),
         pool_({options.workerCommand, options.maxWorkers, options.scriptTimeLimit, options.scriptMemoryLimit},
               stats_),
         endpoint_(Namespaces(options.namespaceHost), {sessions_, pool_, spool_, stats_},
-                  options.maxUploadBytes),
+                  AccessRule(NamesOf(options)), options.maxUploadBytes),
         server_({options.host, options.port, options.maxRequestBytes, options.maxConnections,
-                 options.keepAliveTime, options.stallTime},
+                 options.keepAliveTime, options.stallTime, options.requestTime, options.maxBodyBytes},
                 stats_, endpoint_) {}
 
   // Scripts first: the server waits for its handlers.

@@ -25,6 +25,10 @@ struct ServiceOptions {
   // Address or name to listen on. Anything but loopback opens the service to the network: it runs the code
   // that it is sent, so think twice.
   std::string host = "127.0.0.1";
+  // Further names by which clients call this host, without a port. A request whose Host header is none of
+  // these, nor `host`, "localhost" or an IP address, is answered with status 403, and so is one from a web
+  // page of another origin.
+  std::vector<std::string> names;
   // TCP port, 0 to 65535; 0 takes a free one, which Port() then tells.
   int port = 0;
   // Wall-clock time that one script may take, from its arrival at the worker to its answer.
@@ -42,9 +46,15 @@ struct ServiceOptions {
   std::string namespaceHost = "http://quorvane.example";
   // Largest request body in bytes; more is answered with status 413.
   std::size_t maxRequestBytes = std::size_t{64} << 20;
-  // Most open sessions; one more is a fault. Sessions idle for `sessionIdleLimit` make room.
+  // Largest sum of the request bodies that are held at one time; a request beyond it is answered with status
+  // 503. Uploads go to files and do not count.
+  std::size_t maxBodyBytes = std::size_t{256} << 20;
+  // Time for the head and body of a request together, and for an answer, each from its first byte. Every 64
+  // KiB that were moved add a second. What takes longer is answered with status 408, or closed.
+  std::chrono::milliseconds requestTime{60000};
+  // Most open sessions. One more ends the session that was not used for the longest time; it is a fault only
+  // when requests are under way in all of them.
   std::size_t maxSessions = 1000;
-  std::chrono::seconds sessionIdleLimit{3600};
   // Largest file that can be uploaded, in bytes; more is answered with status 413.
   std::uint64_t maxUploadBytes = std::uint64_t{4} << 30;
   // Most upload tickets of one session, and most files that its scripts can publish.

@@ -54,11 +54,9 @@ void SessionTable::CheckUser(const Credentials& credentials) const {
 
 std::string SessionTable::Open(std::string_view connectionString) {
   CheckUser(ParseConnectionString(connectionString));
+  std::shared_ptr<SessionFiles> dropped;  // Its files are deleted outside the lock.
   const std::lock_guard<std::mutex> lock(mutex_);
-  if (sessions_.size() >= limits_.sessions) DropIdle();
-  if (sessions_.size() >= limits_.sessions) {
-    throw FaultError(kTooManySessions, "There are too many open sessions.", "session");
-  }
+  if (sessions_.size() >= limits_.sessions) dropped = DropOldestIdle();
   const std::string id = RandomId();
   sessions_[id] = {Clock::now(), std::make_shared<SessionFiles>(limits_.tickets)};
   return id;
@@ -109,16 +107,19 @@ std::size_t SessionTable::Count() const {
   return sessions_.size();
 }
 
-void SessionTable::DropIdle() {
-  const Clock::time_point oldest = Clock::now() - limits_.idle;
-  for (auto session = sessions_.begin(); session != sessions_.end();) {
-    if (session->second.lastUse >= oldest) {
-      ++session;
-      continue;
-    }
-    session->second.files->Close();
-    session = sessions_.erase(session);
+// Files that somebody else holds too are those of a request that is under way.
+std::shared_ptr<SessionFiles> SessionTable::DropOldestIdle() {
+  auto oldest = sessions_.end();
+  for (auto session = sessions_.begin(); session != sessions_.end(); ++session) {
+    if (session->second.files.use_count() > 1) continue;
+    if (oldest == sessions_.end() || session->second.lastUse < oldest->second.lastUse) oldest = session;
   }
+  if (oldest == sessions_.end())
+    throw FaultError(kTooManySessions, "There are too many open sessions.", "session");
+  std::shared_ptr<SessionFiles> files = std::move(oldest->second.files);
+  sessions_.erase(oldest);
+  files->Close();
+  return files;
 }
 
 }  // namespace qv::devservice

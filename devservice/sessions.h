@@ -25,7 +25,6 @@ Credentials ParseConnectionString(std::string_view text);
 
 struct SessionLimits {
   std::size_t sessions = 1;
-  std::chrono::seconds idle{0};
   std::size_t tickets = 1;  // Of each session.
 };
 
@@ -34,11 +33,13 @@ class SessionTable {
  public:
   SessionTable(std::vector<ServiceUser> users, const SessionLimits& limits);
 
-  // Opens a session and returns its id, 32 hexadecimal digits from the system's random source. Throws
-  // FaultError with kUserRefused or kTooManySessions.
+  // Opens a session and returns its id, 32 hexadecimal digits from the system's random source. A full table
+  // loses its oldest idle session. Throws FaultError with kUserRefused, or with kTooManySessions when none is
+  // idle.
   std::string Open(std::string_view connectionString);
 
-  // Marks the session as used now and returns its files. Throws FaultError with kUnknownSession.
+  // Marks the session as used now and returns its files; it is not idle while the caller holds them. Throws
+  // FaultError with kUnknownSession.
   std::shared_ptr<SessionFiles> Use(const std::string& id);
   // The same, but null for an unknown session.
   std::shared_ptr<SessionFiles> Find(const std::string& id);
@@ -59,7 +60,7 @@ class SessionTable {
     std::shared_ptr<SessionFiles> files;
   };
   void CheckUser(const Credentials& credentials) const;
-  void DropIdle();
+  std::shared_ptr<SessionFiles> DropOldestIdle();
 
   const std::vector<ServiceUser> users_;
   const SessionLimits limits_;

@@ -15,8 +15,6 @@
 #include <fstream>
 #include <stdexcept>
 
-extern char** environ;
-
 namespace qv::devservice {
 namespace {
 
@@ -65,9 +63,10 @@ pid_t Spawn(const std::vector<std::string>& command, int socket) {
   for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
   arguments.push_back(nullptr);
   const SpawnSettings settings(socket);
+  char* noVariables[] = {nullptr};  // The environment of a user holds secrets, and scripts need none of it.
   pid_t process = 0;
   const int error = posix_spawnp(&process, arguments[0], settings.Actions(), settings.Attributes(),
-                                 arguments.data(), environ);
+                                 arguments.data(), noVariables);
   if (error != 0) ThrowSystem("The script worker \"" + command[0] + "\" cannot be started", error);
   return process;
 }

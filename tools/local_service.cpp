@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "devservice/namespaces.h"
+#include "devservice/random_id.h"
 #include "tools/failure.h"
 
 #ifndef QV_NAMESPACE_HOST
@@ -33,6 +34,14 @@ devservice::ServiceOptions CommonServiceOptions() {
   options.namespaceHost = NamespaceHost();
   options.workerCommand = WorkerCommand();
   return options;
+}
+
+devservice::ServiceUser RandomUser() {
+  try {
+    return {devservice::RandomId(), devservice::RandomId()};
+  } catch (const std::runtime_error& error) {
+    throw Failure(ExitStatus::kLocal, error.what());
+  }
 }
 
 void StartService(devservice::Service& service) {

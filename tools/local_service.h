@@ -21,6 +21,10 @@ std::string ScriptNamespace();
 // What every service of this program has in common: its worker and its namespaces. Throws as WorkerCommand.
 devservice::ServiceOptions CommonServiceOptions();
 
+// A user name and a password that nobody can guess. Throws Failure (kLocal) when the system has no random
+// numbers.
+devservice::ServiceUser RandomUser();
+
 // Starts the service; its failures become Failure (kLocal).
 void StartService(devservice::Service& service);
 

@@ -47,6 +47,7 @@ struct DownloadOptions : SessionOptions {
 
 struct ServeOptions {
   std::string host = "127.0.0.1";
+  std::vector<std::string> names;  // further ones by which clients call the host
   int port = 0;
   std::string usersFile;
   double scriptTimeoutSeconds = 5;

@@ -55,10 +55,7 @@ std::vector<ScriptParameter> ParseParameters(const RunOptions& options, std::ost
 
 SessionSettings CheckRunSettings(const RunOptions& options) {
   SessionSettings settings = CheckSettings(options);
-  if (options.local) {
-    if (options.user.empty()) settings.user = "local";
-    return settings;  // the service inside this program takes every password
-  }
+  if (options.local) return settings;
   settings.server = CheckServer(options.server);
   settings.password = FindPassword(options, options.file == "-");
   return settings;
@@ -146,9 +143,15 @@ void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err)
   if (!options.local) return RunJob(job, options, out, err);
   std::optional<PrivateHome> home;
   if (job.hasFiles) home.emplace();
-  devservice::Service service(CommonServiceOptions());
+  // Everybody on this machine can connect to the service, so that only this program may know its user.
+  const devservice::ServiceUser user = RandomUser();
+  devservice::ServiceOptions serviceOptions = CommonServiceOptions();
+  serviceOptions.users = {user};
+  devservice::Service service(serviceOptions);
   StartService(service);
   job.settings.server = service.Url();
+  job.settings.user = user.name;
+  job.settings.password = user.password;
   RunJob(job, options, out, err);
 }
 

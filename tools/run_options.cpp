@@ -38,8 +38,8 @@ void RunArguments::DefineParameters() {
   command_->add_flag(
       "--local", run_.local,
       "Run in a service inside this program; nothing else is needed. A script has 5 s and 256 MiB "
-      "there; for more: serve --script-timeout, --script-memory, and --server. The user is \"local\" unless "
-      "--user names another");
+      "there; for more: serve --script-timeout, --script-memory, and --server. User and password are random, "
+      "so that nobody else can use it");
 }
 
 void RunArguments::DefineScript(CLI::App& app) {

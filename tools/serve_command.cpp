@@ -20,6 +20,7 @@ namespace {
 devservice::ServiceOptions ToServiceOptions(const ServeOptions& options) {
   devservice::ServiceOptions service = CommonServiceOptions();
   service.host = options.host;
+  service.names = options.names;
   service.port = options.port;
   service.scriptTimeLimit =
       std::chrono::milliseconds(static_cast<std::int64_t>(std::ceil(options.scriptTimeoutSeconds * 1000)));

@@ -11,6 +11,11 @@ namespace {
 
 constexpr double kLongestScript = 86400;
 
+bool IsHostName(const std::string& text) {
+  constexpr char kAllowed[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-_";
+  return !text.empty() && text.size() <= 255 && text.find_first_not_of(kAllowed) == std::string::npos;
+}
+
 }  // namespace
 
 ServeArguments::ServeArguments(CLI::App& app)
@@ -19,6 +24,13 @@ ServeArguments::ServeArguments(CLI::App& app)
   command_->add_option("--host", serve_.host, "Address to listen on")
       ->capture_default_str()
       ->type_name("HOST");
+  command_
+      ->add_option("--name", serve_.names,
+                   "Also answer to requests for this host name, as of a tunnel; may be repeated")
+      ->type_name("HOST")
+      ->take_all()
+      ->expected(1)
+      ->allow_extra_args(false);
   command_->add_option("--port", serve_.port, "Port to listen on; 0: a free one")
       ->capture_default_str()
       ->type_name("PORT")
@@ -43,6 +55,8 @@ bool ServeArguments::Parsed() const {
 }
 
 const char* ServeArguments::Check() const {
+  for (const std::string& name : serve_.names)
+    if (!IsHostName(name)) return "--name has to be a host name, without http:// and without a port";
   if (home_->count() > 0 && serve_.home.empty()) return "--home has to name a directory";
   const double seconds = serve_.scriptTimeoutSeconds;
   if (std::isfinite(seconds) && seconds >= 0.001 && seconds <= kLongestScript) return nullptr;

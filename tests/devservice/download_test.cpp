@@ -29,14 +29,14 @@ TEST_F(Downloads, HeadHasNoBodyAndKeepsTheConnection) {
   const std::string path = PathIn(Text("publish('a', 'text')"));
   RawClient client(service_->Port());
   for (int i = 0; i < 3; ++i) {
-    client.Send("HEAD " + path + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\n\r\n");
+    client.Send("HEAD " + path + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
     const RawAnswer answer = client.Receive(std::chrono::milliseconds(300));
     EXPECT_EQ(HeaderOf(answer.head, "Content-Length"), "4");
     EXPECT_EQ(HeaderOf(answer.head, "Content-Disposition"), "attachment; filename=a");
     EXPECT_EQ(answer.body, "");
     EXPECT_FALSE(answer.closed);
   }
-  client.Send("GET " + path + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\n\r\n");
+  client.Send("GET " + path + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
   EXPECT_EQ(client.Receive().body, "text");
 }
 
@@ -66,7 +66,7 @@ TEST_F(Downloads, ContentsGoUpTo64Megabytes) {
   session_ = Login();
   const std::string path = PathIn(Text("publish('a', 'x'.repeat(64 << 20))"));
   RawClient client(service_->Port());
-  client.Send("GET " + path + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\n\r\n");
+  client.Send("GET " + path + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
   EXPECT_EQ(client.Drain().bytes, std::size_t{64} << 20);
   const std::string fault = "1010|The content is larger than 64 MiB.|script, line 1";
   EXPECT_EQ(Fault("publish('a', 'x'.repeat((64 << 20) + 1))"), fault);
@@ -130,7 +130,7 @@ TEST_F(Downloads, WrongSessionAndUnknownFileAreRefused) {
   EXPECT_EQ(StatusOf(Fetch("http://x/files/" + std::string(32, 'a') + "/")), "404");
   EXPECT_EQ(StatusOf(Fetch("http://x/files/../../etc/passwd")), "404");
   RawClient post(service_->Port());
-  post.Send("POST " + PathIn(url) + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ +
+  post.Send("POST " + PathIn(url) + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ +
             "\r\nContent-Length: 0\r\n\r\n");
   EXPECT_EQ(StatusOf(post.Receive()), "405");
   EXPECT_EQ(StatusOf(Fetch(url + "x")), "404");

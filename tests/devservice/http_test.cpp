@@ -38,7 +38,7 @@ TEST_F(Http, ConnectionServesManyRequests) {
 
 TEST_F(Http, PipelinedRequestsAreAnsweredInOrder) {
   RawClient client(service_->Port());
-  client.Send("GET /nothing HTTP/1.1\r\nHost: x\r\n\r\n" +
+  client.Send("GET /nothing HTTP/1.1\r\nHost: localhost\r\n\r\n" +
               PostRequest("", "CreateUserSession", CreateEnvelope("Username=a;")));
   EXPECT_EQ(client.Receive().head.substr(0, 12), "HTTP/1.1 404");
 }
@@ -47,7 +47,7 @@ TEST_F(Http, ManyKeptConnectionsDoNotStarveTheNextClient) {
   std::vector<std::unique_ptr<RawClient>> kept;
   for (int i = 0; i < 60; ++i) {
     kept.push_back(std::make_unique<RawClient>(service_->Port()));
-    kept.back()->Send("GET / HTTP/1.1\r\nHost: x\r\n\r\n");
+    kept.back()->Send("GET / HTTP/1.1\r\nHost: localhost\r\n\r\n");
     ASSERT_EQ(kept.back()->Receive().head.substr(0, 12), "HTTP/1.1 200") << i;
   }
   EXPECT_EQ(Login().size(), 32u);
@@ -66,12 +66,12 @@ TEST_F(Http, OtherPathsMethodsAndTypesAreRefused) {
   EXPECT_EQ(Get("/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx").head.substr(0, 12), "HTTP/1.1 405");
   RawClient client(service_->Port());
   client.Send(
-      "POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\nHost: x\r\n"
+      "POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\nHost: localhost\r\n"
       "Content-Type: text/plain\r\nContent-Length: 1\r\n\r\nx");
   EXPECT_EQ(client.Receive().head.substr(0, 12), "HTTP/1.1 415");
   RawClient form(service_->Port());
   form.Send(
-      "POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\nHost: x\r\n"
+      "POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\nHost: localhost\r\n"
       "Content-Type: multipart/form-data; boundary=b\r\nContent-Length: 9\r\n\r\n--b\r\n--b--");
   EXPECT_EQ(form.Receive().head.substr(0, 12), "HTTP/1.1 415");
 }
@@ -86,7 +86,8 @@ TEST_F(Http, ChunkedRequestIsRead) {
   char length[16];
   std::snprintf(length, sizeof length, "%zx", body.size());
   client.Send(
-      "POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\nHost: x\r\nContent-Type: text/xml\r\n"
+      "POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\nHost: localhost\r\nContent-Type: "
+      "text/xml\r\n"
       "SOAPAction: http://quorvane.example/dev/ns/ivarnel/scriptwells#CreateUserSession\r\n"
       "Transfer-Encoding: chunked\r\n\r\n" +
       std::string(length) + "\r\n" + body + "\r\n0\r\n\r\n");
@@ -139,7 +140,8 @@ TEST_F(SmallRequests, LongBodyIsRefused) {
 TEST_F(SmallRequests, LongChunkedBodyIsRefused) {
   RawClient client(service_->Port());
   client.Send(
-      "POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\nHost: x\r\nContent-Type: text/xml\r\n"
+      "POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\nHost: localhost\r\nContent-Type: "
+      "text/xml\r\n"
       "Transfer-Encoding: chunked\r\n\r\n");
   for (int i = 0; i < 20; ++i) client.Send("400\r\n" + std::string(1024, 'a') + "\r\n");
   client.Send("0\r\n\r\n");
@@ -149,7 +151,7 @@ TEST_F(SmallRequests, LongChunkedBodyIsRefused) {
 
 TEST_F(SmallRequests, EndlessBodyIsCutOff) {
   RawClient client(service_->Port());
-  client.Send("POST / HTTP/1.1\r\nHost: x\r\nContent-Length: 100000000000\r\n\r\n");
+  client.Send("POST / HTTP/1.1\r\nHost: localhost\r\nContent-Length: 100000000000\r\n\r\n");
   for (int i = 0; i < 2000; ++i) client.Send(std::string(1024, 'a'));
   const RawAnswer answer = client.Receive(std::chrono::seconds(20));
   EXPECT_TRUE(answer.closed || answer.head.substr(0, 12) == "HTTP/1.1 413");

@@ -76,7 +76,7 @@ TEST_F(OddTransfers, DownloadShortLacksAByte) {
 TEST_F(OddTransfers, DownloadLongHasMoreThanAnnounced) {
   const std::string url = OddText("download-long", "publish('a.txt', '0123456789')");
   RawClient client(service_->Port());
-  client.Send("GET " + PathIn(url) + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\n\r\n");
+  client.Send("GET " + PathIn(url) + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
   std::string bytes;
   for (RawAnswer answer; !answer.closed; bytes += answer.head + answer.body) answer = client.Receive();
   EXPECT_NE(bytes.find("Content-Length: 10\r\n"), std::string::npos);
@@ -86,7 +86,7 @@ TEST_F(OddTransfers, DownloadLongHasMoreThanAnnounced) {
 TEST_F(OddTransfers, DownloadStallHoldsStillAfterHalf) {
   const std::string url = OddText("download-stall", "publish('a.txt', '0123456789')");
   RawClient client(service_->Port());
-  client.Send("GET " + PathIn(url) + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\n\r\n");
+  client.Send("GET " + PathIn(url) + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
   const RawAnswer first = client.Receive(std::chrono::milliseconds(300));
   EXPECT_TRUE(first.timedOut);
   EXPECT_EQ(first.body, "01234");
@@ -152,7 +152,7 @@ TEST_F(OddTransfers, StopEndsStallsAtOnce) {
   upload.Send(UploadHead(PathIn(OddText("upload-stall", "uploadUrl()")), session_, 4) + "abcd");
   RawClient download(service_->Port());
   download.Send("GET " + PathIn(OddText("download-stall", "publish('a', 'text')")) +
-                " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\n\r\n");
+                " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
   EXPECT_TRUE(upload.Receive(std::chrono::milliseconds(300)).timedOut);
   EXPECT_TRUE(download.Receive(std::chrono::milliseconds(300)).timedOut);
   const auto start = Clock::now();

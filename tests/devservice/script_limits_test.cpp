@@ -103,6 +103,16 @@ TEST_F(ScriptLimits, KilledWorkerIsReplaced) {
   EXPECT_EQ(Stats()["workersStarted"], 2);
 }
 
+TEST_F(ScriptLimits, WorkersHaveNoEnvironment) {
+  ASSERT_EQ(setenv("SCRIPT_LIMITS_SECRET", "x", 1), 0);
+  EXPECT_EQ(Value("1"), "xsd:int|1");
+  const std::vector<pid_t> workers = Children();
+  ASSERT_EQ(workers.size(), 1u);
+  std::ifstream file("/proc/" + std::to_string(workers[0]) + "/environ");
+  ASSERT_TRUE(file.is_open());
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "");
+}
+
 TEST_F(ScriptLimits, WorkerThatDiesInAScriptIsAFault) {
   std::thread killer([] {
     const auto deadline = Clock::now() + std::chrono::seconds(30);

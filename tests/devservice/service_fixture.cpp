@@ -135,7 +135,7 @@ RawAnswer ServiceTest::Post(const std::string& prefix, const std::string& action
 
 RawAnswer ServiceTest::Get(const std::string& path) {
   RawClient client(service_->Port());
-  client.Send("GET " + path + " HTTP/1.1\r\nHost: x\r\n\r\n");
+  client.Send("GET " + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n");
   return client.Receive();
 }
 

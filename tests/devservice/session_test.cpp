@@ -1,4 +1,7 @@
 #include "devservice/sessions.h"
+
+#include <thread>
+
 #include "service_fixture.h"
 
 namespace qv::devservice::testing {
@@ -60,25 +63,34 @@ TEST_F(Session, WithUsersNameAndPasswordHaveToMatch) {
   }
 }
 
-TEST_F(Session, TooManySessionsAreAFault) {
+// A peer that opens sessions and forgets them must not lock everybody out.
+TEST_F(Session, TheOneThatWasNotUsedForTheLongestTimeMakesRoom) {
   ServiceOptions options = TestOptions();
   options.maxSessions = 2;
   StartWith(options);
   const std::string first = Login();
-  EXPECT_EQ(FaultOfLogin("Username=b;"), "(no fault)");
-  EXPECT_EQ(FaultOfLogin("Username=c;"), "1005|There are too many open sessions.|session");
-  Post("", "CloseUserSession", CloseEnvelope(first));
-  EXPECT_EQ(FaultOfLogin("Username=c;"), "(no fault)");
+  const std::string second = Login();
+  session_ = first;
+  EXPECT_EQ(Value("1"), "xsd:int|1");
+  const std::string third = Login();
+  EXPECT_EQ(Value("2"), "xsd:int|2");
+  session_ = third;
+  EXPECT_EQ(Value("3"), "xsd:int|3");
+  session_ = second;
+  EXPECT_EQ(Fault("1"), "1004|The session does not exist on this service.|session");
 }
 
-TEST_F(Session, IdleSessionsMakeRoom) {
+TEST_F(Session, SessionsWithARunningScriptStay) {
   ServiceOptions options = TestOptions();
   options.maxSessions = 1;
-  options.sessionIdleLimit = std::chrono::seconds(-1);
+  options.scriptTimeLimit = std::chrono::seconds(100);
   StartWith(options);
   session_ = Login();
-  EXPECT_EQ(FaultOfLogin("Username=b;"), "(no fault)");
-  EXPECT_EQ(Fault("1").substr(0, 5), "1004|");
+  RawClient busy(service_->Port());
+  busy.Send(PostRequest("", "Execute", ExecuteEnvelope(session_, "while (true) {}", NilParameters())));
+  for (int i = 0; i < 2000 && Stats()["scriptsRun"] != 1; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_EQ(FaultOfLogin("Username=b;"), "1005|There are too many open sessions.|session");
 }
 
 TEST(ConnectionString, LaterPairsWinAndUnknownKeysAreSkipped) {

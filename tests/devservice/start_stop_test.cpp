@@ -70,7 +70,7 @@ TEST(StartStop, CanBeRepeatedOnOnePortWithoutLeaks) {
     service.Start();
     service.Start();
     RawClient client(service.Port());
-    client.Send("GET / HTTP/1.1\r\nHost: x\r\n\r\n");
+    client.Send("GET / HTTP/1.1\r\nHost: localhost\r\n\r\n");
     EXPECT_EQ(client.Receive().head.substr(0, 12), "HTTP/1.1 200");
     service.Stop();
     service.Stop();
@@ -85,7 +85,7 @@ TEST(StartStop, FixedPortIsFreeAgainAtOnce) {
   const int port = first.Port();
   {
     RawClient client(port);
-    client.Send("GET / HTTP/1.1\r\nHost: x\r\n\r\n");
+    client.Send("GET / HTTP/1.1\r\nHost: localhost\r\n\r\n");
     client.Receive();
   }
   first.Stop();
@@ -100,7 +100,7 @@ TEST(StartStop, StopDoesNotWaitForKeptConnections) {
   RawClient idle(service.Port());
   RawClient half(service.Port());
   half.Send("POST / HTTP/1.1\r\nContent-Length: 50\r\n\r\nabc");
-  idle.Send("GET / HTTP/1.1\r\nHost: x\r\n\r\n");
+  idle.Send("GET / HTTP/1.1\r\nHost: localhost\r\n\r\n");
   idle.Receive();
   const auto start = Clock::now();
   service.Stop();

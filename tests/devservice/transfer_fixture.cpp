@@ -21,7 +21,7 @@ std::string TicketIn(const std::string& url) {
 }
 
 std::string UploadHead(const std::string& path, const std::string& usid, std::size_t length) {
-  return "POST " + path + " HTTP/1.1\r\nHost: x\r\ncache-control: no-cache\r\nusid: " + usid +
+  return "POST " + path + " HTTP/1.1\r\nHost: localhost\r\ncache-control: no-cache\r\nusid: " + usid +
          "\r\nContent-Length: " + std::to_string(length) + "\r\n\r\n";
 }
 
@@ -70,7 +70,7 @@ RawAnswer TransferTest::Fetch(const std::string& url, const std::string& method)
 
 RawAnswer TransferTest::FetchAs(const std::string& usid, const std::string& url, const std::string& method) {
   RawClient client(service_->Port());
-  client.Send(method + " " + PathIn(url) + " HTTP/1.1\r\nHost: x\r\nusid: " + usid + "\r\n\r\n");
+  client.Send(method + " " + PathIn(url) + " HTTP/1.1\r\nHost: localhost\r\nusid: " + usid + "\r\n\r\n");
   return client.Receive(std::chrono::milliseconds(method == "HEAD" ? 300 : 60000));
 }
 

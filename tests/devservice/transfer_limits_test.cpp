@@ -63,7 +63,7 @@ TEST_F(TransferLimits, LargeFilesTakeNoMemory) {
   const std::string file =
       Text("publish('big', parameters.f)", ArrayOf(1, TicketParameter("f", TicketIn(url))));
   RawClient download(service_->Port());
-  download.Send("GET " + PathIn(file) + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\n\r\n");
+  download.Send("GET " + PathIn(file) + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
   const DrainedAnswer answer = download.Drain();
   EXPECT_EQ(answer.bytes, size);
   EXPECT_TRUE(answer.asPattern);
@@ -81,7 +81,7 @@ TEST_F(TransferLimits, TooLongUploadIsRefusedBeforeItIsRead) {
   huge.Send(UploadHead(PathIn(url), session_, std::size_t{1} << 60));
   EXPECT_EQ(StatusOf(huge.Receive()), "413");
   RawClient absurd(service_->Port());
-  absurd.Send("POST " + PathIn(url) + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ +
+  absurd.Send("POST " + PathIn(url) + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ +
               "\r\nContent-Length: 99999999999999999999999\r\n\r\n");
   EXPECT_EQ(StatusOf(absurd.Receive()), "411");
   EXPECT_EQ(Stats()["uploadedBytes"], 1000);
@@ -210,7 +210,7 @@ TEST_F(TransferLimits, StopEndsTransfersAtOnce) {
   RawClient upload(service_->Port());
   upload.Send(UploadHead(PathIn(url), session_, 1000000) + std::string(500000, 'a'));
   RawClient download(service_->Port());
-  download.Send("GET " + PathIn(file) + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\n\r\n");
+  download.Send("GET " + PathIn(file) + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
   RawClient refused(service_->Port());
   refused.Send(UploadHead("/WebEditor/FileManagerUpload.aspx", session_, 1000000));
   EXPECT_EQ(StatusOf(refused.Receive()), "404");
@@ -220,10 +220,9 @@ TEST_F(TransferLimits, StopEndsTransfersAtOnce) {
   EXPECT_TRUE(std::filesystem::is_empty(temporary_.Path()));
 }
 
-TEST_F(TransferLimits, ForgottenSessionsLoseTheirFiles) {
+TEST_F(TransferLimits, SessionsThatMakeRoomLoseTheirFiles) {
   ServiceOptions options = TestOptions();
   options.maxSessions = 1;
-  options.sessionIdleLimit = std::chrono::seconds(-1);
   Start(options);
   UploadNew("abc");
   EXPECT_EQ(temporary_.CountFiles(), 1u);

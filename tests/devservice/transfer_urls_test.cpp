@@ -58,6 +58,12 @@ TEST(TransferUrls, PathsAreRecognised) {
 
 class TransferHosts : public TransferTest {
  protected:
+  void SetUp() override {
+    ServiceOptions options = TestOptions();
+    options.names = {"tunnel.example", "h"};
+    StartWith(options);
+    session_ = Login();
+  }
   std::string AddressFor(const std::string& headers) {
     const std::string body = ExecuteEnvelope(session_, "uploadUrl()", NilParameters());
     RawClient client(service_->Port());
@@ -77,7 +83,7 @@ TEST_F(TransferHosts, HostHeaderCounts) {
 
 TEST_F(TransferHosts, OwnAddressStandsInForNone) {
   EXPECT_EQ(AddressFor(""), "xsd:string|" + service_->Url());
-  EXPECT_EQ(AddressFor("Host: a/b?c=d\r\n"), "xsd:string|" + service_->Url());
+  EXPECT_EQ(AddressFor("Host:\r\n"), "xsd:string|" + service_->Url());
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace {
 using Uploads = TransferTest;
 
 std::string Chunked(const std::string& path, const std::string& usid) {
-  return "POST " + path + " HTTP/1.1\r\nHost: x\r\nusid: " + usid +
+  return "POST " + path + " HTTP/1.1\r\nHost: localhost\r\nusid: " + usid +
          "\r\nTransfer-Encoding: chunked\r\n\r\n1\r\na\r\n0\r\n\r\n";
 }
 
@@ -38,8 +38,9 @@ TEST_F(Uploads, AnyContentTypeIsTakenAsBytes) {
                            "application/octet-stream"}) {
     const std::string url = NewUploadUrl();
     RawClient client(service_->Port());
-    client.Send("POST " + PathIn(url) + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\nContent-Type: " +
-                type + "\r\nContent-Encoding: gzip\r\nContent-Length: 9\r\n\r\n" + "--b\na=%20");
+    client.Send("POST " + PathIn(url) + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ +
+                "\r\nContent-Type: " + type + "\r\nContent-Encoding: gzip\r\nContent-Length: 9\r\n\r\n" +
+                "--b\na=%20");
     EXPECT_EQ(StatusOf(client.Receive()), "200") << type;
     EXPECT_EQ(Text("parameters.f.text()", ArrayOf(1, TicketParameter("f", TicketIn(url)))), "--b\na=%20")
         << type;
@@ -67,7 +68,7 @@ TEST_F(Uploads, ConnectionIsKept) {
 
 TEST_F(Uploads, ExpectContinueIsAnswered) {
   RawClient client(service_->Port());
-  client.Send("POST " + PathIn(NewUploadUrl()) + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ +
+  client.Send("POST " + PathIn(NewUploadUrl()) + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ +
               "\r\nContent-Length: 1\r\nExpect: 100-continue\r\n\r\n");
   EXPECT_EQ(StatusOf(client.Receive(std::chrono::milliseconds(500))), "100");
   client.Send("a");
@@ -99,10 +100,10 @@ TEST_F(Uploads, OtherMethodsAndFramingsAreRefused) {
   chunked.Send(Chunked(path, session_));
   EXPECT_EQ(StatusOf(chunked.Receive()), "411");
   RawClient none(service_->Port());
-  none.Send("POST " + path + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ + "\r\n\r\n");
+  none.Send("POST " + path + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
   EXPECT_EQ(StatusOf(none.Receive()), "411");
   RawClient twice(service_->Port());
-  twice.Send("POST " + path + " HTTP/1.1\r\nHost: x\r\nusid: " + session_ +
+  twice.Send("POST " + path + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ +
              "\r\nContent-Length: 1\r\nContent-Length: 2\r\n\r\nab");
   EXPECT_EQ(StatusOf(twice.Receive()), "411");
 }

@@ -216,9 +216,20 @@ TEST_F(Options, ServeTakesItsOptions) {
   EXPECT_EQ(serve.scriptMemoryMegabytes, 64);
 }
 
+TEST_F(Options, ServeTakesNamesOfItsHost) {
+  const ServeOptions serve = Serve({"serve", "--name", "Tunnel.example", "--name", "build-box"});
+  EXPECT_EQ(serve.names, (std::vector<std::string>{"Tunnel.example", "build-box"}));
+  for (const char* name : {"", "http://h", "h:80", "h/", "a b", "::1", "h\n"}) {
+    EXPECT_EQ(Refusal({"serve", "--name", name}),
+              "--name has to be a host name, without http:// and without a port|scriptwells serve --help")
+        << name;
+  }
+}
+
 TEST_F(Options, DefaultsOfServe) {
   const ServeOptions serve = Serve({"serve"});
   EXPECT_EQ(serve.host, "127.0.0.1");
+  EXPECT_EQ(serve.names, std::vector<std::string>());
   EXPECT_EQ(serve.port, 0);
   EXPECT_EQ(serve.scriptTimeoutSeconds, 5);
   EXPECT_EQ(serve.scriptMemoryMegabytes, 256);
