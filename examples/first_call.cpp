@@ -7,7 +7,8 @@
 namespace {
 
 void AddOnTheServer(const char* server) {
-  const qv::XmlLibraryHold hold;
+  const qv::XmlLibraryHold library;  // for as long as calls are made: see their headers
+  const qv::ValueTypesHold types;
   const auto provider = qv::CreateSimpleServiceProvider(qv::CreateSimpleHost({u"joe"}).get());
   const auto client = qv::CreateQvScriptwells(qv::FromUtf8(server), u"", provider.get());
   const auto model = qv::ModelOf(client.get());

@@ -84,9 +84,9 @@ class IConnectionStringRaw : public IDispatch {
   ~IConnectionStringRaw() = default;
 };
 
-// One connection to one server, with at most one session. The first model that is destroyed takes the
-// process's table of types with it: later calls with parameters fail with "Cannot create the xml document.",
-// and typed answers read as empty. A program that makes several models keeps the first one to its end.
+// One connection to one server, with at most one session. Any model that is destroyed empties the process's
+// table of value types: later calls with parameters fail with "Cannot create the xml document.", and typed
+// answers read as empty. A program that makes several models keeps a ValueTypesHold (value_types_hold.h).
 class IConnectionModel : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("fc62e4ca-81ab-4879-bf0a-2450a54f80f3");

@@ -22,6 +22,7 @@
 #include "qvscriptwells/simple_host.h"
 #include "qvscriptwells/unknown.h"
 #include "qvscriptwells/value_objects.h"
+#include "qvscriptwells/value_types_hold.h"
 #include "qvscriptwells/variant.h"
 #include "qvscriptwells/wide_string.h"
 #include "qvscriptwells/xml_library_hold.h"

@@ -18,13 +18,37 @@ FormaterCreator::FormaterCreator(const WideString& typeName) {
 }
 
 void FormaterFactory::Register(const WideString& name, FormaterCreator* creator) {
-  creators_.emplace(ToUpper(name), creator);
+  try {
+    creators_.emplace(ToUpper(name), creator);
+  } catch (const std::bad_alloc&) {
+    _com_raise_error(E_OUTOFMEMORY);
+  }
 }
 
 FormaterSerializer* FormaterFactory::GetFormater(const WideString& typeName) {
   const WideString name = ToUpper(typeName);
   const auto found = creators_.find(MeansString(name) ? WideString(u"STRING") : name);
   return found == creators_.end() ? nullptr : found->second->GetSerializer();
+}
+
+void FormaterFactory::RegisterAll(const FormaterFactory& other) {
+  try {
+    std::map<WideString, FormaterCreator*> all = creators_;
+    all.insert(other.creators_.begin(), other.creators_.end());
+    creators_.swap(all);
+  } catch (const std::bad_alloc&) {
+    _com_raise_error(E_OUTOFMEMORY);
+  }
+}
+
+std::mutex& FormaterMutex() noexcept {
+  static std::mutex mutex;
+  return mutex;
+}
+
+FormaterSerializer* FindFormater(const WideString& typeName) {
+  const std::lock_guard<std::mutex> lock(FormaterMutex());
+  return FormaterFactory::Instance()->GetFormater(typeName);
 }
 
 }  // namespace qv

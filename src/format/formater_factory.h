@@ -1,10 +1,14 @@
-// One object per process, made on first use. No lock: used on the thread of the library's objects.
+// One object per process, made on first use, and the factory of the formaters, which is one. Neither has a
+// lock of its own: the library's rooms go through the functions at the end.
 #pragma once
 
 #include <map>
+#include <mutex>
+#include <new>
 
 #include "format/formater_creator.h"
 #include "format/formater_serializer.h"
+#include "qvscriptwells/com_error.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {
@@ -13,8 +17,10 @@ template <class T>
 class QvSingleton {
  public:
   virtual ~QvSingleton() = default;
+  // Throws `_com_error`, E_OUTOFMEMORY.
   static T* Instance() {
-    if (instance_ == nullptr) instance_ = new T;
+    if (instance_ == nullptr) instance_ = new (std::nothrow) T;
+    if (instance_ == nullptr) _com_raise_error(E_OUTOFMEMORY);
     return instance_;
   }
   // Deletes the object; the next Instance() makes a new one.
@@ -30,16 +36,25 @@ class QvSingleton {
 // From a type name to its formater, without regard to case.
 class FormaterFactory : public QvSingleton<FormaterFactory> {
  public:
-  // The first registration of a name stays; a later one does nothing. `creator` is borrowed.
+  // The first registration of a name stays; a later one does nothing. `creator` is borrowed. Throws
+  // `_com_error`, E_OUTOFMEMORY.
   void Register(const WideString& name, FormaterCreator* creator);
   // Borrowed; null for a name that nobody registered. Any name that stands inside "idref" or "language" means
   // "string".
   FormaterSerializer* GetFormater(const WideString& typeName);
   // Forgets all names.
   void Clear() { creators_.clear(); }
+  // Registers all names of `other`, or none when it throws.
+  void RegisterAll(const FormaterFactory& other);
 
  private:
   std::map<WideString, FormaterCreator*> creators_;
 };
+
+// Models on several threads share the factory. Whoever fills or ends it holds this lock.
+std::mutex& FormaterMutex() noexcept;
+// FormaterFactory::GetFormater of the process's factory. Any thread; what it gives lives as long as the
+// process.
+FormaterSerializer* FindFormater(const WideString& typeName);
 
 }  // namespace qv

@@ -8,7 +8,7 @@ namespace qv {
 namespace {
 
 Variant ReadTyped(const XmlNode& value, const XmlNode& type) {
-  FormaterSerializer* const formater = FormaterFactory::Instance()->GetFormater(ReadTypeName(type));
+  FormaterSerializer* const formater = FindFormater(ReadTypeName(type));
   return formater == nullptr ? Variant() : formater->ReadValue(value);
 }
 

@@ -41,7 +41,7 @@ FormaterSerializer* CellFormaters::FormaterOf(std::int32_t columnType) {
   if (columnType < 0 || static_cast<std::size_t>(columnType) >= kKnownTypes) return nullptr;
   Place& place = places_[columnType];
   if (!place.asked) {
-    place.formater = FormaterFactory::Instance()->GetFormater(WideString(FormaterNameOf(columnType)));
+    place.formater = FindFormater(WideString(FormaterNameOf(columnType)));
     place.asked = true;
   }
   return place.formater;

@@ -1,42 +1,98 @@
 #include "recordlist/register_formaters.h"
 
 #include "format/date_time_formaters.h"
+#include "format/formater_factory.h"
 #include "format/object_formaters.h"
 #include "format/scalar_formaters.h"
+#include "qvscriptwells/value_types_hold.h"
 #include "recordlist/formater_record_list.h"
 
 namespace qv {
+namespace {
 
-// "float" has no second name: a value typed "xsd:float" finds no formater, and hosts rely on it reading as
-// empty.
+// Each registers itself. "float" has no second name: a value typed "xsd:float" finds no formater, and hosts
+// rely on it reading as empty.
+struct Creators {
+  FormaterBoolCreator boolean{u"boolean"};
+  FormaterBoolCreator xsdBoolean{u"xsd:boolean"};
+  FormaterByteCreator byte{u"byte"};
+  FormaterByteCreator xsdByte{u"xsd:byte"};
+  FormaterDateCreator date{u"date"};
+  FormaterDateCreator xsdDate{u"xsd:date"};
+  FormaterDateTimeCreator dateTime{u"datetime"};
+  FormaterDateTimeCreator xsdDateTime{u"xsd:datetime"};
+  FormaterDoubleCreator doubleNumber{u"double"};
+  FormaterDoubleCreator xsdDouble{u"xsd:double"};
+  FormaterFloatCreator floatNumber{u"float"};
+  FormaterIntCreator intNumber{u"int"};
+  FormaterIntCreator xsdInt{u"xsd:int"};
+  FormaterLongCreator longNumber{u"long"};
+  FormaterLongCreator xsdLong{u"xsd:long"};
+  FormaterShortCreator shortNumber{u"short"};
+  FormaterShortCreator xsdShort{u"xsd:short"};
+  FormaterStringCreator string{u"string"};
+  FormaterStringCreator xsdString{u"xsd:string"};
+  FormaterTimeCreator time{u"time"};
+  FormaterTimeCreator xsdTime{u"xsd:time"};
+  FormaterRecordListCreator recordList{u"recordlist"};
+  FormaterRecordListCreator sofRecordList{u"sof:recordlist"};
+  FormaterDurationCreator duration{u"duration"};
+  FormaterDurationCreator xsdDuration{u"xsd:duration"};
+  FormaterUrlCreator url{u"url"};
+  FormaterUrlCreator sofUrl{u"sof:url"};
+};
+
+struct ValueTypes {
+  ValueTypes() { names.RegisterAll(*FormaterFactory::Instance()); }
+  Creators creators;
+  FormaterFactory names;  // for a factory that has to be filled again
+};
+
+// Under the lock. All or nothing: a factory that has names of creators that are gone again is none to keep.
+const ValueTypes& RegisteredTypes() {
+  try {
+    static const ValueTypes types;
+    return types;
+  } catch (...) {
+    FormaterFactory::Destroy();
+    throw;
+  }
+}
+
+void FillUnderLock() {
+  const FormaterFactory& names = RegisteredTypes().names;
+  FormaterFactory::Instance()->RegisterAll(names);
+}
+
+int holds = 0;  // under the lock
+
+}  // namespace
+
 void RegisterFormaters() {
-  static FormaterBoolCreator boolean(u"boolean");
-  static FormaterBoolCreator xsdBoolean(u"xsd:boolean");
-  static FormaterByteCreator byte(u"byte");
-  static FormaterByteCreator xsdByte(u"xsd:byte");
-  static FormaterDateCreator date(u"date");
-  static FormaterDateCreator xsdDate(u"xsd:date");
-  static FormaterDateTimeCreator dateTime(u"datetime");
-  static FormaterDateTimeCreator xsdDateTime(u"xsd:datetime");
-  static FormaterDoubleCreator doubleNumber(u"double");
-  static FormaterDoubleCreator xsdDouble(u"xsd:double");
-  static FormaterFloatCreator floatNumber(u"float");
-  static FormaterIntCreator intNumber(u"int");
-  static FormaterIntCreator xsdInt(u"xsd:int");
-  static FormaterLongCreator longNumber(u"long");
-  static FormaterLongCreator xsdLong(u"xsd:long");
-  static FormaterShortCreator shortNumber(u"short");
-  static FormaterShortCreator xsdShort(u"xsd:short");
-  static FormaterStringCreator string(u"string");
-  static FormaterStringCreator xsdString(u"xsd:string");
-  static FormaterTimeCreator time(u"time");
-  static FormaterTimeCreator xsdTime(u"xsd:time");
-  static FormaterRecordListCreator recordList(u"recordlist");
-  static FormaterRecordListCreator sofRecordList(u"sof:recordlist");
-  static FormaterDurationCreator duration(u"duration");
-  static FormaterDurationCreator xsdDuration(u"xsd:duration");
-  static FormaterUrlCreator url(u"url");
-  static FormaterUrlCreator sofUrl(u"sof:url");
+  const std::lock_guard<std::mutex> lock(FormaterMutex());
+  RegisteredTypes();
+}
+
+void FillFormaters() {
+  const std::lock_guard<std::mutex> lock(FormaterMutex());
+  FillUnderLock();
+}
+
+// The hold would fill the next factory with the same types at once, so the one that there is stays.
+void EndFormaters() noexcept {
+  const std::lock_guard<std::mutex> lock(FormaterMutex());
+  if (holds == 0) FormaterFactory::Destroy();
+}
+
+ValueTypesHold::ValueTypesHold() {
+  const std::lock_guard<std::mutex> lock(FormaterMutex());
+  FillUnderLock();
+  ++holds;
+}
+
+ValueTypesHold::~ValueTypesHold() {
+  const std::lock_guard<std::mutex> lock(FormaterMutex());
+  --holds;
 }
 
 }  // namespace qv

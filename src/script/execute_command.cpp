@@ -98,7 +98,7 @@ void CExecuteCommand::Serialize(WideTextStream& stream, const WideString&, const
 
 WideString CExecuteCommand::FormatValue(WideString typeName, Variant value) {
   try {
-    FormaterSerializer* const formater = FormaterFactory::Instance()->GetFormater(typeName);
+    FormaterSerializer* const formater = FindFormater(typeName);
     return formater == nullptr ? WideString() : formater->WriteValue(value);
   } catch (...) {
     RethrowAsWriteFailure();

@@ -1,9 +1,9 @@
 #include "session/connection_model_impl.h"
 
+#include <mutex>
 #include <string>
 #include <vector>
 
-#include "format/formater_factory.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
@@ -41,7 +41,7 @@ WideString ConnectionField(HRESULT (IConnectionString::*get)(WideString*) noexce
 ConnectionModelImpl::~ConnectionModelImpl() {
   clientServices_.reset();
   cookieHandle_ = WideString();
-  FormaterFactory::Destroy();
+  EndFormaters();
 }
 
 void ConnectionModelImpl::SetServer(WideString serverName, WideString proxy) {
@@ -52,11 +52,9 @@ void ConnectionModelImpl::SetServer(WideString serverName, WideString proxy) {
 }
 
 void ConnectionModelImpl::SetNamespace() {
-  static bool registered = false;
+  static std::once_flag registered;  // stays open when registration fails
   namespace_ = kServiceNamespace;
-  if (registered) return;
-  registered = true;
-  RegisterFormaters();
+  std::call_once(registered, FillFormaters);
 }
 
 void ConnectionModelImpl::SetHostUrl(const WideString& text) {
