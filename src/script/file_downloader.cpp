@@ -18,27 +18,21 @@ namespace qv {
 namespace {
 
 // A name from the server must stay in the directory that the host chose.
-bool IsPlainName(std::u16string_view name) {
-  return !name.empty() && name != u"." && name != u".." &&
-         name.find_first_of(std::u16string_view(u"/\\\0", 3)) == std::u16string_view::npos;
+void RequirePlainName(std::u16string_view name) {
+  if (name.empty() || name == u"." || name == u".." ||
+      name.find_first_of(std::u16string_view(u"/\\\0", 3)) != std::u16string_view::npos)
+    throw std::runtime_error("the answer's file name leads elsewhere");
 }
 
 WideString NameFrom(const WideString& header) {
   std::vector<WideString> pieces;
   const std::size_t count = TokenizeString(header.view(), u"=", pieces);
   if (count == 0) throw std::runtime_error("the answer names no file");
-  if (!IsPlainName(pieces[count - 1].view()))
-    throw std::runtime_error("the answer's file name leads elsewhere");
   return pieces[count - 1];
 }
 
 WideString Joined(const WideString& directory, std::u16string_view separator, const WideString& name) {
   return WideString(std::u16string(directory.view()).append(separator).append(name.view()));
-}
-
-// The directory of a path that ends in "/" and a name.
-WideString DirectoryOf(const WideString& path) {
-  return WideString(path.view().substr(0, path.view().rfind(u'/')));
 }
 
 // A directory that was made for one file goes when the file does not come.
@@ -50,19 +44,27 @@ class FreshDirectory {
   ~FreshDirectory() {
     if (!path_.empty()) rmdir(path_.c_str());
   }
-  void Watch(const WideString& directory) { path_ = NativePath(directory); }
+  WideString Make() {
+    WideString directory = CreateTempSubdirectory(u"");
+    path_ = NativePath(directory);
+    return directory;
+  }
   void Keep() { path_.clear(); }
 
  private:
   std::string path_;
 };
 
+WideString PathOf(const WideString& target, const WideString& name, FreshDirectory& fresh) {
+  if (target.IsEmpty()) return Joined(fresh.Make(), u"/", name);
+  return Joined(AppendPathSeparator(target), u"", name);
+}
+
 void Receive(const HttpCall& call, WideString& target) {
   FreshDirectory fresh;
-  const bool isNew = target.IsEmpty();
-  const WideString header = call.Header(u"Content-Disposition");
-  target = CFileDownloader::ResolveTargetPath(target, header);
-  if (isNew) fresh.Watch(DirectoryOf(target));
+  const WideString name = NameFrom(call.Header(u"Content-Disposition"));
+  target = PathOf(target, name, fresh);
+  RequirePlainName(name.view());
   std::int32_t uncounted = 0;
   call.Check(call.Request()->ReadToFile(target, &uncounted));
   fresh.Keep();
@@ -90,9 +92,10 @@ WideString CFileDownloader::Download(const WideString& contextHandle, WideString
 }
 
 WideString CFileDownloader::ResolveTargetPath(const WideString& target, const WideString& header) {
-  const WideString name = NameFrom(header);
-  if (target.IsEmpty()) return Joined(CreateTempSubdirectory(u""), u"/", name);
-  return Joined(AppendPathSeparator(target), u"", name);
+  FreshDirectory fresh;
+  WideString path = PathOf(target, NameFrom(header), fresh);
+  fresh.Keep();
+  return path;
 }
 
 WideString CFileDownloader::ProxyAddress() const {

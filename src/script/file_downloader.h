@@ -16,8 +16,9 @@ class CFileDownloader {
   // The path of the file; `target` becomes it too. Failure as in CFileUploader::PostFile.
   WideString Download(const WideString& contextHandle, WideString& target);
   // The path that `target`, a directory or nothing, and the name in a Content-Disposition header make. The
-  // name is what stands behind the last "=", untrimmed. An exception of any kind for a header without a name,
-  // and for a name that would leave the directory: empty, ".", "..", with "/", "\" or a null unit.
+  // name is what stands behind the last "=", untrimmed, whatever it holds: Download refuses to write a file
+  // whose name would leave the directory (empty, ".", "..", with "/", "\" or a null unit). An exception of
+  // any kind for a header without a name.
   static WideString ResolveTargetPath(const WideString& target, const WideString& header);
 
  private:

@@ -102,6 +102,16 @@ TEST_F(DownloadFailure, NameThatLeavesTheDirectoryIsAnUnknownProblem) {
   ExpectRefused(u"attachment; filename=a/b");
   ExpectRefused(u"attachment; filename=a\\");
   ExpectRefused(u"attachment; filename=a.txt\0"sv);
+  ExpectRefused(u"attachment; filename=a/b/c/");
+  ExpectRefused(u"attachment; filename=\0/a"sv);
+}
+
+// The path is made of whatever comes, and the file is refused.
+TEST_F(DownloadFailure, PathOfARefusedFileIsTold) {
+  AnswerNamed(u"../a.txt");
+  WideString target = u"c:\\tmp";
+  EXPECT_EQ(Thrown([&] { Download(u"http://files/f", target); }), kUnknownProblem);
+  EXPECT_EQ(Shown(target), "c:\\tmp\\../a.txt");
 }
 
 TEST_F(DownloadFailure, NullRequestIsAMissingReference) {

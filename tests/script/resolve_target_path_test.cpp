@@ -83,32 +83,34 @@ constexpr Row kNames[] = {
     {"SlashBeforeTheName", u"t"sv, u"a/b\\c=d"sv, "t\\d"},
 };
 
+// Whether such a file may be written is decided where it would be.
+constexpr Row kDangerous[] = {
+    {"EmptyName", u"t"sv, u"filename="sv, "t\\"},
+    {"EmptyLastName", u"t"sv, u"filename=a.txt="sv, "t\\"},
+    {"EmptyBehindThree", u"t"sv, u"a==="sv, "t\\"},
+    {"OneDot", u"t"sv, u"f=."sv, "t\\."},
+    {"TwoDots", u"t"sv, u"f=.."sv, "t\\.."},
+    {"SlashInside", u"t"sv, u"f=a/b"sv, "t\\a/b"},
+    {"SlashFirst", u"t"sv, u"f=/b"sv, "t\\/b"},
+    {"SlashLast", u"t"sv, u"f=a/"sv, "t\\a/"},
+    {"OnlyASlash", u"t"sv, u"f=/"sv, "t\\/"},
+    {"BackslashInside", u"t"sv, u"f=a\\b"sv, "t\\a\\b"},
+    {"BackslashFirst", u"t"sv, u"f=\\b"sv, "t\\\\b"},
+    {"BackslashLast", u"t"sv, u"f=a\\"sv, "t\\a\\"},
+    {"ParentWithSlash", u"t"sv, u"f=../a"sv, "t\\../a"},
+    {"ParentWithBackslash", u"t"sv, u"f=..\\a"sv, "t\\..\\a"},
+    {"QuotedSlash", u"t"sv, u"f=\"a/b\""sv, "t\\\"a/b\""},
+    {"NullUnitLast", u"t"sv, u"f=a\0"sv, "t\\a\\u0000"},
+    {"NullUnitFirst", u"t"sv, u"f=\0a"sv, "t\\\\u0000a"},
+    {"NullUnitBehindDots", u"t"sv, u"f=..\0"sv, "t\\..\\u0000"},
+};
+
 constexpr Row kRefused[] = {
     {"NoEqualSign", u"t"sv, u"attachment"sv, nullptr},
     {"EqualSignFirst", u"t"sv, u"=a.txt"sv, nullptr},
     {"EqualSignFirstOfTwo", u"t"sv, u"=a=b"sv, nullptr},
     {"OnlyAnEqualSign", u"t"sv, u"="sv, nullptr},
     {"EmptyHeader", u"t"sv, u""sv, nullptr},
-    {"EmptyName", u"t"sv, u"filename="sv, nullptr},
-    {"EmptyLastName", u"t"sv, u"filename=a.txt="sv, nullptr},
-    {"EmptyBehindThree", u"t"sv, u"a==="sv, nullptr},
-    {"OneDot", u"t"sv, u"f=."sv, nullptr},
-    {"TwoDots", u"t"sv, u"f=.."sv, nullptr},
-    {"SlashInside", u"t"sv, u"f=a/b"sv, nullptr},
-    {"SlashFirst", u"t"sv, u"f=/b"sv, nullptr},
-    {"SlashLast", u"t"sv, u"f=a/"sv, nullptr},
-    {"OnlyASlash", u"t"sv, u"f=/"sv, nullptr},
-    {"BackslashInside", u"t"sv, u"f=a\\b"sv, nullptr},
-    {"BackslashFirst", u"t"sv, u"f=\\b"sv, nullptr},
-    {"BackslashLast", u"t"sv, u"f=a\\"sv, nullptr},
-    {"ParentWithSlash", u"t"sv, u"f=../a"sv, nullptr},
-    {"ParentWithBackslash", u"t"sv, u"f=..\\a"sv, nullptr},
-    {"QuotedSlash", u"t"sv, u"f=\"a/b\""sv, nullptr},
-    {"NullUnitLast", u"t"sv, u"f=a\0"sv, nullptr},
-    {"NullUnitFirst", u"t"sv, u"f=\0a"sv, nullptr},
-    {"NullUnitBehindDots", u"t"sv, u"f=..\0"sv, nullptr},
-    {"NoDirectoryForDots", u""sv, u"f=.."sv, nullptr},
-    {"NoDirectoryForASlash", u""sv, u"f=a/b"sv, nullptr},
     {"NoDirectoryForNoName", u""sv, u"f"sv, nullptr},
 };
 
@@ -117,6 +119,7 @@ std::string NameOf(const testing::TestParamInfo<Row>& row) {
 }
 INSTANTIATE_TEST_SUITE_P(Targets, TargetPath, testing::ValuesIn(kTargets), NameOf);
 INSTANTIATE_TEST_SUITE_P(Names, TargetPath, testing::ValuesIn(kNames), NameOf);
+INSTANTIATE_TEST_SUITE_P(Dangerous, TargetPath, testing::ValuesIn(kDangerous), NameOf);
 INSTANTIATE_TEST_SUITE_P(Refused, TargetPath, testing::ValuesIn(kRefused), NameOf);
 
 TEST_F(ResolveTargetPath, NullHeaderIsRefused) {
@@ -129,6 +132,13 @@ TEST_F(ResolveTargetPath, EmptyAndNullTargetsMakeADirectory) {
   const std::string start = files_.Path();
   EXPECT_EQ(Starred(Resolved(u"", u"f=a.txt"), start.size() + 1), start + "\\*/a.txt");
   EXPECT_EQ(Starred(Resolved(WideString(), u"f=a b"), start.size() + 1), start + "\\*/a b");
+  EXPECT_EQ(files_.Count(), 2);
+}
+
+TEST_F(ResolveTargetPath, NewDirectoryTakesAnyName) {
+  const std::string start = files_.Path();
+  EXPECT_EQ(Starred(Resolved(u"", u"f=../a"), start.size() + 1), start + "\\*/../a");
+  EXPECT_EQ(Starred(Resolved(u"", u"f="), start.size() + 1), start + "\\*/");
   EXPECT_EQ(files_.Count(), 2);
 }
 
