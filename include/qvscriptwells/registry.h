@@ -80,7 +80,7 @@ std::string WriteRegistryValue(const WideString& key, const WideString& value);
 std::string WriteRegistryValues(const std::vector<RegistryValue>& values);
 
 // Takes the text of `key` out of the first file that has it and returns that file's path; empty when none has
-// it. Throws as above.
+// it. A section of the file that is empty then is removed, too. Throws as above.
 std::string RemoveRegistryValue(const WideString& key);
 
 // Takes keys with all that stands below them out of the first file that has one of them, and returns that

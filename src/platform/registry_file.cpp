@@ -138,6 +138,44 @@ bool IsSectionBelow(const RegistryLine& line, const WideString& top) {
   return line.kind == RegistryLineKind::kSection && IsKeyOrBelow(FromUtf8(line.key).view(), top.view());
 }
 
+bool IsSectionOf(const RegistryLine& line, const WideString& key) {
+  return line.kind == RegistryLineKind::kSection && SameKey(FromUtf8(line.key).view(), key.view());
+}
+
+// Which lines are the key's own value.
+std::vector<bool> OwnValues(const std::vector<RegistryLine>& lines, const WideString& key) {
+  std::vector<bool> own(lines.size(), false);
+  bool inside = false;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (lines[i].kind == RegistryLineKind::kSection) inside = IsSectionOf(lines[i], key);
+    own[i] = inside && IsValueOf(lines[i], WideString());
+  }
+  return own;
+}
+
+// Whether nothing but blank lines stays in the section that begins at this line.
+bool IsLeftEmpty(const std::vector<RegistryLine>& lines, const std::vector<bool>& goes, std::size_t section) {
+  for (std::size_t i = section + 1; i < lines.size() && lines[i].kind != RegistryLineKind::kSection; ++i)
+    if (!goes[i] && lines[i].kind != RegistryLineKind::kBlank) return false;
+  return true;
+}
+
+// The lines that do not go. The blank line before a section goes with it.
+std::string Remaining(std::string_view bytes, const std::vector<RegistryLine>& lines,
+                      const std::vector<bool>& goes) {
+  std::string text;
+  std::string_view blank;  // the line before, when it is a blank one: not yet in `text`
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const RegistryLine& line = lines[i];
+    if (!(goes[i] && line.kind == RegistryLineKind::kSection)) text.append(blank);
+    const std::string_view own = bytes.substr(line.begin, line.end - line.begin);
+    const bool isBlank = line.kind == RegistryLineKind::kBlank;
+    blank = isBlank ? own : std::string_view();
+    if (!isBlank && !goes[i]) text.append(own);
+  }
+  return text.append(blank);
+}
+
 }  // namespace
 
 RegistryContent ParseRegistryFile(std::string_view bytes) {
@@ -190,29 +228,24 @@ std::string WithRegistryValue(std::string_view bytes, const RegistryValue& value
 }
 
 std::string WithoutRegistryKey(std::string_view bytes, const WideString& key) {
-  std::string text;
+  const std::vector<RegistryLine> lines = ReadRegistryLines(bytes);
+  std::vector<bool> goes(lines.size(), false);
   bool inside = false;
-  std::string_view blank;  // the line before, when it is a blank one: not yet in `text`
-  for (const RegistryLine& line : ReadRegistryLines(bytes)) {
-    const bool isSection = line.kind == RegistryLineKind::kSection;
-    if (isSection) inside = IsSectionBelow(line, key);
-    if (!(inside && isSection)) text.append(blank);
-    const std::string_view own = bytes.substr(line.begin, line.end - line.begin);
-    const bool isBlank = line.kind == RegistryLineKind::kBlank;
-    blank = isBlank ? own : std::string_view();
-    if (!isBlank && !(inside && (isSection || IsValue(line)))) text.append(own);
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const bool isSection = lines[i].kind == RegistryLineKind::kSection;
+    if (isSection) inside = IsSectionBelow(lines[i], key);
+    goes[i] = inside && (isSection || IsValue(lines[i]));
   }
-  return text.append(blank);
+  return Remaining(bytes, lines, goes);
 }
 
 std::string WithoutRegistryValue(std::string_view bytes, const WideString& key) {
-  std::string text;
-  std::size_t at = 0;
-  for (const RegistryLine& value : PlacesOf(key, WideString(), bytes).values) {
-    text.append(bytes.substr(at, value.begin - at));
-    at = value.end;
-  }
-  return text.append(bytes.substr(at));
+  const std::vector<RegistryLine> lines = ReadRegistryLines(bytes);
+  std::vector<bool> goes = OwnValues(lines, key);
+  if (std::find(goes.begin(), goes.end(), true) == goes.end()) return std::string(bytes);
+  for (std::size_t i = 0; i < lines.size(); ++i)
+    if (IsSectionOf(lines[i], key)) goes[i] = IsLeftEmpty(lines, goes, i);
+  return Remaining(bytes, lines, goes);
 }
 
 }  // namespace qv

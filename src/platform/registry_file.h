@@ -25,8 +25,9 @@ WideString FindRegistryValue(const std::vector<RegistryEntry>& entries, const Wi
 WideString FindNamedRegistryValue(const std::vector<RegistryValue>& named, const WideString& key,
                                   const WideString& name);
 
-// `bytes` with `value` behind `key`, or without the value of `key`. Every other line stays as it is, the
-// key's own section and comments included. Key and value have no control characters. Throws RegistryDamage.
+// `bytes` with `value` behind `key`, or without the value of `key`. Every other line stays as it is, but a
+// section of the key that is left with blank lines only is removed, and so is the blank line before it. Key
+// and value have no control characters. Throws RegistryDamage.
 std::string WithRegistryValue(std::string_view bytes, const WideString& key, const WideString& value);
 std::string WithoutRegistryValue(std::string_view bytes, const WideString& key);
 

@@ -207,6 +207,29 @@ TEST(RegistryEdit, RemovingTakesEveryValueOfTheKeyAndNothingElse) {
             "[HKEY_LOCAL_MACHINE\\A]\n; d\n");
 }
 
+TEST(RegistryEdit, RemovingLeavesNoEmptySection) {
+  EXPECT_EQ(
+      WithoutRegistryValue("[HKEY_LOCAL_MACHINE\\b]\n@=\"2\"\n\n[HKEY_LOCAL_MACHINE\\a]\n@=\"1\"\n", u"a"),
+      "[HKEY_LOCAL_MACHINE\\b]\n@=\"2\"\n");
+  EXPECT_EQ(WithoutRegistryValue("[HKEY_LOCAL_MACHINE\\a]\r\n\r\n@=\"1\"", u"a"), "\r\n");
+  // The key's other sections, and those below it.
+  EXPECT_EQ(WithoutRegistryValue("[HKEY_LOCAL_MACHINE\\a]\n\n[HKEY_LOCAL_MACHINE\\A]\n@=\"1\"\n\n"
+                                 "[HKEY_LOCAL_MACHINE\\a\\c]\n\n[HKEY_LOCAL_MACHINE\\b]\n",
+                                 u"a"),
+            "\n[HKEY_LOCAL_MACHINE\\a\\c]\n\n[HKEY_LOCAL_MACHINE\\b]\n");
+}
+
+TEST(RegistryEdit, EmptySectionWithoutATextToRemoveStays) {
+  const char* bytes = "\n[HKEY_LOCAL_MACHINE\\a]\n\n[HKEY_LOCAL_MACHINE\\b]\n@=\"1\"\n";
+  EXPECT_EQ(WithoutRegistryValue(bytes, u"a"), bytes);
+}
+
+TEST(RegistryEdit, SetAndRemovedIsGoneWithoutATrace) {
+  for (const std::string before :
+       {"", "; c\n", "[HKEY_LOCAL_MACHINE\\b]\n@=\"1\"\n", "; c\r\n[HKEY_CLASSES_ROOT\\b]\r\n"})
+    EXPECT_EQ(WithoutRegistryValue(WithRegistryValue(before, u"a", u"1"), u"a"), before);
+}
+
 TEST(RegistryEdit, RemovingAnUnknownKeyChangesNothing) {
   const char* bytes = "[HKEY_LOCAL_MACHINE\\a]\n@=\"1\"";
   EXPECT_EQ(WithoutRegistryValue(bytes, u"b"), bytes);
