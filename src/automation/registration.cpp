@@ -4,6 +4,7 @@
 #include <string>
 
 #include "automation/object_support.h"
+#include "platform/join_text.h"
 #include "platform/module.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"
@@ -28,7 +29,7 @@ const char16_t* const kOwnKeys[] = {kAppIdKey, kModuleKey, kProgIdKey, kIndepend
 std::atomic<RegistrationFollowUp> followUpHook{nullptr};
 
 WideString Below(const char16_t* key, const char16_t* name) {
-  return std::u16string(key).append(u"\\").append(name);
+  return JoinText({key, u"\\", name});
 }
 
 HRESULT FollowUp(bool adding) noexcept {

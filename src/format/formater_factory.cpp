@@ -1,5 +1,7 @@
 #include "format/formater_factory.h"
 
+#include <new>
+
 #include "support/string_helpers.h"
 
 namespace qv {

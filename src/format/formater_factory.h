@@ -1,5 +1,6 @@
-// One object per process, made on first use, and the factory of the formaters, which is one. Neither has a
-// lock of its own: the library's rooms go through the functions at the end.
+// One object per process, made on first use, and the factory of the formaters, which is one. Out of memory is
+// `_com_error`, E_OUTOFMEMORY. Neither has a lock of its own: the library's rooms go through the functions at
+// the end.
 #pragma once
 
 #include <map>

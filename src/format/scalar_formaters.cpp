@@ -1,5 +1,7 @@
 #include "format/scalar_formaters.h"
 
+#include <new>
+
 #include "qvscriptwells/com_error.h"
 #include "support/encode_xml_text.h"
 #include "support/numbers.h"
@@ -11,6 +13,14 @@ namespace {
 
 Variant TextVariant(std::u16string_view text) {
   return Variant::FromString(WideString(text));
+}
+
+double NumberIn(const XmlNode& node) {
+  try {
+    return ParseDouble(GetNodeText(node));
+  } catch (const std::bad_alloc&) {  // for a long number
+    _com_raise_error(E_OUTOFMEMORY);
+  }
 }
 
 }  // namespace
@@ -65,7 +75,7 @@ WideString FormaterLong::WriteValue(const Variant& value) {
 }
 
 Variant FormaterFloat::ReadValue(const XmlNode& node) {
-  return Variant::FromFloat(static_cast<float>(ParseDouble(GetNodeText(node))));
+  return Variant::FromFloat(static_cast<float>(NumberIn(node)));
 }
 
 WideString FormaterFloat::WriteValue(const Variant& value) {
@@ -73,7 +83,7 @@ WideString FormaterFloat::WriteValue(const Variant& value) {
 }
 
 Variant FormaterDouble::ReadValue(const XmlNode& node) {
-  return Variant::FromDouble(ParseDouble(GetNodeText(node)));
+  return Variant::FromDouble(NumberIn(node));
 }
 
 WideString FormaterDouble::WriteValue(const Variant& value) {

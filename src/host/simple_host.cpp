@@ -8,13 +8,24 @@ namespace qv {
 
 namespace {
 
-// Puts `value` into an in/out text; a null value leaves null there.
+// Into the block of the caller, whose length is its room.
+bool Fill(BStr text, std::u16string_view value) noexcept {
+  const std::size_t room = StringLength(text);
+  if (text == nullptr || room < value.size()) return false;
+  value.copy(text, value.size());
+  if (value.size() < room) text[value.size()] = 0;
+  return true;
+}
+
+// Puts `value` into an in/out text; a null value leaves null there. Nobody looks at the result, so a text
+// that fits is written in place, where nothing can fail. One that neither fits nor can be copied leaves no
+// value: what stood there before may be the answer to another question.
 HRESULT Answer(BStr* text, const WideString& value) noexcept {
   if (text == nullptr) return E_POINTER;
-  if (!value.IsNull()) return ReplaceString(text, value.view()) ? S_OK : E_OUTOFMEMORY;
+  if (!value.IsNull() && (Fill(*text, value.view()) || ReplaceString(text, value.view()))) return S_OK;
   FreeString(*text);
   *text = nullptr;
-  return S_OK;
+  return value.IsNull() ? S_OK : E_OUTOFMEMORY;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/guid_text.h"
+#include "platform/join_text.h"
 #include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/error_info.h"
 #include "qvscriptwells/registry.h"
@@ -30,10 +31,6 @@ Guid WithoutBraces(std::u16string_view text) noexcept {
   return ParseGuid(digits);
 }
 
-std::u16string BelowClasses(std::u16string_view path) {
-  return std::u16string(kClassesKey).append(u"\\").append(path);
-}
-
 // A name is one component of a key, and never a way to another key.
 bool IsName(std::u16string_view name) noexcept {
   return !name.empty() && name.find(u'\\') == std::u16string_view::npos;
@@ -49,7 +46,7 @@ void PostUnknownName(const WideString& progId) {
 }  // namespace
 
 WideString ClassKey(const Guid& classId, const WideString& below) {
-  return BelowClasses(u"CLSID\\").append(StringFromIID(classId).view()).append(u"\\").append(below.view());
+  return JoinText({kClassesKey, u"\\CLSID\\", StringFromIID(classId).view(), u"\\", below.view()});
 }
 
 HRESULT CLSIDFromString(const WideString& text, Guid* classId) noexcept {
@@ -72,8 +69,8 @@ HRESULT CLSIDFromProgID(const WideString& progId, Guid* classId) noexcept {
   *classId = Guid{};
   try {
     if (IsName(progId.view()) &&
-        Succeeded(
-            CLSIDFromString(ReadRegistryValue(BelowClasses(progId.view()).append(u"\\CLSID")), classId)))
+        Succeeded(CLSIDFromString(
+            ReadRegistryValue(JoinText({kClassesKey, u"\\", progId.view(), u"\\CLSID"})), classId)))
       return S_OK;
     PostUnknownName(progId);
     return CO_E_CLASSSTRING;

@@ -1,7 +1,6 @@
 #include "recordlist/record_list_reader.h"
 
-#include <string>
-
+#include "platform/join_text.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
@@ -18,9 +17,7 @@ const XmlNode& Present(const XmlNode& node) {
 }
 
 [[noreturn]] void RaiseNoValue(std::int32_t columnType) {
-  std::u16string text(u"Value from type ");
-  text.append(DecimalText(columnType).view()).append(u" doesn't exist.");
-  throw EQvException(WideString(text));
+  throw EQvException(JoinText({u"Value from type ", DecimalText(columnType).view(), u" doesn't exist."}));
 }
 
 }  // namespace

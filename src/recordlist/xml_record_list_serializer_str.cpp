@@ -1,7 +1,6 @@
 #include "recordlist/xml_record_list_serializer_str.h"
 
-#include <string>
-
+#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/escape_units.h"
 #include "support/namespaces.h"
@@ -85,7 +84,7 @@ WideString CXMLRecordListSerializerStr::TakeText() {
 
 WideString NewSchemaId() {
   const WideString text = NewGuidText();
-  return WideString(std::u16string(u"uuid:").append(text.view().substr(1, text.size() - 2)));
+  return JoinText({u"uuid:", text.view().substr(1, text.size() - 2)});
 }
 
 }  // namespace qv

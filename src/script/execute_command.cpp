@@ -1,8 +1,7 @@
 #include "script/execute_command.h"
 
-#include <string>
-
 #include "format/formater_factory.h"
+#include "platform/join_text.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "script/file_uploader.h"
@@ -207,12 +206,11 @@ void CExecuteCommand::WriteParameters(WideTextStream& stream, const WideString& 
 
 // The prefixes stand the other way round than in the nil form; servers in the field expect both as they are.
 void CExecuteCommand::WriteParametersStart(WideTextStream& stream, std::int16_t count) {
-  const std::u16string arrayType =
-      std::u16string(u"ns2:Parameter[").append(DecimalText(count).view()).append(u"]");
+  const WideString arrayType = JoinText({u"ns2:Parameter[", DecimalText(count).view(), u"]"});
   stream.Append(u"<parameters");
   stream.AppendAttribute(u"xmlns:ns1", kSoapEncodingNamespace);
   stream.AppendAttribute(u"xmlns:ns2", kSofNamespace);
-  stream.AppendAttribute(u"ns1:arrayType", arrayType);
+  stream.AppendAttribute(u"ns1:arrayType", arrayType.view());
   stream.Append(u">");
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/join_text.h"
 #include "qvscriptwells/native_path.h"
 #include "soap/http_call.h"
 #include "support/numbers.h"
@@ -31,10 +32,6 @@ WideString NameFrom(const WideString& header) {
   return pieces[count - 1];
 }
 
-WideString Joined(const WideString& directory, std::u16string_view separator, const WideString& name) {
-  return WideString(std::u16string(directory.view()).append(separator).append(name.view()));
-}
-
 // A directory that was made for one file goes when the file does not come.
 class FreshDirectory {
  public:
@@ -56,8 +53,8 @@ class FreshDirectory {
 };
 
 WideString PathOf(const WideString& target, const WideString& name, FreshDirectory& fresh) {
-  if (target.IsEmpty()) return Joined(fresh.Make(), u"/", name);
-  return Joined(AppendPathSeparator(target), u"", name);
+  if (target.IsEmpty()) return JoinText({fresh.Make().view(), u"/", name.view()});
+  return JoinText({AppendPathSeparator(target).view(), name.view()});
 }
 
 void Receive(const HttpCall& call, WideString& target) {
@@ -100,7 +97,7 @@ WideString CFileDownloader::ResolveTargetPath(const WideString& target, const Wi
 
 WideString CFileDownloader::ProxyAddress() const {
   if (proxyName_.IsEmpty() || proxyPort_ == 0) return u"";
-  return Joined(proxyName_, u":", DecimalText(proxyPort_));
+  return JoinText({proxyName_.view(), u":", DecimalText(proxyPort_).view()});
 }
 
 }  // namespace qv

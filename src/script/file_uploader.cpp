@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "platform/join_text.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "soap/http_call.h"
@@ -56,9 +57,8 @@ bool HasTicket(IAttachedFile* file) {
 }
 
 WideString ScriptPath(bool hasTicket) {
-  std::u16string path(AppendPathSeparator(GetHomeDirectory()).view());
-  path.append(hasTicket ? kScriptForOldTicket : kScriptForNewTicket);
-  return WideString(path);
+  return JoinText({AppendPathSeparator(GetHomeDirectory()).view(),
+                   hasTicket ? kScriptForOldTicket : kScriptForNewTicket});
 }
 
 // The read takes the flag from the object.

@@ -1,9 +1,9 @@
 #include "session/connection_model_impl.h"
 
 #include <mutex>
-#include <string>
 #include <vector>
 
+#include "platform/join_text.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
@@ -20,10 +20,6 @@ namespace {
 constexpr std::u16string_view kServicePath = u"/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx";
 constexpr std::u16string_view kUploadPath = u"/WebEditor/FileManagerUpload.aspx";
 constexpr std::int32_t kDefaultProxyPort = 80;
-
-WideString Joined(const WideString& first, std::u16string_view second) {
-  return WideString(std::u16string(first.view()).append(second));
-}
 
 void InsertText(NamedArguments& map, const char16_t* key, const WideString& text) {
   map.emplace(key, Variant::FromString(text));
@@ -46,8 +42,8 @@ ConnectionModelImpl::~ConnectionModelImpl() {
 
 void ConnectionModelImpl::SetServer(WideString serverName, WideString proxy) {
   SetNamespace();
-  SetHostUrl(Joined(serverName, kServicePath));
-  uploadUrl_ = Joined(serverName, kUploadPath);
+  SetHostUrl(JoinText({serverName.view(), kServicePath}));
+  uploadUrl_ = JoinText({serverName.view(), kUploadPath});
   SetProxyText(proxy);
 }
 

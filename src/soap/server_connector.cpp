@@ -2,6 +2,7 @@
 
 #include <xercesc/dom/DOMException.hpp>
 
+#include "platform/join_text.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "soap/http_call.h"
@@ -14,12 +15,6 @@ namespace qv {
 namespace {
 
 constexpr char16_t kNoProxy[] = u"@PROXY@";
-
-WideString Joined(std::u16string_view first, std::u16string_view second, std::u16string_view third) {
-  std::u16string text(first);
-  text.append(second).append(third);
-  return WideString(text);
-}
 
 }  // namespace
 
@@ -63,9 +58,9 @@ WideString CServerConnector::Fetch(HttpCall& call, const CQvUrl& url, const Wide
 }
 
 void CServerConnector::SetHeaders(const HttpCall& call, const WideString& action, const CQvUrl& url) {
-  call.SetHeader(u"Host", Joined(url.host.view(), u":", DecimalText(url.port).view()));
+  call.SetHeader(u"Host", JoinText({url.host.view(), u":", DecimalText(url.port).view()}));
   call.SetHeader(u"Content-Type", u"text/xml");
-  call.SetHeader(u"SOAPAction", Joined(kServiceNamespace, u"#", action.view()));
+  call.SetHeader(u"SOAPAction", JoinText({kServiceNamespace, u"#", action.view()}));
   if (!cookie_.IsEmpty()) call.SetHeader(u"Cookie", cookie_);
 }
 

@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "soap/server_connector.h"
 #include "support/namespaces.h"
@@ -100,7 +101,7 @@ void RethrowAsCallFailure() {
     throw EQvException(error.getMessage());
   } catch (const xercesc::DOMException& error) {
     const WideString message(error.getMessage());
-    throw EQvException(std::u16string(u"The problem in building xml document => ").append(message.view()));
+    throw EQvException(JoinText({u"The problem in building xml document => ", message.view()}));
   } catch (const EQvException&) {
     throw;
   } catch (...) {

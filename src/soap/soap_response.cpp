@@ -3,9 +3,8 @@
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 
-#include <string>
-
 #include "format/response_value_reader.h"
+#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
@@ -42,11 +41,11 @@ bool Take(const Wanted& wanted, std::u16string_view tag, const XmlNode& element)
 // Names that the document does not hold are not searched for: a table is large, and answers in it stand in
 // front.
 AnswerNodes FindAnswerNodes(const QvDomParser& parser, const WideString& action) {
-  const std::u16string name = std::u16string(action.view()).append(u"Response");
-  const std::u16string prefixed = std::u16string(u"NS2:").append(name);
+  const WideString name = JoinText({action.view(), u"Response"});
+  const WideString prefixed = JoinText({u"NS2:", name.view()});
   AnswerNodes found;
   const Wanted wanted[] = {
-      {u"soap:Fault", &found.fault}, {name, &found.answer}, {prefixed, &found.prefixedAnswer}};
+      {u"soap:Fault", &found.fault}, {name.view(), &found.answer}, {prefixed.view(), &found.prefixedAnswer}};
   int missing = 0;
   for (const Wanted& one : wanted) missing += parser.MayHold(one.name) ? 1 : 0;
   for (XmlWalk walk(parser.Document()); missing != 0 && !walk.Node().IsNull(); walk.Next()) {
@@ -118,12 +117,10 @@ XmlNode FindChildOfType(const XmlNode& node, int type) {
 // The system id stands where the parser's message would: hosts compare this text.
 WideString ParseErrorText(const xercesc::SAXParseException& error) {
   const WideString systemId(error.getSystemId());
-  std::u16string text(u"Error at file ");
-  text.append(systemId.view());
-  text.append(u", line ").append(DecimalText(static_cast<std::int64_t>(error.getLineNumber())).view());
-  text.append(u", char ").append(DecimalText(static_cast<std::int64_t>(error.getColumnNumber())).view());
-  text.append(u"  Message: ").append(systemId.view());
-  return WideString(text);
+  const WideString line = DecimalText(static_cast<std::int64_t>(error.getLineNumber()));
+  const WideString column = DecimalText(static_cast<std::int64_t>(error.getColumnNumber()));
+  return JoinText({u"Error at file ", systemId.view(), u", line ", line.view(), u", char ", column.view(),
+                   u"  Message: ", systemId.view()});
 }
 
 }  // namespace

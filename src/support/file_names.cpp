@@ -1,8 +1,8 @@
 #include "support/file_names.h"
 
-#include <string>
 #include <string_view>
 
+#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 
 namespace qv {
@@ -35,7 +35,7 @@ bool IsFileNameURL(const WideString& fileName) {
 WideString FileNameToUrl(const WideString& fileName) {
   const std::u16string_view name = fileName.view();
   if (name.substr(0, kFileScheme.size()) == kFileScheme || IsFileNameURL(fileName)) return fileName;
-  return WideString(std::u16string(kFileUrlStart).append(name));
+  return JoinText({kFileUrlStart, name});
 }
 
 }  // namespace qv

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/guid_text.h"
+#include "platform/join_text.h"
 #include "platform/system_error_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/native_path.h"
@@ -23,10 +24,8 @@ WideString Variable(const char* name) {
 }
 
 [[noreturn]] void ThrowNotMade(const WideString& path, int error) {
-  std::u16string words = u"Cannot create the following directory: ";
-  words.append(path.view()).append(u" due to the following error: ");
-  words.append(FromUtf8(SystemErrorText(error)).view());
-  throw EQvException(WideString(words));
+  throw EQvException(JoinText({u"Cannot create the following directory: ", path.view(),
+                               u" due to the following error: ", FromUtf8(SystemErrorText(error)).view()}));
 }
 
 int MakeNativeDirectory(const std::string& path, int* error) noexcept {
@@ -43,7 +42,7 @@ char16_t PathSeparator() noexcept {
 
 WideString AppendPathSeparator(const WideString& path) {
   if (path.IsEmpty() || path.view().back() == kSeparator) return path;
-  return WideString(std::u16string(path.view()) + kSeparator);
+  return JoinText({path.view(), {&kSeparator, 1}});
 }
 
 WideString GetTempDirectory() {
@@ -63,9 +62,8 @@ int MakeDirectory(const WideString& path) {
 
 WideString CreateTempSubdirectory(const WideString&) {
   const WideString guid = NewGuidText();
-  std::u16string path(AppendPathSeparator(GetTempDirectory()).view());
-  path.append(guid.view().substr(1, guid.size() - 2));
-  WideString directory(path);
+  const WideString parent = AppendPathSeparator(GetTempDirectory());
+  WideString directory = JoinText({parent.view(), guid.view().substr(1, guid.size() - 2)});
   if (MakeDirectory(directory) != 0) ThrowNotMade(directory, errno);
   return directory;
 }

@@ -1,8 +1,8 @@
 #include "support/string_helpers.h"
 
 #include <algorithm>
-#include <string>
 
+#include "platform/string_block.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/numbers.h"
 
@@ -39,6 +39,17 @@ bool CanBeNarrowed(std::u16string_view text) noexcept {
   return true;
 }
 
+// A copy whose units may be written, for an owner who takes it back with Attach.
+BStr WritableCopy(std::u16string_view text) {
+  return WideString(text).Detach();
+}
+
+WideString Mapped(std::u16string_view text, char16_t (*map)(char16_t) noexcept) {
+  BStr units = WritableCopy(text);
+  std::transform(units, units + text.size(), units, map);
+  return WideString::Attach(units);
+}
+
 }  // namespace
 
 std::int64_t Find(const WideString& pattern, const WideString& text) {
@@ -61,27 +72,21 @@ std::int32_t ToLong(const WideString& text) {
 
 void ReplaceChar(WideString& text, char16_t old, char16_t fresh) {
   const std::u16string_view all = text.view();
-  std::u16string changed(all);
-  const auto end = std::find(changed.begin(), changed.end(), u'\0');
-  if (std::find(changed.begin(), end, old) == end) return;
-  std::replace(changed.begin(), end, old, fresh);
-  text = WideString(changed);
+  const std::size_t end = std::min(all.find(u'\0'), all.size());
+  if (all.substr(0, end).find(old) == std::u16string_view::npos) return;
+  BStr units = WritableCopy(all);
+  std::replace(units, units + end, old, fresh);
+  text = WideString::Attach(units);
 }
 
 WideString ToUpper(const WideString& text) {
   const std::u16string_view all = text.view();
-  if (std::none_of(all.begin(), all.end(), IsLower)) return text;
-  std::u16string changed(all);
-  std::transform(changed.begin(), changed.end(), changed.begin(), UpperUnit);
-  return WideString(changed);
+  return std::none_of(all.begin(), all.end(), IsLower) ? text : Mapped(all, &UpperUnit);
 }
 
 WideString ToLower(const WideString& text) {
   const std::u16string_view all = text.view();
-  if (std::none_of(all.begin(), all.end(), IsUpper)) return text;
-  std::u16string changed(all);
-  std::transform(changed.begin(), changed.end(), changed.begin(), LowerUnit);
-  return WideString(changed);
+  return std::none_of(all.begin(), all.end(), IsUpper) ? text : Mapped(all, &LowerUnit);
 }
 
 WideString Copy(const WideString& text, std::size_t position, std::size_t count) {
@@ -90,7 +95,12 @@ WideString Copy(const WideString& text, std::size_t position, std::size_t count)
 }
 
 void Resize(WideString& text, std::size_t size) {
-  if (text.IsEmpty()) text = WideString(std::u16string(size, u' '));
+  if (text.IsEmpty()) {
+    BStr blanks = NewStringBlock(size);
+    std::fill_n(blanks, size, u' ');
+    SetStringLength(blanks, size);
+    text = WideString::Attach(blanks);
+  }
   if (text.size() > size) text = WideString(text.view().substr(0, size));
 }
 

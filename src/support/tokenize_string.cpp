@@ -1,5 +1,9 @@
 #include "support/tokenize_string.h"
 
+#include <new>
+
+#include "qvscriptwells/com_error.h"
+
 namespace qv {
 namespace {
 
@@ -20,11 +24,8 @@ WideString Piece(std::u16string_view text, std::size_t begin, std::size_t end) {
   return WideString(text.substr(begin, end == kNone ? kNone : end - begin));
 }
 
-}  // namespace
-
-std::size_t TokenizeString(std::u16string_view text, std::u16string_view separator,
-                           std::vector<WideString>& tokens) {
-  tokens.clear();
+std::size_t Tokenize(std::u16string_view text, std::u16string_view separator,
+                     std::vector<WideString>& tokens) {
   const std::size_t first = separator.empty() ? kNone : text.find(separator);
   if (first == kNone) return 0;
   if (first == 0) {
@@ -40,6 +41,18 @@ std::size_t TokenizeString(std::u16string_view text, std::u16string_view separat
   // The end's own value wraps around here: one more piece, behind the count.
   tokens.push_back(Piece(text, begin, kNone));
   return positions.size();
+}
+
+}  // namespace
+
+std::size_t TokenizeString(std::u16string_view text, std::u16string_view separator,
+                           std::vector<WideString>& tokens) {
+  tokens.clear();
+  try {
+    return Tokenize(text, separator, tokens);
+  } catch (const std::bad_alloc&) {
+    _com_raise_error(E_OUTOFMEMORY);  // a list of texts is made as a text is
+  }
 }
 
 }  // namespace qv

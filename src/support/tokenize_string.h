@@ -16,6 +16,7 @@ namespace qv {
 //  - The search goes on one unit behind the end of a separator, so of two neighbouring separators the second
 //  is
 //    part of the next piece: "a=1;;b=2" gives "a=1" and ";b=2".
+// Throws `_com_error`, E_OUTOFMEMORY.
 std::size_t TokenizeString(std::u16string_view text, std::u16string_view separator,
                            std::vector<WideString>& tokens);
 

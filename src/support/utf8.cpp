@@ -2,7 +2,11 @@
 #include <utf8.h>
 
 #include <iterator>
+#include <new>
+#include <string>
 
+#include "platform/string_block.h"
+#include "qvscriptwells/com_error.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {
@@ -25,6 +29,23 @@ char32_t NextCodePoint(std::u16string_view text, std::size_t& at) noexcept {
          (static_cast<char32_t>(text[at++]) - 0xDC00);
 }
 
+// Of well-formed text. A character of four bytes is a pair of units.
+std::size_t UnitsBegunBy(unsigned char byte) noexcept {
+  if ((byte & 0xC0) == 0x80) return 0;
+  return byte < 0xF0 ? 1 : 2;
+}
+
+// On the way to a wide string, so without memory there is none.
+std::string Cleaned(std::string_view text) {
+  try {
+    std::string clean;
+    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(clean), kReplacement);
+    return clean;
+  } catch (const std::bad_alloc&) {
+    _com_raise_error(E_OUTOFMEMORY);
+  }
+}
+
 }  // namespace
 
 std::string ToUtf8(std::u16string_view text) {
@@ -39,13 +60,15 @@ std::string ToUtf8(std::u16string_view text) {
 WideString FromUtf8(std::string_view text) {
   std::string clean;
   if (!utf8::is_valid(text.begin(), text.end())) {
-    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(clean), kReplacement);
+    clean = Cleaned(text);
     text = clean;
   }
-  std::u16string units;
-  units.reserve(text.size());
-  utf8::utf8to16(text.begin(), text.end(), std::back_inserter(units));
-  return WideString(units);
+  std::size_t length = 0;
+  for (const char byte : text) length += UnitsBegunBy(static_cast<unsigned char>(byte));
+  BStr units = NewStringBlock(length);
+  utf8::unchecked::utf8to16(text.begin(), text.end(), units);
+  SetStringLength(units, length);
+  return WideString::Attach(units);
 }
 
 }  // namespace qv

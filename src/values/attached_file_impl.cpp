@@ -1,6 +1,6 @@
 #include "values/attached_file_impl.h"
 
-#include <string>
+#include "platform/join_text.h"
 
 namespace qv {
 
@@ -50,9 +50,8 @@ VARIANT_BOOL AttachedFileImpl::IsTicketId() {
 void AttachedFileImpl::FromText(WideString) {}
 
 WideString AttachedFileImpl::ToText() {
-  std::u16string text = u"<Object>AttachedFile<DataType>string:string</DataType><Data>";
-  text.append(filename_.view()).append(u":").append(fileId_.view()).append(u"</Data></Object>");
-  return WideString(text);
+  return JoinText({u"<Object>AttachedFile<DataType>string:string</DataType><Data>", filename_.view(), u":",
+                   fileId_.view(), u"</Data></Object>"});
 }
 
 }  // namespace qv

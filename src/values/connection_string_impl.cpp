@@ -1,8 +1,8 @@
 #include "values/connection_string_impl.h"
 
-#include <string>
 #include <vector>
 
+#include "platform/join_text.h"
 #include "support/tokenize_string.h"
 
 namespace qv {
@@ -11,10 +11,6 @@ namespace {
 constexpr std::u16string_view kReplicaKey = u"DbReplicationId";
 constexpr std::u16string_view kUserKey = u"Username";
 constexpr std::u16string_view kPasswordKey = u"Password";
-
-void AppendPair(std::u16string& text, std::u16string_view key, const WideString& value) {
-  text.append(key).append(u"=").append(value.view()).append(u";");
-}
 
 }  // namespace
 
@@ -50,11 +46,8 @@ void ConnectionStringImpl::put_DatabaseID(WideString value) {
 }
 
 WideString ConnectionStringImpl::ToString() {
-  std::u16string text(text_.view());
-  AppendPair(text, kReplicaKey, replicaId_);
-  AppendPair(text, kUserKey, userName_);
-  AppendPair(text, kPasswordKey, userPassword_);
-  text_ = WideString(text);
+  text_ = JoinText({text_.view(), kReplicaKey, u"=", replicaId_.view(), u";", kUserKey, u"=",
+                    userName_.view(), u";", kPasswordKey, u"=", userPassword_.view(), u";"});
   return text_;
 }
 

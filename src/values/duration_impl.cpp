@@ -1,12 +1,13 @@
 #include "values/duration_impl.h"
 
-#include <string>
 #include <vector>
 
+#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
 #include "support/tokenize_string.h"
+#include "support/wide_text_stream.h"
 
 namespace qv {
 namespace {
@@ -38,19 +39,18 @@ double TakeSeconds(std::u16string_view& rest) {
   return ParseDouble(TakeField(rest, rest, u'S'));
 }
 
-void AppendCount(std::u16string& text, std::int16_t count, char16_t designator) {
+void AppendCount(WideTextStream& text, std::int16_t count, std::u16string_view designator) {
   if (count == 0) return;
-  text.append(DecimalText(count).view());
-  text.push_back(designator);
+  text.Append(DecimalText(count).view());
+  text.Append(designator);
 }
 
 [[noreturn]] void RefuseText(const char16_t* why) {
-  throw EQvException(std::u16string(u"Invalid duration format:  ").append(why));
+  throw EQvException(JoinText({u"Invalid duration format:  ", why}));
 }
 
 [[noreturn]] void RefuseNegative(const char16_t* field) {
-  throw EQvException(
-      std::u16string(u"Invalid duration format: ").append(field).append(u" can't be negative."));
+  throw EQvException(JoinText({u"Invalid duration format: ", field, u" can't be negative."}));
 }
 
 void Assign(std::int16_t& field, std::int16_t value, const char16_t* name) {
@@ -94,17 +94,21 @@ void DurationImpl::ReadTimePart(std::u16string_view text) {
 }
 
 WideString DurationImpl::GetText() {
-  std::u16string text = negative_ != 0 ? u"-P" : u"P";
+  WideTextStream text;
+  text.Append(negative_ != 0 ? u"-P" : u"P");
   const std::size_t start = text.size();
-  AppendCount(text, year_, u'Y');
-  AppendCount(text, month_, u'M');
-  AppendCount(text, day_, u'D');
-  if (hour_ != 0 || minute_ != 0 || second_ != 0) text.push_back(u'T');
-  AppendCount(text, hour_, u'H');
-  AppendCount(text, minute_, u'M');
-  if (second_ != 0) text.append(GeneralText(second_).view()).push_back(u'S');
-  if (text.size() == start) text.push_back(u'0');
-  return WideString(text);
+  AppendCount(text, year_, u"Y");
+  AppendCount(text, month_, u"M");
+  AppendCount(text, day_, u"D");
+  if (hour_ != 0 || minute_ != 0 || second_ != 0) text.Append(u"T");
+  AppendCount(text, hour_, u"H");
+  AppendCount(text, minute_, u"M");
+  if (second_ != 0) {
+    text.Append(GeneralText(second_).view());
+    text.Append(u"S");
+  }
+  if (text.size() == start) text.Append(u"0");
+  return text.TakeText();
 }
 
 std::int16_t DurationImpl::get_Day() {

@@ -1,6 +1,6 @@
 #include "values/url_impl.h"
 
-#include <string>
+#include "platform/join_text.h"
 
 namespace qv {
 
@@ -32,9 +32,8 @@ WideString UrlImpl::ToString() {
 void UrlImpl::FromText(WideString) {}
 
 WideString UrlImpl::ToText() {
-  std::u16string text = u"<Object>Url<DataType>string:string</DataType><Data>";
-  text.append(url_.url.view()).append(u":").append(urlCaption_.view()).append(u"</Data></Object>");
-  return WideString(text);
+  return JoinText({u"<Object>Url<DataType>string:string</DataType><Data>", url_.url.view(), u":",
+                   urlCaption_.view(), u"</Data></Object>"});
 }
 
 }  // namespace qv

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fixtures/scarce_memory.h"
 #include "qvscriptwells/com_error.h"
 
 namespace qv {
@@ -45,6 +46,38 @@ TEST_F(SimpleHost, TextsOfTheUserAreAnswered) {
   EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetDatabaseId), u"db-1");
   EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetReplicaId), u"replica-2");
   EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUsid), u"usid-3");
+}
+
+TEST_F(SimpleHost, TextThatFitsIsWrittenIntoTheBlockThatCame) {
+  const std::u16string longest(256, u'x');
+  Make({WideString(longest), nullptr, u"replica", nullptr});
+  BStr text = AllocString(nullptr, 256);
+  const BStr block = text;
+  EXPECT_EQ(services_->GetUserName(&text), S_OK);
+  EXPECT_EQ(std::u16string(text), longest);
+  EXPECT_EQ(services_->GetReplicaId(&text), S_OK);
+  EXPECT_EQ(std::u16string(text), u"replica");
+  EXPECT_EQ(text, block);
+  FreeString(text);
+}
+
+TEST_F(SimpleHost, LongerTextReplacesTheBlock) {
+  const std::u16string longer(257, u'x');
+  Make({WideString(longer), nullptr, nullptr, nullptr});
+  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUserName), longer);
+}
+
+TEST_F(SimpleHost, TextThatCannotBeCopiedIsNoValue) {
+  const std::u16string longer(257, u'x');
+  Make({WideString(longer), nullptr, u"replica", nullptr});
+  BStr text = AllocString(nullptr, 256);
+  EXPECT_EQ(services_->GetReplicaId(&text), S_OK);
+  {
+    const ScarceMemory scarce(Memory::kTexts, 0);
+    EXPECT_EQ(services_->GetUserName(&text), E_OUTOFMEMORY);
+  }
+  EXPECT_EQ(text, nullptr);
+  FreeString(text);
 }
 
 TEST_F(SimpleHost, NullTextsAnswerNoValue) {

@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <set>
+#include <string>
 #include <string_view>
 
+#include "fixtures/scarce_memory.h"
+#include "platform/join_text.h"
 #include "qvscriptwells/com_error.h"
 
 namespace qv {
@@ -108,6 +112,26 @@ TEST(StringBlock, FailedResizeLeavesTheBlockGood) {
   }
   EXPECT_EQ(View(text), u"abc");
   FreeString(text);
+}
+
+TEST(JoinText, PiecesStandOneAfterTheOther) {
+  EXPECT_EQ(JoinText({u"a", u"", std::u16string_view(u"\0b", 2), u"c"}).view(),
+            std::u16string_view(u"a\0bc", 4));
+  EXPECT_EQ(JoinText({u"abc", u"def"}).data()[6], u'\0');
+}
+
+TEST(JoinText, OfNothingIsEmptyAndNotNull) {
+  EXPECT_FALSE(JoinText({}).IsNull());
+  EXPECT_TRUE(JoinText({}).IsEmpty());
+  EXPECT_FALSE(JoinText({std::u16string_view(), std::u16string_view()}).IsNull());
+}
+
+TEST(JoinText, WithoutMemoryIsOutOfMemory) {
+  EXPECT_EQ(ThrownWithout(Memory::kBoth,
+                          [] {
+                            JoinText({u"a text of", u" some length"});
+                          }),
+            std::set<std::string>{"_com_error 0x8007000E <null>"});
 }
 
 }  // namespace

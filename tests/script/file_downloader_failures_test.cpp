@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <set>
 #include <string>
 
+#include "fixtures/scarce_memory.h"
 #include "script/download_fixture.h"
 
 namespace qv {
@@ -125,6 +127,17 @@ TEST_F(DownloadFailure, TextThatIsNoUrlIsAMissingReference) {
     EXPECT_EQ(DownloadThrows(url, u"/t"), kNoRequest) << Shown(WideString(url));
     EXPECT_TRUE(http_.Calls().empty());
   }
+}
+
+// Whatever failed first, there is no request to close.
+TEST_F(DownloadFailure, NoMemoryBeforeTheRequestIsAMissingReference) {
+  const ClassCreator fake = RegisterClassCreator(CLSID_HttpComponent, nullptr);
+  const WideString session(u"u1");
+  CFileDownloader downloader(u"http://server.example:8080/file", u"proxy.example", 3128, u"");
+  WideString target(u"c:\\tmp");
+  EXPECT_EQ(ThrownWithout(Memory::kBoth, [&] { downloader.Download(session, target); }),
+            std::set<std::string>{kNoRequest});
+  RegisterClassCreator(CLSID_HttpComponent, fake);
 }
 
 TEST_F(DownloadFailure, EmptyUrlIsForTheComponentToRefuse) {

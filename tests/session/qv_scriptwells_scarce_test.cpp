@@ -2,12 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <set>
+#include <string>
 
 #include "fixtures/scarce_memory.h"
 #include "fixtures/thrown.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/simple_host.h"
 #include "session/qv_scriptwells_impl.h"
 
 namespace qv {
@@ -59,6 +62,26 @@ TEST(ScarceClient, ValueThatCannotBeMadeIsUnexpectedAndLeavesNoRecord) {
   EXPECT_EQ(typed, E_UNEXPECTED);
   ErrorInfo record;
   EXPECT_FALSE(GetErrorInfo(&record));
+}
+
+// Results of the host's services are not looked at, so the ready-made ones must not need memory to answer.
+TEST(ScarceClient, ConnectionStringHasItsUserOrFails) {
+  const IQvClientServicesPtr services = CreateSimpleHost({u"joe", nullptr, u"replica", nullptr});
+  const IQvServiceProviderPtr provider = CreateSimpleServiceProvider(services.get());
+  const IQvScriptwellsPtr client = CreateQvScriptwells(u"http://srv", u"", provider.get());
+  const auto read = [&] {
+    IConnectionString* raw = nullptr;
+    const HRESULT code = client->ConnectionString(&raw);
+    const IConnectionStringPtr fields(raw, false);
+    if (Failed(code)) _com_raise_error(code);
+    WideString user;
+    WideString replica;
+    ThrowIfFailed(fields->get_UserName(&user));
+    ThrowIfFailed(fields->get_ReplicaID(&replica));
+    if (user.view() != u"joe" || replica.view() != u"replica") throw EQvException(user);
+  };
+  EXPECT_EQ(ThrownWithout(Memory::kTexts, read), std::set<std::string>{"_com_error 0x8007000E <null>"});
+  ClearErrorInfo();
 }
 
 // The same by id: the words of the host's record stay, and the result is a null object.

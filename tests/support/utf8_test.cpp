@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 
+#include "fixtures/scarce_memory.h"
 #include "qvscriptwells/wide_string.h"
 #include "support/comma_locale.h"
 #include "support/print_wide_string.h"
@@ -110,6 +112,14 @@ TEST(Utf8, MalformedBytesBecomeReplacementsAndNothingElse) {
 TEST(Utf8, SequenceCutAtTheEndIsReplaced) {
   EXPECT_EQ(FromUtf8("a\xC3").view(), u"a\uFFFD"sv);
   EXPECT_EQ(FromUtf8("\x80").view(), u"\uFFFD"sv);
+}
+
+TEST(Utf8, WideTextWithoutMemoryHasOneCode) {
+  for (const std::string_view bytes :
+       {"a text of some length \xC3\xA9"sv, "a broken text of some length \xC3"sv}) {
+    EXPECT_EQ(ThrownWithout(Memory::kBoth, [&] { FromUtf8(bytes); }),
+              std::set<std::string>{"_com_error 0x8007000E <null>"});
+  }
 }
 
 TEST(Utf8, KnowsNoLocale) {
