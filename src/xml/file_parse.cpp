@@ -1,4 +1,5 @@
 // Parsing by file name. The host trusts its local files, so the library's defaults hold, less network access.
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -9,6 +10,7 @@
 #include "platform/regular_file.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/wide_string.h"
+#include "qvscriptwells/xml_memory.h"
 #include "support/file_names.h"
 #include "xml/file_url.h"
 #include "xml/local_entities.h"
@@ -63,7 +65,7 @@ void QvDomParser::parse(const char* fileName, bool reuse) {
 void QvDomParser::ParseBytesOfFile(const std::string& bytes, const WideString& systemId) {
   bufferId_.assign(systemId.view());
   LimitGrowth(kMaxExpansionsOfFile);
-  Memory().SetLimit(kMostBytes);
+  Memory().SetLimit(std::min(ThreadXmlMemoryCeiling(), kMostBytes));
   xc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(bytes.data()), bytes.size(), systemId.data(),
                                false);
   source.setCopyBufToStream(false);

@@ -12,6 +12,7 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 
+#include "qvscriptwells/xml_memory.h"
 #include "xml/text_input_source.h"
 
 namespace qv {
@@ -62,7 +63,7 @@ void QvDomParser::Disarm(std::size_t units) {
   if (getErrorHandler() == nullptr) setErrorHandler(&ownHandler_);  // else errors would pass unseen
   LimitGrowth(kMaxEntityExpansions);
   setDisableDefaultEntityResolution(true);
-  Memory().SetLimit(std::min(memoryCeiling_, MemoryCeilingFor(units)));
+  Memory().SetLimit(std::min(ThreadXmlMemoryCeiling(), MemoryCeilingFor(units)));
 }
 
 void QvDomParser::LimitGrowth(std::size_t expansions) {

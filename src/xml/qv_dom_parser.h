@@ -8,7 +8,6 @@
 #pragma once
 
 #include <cstddef>
-#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -60,9 +59,6 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   // the XML library's OutOfMemoryException. EQvException for names that FileNameToUrl refuses.
   void parse(const char* fileName, bool reuse);
 
-  // Lowers the ceiling on memory of ParseHostileText from MemoryCeilingFor to `bytes`.
-  void LimitMemory(std::size_t bytes) noexcept { memoryCeiling_ = bytes; }
-
   // What the parser and its document take; for tests and measurements.
   std::size_t BytesInUse() const noexcept { return Memory().BytesInUse(); }
 
@@ -72,7 +68,8 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   // for what is not there can be left out.
   bool MayHold(std::u16string_view elementName) const;
 
-  // Bytes that a text of so many units may cost: at most kMostBytes, or 16 a unit where that is more.
+  // Bytes that a text of so many units may cost: at most kMostBytes, or 16 a unit where that is more. The
+  // host may have set less for its thread (xml_memory.h).
   static std::size_t MemoryCeilingFor(std::size_t units) noexcept;
 
   static constexpr std::size_t kMaxEntityExpansions = 64;
@@ -118,7 +115,6 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   QvDOMErrorHandlers ownHandler_;
   XERCES_CPP_NAMESPACE_QUALIFIER SecurityManager expansionLimit_;
   std::u16string bufferId_;
-  std::size_t memoryCeiling_ = std::numeric_limits<std::size_t>::max();
   std::size_t declarations_ = 0;
   std::size_t maxExpansions_ = 0;  // 0: no limits
   bool isHostile_ = false;

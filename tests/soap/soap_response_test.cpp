@@ -9,6 +9,7 @@
 #include "fixtures/shown_text.h"
 #include "fixtures/thrown.h"
 #include "qvscriptwells/xml_library_hold.h"
+#include "qvscriptwells/xml_memory.h"
 #include "soap/soap_response.h"
 
 namespace qv {
@@ -119,6 +120,21 @@ TEST_F(SoapResponse, RefusedEntitiesAreAParseError) {
   text += u"]><soap:Envelope>&j;</soap:Envelope>";
   const std::string thrown = ParseThrows(u"Execute", text);
   EXPECT_EQ(thrown.substr(0, 61), "EQvException 0x00000000 Error at file application/xml, line 1");
+}
+
+// A server can answer with markup that takes 60 bytes for each unit of it.
+TEST_F(SoapResponse, MoreMemoryThanTheHostGivesIsAParseError) {
+  std::u16string text = u"<soap:Envelope>";
+  for (int i = 0; i < 1000000; ++i) text += u"<a/>";
+  text += u"</soap:Envelope>";
+  SetThreadXmlMemoryCeiling(std::size_t{16} << 20);
+  const std::string thrown = ParseThrows(u"Execute", text);
+  EXPECT_EQ(thrown.substr(0, 67), "EQvException 0x00000000 Error at file application/xml, line 1, char");
+  const Variant next =
+      Parse(u"Execute", Enveloped(u"<ExecuteResponse><r xsi:type=\"xsd:int\">7</r></ExecuteResponse>"));
+  EXPECT_EQ(next.Data().intVal, 7);
+  SetThreadXmlMemoryCeiling(kNoXmlMemoryCeiling);
+  EXPECT_EQ(ParseThrows(u"Execute", text), "nothing");
 }
 
 TEST_F(SoapResponse, EncodingNamedInTheDeclarationDoesNotMisleadTheParser) {

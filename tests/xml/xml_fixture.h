@@ -10,6 +10,7 @@
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "qvscriptwells/xml_library_hold.h"
+#include "qvscriptwells/xml_memory.h"
 #include "xml/qv_dom_parser.h"
 #include "xml/xml_node.h"
 
@@ -36,17 +37,22 @@ class XmlFixture : public ::testing::Test {
     return node;
   }
 
-  static Refusal RefusalOf(std::u16string_view text) { return RefusalOf(text, static_cast<std::size_t>(-1)); }
-
-  static Refusal RefusalOf(std::u16string_view text, std::size_t memory) {
+  static Refusal RefusalOf(std::u16string_view text) {
     try {
       QvDomParser parser;
-      parser.LimitMemory(memory);
       parser.ParseHostileText(text, "application/xml");
     } catch (const XERCES_CPP_NAMESPACE::SAXParseException& e) {
       return {true, e.getSystemId(), e.getLineNumber(), e.getColumnNumber(), e.getMessage()};
     }
     return {};
+  }
+
+  // Under a ceiling of so many bytes.
+  static Refusal RefusalOf(std::u16string_view text, std::size_t memory) {
+    SetThreadXmlMemoryCeiling(memory);
+    Refusal refusal = RefusalOf(text);
+    SetThreadXmlMemoryCeiling(kNoXmlMemoryCeiling);
+    return refusal;
   }
 
   static std::u16string Repeat(std::u16string_view piece, int times) {
