@@ -1,24 +1,22 @@
 // A failed result code as a C++ exception, with the words of the error record when there are some.
 #pragma once
 
-#include <exception>
-
 #include "qvscriptwells/error_info.h"
+#include "qvscriptwells/qv_exception.h"
 #include "qvscriptwells/unknown.h"
 
 namespace qv {
 
-class _com_error : public std::exception {
+// what() (qv_exception.h) is the description, or the code.
+class _com_error : public QvException {
  public:
-  explicit _com_error(HRESULT code) noexcept : code_(code) {}
-  _com_error(HRESULT code, const ErrorInfo& info) noexcept : code_(code), info_(info), hasInfo_(true) {}
+  explicit _com_error(HRESULT code) noexcept;
+  _com_error(HRESULT code, const ErrorInfo& info) noexcept;
 
   HRESULT Error() const noexcept { return code_; }
   // Null when there is no record or the record has no words.
   const WideString& Description() const noexcept { return info_.description; }
   bool HasErrorInfo() const noexcept { return hasInfo_; }
-  // A fixed text; the words for people are in Description().
-  const char* what() const noexcept override;
 
  private:
   HRESULT code_;

@@ -2,14 +2,14 @@
 // headers that say so; interface operations turn it into a result code and an error record.
 #pragma once
 
-#include <exception>
-
+#include "qvscriptwells/qv_exception.h"
 #include "qvscriptwells/result_codes.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {
 
-class EQvException : public std::exception {
+// what() (qv_exception.h) is the description, or the code.
+class EQvException : public QvException {
  public:
   // A code of 0 stays 0; any other gets the bits of 0x80040000, so a server's error number 5 becomes
   // 0x80040005.
@@ -18,8 +18,6 @@ class EQvException : public std::exception {
   // May be null.
   const WideString& Description() const noexcept { return description_; }
   HRESULT Code() const noexcept { return code_; }
-  // A fixed text; the words are in Description().
-  const char* what() const noexcept override;
 
  private:
   WideString description_;

@@ -15,6 +15,7 @@
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/objects.h"
+#include "qvscriptwells/qv_exception.h"
 #include "qvscriptwells/record_list.h"
 #include "qvscriptwells/registry.h"
 #include "qvscriptwells/result_codes.h"

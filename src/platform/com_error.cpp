@@ -3,6 +3,8 @@
 namespace qv {
 namespace {
 
+constexpr char kWithoutMemory[] = "a component reported a failure";
+
 bool LeavesRecords(IUnknown* object, const Guid& iid) {
   void* raw = nullptr;
   if (object == nullptr || Failed(object->QueryInterface(ISupportErrorInfo::kIid, &raw))) return false;
@@ -12,9 +14,11 @@ bool LeavesRecords(IUnknown* object, const Guid& iid) {
 
 }  // namespace
 
-const char* _com_error::what() const noexcept {
-  return "a component reported a failure";
-}
+_com_error::_com_error(HRESULT code) noexcept
+    : QvException(WideString(), code, kWithoutMemory), code_(code) {}
+
+_com_error::_com_error(HRESULT code, const ErrorInfo& info) noexcept
+    : QvException(info.description, code, kWithoutMemory), code_(code), info_(info), hasInfo_(true) {}
 
 void _com_raise_error(HRESULT code) {
   throw _com_error(code);

@@ -3,6 +3,7 @@
 namespace qv {
 namespace {
 
+constexpr char kWithoutMemory[] = "the call of a script service failed";
 constexpr std::uint32_t kServerErrorBits = 0x80040000U;
 
 HRESULT MergedCode(HRESULT code) noexcept {
@@ -12,10 +13,8 @@ HRESULT MergedCode(HRESULT code) noexcept {
 }  // namespace
 
 EQvException::EQvException(const WideString& description, HRESULT code) noexcept
-    : description_(description), code_(MergedCode(code)) {}
-
-const char* EQvException::what() const noexcept {
-  return "the call of a script service failed";
-}
+    : QvException(description, MergedCode(code), kWithoutMemory),
+      description_(description),
+      code_(MergedCode(code)) {}
 
 }  // namespace qv

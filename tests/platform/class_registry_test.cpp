@@ -98,19 +98,25 @@ TEST_F(ClassRegistryTest, CreatorThatThrowsIsACode) {
   EXPECT_EQ(Create(kClass, &object), E_UNEXPECTED);
 }
 
+std::set<std::string> CreationWithoutMemory(const Guid& classId) {
+  return ThrownWithout(Memory::kBoth, [&] {
+    void* object = nullptr;
+    const HRESULT code = CoCreateInstance(classId, nullptr, CLSCTX_ALL, IUnknown::kIid, &object);
+    const IUnknownPtr owned(static_cast<IUnknown*>(object), false);
+    if (Failed(code)) _com_raise_error(code);
+  });
+}
+
 // A program of its own for each test, so this is the first look at the classes.
 TEST(ClassRegistryMemory, CreationWithoutMemoryIsACode) {
-  for (const Guid& classId : {CLSID_HttpComponent, CLSID_RecordList, CLSID_QvScriptwells, kClass}) {
-    EXPECT_EQ(ThrownWithout(Memory::kBoth,
-                            [&] {
-                              void* object = nullptr;
-                              const HRESULT code =
-                                  CoCreateInstance(classId, nullptr, CLSCTX_ALL, IUnknown::kIid, &object);
-                              const IUnknownPtr owned(static_cast<IUnknown*>(object), false);
-                              if (Failed(code)) _com_raise_error(code);
-                            }),
-              std::set<std::string>{"_com_error 0x8007000E <null>"});
-  }
+  for (const Guid& classId : {CLSID_HttpComponent, CLSID_RecordList, CLSID_QvScriptwells})
+    EXPECT_EQ(CreationWithoutMemory(classId), std::set<std::string>{"_com_error 0x8007000E <null>"});
+}
+
+// A class is unknown also when only the text of that failure met the end of memory.
+TEST(ClassRegistryMemory, UnknownClassWithoutMemoryIsACode) {
+  EXPECT_EQ(CreationWithoutMemory(kClass),
+            (std::set<std::string>{"_com_error 0x80040154 <null>", "_com_error 0x8007000E <null>"}));
 }
 
 TEST(ClassRegistryMemory, RegistrationWithoutMemoryChangesNothing) {

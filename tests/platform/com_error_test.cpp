@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <type_traits>
+
+#include "fixtures/scarce_memory.h"
 #include "platform/asked_object.h"
+#include "qvscriptwells/e_qv_exception.h"
 #include "support/print_wide_string.h"
 
 namespace qv {
@@ -77,12 +82,36 @@ TEST_F(ComErrorTest, RecordWithoutWordsStillCountsAsRecord) {
   EXPECT_TRUE(error.Description().IsNull());
 }
 
-TEST_F(ComErrorTest, IsAStandardExceptionWithAFixedText) {
-  const _com_error error(E_FAIL);
+TEST_F(ComErrorTest, WhatIsTheMessageOrTheCode) {
+  ErrorInfo info;
+  EXPECT_STREQ(_com_error(E_POINTER).what(), "0x80004003");
+  EXPECT_STREQ(_com_error(E_POINTER, info).what(), "0x80004003");
+  info.description = u"caf\u00E9 closed";
+  const _com_error error(E_FAIL, info);
   const std::exception& base = error;
-  ASSERT_NE(base.what(), nullptr);
-  EXPECT_STRNE(base.what(), "");
-  EXPECT_STREQ(base.what(), _com_error(E_POINTER).what());
+  EXPECT_STREQ(base.what(), "caf\xC3\xA9 closed");
+}
+
+TEST_F(ComErrorTest, WhatWithoutMemoryIsAFixedText) {
+  const _com_error error = [] {
+    const ScarceMemory scarce(Memory::kBoth, 0);
+    return _com_error(E_OUTOFMEMORY);
+  }();
+  EXPECT_STREQ(error.what(), "a component reported a failure");
+}
+
+TEST_F(ComErrorTest, OneBaseCatchesBothExceptions) {
+  static_assert(std::is_nothrow_copy_constructible_v<_com_error>);
+  std::string seen;
+  for (const bool first : {true, false}) {
+    try {
+      if (first) throw _com_error(E_FAIL);
+      throw EQvException(u"words");
+    } catch (const QvException& error) {
+      seen += error.what() + std::string(";");
+    }
+  }
+  EXPECT_EQ(seen, "0x80004005;words;");
 }
 
 TEST_F(ComErrorTest, RaiseCarriesTheCodeAndNoRecord) {

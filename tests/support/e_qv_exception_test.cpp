@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <type_traits>
+
+#include "fixtures/scarce_memory.h"
 #include "support/print_wide_string.h"
 
 namespace qv {
@@ -35,12 +39,38 @@ TEST(EQvException, WordsStayAsTheyAre) {
   EXPECT_FALSE(EQvException(u"").Description().IsNull());
 }
 
-TEST(EQvException, IsAStandardExceptionWithAFixedText) {
-  const EQvException error(u"words", 5);
+TEST(EQvException, WhatIsTheMessageInUtf8) {
+  const EQvException error(u"Can\u2019t find caf\u00E9", 5);
   const std::exception& base = error;
-  ASSERT_NE(base.what(), nullptr);
-  EXPECT_STRNE(base.what(), "");
-  EXPECT_STREQ(base.what(), EQvException(u"other words").what());
+  EXPECT_STREQ(base.what(), "Can\xE2\x80\x99t find caf\xC3\xA9");
+}
+
+TEST(EQvException, WhatIsTheCodeWhenThereIsNoMessage) {
+  EXPECT_STREQ(EQvException(WideString(), 5).what(), "0x80040005");
+  EXPECT_STREQ(EQvException(u"", 5).what(), "0x80040005");
+  EXPECT_STREQ(EQvException(WideString()).what(), "0x00000000");
+}
+
+TEST(EQvException, WhatWithoutMemoryIsAFixedText) {
+  const WideString message(u"a message that no small text holds");
+  for (const long granted : {0L, 1L}) {
+    const EQvException error = [&] {
+      const ScarceMemory scarce(Memory::kObjects, granted);
+      return EQvException(message);
+    }();
+    EXPECT_STREQ(error.what(), "the call of a script service failed") << granted;
+    EXPECT_EQ(error.Description(), message);
+  }
+}
+
+TEST(EQvException, CopyCostsNoMemoryAndKeepsTheText) {
+  static_assert(std::is_nothrow_copy_constructible_v<EQvException>);
+  auto error = std::make_unique<EQvException>(u"a message that no small text holds");
+  const ScarceMemory scarce(Memory::kBoth, 0);
+  const EQvException copy(*error);
+  error.reset();
+  EXPECT_STREQ(copy.what(), "a message that no small text holds");
+  EXPECT_FALSE(ScarceMemory::HasRefused());
 }
 
 TEST(EQvException, CopyKeepsWordsAndCode) {
