@@ -101,10 +101,16 @@ bool IsSame(const ClockTime& a, const ClockTime& b) {
   return a.hour == b.hour && a.minute == b.minute && a.second == b.second && a.millisecond == b.millisecond;
 }
 
-// The library rounds to the second before it looks for the day, and counts backwards before day 0.
+// As the library writes it: a negative value of the type "time" counts backwards, a "datetime" from its day.
+ClockTime TimeOnTheWire(double serial, const CalendarDate& date) {
+  const bool isFromItsDay = serial < 0 && std::trunc(serial) != 0;
+  return DecodeTime(isFromItsDay ? serial - EncodeDate(date.year, date.month, date.day) : serial);
+}
+
+// The library rounds to the second before it looks for the day.
 bool ArrivesAs(double serial, const CalendarDate& date, const ClockTime& time) {
   try {
-    return IsSame(DecodeDate(serial), date) && IsSame(DecodeTime(serial), time);
+    return IsSame(DecodeDate(serial), date) && IsSame(TimeOnTheWire(serial, date), time);
   } catch (const EQvException&) {
     return false;
   }
@@ -178,8 +184,8 @@ double ParseDateTime(const std::string& text) {
   const double serial = Encode(text, date) + Encode(text, time);
   if (!ArrivesAs(serial, date, time))
     Refuse(text,
-           "would arrive as another one: no time of day travels before 1899-12-30, nor in the last half "
-           "second of a day; send a string");
+           "would arrive as another one: no time of day travels on 1899-12-29, nor in the last half second "
+           "of a day; send a string");
   return serial;
 }
 

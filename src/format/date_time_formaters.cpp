@@ -1,5 +1,7 @@
 #include "format/date_time_formaters.h"
 
+#include <algorithm>
+
 #include "format/text_conversions.h"
 #include "qvscriptwells/serial_date.h"
 
@@ -18,6 +20,15 @@ DateTimeValue DayOf(double serialDate) {
   value.Month = date.month;
   value.Day = date.day;
   return value;
+}
+
+// The time of the day that the decoder reports. Before day 0 it counts from the start of that day, as reading
+// does; in the last half second before a day, which the decoder counts to that day, it is the day's start.
+double TimeOfDay(double serialDate, const DateTimeValue& day) {
+  if (serialDate >= 0) return serialDate - static_cast<std::int32_t>(serialDate);
+  const auto start = EncodeDate(static_cast<std::int16_t>(day.Year), static_cast<std::int16_t>(day.Month),
+                                static_cast<std::int16_t>(day.Day));
+  return std::max(0.0, serialDate - start);
 }
 
 // Digits and marks, none of which the XML escape would touch.
@@ -43,7 +54,7 @@ WideString FormaterDateTime::WriteValue(const Variant& value) {
   const double serialDate = value.Data().date;
   DateTimeValue point = DayOf(serialDate);
   point.Accuracy = DateTimeValue::kDateTime;
-  point.Time = serialDate - static_cast<std::int32_t>(serialDate);
+  point.Time = TimeOfDay(serialDate, point);
   return Written(point);
 }
 

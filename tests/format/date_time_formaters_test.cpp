@@ -11,6 +11,7 @@
 #include "fixtures/thrown.h"
 #include "fixtures/xml_text.h"
 #include "format/factory_fixture.h"
+#include "format/text_conversions.h"
 #include "support/comma_locale.h"
 #include "support/print_wide_string.h"
 #include "values/parameter_impl.h"
@@ -150,12 +151,36 @@ TEST_F(DateTimeFormaters, DateTimeWritesDayAndTimeInZ) {
   EXPECT_EQ(Written(&dateTime_, 2958465.5), "9999-12-31T12:00:00.0Z");
 }
 
-// The whole part is cut off toward zero, and the day is found by rounding to the second.
-TEST_F(DateTimeFormaters, DateTimeWritesTimesBeforeDayZeroAndEndsOfDaysByItsTwoRules) {
-  EXPECT_EQ(Written(&dateTime_, -0.25), "1899-12-29T-5:-59:-59.-999Z");
-  EXPECT_EQ(Written(&dateTime_, -1.25), "1899-12-28T-5:-59:-59.-999Z");
+// The day is found by rounding to the second, and the time is what the cut value leaves.
+TEST_F(DateTimeFormaters, DateTimeWritesEndsOfDaysByItsTwoRules) {
   EXPECT_EQ(Written(&dateTime_, 45356.0 + 86399.6 / 86400.0), "2024-03-06T23:59:59.600Z");
   EXPECT_EQ(Written(&dateTime_, 45356.999999999993), "2024-03-06T24:00:00.0Z");
+}
+
+TEST_F(DateTimeFormaters, DateTimeBeforeDayZeroCountsTheTimeFromTheStartOfItsDay) {
+  EXPECT_EQ(Written(&dateTime_, -0.25), "1899-12-29T18:00:00.0Z");
+  EXPECT_EQ(Written(&dateTime_, -1.0), "1899-12-29T00:00:00.0Z");
+  EXPECT_EQ(Written(&dateTime_, -1.25), "1899-12-28T18:00:00.0Z");
+  EXPECT_EQ(Written(&dateTime_, -18260.0 + 36930007.0 / 86400000.0), "1850-01-01T10:15:30.7Z");
+  EXPECT_EQ(Written(&dateTime_, -693593.0 + 1.0 / 86400.0), "0001-01-01T00:00:01.0Z");
+  EXPECT_EQ(Written(&dateTime_, -693593.0), "0001-01-01T00:00:00.0Z");
+}
+
+// The day that is found by rounding to the second then begins after the value.
+TEST_F(DateTimeFormaters, DateTimeInTheLastHalfSecondBeforeADayIsTheStartOfThatDay) {
+  EXPECT_EQ(Written(&dateTime_, -1.0 - 0.499 / 86400.0), "1899-12-29T00:00:00.0Z");
+  EXPECT_EQ(Written(&dateTime_, -1.0 - 0.501 / 86400.0), "1899-12-28T23:59:59.499Z");
+  EXPECT_EQ(Written(&dateTime_, -1e-12), "1899-12-30T00:00:00.0Z");
+}
+
+TEST_F(DateTimeFormaters, DateTimeBeforeDayZeroReadsBackAsItWas) {
+  for (const double day : {-693593.0, -18260.0, -2.0, -1.0}) {
+    for (int second = 0; second < 86400; second += 7) {
+      const double serial = day + second / 86400.0;
+      const double back = ParseSerialDate(dateTime_.WriteValue(Variant::FromDate(serial)).view());
+      ASSERT_NEAR(back, serial, 1e-9) << day << " + " << second << " s";
+    }
+  }
 }
 
 TEST_F(DateTimeFormaters, TimeWritesTheTimeOfDayInZ) {
