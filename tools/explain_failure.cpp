@@ -41,7 +41,12 @@ ExitStatus TransportStatus(HRESULT code) {
   return ExitStatus::kUnreachable;
 }
 
+bool EndsWith(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
 std::string WordsOr(const std::string& words, HRESULT code) {
+  if (EndsWith(words, " milliseconds in total")) return "the time that --max-time allows is over";
   return words.empty() ? "failure " + HexCode(code) : words;
 }
 

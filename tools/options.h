@@ -21,6 +21,7 @@ struct SessionOptions {
   bool json = false;  // result and failure both as JSON
   double timeoutSeconds = 60;
   double connectTimeoutSeconds = 30;
+  double maxTimeSeconds = 0;  // for everything that is asked of the server; 0: no limit
 };
 
 // Of `run` and `run-document`.

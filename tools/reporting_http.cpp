@@ -82,10 +82,23 @@ IHttpSessionPtr MakeInner(ClassCreator builtIn) {
   return IHttpSessionPtr(static_cast<IHttpSession*>(QueryFor(component.get(), IHttpSession::kIid)), false);
 }
 
+// What was set for the thread holds for each exchange alone.
+void LimitTime(IHttpSession* session, const TimeBudget* budget) {
+  if (budget == nullptr || budget->Left() == 0) return;
+  const IHttpOptionsPtr limits(static_cast<IHttpOptions*>(QueryFor(session, IHttpOptions::kIid)), false);
+  HttpOptions options;
+  ThrowIfFailed(limits->GetOptions(&options));
+  options.totalTimeout = budget->Left();
+  ThrowIfFailed(limits->SetOptions(options));
+}
+
 }  // namespace
 
-ReportingHttp::ReportingHttp(std::string proxy, TransferProgress* progress, bool savesHidden)
-    : proxy_(std::move(proxy)), builtIn_(RegisterClassCreator(CLSID_HttpComponent, &ReportingHttp::Create)) {
+ReportingHttp::ReportingHttp(std::string proxy, TransferProgress* progress, bool savesHidden,
+                             const TimeBudget* budget)
+    : proxy_(std::move(proxy)),
+      budget_(budget),
+      builtIn_(RegisterClassCreator(CLSID_HttpComponent, &ReportingHttp::Create)) {
   reports_.progress = progress;
   reports_.savesHidden = savesHidden;
   g_current = this;
@@ -103,6 +116,7 @@ HRESULT ReportingHttp::Create(const Guid& iid, void** object) {
   try {
     IHttpSessionPtr inner = MakeInner(g_current->builtIn_);
     if (!inner) return E_NOINTERFACE;
+    LimitTime(inner.get(), g_current->budget_);
     const IHttpSessionPtr session(
         new ReportingSession(std::move(inner), g_current->proxy_, g_current->reports_), false);
     return session->QueryInterface(iid, object);

@@ -9,6 +9,7 @@
 #include "qvscriptwells/class_registry.h"
 #include "tools/exchange_note.h"
 #include "tools/reporting_request.h"
+#include "tools/time_budget.h"
 
 namespace qv::cli {
 
@@ -17,9 +18,10 @@ namespace qv::cli {
 class ReportingHttp {
  public:
   // `proxy`, "host:port", takes the place of what the library passes: its calls leave out the port.
-  // `progress` is told which file a transfer is about; it outlives this object, or is null.
-  // `savesHidden`: see FaultOfName in saved_name.h.
-  explicit ReportingHttp(std::string proxy, TransferProgress* progress = nullptr, bool savesHidden = false);
+  // `progress` is told which file a transfer is about, and no exchange takes longer than what is left of
+  // `budget`. Both outlive this object, or are null. `savesHidden`: see FaultOfName in saved_name.h.
+  explicit ReportingHttp(std::string proxy, TransferProgress* progress = nullptr, bool savesHidden = false,
+                         const TimeBudget* budget = nullptr);
   ~ReportingHttp();
   ReportingHttp(const ReportingHttp&) = delete;
   ReportingHttp& operator=(const ReportingHttp&) = delete;
@@ -33,6 +35,7 @@ class ReportingHttp {
   static HRESULT Create(const Guid& iid, void** object);
 
   std::string proxy_;
+  const TimeBudget* budget_;
   HttpReports reports_;
   ClassCreator builtIn_;
 };

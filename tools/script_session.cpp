@@ -30,8 +30,9 @@ IParametersPtr MakeList(const std::vector<ScriptParameter>& parameters) {
 
 ScriptSession::ScriptSession(const SessionSettings& settings)
     : settings_(settings),
+      budget_(settings.http.totalTimeout),
       progress_(settings.showProgress),
-      http_(settings.proxy, &progress_, settings.http.replaceFiles),
+      http_(settings.proxy, &progress_, settings.http.replaceFiles, &budget_),
       client_(CreateQvScriptwells()) {
   SimpleHostUser user;
   user.userName = FromUtf8(settings.user);
@@ -141,17 +142,21 @@ std::string ScriptSession::Download(const std::string& url, const std::string& d
 void ScriptSession::Close() {
   if (!settings_.usid.empty() || model_ == nullptr) return;
   http_.Forget();
-  if (Interrupted()) {
-    HttpOptions hurried = settings_.http;
-    hurried.connectTimeout = AtMost(hurried.connectTimeout, kLastWait);
-    hurried.idleTimeout = AtMost(hurried.idleTimeout, kLastWait);
-    SetThreadHttpOptions(hurried, nullptr);
-  }
+  if (Interrupted() || budget_.IsBelow(kLastWait)) Hurry();
   try {
     ThrowIfFailed(model_->CloseUserSession(), model_.get(), IConnectionModel::kIid);
   } catch (const _com_error& error) {
     throw ExplainFailure(Phase::kClose, error, http_.Note());
   }
+}
+
+// A session is closed also when there is no time left.
+void ScriptSession::Hurry() {
+  HttpOptions hurried = settings_.http;
+  hurried.connectTimeout = AtMost(hurried.connectTimeout, kLastWait);
+  hurried.idleTimeout = AtMost(hurried.idleTimeout, kLastWait);
+  SetThreadHttpOptions(hurried, nullptr);
+  budget_ = TimeBudget(kLastWait);
 }
 
 }  // namespace qv::cli

@@ -10,6 +10,7 @@
 #include "qvscriptwells/xml_library_hold.h"
 #include "tools/parameter_text.h"
 #include "tools/reporting_http.h"
+#include "tools/time_budget.h"
 #include "tools/transfer_progress.h"
 
 namespace qv::cli {
@@ -22,7 +23,9 @@ struct SessionSettings {
   std::string password;
   std::string replica;
   std::string usid;  // a session that is open already; empty: one is opened
-  HttpOptions http;  // with replaceFiles, downloads take names that begin with ".", too
+  // The total time is that of the whole session. With replaceFiles, downloads take names that begin with ".",
+  // too.
+  HttpOptions http;
   bool showProgress = false;  // of long transfers, if standard error is a terminal
 };
 
@@ -48,17 +51,19 @@ class ScriptSession {
   std::string Download(const std::string& url, const std::string& directory);
   // Uploads that the server answered with no success, though the calls went on.
   const std::vector<RefusedUpload>& RefusedUploads() const noexcept { return http_.RefusedUploads(); }
-  // Without a session, and for an adopted one, nothing happens. After an interrupt it waits for 2 seconds at
-  // most.
+  // Without a session, and for an adopted one, nothing happens. After an interrupt, and when the session's
+  // time is over, it takes 2 seconds at most.
   void Close();
 
  private:
   void SetServer();
   void CheckSessionId();
+  void Hurry();
   WideString ConnectionText() const;
 
   SessionSettings settings_;
   XmlLibraryHold hold_;
+  TimeBudget budget_;
   TransferProgress progress_;
   ReportingHttp http_;
   IQvClientServicesPtr services_;

@@ -1,6 +1,5 @@
 #include "tools/serve_command.h"
 
-#include <cmath>
 #include <filesystem>
 #include <ostream>
 
@@ -11,6 +10,7 @@
 #include "tools/interrupt.h"
 #include "tools/local_files.h"
 #include "tools/local_service.h"
+#include "tools/time_span.h"
 #include "tools/users_file.h"
 
 namespace qv::cli {
@@ -22,8 +22,7 @@ devservice::ServiceOptions ToServiceOptions(const ServeOptions& options) {
   service.host = options.host;
   service.names = options.names;
   service.port = options.port;
-  service.scriptTimeLimit =
-      std::chrono::milliseconds(static_cast<std::int64_t>(std::ceil(options.scriptTimeoutSeconds * 1000)));
+  service.scriptTimeLimit = std::chrono::milliseconds(Milliseconds(options.scriptTimeoutSeconds));
   service.scriptMemoryLimit = static_cast<std::size_t>(options.scriptMemoryMegabytes) << 20;
   if (!options.usersFile.empty()) service.users = ParseUsers(ReadWhole(options.usersFile, "users file"));
   return service;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "tools/help_texts.h"
+#include "tools/time_span.h"
 
 namespace qv::cli {
 
@@ -36,9 +37,8 @@ ServeArguments::ServeArguments(CLI::App& app)
       ->type_name("PORT")
       ->check(CLI::Range(0, 65535).description("0 to 65535"));
   command_->add_option("--users-file", serve_.usersFile, "Who may open a session")->type_name("FILE");
-  command_->add_option("--script-timeout", serve_.scriptTimeoutSeconds, "Time for one script")
-      ->capture_default_str()
-      ->type_name("SECONDS");
+  AddTime(*command_, "--script-timeout", serve_.scriptTimeoutSeconds,
+          "Time for one script, such as 90, 1.5s or 2m");
   command_->add_option("--script-memory", serve_.scriptMemoryMegabytes, "Memory for one script")
       ->capture_default_str()
       ->type_name("MB")

@@ -1,20 +1,16 @@
 #include "tools/session_frame.h"
 
-#include <cmath>
 #include <ostream>
 
 #include "tools/failure.h"
 #include "tools/interrupt.h"
 #include "tools/password.h"
 #include "tools/server_address.h"
+#include "tools/time_span.h"
 
 namespace qv::cli {
 
 namespace {
-
-std::int64_t Milliseconds(double seconds) {
-  return static_cast<std::int64_t>(std::ceil(seconds * 1000));
-}
 
 void TellRefusedUploads(const ScriptSession& session, bool asJson, std::ostream& err) {
   for (const RefusedUpload& upload : session.RefusedUploads())
@@ -43,6 +39,7 @@ SessionSettings CheckSettings(const SessionOptions& options) {
   CheckCredential(settings.replica, "replica id");
   settings.http.connectTimeout = Milliseconds(options.connectTimeoutSeconds);
   settings.http.idleTimeout = Milliseconds(options.timeoutSeconds);
+  settings.http.totalTimeout = Milliseconds(options.maxTimeSeconds);
   settings.showProgress = !options.json;
   return settings;
 }

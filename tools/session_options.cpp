@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "tools/time_span.h"
+
 namespace qv::cli {
 
 namespace {
@@ -17,10 +19,6 @@ bool IsWait(double seconds) {
 void AddText(CLI::App& command, const char* name, std::string& target, const char* words, const char* value,
              const char* variable = "") {
   command.add_option(name, target, words)->type_name(value)->envname(variable);
-}
-
-void AddWait(CLI::App& command, const char* name, double& target, const char* words, const char* variable) {
-  command.add_option(name, target, words)->capture_default_str()->type_name("SECONDS")->envname(variable);
 }
 
 }  // namespace
@@ -53,11 +51,15 @@ void SessionArguments::DefineCredentials() {
 }
 
 void SessionArguments::DefineWaits() {
-  AddWait(command_, "--timeout", options_.timeoutSeconds,
-          "Longest silence of the server; 0: no limit (for connecting: --connect-timeout)",
+  AddTime(command_, "--timeout", options_.timeoutSeconds,
+          "Longest silence of the server, such as 90, 1.5s or 2m; 0: no limit (for connecting: "
+          "--connect-timeout, for everything: --max-time)",
           "SCRIPTWELLS_TIMEOUT");
-  AddWait(command_, "--connect-timeout", options_.connectTimeoutSeconds,
+  AddTime(command_, "--connect-timeout", options_.connectTimeoutSeconds,
           "Longest wait for a connection; 0: no limit", "SCRIPTWELLS_CONNECT_TIMEOUT");
+  AddTime(command_, "--max-time", options_.maxTimeSeconds,
+          "Longest time for all that is asked of the server together, files included; 0: no limit",
+          "SCRIPTWELLS_MAX_TIME");
 }
 
 bool SessionArguments::HasServer() const {
@@ -80,6 +82,7 @@ const char* SessionArguments::Check() const {
   if (options_.passwordFromInput && !options_.passwordFile.empty())
     return "give --password-file or --password-stdin, not both";
   if (!IsWait(options_.timeoutSeconds)) return "--timeout has to lie between 0 and 86400 seconds";
+  if (!IsWait(options_.maxTimeSeconds)) return "--max-time has to lie between 0 and 86400 seconds";
   if (!IsWait(options_.connectTimeoutSeconds))
     return "--connect-timeout has to lie between 0 and 86400 seconds";
   return nullptr;

@@ -214,6 +214,29 @@ TEST_F(Download, SilenceIsATimeoutAndLeavesNothing) {
   EXPECT_EQ(Count(), 0);
 }
 
+TEST_F(Download, FileThatDripsEndsWithTheTimeForAll) {
+  test::RawScript script;
+  script.ReadRequest().Write(FileStart("out.txt", 100000, "half"));
+  for (int i = 0; i < 1000; ++i) script.Write("x").Pause(20);
+  server_.Expect(script);
+  const Outcome outcome = RunTool(Adopted({"--max-time", "500ms"}));
+  EXPECT_EQ(outcome.exit, 4);
+  EXPECT_EQ(outcome.err, "scriptwells: the answer of " + Origin() +
+                             " broke off: the time that --max-time allows is over\n");
+  EXPECT_EQ(Count(), 0);
+}
+
+// A script that keeps its server busy for longer than everything may take.
+TEST_F(Download, SessionIsClosedWhenTheTimeForAllIsOver) {
+  server_.Expect(test::RawScript().ReadRequest().Write(SessionOpened()).ReadRequest().Stall());
+  Answer({SessionClosed()});
+  const Outcome outcome = RunTool(AsJoe("run", {"-e", "1", "--max-time", "3"}));
+  EXPECT_EQ(outcome.exit, 4);
+  EXPECT_EQ(outcome.err,
+            "scriptwells: no answer from " + Origin() + ": the time that --max-time allows is over\n");
+  EXPECT_TRUE(WasSent("#CloseUserSession\r\n"));
+}
+
 TEST_F(Download, InterruptLeavesNoFileAndClosesTheSession) {
   server_.Expect(test::RawScript()
                      .ReadRequest()

@@ -79,6 +79,9 @@ TEST(ExplainFailure, ConnectionThatBreaksBeforeTheAnswer) {
   EXPECT_EQ(
       Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"x"), Broken(Connected(), 0x80072EE2, "silence")),
       "4 no answer from http://srv:8080: silence");
+  EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"x"),
+                    Broken(Connected(), 0x80072EE2, "Operation timed out after 7 milliseconds in total")),
+            "4 no answer from http://srv:8080: the time that --max-time allows is over");
   EXPECT_EQ(
       Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"x"), Broken(Connected(), 0x80072F78, "no HTTP")),
       "7 no answer from http://srv:8080: no HTTP");

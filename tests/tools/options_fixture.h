@@ -14,7 +14,7 @@ namespace qv::cli::testing {
 inline constexpr const char* kVariables[] = {
     "SCRIPTWELLS_SERVER",          "SCRIPTWELLS_USER",     "SCRIPTWELLS_PROXY",   "SCRIPTWELLS_OUTPUT",
     "SCRIPTWELLS_REPLICA",         "SCRIPTWELLS_LANGUAGE", "SCRIPTWELLS_TIMEOUT", "SCRIPTWELLS_PASSWORD",
-    "SCRIPTWELLS_CONNECT_TIMEOUT", "SCRIPTWELLS_USID"};
+    "SCRIPTWELLS_CONNECT_TIMEOUT", "SCRIPTWELLS_USID",     "SCRIPTWELLS_MAX_TIME"};
 
 class OptionsTest : public ::testing::Test {
  protected:
