@@ -52,6 +52,30 @@ int RenameToFreeName(const char* from, const char* to) noexcept {
   return std::rename(from, to) == 0 ? 0 : errno;
 }
 
+int MakeFile(const std::string& name) noexcept {
+  int descriptor = -1;
+  do {
+    descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666);
+  } while (descriptor < 0 && errno == EINTR);
+  return descriptor;
+}
+
+// Some file systems have nothing to sync and say so.
+bool Sync(int descriptor) noexcept {
+  int result = -1;
+  do {
+    result = fsync(descriptor);
+  } while (result != 0 && errno == EINTR);
+  return result == 0 || errno == EINVAL || errno == ENOTSUP;
+}
+
+// The file is whole and in its place by now, so a directory that cannot be synced is no failure.
+void SyncDirectory(const std::string& directory) noexcept {
+  const char* name = directory.empty() ? "." : directory.c_str();
+  const UniqueDescriptor opened(open(name, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (opened.IsOpen()) static_cast<void>(Sync(opened.Get()));
+}
+
 }  // namespace
 
 TargetFile::TargetFile(const WideString& path, bool replaces)
@@ -60,7 +84,7 @@ TargetFile::TargetFile(const WideString& path, bool replaces)
   const std::string directory = DirectoryOf(name_);
   for (int i = 0; i < kMostTries && !file_.IsOpen(); ++i) {
     std::string fresh = FreshName(directory);
-    file_ = UniqueDescriptor(open(fresh.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
+    file_ = UniqueDescriptor(MakeFile(fresh));
     if (file_.IsOpen()) freshName_ = std::move(fresh);
     if (!file_.IsOpen() && errno != EEXIST) break;
   }
@@ -80,11 +104,14 @@ void TargetFile::Write(std::string_view bytes) {
   }
 }
 
+// After a crash of the system the old file is there or the new one, whole.
 void TargetFile::Commit() {
+  if (!Sync(file_.Get())) ThrowFile(errno, HTTP_E_WRITE_FAULT, kCannotWrite, name_);
   if (close(file_.Release()) != 0 && errno != EINTR)
     ThrowFile(errno, HTTP_E_WRITE_FAULT, kCannotWrite, name_);
   if (const int error = Rename(); error != 0) ThrowFile(error, HTTP_E_WRITE_FAULT, kCannotWrite, name_);
   freshName_.clear();
+  SyncDirectory(DirectoryOf(name_));
 }
 
 int TargetFile::Rename() const noexcept {

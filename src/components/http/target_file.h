@@ -22,7 +22,7 @@ class TargetFile {
   TargetFile& operator=(const TargetFile&) = delete;
 
   void Write(std::string_view bytes);
-  // Puts the file in its place.
+  // Puts the file in its place, with what was written on the disk before it is seen there.
   void Commit();
 
  private:

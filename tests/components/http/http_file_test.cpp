@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -10,7 +11,9 @@
 #include <sstream>
 #include <string>
 
+#include "fixtures/ordinary_user.h"
 #include "http_fixture.h"
+#include "sync_calls.h"
 
 namespace qv::test {
 namespace {
@@ -226,6 +229,59 @@ TEST_F(HttpFileTest, WriteThatFailsLeavesNothing) {
   EXPECT_EQ(code, MakeResult(0x8007001D));
   EXPECT_EQ(ErrorWords(), "Couldn't write file " + Path("f") + ": File too large");
   EXPECT_EQ(FilesInDirectory(), 0u);
+}
+
+class HttpFileSyncTest : public HttpFileTest {
+ protected:
+  // Receives "new" into a file of the directory.
+  HRESULT Receive(const std::string& path) {
+    CloseKeptConnections();
+    Answer(RawAnswerText("new"));
+    std::int32_t count = 0;
+    return Sent()->ReadToFile(Wide(path), &count);
+  }
+
+  SyncCalls calls_;
+};
+
+TEST_F(HttpFileSyncTest, FileIsOnTheDiskBeforeItIsSeenAndItsNameBehindIt) {
+  EXPECT_EQ(Receive(Path("f")), S_OK);
+  EXPECT_EQ(calls_.Lines(), (std::vector<std::string>{"fsync file of 3", "rename", "fsync directory"}));
+  EXPECT_EQ(ReadFile("f"), "new");
+}
+
+TEST_F(HttpFileSyncTest, FileThatDoesNotReachTheDiskLeavesTheOldOne) {
+  WriteFile("f", "old");
+  calls_.FailSync(EIO, 1);
+  EXPECT_EQ(Receive(Path("f")), HTTP_E_WRITE_FAULT);
+  EXPECT_EQ(ErrorWords(), "Couldn't write file " + Path("f") + ": Input/output error");
+  EXPECT_EQ(ReadFile("f"), "old");
+  EXPECT_EQ(FilesInDirectory(), 1u);
+  EXPECT_EQ(calls_.Lines(), std::vector<std::string>{"fsync file of 3"});
+}
+
+TEST_F(HttpFileSyncTest, FullDiskIsToldAsSuch) {
+  calls_.FailSync(ENOSPC, 1);
+  EXPECT_EQ(Receive(Path("f")), HTTP_E_DISK_FULL);
+  EXPECT_EQ(FilesInDirectory(), 0u);
+}
+
+TEST_F(HttpFileSyncTest, SignalsAndFileSystemsWithoutSyncDoNoHarm) {
+  calls_.FailSync(EINTR, 3);
+  EXPECT_EQ(Receive(Path("f")), S_OK);
+  calls_.FailSync(EINVAL, 2);
+  EXPECT_EQ(Receive(Path("g")), S_OK);
+  EXPECT_EQ(ReadFile("g"), "new");
+}
+
+TEST_F(HttpFileSyncTest, DirectoryThatMayNotBeReadGetsItsFile) {
+  ASSERT_EQ(mkdir(Path("d").c_str(), 0300), 0);
+  {
+    const OrdinaryUser nobody(directory_);
+    EXPECT_EQ(Receive(Path("d/f")), S_OK);
+  }
+  EXPECT_EQ(chmod(Path("d").c_str(), 0700), 0);
+  EXPECT_EQ(ReadFile("d/f"), "new");
 }
 
 }  // namespace
