@@ -52,6 +52,36 @@ long LastError(CURL* handle) noexcept {
   return error;
 }
 
+void SetText(CURL* handle, CURLoption option, const char* text) {
+  if (curl_easy_setopt(handle, option, text) != CURLE_OK) throw std::bad_alloc();
+}
+
+const char* Variable(const char* name) noexcept {
+  const char* text = std::getenv(name);
+  return text != nullptr && *text != '\0' ? text : nullptr;
+}
+
+// The variables that curl's own program reads; libcurl by itself does not.
+void SetUsualAuthorities(CURL* handle) {
+  const char* bundle = Variable("CURL_CA_BUNDLE");
+  const char* file = bundle != nullptr ? bundle : Variable("SSL_CERT_FILE");
+  const char* directory = Variable("SSL_CERT_DIR");
+  if (file != nullptr) SetText(handle, CURLOPT_CAINFO, file);
+  if (directory != nullptr) SetText(handle, CURLOPT_CAPATH, directory);
+}
+
+void SetOnlyAuthority(CURL* handle, const char* file) {
+  SetText(handle, CURLOPT_CAINFO, file);
+  SetText(handle, CURLOPT_CAPATH, nullptr);  // else the system's would be trusted beside it
+}
+
+// An empty password, since the TLS library would ask for one on the terminal.
+void SetIdentity(CURL* handle, const TlsFiles& files) {
+  SetText(handle, CURLOPT_SSLCERT, files.certificate.c_str());
+  if (!files.key.empty()) SetText(handle, CURLOPT_SSLKEY, files.key.c_str());
+  SetText(handle, CURLOPT_KEYPASSWD, "");
+}
+
 struct LocaleCloser {
   using pointer = locale_t;
   void operator()(locale_t locale) const noexcept { freelocale(locale); }
@@ -101,8 +131,8 @@ void Connection::SetOptions(TransferWatch& watch) {
   CURL* handle = handle_.get();
   const std::string url = endpoint_.UsesPlainProxy() ? "http://" + endpoint_.proxy : endpoint_.Origin();
   const std::string tunnel = endpoint_.UsesPlainProxy() ? std::string() : endpoint_.proxy;
-  if (curl_easy_setopt(handle, CURLOPT_URL, url.c_str()) != CURLE_OK) throw std::bad_alloc();
-  if (curl_easy_setopt(handle, CURLOPT_PROXY, tunnel.c_str()) != CURLE_OK) throw std::bad_alloc();
+  SetText(handle, CURLOPT_URL, url.c_str());
+  SetText(handle, CURLOPT_PROXY, tunnel.c_str());
   curl_easy_setopt(handle, CURLOPT_PROXYTYPE, static_cast<long>(CURLPROXY_HTTP));
   curl_easy_setopt(handle, CURLOPT_NOPROXY, "");
   curl_easy_setopt(handle, CURLOPT_HTTPPROXYTUNNEL, 1L);
@@ -120,17 +150,16 @@ void Connection::SetOptions(TransferWatch& watch) {
   if (endpoint_.secure) SetTrust();
 }
 
-// The variables that curl's own program reads; libcurl by itself does not.
 void Connection::SetTrust() {
   CURL* handle = handle_.get();
   curl_easy_setopt(handle, CURLOPT_SSL_VERIFYPEER, 1L);
   curl_easy_setopt(handle, CURLOPT_SSL_VERIFYHOST, 2L);
   curl_easy_setopt(handle, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-  const char* bundle = std::getenv("CURL_CA_BUNDLE");
-  const char* file = bundle != nullptr && *bundle != '\0' ? bundle : std::getenv("SSL_CERT_FILE");
-  const char* directory = std::getenv("SSL_CERT_DIR");
-  if (file != nullptr && *file != '\0') curl_easy_setopt(handle, CURLOPT_CAINFO, file);
-  if (directory != nullptr && *directory != '\0') curl_easy_setopt(handle, CURLOPT_CAPATH, directory);
+  if (endpoint_.tls.authority.empty())
+    SetUsualAuthorities(handle);
+  else
+    SetOnlyAuthority(handle, endpoint_.tls.authority.c_str());
+  if (!endpoint_.tls.certificate.empty()) SetIdentity(handle, endpoint_.tls);
 }
 
 void Connection::Perform(const TransferWatch& watch) {

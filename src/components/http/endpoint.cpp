@@ -4,6 +4,7 @@
 
 #include "components/http/http_error.h"
 #include "components/http/http_syntax.h"
+#include "components/http/source_file.h"
 
 namespace qv {
 namespace {
@@ -41,7 +42,22 @@ std::string ProxyAddress(std::u16string_view proxy) {
   return HostForUrl(name) + ":" + std::string(port.begin(), port.end());
 }
 
+std::string FileNameOrNone(const WideString& path) {
+  return path.IsEmpty() ? std::string() : NativeFileName(path);
+}
+
 }  // namespace
+
+TlsFiles TlsFiles::FromOptions(const HttpOptions& options) {
+  if (options.certificateFile.IsEmpty() && !options.keyFile.IsEmpty())
+    ThrowBadArgument("A key needs its certificate");
+  return {FileNameOrNone(options.caFile), FileNameOrNone(options.certificateFile),
+          FileNameOrNone(options.keyFile)};
+}
+
+bool TlsFiles::operator==(const TlsFiles& other) const noexcept {
+  return authority == other.authority && certificate == other.certificate && key == other.key;
+}
 
 Endpoint Endpoint::FromArguments(const WideString& protocol, const WideString& host, std::uint16_t port,
                                  const WideString& proxy) {
@@ -54,7 +70,8 @@ Endpoint Endpoint::FromArguments(const WideString& protocol, const WideString& h
 }
 
 bool Endpoint::operator==(const Endpoint& other) const noexcept {
-  return secure == other.secure && port == other.port && host == other.host && proxy == other.proxy;
+  return secure == other.secure && port == other.port && host == other.host && proxy == other.proxy &&
+         tls == other.tls;
 }
 
 std::string Endpoint::Origin() const {

@@ -83,6 +83,7 @@ void HttpSession::CheckedOpen(const Endpoint& endpoint) {
   const std::atomic<bool> notAborted{false};
   TransferWatch watch(options, progress.get(), notAborted);
   endpoint_ = endpoint;
+  if (endpoint_.secure) endpoint_.tls = TlsFiles::FromOptions(options);
   Connect(watch);
   connectingTook_ = watch.Passed();
   open_ = true;

@@ -37,8 +37,8 @@ class TransferWatch {
   // Milliseconds until one of the limits is reached, at most `most`, for a wait that has had no byte since
   // `idleSince`. Throws HttpFailure (HTTP_E_TIMED_OUT) for one that is reached.
   std::int64_t NextWait(Clock::time_point idleSince, std::int64_t most);
-  // How many milliseconds are left for connecting, which has `begun` then; the greatest number there is for no
-  // limit. Throws HttpFailure (HTTP_E_TIMED_OUT) for none.
+  // How many milliseconds are left for connecting, which has `begun` then; the greatest number there is for
+  // no limit. Throws HttpFailure (HTTP_E_TIMED_OUT) for none.
   std::int64_t ConnectTime(Clock::time_point begun) const;
   // Tells the listener; false for the end of the transfer. For libcurl's callbacks.
   bool MayGoOn() noexcept;

@@ -70,6 +70,16 @@ std::string WriteCertificate(X509* certificate) {
   return name;
 }
 
+std::string WriteKey(EVP_PKEY* key) {
+  char name[] = "/tmp/tls_server.XXXXXX";
+  const int descriptor = mkstemp(name);
+  FILE* file = descriptor < 0 ? nullptr : fdopen(descriptor, "w");
+  if (file == nullptr) throw std::runtime_error("TlsServer cannot write");
+  PEM_write_PrivateKey(file, key, nullptr, nullptr, 0, nullptr, nullptr);
+  fclose(file);
+  return name;
+}
+
 int Listen(std::uint16_t* port) {
   const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
@@ -93,6 +103,7 @@ class TlsServer::Impl {
         certificate_(MakeCertificate(key_.get(), name)),
         context_(SSL_CTX_new(TLS_server_method())),
         file_(WriteCertificate(certificate_.get())),
+        keyFile_(WriteKey(key_.get())),
         listener_(Listen(&port_)) {
     SSL_CTX_use_certificate(context_.get(), certificate_.get());
     SSL_CTX_use_PrivateKey(context_.get(), key_.get());
@@ -103,6 +114,7 @@ class TlsServer::Impl {
     thread_.join();
     close(listener_);
     unlink(file_.c_str());
+    unlink(keyFile_.c_str());
   }
 
   std::uint16_t port_ = 0;
@@ -110,9 +122,11 @@ class TlsServer::Impl {
   Certificate certificate_;
   Context context_;
   std::string file_;
+  std::string keyFile_;
   int listener_;
   std::atomic<bool> ending_{false};
   std::atomic<bool> politely_{true};
+  std::atomic<bool> wantsCertificate_{false};
   std::atomic<int> connections_{0};
   mutable std::mutex mutex_;
   std::deque<std::string> answers_;
@@ -143,11 +157,29 @@ class TlsServer::Impl {
   void Serve(int socket) {
     const Ssl ssl(SSL_new(context_.get()));
     SSL_set_fd(ssl.get(), socket);
-    if (SSL_accept(ssl.get()) != 1) return;
+    if (wantsCertificate_) {
+      SSL_set_verify(ssl.get(), SSL_VERIFY_PEER | SSL_VERIFY_FAIL_IF_NO_PEER_CERT, nullptr);
+      SSL_set0_verify_cert_store(ssl.get(), OwnStore());
+    }
+    if (SSL_accept(ssl.get()) != 1) return Drain(socket);
     ++connections_;
     while (ReadRequest(ssl.get(), socket) && WriteAnswer(ssl.get())) {
     }
     if (politely_) SSL_shutdown(ssl.get());
+  }
+
+  // What was not read would make the close a reset, and the client would not hear why it was refused.
+  void Drain(int socket) const {
+    shutdown(socket, SHUT_WR);
+    char buffer[4096];
+    while (WaitReadable(socket) && recv(socket, buffer, sizeof(buffer), 0) > 0) {
+    }
+  }
+
+  X509_STORE* OwnStore() const {
+    X509_STORE* store = X509_STORE_new();
+    X509_STORE_add_cert(store, certificate_.get());
+    return store;
   }
 
   bool ReadRequest(SSL* ssl, int socket) {
@@ -188,6 +220,12 @@ std::uint16_t TlsServer::Port() const {
 }
 const std::string& TlsServer::CertificateFile() const {
   return impl_->file_;
+}
+const std::string& TlsServer::KeyFile() const {
+  return impl_->keyFile_;
+}
+void TlsServer::WantCertificate() {
+  impl_->wantsCertificate_ = true;
 }
 void TlsServer::SayNoFarewell() {
   impl_->politely_ = false;

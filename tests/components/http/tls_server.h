@@ -17,8 +17,11 @@ class TlsServer {
   TlsServer& operator=(const TlsServer&) = delete;
 
   std::uint16_t Port() const;
-  // A file with the certificate, for SSL_CERT_FILE; removed at the end.
+  // A file with the certificate, for SSL_CERT_FILE, and one with its key; removed at the end.
   const std::string& CertificateFile() const;
+  const std::string& KeyFile() const;
+  // From now on only clients that show the server's own certificate are served.
+  void WantCertificate();
   // What each further request is answered with, in order. A request without an answer closes the connection.
   void Answer(const std::string& bytes);
   // The connection closes behind the last answer, and without TLS's word of farewell.
