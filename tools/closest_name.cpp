@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <numeric>
+#include <utility>
 
 namespace qv::cli {
 
@@ -15,20 +16,26 @@ char Lowered(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-// Levenshtein's distance, row by row.
+bool IsSame(char a, char b) {
+  return Lowered(a) == Lowered(b);
+}
+
+// Changed, added, missing and swapped letters, row by row (Levenshtein's distance with swaps of neighbours).
 std::size_t Distance(const std::string& a, const std::string& b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
+  std::vector<std::size_t> before;  // the row before the last one
+  std::vector<std::size_t> last(b.size() + 1);
+  std::iota(last.begin(), last.end(), std::size_t{0});
   for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = row[0]++;
+    std::vector<std::size_t> row{i + 1};
     for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t above = row[j + 1];
-      const std::size_t changed = diagonal + (Lowered(a[i]) == Lowered(b[j]) ? 0 : 1);
-      row[j + 1] = std::min({row[j] + 1, above + 1, changed});
-      diagonal = above;
+      row.push_back(std::min({row[j] + 1, last[j + 1] + 1, last[j] + (IsSame(a[i], b[j]) ? 0 : 1)}));
+      if (i > 0 && j > 0 && IsSame(a[i], b[j - 1]) && IsSame(a[i - 1], b[j]))
+        row[j + 1] = std::min(row[j + 1], before[j - 1] + 1);
     }
+    before = std::move(last);
+    last = std::move(row);
   }
-  return row.back();
+  return last.back();
 }
 
 }  // namespace

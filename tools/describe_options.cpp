@@ -2,13 +2,14 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/help_format.h"
 #include "tools/help_texts.h"
 
 namespace qv::cli {
 
 DescribeArguments::DescribeArguments(CLI::App& app)
     : command_(app.add_subcommand("describe", "Show the members of the objects, with ids and types")) {
-  command_->footer(kDescribeFooter);
+  SetHelp(*command_, kDescribeExamples, kDescribeNotes);
   object_ =
       command_->add_option("OBJECT", describe_.object, "The object, or object and member")->type_name("");
   CLI::Option* json = command_->add_flag("--json", describe_.json, "As JSON");

@@ -2,13 +2,14 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/help_format.h"
 #include "tools/help_texts.h"
 
 namespace qv::cli {
 
 DownloadArguments::DownloadArguments(CLI::App& app)
     : command_(app.add_subcommand("download", "Download a file of a server and print its path")) {
-  command_->footer(kDownloadFooter);
+  SetHelp(*command_, kDownloadExamples, kDownloadNotes);
   command_->add_option("URL", download_.url, "The file, such as http://host:port/path?query")->type_name("");
   directory_ =
       command_->add_option("DIR", download_.directory, "Where it is saved; default: here")->type_name("");

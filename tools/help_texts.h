@@ -1,24 +1,29 @@
-// What stands below the options in the help of each command.
+// The texts of the help of each command, as help_format.h takes them: examples, and notes, whose lines are
+// joined and broken again, but for those that begin with a blank.
 #pragma once
 
 namespace qv::cli {
 
-inline constexpr char kProgramFooter[] = R"(Examples:
-  scriptwells run --local -e '6 * 7'
+inline constexpr char kProgramExamples[] = R"(  scriptwells run --local -e '6 * 7'
   scriptwells run report.js --server https://scripts.example --user joe -p year=int:2024
   scriptwells run-document report.xml --server https://scripts.example --user joe
   scriptwells run --local -e 'parameters.doc.size' -p doc=file:report.pdf
   scriptwells download 'http://scripts.example/files/7?t=1' /tmp --user joe
   scriptwells serve --port 8080
-  scriptwells registry list
+  scriptwells registry list)";
 
-Exit codes: 0 ok, 1 script or server fault, 2 usage, 3 server not reached, 4 timeout, 5 session refused,
+inline constexpr char kProgramNotes[] =
+    R"(Exit codes: 0 ok, 1 script or server fault, 2 usage, 3 server not reached, 4 timeout, 5 session refused,
 6 local file or parameter, 7 answer not understood, 130 interrupted.)";
+
+inline constexpr char kHelpExamples[] = R"(  scriptwells help run
+  scriptwells help registry set)";
 
 // The namespace stands between the two.
 inline constexpr char kDocumentStart[] =
     R"(FILE is an XML document that tells its language and holds its code:
-  <Scriptwell Language="JavaScript" xmlns=")";
+  <Scriptwell Language="JavaScript"
+              xmlns=")";
 inline constexpr char kDocumentEnd[] = R"(">
     <Code>parameters.a + 1</Code>
   </Scriptwell>
@@ -27,7 +32,7 @@ It may be in any encoding. Its path cannot hold '#', '?' or '\'.
 )";
 
 // For both kinds of script.
-inline constexpr char kValuesFooter[] =
+inline constexpr char kValuesNotes[] =
     R"(Parameters are written name=type:value. Types: byte, short, int, long, boolean, float, double, string,
 date, time, datetime, duration, file. Everything behind the first ':' is the value, so a string may hold '='
 and ':' and may be empty.
@@ -56,23 +61,25 @@ What the protocol's client reads back: a long answer arrives as an empty value, 
 time without its fraction of a second, a URL without its link, and counts of a duration beyond 32767 changed;
 let the script answer with a string or a double where that matters. Cells of a table without text arrive as
 0, false or an empty string, and dates without text end the table as not understood (7). A script that
-answers null or nothing (undefined) ends as an answer that is not understood (7).
+answers null or nothing (undefined) ends as an answer that is not understood (7).)";
 
-)";
-
-inline constexpr char kRunExamples[] = R"(Examples:
-  scriptwells run --local -e 'parameters.a + parameters.b' -p a=int:2 -p b=int:40
+inline constexpr char kRunExamples[] =
+    R"(  scriptwells run --local -e 'parameters.a + parameters.b' -p a=int:2 -p b=int:40
   scriptwells run --local hello.js -p name=string:World --output table
   scriptwells run --local -e 'parameters.doc.text().length' -p doc=file:notes.txt
   scriptwells run --local -e 'publish("out.txt", "text")' --save /tmp
   scriptwells run --local -e '[{city: "Rome", people: 2748109}]' --output csv --null NULL
   echo '6 * 7' | scriptwells run - --server http://127.0.0.1:8080 --user joe --json)";
 
-inline constexpr char kDocumentExamples[] = R"(Examples:
-  scriptwells run-document --local sum.xml -p a=int:41
-  scriptwells run-document sum.xml -p a=int:41 --server http://127.0.0.1:8080 --user joe --json)";
+inline constexpr char kDocumentExamples[] =
+    R"(  scriptwells run-document --local examples/document.xml -p for=duration:P1DT2H
+  scriptwells run-document report.xml -p year=int:2024 --server http://127.0.0.1:8080 --user joe)";
 
-inline constexpr char kDownloadFooter[] =
+inline constexpr char kDownloadExamples[] =
+    R"(  scriptwells download 'http://127.0.0.1:8080/files/7?ticket=1' /tmp --user joe
+  scriptwells download "$URL" --usid "$SESSION" --json)";
+
+inline constexpr char kDownloadNotes[] =
     R"(The file gets the name that the server gives; nothing is left behind when the download fails. A name that
 exists in DIR is refused, and so is one that begins with '.'; --force saves the file all the same. Names
 with control characters are always refused. The path is printed. The session is opened on the server of the URL if there is no
@@ -80,30 +87,37 @@ other one, and its id goes along to the URL. A file that a script publishes for 
 saved with run --save.
 
 The password comes from the first of: --password-file, --password-stdin, the variable
-SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.
+SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.)";
 
-Examples:
-  scriptwells download 'http://127.0.0.1:8080/files/7?ticket=1' /tmp --user joe
-  scriptwells download "$URL" --usid "$SESSION" --json)";
+inline constexpr char kServeExamples[] =
+    R"(  scriptwells serve --port 8080 --users-file users.txt
+  scriptwells serve --home ~/scripts-home
+  scriptwells serve --home ~/.local/share/quorvane --install-home)";
 
-inline constexpr char kServeFooter[] =
+inline constexpr char kServeNotes[] =
     R"(The service is for development: it forgets everything when it stops, and it runs the scripts that it is sent.
 It prints its address on standard output and stops at Ctrl-C or SIGTERM.
 The users file holds one name:password per line; '#' starts a comment line. Without it every user name
 is welcome, with any password.
-A client uploads files with the scripts that it finds in its home directory: the service puts its own
-there where they are missing, and tells so.
+Scripts and downloads work at once. A client uploads files with the scripts that it finds in its home directory,
+which its registry names. --home DIR puts the service's own there where they are missing, and
+DIR/serve.reg, a registry that names DIR: clients on this machine that run with QV_REGISTRY=DIR/serve.reg upload files
+until the service stops and removes it. Nobody's settings change but with --install-home.)";
 
-Examples:
-  scriptwells serve --port 8080 --users-file users.txt
-  scriptwells serve --home ~/.local/share/quorvane)";
+inline constexpr char kDescribeExamples[] = R"(  scriptwells describe Parameters
+  scriptwells describe Parameters.Add)";
 
-inline constexpr char kDescribeFooter[] =
-    "OBJECT is Parameters, IParameters or, for one member, Parameters.Add; without it all are shown.\n"
-    "Late-binding programs reach every member by its id, or by its name in any case:\n"
-    "  scriptwells describe Parameters.Add";
+inline constexpr char kDescribeNotes[] =
+    R"(OBJECT is Parameters, IParameters or, for one member, Parameters.Add; without it all are shown.
+Late-binding programs reach every member by its id, or by its name in any case.)";
 
-inline constexpr char kRegistryFooter[] =
+inline constexpr char kRegistryExamples[] =
+    R"(  scriptwells registry get home
+  scriptwells registry set home /usr/share/quorvane
+  scriptwells registry remove home
+  scriptwells registry list --json)";
+
+inline constexpr char kRegistryNotes[] =
     R"(The registry tells the library where the installation has its home directory. Keys are paths such as
 SOFTWARE\Quorvane\Quorvane\HomeDir, for which "home" is a short name. The first of these files that has a
 key decides: the one that the variable QV_REGISTRY names, quorvane/registry.reg below $XDG_CONFIG_HOME (else
@@ -112,16 +126,13 @@ front of a key may be left out; "HKEY_CLASSES_ROOT\" stands for "SOFTWARE\Classe
 name, too, which get, set and remove do not reach.
 
 A damaged file counts as absent and is told on standard error (6). get and remove end with 1 when no
-file has the key.
+file has the key.)";
 
-Examples:
-  scriptwells registry get home
-  scriptwells registry set home /usr/share/quorvane
-  scriptwells registry remove home
-  scriptwells registry list --json)";
-
-inline constexpr char kRegistrySetFooter[] =
-    R"(A VALUE or KEY that begins with '-' stands behind "--", and options before it:
+inline constexpr char kRegistrySetExamples[] =
+    R"(  scriptwells registry set home /usr/share/quorvane
   scriptwells registry set --json -- 'SOFTWARE\Example\Offset' -5)";
+
+inline constexpr char kRegistrySetNotes[] =
+    R"(A VALUE or KEY that begins with '-' stands behind "--", and options before it.)";
 
 }  // namespace qv::cli

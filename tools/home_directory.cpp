@@ -32,6 +32,16 @@ std::vector<std::string> UploadScripts(const std::string& home) {
   return scripts;
 }
 
+bool HasUploadScripts(const std::string& home) {
+  try {
+    CheckHomePath(home);
+    for (const std::string& script : UploadScripts(home)) CheckReadable(script, "upload script");
+    return true;
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
 void CheckHomePath(const std::string& home) {
   const std::string what = "the home directory " + home + " ";
   if (!utf8::is_valid(home.begin(), home.end()))

@@ -13,6 +13,9 @@ std::string HomeDirectory();
 // Both scripts below `home`: for a file that is new to the server, and for one that it has already.
 std::vector<std::string> UploadScripts(const std::string& home);
 
+// Whether the library finds both of them below `home`.
+bool HasUploadScripts(const std::string& home);
+
 // Whether the library finds what it needs for an upload. Throws Failure (kLocal) with the reason and a way
 // out.
 void CheckUploadScripts();

@@ -5,7 +5,10 @@
 
 #include "tools/describe_options.h"
 #include "tools/download_options.h"
+#include "tools/help_format.h"
+#include "tools/help_options.h"
 #include "tools/help_texts.h"
+#include "tools/meant_word.h"
 #include "tools/registry_options.h"
 #include "tools/run_options.h"
 #include "tools/serve_options.h"
@@ -18,9 +21,11 @@ namespace qv::cli {
 
 namespace {
 
+constexpr char kVersion[] = "scriptwells " SCRIPTWELLS_VERSION;
+
 CLI::App& Prepared(CLI::App& app) {
-  app.footer(kProgramFooter);
-  app.set_version_flag("--version", "scriptwells " SCRIPTWELLS_VERSION, "Print the version and exit");
+  SetHelp(app, kProgramExamples, kProgramNotes);
+  app.set_version_flag("-V,--version", kVersion, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.require_subcommand(0, 1);
   return app;
@@ -43,6 +48,8 @@ class ArgumentParser {
       Tell(version.what());
     } catch (const CLI::CallForHelp&) {
       Tell(app_.help());
+    } catch (const CLI::ExtrasError& error) {
+      Refuse(error.what() + MeantWord(app_));
     } catch (const CLI::ParseError& error) {
       Refuse(error.what());
     }
@@ -64,6 +71,10 @@ class ArgumentParser {
       Accept(Command::kRegistry, registry_.Check());
     } else if (describe_.Parsed()) {
       Accept(Command::kDescribe, describe_.Check());
+    } else if (help_.AsksForVersion()) {
+      Tell(kVersion);
+    } else if (help_.AsksForHelp()) {
+      TellHelp();
     } else {
       Refuse("no command given");
     }
@@ -81,6 +92,12 @@ class ArgumentParser {
         result_.run.json || result_.download.json || result_.registry.json || result_.describe.json;
   }
 
+  void TellHelp() {
+    const std::string text = help_.Text();
+    if (text.empty()) return Refuse(help_.Wrong());
+    Tell(text);
+  }
+
   void Tell(const std::string& text) {
     result_.command = Command::kText;
     result_.text = text;
@@ -90,11 +107,11 @@ class ArgumentParser {
   void Refuse(const std::string& text) {
     result_.command = Command::kUsageError;
     result_.text = text;
-    result_.hint = InnermostCommand() + " --help";
+    result_.hint = CommandWords() + " --help";
   }
 
   // "scriptwells registry get", as far as it was parsed.
-  std::string InnermostCommand() const {
+  std::string CommandWords() const {
     std::string words = app_.get_name();
     const CLI::App* command = &app_;
     while (!command->get_subcommands().empty()) {
@@ -112,6 +129,7 @@ class ArgumentParser {
   ServeArguments serve_{app_};
   RegistryArguments registry_{app_};
   DescribeArguments describe_{app_};
+  HelpArguments help_{app_};
   CLI::App* worker_ = nullptr;
 };
 

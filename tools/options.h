@@ -53,7 +53,8 @@ struct ServeOptions {
   std::string usersFile;
   double scriptTimeoutSeconds = 5;
   int scriptMemoryMegabytes = 256;
-  std::string home;  // becomes the home directory; empty: it stays what it is
+  std::string home;          // for clients on this machine while the service runs; empty: they have their own
+  bool installHome = false;  // for good: in the registry
 };
 
 enum class RegistryVerb { kGet, kSet, kRemove, kList };

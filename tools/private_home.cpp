@@ -16,7 +16,6 @@ namespace qv::cli {
 
 namespace {
 
-constexpr char kVariable[] = "QV_REGISTRY";
 constexpr std::size_t kLongestPath = 256;
 constexpr std::size_t kMostPaths = 5;
 
@@ -62,8 +61,6 @@ PrivateHome::PrivateHome() {
   for (const std::string& place : Places())
     if (path_.empty()) path_ = MakeIn(place);
   if (path_.empty()) throw Failure(ExitStatus::kLocal, "cannot make a temporary directory");
-  const char* before = std::getenv(kVariable);
-  if (before != nullptr) registryBefore_ = before;
   try {
     Fill();
   } catch (...) {
@@ -85,16 +82,13 @@ void PrivateHome::Fill() {
   Keep(g_directories[0], std::filesystem::path(scripts[0]).parent_path().string());
   Keep(g_directories[1], path_);
   OnForcedExit(&RemoveAtOnce);
-  ::setenv(kVariable, registry.c_str(), 1);
+  variable_.emplace(registry);
   SetHomeDirectory(path_);
   InstallMissingScripts(path_);
 }
 
 void PrivateHome::Remove() noexcept {
-  if (registryBefore_.empty())
-    ::unsetenv(kVariable);
-  else
-    ::setenv(kVariable, registryBefore_.c_str(), 1);
+  variable_.reset();
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
   OnForcedExit(nullptr);

@@ -2,7 +2,10 @@
 // installed on the machine.
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include "tools/registry_variable.h"
 
 namespace qv::cli {
 
@@ -23,7 +26,7 @@ class PrivateHome {
   void Remove() noexcept;
 
   std::string path_;
-  std::string registryBefore_;  // empty: there was none
+  std::optional<RegistryVariable> variable_;
 };
 
 }  // namespace qv::cli

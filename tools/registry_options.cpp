@@ -2,13 +2,14 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/help_format.h"
 #include "tools/help_texts.h"
 
 namespace qv::cli {
 
 RegistryArguments::RegistryArguments(CLI::App& app)
     : command_(app.add_subcommand("registry", "Show and change the settings that the library finds")) {
-  command_->footer(kRegistryFooter);
+  SetHelp(*command_, kRegistryExamples, kRegistryNotes);
   command_->require_subcommand(0, 1);
   AddJson(*command_);
   CLI::App* get = AddVerb(RegistryVerb::kGet, "get", "Print the value of a key");
@@ -18,7 +19,7 @@ RegistryArguments::RegistryArguments(CLI::App& app)
   for (CLI::App* verb : {get, set, remove})
     verb->add_option("KEY", registry_.key, "The key, or \"home\"")->type_name("")->required();
   set->add_option("VALUE", registry_.value, "Its text")->type_name("")->required();
-  set->footer(kRegistrySetFooter);
+  SetHelp(*set, kRegistrySetExamples, kRegistrySetNotes);
 }
 
 CLI::App* RegistryArguments::AddVerb(RegistryVerb verb, const char* name, const char* words) {

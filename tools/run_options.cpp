@@ -5,6 +5,7 @@
 #include <map>
 
 #include "tools/csv_text.h"
+#include "tools/help_format.h"
 #include "tools/help_texts.h"
 #include "tools/local_service.h"
 
@@ -44,7 +45,7 @@ void RunArguments::DefineParameters() {
 
 void RunArguments::DefineScript(CLI::App& app) {
   command_ = app.add_subcommand("run", "Run a script on a server and print its answer");
-  command_->footer(std::string(kValuesFooter) + kRunExamples);
+  SetHelp(*command_, kRunExamples, kValuesNotes);
   command_->add_option("FILE", run_.file, "The script; - reads it from standard input")->type_name("");
   code_ =
       command_->add_option("-e,--eval", run_.code, "The script itself, in place of FILE")->type_name("CODE");
@@ -57,7 +58,7 @@ void RunArguments::DefineScript(CLI::App& app) {
 void RunArguments::DefineDocument(CLI::App& app) {
   run_.document = true;
   command_ = app.add_subcommand("run-document", "Run a script document, which tells its own language");
-  command_->footer(kDocumentStart + ScriptNamespace() + kDocumentEnd + kValuesFooter + kDocumentExamples);
+  SetHelp(*command_, kDocumentExamples, kDocumentStart + ScriptNamespace() + kDocumentEnd + kValuesNotes);
   command_->add_option("FILE", run_.file, "The script document, an XML file")->type_name("");
 }
 

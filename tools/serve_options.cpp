@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cmath>
 
+#include "tools/help_format.h"
 #include "tools/help_texts.h"
 #include "tools/time_span.h"
 
@@ -21,7 +22,7 @@ bool IsHostName(const std::string& text) {
 
 ServeArguments::ServeArguments(CLI::App& app)
     : command_(app.add_subcommand("serve", "Run the development service until it is stopped")) {
-  command_->footer(kServeFooter);
+  SetHelp(*command_, kServeExamples, kServeNotes);
   command_->add_option("--host", serve_.host, "Address to listen on")
       ->capture_default_str()
       ->type_name("HOST");
@@ -45,9 +46,13 @@ ServeArguments::ServeArguments(CLI::App& app)
       ->check(CLI::Range(1, 65536).description("1 to 65536"));
   home_ = command_
               ->add_option("--home", serve_.home,
-                           "Make this the home directory of the registry, with the upload scripts of this "
-                           "service")
+                           "Lend clients on this machine this home directory while the service runs: it gets "
+                           "the upload scripts, and serve.reg for QV_REGISTRY")
               ->type_name("DIR");
+  command_->add_flag(
+      "--install-home", serve_.installHome,
+      "For good: put the upload scripts into --home DIR and make it the home directory of your "
+      "registry; without --home, complete the one that it names");
 }
 
 bool ServeArguments::Parsed() const {

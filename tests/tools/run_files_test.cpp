@@ -103,8 +103,8 @@ TEST_F(RunFiles, FileGoesThereAndBack) {
 }
 
 TEST_F(RunFiles, ServiceWithAHomeTakesUploadsOfOtherProcesses) {
-  const testing::Variables registry{{"QV_REGISTRY", folder_.Path() + "/registry.reg"}};
-  ServeProcess service({"--home", folder_.Path() + "/home"}, registry);
+  ServeProcess service({"--home", folder_.Path() + "/home"});
+  const testing::Variables registry{{"QV_REGISTRY", folder_.Path() + "/home/serve.reg"}};
   const std::string file = Write("a.txt", "12345");
   const Outcome outcome = RunTool({"run", "--server", service.Url(), "--user", "joe", "-e",
                                    "parameters.doc.size", "-p", "doc=file:" + file},

@@ -84,6 +84,8 @@ TEST_F(TransferOptions, ForceGoesWithAFileThatIsSaved) {
 
 TEST_F(TransferOptions, ServeTakesAHome) {
   EXPECT_EQ(Serve({"serve", "--home", "/srv/home"}).home, "/srv/home");
+  EXPECT_FALSE(Serve({"serve", "--home", "/srv/home"}).installHome);
+  EXPECT_TRUE(Serve({"serve", "--install-home"}).installHome);
   EXPECT_EQ(Serve({"serve"}).home, "");
   EXPECT_EQ(Refusal({"serve", "--home", ""}), "--home has to name a directory|scriptwells serve --help");
 }
