@@ -2,9 +2,11 @@
 
 #include <utf8.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 
 #include "qvscriptwells/serial_date.h"
 #include "tools/date_text.h"
@@ -194,6 +196,43 @@ std::vector<std::string> NotesOn(const TypeRow& type, const Variant& value) {
   return notes;
 }
 
+// What a value without a type looks like. Files and texts are not told apart, and a whole number that is an
+// int is not looked at further.
+constexpr const char* kGuesses[] = {"int",  "long", "double",   "boolean",
+                                    "date", "time", "datetime", "duration"};
+constexpr std::size_t kLongestExample = 40;
+
+bool IsOfType(const std::string& text, const char* name) {
+  try {
+    const TypeRow& type = FindType(name);
+    type.parse(type, text);
+    return true;
+  } catch (const Failure&) {
+    return false;
+  }
+}
+
+std::string GuessedType(const std::string& text) {
+  for (const char* name : kGuesses)
+    if (IsOfType(text, name)) return name;
+  return "string";
+}
+
+bool IsTypeName(const std::string& text) {
+  return std::any_of(std::begin(kTypes), std::end(kTypes),
+                     [&](const TypeRow& row) { return text == row.name; });
+}
+
+// "a=int:5" for "a=5".
+std::string Example(const std::string& text) {
+  const std::size_t equals = text.find('=');
+  if (equals == 0 || equals == std::string::npos || text.size() > kLongestExample) return "a=int:5";
+  const std::string name = text.substr(0, equals);
+  const std::string value = text.substr(equals + 1);
+  if (name.find(':') != std::string::npos || IsTypeName(value)) return "a=int:5";
+  return name + "=" + GuessedType(value) + ":" + value;
+}
+
 }  // namespace
 
 ScriptParameter ParseParameter(const std::string& text) {
@@ -201,7 +240,7 @@ ScriptParameter ParseParameter(const std::string& text) {
   const std::size_t equals = text.find('=');
   const std::size_t colon = equals == std::string::npos ? equals : text.find(':', equals + 1);
   if (colon == std::string::npos || equals == 0)
-    Refuse("parameter '" + text + "' is not of the form name=type:value");
+    Refuse("parameter '" + text + "' is not of the form name=type:value, such as " + Example(text));
   ScriptParameter parameter;
   parameter.name = text.substr(0, equals);
   try {

@@ -178,11 +178,30 @@ TEST(ParameterText, NameIsEverythingBeforeTheFirstEqualsSign) {
 }
 
 TEST(ParameterText, MissingPiecesAreTold) {
-  EXPECT_EQ(Refusal("x"), "parameter 'x' is not of the form name=type:value");
-  EXPECT_EQ(Refusal("x=int"), "parameter 'x=int' is not of the form name=type:value");
-  EXPECT_EQ(Refusal("x:int=1"), "parameter 'x:int=1' is not of the form name=type:value");
-  EXPECT_EQ(Refusal("=int:1"), "parameter '=int:1' is not of the form name=type:value");
-  EXPECT_EQ(Refusal(""), "parameter '' is not of the form name=type:value");
+  const std::string form = "' is not of the form name=type:value, such as ";
+  EXPECT_EQ(Refusal("x"), "parameter 'x" + form + "a=int:5");
+  EXPECT_EQ(Refusal("x=int"), "parameter 'x=int" + form + "a=int:5");
+  EXPECT_EQ(Refusal("x:int=1"), "parameter 'x:int=1" + form + "a=int:5");
+  EXPECT_EQ(Refusal("=int:1"), "parameter '=int:1" + form + "a=int:5");
+  EXPECT_EQ(Refusal(""), "parameter '" + form + "a=int:5");
+  const std::string longText = "x=" + std::string(100, 'y');
+  EXPECT_EQ(Refusal(longText), "parameter '" + longText + form + "a=int:5");
+}
+
+TEST(ParameterText, ExampleHasTheTypeThatTheValueLooksLike) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"a=5", "a=int:5"},
+      {"b=5000000000", "b=long:5000000000"},
+      {"c=1e3", "c=double:1e3"},
+      {"d=true", "d=boolean:true"},
+      {"e=2024-03-05", "e=date:2024-03-05"},
+      {"f=P1D", "f=duration:P1D"},
+      {"g=hello world", "g=string:hello world"},
+      {"h=", "h=string:"},
+  };
+  for (const auto& [given, example] : rows)
+    EXPECT_EQ(Refusal(given), std::string("parameter '") + given +
+                                  "' is not of the form name=type:value, such as " + example);
 }
 
 TEST(ParameterText, UnknownTypeListsTheKnownOnes) {
