@@ -2,10 +2,10 @@
 // one comes back, changed a little; of a file comes the address of a new one; "link" picks a link; without `pick` the
 // answer is a greeting that lists them all.
 //
-//   scriptwells run --local hello.js -p who=string:World
-//   scriptwells run --local hello.js -p pick=string:aDouble -p aDouble=double:1.25 --json
-//   scriptwells run --local hello.js -p pick=string:due -p due=date:2024-02-28
-//   scriptwells run --local hello.js -p pick=string:doc -p doc=file:notes.txt --save .
+//   scriptwells run --local examples/hello.js -p who=string:World
+//   scriptwells run --local examples/hello.js -p pick=string:aDouble -p aDouble=double:1.25 --json
+//   scriptwells run --local examples/hello.js -p pick=string:due -p due=date:2024-02-28
+//   scriptwells run --local examples/hello.js -p pick=string:doc -p doc=file:notes.txt --save .
 
 const HOUR = 3600 * 1000;
 const DAY = 24 * HOUR;

@@ -65,7 +65,7 @@ answers null or nothing (undefined) ends as an answer that is not understood (7)
 
 inline constexpr char kRunExamples[] =
     R"(  scriptwells run --local -e 'parameters.a + parameters.b' -p a=int:2 -p b=int:40
-  scriptwells run --local hello.js -p name=string:World --output table
+  scriptwells run --local examples/hello.js -p name=string:World --output table
   scriptwells run --local -e 'parameters.doc.text().length' -p doc=file:notes.txt
   scriptwells run --local -e 'publish("out.txt", "text")' --save /tmp
   scriptwells run --local -e '[{city: "Rome", people: 2748109}]' --output csv --null NULL

@@ -1,6 +1,7 @@
 #include "tools/meant_word.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "tools/closest_name.h"
 
@@ -8,8 +9,7 @@ namespace qv::cli {
 
 namespace {
 
-std::string Question(const std::string& word, const std::vector<std::string>& candidates) {
-  const std::string meant = ClosestName(word, candidates);
+std::string Question(const std::string& word, const std::string& meant) {
   return meant.empty() || meant == word ? "" : " (did you mean " + meant + "?)";
 }
 
@@ -21,13 +21,22 @@ std::vector<std::string> CommandNames(const CLI::App& command) {
   return names;
 }
 
+// Without dashes, which would make short names look alike.
 std::vector<std::string> OptionNames(const CLI::App& command) {
   std::vector<std::string> names;
   for (const CLI::Option* option : command.get_options()) {
-    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
-    for (const std::string& name : option->get_snames()) names.push_back("-" + name);
+    names.insert(names.end(), option->get_lnames().begin(), option->get_lnames().end());
+    names.insert(names.end(), option->get_snames().begin(), option->get_snames().end());
   }
   return names;
+}
+
+// For "--servr" and "-servr=http://h".
+std::string MeantOption(const CLI::App& command, const std::string& word) {
+  const std::string option = word.substr(0, word.find('='));
+  const std::size_t start = std::min(option.find_first_not_of('-'), option.size());
+  const std::string meant = ClosestName(option.substr(start), OptionNames(command));
+  return meant.empty() ? "" : Question(option, (meant.size() == 1 ? "-" : "--") + meant);
 }
 
 }  // namespace
@@ -44,11 +53,11 @@ std::string MeantWord(const CLI::App& root) {
   const CLI::App& command = InnermostCommand(root);
   const std::string& word = left.front();
   if (word.rfind('-', 0) != 0) return MeantCommand(command, word);
-  return Question(word.substr(0, word.find('=')), OptionNames(command));
+  return MeantOption(command, word);
 }
 
 std::string MeantCommand(const CLI::App& command, const std::string& word) {
-  return Question(word, CommandNames(command));
+  return Question(word, ClosestName(word, CommandNames(command)));
 }
 
 }  // namespace qv::cli

@@ -88,6 +88,8 @@ TEST_F(Help, MistypedWordIsGuessed) {
   EXPECT_EQ(Refusal({"registry", "lst"}), one + "lst (did you mean list?)|scriptwells registry --help");
   EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "--servr=http://a"}),
             one + "--servr=http://a (did you mean --server?)|scriptwells run --help");
+  EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "-jsno"}),
+            one + "-jsno (did you mean --json?)|scriptwells run --help");
   EXPECT_EQ(Refusal({"serve", "--prot", "8080"}),
             "The following arguments were not expected: 8080 --prot (did you mean --port?)|scriptwells serve "
             "--help");
@@ -97,6 +99,8 @@ TEST_F(Help, NothingIsGuessedWhereNothingIsNear) {
   const std::string one = "The following argument was not expected: ";
   EXPECT_EQ(Refusal({"frobnicate"}), one + "frobnicate|scriptwells --help");
   EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "--zzz"}), one + "--zzz|scriptwells run --help");
+  EXPECT_EQ(Refusal({"run", "--local", "-e", "1", "--parm"}), one + "--parm|scriptwells run --help");
+  EXPECT_EQ(Refusal({"--json", "registry", "list"}), one + "--json|scriptwells registry list --help");
   EXPECT_EQ(Refusal({"run", "--local", "a.js", "b.js"}), one + "b.js|scriptwells run --help");
 }
 

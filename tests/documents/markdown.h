@@ -1,0 +1,40 @@
+// What the tests read out of the documents.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qv::documents {
+
+// A line of a block that begins with "$ ", and what it prints, as the document has it.
+struct Command {
+  int line = 0;  // of the document, from 1 on
+  std::string text;
+  std::vector<std::string> output;
+};
+
+// Those of every block that holds one, in the order of the document.
+std::vector<Command> CommandsOf(const std::string& document);
+
+// The blocks behind "```LANGUAGE", each with its last line end.
+std::vector<std::string> BlocksOf(const std::string& document, const std::string& language);
+
+// The first two cells, without backticks, of the rows of every table whose first head is `head`.
+using Row = std::pair<std::string, std::string>;
+std::vector<Row> RowsOf(const std::string& document, const std::string& head);
+
+struct NamedFile {
+  int line = 0;
+  std::string name;
+};
+
+// Texts in backticks, outside of blocks, and targets of links that may be paths of files.
+std::vector<NamedFile> FilesNamedIn(const std::string& document);
+
+// Every document of the project, as a path below its root.
+std::vector<std::string> Documents();
+
+std::string ReadFile(const std::string& path);
+
+}  // namespace qv::documents
