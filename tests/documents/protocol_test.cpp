@@ -1,0 +1,151 @@
+// docs/protocol.md, against the built client: what the page shows is sent and answered, byte by byte.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <sstream>
+
+#include "fixtures/raw_server.h"
+#include "tests/documents/markdown.h"
+
+namespace qv::documents {
+namespace {
+
+const std::string kPage = ReadFile(std::string(QV_SOURCE_DIR) + "/docs/protocol.md");
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+    text.replace(at, from.size(), to);
+  return text;
+}
+
+// The lines of a head end with CR LF, and a body has no line end.
+std::string OnTheWire(const std::string& block) {
+  const std::size_t empty = block.find("\n\n");
+  return Replaced(block.substr(0, empty + 2), "\n", "\r\n") +
+         block.substr(empty + 2, block.size() - empty - 3);
+}
+
+std::string InEnvelope(const std::string& body) {
+  return "<soap:Envelope xmlns:soap=\"http://schemas.xmlsoap.org/soap/envelope/\"><soap:Body>" + body +
+         "</soap:Body></soap:Envelope>";
+}
+
+std::string Quoted(const std::string& text) {
+  return "'" + Replaced(text, "'", "'\\''") + "'";
+}
+
+class Protocol : public ::testing::Test {
+ protected:
+  void Answer(const std::vector<std::string>& answers) {
+    test::RawScript script;
+    for (const std::string& answer : answers) script.ReadRequest().Write(answer);
+    server_.Expect(script);
+  }
+  // Both streams of a run.
+  std::string Run(const std::string& more) const {
+    const std::string command =
+        "env -i QV_REGISTRY=/dev/null SCRIPTWELLS_PASSWORD=secret timeout 60 " SCRIPTWELLS_PROGRAM
+        " run --server http://127.0.0.1:" +
+        std::to_string(server_.Port()) + " --user joe " + more + " 2>&1 </dev/null";
+    std::FILE* pipe = ::popen(command.c_str(), "r");
+    std::string output;
+    std::array<char, 4096> bytes;
+    for (std::size_t count = 1; count > 0;) {
+      count = std::fread(bytes.data(), 1, bytes.size(), pipe);
+      output.append(bytes.data(), count);
+    }
+    ::pclose(pipe);
+    return output;
+  }
+  // A run whose script is answered so.
+  std::string RunWith(const std::string& envelope, const std::string& more = "-e 1 --json") {
+    Answer(
+        {test::RawAnswerText(InEnvelope("<CreateUserSessionResponse><r>1</r></CreateUserSessionResponse>")),
+         test::RawAnswerText(envelope), test::RawAnswerText(InEnvelope("<CloseUserSessionResponse/>"))});
+    return Run(more);
+  }
+  static void ExpectRow(const Row& row, const std::string& printed) {
+    if (row.second.rfind("{", 0) == 0)
+      EXPECT_EQ(printed.substr(0, printed.find('\n')), row.second) << row.first << "\n" << printed;
+    else
+      EXPECT_NE(printed.find("\"message\":\"" + row.second), std::string::npos) << row.first << "\n"
+                                                                                << printed;
+  }
+
+  test::RawServer server_;
+};
+
+TEST_F(Protocol, SessionIsAsThePageShowsIt) {
+  const std::vector<std::string> blocks = BlocksOf(kPage, "http");
+  ASSERT_EQ(blocks.size(), 6u);
+  std::string requests;
+  std::vector<std::string> answers;
+  for (std::size_t i = 0; i < blocks.size(); ++i)
+    if (i % 2 == 0)
+      requests += OnTheWire(blocks[i]);
+    else
+      answers.push_back(OnTheWire(blocks[i]));
+  Answer(answers);
+  EXPECT_EQ(Run("-e '6 * 7' -p a=int:7"), "42\n");
+  EXPECT_EQ(server_.AllReceived(),
+            Replaced(requests, "127.0.0.1:8080", "127.0.0.1:" + std::to_string(server_.Port())));
+}
+
+TEST_F(Protocol, EnvelopesAreReadAsThePageSays) {
+  const std::vector<Row> rows = RowsOf(kPage, "Envelope");
+  EXPECT_EQ(rows.size(), 6u);
+  for (const Row& row : rows) ExpectRow(row, RunWith(row.first));
+}
+
+TEST_F(Protocol, BodiesAreReadAsThePageSays) {
+  const std::vector<Row> rows = RowsOf(kPage, "Body");
+  EXPECT_EQ(rows.size(), 12u);
+  for (const Row& row : rows) ExpectRow(row, RunWith(InEnvelope(row.first)));
+}
+
+TEST_F(Protocol, ValuesAreReadAsThePageSays) {
+  const std::vector<Row> rows = RowsOf(kPage, "Value element");
+  EXPECT_EQ(rows.size(), 26u);
+  for (const Row& row : rows)
+    ExpectRow(row, RunWith(InEnvelope("<ExecuteResponse>" + row.first + "</ExecuteResponse>")));
+}
+
+TEST_F(Protocol, ParametersAreWrittenAsThePageSays) {
+  const std::vector<Row> rows = RowsOf(kPage, "Parameter");
+  EXPECT_EQ(rows.size(), 11u);
+  for (const Row& row : rows) {
+    RunWith(InEnvelope("<ExecuteResponse><r xsi:type=\"xsd:int\">1</r></ExecuteResponse>"),
+            "-e 1 -p " + Quoted(row.first));
+    EXPECT_NE(server_.Received().back().find(row.second), std::string::npos) << row.first << "\n"
+                                                                             << server_.Received().back();
+  }
+}
+
+TEST_F(Protocol, HeadsAreReadAsThePageSays) {
+  const std::string answer = InEnvelope("<ExecuteResponse><r xsi:type=\"xsd:int\">1</r></ExecuteResponse>");
+  const std::string chunk = "Transfer-Encoding: chunked\r\n\r\n" + [&] {
+    std::ostringstream size;
+    size << std::hex << answer.size();
+    return size.str();
+  }() + "\r\n" + answer + "\r\n0\r\n\r\n";
+  const std::string opened =
+      test::RawAnswerText(InEnvelope("<CreateUserSessionResponse><r>1</r></CreateUserSessionResponse>"));
+  const std::string closed = test::RawAnswerText(InEnvelope("<CloseUserSessionResponse/>"));
+  Answer({opened, "HTTP/1.1 200 OK\r\n" + chunk, closed});
+  EXPECT_NE(Run("-e 1").find("Unknown Http problem."), std::string::npos);
+  Answer({opened, "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n", closed});
+  EXPECT_NE(Run("-e 1").find("Unknown Http problem."), std::string::npos);
+  Answer({opened, Replaced(test::RawAnswerText(answer), "200 OK", "500 Internal Server Error"), closed});
+  EXPECT_EQ(Run("-e 1"), "1\n");
+  Answer({opened, test::RawAnswerText(answer, "Content-Encoding: gzip\r\n"), closed});
+  EXPECT_EQ(Run("-e 1"), "1\n");
+}
+
+TEST_F(Protocol, SessionWithoutAnIdIsNotOpen) {
+  Answer({test::RawAnswerText(InEnvelope("<CreateUserSessionResponse><r/></CreateUserSessionResponse>"))});
+  EXPECT_NE(Run("-e 1").find("the server opened a session without an id"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace qv::documents
