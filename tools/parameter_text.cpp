@@ -13,6 +13,7 @@
 #include "tools/failure.h"
 #include "tools/file_parameter.h"
 #include "tools/object_text.h"
+#include "tools/wire_characters.h"
 
 namespace qv::cli {
 
@@ -196,6 +197,15 @@ std::vector<std::string> NotesOn(const TypeRow& type, const Variant& value) {
   return notes;
 }
 
+// `text` is the value as it was given; of the types only a string has characters of the user's.
+void AddCharacterNotes(ScriptParameter& parameter, const std::string& text) {
+  const std::string ofName = RefusedCharacterNote(parameter.name);
+  if (!ofName.empty()) parameter.notes.push_back("has a name that " + ofName);
+  if (parameter.value.Tag() != VT_BSTR) return;
+  const std::string ofValue = RefusedCharacterNote(text);
+  if (!ofValue.empty()) parameter.notes.push_back(ofValue);
+}
+
 // What a value without a type looks like. Files and texts are not told apart, and a whole number that is an
 // int is not looked at further.
 constexpr const char* kGuesses[] = {"int",  "long", "double",   "boolean",
@@ -247,6 +257,7 @@ ScriptParameter ParseParameter(const std::string& text) {
     const TypeRow& type = FindType(text.substr(equals + 1, colon - equals - 1));
     parameter.value = type.parse(type, text.substr(colon + 1));
     parameter.notes = NotesOn(type, parameter.value);
+    AddCharacterNotes(parameter, text.substr(colon + 1));
   } catch (const Failure& failure) {
     Refuse("parameter '" + parameter.name + "': " + failure.Message());
   }

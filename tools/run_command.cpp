@@ -21,6 +21,7 @@
 #include "tools/server_address.h"
 #include "tools/session_frame.h"
 #include "tools/terminal_output.h"
+#include "tools/wire_characters.h"
 
 namespace qv::cli {
 
@@ -67,6 +68,8 @@ std::string TakeScript(const RunOptions& options, std::ostream& err) {
   if (LooksLikeDocument(script))
     ReportNote("note", "this looks like a script document, which scriptwells run-document runs", options.json,
                err);
+  const std::string odd = RefusedCharacterNote(script);
+  if (!odd.empty()) ReportNote("note", "the script " + odd, options.json, err);
   return script;
 }
 

@@ -7,6 +7,7 @@
 #include "tools/password.h"
 #include "tools/server_address.h"
 #include "tools/time_span.h"
+#include "tools/wire_characters.h"
 
 namespace qv::cli {
 
@@ -17,6 +18,23 @@ void TellRefusedUploads(const ScriptSession& session, bool asJson, std::ostream&
     ReportNote("warning",
                upload.server + " answered the upload of " + upload.path + " with the status " + upload.status,
                asJson, err);
+}
+
+void TellOf(const char* what, const std::string& text, bool asJson, std::ostream& err) {
+  const std::string note = RefusedCharacterNote(text);
+  if (!note.empty()) ReportNote("note", what + note, asJson, err);
+}
+
+// No character of the password is shown.
+void TellRefusedCharacters(const SessionSettings& settings, bool asJson, std::ostream& err) {
+  if (!settings.usid.empty()) return;  // none of them is sent
+  TellOf("the user name ", settings.user, asJson, err);
+  if (!FirstRefusedCharacter(settings.password).empty())
+    ReportNote("note",
+               "the password holds a character that does not travel as well-formed XML, so most servers "
+               "refuse it",
+               asJson, err);
+  TellOf("the replica id ", settings.replica, asJson, err);
 }
 
 void Leave(ScriptSession& session, bool asJson, std::ostream& err) {
@@ -46,6 +64,7 @@ SessionSettings CheckSettings(const SessionOptions& options) {
 
 void InSession(const SessionSettings& settings, bool asJson, std::ostream& err,
                const std::function<void(ScriptSession&)>& work) {
+  TellRefusedCharacters(settings, asJson, err);
   ScriptSession session(settings);
   try {
     session.Open();
