@@ -34,6 +34,18 @@ bool NamesItsKind(ExitStatus status) {
   return status == ExitStatus::kFault || status == ExitStatus::kRefused || status == ExitStatus::kAnswer;
 }
 
+// What a person reads of a message; programs get all of it, as JSON.
+constexpr std::size_t kLongestMessage = 4000;  // bytes
+
+// One line; of a longer message its start, up to a whole character, and that there is more.
+std::string Shown(const std::string& message) {
+  if (message.size() <= kLongestMessage) return OneLine(message);
+  std::size_t end = kLongestMessage;
+  while (end > 0 && (static_cast<unsigned char>(message[end]) & 0xC0) == 0x80) --end;
+  return OneLine(message.substr(0, end)) + "... (cut; " + std::to_string(message.size()) +
+         " bytes in all, which --json shows)";
+}
+
 std::string Line(const Failure& failure) {
   std::string line = "scriptwells: ";
   if (failure.OwnKind() == nullptr && NamesItsKind(failure.Status())) {
@@ -42,7 +54,7 @@ std::string Line(const Failure& failure) {
       line += " " + HexCode(*failure.Code()) + " (" + std::to_string(FaultNumber(*failure.Code())) + ")";
     line += ": ";
   }
-  return line + OneLine(failure.Message());
+  return line + Shown(failure.Message());
 }
 
 std::string JsonLine(const Failure& failure) {
@@ -92,7 +104,7 @@ void ReportFailure(const Failure& failure, bool asJson, std::ostream& err) {
 
 void ReportNote(const char* kind, const std::string& message, bool asJson, std::ostream& err) {
   if (!asJson) {
-    err << "scriptwells: " << kind << ": " << OneLine(message) << std::endl;
+    err << "scriptwells: " << kind << ": " << Shown(message) << std::endl;
     return;
   }
   nlohmann::ordered_json whole;

@@ -70,7 +70,8 @@ std::string HexCode(HRESULT code);
 // characters that would drive a terminal become escapes (unsafe_characters.h).
 std::string OneLine(const std::string& text);
 
-// Writes nothing of a silent failure, else one line, or one line of JSON:
+// Writes nothing of a silent failure, else one line, or one line of JSON, which has the whole message where
+// the line has its first 4000 bytes:
 //   scriptwells: script fault 0x80040005 (5): no such customer
 //   {"error":{"kind":"script fault","message":"no such customer","code":"0x80040005","number":5,"exit":1}}
 void ReportFailure(const Failure& failure, bool asJson, std::ostream& err);

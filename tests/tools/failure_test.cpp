@@ -80,6 +80,20 @@ TEST(FailureReport, NotesAreALineOrALineOfJson) {
   EXPECT_EQ(json.str(), "{\"warning\":\"two\\nlines \xEF\xBF\xBD\"}\n");
 }
 
+TEST(FailureReport, LongMessageIsCutForPeopleOnly) {
+  const std::string start(3999, 'a');
+  const std::string message = start + "\xC3\xA9" + std::string(20'000'000, 'z');
+  EXPECT_EQ(Report(Failure(ExitStatus::kTimeout, message), false),
+            "scriptwells: " + start + "... (cut; 20004001 bytes in all, which --json shows)\n");
+  EXPECT_EQ(Report(Failure(ExitStatus::kTimeout, message), true),
+            "{\"error\":{\"kind\":\"timeout\",\"message\":\"" + message + "\",\"exit\":4}}\n");
+  const std::string whole(4000, 'a');
+  EXPECT_EQ(Report(Failure(ExitStatus::kTimeout, whole), false), "scriptwells: " + whole + "\n");
+  std::ostringstream note;
+  ReportNote("note", whole + "b", false, note);
+  EXPECT_EQ(note.str(), "scriptwells: note: " + whole + "... (cut; 4001 bytes in all, which --json shows)\n");
+}
+
 TEST(FailureReport, NumberIsTheServersErrorNumber) {
   EXPECT_EQ(FaultNumber(MakeResult(0x80040005)), 5u);
   EXPECT_EQ(FaultNumber(MakeResult(0x800403EB)), 1003u);
