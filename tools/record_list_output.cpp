@@ -105,7 +105,7 @@ class JsonWriter : public RowWriter {
 std::vector<TextColumn> Heads(const Columns& columns) {
   std::vector<TextColumn> heads;
   for (const TableColumn& column : columns)
-    heads.push_back({column.displayName, IsNumberColumn(column.type)});
+    heads.push_back({column.displayName, IsNumberColumn(column.type), IsTimeColumn(column.type)});
   return heads;
 }
 

@@ -15,17 +15,26 @@ struct TypeRow {
   std::int32_t type;
   const char* name;
   bool isNumber = false;
+  bool isTime = false;
 };
 
 constexpr TypeRow kTypes[] = {
-    {kColumnString, "string"},     {kColumnBoolean, "boolean"},
-    {kColumnFloat, "float", true}, {kColumnDouble, "double", true},
-    {kColumnDuration, "duration"}, {kColumnBlob, "blob"},
-    {kColumnUrlText, "url"},       {kColumnInt, "int", true},
-    {kColumnShort, "short", true}, {kColumnLong, "long", true},
-    {kColumnByte, "byte", true},   {kColumnUnsignedShort, "unsigned short", true},
-    {kColumnDateTime, "datetime"}, {kColumnTime, "time"},
-    {kColumnDate, "date"},         {kColumnUrl, "url"},
+    {kColumnString, "string"},
+    {kColumnBoolean, "boolean"},
+    {kColumnFloat, "float", true},
+    {kColumnDouble, "double", true},
+    {kColumnDuration, "duration", false, true},
+    {kColumnBlob, "blob"},
+    {kColumnUrlText, "url"},
+    {kColumnInt, "int", true},
+    {kColumnShort, "short", true},
+    {kColumnLong, "long", true},
+    {kColumnByte, "byte", true},
+    {kColumnUnsignedShort, "unsigned short", true},
+    {kColumnDateTime, "datetime", false, true},
+    {kColumnTime, "time", false, true},
+    {kColumnDate, "date", false, true},
+    {kColumnUrl, "url"},
 };
 
 // A success that gives no object is a failure, too.
@@ -79,6 +88,12 @@ std::string ColumnTypeName(std::int32_t type) {
 bool IsNumberColumn(std::int32_t type) {
   for (const TypeRow& row : kTypes)
     if (row.type == type) return row.isNumber;
+  return false;
+}
+
+bool IsTimeColumn(std::int32_t type) {
+  for (const TypeRow& row : kTypes)
+    if (row.type == type) return row.isTime;
   return false;
 }
 

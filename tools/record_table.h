@@ -19,6 +19,8 @@ struct TableColumn {
 std::string ColumnTypeName(std::int32_t type);
 
 bool IsNumberColumn(std::int32_t type);
+// Points in time, and durations.
+bool IsTimeColumn(std::int32_t type);
 
 // The cell as text and as JSON, by the forms of answer_format.h. In a column of dates or of points in time
 // every date is one, also on day 0 and at midnight. Both throw _com_error.

@@ -34,6 +34,10 @@ void Prepare(libscols_table* table, const std::vector<TextColumn>& columns) {
       throw std::bad_alloc();
 }
 
+bool IsCut(const TextColumn& column) {
+  return !column.isNumber && !column.isWhole;
+}
+
 std::vector<std::string> HeadsOf(const std::vector<TextColumn>& columns) {
   std::vector<std::string> heads;
   for (const TextColumn& column : columns) heads.push_back(column.head);
@@ -71,7 +75,7 @@ void TextTable::AddLine(const std::vector<std::string>& texts) {
 bool TextTable::Fits(std::size_t limit, std::size_t available) const {
   std::size_t total = columns_.size() - 1;  // blanks between
   for (std::size_t i = 0; i < columns_.size() && total <= available; ++i)
-    total += columns_[i].isNumber ? widths_[i] : std::min(widths_[i], limit);
+    total += IsCut(columns_[i]) ? std::min(widths_[i], limit) : widths_[i];
   return total <= available;
 }
 
@@ -95,7 +99,7 @@ void TextTable::FinishLine(libscols_line* line, std::size_t limit) {
     const char* data = scols_cell_get_data(scols_line_get_cell(line, i));
     if (data == nullptr) continue;
     const std::string text = data;
-    const bool cuts = !columns_[i].isNumber && widths_[i] > limit;
+    const bool cuts = IsCut(columns_[i]) && widths_[i] > limit;
     const std::string shown = EscapeFormatCharacters(cuts ? CutToWidth(text, limit) : text);
     if (shown != text) Check(scols_line_set_data(line, i, shown.c_str()));
   }

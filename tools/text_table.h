@@ -14,6 +14,7 @@ namespace qv::cli {
 struct TextColumn {
   std::string head;
   bool isNumber = false;  // aligned to the right, and never cut
+  bool isWhole = false;   // never cut
 };
 
 // A table that grows row by row. All texts are UTF-8; control and format characters (unsafe_characters.h) are

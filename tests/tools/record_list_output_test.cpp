@@ -10,6 +10,7 @@
 #include "qvscriptwells/result_codes.h"
 #include "tests/tools/table_builder.h"
 #include "tools/failure.h"
+#include "tools/record_table.h"
 
 namespace qv::cli {
 namespace {
@@ -57,16 +58,27 @@ TEST(RecordListOutput, TableHasDisplayNamesAndNumbersToTheRight) {
             "                     \n");
 }
 
+TEST(RecordListOutput, PointsInTimeAreNotCut) {
+  const double when = 45356.42743055556;
+  for (const std::int32_t type : {kColumnDateTime, kColumnTime, kColumnDate})
+    EXPECT_EQ(Table(BuildTable({{u"a", kColumnString}, {u"when", type}},
+                               {{Text(u"abcdefg"), Variant::FromDate(when)}}),
+                    10),
+              "a    when\nabc~ 2024-03-05T10:15:30\n");
+  EXPECT_TRUE(IsTimeColumn(kColumnDuration));
+  EXPECT_FALSE(IsTimeColumn(kColumnString));
+}
+
 TEST(RecordListOutput, TextIsTheTable) {
   EXPECT_EQ(Written(Cities(), {OutputFormat::kText}), Table(Cities()));
 }
 
 TEST(RecordListOutput, TableIsCutToTheWidthAlone) {
   EXPECT_EQ(Table(Cities(), 24),
-            "City     People Founde~\n"
-            "Rome    2748109 0001-0~\n"
-            "Brasil~      -1 1960-0~\n"
-            "                \n");
+            "City   People Founded on\n"
+            "Rome  2748109 0001-01-01\n"
+            "Bras~      -1 1960-04-21\n"
+            "              \n");
   EXPECT_EQ(Table(Cities(), 31), Table(Cities()));
 }
 
@@ -288,7 +300,6 @@ TEST_F(RecordListFailure, OutputThatTakesNoMoreEndsTheWalk) {
   }
   EXPECT_EQ(fake_.CallsWith("Next").size(), 1u);
 }
-
 
 }  // namespace
 }  // namespace qv::cli
