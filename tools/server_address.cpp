@@ -47,12 +47,22 @@ struct Pieces {
   std::string path;    // with its query
 };
 
+// The URL with its scheme in lower case, which the protocol's client takes in no other.
+std::string WithLowerScheme(const std::string& url) {
+  std::string lowered = url;
+  const std::size_t end = std::min(url.find("://"), url.size());
+  for (std::size_t i = 0; i < end; ++i)
+    if (url[i] >= 'A' && url[i] <= 'Z') lowered[i] = static_cast<char>(url[i] - 'A' + 'a');
+  return lowered;
+}
+
 // `what` and `whole` are for messages, as in "server 'x'" and "the server's URL".
-Pieces Split(const std::string& what, const std::string& whole, const std::string& url) {
+Pieces Split(const std::string& what, const std::string& whole, const std::string& given) {
+  const std::string url = WithLowerScheme(given);
   if (!IsPlain(url))
     throw Failure(ExitStatus::kLocal, whole + " holds a blank, '\\' or another character that no URL has");
   const bool secure = url.rfind("https://", 0) == 0;
-  if (!secure && url.rfind("http://", 0) != 0) Refuse(what, url, "does not begin with http:// or https://");
+  if (!secure && url.rfind("http://", 0) != 0) Refuse(what, given, "does not begin with http:// or https://");
   const std::size_t start = secure ? 8 : 7;
   const std::size_t end = std::min(url.find_first_of("/?#", start), url.size());
   const std::string authority = url.substr(start, end - start);

@@ -5,8 +5,9 @@
 
 namespace qv::cli {
 
-// "http://host[:port][/path]" or the same with https. The result has no "/" at its end and always a port: the
-// library takes 80 for every scheme, while users of https mean 443. Throws Failure (kLocal) with the reason.
+// "http://host[:port][/path]" or the same with https, the scheme in any case. The result has no "/" at its
+// end and always a port: the library takes 80 for every scheme, while users of https mean 443. Throws Failure
+// (kLocal) with the reason.
 std::string CheckServer(const std::string& url);
 
 // The address of a file, "http://host[:port]/path[?query]" or the same with https, brought into the same

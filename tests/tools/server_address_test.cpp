@@ -34,6 +34,13 @@ std::string UrlRefusal(const std::string& url) {
   }
 }
 
+TEST(Scheme, MayHaveAnyCase) {
+  EXPECT_EQ(CheckServer("HTTP://Srv/Path"), "http://Srv:80/Path");
+  EXPECT_EQ(CheckServer("hTTpS://srv"), "https://srv:443");
+  EXPECT_EQ(CheckFileUrl("HTTPS://srv/A?B=C"), "https://srv:443/A?B=C");
+  EXPECT_EQ(ServerRefusal("FTP://srv"), "server 'FTP://srv' does not begin with http:// or https://");
+}
+
 TEST(FileUrl, KeepsPathAndQuery) {
   EXPECT_EQ(CheckFileUrl("http://srv/a"), "http://srv:80/a");
   EXPECT_EQ(CheckFileUrl("https://srv/a%20b/c.txt?x=1&y=/z"), "https://srv:443/a%20b/c.txt?x=1&y=/z");
