@@ -1,6 +1,7 @@
 #include "tools/download_command.h"
 
 #include <ostream>
+#include <string_view>
 
 #include "tools/failure.h"
 #include "tools/local_files.h"
@@ -13,11 +14,13 @@ namespace qv::cli {
 
 namespace {
 
-// It travels as the value of a header.
-void CheckSessionId(const std::string& usid) {
-  for (const char c : usid)
-    if (c <= ' ' || c > '~')
-      throw Failure(ExitStatus::kLocal, "the session's id holds a character that no header carries");
+// A server gives a session's files to that session only, and this one was opened for the download alone.
+Failure WithHintAtSessions(const Failure& failure, const DownloadOptions& options) {
+  const char* kind = failure.OwnKind();
+  const bool isRefused = kind != nullptr && std::string_view(kind) == "download refused";
+  if (!isRefused || !options.usid.empty()) return failure;
+  return failure.With(
+      " (a file of another session is fetched with that session's id, --usid, or by run --save)");
 }
 
 }  // namespace
@@ -25,14 +28,16 @@ void CheckSessionId(const std::string& usid) {
 void DownloadCommand(const DownloadOptions& options, std::ostream& out, std::ostream& err) {
   const std::string url = CheckFileUrl(options.url);
   const std::string directory = CheckTargetDirectory(options.directory);
-  CheckSessionId(options.usid);
   SessionSettings settings = CheckSettings(options);
   settings.server = options.server.empty() ? OriginOf(url) : CheckServer(options.server);
-  settings.usid = options.usid;
   settings.http.replaceFiles = options.force;
   if (options.usid.empty()) settings.password = FindPassword(options);
-  InSession(settings, options.json, err,
-            [&](ScriptSession& session) { SaveFile(session, url, directory, options.json, out); });
+  try {
+    InSession(settings, options.json, err,
+              [&](ScriptSession& session) { SaveFile(session, url, directory, options.json, out); });
+  } catch (const Failure& failure) {
+    throw WithHintAtSessions(failure, options);
+  }
 }
 
 }  // namespace qv::cli

@@ -13,11 +13,6 @@ DownloadArguments::DownloadArguments(CLI::App& app)
   command_->add_option("URL", download_.url, "The file, such as http://host:port/path?query")->type_name("");
   directory_ =
       command_->add_option("DIR", download_.directory, "Where it is saved; default: here")->type_name("");
-  usid_ = command_
-              ->add_option("--usid", download_.usid,
-                           "Id of an open session to use; none is opened or closed then")
-              ->type_name("ID")
-              ->envname("SCRIPTWELLS_USID");
   command_->add_flag("--force", download_.force,
                      "Replace a file of the same name, and save a file whose name begins with '.'");
   session_.emplace(*command_, download_);
@@ -30,9 +25,6 @@ bool DownloadArguments::Parsed() const {
 const char* DownloadArguments::Check() {
   if (download_.url.empty()) return "no file given (URL)";
   if (directory_->count() > 0 && download_.directory.empty()) return "DIR is empty; . is the current one";
-  if (usid_->count() > 0 && download_.usid.empty()) return "--usid has to name a session";
-  if (!download_.usid.empty() && session_->HasPassword())
-    return "a session that is open already takes no password (--usid)";
   session_->TakeServer();  // else it is the one of the URL
   return session_->Check();
 }

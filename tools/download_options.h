@@ -24,7 +24,6 @@ class DownloadArguments {
   DownloadOptions download_;
   CLI::App* command_;
   CLI::Option* directory_ = nullptr;
-  CLI::Option* usid_ = nullptr;
   std::optional<SessionArguments> session_;
 };
 

@@ -82,9 +82,11 @@ inline constexpr char kDownloadExamples[] =
 inline constexpr char kDownloadNotes[] =
     R"(The file gets the name that the server gives; nothing is left behind when the download fails. A name that
 exists in DIR is refused, and so is one that begins with '.'; --force saves the file all the same. Names
-with control characters are always refused. The path is printed. The session is opened on the server of the URL if there is no
-other one, and its id goes along to the URL. A file that a script publishes for its own session only is
-saved with run --save.
+with control characters are always refused. The path is printed.
+
+The session is opened on the server of the URL if there is no other one, and its id is sent with the
+request. A file that a script publishes for its own session only is saved with run --save, or with the
+--usid of that session (scriptwells session open).
 
 The password comes from the first of: --password-file, --password-stdin, the variable
 SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.)";
@@ -93,6 +95,25 @@ inline constexpr char kServeExamples[] =
     R"(  scriptwells serve --port 8080 --users-file users.txt
   scriptwells serve --home ~/scripts-home
   scriptwells serve --home ~/.local/share/quorvane --install-home)";
+
+inline constexpr char kSessionExamples[] =
+    R"(  export SCRIPTWELLS_SERVER=https://scripts.example
+  export SCRIPTWELLS_USID=$(scriptwells session open --user joe)
+  url=$(scriptwells run -e 'publish("out.txt", "text")')
+  scriptwells download "$url" /tmp
+  scriptwells session close)";
+
+inline constexpr char kSessionOpenExamples[] =
+    "  export SCRIPTWELLS_USID=$(scriptwells session open --server http://127.0.0.1:8080 --user joe)";
+
+inline constexpr char kSessionCloseExamples[] =
+    R"(  scriptwells session close --server http://127.0.0.1:8080
+  scriptwells session close --server http://127.0.0.1:8080 --usid "$SESSION")";
+
+inline constexpr char kSessionNotes[] =
+    R"(open prints the id of a session that stays open until it is closed, or until the server forgets it. run,
+run-document, download and close take it with --usid. Whoever knows the id has the session: the variable
+SCRIPTWELLS_USID keeps it out of the list of processes, which others on this machine can read.)";
 
 inline constexpr char kServeNotes[] =
     R"(The service is for development: it forgets everything when it stops, and it runs the scripts that it is sent.

@@ -12,6 +12,7 @@
 #include "tools/registry_options.h"
 #include "tools/run_options.h"
 #include "tools/serve_options.h"
+#include "tools/session_command_options.h"
 
 #ifndef SCRIPTWELLS_VERSION
 #define SCRIPTWELLS_VERSION "unknown"
@@ -67,6 +68,8 @@ class ArgumentParser {
       Accept(Command::kRun, document_.Check());
     } else if (download_.Parsed()) {
       Accept(Command::kDownload, download_.Check());
+    } else if (session_.Parsed()) {
+      Accept(Command::kSession, session_.Check());
     } else if (registry_.Parsed()) {
       Accept(Command::kRegistry, registry_.Check());
     } else if (describe_.Parsed()) {
@@ -85,11 +88,12 @@ class ArgumentParser {
     result_.command = command;
     result_.run = document_.Parsed() ? document_.Options() : run_.Options();
     result_.download = download_.Options();
+    result_.session = session_.Options();
     result_.serve = serve_.Options();
     result_.registry = registry_.Options();
     result_.describe = describe_.Options();
-    result_.json =
-        result_.run.json || result_.download.json || result_.registry.json || result_.describe.json;
+    result_.json = result_.run.json || result_.download.json || result_.session.json ||
+                   result_.registry.json || result_.describe.json;
   }
 
   void TellHelp() {
@@ -126,6 +130,7 @@ class ArgumentParser {
   RunArguments run_{Prepared(app_), RunArguments::Kind::kScript};
   RunArguments document_{app_, RunArguments::Kind::kDocument};
   DownloadArguments download_{app_};
+  SessionCommandArguments session_{app_};
   ServeArguments serve_{app_};
   RegistryArguments registry_{app_};
   DescribeArguments describe_{app_};

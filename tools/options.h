@@ -7,7 +7,17 @@
 
 namespace qv::cli {
 
-enum class Command { kText, kUsageError, kRun, kDownload, kServe, kRegistry, kDescribe, kScriptWorker };
+enum class Command {
+  kText,
+  kUsageError,
+  kRun,
+  kDownload,
+  kSession,
+  kServe,
+  kRegistry,
+  kDescribe,
+  kScriptWorker
+};
 enum class OutputFormat { kText, kJson, kTable, kCsv };
 
 // How a session is opened, and how its failures are told.
@@ -18,6 +28,7 @@ struct SessionOptions {
   std::string replica;
   std::string passwordFile;
   bool passwordFromInput = false;
+  std::string usid;   // a session that is open already; empty: one is opened
   bool json = false;  // result and failure both as JSON
   double timeoutSeconds = 60;
   double connectTimeoutSeconds = 30;
@@ -42,8 +53,13 @@ struct RunOptions : SessionOptions {
 struct DownloadOptions : SessionOptions {
   std::string url;
   std::string directory;  // empty: the current one
-  std::string usid;       // a session that is open already; empty: one is opened
   bool force = false;     // also a name that is taken or begins with "."
+};
+
+enum class SessionVerb { kOpen, kClose };
+
+struct SessionCommandOptions : SessionOptions {
+  SessionVerb verb = SessionVerb::kOpen;
 };
 
 struct ServeOptions {
@@ -74,12 +90,13 @@ struct DescribeOptions {
 
 struct ParsedArguments {
   Command command = Command::kUsageError;
-  RunOptions run;            // for kRun
-  DownloadOptions download;  // for kDownload
-  ServeOptions serve;        // for kServe
-  RegistryOptions registry;  // for kRegistry
-  DescribeOptions describe;  // for kDescribe
-  bool json = false;         // failures are wanted as JSON
+  RunOptions run;                 // for kRun
+  DownloadOptions download;       // for kDownload
+  SessionCommandOptions session;  // for kSession
+  ServeOptions serve;             // for kServe
+  RegistryOptions registry;       // for kRegistry
+  DescribeOptions describe;       // for kDescribe
+  bool json = false;              // failures are wanted as JSON
   // kText: what to print on standard output, help or version. kUsageError: what is wrong, in one line without
   // a full stop.
   std::string text;

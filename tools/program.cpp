@@ -17,6 +17,7 @@
 #include "tools/registry_command.h"
 #include "tools/run_command.h"
 #include "tools/serve_command.h"
+#include "tools/session_command.h"
 #include "tools/standard_streams.h"
 #include "tools/temp_directory.h"
 
@@ -49,6 +50,9 @@ ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostre
       return ExitStatus::kOk;
     case Command::kDownload:
       DownloadCommand(parsed.download, out, err);
+      return ExitStatus::kOk;
+    case Command::kSession:
+      SessionCommand(parsed.session, out, err);
       return ExitStatus::kOk;
     case Command::kServe:
       ServeCommand(parsed.serve, out, err);

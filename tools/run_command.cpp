@@ -58,7 +58,7 @@ SessionSettings CheckRunSettings(const RunOptions& options) {
   SessionSettings settings = CheckSettings(options);
   if (options.local) return settings;
   settings.server = CheckServer(options.server);
-  settings.password = FindPassword(options, options.file == "-");
+  if (options.usid.empty()) settings.password = FindPassword(options, options.file == "-");
   return settings;
 }
 

@@ -92,6 +92,7 @@ const char* RunArguments::Check() {
   if (wrong == nullptr) wrong = WrongWithServer();
   if (wrong == nullptr) wrong = WrongWithSave();
   if (wrong == nullptr) wrong = session_->Check();
+  if (run_.local) run_.usid.clear();  // that of the environment is one of a server
   return wrong;
 }
 
@@ -130,6 +131,8 @@ const char* RunArguments::WrongWithServer() {
   if (run_.passwordFromInput && run_.file == "-")
     return "standard input cannot hold both the script and the password";
   if (run_.local && session_->HasServer()) return "give --local or --server, not both";
+  if (run_.local && session_->HasUsid())
+    return "a session of --local ends with it; --usid goes with --server";
   if (run_.local) run_.proxy.clear();
   if (run_.local || session_->TakeServer()) return nullptr;
   return "no server given (--local or --server URL)";

@@ -72,12 +72,16 @@ WideString ScriptSession::ConnectionText() const {
   return text;
 }
 
-// The library takes an answer without a session id for success; a script would then fail with other words.
-void ScriptSession::CheckSessionId() {
+SimpleHostSession ScriptSession::Session() const {
   const ISimpleHostPtr host(static_cast<ISimpleHost*>(QueryFor(services_.get(), ISimpleHost::kIid)), false);
   SimpleHostSession session;
   host->GetSession(&session);
-  if (!session.open) throw Failure(ExitStatus::kAnswer, "the server opened a session without an id");
+  return session;
+}
+
+// The library takes an answer without a session id for success; a script would then fail with other words.
+void ScriptSession::CheckSessionId() const {
+  if (!Session().open) throw Failure(ExitStatus::kAnswer, "the server opened a session without an id");
 }
 
 void ScriptSession::Open() {
@@ -140,7 +144,10 @@ std::string ScriptSession::Download(const std::string& url, const std::string& d
 }
 
 void ScriptSession::Close() {
-  if (!settings_.usid.empty() || model_ == nullptr) return;
+  if (settings_.usid.empty() && model_ != nullptr) CloseAdopted();
+}
+
+void ScriptSession::CloseAdopted() {
   http_.Forget();
   if (Interrupted() || budget_.IsBelow(kLastWait)) Hurry();
   try {

@@ -22,10 +22,15 @@ struct SessionSettings {
   std::string user;
   std::string password;
   std::string replica;
+<<<<<<< HEAD
   std::string usid;  // a session that is open already; empty: one is opened
   // The total time is that of the whole session. With replaceFiles, downloads take names that begin with ".",
   // too.
   HttpOptions http;
+=======
+  std::string usid;  // a session that is open already; empty: one is opened
+  HttpOptions http;  // with replaceFiles, downloads take names that begin with ".", too
+>>>>>>> a76df77 (tools: session open and close; --usid for run; a hint at refused downloads)
   bool showProgress = false;  // of long transfers, if standard error is a terminal
 };
 
@@ -54,11 +59,20 @@ class ScriptSession {
   // Without a session, and for an adopted one, nothing happens. After an interrupt, and when the session's
   // time is over, it takes 2 seconds at most.
   void Close();
+  // Closes the adopted session, which a program of its own opened.
+  void CloseAdopted();
+  // The id of the session that Open opened.
+  std::string Id() const { return ToUtf8(Session().usid); }
 
  private:
   void SetServer();
+<<<<<<< HEAD
   void CheckSessionId();
   void Hurry();
+=======
+  SimpleHostSession Session() const;
+  void CheckSessionId() const;
+>>>>>>> a76df77 (tools: session open and close; --usid for run; a hint at refused downloads)
   WideString ConnectionText() const;
 
   SessionSettings settings_;

@@ -9,13 +9,20 @@
 
 namespace qv::cli {
 
-// Proxy, user, replica and waits, checked; server and password are left to the caller. Throws Failure
-// (kLocal).
+// Whether a header can carry the text, as a session's id has to travel.
+bool IsHeaderValue(const std::string& text);
+
+// Proxy, user, replica, session id and waits, checked; server and password are left to the caller. Throws
+// Failure (kLocal).
 SessionSettings CheckSettings(const SessionOptions& options);
 
 // Opens a session, does the work in it and closes it on every way out. Throws the Failure of what went wrong
 // first; what else went wrong is told on `err`.
 void InSession(const SessionSettings& settings, bool asJson, std::ostream& err,
                const std::function<void(ScriptSession&)>& work);
+
+// The same, but the session stays open unless something goes wrong.
+void LeaveSessionOpen(const SessionSettings& settings, bool asJson, std::ostream& err,
+                      const std::function<void(ScriptSession&)>& work);
 
 }  // namespace qv::cli

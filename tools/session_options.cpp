@@ -23,10 +23,11 @@ void AddText(CLI::App& command, const char* name, std::string& target, const cha
 
 }  // namespace
 
-SessionArguments::SessionArguments(CLI::App& command, SessionOptions& options)
+SessionArguments::SessionArguments(CLI::App& command, SessionOptions& options, SessionKind kind)
     : command_(command), options_(options) {
   DefineServer();
-  DefineCredentials();
+  if (kind != SessionKind::kAdopted) DefineCredentials();
+  if (kind != SessionKind::kOpened) DefineUsid();
   DefineWaits();
   command_.add_flag("--json", options_.json,
                     "The result, or what failed, and every note, as one line of JSON each");
@@ -48,6 +49,14 @@ void SessionArguments::DefineCredentials() {
   command_.add_flag("--password-stdin", options_.passwordFromInput,
                     "The first line of standard input is the password");
   AddText(command_, "--replica", options_.replica, "Replica id of the database", "ID", "SCRIPTWELLS_REPLICA");
+}
+
+void SessionArguments::DefineUsid() {
+  usid_ = command_
+              .add_option("--usid", options_.usid,
+                          "Id of an open session to use; none is opened or closed then "
+                          "(environment: SCRIPTWELLS_USID)")
+              ->type_name("ID");
 }
 
 void SessionArguments::DefineWaits() {
@@ -74,11 +83,21 @@ bool SessionArguments::TakeServer() {
   return true;
 }
 
-bool SessionArguments::HasPassword() const {
-  return !options_.passwordFile.empty() || options_.passwordFromInput;
+bool SessionArguments::HasUsid() const {
+  return usid_ != nullptr && usid_->count() > 0;
 }
 
-const char* SessionArguments::Check() const {
+const char* SessionArguments::WrongWithUsid() {
+  if (HasUsid() && options_.usid.empty()) return "--usid has to name a session";
+  const char* usual = std::getenv("SCRIPTWELLS_USID");
+  if (usid_ != nullptr && !HasUsid() && usual != nullptr) options_.usid = usual;
+  if (!options_.usid.empty() && (!options_.passwordFile.empty() || options_.passwordFromInput))
+    return "a session that is open already takes no password (--usid)";
+  return nullptr;
+}
+
+const char* SessionArguments::Check() {
+  if (const char* wrong = WrongWithUsid()) return wrong;
   if (options_.passwordFromInput && !options_.passwordFile.empty())
     return "give --password-file or --password-stdin, not both";
   if (!IsWait(options_.timeoutSeconds)) return "--timeout has to lie between 0 and 86400 seconds";

@@ -139,7 +139,10 @@ TEST_F(Download, ErrorPageIsNoFile) {
   Answer({SessionOpened(), StatusAnswer("404 Not Found"), SessionClosed()});
   const Outcome outcome = RunTool({"download", Url(), folder_.Path(), "--user", "joe"});
   EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(outcome.err, "scriptwells: " + Origin() + " answered the download with the status 404\n");
+  EXPECT_EQ(outcome.err, "scriptwells: " + Origin() +
+                             " answered the download with the status 404 (a file of another session is "
+                             "fetched with that session's id, "
+                             "--usid, or by run --save)\n");
   EXPECT_EQ(outcome.exit, 1);
   EXPECT_TRUE(WasSent("#CloseUserSession\r\n"));
   Answer({"HTTP/1.1 500 X\r\nContent-Disposition: a; filename=page\r\nContent-Length: 4\r\n\r\noops"});
