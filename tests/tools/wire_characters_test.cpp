@@ -52,7 +52,7 @@ TEST_F(RefusedCharacters, OfAParameterAreTold) {
 TEST_F(RefusedCharacters, OfAParametersNameAreTold) {
   const Outcome outcome = Run({"-e", "1", "-p", "a\x01=int:5"});
   EXPECT_EQ(outcome.err,
-            std::string("scriptwells: note: parameter 'a ' has a name that holds U+0001") + kTail);
+            std::string("scriptwells: note: parameter 'a\\x01' has a name that holds U+0001") + kTail);
   EXPECT_TRUE(WasSent("\"xsd:string\">a\x01</Name>"));
 }
 
