@@ -26,10 +26,17 @@
 
 namespace qv {
 
+// Records of an answer may have fewer cells than the table has columns. What is missing is VT_EMPTY, and
+// takes memory all the same: with more than this many (4,194,304) the answer fails with "Cannot create the
+// recordlist".
+constexpr std::int64_t kMostMissingCells = std::int64_t{4} << 20;
+
 constexpr Guid CLSID_RecordList = ParseGuid("c73901ac-34f6-4bb9-991e-9ea5ed22add4");
 
 // The types of columns that the library knows. A host's own list may hold others, whose cells have no text.
-// Which tags the cells of an answer have stands beside each.
+// Which tags the cells of an answer have stands beside each. The wire has no null cell: a cell without text,
+// which is what servers write for one, arrives as 0, false, an empty string, or (unknown, url) VT_EMPTY, and
+// cannot be told from such a value; in a column of dates, times or durations it makes the whole answer fail.
 enum ColumnType : std::int32_t {
   kColumnUnknown = 0,         // VT_EMPTY, whatever the cell says
   kColumnString = 1,          // VT_BSTR

@@ -17,12 +17,10 @@ class RecordListReader {
   IRecordListPtr Read(const XmlNode& element);
 
  private:
-  // Cells that no record has fill the table all the same, and a short text can ask for very many.
-  static constexpr std::int64_t kMostMissingCells = std::int64_t{4} << 20;
-
   void ReadColumns(const XmlNode& headersBlock);
   void ReadRecords(const XmlNode& recordsBlock);
   void ReadCells(const XmlNode& record, IRecordListRecord* target);
+  // A short text can ask for very many cells that no record has (kMostMissingCells).
   void RequireFilled() const;
 
   IRecordListPtr list_;

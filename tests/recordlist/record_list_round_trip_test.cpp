@@ -166,6 +166,7 @@ std::u16string Repeated(const std::u16string& piece, std::size_t times) {
 
 // 100 kB of text would take gigabytes: every cell of the table is there, whether or not its record fills it.
 TEST_F(OwnRecordList, RecordsThatFillFarTooLittleFail) {
+  EXPECT_EQ(kMostMissingCells, 4194304);
   const std::u16string columns = Repeated(ColumnXml(u"a", u"xsd:int"), 2048);
   const XmlText most(u"<v>" + TableXml(columns, Repeated(u"<i/>", 2048)) + u"</v>");
   EXPECT_EQ(Thrown([&] { FormaterRecordList().ReadValue(most.Root()); }), "nothing");
