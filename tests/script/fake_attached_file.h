@@ -23,6 +23,11 @@ class FakeAttachedFile final : public AttachedFileDispatch {
     ticket_ = ticket;
     flag_ = VARIANT_TRUE;
   }
+  // From other languages truth comes as 1, too.
+  void Hold(const WideString& ticket, VARIANT_BOOL flag) {
+    ticket_ = ticket;
+    flag_ = flag;
+  }
   // Such as "put_TicketId(t1) after 15".
   const std::vector<std::string>& Log() const { return log_; }
   const WideString& Ticket() const { return ticket_; }

@@ -209,6 +209,24 @@ TEST_F(FileUploader, FlagIsClearBeforeTheNestedCallGoesOut) {
   EXPECT_EQ(file->References(), 1u);
 }
 
+TEST_F(FileUploader, AnyFlagButZeroMeansATicket) {
+  for (const VARIANT_BOOL flag : {VARIANT_TRUE, VARIANT_BOOL{1}, VARIANT_BOOL{0x100}}) {
+    const FakeAttachedFilePtr file(new FakeAttachedFile(&http_, u"/a"));
+    file->Hold(u"t0", flag);
+    AnswerUpload(kUploadUrl);
+    Upload(file.get());
+    EXPECT_EQ(http_.Bodies().back(), AgainRequest("t0")) << flag;
+  }
+}
+
+TEST_F(FileUploader, AbsentProxyIsEmptyAndNotNull) {
+  ASSERT_EQ(map_.count(u"Proxy"), 0u);
+  AnswerUpload(kUploadUrl);
+  Upload();
+  EXPECT_EQ(http_.CallsNamed("Open("),
+            (Lines{"Open(http, srv, 8080, <null>, <null>, )", "Open(http, files, 81, <null>, <null>, )"}));
+}
+
 TEST_F(FileUploader, StatusOfTheAnswerIsNotLookedAt) {
   for (const char16_t* status : {u"404", u"500", u"", u"no number"}) {
     http_.Answer(UrlAnswer(kUploadUrl));

@@ -60,6 +60,13 @@ TEST_F(PostFile, NullRequestIsAMissingReference) {
   EXPECT_EQ(http_.Calls().size(), 5u);
 }
 
+TEST_F(PostFile, RequestThatComesWithAFailureIsNoRequest) {
+  http_.Fail(HttpStep::kOpenRequest, E_FAIL, u"its words");
+  http_.GiveRequestWithTheFailure();
+  EXPECT_EQ(PostThrows(), kNoRequest);
+  EXPECT_EQ(Closes(), "");
+}
+
 TEST_F(PostFile, LaterFailureHasTheComponentsWords) {
   http_.Fail(HttpStep::kSendFile, HTTP_E_FILE_NOT_FOUND, u"no such file");
   EXPECT_EQ(PostThrows(), "EQvException 0x00000000 no such file");

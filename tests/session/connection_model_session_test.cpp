@@ -314,6 +314,15 @@ TEST_F(ModelSession, HostThatFailsToClearFailsTheCloseAfterTheLocalReset) {
   EXPECT_EQ(model_.State(), SessionState::kClosed);
 }
 
+TEST_F(ModelSession, HostThatAdoptsAnotherSessionWhileItIsToldKeepsWhatItWasTold) {
+  http_.Answer(kSessionOpened);
+  host_->OnSinkCall([this] { model_.SetUSID(u"another"); });
+  model_.CreateUserSession(u"Username=joe;");
+  EXPECT_EQ(host_->LastUsid(), "u1");
+  EXPECT_EQ(host_->Calls().front(), "SetUsid(u1)");
+  EXPECT_EQ(Shown(model_.ContextHandle()), "another");
+}
+
 TEST_F(ModelSession, ServicesOutliveTheQueryInWhichTheirHostTakesThemAway) {
   HostLog log;
   SpeakingServicesPtr services(new SpeakingServices(&log));

@@ -297,6 +297,15 @@ TEST_F(ServerConnector, NullRequestLeavesNothingToClose) {
   EXPECT_EQ(http_.LiveObjects(), 0);
 }
 
+// Given back, but neither used nor closed.
+TEST_F(ServerConnector, RequestThatComesWithAFailureIsNoRequest) {
+  http_.Fail(HttpStep::kOpenRequest, E_FAIL, u"its words");
+  http_.GiveRequestWithTheFailure();
+  EXPECT_EQ(PostThrows(), kNoRequest);
+  EXPECT_TRUE(Closes().empty());
+  EXPECT_EQ(http_.LiveObjects(), 0);
+}
+
 TEST_F(ServerConnector, RequestThatFailsToCloseAfterAFailureTakesItsPlace) {
   http_.Fail(HttpStep::kSend, E_FAIL, u"send words");
   http_.Fail(HttpStep::kCloseRequest, E_UNEXPECTED, u"close words");

@@ -129,6 +129,18 @@ TEST_F(SoapFault, LastErrorCodeAndDescriptionWin) {
       "EQvException 0x00000000 d");
 }
 
+TEST_F(SoapFault, EmptyLastErrorCodeWinsAsZero) {
+  EXPECT_EQ(RaisedForObject(u"<errorCode>5</errorCode><errorCode/><description>d</description>"),
+            "EQvException 0x00000000 d");
+  EXPECT_EQ(RaisedForObject(u"<errorCode>5</errorCode><errorCode></errorCode><description>d</description>"),
+            "EQvException 0x00000000 d");
+}
+
+TEST_F(SoapFault, EmptyLastDescriptionWinsAsEmptyWords) {
+  EXPECT_EQ(RaisedForObject(u"<errorCode>5</errorCode><description>one</description><description/>"),
+            "EQvException 0x80040005 ");
+}
+
 TEST_F(SoapFault, MissingDescriptionGivesTheWholeFaultString) {
   EXPECT_EQ(RaisedFor(u"<![CDATA[before <ErrorObject><errorCode>5</errorCode></ErrorObject> behind]]>"),
             "EQvException 0x80040005 before <ErrorObject><errorCode>5</errorCode></ErrorObject> behind");

@@ -85,6 +85,13 @@ TEST_F(TempDirectoryTest, TmpFollowsWhenTempIsMissingOrEmpty) {
   EXPECT_EQ(GetTempDirectory(), u"/c");
 }
 
+// Files would appear where no host of this library looks for them.
+TEST_F(TempDirectoryTest, NoThirdVariableIsRead) {
+  const EnvironmentVariable tmpdir("TMPDIR", "/d");
+  const EnvironmentVariable tempdir("TEMPDIR", "/d");
+  EXPECT_THROW(GetTempDirectory(), EQvException);
+}
+
 TEST_F(TempDirectoryTest, TextIsUtf8) {
   temp_.Set("/\xC3\xA9");
   EXPECT_EQ(GetTempDirectory(), u"/\u00e9");
