@@ -1,7 +1,6 @@
 #include "xml/start_memory.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <new>
 
 #include <xercesc/util/OutOfMemoryException.hpp>
@@ -17,7 +16,7 @@ constexpr std::size_t kAlignment = alignof(std::max_align_t);
 
 bool StartMemory::Reserve() noexcept {
   if (parts_ != 0) return true;  // the library never stopped
-  if (block_ == nullptr) block_ = static_cast<char*>(std::malloc(kBlockSize));
+  if (block_ == nullptr) block_ = static_cast<char*>(::operator new(kBlockSize, std::nothrow));
   used_ = 0;
   return block_ != nullptr;
 }
@@ -27,7 +26,7 @@ void StartMemory::GiveBack() noexcept {
     if (!lock_) lock_.emplace();
     return;
   }
-  std::free(block_);
+  ::operator delete(block_);
   block_ = nullptr;
   lock_.reset();
 }
