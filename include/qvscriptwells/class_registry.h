@@ -48,7 +48,7 @@ HRESULT CoGetClassObject(const Guid& classId, std::uint32_t context, const Guid&
 
 // Unloads the libraries of which nothing is in use. For a moment when no other thread is inside a call, also
 // a last Release, of such a library's object. A library stays in memory beyond this call as long as a thread
-// lives on which it has made requests or read XML.
+// lives on which it has made requests.
 void CoFreeUnusedLibraries() noexcept;
 
 // The class id behind a name such as "QvScriptwells.QvScriptwells.1.0", in any case. CO_E_CLASSSTRING, and

@@ -147,7 +147,10 @@ class IHttpOptions : public IUnknown {
 };
 
 // Options and listener (null: none) that sessions made on this thread from now on start with. The reference
-// to the listener is held until the next call here.
+// to the listener is held until the next call here, or to the end of the thread. The first call on a thread,
+// like the first connection that it keeps, has the C library remember the thread's end in a few bytes, and
+// without memory for them the C library ends the process: a program that must survive this makes the call
+// while it has memory.
 void SetThreadHttpOptions(const HttpOptions& options, IHttpProgress* progress);
 // Closes the connections that this thread keeps open for reuse.
 void CloseKeptConnections();

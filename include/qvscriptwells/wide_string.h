@@ -74,6 +74,9 @@ inline bool operator<(const WideString& a, const WideString& b) noexcept {
 
 // Text at the edge to UTF-8 programs. A lone surrogate and a malformed byte sequence become U+FFFD.
 std::string ToUtf8(std::u16string_view text);
+inline std::string ToUtf8(const std::u16string& text) {
+  return ToUtf8(std::u16string_view(text));
+}
 inline std::string ToUtf8(const WideString& text) {
   return ToUtf8(text.view());
 }

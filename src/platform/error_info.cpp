@@ -1,14 +1,31 @@
 #include "qvscriptwells/error_info.h"
 
-#include <optional>
+#include <memory>
+#include <new>
 
 #include "platform/module_hooks.h"
+#include "platform/thread_slot.h"
 
 namespace qv {
 namespace {
 
-std::optional<ErrorInfo>& Waiting() noexcept {
-  static thread_local std::optional<ErrorInfo> record;
+void DropRecord(void* record) {
+  delete static_cast<ErrorInfo*>(record);
+}
+
+ThreadSlot& Slot() noexcept {
+  static ThreadSlot slot(&DropRecord);
+  return slot;
+}
+
+// Null when none waits.
+ErrorInfo* Waiting() noexcept {
+  return static_cast<ErrorInfo*>(Slot().Get());
+}
+
+std::unique_ptr<ErrorInfo> TakeWaiting() noexcept {
+  std::unique_ptr<ErrorInfo> record(Waiting());
+  Slot().Set(nullptr);
   return record;
 }
 
@@ -16,20 +33,21 @@ std::optional<ErrorInfo>& Waiting() noexcept {
 
 void SetErrorInfo(const ErrorInfo& info) noexcept {
   if (const ModuleHooks* const host = Host()) return host->setErrorInfo(info);
-  Waiting() = info;
+  std::unique_ptr<ErrorInfo> fresh(new (std::nothrow) ErrorInfo(info));
+  const std::unique_ptr<ErrorInfo> old = TakeWaiting();
+  if (Slot().Set(fresh.get())) static_cast<void>(fresh.release());
 }
 
 bool GetErrorInfo(ErrorInfo* info) noexcept {
   if (const ModuleHooks* const host = Host()) return host->getErrorInfo(info);
-  if (!Waiting().has_value()) return false;
-  *info = *Waiting();
-  Waiting().reset();
-  return true;
+  const std::unique_ptr<ErrorInfo> record = TakeWaiting();
+  if (record != nullptr) *info = *record;
+  return record != nullptr;
 }
 
 void ClearErrorInfo() noexcept {
   if (const ModuleHooks* const host = Host()) return host->clearErrorInfo();
-  Waiting().reset();
+  if (Waiting() != nullptr) TakeWaiting();
 }
 
 }  // namespace qv

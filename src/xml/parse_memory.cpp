@@ -4,11 +4,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <memory>
 #include <new>
 
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+
+#include "platform/thread_slot.h"
 
 namespace qv {
 
@@ -45,14 +46,17 @@ constexpr std::size_t kReserve = std::size_t{16} * 1024 * 1024;
 constexpr std::size_t kLargestRequest = std::size_t{1} << 39;  // more is a mistake
 constexpr std::size_t kAlignment = alignof(std::max_align_t);
 
-struct FreeBytes {
-  void operator()(void* bytes) const noexcept { std::free(bytes); }
-};
 // One shared block between two parsers of a thread, so that a small parse asks the system for nothing.
-thread_local std::unique_ptr<void, FreeBytes> spareBlock;
+ThreadSlot& SpareBlock() noexcept {
+  static ThreadSlot slot(&std::free);
+  return slot;
+}
 
 void* TakeSharedBlock() noexcept {
-  return spareBlock ? spareBlock.release() : std::malloc(kSharedBlockSize);
+  void* const spare = SpareBlock().Get();
+  if (spare == nullptr) return std::malloc(kSharedBlockSize);
+  SpareBlock().Set(nullptr);
+  return spare;
 }
 
 void* MapBlock(std::size_t size) noexcept {
@@ -63,11 +67,7 @@ void* MapBlock(std::size_t size) noexcept {
 }
 
 void GiveSharedBlockBack(void* block) noexcept {
-  if (spareBlock) {
-    std::free(block);
-  } else {
-    spareBlock.reset(block);
-  }
+  if (SpareBlock().Get() != nullptr || !SpareBlock().Set(block)) std::free(block);
 }
 
 }  // namespace

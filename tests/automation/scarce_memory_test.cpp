@@ -4,6 +4,7 @@
 
 #include <set>
 #include <string>
+#include <thread>
 
 #include "automation/qv_scriptwells.h"
 #include "automation/waiting_record.h"
@@ -12,6 +13,7 @@
 #include "fixtures/scarce_memory.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/http_component.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "session/session_answers.h"
 
@@ -87,6 +89,39 @@ TEST(ScarceMemory, ExecuteFailsWithACodeAndTheNextOneWorks) {
   http.Answer(kScriptRan);
   EXPECT_EQ(model->Execute(language, script, nullptr, &result), S_OK);
   EXPECT_EQ(Shown(result.Text()), "done");
+  ClearErrorInfo();
+}
+
+// Error records, the parser's spare block, and components without options.
+TEST(ScarceMemory, CallsOnAFreshThreadNeedNoMemoryOfTheCLibrary) {
+  EnsureFormaters();
+  FakeHttp http;
+  http.Answer(kScriptRan);
+  const int before = RememberedThreadEnds();
+  std::thread([] {
+    const IConnectionModelPtr model = CreateConnectionModel();
+    const IConnectionModelRawPtr raw(
+        static_cast<IConnectionModelRaw*>(QueryFor(model.get(), IConnectionModelRaw::kIid)), false);
+    EXPECT_EQ(raw->SetServer(u"no server", u""), DISP_E_EXCEPTION);
+    EXPECT_EQ(raw->SetServer(u"http://srv", u""), S_OK);
+    EXPECT_EQ(model->SetUSID(u"u1"), S_OK);
+    Variant result;
+    EXPECT_EQ(model->Execute(u"VBScript", u"1", nullptr, &result), S_OK);
+    EXPECT_EQ(Shown(result.Text()), "done");
+  }).join();
+  EXPECT_EQ(RememberedThreadEnds(), before);
+}
+
+TEST(ScarceMemory, HttpComponentOnAFreshThreadNeedsNoMemoryOfTheCLibrary) {
+  const int before = RememberedThreadEnds();
+  std::thread([] {
+    void* raw = nullptr;
+    ASSERT_EQ(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IHttpSession::kIid, &raw), S_OK);
+    const IHttpSessionPtr session(static_cast<IHttpSession*>(raw), false);
+    EXPECT_TRUE(Failed(session->Open(u"http", u"127.0.0.1", 1, u"", u"", u"")));
+    CloseKeptConnections();
+  }).join();
+  EXPECT_EQ(RememberedThreadEnds(), before);
   ClearErrorInfo();
 }
 

@@ -4,6 +4,7 @@
 
 #include <thread>
 
+#include "fixtures/scarce_memory.h"
 #include "support/print_wide_string.h"
 
 namespace qv {
@@ -109,6 +110,36 @@ TEST_F(ErrorInfoTest, EachThreadHasItsOwnRecord) {
   ErrorInfo info;
   ASSERT_TRUE(GetErrorInfo(&info));
   EXPECT_EQ(info.description, u"mine");
+}
+
+// The first record of a thread: nothing of the C library may be needed for it, which ends the process without
+// memory.
+TEST_F(ErrorInfoTest, RecordWithoutMemoryIsDropped) {
+  bool waits = true;
+  bool works = false;
+  std::thread([&] {
+    ErrorInfo info = Words(u"words");
+    {
+      const ScarceMemory scarce(Memory::kBoth, 0);
+      ClearErrorInfo();
+      SetErrorInfo(info);
+      waits = GetErrorInfo(&info);
+    }
+    SetErrorInfo(info);
+    works = GetErrorInfo(&info);
+  }).join();
+  EXPECT_FALSE(waits);
+  EXPECT_TRUE(works);
+}
+
+TEST_F(ErrorInfoTest, RecordWithoutMemoryTakesTheOldOneAway) {
+  SetErrorInfo(Words(u"old"));
+  ErrorInfo info = Words(u"new");
+  {
+    const ScarceMemory scarce(Memory::kBoth, 0);
+    SetErrorInfo(info);
+  }
+  EXPECT_FALSE(GetErrorInfo(&info));
 }
 
 }  // namespace

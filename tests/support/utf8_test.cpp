@@ -122,6 +122,10 @@ TEST(Utf8, WideTextWithoutMemoryHasOneCode) {
   }
 }
 
+TEST(Utf8, StandardTextNeedsNoCast) {
+  EXPECT_EQ(ToUtf8(std::u16string(u"caf\u00E9")), "caf\xC3\xA9");
+}
+
 TEST(Utf8, KnowsNoLocale) {
   const CommaLocale comma;
   EXPECT_EQ(ToUtf8(u"\u00E9"sv), "\xC3\xA9");

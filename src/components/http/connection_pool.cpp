@@ -10,6 +10,7 @@ namespace {
 constexpr std::size_t kMostKept = 8;
 constexpr std::chrono::seconds kLongestIdle{60};
 
+thread_local bool threadHasPool = false;
 thread_local bool threadIsEnding = false;
 
 bool IsTooOld(const Connection& connection) noexcept {
@@ -19,8 +20,13 @@ bool IsTooOld(const Connection& connection) noexcept {
 }  // namespace
 
 ConnectionPool* ConnectionPool::OfThisThread() noexcept {
+  return threadHasPool ? MadeForThisThread() : nullptr;
+}
+
+ConnectionPool* ConnectionPool::MadeForThisThread() noexcept {
   if (threadIsEnding) return nullptr;
   static thread_local ConnectionPool pool;
+  threadHasPool = true;
   return &pool;
 }
 

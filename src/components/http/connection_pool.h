@@ -10,8 +10,12 @@ namespace qv {
 
 class ConnectionPool {
  public:
-  // This thread's; null while the thread is ending and its connections are gone.
+  // This thread's; null before it keeps a connection, and while the thread is ending and its connections are
+  // gone.
   static ConnectionPool* OfThisThread() noexcept;
+  // The same, made if need be. This tells the C library about the thread's end, which ends the process when
+  // it has no memory for that; so it waits until there is a connection to keep.
+  static ConnectionPool* MadeForThisThread() noexcept;
 
   ~ConnectionPool();
 

@@ -163,8 +163,9 @@ void HttpSession::TakeBack(ConnectionPtr connection) noexcept {
 }
 
 void HttpSession::Keep(ConnectionPtr connection) noexcept {
-  ConnectionPool* pool = ConnectionPool::OfThisThread();
-  if (connection != nullptr && pool != nullptr) pool->Put(std::move(connection));
+  if (connection == nullptr) return;
+  ConnectionPool* pool = ConnectionPool::MadeForThisThread();
+  if (pool != nullptr) pool->Put(std::move(connection));
 }
 
 HRESULT HttpSession::GetOptions(HttpOptions* options) noexcept try {

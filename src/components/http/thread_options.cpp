@@ -13,6 +13,10 @@ struct EndingOptions : ThreadHttpOptions {
   ~EndingOptions() { progress.reset(); }
 };
 
+// Until then no object with a destructor is made, since the C library ends the process when it has no memory
+// to remember it.
+thread_local bool areSet = false;
+
 ThreadHttpOptions& Stored() noexcept {
   static thread_local EndingOptions stored;
   return stored;
@@ -21,10 +25,11 @@ ThreadHttpOptions& Stored() noexcept {
 }  // namespace
 
 ThreadHttpOptions CurrentThreadHttpOptions() noexcept {
-  return Stored();
+  return areSet ? Stored() : ThreadHttpOptions();
 }
 
 void SetThreadHttpOptions(const HttpOptions& options, IHttpProgress* progress) {
+  areSet = true;
   Stored().options = options;
   Stored().progress = IHttpProgressPtr(progress);
 }
