@@ -113,7 +113,6 @@ void ThrowInScript(JSContextRef context, const FaultError& error, JSValueRef* ex
   const JSObjectRef object = JSValueToObject(context, thrown, nullptr);
   SetProperty(context, object, "name", MakeText(context, "ScriptError"));
   SetProperty(context, object, "code", JSValueMakeNumber(context, error.Code()));
-  SetProperty(context, object, "description", MakeText(context, error.what()));
   *exception = thrown;
 }
 

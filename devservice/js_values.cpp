@@ -4,10 +4,12 @@
 
 #include "devservice/date_text.h"
 #include "devservice/fault_codes.h"
+#include "devservice/js_console.h"
 #include "devservice/js_handles.h"
 #include "devservice/js_inferred_table.h"
 #include "devservice/js_objects.h"
 #include "devservice/js_parameters.h"
+#include "devservice/js_place.h"
 #include "devservice/js_publish.h"
 #include "devservice/js_table.h"
 #include "devservice/js_typed.h"
@@ -109,30 +111,34 @@ void TakeCode(JSContextRef context, JSObjectRef thrown, ScriptResult& fault) {
   if (IsErrorCode(number)) fault.code = static_cast<int>(number);
 }
 
-void TakeDescription(JSContextRef context, JSObjectRef thrown, ScriptResult& fault) {
-  for (const char* name : {"description", "message"}) {
-    const JSValueRef text = GetProperty(context, thrown, name);
-    if (!text || !JSValueIsString(context, text)) continue;
-    fault.text = MakeCarriable(Utf16ToUtf8(TextOfValue(context, text, nullptr).value_or(u"")));
-    return;
-  }
+// Leaves the text alone unless the property is one.
+bool TakeText(JSContextRef context, JSObjectRef thrown, const char* name, ScriptResult& fault) {
+  const JSValueRef text = GetProperty(context, thrown, name);
+  if (!text || !JSValueIsString(context, text)) return false;
+  fault.text = MakeCarriable(Utf16ToUtf8(TextOfValue(context, text, nullptr).value_or(u"")));
+  return true;
 }
 
-void TakePlace(JSContextRef context, JSObjectRef thrown, ScriptResult& fault) {
-  const JSValueRef line = GetProperty(context, thrown, "line");
-  if (!line || !JSValueIsNumber(context, line)) return;
-  const double number = JSValueToNumber(context, line, nullptr);
-  if (IsErrorCode(number)) fault.source = "script, line " + std::to_string(static_cast<int>(number));
+// A description is worded by the script for whoever called it. All other texts are for the script's author,
+// who wants to know the line.
+void TakeDescription(JSContextRef context, JSObjectRef thrown, ScriptResult& fault) {
+  const std::optional<int> line = LineOfError(context, thrown);
+  if (line) fault.source = "script, line " + std::to_string(*line);
+  if (TakeText(context, thrown, "description", fault)) return;
+  TakeText(context, thrown, "message", fault);
+  if (line) fault.text = WithLine(fault.text, *line);
 }
 
 }  // namespace
 
 void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const ValueReaders& readers,
-                      const std::shared_ptr<WorkerFiles>& files) {
+                      const std::shared_ptr<WorkerFiles>& files,
+                      const std::shared_ptr<ConsoleLimit>& console) {
   const JSObjectRef global = JSContextGetGlobalObject(context);
   InstallParameters(context, global, job.parameters, *files);
   InstallTable(context, InstallTyped(context, global, readers.dates), readers);
   InstallPublish(context, global, files);
+  InstallConsole(context, global, console);
   JSEvaluateScript(context, MakeJsString(kPrelude).get(), nullptr, nullptr, 1, nullptr);
 }
 
@@ -173,7 +179,6 @@ ScriptResult ResultOfException(JSContextRef context, JSValueRef exception) {
   if (JSValueIsObject(context, exception)) {
     const JSObjectRef thrown = JSValueToObject(context, exception, nullptr);
     TakeDescription(context, thrown, fault);
-    TakePlace(context, thrown, fault);
     TakeCode(context, thrown, fault);
   } else if (const auto text = TextOfValue(context, exception, nullptr)) {
     fault.text = MakeCarriable(Utf16ToUtf8(*text));

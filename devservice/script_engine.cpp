@@ -2,6 +2,7 @@
 
 #include "devservice/fault_codes.h"
 #include "devservice/js_handles.h"
+#include "devservice/js_place.h"
 #include "devservice/js_values.h"
 
 namespace qv::devservice {
@@ -22,14 +23,15 @@ ScriptEngine::~ScriptEngine() {
   JSContextGroupRelease(group_);
 }
 
-ScriptResult ScriptEngine::Run(const ScriptJob& job) {
+ScriptResult ScriptEngine::Run(const ScriptJob& job, const ConsoleSink& console) {
   const JsContext context(JSGlobalContextCreateInGroup(group_, nullptr));
   const auto files = std::make_shared<WorkerFiles>(job.files);
-  InstallScriptApi(context.get(), job, readers_, files);
+  InstallScriptApi(context.get(), job, readers_, files, std::make_shared<ConsoleLimit>(console));
   const JsString code = MakeJsString(job.code);
+  const JsString url = MakeJsString(kScriptUrl);
   JSValueRef exception = nullptr;
   const JSValueRef value =
-      JSEvaluateScript(context.get(), code.get(), nullptr, nullptr, kFirstLine, &exception);
+      JSEvaluateScript(context.get(), code.get(), nullptr, url.get(), kFirstLine, &exception);
   if (exception) return DescribeFailure(context.get(), code.get(), exception);
   ScriptResult result = ResultOfValue(context.get(), value, readers_);
   result.files = files->Made();

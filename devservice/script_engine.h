@@ -3,6 +3,7 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
+#include "devservice/console_message.h"
 #include "devservice/js_keys.h"
 #include "devservice/script_job.h"
 
@@ -16,8 +17,9 @@ class ScriptEngine {
   ScriptEngine(const ScriptEngine&) = delete;
   ScriptEngine& operator=(const ScriptEngine&) = delete;
 
-  // Never throws for what a script does: its failure is a result of the kind kFault.
-  ScriptResult Run(const ScriptJob& job);
+  // Never throws for what a script does: its failure is a result of the kind kFault. What it says to its
+  // console goes to `console` at once, within the limits of a run.
+  ScriptResult Run(const ScriptJob& job, const ConsoleSink& console);
 
  private:
   JSContextGroupRef group_;

@@ -81,6 +81,18 @@ nlohmann::json ToJson(const ScriptJob& job) {
   return {{"code", job.code}, {"parameters", std::move(parameters)}, {"files", FileJobToJson(job.files)}};
 }
 
+nlohmann::json ToJson(const ConsoleMessage& message) {
+  return {{"console", message.level}, {"text", message.text}};
+}
+
+bool IsConsoleMessage(const nlohmann::json& message) {
+  return message.contains("console");
+}
+
+ConsoleMessage ConsoleFromJson(const nlohmann::json& message) {
+  return {message.at("console").get<std::string>(), message.at("text").get<std::string>()};
+}
+
 nlohmann::json ToJson(const ScriptResult& result) {
   return {{"kind", static_cast<int>(result.kind)},
           {"type", result.type},

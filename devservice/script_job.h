@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "devservice/console_message.h"
 #include "devservice/soap_request.h"
 #include "devservice/table.h"
 
@@ -69,11 +70,16 @@ struct ScriptResult {
 };
 
 nlohmann::json ToJson(const ScriptJob& job);
+nlohmann::json ToJson(const ConsoleMessage& message);
 nlohmann::json ToJson(const ScriptResult& result);
 
-// Both throw nlohmann::json::exception when the message has another form. The job takes the texts out of the
+// Whether the worker sent this on behalf of a running script, before the result.
+bool IsConsoleMessage(const nlohmann::json& message);
+
+// All throw nlohmann::json::exception when the message has another form. The job takes the texts out of the
 // message, since they can be large.
 ScriptJob JobFromJson(nlohmann::json message);
 ScriptResult ResultFromJson(const nlohmann::json& message);
+ConsoleMessage ConsoleFromJson(const nlohmann::json& message);
 
 }  // namespace qv::devservice

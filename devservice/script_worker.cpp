@@ -71,11 +71,14 @@ int ServeScripts(int descriptor) {
   ScriptEngine engine;
   MessageBuffer buffer(std::numeric_limits<std::size_t>::max());
   nlohmann::json message;
+  const ConsoleSink console = [descriptor](const ConsoleMessage& said) {
+    SendAll(descriptor, PackMessage(ToJson(said)));  // Without the service the process ends anyway.
+  };
   // A first script warms the engine up, so that its start counts against nobody's time.
-  engine.Run(ScriptJob{"1", {}, {}});
+  engine.Run(ScriptJob{"1", {}, {}}, [](const ConsoleMessage&) {});
   if (!SendAll(descriptor, PackMessage({{"ready", true}}))) return 0;
   while (Receive(descriptor, buffer, message)) {
-    const ScriptResult result = engine.Run(JobFromJson(std::move(message)));
+    const ScriptResult result = engine.Run(JobFromJson(std::move(message)), console);
     if (!SendAll(descriptor, PackMessage(ToJson(result)))) return 0;
   }
   return 0;

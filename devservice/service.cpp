@@ -40,7 +40,8 @@ class Service::Running {
  public:
   explicit Running(const ServiceOptions& options)
       : sessions_(options.users, {options.maxSessions, options.maxTickets}),
-        pool_({options.workerCommand, options.maxWorkers, options.scriptTimeLimit, options.scriptMemoryLimit},
+        pool_({options.workerCommand, options.maxWorkers, options.scriptTimeLimit, options.scriptMemoryLimit,
+               options.console},
               stats_),
         endpoint_(Namespaces(options.namespaceHost), {sessions_, pool_, spool_, stats_},
                   AccessRule(NamesOf(options)), options.maxUploadBytes),

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "devservice/console_message.h"
+
 namespace qv::devservice {
 
 // One user who may open a session. Both texts are UTF-8 and compared exactly.
@@ -35,6 +37,10 @@ struct ServiceOptions {
   std::chrono::milliseconds scriptTimeLimit{5000};
   // Bytes of resident memory that a worker may take beyond what it had when it was fresh.
   std::size_t scriptMemoryLimit = std::size_t{256} << 20;
+  // Gets what scripts say to their console, while they run: at most 1000 messages of 8 KiB each for one run.
+  // Called on threads of the service, one call at a time. Must not throw; while it waits, scripts wait.
+  // Empty: nobody listens.
+  ConsoleSink console;
   // Who may open a session. Empty: every non-empty user name, with any password.
   std::vector<ServiceUser> users;
   // Program and arguments of the script worker, which has to call RunScriptWorker on descriptor 0. A name

@@ -37,7 +37,8 @@ ScriptResult WorkerPool::Run(const ScriptJob& job) {
   const std::string packed = PackMessage(ToJson(job));
   Worker worker = Acquire();
   ++stats_.scriptsRun;
-  const ExchangeLimits limits{options_.timeLimit, options_.memoryLimit, &stopping_};
+  const ExchangeLimits limits{options_.timeLimit, options_.memoryLimit, &stopping_,
+                              [this](const ConsoleMessage& message) { Tell(message); }};
   nlohmann::json answer;
   ExchangeEnd end = ExchangeEnd::kCrashed;
   try {
@@ -48,6 +49,11 @@ ScriptResult WorkerPool::Run(const ScriptJob& job) {
   if (end != ExchangeEnd::kAnswered) worker.reset();
   GiveBack(std::move(worker));
   return Conclude(end, answer);
+}
+
+void WorkerPool::Tell(const ConsoleMessage& message) {
+  const std::lock_guard<std::mutex> lock(consoleMutex_);
+  if (options_.console) options_.console(message);
 }
 
 ScriptResult WorkerPool::Conclude(ExchangeEnd end, const nlohmann::json& answer) {

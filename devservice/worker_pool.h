@@ -23,6 +23,7 @@ class WorkerPool {
     std::size_t maxWorkers = 1;
     std::chrono::milliseconds timeLimit{0};
     std::size_t memoryLimit = 0;
+    ConsoleSink console{};  // Called on the threads of Run, one at a time. Must not throw.
   };
 
   // `stats` is borrowed and has to outlive the pool.
@@ -49,12 +50,14 @@ class WorkerPool {
   Worker StartWorker();
   void GiveBack(Worker worker);
   void FreeSlot();
+  void Tell(const ConsoleMessage& message);
   ScriptResult Conclude(ExchangeEnd end, const nlohmann::json& answer);
   void ServeStartRequests();
 
   const Options options_;
   ServiceStats& stats_;
   std::atomic<bool> stopping_{false};
+  std::mutex consoleMutex_;
   std::mutex mutex_;
   std::condition_variable changed_;
   std::vector<Worker> idle_;

@@ -15,6 +15,8 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "devservice/script_job.h"
+
 namespace qv::devservice {
 namespace {
 
@@ -105,7 +107,7 @@ std::unique_ptr<WorkerProcess> WorkerProcess::Start(const std::vector<std::strin
   }
   close(ends[1]);
   nlohmann::json greeting;
-  const ExchangeLimits limits{kGreetingTime, kLongestMessage, &stop};
+  const ExchangeLimits limits{kGreetingTime, kLongestMessage, &stop, {}};
   if (worker->Exchange("", limits, greeting) != ExchangeEnd::kAnswered) {
     throw std::runtime_error("The script worker \"" + command[0] + "\" does not work.");
   }
@@ -122,12 +124,20 @@ ExchangeEnd WorkerProcess::Exchange(const std::string& packed, const ExchangeLim
     pollfd watched{descriptor_, static_cast<short>(sending ? POLLIN | POLLOUT : POLLIN), 0};
     poll(&watched, 1, RemainingWait(deadline));
     const bool open = (!sending || SendPart(packed, sent)) && ReceivePart();
-    if (buffer_.Take(answer)) return ExchangeEnd::kAnswered;
+    if (TakeAnswer(limits.console, answer)) return ExchangeEnd::kAnswered;
     if (!open) return ExchangeEnd::kCrashed;
     if (limits.stop->load()) return ExchangeEnd::kStopped;
     if (GrownBytes() > limits.memory) return ExchangeEnd::kMemoryLimit;
     if (Clock::now() >= deadline) return ExchangeEnd::kTimeLimit;
   }
+}
+
+bool WorkerProcess::TakeAnswer(const ConsoleSink& console, nlohmann::json& answer) {
+  while (buffer_.Take(answer)) {
+    if (!IsConsoleMessage(answer)) return true;
+    if (console) console(ConsoleFromJson(answer));
+  }
+  return false;
 }
 
 bool WorkerProcess::SendPart(const std::string& packed, std::size_t& sent) {

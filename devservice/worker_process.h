@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "devservice/console_message.h"
 #include "devservice/worker_channel.h"
 
 namespace qv::devservice {
@@ -23,6 +24,7 @@ struct ExchangeLimits {
   std::chrono::milliseconds time{0};
   std::size_t memory = 0;
   const std::atomic<bool>* stop = nullptr;
+  ConsoleSink console{};  // What the script says; empty: nobody listens.
 };
 
 // Owns the process: the destructor kills it and waits for its end, so none is left as a zombie. Used by one
@@ -53,6 +55,8 @@ class WorkerProcess {
   // Both move what the socket takes or has without waiting; false when the other end is gone.
   bool SendPart(const std::string& packed, std::size_t& sent);
   bool ReceivePart();
+  // Takes the answer out of what was received, and passes on what came before it. False: not there yet.
+  bool TakeAnswer(const ConsoleSink& console, nlohmann::json& answer);
   std::size_t ResidentBytes() const;
 
   pid_t process_;

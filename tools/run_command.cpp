@@ -18,6 +18,7 @@
 #include "tools/private_home.h"
 #include "tools/record_list_output.h"
 #include "tools/saved_file.h"
+#include "tools/script_console.h"
 #include "tools/server_address.h"
 #include "tools/session_frame.h"
 #include "tools/terminal_output.h"
@@ -150,6 +151,7 @@ void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err)
   const devservice::ServiceUser user = RandomUser();
   devservice::ServiceOptions serviceOptions = CommonServiceOptions();
   serviceOptions.users = {user};
+  serviceOptions.console = WriteConsole(options.json, err);
   devservice::Service service(serviceOptions);
   StartService(service);
   job.settings.server = service.Url();

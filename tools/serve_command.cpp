@@ -12,6 +12,7 @@
 #include "tools/lent_home.h"
 #include "tools/local_files.h"
 #include "tools/local_service.h"
+#include "tools/script_console.h"
 #include "tools/time_span.h"
 #include "tools/users_file.h"
 
@@ -92,7 +93,9 @@ void TellHowToBorrow(const LentHome& lent, std::ostream& err) {
 void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& err) {
   std::optional<LentHome> lent;  // before the service and its threads
   if (!options.home.empty() && !options.installHome) lent.emplace(CheckedHome(options.home));
-  devservice::Service service(ToServiceOptions(options));
+  devservice::ServiceOptions serviceOptions = ToServiceOptions(options);
+  serviceOptions.console = WriteConsole(false, err);
+  devservice::Service service(std::move(serviceOptions));
   StartService(service);
   if (options.installHome && !options.home.empty()) InstallHome(options.home, err);
   if (options.installHome && options.home.empty()) CompleteHome(err);

@@ -68,7 +68,7 @@ TEST_F(Downloads, ContentsGoUpTo64Megabytes) {
   RawClient client(service_->Port());
   client.Send("GET " + path + " HTTP/1.1\r\nHost: localhost\r\nusid: " + session_ + "\r\n\r\n");
   EXPECT_EQ(client.Drain().bytes, std::size_t{64} << 20);
-  const std::string fault = "1010|The content is larger than 64 MiB.|script, line 1";
+  const std::string fault = "1010|The content is larger than 64 MiB. (line 1)|script, line 1";
   EXPECT_EQ(Fault("publish('a', 'x'.repeat((64 << 20) + 1))"), fault);
   EXPECT_EQ(Fault("publish('a', '\xC3\xA9'.repeat((32 << 20) + 1))"), fault);
   EXPECT_EQ(Fault("publish('a', new Uint8Array((64 << 20) + 1))"), fault);

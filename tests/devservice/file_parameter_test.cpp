@@ -30,7 +30,7 @@ TEST_F(FileParameters, TextIsUtf8) {
             "a");
   EXPECT_EQ(WithFile(std::string("a\0b", 3), "parameters.f.text().length + ''"), "3");
   EXPECT_EQ(FaultWithFile("\xFF", "parameters.f.text()"),
-            "1010|The file is no text in UTF-8.|script, line 1");
+            "1010|The file is no text in UTF-8. (line 1)|script, line 1");
 }
 
 TEST_F(FileParameters, BytesAreAnArray) {
@@ -50,7 +50,7 @@ TEST_F(FileParameters, ScriptCannotNameAnotherFile) {
                      "f.text() + f.size"),
             "ab2");
   EXPECT_EQ(FaultWithFile("ab", "parameters.f.text.call({ticket: 'x', path: '/etc/passwd', size: 3})"),
-            "1010|This is a function of file objects.|script, line 1");
+            "1010|This is a function of file objects. (line 1)|script, line 1");
   EXPECT_EQ(FaultWithFile("ab", "new parameters.f.constructor('/etc/passwd').text()").substr(0, 5), "1010|");
 }
 
@@ -101,7 +101,7 @@ TEST_F(FileParameters, LargeFilesAreRefusedAtOnce) {
   const std::string parameters = ArrayOf(1, TicketParameter("f", TicketIn(url)));
   EXPECT_EQ(Text("'' + parameters.f.size", parameters), "67108865");
   EXPECT_EQ(Fault("parameters.f.text()", parameters),
-            "1010|The file is larger than 64 MiB and cannot be read at once.|script, line 1");
+            "1010|The file is larger than 64 MiB and cannot be read at once. (line 1)|script, line 1");
   EXPECT_EQ(Fault("parameters.f.bytes()", parameters).substr(0, 5), "1010|");
 }
 

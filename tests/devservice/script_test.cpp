@@ -68,7 +68,7 @@ TEST_F(Script, TypedValuesTakeTheTypeThatTheScriptNames) {
 
 TEST_F(Script, TypedValueOutOfRangeThrows) {
   EXPECT_EQ(Fault("typed.byte(128)"),
-            "1010|typed.byte: the value is none of this type (-128 to 127).|script, line 1");
+            "1010|typed.byte: the value is none of this type (-128 to 127). (line 1)|script, line 1");
   for (const char* script :
        {"typed.short(32768)", "typed.int(2147483648)", "typed.int(1.5)", "typed.int('1')",
         "typed.long(2**63)", "typed.long(9223372036854775808n)", "typed.float(3.5e38)", "typed.boolean(1)",
@@ -112,7 +112,7 @@ TEST_F(Script, ValuesWithoutWireFormAreFaults) {
 }
 
 TEST_F(Script, ThrownErrorKeepsMessageAndLine) {
-  EXPECT_EQ(Fault("\n\nthrow new Error('it broke')"), "1010|it broke|script, line 3");
+  EXPECT_EQ(Fault("\n\nthrow new Error('it broke')"), "1010|it broke (line 3)|script, line 3");
   EXPECT_EQ(Fault("missing.name").substr(0, 5), "1010|");
   EXPECT_EQ(Fault("throw 'just text'"), "1010|just text|script");
   EXPECT_EQ(Fault("throw null"), "1010|null|script");
@@ -131,7 +131,7 @@ TEST_F(Script, HostileThrownValuesAreFaults) {
             "1010|The script threw a value without a description.|script");
   EXPECT_EQ(Fault("throw {toString() { throw 1 }}").substr(0, 5), "1010|");
   EXPECT_EQ(Fault("throw new Error('bad \\u0001</ErrorObject>')"),
-            "1010|bad \xEF\xBF\xBD</ErrorObject>|script, line 1");
+            "1010|bad \xEF\xBF\xBD</ErrorObject> (line 1)|script, line 1");
 }
 
 TEST_F(Script, SyntaxErrorHasItsOwnCode) {

@@ -91,7 +91,7 @@ TEST_F(ScriptValues, DatesBeyondTheCalendarAreFaults) {
   EXPECT_EQ(
       Fault("typed.date(new Date(8.64e15))"),
       "1010|typed.date: the value is none of this type (a Date of the years 1 to 9999, or a text such as "
-      "\"2024-03-05\").|script, line 1");
+      "\"2024-03-05\"). (line 1)|script, line 1");
   for (const char* script :
        {"typed.time(new Date(NaN))", "typed.datetime(0)", "typed.date('2024-3-5')",
         "typed.datetime('2024-03-05')", "typed.time({})", "typed.date(null)", "typed.date()",
@@ -127,7 +127,7 @@ TEST_F(ScriptValues, BadDurationsAreFaults) {
   EXPECT_EQ(
       Fault("typed.duration({day: 1})"),
       "1010|typed.duration: the value is none of this type (an object such as {days: 1, hours: 2}, or a "
-      "text such as \"P1DT2H\").|script, line 1");
+      "text such as \"P1DT2H\"). (line 1)|script, line 1");
   for (const char* script :
        {"typed.duration({})", "typed.duration({days: -1})", "typed.duration({days: 1.5})",
         "typed.duration({days: '1'})", "typed.duration({days: 1n})", "typed.duration({days: null})",
@@ -166,7 +166,7 @@ TEST_F(ScriptValues, UrlIsEscapedOnceAndItsPrefixDeclared) {
 TEST_F(ScriptValues, BadUrlsAreFaults) {
   EXPECT_EQ(Fault("typed.url('a</URL>b')"),
             "1010|typed.url: the value is none of this type (an object such as {url, caption}, or two texts, "
-            "without the marks <URL> and <C>).|script, line 1");
+            "without the marks <URL> and <C>). (line 1)|script, line 1");
   for (const char* script :
        {"typed.url()", "typed.url('a', 'b', 'c')", "typed.url(5)", "typed.url('a', 5)",
         "typed.url('a', null)", "typed.url({caption: 'c'})", "typed.url({url: 'u', caption: 1})",

@@ -139,7 +139,7 @@ TEST_F(TableAnswer, TypedValuesFitTheirColumns) {
                     " [[typed.short(5), typed.date('2024-03-05'), typed.double(1.5)]])"),
             "<q1:Record><a>5</a><b>2024-03-05</b><c>1.5</c></q1:Record>");
   EXPECT_EQ(Fault("typed.table({a: 'short'}, [[typed.int(5)]])"),
-            "1010|typed.table: row 1, column \"a\": the value is none of the type short (-32768 to 32767).|"
+            "1010|typed.table: row 1, column \"a\": the value is none of the type short (-32768 to 32767). (line 1)|"
             "script, line 1");
 }
 
@@ -160,7 +160,7 @@ TEST_F(TableAnswer, WrongColumnsAreErrorsOfTheScript) {
        "column \"a\" has a display name that is no text of one line."},
   };
   for (const auto& row : kRows)
-    EXPECT_EQ(Fault(row[0]), std::string("1010|typed.table: ") + row[1] + "|script, line 1") << row[0];
+    EXPECT_EQ(Fault(row[0]), std::string("1010|typed.table: ") + row[1] + " (line 1)|script, line 1") << row[0];
 }
 
 TEST_F(TableAnswer, UnknownTypeNamesTheKnownOnes) {
@@ -170,7 +170,7 @@ TEST_F(TableAnswer, UnknownTypeNamesTheKnownOnes) {
       "float, double, string, date, time, datetime, duration, url, xsd:dateTime, xsd:smallint, "
       "xsd:objectidentifier, sof:URL, qvdt:Blob, qvdt:Char, qvdt:EffectiveDateFrom, "
       "qvdt:EffectiveDateUntil, qvdt:HTML, qvdt:Memo, qvdt:Money, qvdt:ObjectIdentifier, "
-      "qvdt:RelTimeStamp, qvdt:URL).|script, line 1");
+      "qvdt:RelTimeStamp, qvdt:URL). (line 1)|script, line 1");
 }
 
 TEST_F(TableAnswer, KeysThatAreNoNamesAreErrors) {
@@ -179,7 +179,7 @@ TEST_F(TableAnswer, KeysThatAreNoNamesAreErrors) {
     EXPECT_EQ(
         Fault(std::string("typed.table({'") + key + "': 'int'})"),
         std::string("1010|typed.table: \"") + key +
-            "\" is no name for a column (a letter or \"_\", then letters, digits, \"-\", \".\" and \"_\").|"
+            "\" is no name for a column (a letter or \"_\", then letters, digits, \"-\", \".\" and \"_\"). (line 1)|"
             "script, line 1");
   }
   EXPECT_EQ(Columns("typed.table({_: 'int', 'a-1.b_': 'int', 'Gr\xC3\xB6\xC3\x9F"
@@ -209,7 +209,7 @@ TEST_F(TableAnswer, WrongRowsAreErrorsOfTheScript) {
   };
   for (const auto& row : kRows) {
     EXPECT_EQ(Fault(std::string("typed.table({a: 'int', b: 'string'}, ") + row[0] + ")"),
-              std::string("1010|typed.table: ") + row[1] + "|script, line 1")
+              std::string("1010|typed.table: ") + row[1] + " (line 1)|script, line 1")
         << row[0];
   }
 }

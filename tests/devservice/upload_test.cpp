@@ -200,7 +200,7 @@ TEST_F(Uploads, GivenTicketKeepsItsAddress) {
 TEST_F(Uploads, TicketOfNobodyIsAFaultThatScriptsCanCatch) {
   const std::string ticket = TicketIn(NewUploadUrl());
   EXPECT_EQ(Fault("uploadUrl('abc')"),
-            "1017|The file ticket \"abc\" is not one of this session.|script, line 1");
+            "1017|The file ticket \"abc\" is not one of this session. (line 1)|script, line 1");
   EXPECT_EQ(Text("try { uploadUrl('abc') } catch (e) { e.name + e.code + (e instanceof Error) }"),
             "ScriptError1017true");
   EXPECT_EQ(Fault("uploadUrl(undefined)").substr(0, 5), "1010|");

@@ -148,7 +148,7 @@ TEST_F(ServiceCalls, FaultOfAScriptComesWithItsCodeAndWords) {
   ASSERT_EQ(Open(), "ok");
   EXPECT_EQ(Run(u"throw new ScriptError(5, 'five')"), "0x80040005 five");
   EXPECT_EQ(Run(u"throw new ScriptError(65536, 'many bits')"), "0x80050000 many bits");
-  EXPECT_EQ(Run(u"throw new Error('a<b>&amp;\"c\"')"), "0x800403F2 a<b>&amp;\"c\"");
+  EXPECT_EQ(Run(u"throw new Error('a<b>&amp;\"c\"')"), "0x800403F2 a<b>&amp;\"c\" (line 1)");
   EXPECT_EQ(Run(u"throw '\\u00e9\\ud83d\\ude00'"), "0x800403F2 \\u00E9\\uD83D\\uDE00");
   EXPECT_EQ(Run(u"throw '</description><errorCode>7</errorCode></ErrorObject>'"),
             "0x800403F2 </description><errorCode>7</errorCode></ErrorObject>");

@@ -1,0 +1,22 @@
+// Where in a script an error arose.
+#pragma once
+
+#include <JavaScriptCore/JavaScript.h>
+
+#include <optional>
+#include <string>
+
+namespace qv::devservice {
+
+// The name under which the text of a script is evaluated, so that its lines can be told from those of other
+// code: of eval, of functions made from texts, of the engine's own constructors.
+inline constexpr char kScriptUrl[] = "script";
+
+// The line of the script, as the engine counts it, in which a thrown object was made; nothing when the object
+// does not tell. May run getters of the script.
+std::optional<int> LineOfError(JSContextRef context, JSObjectRef error);
+
+// "text (line 3)".
+std::string WithLine(const std::string& text, int line);
+
+}  // namespace qv::devservice

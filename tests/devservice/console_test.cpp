@@ -1,0 +1,93 @@
+// What scripts say to their console.
+#include "devservice/console_message.h"
+#include "service_fixture.h"
+
+namespace qv::devservice::testing {
+namespace {
+
+class Console : public ServiceTest {
+ protected:
+  void SetUp() override {
+    ServiceOptions options = TestOptions();
+    options.scriptTimeLimit = std::chrono::seconds(2);
+    options.console = [this](const ConsoleMessage& message) {
+      said_ += message.level + "|" + message.text + "\n";
+      ++count_;
+    };
+    StartWith(options);
+    session_ = Login();
+  }
+
+  // What a script said; its answer does not matter.
+  std::string SaidBy(const std::string& script) {
+    said_.clear();
+    count_ = 0;
+    Execute(script);
+    return said_;
+  }
+
+  std::string said_;
+  int count_ = 0;
+};
+
+TEST_F(Console, MessagesArriveWithTheirLevels) {
+  EXPECT_EQ(SaidBy("console.log('a'); console.info('b'); console.warn('c'); console.error('d');"
+                   "console.debug('e'); console.log()"),
+            "log|a\ninfo|b\nwarn|c\nerror|d\ndebug|e\nlog|\n");
+}
+
+TEST_F(Console, ScriptGoesOnAndAnswers) {
+  EXPECT_EQ(Value("console.log('a') === undefined"), "xsd:boolean|true");
+  EXPECT_EQ(said_, "log|a\n");
+}
+
+TEST_F(Console, ValuesAreJoinedAsTexts) {
+  EXPECT_EQ(SaidBy("console.log('a', 1, -0.5, true, null, undefined, 10n, Symbol('s'), Symbol())"),
+            "log|a 1 -0.5 true null undefined 10 Symbol(s) Symbol()\n");
+  EXPECT_EQ(SaidBy("console.log({a: 1, b: 'x'}, [1, [2]], new Map(), typed.duration('P1D'))"),
+            "log|{\"a\":1,\"b\":\"x\"} [1,[2]] [object Map] P1D\n");
+  EXPECT_EQ(SaidBy("\nconsole.log(new TypeError('boom'))"), "log|TypeError: boom (line 2)\n");
+}
+
+TEST_F(Console, ValuesWithoutATextDoNotThrow) {
+  EXPECT_EQ(SaidBy("const c = {}; c.c = c;"
+                   "console.log(c, {toString() { throw 1 }}, Object.create(null), {toJSON() { throw 1 }})"),
+            "log|[object Object] {} {} [object Object]\n");
+  EXPECT_EQ(SaidBy("console.log('\\ud800')"), "log|\xEF\xBF\xBD\n");
+}
+
+TEST_F(Console, TextsAreHandedOverAsTheyAre) {
+  EXPECT_EQ(SaidBy("console.log('a\\nb\\x1b[2J\\u0085')"), "log|a\nb\x1b[2J\xC2\x85\n");
+}
+
+TEST_F(Console, MessagesOfAScriptThatIsKilledArriveToo) {
+  EXPECT_EQ(SaidBy("console.log('before'); while (true);"), "log|before\n");
+}
+
+TEST_F(Console, LongTextsAreCut) {
+  EXPECT_EQ(SaidBy("console.log('x'.repeat(8192))"), "log|" + std::string(8192, 'x') + "\n");
+  EXPECT_EQ(SaidBy("console.log('x'.repeat(8191) + '\\u00e9')"),
+            "log|" + std::string(8191, 'x') + "... (cut)\n");
+  EXPECT_EQ(SaidBy("console.log('x'.repeat(5000), 'y'.repeat(1e7), 'z')"),
+            "log|" + std::string(5000, 'x') + " " + std::string(3191, 'y') + "... (cut)\n");
+}
+
+TEST_F(Console, EndlessMessagesAreLeftOutAndCountedForEachRun) {
+  const std::string said = SaidBy("for (let i = 0; i < 5000; ++i) console.log(i)");
+  EXPECT_EQ(count_, 1001);
+  const std::string last =
+      "log|999\nwarn|the script has sent 1000 messages to its console; further ones are left out\n";
+  ASSERT_GT(said.size(), last.size());
+  EXPECT_EQ(said.substr(said.size() - last.size()), last);
+  EXPECT_EQ(SaidBy("console.log('again')"), "log|again\n");
+}
+
+TEST_F(Console, NobodyHasToListen) {
+  StartWith(TestOptions());
+  session_ = Login();
+  EXPECT_EQ(Value("console.log('a'); 1"), "xsd:int|1");
+  EXPECT_EQ(said_, "");
+}
+
+}  // namespace
+}  // namespace qv::devservice::testing
