@@ -22,15 +22,10 @@ struct SessionSettings {
   std::string user;
   std::string password;
   std::string replica;
-<<<<<<< HEAD
   std::string usid;  // a session that is open already; empty: one is opened
   // The total time is that of the whole session. With replaceFiles, downloads take names that begin with ".",
   // too.
   HttpOptions http;
-=======
-  std::string usid;  // a session that is open already; empty: one is opened
-  HttpOptions http;  // with replaceFiles, downloads take names that begin with ".", too
->>>>>>> a76df77 (tools: session open and close; --usid for run; a hint at refused downloads)
   bool showProgress = false;  // of long transfers, if standard error is a terminal
 };
 
@@ -66,13 +61,9 @@ class ScriptSession {
 
  private:
   void SetServer();
-<<<<<<< HEAD
-  void CheckSessionId();
-  void Hurry();
-=======
   SimpleHostSession Session() const;
   void CheckSessionId() const;
->>>>>>> a76df77 (tools: session open and close; --usid for run; a hint at refused downloads)
+  void Hurry();
   WideString ConnectionText() const;
 
   SessionSettings settings_;
