@@ -8,8 +8,10 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QvScriptwells)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/qvscriptwells DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   COMPONENT development)
 install(TARGETS qvscriptwells qvplatform EXPORT QvScriptwellsTargets ARCHIVE COMPONENT development)
-# Without the name that linkers look for: "-lqvscriptwells" is the archive, and nothing links this library.
-install(TARGETS qvscriptwells_shared LIBRARY NAMELINK_SKIP COMPONENT development)
+if(QV_BUILD_CLASS_LIBRARY)
+  # Without the name that linkers look for: "-lqvscriptwells" is the archive, and nothing links this library.
+  install(TARGETS qvscriptwells_shared LIBRARY NAMELINK_SKIP COMPONENT development)
+endif()
 install(EXPORT QvScriptwellsTargets NAMESPACE QvScriptwells:: DESTINATION ${package_dir}
   COMPONENT development)
 
@@ -22,10 +24,37 @@ install(FILES
   ${PROJECT_BINARY_DIR}/QvScriptwellsConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT development)
 
-# The files below hold the prefix, which is known for sure only when the installation runs.
+# How a pkg-config file names a directory of the installation: from its own place, so that the prefix may move. An
+# absolute one stands for itself.
+function(pkgconfig_directory result directory)
+  set(path "${directory}")
+  if(NOT IS_ABSOLUTE "${directory}" AND NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    cmake_path(RELATIVE_PATH path BASE_DIRECTORY "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+    string(PREPEND path "\${pcfiledir}/")
+  elseif(NOT IS_ABSOLUTE "${directory}")
+    cmake_path(ABSOLUTE_PATH path BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}" NORMALIZE)
+  endif()
+  set(${result} "${path}" PARENT_SCOPE)
+endfunction()
+
+pkgconfig_directory(QV_PC_LIBDIR "${CMAKE_INSTALL_LIBDIR}")
+pkgconfig_directory(QV_PC_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}")
+foreach(package qvscriptwells qvplatform)
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in ${PROJECT_BINARY_DIR}/${package}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    COMPONENT development)
+endforeach()
+
+# The registry file holds the prefix, which is known for sure only when the installation runs.
 set(QV_LIBDIR ${CMAKE_INSTALL_LIBDIR})
 set(QV_DATADIR ${CMAKE_INSTALL_DATADIR})
-set(QV_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR})
-configure_file(${CMAKE_CURRENT_LIST_DIR}/install_prefixed.cmake.in
-  ${PROJECT_BINARY_DIR}/install_prefixed.cmake @ONLY)
-install(SCRIPT ${PROJECT_BINARY_DIR}/install_prefixed.cmake COMPONENT development)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/install_registry.cmake.in
+  ${PROJECT_BINARY_DIR}/install_registry.cmake @ONLY)
+install(SCRIPT ${PROJECT_BINARY_DIR}/install_registry.cmake COMPONENT development)
+
+# A project that takes this one in may have a target of this name.
+if(NOT TARGET uninstall)
+  add_custom_target(uninstall
+    COMMAND ${CMAKE_COMMAND} -DBUILD_DIR=${PROJECT_BINARY_DIR} -P ${CMAKE_CURRENT_LIST_DIR}/uninstall.cmake
+    COMMENT "Removing what was installed from here" VERBATIM)
+endif()

@@ -1,5 +1,7 @@
 #include "platform/class_names.h"
 
+#include <unistd.h>
+
 #include <string>
 
 #include "platform/guid_text.h"
@@ -36,10 +38,15 @@ bool IsName(std::u16string_view name) noexcept {
   return !name.empty() && name.find(u'\\') == std::u16string_view::npos;
 }
 
+std::string Fault(const RegistryLayer& layer) {
+  if (!layer.damage.empty()) return " (" + layer.damage + ")";
+  return access(layer.path.c_str(), F_OK) == 0 ? "" : " (not there)";
+}
+
 void PostUnknownName(const WideString& progId) {
   ErrorInfo record;
   record.description =
-      FromUtf8("The registry knows no class named \"" + ToUtf8(progId) + "\"" + RegistryDamage());
+      FromUtf8("The registry knows no class named \"" + ToUtf8(progId) + "\"" + SearchedRegistry());
   SetErrorInfo(record);
 }
 
@@ -56,11 +63,11 @@ HRESULT CLSIDFromString(const WideString& text, Guid* classId) noexcept {
   return isRight ? S_OK : CO_E_CLASSSTRING;
 }
 
-std::string RegistryDamage() {
-  std::string words;
+std::string SearchedRegistry() {
+  std::string files;
   for (const RegistryLayer& layer : ReadRegistry())
-    if (!layer.damage.empty()) words += "; " + layer.path + ": " + layer.damage;
-  return words;
+    files += (files.empty() ? "" : ", ") + layer.path + Fault(layer);
+  return "; looked in " + files + "; the variable QV_REGISTRY names a file that is read first";
 }
 
 HRESULT CLSIDFromProgID(const WideString& progId, Guid* classId) noexcept {

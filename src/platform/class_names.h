@@ -11,7 +11,8 @@ namespace qv {
 // "SOFTWARE\Classes\CLSID\{...}\InprocServer32" for the class and "InprocServer32".
 WideString ClassKey(const Guid& classId, const WideString& below);
 
-// "; FILE: REASON" for each file of the registry that is damaged, and so counts as absent.
-std::string RegistryDamage();
+// For the message of a class that is not found: the files that were looked at, with what is wrong with each
+// ("not there", or how it is damaged), and the variable that names another one. Begins with "; ".
+std::string SearchedRegistry();
 
 }  // namespace qv

@@ -61,6 +61,14 @@ class ClassLibraries : public testing::Test {
     return std::string(code) + (GetErrorInfo(&info) ? " " + Shown(info.description) : "");
   }
 
+  // How the refusal of a class begins that no file of the registry knows.
+  std::string Unregistered() const {
+    return "0x80040154 The registry names no library for the class {5B7F0C1E-3D52-4E8A-9C61-2F0A8D4B6E11}; "
+           "looked in " +
+           directory_.Path("classes.reg") + " (not there), " + directory_.Path("none/quorvane/registry.reg") +
+           " (not there), /";
+  }
+
   TemporaryDirectory directory_;
   EnvironmentVariable named_{"QV_REGISTRY", directory_.Path("classes.reg").c_str()};
   EnvironmentVariable config_{"XDG_CONFIG_HOME", directory_.Path("none").c_str()};
@@ -148,8 +156,7 @@ TEST_F(ClassLibraries, OuterObjectReachesTheClassObject) {
 }
 
 TEST_F(ClassLibraries, UnnamedClassIsNotRegistered) {
-  EXPECT_EQ(Refusal(),
-            "0x80040154 The registry names no library for the class {5B7F0C1E-3D52-4E8A-9C61-2F0A8D4B6E11}");
+  EXPECT_EQ(Refusal().rfind(Unregistered(), 0), 0U) << Refusal();
 }
 
 TEST_F(ClassLibraries, ClassThatTheLibraryDoesNotHaveIsRefusedByIt) {
@@ -226,8 +233,7 @@ TEST_F(ClassLibraries, StaleRecordDoesNotLookLikeTheReason) {
   ErrorInfo stale;
   stale.description = u"stale words";
   SetErrorInfo(stale);
-  EXPECT_EQ(Refusal(),
-            "0x80040154 The registry names no library for the class {5B7F0C1E-3D52-4E8A-9C61-2F0A8D4B6E11}");
+  EXPECT_EQ(Refusal().rfind(Unregistered(), 0), 0U) << Refusal();
 }
 
 TEST_F(ClassLibraries, NullTargetIsRefused) {
