@@ -9,6 +9,7 @@
 
 #include "qvscriptwells/e_qv_exception.h"
 #include "xml/serializer_output.h"
+#include "xml/task_memory.h"
 
 namespace qv {
 namespace {
@@ -150,10 +151,11 @@ void WriteTree(Output& out, const xc::DOMNode* top) {
 }  // namespace
 
 WideString CXMLSerializer::Serialize(const XmlNode& node) {
+  TaskMemory memory;  // the formatter forgets the name of its encoding when there is no memory for the rest
   try {
     MemBufFormatTarget target(std::make_unique<xc::XMLBuffer>(MemBufFormatTarget::kCapacity));
-    formatter_ =
-        std::make_unique<Formatter>(encoding_, &target, Formatter::NoEscapes, Formatter::UnRep_CharRef);
+    formatter_ = std::make_unique<Formatter>(encoding_, &target, Formatter::NoEscapes,
+                                             Formatter::UnRep_CharRef, &memory);
     SerializerOutput out(*formatter_, target);
     WriteTree(out, node.DomNode());
     out.Put(u"\n");
