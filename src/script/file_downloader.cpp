@@ -42,8 +42,9 @@ class FreshDirectory {
     if (!path_.empty()) rmdir(path_.c_str());
   }
   WideString Make() {
-    WideString directory = CreateTempSubdirectory(u"");
-    path_ = NativePath(directory);
+    WideString directory = TempSubdirectoryName();
+    path_ = NativePath(directory);  // first, since afterwards there may be no memory to remember it
+    MakeTempSubdirectory(directory);
     return directory;
   }
   void Keep() { path_.clear(); }

@@ -60,11 +60,19 @@ int MakeDirectory(const WideString& path) {
   return result;
 }
 
-WideString CreateTempSubdirectory(const WideString&) {
+WideString TempSubdirectoryName() {
   const WideString guid = NewGuidText();
   const WideString parent = AppendPathSeparator(GetTempDirectory());
-  WideString directory = JoinText({parent.view(), guid.view().substr(1, guid.size() - 2)});
+  return JoinText({parent.view(), guid.view().substr(1, guid.size() - 2)});
+}
+
+void MakeTempSubdirectory(const WideString& directory) {
   if (MakeDirectory(directory) != 0) ThrowNotMade(directory, errno);
+}
+
+WideString CreateTempSubdirectory(const WideString&) {
+  WideString directory = TempSubdirectoryName();
+  MakeTempSubdirectory(directory);
   return directory;
 }
 

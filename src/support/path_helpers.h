@@ -19,6 +19,9 @@ int MakeDirectory(const WideString& path);
 // Makes a directory of a new name in the temporary directory and returns its path, no separator at its end.
 // "Cannot create the following directory: " with the path and the system's reason. The argument is not used.
 WideString CreateTempSubdirectory(const WideString& unused);
+// Its two steps: a name that nothing has yet, and the directory of that name.
+WideString TempSubdirectoryName();
+void MakeTempSubdirectory(const WideString& directory);
 
 // The home directory of the installation as the registry (registry.h) says; empty when it has no such key or
 // value. Throws `_com_error` with E_OUTOFMEMORY when memory runs out: an empty directory would be taken for

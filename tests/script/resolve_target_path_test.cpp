@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "fixtures/scarce_memory.h"
 #include "script/download_fixture.h"
 
 namespace qv {
@@ -160,6 +161,18 @@ TEST_F(ResolveTargetPath, DirectoryThatCannotBeMadeHasItsWords) {
 TEST_F(ResolveTargetPath, LongNameIsNotCut) {
   const std::string name(100'000, 'n');
   EXPECT_EQ(Resolved(u"t", u"f=" + std::u16string(name.begin(), name.end())), "t\\" + name);
+}
+
+// The directory must not be there when nobody is left who remembers it.
+TEST_F(ResolveTargetPath, WithoutMemoryNoNewDirectoryStays) {
+  const WideString header(u"attachment; filename=a.txt");
+  int made = 0;
+  ThrownWithout(Memory::kBoth, [&] {
+    CFileDownloader::ResolveTargetPath(WideString(), header);
+    ++made;
+  });
+  EXPECT_GT(made, 0);
+  EXPECT_EQ(files_.Count(), made);
 }
 
 }  // namespace
