@@ -48,9 +48,15 @@ void ConnectionModelImpl::SetServer(WideString serverName, WideString proxy) {
 }
 
 void ConnectionModelImpl::SetNamespace() {
-  static std::once_flag registered;  // stays open when registration fails
+  // Not std::call_once: an exception on its way through that one ends the process when there is no memory to
+  // load what unwinds its frames.
+  static std::mutex mutex;
+  static bool registered = false;
   namespace_ = kServiceNamespace;
-  std::call_once(registered, FillFormaters);
+  const std::lock_guard<std::mutex> lock(mutex);
+  if (registered) return;
+  FillFormaters();
+  registered = true;
 }
 
 void ConnectionModelImpl::SetHostUrl(const WideString& text) {

@@ -24,11 +24,15 @@ namespace {
 constexpr std::size_t kBufferBytes = std::size_t{64} * 1024;
 constexpr int kTickMilliseconds = 250;  // how long a wait goes on before the listener and Abort are looked at
 
+// Tried again after a failure, such as a lack of memory.
 void StartCurlOnce() {
-  static std::once_flag once;
-  static CURLcode result = CURLE_OK;
-  std::call_once(once, [] { result = curl_global_init(CURL_GLOBAL_DEFAULT); });
+  static std::mutex mutex;
+  static bool started = false;
+  const std::lock_guard<std::mutex> lock(mutex);
+  if (started) return;
+  const CURLcode result = curl_global_init(CURL_GLOBAL_DEFAULT);
   if (result != CURLE_OK) ThrowCurl(result);
+  started = true;
 }
 
 CurlEasy NewHandle() {
