@@ -10,8 +10,8 @@ namespace {
 constexpr std::size_t kMostKept = 8;
 constexpr std::chrono::seconds kLongestIdle{60};
 
-thread_local bool threadHasPool = false;
-thread_local bool threadIsEnding = false;
+[[gnu::tls_model("initial-exec")]] thread_local bool threadHasPool = false;
+[[gnu::tls_model("initial-exec")]] thread_local bool threadIsEnding = false;
 
 bool IsTooOld(const Connection& connection) noexcept {
   return std::chrono::steady_clock::now() - connection.IdleSince() > kLongestIdle;
@@ -25,7 +25,7 @@ ConnectionPool* ConnectionPool::OfThisThread() noexcept {
 
 ConnectionPool* ConnectionPool::MadeForThisThread() noexcept {
   if (threadIsEnding) return nullptr;
-  static thread_local ConnectionPool pool;
+  [[gnu::tls_model("initial-exec")]] static thread_local ConnectionPool pool;
   threadHasPool = true;
   return &pool;
 }

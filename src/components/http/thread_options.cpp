@@ -15,10 +15,10 @@ struct EndingOptions : ThreadHttpOptions {
 
 // Until then no object with a destructor is made, since the C library ends the process when it has no memory
 // to remember it.
-thread_local bool areSet = false;
+[[gnu::tls_model("initial-exec")]] thread_local bool areSet = false;
 
 ThreadHttpOptions& Stored() noexcept {
-  static thread_local EndingOptions stored;
+  [[gnu::tls_model("initial-exec")]] static thread_local EndingOptions stored;
   return stored;
 }
 
