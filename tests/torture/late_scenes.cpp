@@ -30,8 +30,7 @@ HRESULT CallByName(IDispatch* object, const char16_t* name, std::uint16_t flags,
   DISPPARAMS block;
   block.rgvarg = arguments.data();
   block.cArgs = static_cast<std::uint32_t>(arguments.size());
-  EXCEPINFO failure;
-  return object->Invoke(id, Guid{}, 0, flags, &block, result, &failure, nullptr);
+  return object->Invoke(id, Guid{}, 0, flags, &block, result, nullptr, nullptr);
 }
 
 HRESULT Init(IDispatch* client, const std::vector<Variant>& provider) {
@@ -74,7 +73,8 @@ class ClientScene : public Scene {
   ClientScene() {
     ThrowIfFailed(CreateClient(&client_));
     ThrowIfFailed(Init(client_.get(), {Provider()}));
-    ThrowIfFailed(CallByName(client_.get(), u"put_ServerName", DISPATCH_PROPERTYPUT, {ServerName()}, nullptr));
+    ThrowIfFailed(
+        CallByName(client_.get(), u"put_ServerName", DISPATCH_PROPERTYPUT, {ServerName()}, nullptr));
     Variant model;
     ThrowIfFailed(CallByName(client_.get(), u"ConnectionModel", DISPATCH_METHOD, {}, &model));
     model_ = IDispatchPtr(DispatchOf(model));

@@ -10,8 +10,8 @@
 namespace qv::torture {
 namespace {
 
-constexpr long kQuickDense = 200;
-constexpr long kQuickStride = 37;
+constexpr long kQuickDense = 160;
+constexpr long kQuickStride = 101;
 
 // False for an argument that nobody knows.
 bool Take(char**& argument, CampaignOptions* options) {

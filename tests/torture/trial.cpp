@@ -1,18 +1,42 @@
 #include "torture/trial.h"
 
+#include <fcntl.h>
+
 #include <cstdio>
 #include <memory>
 #include <new>
 
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/error_info.h"
 #include "torture/memory_gate.h"
 
 namespace qv::torture {
 namespace {
 
 constexpr int kColdCalls = 5;  // the same refusal again, before anything has worked
+constexpr std::u16string_view kXmlRefused = u"Xerces initialization failed.";
 constexpr int kWarmCalls = 4;  // the same, with a call between that works
+
+// What a process holds, for comparison.
+struct Holdings {
+  long blocks = 0;
+  long files = 0;
+};
+
+Holdings HoldingsNow() {
+  constexpr int kMostFiles = 128;
+  Holdings now;
+  now.blocks = LiveBlocks();
+  for (int file = 0; file < kMostFiles; ++file) now.files += fcntl(file, F_GETFD) != -1 ? 1 : 0;
+  return now;
+}
+
+// What is kept for later calls grows at first, a leak always by the same.
+long Growth(const Holdings* holdings, int count, long Holdings::*field) {
+  const long last = holdings[count - 1].*field - holdings[count - 2].*field;
+  return last > 0 && holdings[count - 2].*field - holdings[count - 3].*field == last ? last : 0;
+}
 
 class Runner {
  public:
@@ -23,7 +47,7 @@ class Runner {
     report_->step = "preparation";
     const std::unique_ptr<Scene> scene = trial_.flow->prepare();
     scene_ = scene.get();
-    if (Cold() && Warm()) report_->verdict = Verdict::kGood;
+    if (Cold() && Warm()) report_->verdict = xmlRefused_ ? Verdict::kXmlRefused : Verdict::kGood;
     report_->step = "end";
   }
 
@@ -40,29 +64,29 @@ class Runner {
   }
 
   bool Cold() {
-    long live[kColdCalls];
+    Holdings held[kColdCalls];
     for (int i = 0; i < kColdCalls; ++i) {
       if (!RefusedCall(i == 0 ? "the refused call" : "the refused call, repeated")) return false;
-      live[i] = LiveBlocks();
+      held[i] = HoldingsNow();
     }
-    return Works("the next call") && NoGrowth(live, kColdCalls);
+    return Works("the next call") && NoGrowth(held, kColdCalls);
   }
 
   bool Warm() {
-    long live[kWarmCalls];
-    for (long& blocks : live) {
+    Holdings held[kWarmCalls];
+    for (Holdings& holdings : held) {
       if (!RefusedCall("a later refused call") || !Works("a later call")) return false;
-      blocks = LiveBlocks();
+      holdings = HoldingsNow();
     }
-    return NoGrowth(live, kWarmCalls);
+    return NoGrowth(held, kWarmCalls);
   }
 
-  // What is kept for later calls grows at first, a leak always by the same.
-  bool NoGrowth(const long* live, int count) {
-    const long last = live[count - 1] - live[count - 2];
-    if (last <= 0 || live[count - 2] - live[count - 3] != last) return true;
+  bool NoGrowth(const Holdings* held, int count) {
+    if (Growth(held, count, &Holdings::files) > 0) return Fail(Verdict::kOpenFiles, report_->step);
+    const long blocks = Growth(held, count, &Holdings::blocks);
+    if (blocks == 0) return true;
     char text[80];
-    std::snprintf(text, sizeof text, "%ld blocks a call, step: %s", last, report_->step);
+    std::snprintf(text, sizeof text, "%ld blocks a call, step: %s", blocks, report_->step);
     return Fail(Verdict::kLeak, text);
   }
 
@@ -76,7 +100,10 @@ class Runner {
     reported_ = true;
     if (odd) return Fail(Verdict::kOddException, step);
     if (Succeeded(outcome.code) && !outcome.right) return Fail(Verdict::kWrongSuccess, step);
-    if (Failed(outcome.code) && seen < trial_.refusal.at) return Fail(Verdict::kFailedUnasked, outcome.code);
+    if (Failed(outcome.code) && seen < trial_.refusal.at)
+      return XmlIsRefused() || Fail(Verdict::kFailedUnasked, outcome.code);
+    if (Failed(outcome.code) && gate_.IsPassing(trial_.refusal.kind))
+      return Fail(Verdict::kTransientFails, outcome.code);
     const std::string litter = Failed(outcome.code) ? scene_->Litter() : "";
     return litter.empty() || Fail(Verdict::kLitter, litter.c_str());
   }
@@ -85,8 +112,15 @@ class Runner {
     report_->step = step;
     bool odd = false;
     const Outcome outcome = Call(&odd);
-    if (Failed(outcome.code)) return Fail(Verdict::kNextCallFails, outcome.code);
+    if (Failed(outcome.code)) return XmlIsRefused() || Fail(Verdict::kNextCallFails, outcome.code);
     return outcome.right || Fail(Verdict::kNextCallFails, "wrong result");
+  }
+
+  // The call failed since the XML library could not be started earlier. That ends the trial, and well.
+  bool XmlIsRefused() {
+    ErrorInfo record;
+    xmlRefused_ = xmlRefused_ || (GetErrorInfo(&record) && record.description.view() == kXmlRefused);
+    return xmlRefused_;
   }
 
   Outcome Call(bool* odd) {
@@ -109,15 +143,23 @@ class Runner {
   TrialReport* report_;
   Scene* scene_ = nullptr;
   bool reported_ = false;
+  bool xmlRefused_ = false;
 };
 
 }  // namespace
 
 const char* VerdictText(Verdict verdict) {
-  static const char* const kTexts[] = {
-      "the process ended",   "good",       "S_OK with a wrong result",
-      "fails with nothing refused", "an exception that no header tells of", "the next call fails",
-      "leak",                "leaves something behind"};
+  static const char* const kTexts[] = {"the process ended",
+                                       "good",
+                                       "the XML library is refused",
+                                       "S_OK with a wrong result",
+                                       "fails with nothing refused",
+                                       "an exception that no header tells of",
+                                       "the next call fails",
+                                       "an interruption makes it fail",
+                                       "open files",
+                                       "leak",
+                                       "leaves something behind"};
   return kTexts[static_cast<int>(verdict)];
 }
 

@@ -7,14 +7,17 @@
 namespace qv::torture {
 
 enum class Verdict {
-  kNotRun,           // the process ended inside, in the step that TrialReport names
+  kNotRun,  // the process ended inside, in the step that TrialReport names
   kGood,
-  kWrongSuccess,     // S_OK with another result than the call has
-  kFailedUnasked,    // a failure though nothing was refused
-  kOddException,     // thrown, and not one that the headers tell of
-  kNextCallFails,    // with nothing refused any more
-  kLeak,             // the same refusal costs more memory each time
-  kLitter,           // half a file, a directory
+  kXmlRefused,      // good: a start of the XML library that failed inside is the one failure that stays
+  kWrongSuccess,    // S_OK with another result than the call has
+  kFailedUnasked,   // a failure though nothing was refused
+  kOddException,    // thrown, and not one that the headers tell of
+  kNextCallFails,   // with nothing refused any more
+  kTransientFails,  // a failure though what was refused is to be tried again
+  kOpenFiles,       // the same refusal leaves more open files each time
+  kLeak,            // the same refusal costs more memory each time
+  kLitter,          // half a file, a directory
 };
 const char* VerdictText(Verdict verdict);
 
@@ -22,8 +25,8 @@ const char* VerdictText(Verdict verdict);
 struct TrialReport {
   Verdict verdict = Verdict::kNotRun;
   const char* step = "start";
-  long seen = 0;         // what passed the gate in the first call
-  HRESULT code = S_OK;   // of the first call
+  long seen = 0;        // what passed the gate in the first call
+  HRESULT code = S_OK;  // of the first call
   char details[200] = {};
 };
 

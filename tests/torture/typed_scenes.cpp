@@ -1,6 +1,7 @@
 // What a C++ host does with the library, flow by flow.
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include "qvscriptwells/qvscriptwells.h"
 #include "torture/scene.h"
@@ -34,10 +35,12 @@ IConnectionModelPtr ModelWithSession() {
   return model;
 }
 
-// Everything from nothing: the client, a session, a script, all released.
+// Everything from nothing: the client, a session, a script, all released. The types of values outlive each
+// client.
 class LifeScene : public Scene {
  public:
   Outcome Call() override {
+    if (!types_.has_value()) types_.emplace();
     const IQvServiceProviderPtr provider = Provider();
     const IQvScriptwellsPtr client = CreateQvScriptwells(server_, u"", provider.get());
     const IConnectionModelPtr model = ModelOf(client.get());
@@ -49,6 +52,7 @@ class LifeScene : public Scene {
   }
 
  private:
+  std::optional<ValueTypesHold> types_;
   const WideString server_ = ServerName();
   const WideString connection_{u"Username=joe;Password=secret;"};
   const WideString language_{u"JavaScript"};
@@ -71,16 +75,12 @@ class SessionScene : public Scene {
 // A parameter of each kind that travels.
 IParametersPtr EveryKind() {
   IParametersPtr list = CreateParameters();
-  const Variant values[] = {Variant::FromBool(true),
-                            Variant::FromByte(1),
-                            Variant::FromShort(2),
-                            Variant::FromInt(3),
-                            Variant::FromLong(4),
-                            Variant::FromFloat(0.5F),
-                            Variant::FromDouble(0.25),
-                            Variant::FromString(u"a<b & c"),
-                            Variant::FromDate(45356.25),
-                            Variant::FromObject(CreateDuration(u"P1DT2H").get())};
+  const Variant values[] = {
+      Variant::FromBool(true),     Variant::FromByte(1),
+      Variant::FromShort(2),       Variant::FromInt(3),
+      Variant::FromLong(4),        Variant::FromFloat(0.5F),
+      Variant::FromDouble(0.25),   Variant::FromString(u"a<b & c"),
+      Variant::FromDate(45356.25), Variant::FromObject(CreateDuration(u"P1DT2H").get())};
   for (const Variant& value : values) ThrowIfFailed(list->Add(u"key", value, nullptr));
   return list;
 }
@@ -141,7 +141,8 @@ class TableScene : public ExecuteScene {
  protected:
   Outcome Look(const Variant& result) override {
     if (result.Tag() != VT_UNKNOWN) return {S_OK, false};
-    const IRecordListPtr table(static_cast<IRecordList*>(QueryFor(result.Object(), IRecordList::kIid)), false);
+    const IRecordListPtr table(static_cast<IRecordList*>(QueryFor(result.Object(), IRecordList::kIid)),
+                               false);
     if (table == nullptr) return {S_OK, false};
     IRecordListCursor* raw = nullptr;
     const HRESULT code = table->OpenCursor(VARIANT_TRUE, &raw);
@@ -181,8 +182,9 @@ IParametersPtr OneFile() {
 class DocumentScene : public Scene {
  public:
   DocumentScene() {
-    WriteOwnFile("script.xml", "<?xml version=\"1.0\"?><Scriptwell Language=\"JavaScript\"><Code>1 &lt; 2"
-                               "<![CDATA[ && 3]]></Code></Scriptwell>");
+    WriteOwnFile("script.xml",
+                 "<?xml version=\"1.0\"?><Scriptwell Language=\"JavaScript\"><Code>1 &lt; 2"
+                 "<![CDATA[ && 3]]></Code></Scriptwell>");
   }
   Outcome Call() override {
     Variant result;
@@ -337,6 +339,27 @@ class FactoryScene : public Scene {
   }
 };
 
+// An entry of the registry's file is replaced.
+class RegistryScene : public Scene {
+ public:
+  RegistryScene() {
+    setenv("QV_REGISTRY", (CurrentStage().directory + "/registry.reg").c_str(), 1);
+    WriteRegistryValue(key_, value_);
+  }
+  Outcome Call() override {
+    WriteRegistryValue(key_, value_);
+    return {S_OK, true};
+  }
+  // Whatever came of the call, the file is whole.
+  std::string Litter() override {
+    return ReadRegistryValue(key_).view() == value_.view() ? OtherFiles("registry.reg") : "a damaged file";
+  }
+
+ private:
+  const WideString key_{u"SOFTWARE\\Quorvane\\Test"};
+  const WideString value_{u"text"};
+};
+
 template <class T>
 std::unique_ptr<Scene> Make() {
   return std::make_unique<T>();
@@ -356,6 +379,7 @@ const std::vector<Flow>& Flows() {
       {"values", Make<ValuesScene>, false},
       {"members", Make<MembersScene>, false},
       {"factory", Make<FactoryScene>, false},
+      {"registry", Make<RegistryScene>, false},
       {"session", Make<SessionScene>},
       {"execute", MakeExecute},
       {"duration", Make<DurationScene>},
