@@ -17,6 +17,7 @@
 #include <thread>
 
 #include "torture/answering_server.h"
+#include "torture/process_start.h"
 
 namespace qv::torture {
 namespace {
@@ -84,6 +85,8 @@ class Campaign {
   Campaign& operator=(const Campaign&) = delete;
 
   int Run() {
+    const bool wantsStart = options_.flow.empty() || options_.flow == "start";
+    if (gate_.StrikesBeforeMain() && wantsStart) failures_ += TortureProcessStart(options_.stride);
     for (const Flow& flow : Flows()) {
       if (!options_.flow.empty() && options_.flow != flow.name) continue;
       for (const bool hold : {true, false})

@@ -25,6 +25,8 @@ class Gate {
   virtual std::vector<std::string> Kinds() const = 0;
   // One after which the call under test must work as ever.
   virtual bool IsPassing(std::size_t) const { return false; }
+  // Whether the start of a process can be refused anything.
+  virtual bool StrikesBeforeMain() const { return false; }
   // Does not allocate.
   virtual void Arm(const Refusal& refusal) noexcept = 0;
   // How many passed of that kind since Arm, the refused ones included.

@@ -10,6 +10,7 @@ namespace qv::torture {
 class MemoryGate : public Gate {
  public:
   std::vector<std::string> Kinds() const override { return {"memory"}; }
+  bool StrikesBeforeMain() const override { return true; }
   void Arm(const Refusal& refusal) noexcept override;
   long Disarm() noexcept override;
 };
