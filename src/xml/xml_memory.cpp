@@ -3,7 +3,7 @@
 namespace qv {
 namespace {
 
-thread_local std::size_t ceiling = kNoXmlMemoryCeiling;
+[[gnu::tls_model("initial-exec")]] thread_local std::size_t ceiling = kNoXmlMemoryCeiling;
 
 }  // namespace
 
