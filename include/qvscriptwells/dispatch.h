@@ -24,6 +24,7 @@ namespace qv {
 using DISPID = std::int32_t;
 using LCID = std::uint32_t;
 
+constexpr DISPID DISPID_VALUE = 0;  // of the default property
 constexpr DISPID DISPID_UNKNOWN = -1;
 constexpr DISPID DISPID_PROPERTYPUT = -3;
 

@@ -21,12 +21,14 @@ constexpr VARTYPE VT_I2 = 2;
 constexpr VARTYPE VT_I4 = 3;
 constexpr VARTYPE VT_R4 = 4;
 constexpr VARTYPE VT_R8 = 5;
+constexpr VARTYPE VT_CY = 6;
 constexpr VARTYPE VT_DATE = 7;
 constexpr VARTYPE VT_BSTR = 8;
 constexpr VARTYPE VT_DISPATCH = 9;
 constexpr VARTYPE VT_BOOL = 11;
 constexpr VARTYPE VT_VARIANT = 12;
 constexpr VARTYPE VT_UNKNOWN = 13;
+constexpr VARTYPE VT_DECIMAL = 14;
 constexpr VARTYPE VT_I1 = 16;
 constexpr VARTYPE VT_UI1 = 17;
 constexpr VARTYPE VT_UI2 = 18;
@@ -40,6 +42,17 @@ constexpr VARTYPE VT_BYREF = 0x4000;
 using VARIANT_BOOL = std::int16_t;
 constexpr VARIANT_BOOL VARIANT_TRUE = -1;
 constexpr VARIANT_BOOL VARIANT_FALSE = 0;
+
+// The value of a VT_DECIMAL: a whole number of 96 bits, divided by 10 to the power `scale` (0 to 28). It is
+// read by VariantChangeType and has no form on the wire.
+struct DECIMAL {
+  std::uint16_t wReserved = 0;
+  std::uint8_t scale = 0;
+  std::uint8_t sign = 0;  // DECIMAL_NEG or 0
+  std::uint32_t Hi32 = 0;
+  std::uint64_t Lo64 = 0;
+};
+constexpr std::uint8_t DECIMAL_NEG = 0x80;
 
 // The eight data bytes. Which member counts is told by the tag; all bytes that the tag leaves unused are
 // zero.
@@ -56,6 +69,7 @@ union VariantData {
   std::uint32_t uintVal;   // VT_UINT
   float fltVal;            // VT_R4
   double dblVal;           // VT_R8
+  std::int64_t cyVal;      // VT_CY: ten-thousandths
   double date;             // VT_DATE: days since 30 December 1899, the fraction is the time of day
   VARIANT_BOOL boolVal;    // VT_BOOL
   BStr bstrVal;            // VT_BSTR
@@ -86,7 +100,8 @@ class Variant {
   // "datetime".
   static Variant FromDate(double serialDate) noexcept;
   static Variant FromString(const WideString& text) noexcept;  // VT_BSTR, "string"; shares the text
-  static Variant FromObject(IUnknown* object) noexcept;  // VT_UNKNOWN; adds a reference, null is allowed
+  static Variant FromObject(IUnknown* object) noexcept;       // VT_UNKNOWN; adds a reference, null is allowed
+  static Variant FromDecimal(const DECIMAL& value) noexcept;  // VT_DECIMAL
   // Any tag with any bytes. A text or object pointer under its tag is taken over with one owner.
   static Variant FromRaw(VARTYPE tag, const VariantData& data) noexcept;
 
@@ -94,6 +109,8 @@ class Variant {
   // The raw bytes, whatever the tag says. Reading another member than the tag's gives the bytes' meaning
   // there.
   const VariantData& Data() const noexcept { return data_; }
+  // The number of a VT_DECIMAL; 0 for any other tag.
+  DECIMAL Decimal() const noexcept;
   // The text of a VT_BSTR (which may be null), shared; null for any other tag.
   WideString Text() const noexcept;
   // The object of a VT_UNKNOWN or VT_DISPATCH, borrowed; null for any other tag.
@@ -107,6 +124,10 @@ class Variant {
   void Swap(Variant& other) noexcept;
 
   VARTYPE tag_ = VT_EMPTY;
+  // Of a VT_DECIMAL, which fills a Variant; its low part is the data.
+  std::uint8_t scale_ = 0;
+  std::uint8_t sign_ = 0;
+  std::uint32_t high_ = 0;
   VariantData data_{};
 };
 
@@ -114,11 +135,13 @@ class Variant {
 // `source` or what `source` points to. On failure it stays as it was. The texts are English (en-US) ones,
 // whatever the locale of the process.
 //
-// Tags: every VT_ constant above but VT_VARIANT. A source may be a pointer to the value (VT_BYREF), also one
-// to a Variant (VT_BYREF | VT_VARIANT), which may be such a pointer itself, up to eight in a row.
+// Tags: every VT_ constant above but VT_VARIANT; VT_CY and VT_DECIMAL for a source only. A source may be a
+// pointer to the value (VT_BYREF), also one to a Variant (VT_BYREF | VT_VARIANT), which may be such a pointer
+// itself, up to eight in a row.
 //
 // Own tag         a copy.
 // From VT_EMPTY   0, false, day 0 at midnight, the empty text.
+// From VT_CY, VT_DECIMAL  the number, exactly; as text without zeros at its end.
 // From VT_BOOL    -1 for true, and to an unsigned tag the number with all bits set; as text "-1" and "0".
 // To VT_BOOL      whether the number is not 0. A text is "True", "False", "#TRUE#", "#FALSE#" in any case and
 //                 without blanks, or a number.
@@ -131,14 +154,22 @@ class Variant {
 // To VT_BSTR      VT_R4 with 7 and VT_R8 with 15 digits: "1.5", "1E+15", "1E-05", else "1.#INF", "-1.#INF",
 //                 "1.#QNAN", "-1.#IND". A date reads "3/5/2024 10:15:30 AM", to the second, without the time
 //                 at midnight and without the date on day 0.
-// Text to number  blanks around, one sign in front or behind, commas after the first digit of the whole part,
-//                 a decimal point, an exponent. A number too small for a float is 0.
+// Text to number  blanks around, one sign in front (with one blank after it) or behind, or parentheses, which
+// mean
+//                 a negative number; commas after the first digit of the whole part, a decimal point, an
+//                 exponent. A number too small for a float is 0. "&H1F" and "&O17" are hexadecimal and octal:
+//                 bits that fill a signed tag are taken as they stand ("&HFFFF" is -1 as VT_I2, 65535 as
+//                 VT_I4 and VT_R8).
 // To an object    VT_UNKNOWN and VT_DISPATCH become each other by QueryInterface; a null object stays null.
+// From an object  to anything else: its default property (DISPID_VALUE of its IDispatch), which is read once.
+// An
+//                 object there is not asked in its turn.
 //
 // DISP_E_OVERFLOW: out of the tag's range; for VT_DATE the years 100 to 9999. DISP_E_TYPEMISMATCH: no such
-// conversion: VT_NULL, to VT_EMPTY or VT_NULL, an object to anything else or the other way, an object without
-// the interface, a text that does not read, a VT_DATE out of range to text. DISP_E_BADVARTYPE: another tag,
-// or VT_BYREF in the target. E_INVALIDARG: a null pointer, or too many in a row. E_OUTOFMEMORY.
+// conversion: VT_NULL, to VT_EMPTY or VT_NULL, anything else to an object, an object without the interface or
+// without a default property, a text that does not read, a VT_DATE out of range to text. DISP_E_BADVARTYPE:
+// another tag, or VT_BYREF in the target. E_INVALIDARG: a null pointer, too many in a row, or a DECIMAL that
+// is none. E_OUTOFMEMORY.
 HRESULT VariantChangeType(Variant* destination, const Variant& source, VARTYPE tag) noexcept;
 
 }  // namespace qv

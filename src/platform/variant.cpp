@@ -8,11 +8,12 @@
 namespace qv {
 namespace {
 
-// Tags that a Variant can be copied under: 0 to 11 and 13 to 23 of the published list, and pointers to them.
+// Tags that a Variant can be copied under: 0 to 11, 13, 14 and 16 to 23 of the published list, and pointers
+// to them.
 bool IsKnownTag(VARTYPE tag) noexcept {
   const VARTYPE base = tag & static_cast<VARTYPE>(~VT_BYREF);
   if (base == VT_VARIANT) return (tag & VT_BYREF) != 0;
-  return base <= 23 && base != 14 && base != 15;
+  return base <= 23 && base != 15;
 }
 
 bool HoldsObject(VARTYPE tag) noexcept {
@@ -29,10 +30,17 @@ VariantData SharedData(VARTYPE tag, VariantData data) {
 
 }  // namespace
 
-Variant::Variant(const Variant& other) : tag_(other.tag_), data_(SharedData(other.tag_, other.data_)) {}
+// The data last: sharing it may call an object, which may change `other`.
+Variant::Variant(const Variant& other)
+    : tag_(other.tag_),
+      scale_(other.scale_),
+      sign_(other.sign_),
+      high_(other.high_),
+      data_(SharedData(other.tag_, other.data_)) {}
 
-Variant::Variant(Variant&& other) noexcept
-    : tag_(std::exchange(other.tag_, VT_EMPTY)), data_(std::exchange(other.data_, VariantData{})) {}
+Variant::Variant(Variant&& other) noexcept {
+  Swap(other);
+}
 
 Variant& Variant::operator=(const Variant& other) {
   Variant copy(other);
@@ -48,10 +56,15 @@ Variant& Variant::operator=(Variant&& other) noexcept {
 
 void Variant::Swap(Variant& other) noexcept {
   std::swap(tag_, other.tag_);
+  std::swap(scale_, other.scale_);
+  std::swap(sign_, other.sign_);
+  std::swap(high_, other.high_);
   std::swap(data_, other.data_);
 }
 
 void Variant::Clear() noexcept {
+  scale_ = sign_ = 0;
+  high_ = 0;
   const VARTYPE tag = std::exchange(tag_, VT_EMPTY);
   const VariantData data = std::exchange(data_, VariantData{});
   if (tag == VT_BSTR) FreeString(data.bstrVal);
@@ -129,6 +142,21 @@ Variant Variant::FromObject(IUnknown* object) noexcept {
   data.punkVal = object;
   if (object != nullptr) object->AddRef();
   return {VT_UNKNOWN, data};
+}
+
+Variant Variant::FromDecimal(const DECIMAL& value) noexcept {
+  Variant result;
+  result.tag_ = VT_DECIMAL;
+  result.scale_ = value.scale;
+  result.sign_ = value.sign;
+  result.high_ = value.Hi32;
+  result.data_.ullVal = value.Lo64;
+  return result;
+}
+
+DECIMAL Variant::Decimal() const noexcept {
+  if (tag_ != VT_DECIMAL) return {};
+  return {0, scale_, sign_, high_, data_.ullVal};
 }
 
 Variant Variant::FromRaw(VARTYPE tag, const VariantData& data) noexcept {

@@ -4,6 +4,7 @@
 #include "platform/variant_date.h"
 #include "platform/variant_decimal.h"
 #include "platform/variant_operand.h"
+#include "platform/variant_scaled.h"
 #include "platform/variant_text.h"
 #include "platform/variant_whole.h"
 #include "qvscriptwells/com_error.h"
@@ -36,6 +37,8 @@ HRESULT RealOf(const Operand& source, double* value) {
       return S_OK;
     case ValueKind::kText:
       return RealFromText(source.Text(), value);
+    case ValueKind::kScaled:
+      return RealFromText(ScaledText(source), value);
     default:
       return DISP_E_TYPEMISMATCH;
   }
@@ -51,6 +54,7 @@ HRESULT RoundedOf(const Operand& source, Whole* whole) {
     return S_OK;
   }
   if (source.type->kind == ValueKind::kText) return WholeFromText(source.Text(), whole);
+  if (source.type->kind == ValueKind::kScaled) return WholeFromText(ScaledText(source), whole);
   double value = 0;
   const HRESULT code = RealOf(source, &value);
   return Failed(code) ? code : WholeFromReal(value, whole);
@@ -127,19 +131,44 @@ HRESULT ToObject(const Operand& source, const VariantTag& target, VariantData* d
   return S_OK;
 }
 
-// In the order of ValueKind.
+// In the order of ValueKind; kScaled is no target.
 constexpr Conversion kConversions[] = {ToNothing, ToNothing, ToWhole, ToReal,
                                        ToBool,    ToDate,    ToText,  ToObject};
 
-HRESULT ChangeType(Variant* destination, const Variant& source, VARTYPE tag) {
+bool IsPlain(const VariantTag& type) noexcept {
+  return type.kind != ValueKind::kEmpty && type.kind != ValueKind::kNull && type.kind != ValueKind::kObject;
+}
+
+// What a script means that names the object where a plain value is wanted. The object is kept: it may call
+// back.
+HRESULT DefaultProperty(IUnknown* object, Variant* value) {
+  const IUnknownPtr kept(object);
+  void* answer = nullptr;
+  if (object == nullptr || Failed(object->QueryInterface(IDispatch::kIid, &answer)) || answer == nullptr)
+    return DISP_E_TYPEMISMATCH;
+  const IDispatchPtr asked(static_cast<IDispatch*>(answer), false);
+  const DISPPARAMS none;
+  const HRESULT code =
+      asked->Invoke(DISPID_VALUE, Guid{}, 0, DISPATCH_PROPERTYGET, &none, value, nullptr, nullptr);
+  return Failed(code) ? DISP_E_TYPEMISMATCH : S_OK;
+}
+
+enum class Objects { kAsked, kRefused };
+
+HRESULT ChangeType(Variant* destination, const Variant& source, VARTYPE tag, Objects objects) {
   const VariantTag* const target = FindVariantTag(tag);
-  if (target == nullptr) return DISP_E_BADVARTYPE;
+  if (target == nullptr || target->kind == ValueKind::kScaled) return DISP_E_BADVARTYPE;
   Operand operand;
   HRESULT code = ReadOperand(source, &operand);
   if (Failed(code)) return code;
   if (operand.type == target) {
     *destination = OwnedCopy(operand);
     return S_OK;
+  }
+  if (objects == Objects::kAsked && operand.type->kind == ValueKind::kObject && IsPlain(*target)) {
+    Variant value;
+    code = DefaultProperty(operand.data.punkVal, &value);
+    return Failed(code) ? code : ChangeType(destination, value, tag, Objects::kRefused);
   }
   VariantData data;
   code = kConversions[static_cast<std::size_t>(target->kind)](operand, *target, &data);
@@ -149,7 +178,7 @@ HRESULT ChangeType(Variant* destination, const Variant& source, VARTYPE tag) {
 
 HRESULT GuardedChange(Variant* destination, const Variant& source, VARTYPE tag) noexcept {
   try {
-    return ChangeType(destination, source, tag);
+    return ChangeType(destination, source, tag, Objects::kAsked);
   } catch (const _com_error& error) {
     return error.Error();
   } catch (...) {

@@ -31,7 +31,9 @@ class DecimalReader {
   explicit DecimalReader(std::u16string_view text) noexcept : rest_(text) {}
 
   bool Read(Decimal* decimal) {
+    if (Take(u'(')) return InParentheses(decimal);
     const bool isSigned = Sign(&decimal->isNegative);
+    if (isSigned) Take(u' ');
     if (!Digits(decimal) || !Exponent(decimal)) return false;
     if (!isSigned) Sign(&decimal->isNegative);
     return rest_.empty();
@@ -42,6 +44,11 @@ class DecimalReader {
     if (rest_.empty() || rest_.front() != unit) return false;
     rest_.remove_prefix(1);
     return true;
+  }
+
+  bool InParentheses(Decimal* decimal) {
+    decimal->isNegative = true;
+    return Digits(decimal) && Exponent(decimal) && Take(u')') && rest_.empty();
   }
 
   bool Sign(bool* isNegative) noexcept {
@@ -112,30 +119,52 @@ HRESULT Rounded(const Decimal& decimal, std::uint64_t* magnitude) noexcept {
   return S_OK;
 }
 
+struct Base {
+  std::u16string_view prefixes[2];
+  unsigned bits;  // of a digit
+};
+
+constexpr Base kBases[] = {{{u"&H", u"&h"}, 4}, {{u"&O", u"&o"}, 3}};
+
+// Null for a text of another kind; else the base of the digits, which are left.
+const Base* TakeBase(std::u16string_view* text) noexcept {
+  for (const Base& base : kBases)
+    for (const std::u16string_view prefix : base.prefixes)
+      if (text->substr(0, prefix.size()) == prefix) {
+        text->remove_prefix(prefix.size());
+        return &base;
+      }
+  return nullptr;
+}
+
+// 16 and more for what is no digit.
+unsigned DigitValue(char16_t unit) noexcept {
+  if (IsDigit(unit)) return unit - u'0';
+  const char16_t lower = unit | 0x20;
+  return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10u : 16u;
+}
+
+HRESULT ReadBits(std::u16string_view digits, const Base& base, Whole* whole) noexcept {
+  std::uint64_t value = 0;
+  bool fits = true;
+  for (const char16_t unit : digits) {
+    const unsigned digit = DigitValue(unit);
+    if (digit >> base.bits != 0) return DISP_E_TYPEMISMATCH;
+    fits = fits && value >> (64 - base.bits) == 0;
+    value = value << base.bits | digit;
+  }
+  if (digits.empty()) return DISP_E_TYPEMISMATCH;
+  if (fits) *whole = {false, value, true};
+  return fits ? S_OK : DISP_E_OVERFLOW;
+}
+
 bool IsBlank(char16_t unit) noexcept {
   return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
 }
 
-}  // namespace
-
-std::u16string_view WithoutBlanks(std::u16string_view text) noexcept {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
-HRESULT WholeFromText(std::u16string_view text, Whole* whole) {
+HRESULT RealFromDecimalText(std::u16string_view bare, double* value) {
   Decimal decimal;
-  if (!DecimalReader(WithoutBlanks(text)).Read(&decimal)) return DISP_E_TYPEMISMATCH;
-  std::uint64_t magnitude = 0;
-  const HRESULT code = Rounded(decimal, &magnitude);
-  if (Succeeded(code)) *whole = {decimal.isNegative && magnitude != 0, magnitude};
-  return code;
-}
-
-HRESULT RealFromText(std::u16string_view text, double* value) {
-  Decimal decimal;
-  if (!DecimalReader(WithoutBlanks(text)).Read(&decimal)) return DISP_E_TYPEMISMATCH;
+  if (!DecimalReader(bare).Read(&decimal)) return DISP_E_TYPEMISMATCH;
   double magnitude = 0;
   if (!decimal.digits.empty()) {
     const std::string plain = decimal.digits + 'e' + std::to_string(decimal.exponent);
@@ -147,6 +176,36 @@ HRESULT RealFromText(std::u16string_view text, double* value) {
   }
   *value = decimal.isNegative ? -magnitude : magnitude;
   return S_OK;
+}
+
+}  // namespace
+
+std::u16string_view WithoutBlanks(std::u16string_view text) noexcept {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+HRESULT WholeFromText(std::u16string_view text, Whole* whole) {
+  std::u16string_view bare = WithoutBlanks(text);
+  if (const Base* const base = TakeBase(&bare)) return ReadBits(bare, *base, whole);
+  Decimal decimal;
+  if (!DecimalReader(bare).Read(&decimal)) return DISP_E_TYPEMISMATCH;
+  std::uint64_t magnitude = 0;
+  const HRESULT code = Rounded(decimal, &magnitude);
+  if (Succeeded(code)) *whole = {decimal.isNegative && magnitude != 0, magnitude};
+  return code;
+}
+
+HRESULT RealFromText(std::u16string_view text, double* value) {
+  std::u16string_view bare = WithoutBlanks(text);
+  if (const Base* const base = TakeBase(&bare)) {
+    Whole whole;
+    const HRESULT code = ReadBits(bare, *base, &whole);
+    if (Succeeded(code)) *value = RealFromWhole(whole);
+    return code;
+  }
+  return RealFromDecimalText(bare, value);
 }
 
 }  // namespace qv

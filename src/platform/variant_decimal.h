@@ -1,5 +1,6 @@
 // Numbers in the texts that hosts and scripts hand over, as the change of type reads them: blanks around, one
-// sign in front or behind, commas after the first digit of the whole part, a decimal point, an exponent.
+// sign in front (with one blank after it) or behind, or parentheses for a negative one, commas after the
+// first digit of the whole part, a decimal point, an exponent; or "&H" or "&O" and digits of that base.
 #pragma once
 
 #include <string_view>

@@ -9,6 +9,7 @@ namespace {
 
 constexpr VARTYPE kPointerToVariant = VT_BYREF | VT_VARIANT;
 constexpr int kMostPointers = 8;
+constexpr int kMostDecimalScale = 28;
 
 // Of an object, which is held by its pointer.
 constexpr std::size_t kPointerSize = sizeof(void*);
@@ -33,16 +34,30 @@ constexpr VariantTag kTags[] = {
     {VT_BSTR, ValueKind::kText, sizeof(BStr), false},
     {VT_UNKNOWN, ValueKind::kObject, kPointerSize, false},
     {VT_DISPATCH, ValueKind::kObject, kPointerSize, false},
+    {VT_CY, ValueKind::kScaled, 8, true},
+    {VT_DECIMAL, ValueKind::kScaled, sizeof(DECIMAL), true},
 };
+
+HRESULT TakeDecimal(const DECIMAL& decimal, Operand* operand) noexcept {
+  operand->decimal = decimal;
+  const bool isNumber =
+      decimal.scale <= kMostDecimalScale && (decimal.sign == 0 || decimal.sign == DECIMAL_NEG);
+  return isNumber ? S_OK : E_INVALIDARG;
+}
 
 HRESULT ReadPointer(const Variant& source, Operand* operand) noexcept {
   operand->type = FindVariantTag(source.Tag() & static_cast<VARTYPE>(~VT_BYREF));
   if (operand->type == nullptr || operand->type->size == 0) return DISP_E_BADVARTYPE;
   const void* const value = source.Data().byref;
   if (value == nullptr) return E_INVALIDARG;
-  operand->data = VariantData{};
-  std::memcpy(&operand->data, value, operand->type->size);
   operand->isForeign = true;
+  operand->data = VariantData{};
+  if (operand->type->tag == VT_DECIMAL) {
+    DECIMAL decimal;
+    std::memcpy(&decimal, value, sizeof decimal);
+    return TakeDecimal(decimal, operand);
+  }
+  std::memcpy(&operand->data, value, operand->type->size);
   return S_OK;
 }
 
@@ -52,7 +67,7 @@ HRESULT ReadValue(const Variant& source, Operand* operand) noexcept {
   if (operand->type == nullptr) return DISP_E_BADVARTYPE;
   operand->data = source.Data();
   operand->isForeign = false;
-  return S_OK;
+  return source.Tag() == VT_DECIMAL ? TakeDecimal(source.Decimal(), operand) : S_OK;
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 namespace qv {
 
 // Tags of one kind are converted alike. The order is that of the table of conversions.
-enum class ValueKind { kEmpty, kNull, kWhole, kReal, kBool, kDate, kText, kObject };
+enum class ValueKind { kEmpty, kNull, kWhole, kReal, kBool, kDate, kText, kObject, kScaled };
 
 struct VariantTag {
   VARTYPE tag;
@@ -25,13 +25,14 @@ const VariantTag* FindVariantTag(VARTYPE tag) noexcept;
 struct Operand {
   const VariantTag* type = nullptr;
   VariantData data;
+  DECIMAL decimal;         // of a VT_DECIMAL
   bool isForeign = false;  // the value stands outside a Variant, where its owner may rewrite it
 
   // Of a text, empty for a null one.
   std::u16string_view Text() const noexcept { return {data.bstrVal, StringLength(data.bstrVal)}; }
 };
 
-// DISP_E_BADVARTYPE for an unknown tag; E_INVALIDARG for a null pointer or too many in a row.
+// DISP_E_BADVARTYPE for an unknown tag; E_INVALIDARG for a null pointer, too many in a row or a bad DECIMAL.
 HRESULT ReadOperand(const Variant& source, Operand* operand) noexcept;
 
 // An owner of the same value. A foreign text is copied, any other one shared. May throw out of memory.

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/variant_date.h"
+#include "platform/variant_scaled.h"
 #include "platform/variant_whole.h"
 
 namespace qv {
@@ -71,6 +72,9 @@ HRESULT TextOf(const Operand& operand, WideString* text) {
       return S_OK;
     case ValueKind::kBool:
       *text = operand.data.boolVal != VARIANT_FALSE ? u"-1" : u"0";
+      return S_OK;
+    case ValueKind::kScaled:
+      *text = ScaledText(operand);
       return S_OK;
     case ValueKind::kDate:
       return WriteDate(operand.data.date, text) ? S_OK : DISP_E_TYPEMISMATCH;

@@ -51,10 +51,11 @@ void StoreBits(std::uint64_t bits, std::size_t size, VariantData* data) noexcept
 }
 
 // The greatest magnitude that fits.
-std::uint64_t Limit(bool isNegative, const VariantTag& type) noexcept {
+std::uint64_t Limit(const Whole& whole, const VariantTag& type) noexcept {
   const std::uint64_t all = ~std::uint64_t{0} >> (64 - 8 * type.size);
-  if (!type.isSigned) return isNegative ? 0 : all;
-  return isNegative ? all / 2 + 1 : all / 2;
+  if (whole.isBits) return all;
+  if (!type.isSigned) return whole.isNegative ? 0 : all;
+  return whole.isNegative ? all / 2 + 1 : all / 2;
 }
 
 }  // namespace
@@ -80,7 +81,7 @@ double RealFromWhole(const Whole& whole) noexcept {
 }
 
 HRESULT StoreWhole(const Whole& whole, const VariantTag& type, VariantData* data) noexcept {
-  if (whole.magnitude > Limit(whole.isNegative, type)) return DISP_E_OVERFLOW;
+  if (whole.magnitude > Limit(whole, type)) return DISP_E_OVERFLOW;
   StoreBits(whole.isNegative ? 0 - whole.magnitude : whole.magnitude, type.size, data);
   return S_OK;
 }

@@ -10,6 +10,7 @@ namespace qv {
 struct Whole {
   bool isNegative = false;  // never with magnitude 0
   std::uint64_t magnitude = 0;
+  bool isBits = false;  // written digit by digit of a power of two: may fill a signed tag
 };
 
 // The value of an operand that is a whole number.

@@ -47,6 +47,12 @@ TEST_P(DispatchConversion, GivesThisCallOrIndex) {
   EXPECT_TRUE(call.FailureUntouched());
 }
 
+Variant Currency(std::int64_t tenThousandths) {
+  VariantData data;
+  data.cyVal = tenThousandths;
+  return Variant::FromRaw(VT_CY, data);
+}
+
 ConversionRow Taken(const char* name, Face face, DISPID id, int flags, std::vector<Variant> arguments,
                     const char* noted) {
   return {name, face, id, flags, std::move(arguments), kOk, kUntouchedIndex, noted};
@@ -87,6 +93,12 @@ INSTANTIATE_TEST_SUITE_P(
                           "DownloadFile(url, target)"),
                     Taken("NumbersToTexts", Face::kConnectionModel, 7, 1, {I2(1), I2(2)},
                           "DownloadFile(1, 2)"),
+                    Taken("HexadecimalToShort", Face::kDuration, 3, 4, {Text(u"&H1F")}, "put_Day(31)"),
+                    Taken("ParenthesesToReal", Face::kDuration, 8, 4, {Text(u"(1.5)")}, "put_Sec(-1.5)"),
+                    Taken("SignAndBlankToReal", Face::kDuration, 8, 4, {Text(u"- 1.5")}, "put_Sec(-1.5)"),
+                    Taken("CurrencyToReal", Face::kDuration, 8, 4, {Currency(15000)}, "put_Sec(1.5)"),
+                    Taken("DecimalToText", Face::kUrl, 2, 4, {Variant::FromDecimal({0, 1, 0, 0, 15})},
+                          "put_UrlCaption(1.5)"),
                     // Any value keeps its tag.
                     Taken("AnyShort", Face::kParameters, 1, 1, {I2(1), I2(2)}, "Add(1, I2 2)"),
                     Taken("AnyNothing", Face::kParameters, 1, 1, {Text(u"k"), Variant()}, "Add(k, EMPTY)"),

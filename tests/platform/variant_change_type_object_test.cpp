@@ -102,7 +102,7 @@ TEST(VariantChangeTypeObject, OneThatDoesNotAnswerMismatches) {
   }
 }
 
-TEST(VariantChangeTypeObject, BecomesNoValue) {
+TEST(VariantChangeTypeObject, WithoutADefaultPropertyBecomesNoValue) {
   AnsweringObject object;
   const VARTYPE tags[] = {VT_EMPTY, VT_NULL, VT_I1,   VT_I2, VT_I4, VT_INT,  VT_I8,   VT_UI1, VT_UI2,
                           VT_UI4,   VT_UI8,  VT_UINT, VT_R4, VT_R8, VT_BOOL, VT_DATE, VT_BSTR};
@@ -114,7 +114,6 @@ TEST(VariantChangeTypeObject, BecomesNoValue) {
         {FromDispatch(nullptr), tag, DISP_E_TYPEMISMATCH},
     });
   }
-  EXPECT_EQ(object.lastAsked, Guid{});
 }
 
 TEST(VariantChangeTypeObject, NoValueBecomesOne) {

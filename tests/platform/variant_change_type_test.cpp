@@ -205,7 +205,6 @@ TEST(VariantChangeType, WhatIsNoNumberMismatches) {
       {"two numbers", Text(u"1 2"), VT_INT, DISP_E_TYPEMISMATCH},
       {"hexadecimal", Text(u"0x10"), VT_INT, DISP_E_TYPEMISMATCH},
       {"hexadecimal with exponent", Text(u"0x1p4"), VT_INT, DISP_E_TYPEMISMATCH},
-      {"hexadecimal of Basic", Text(u"&H10"), VT_INT, DISP_E_TYPEMISMATCH},
       {"inf", Text(u"inf"), VT_INT, DISP_E_TYPEMISMATCH},
       {"nan", Text(u"nan"), VT_INT, DISP_E_TYPEMISMATCH},
       {"sign alone", Text(u"-"), VT_INT, DISP_E_TYPEMISMATCH},

@@ -50,6 +50,59 @@ TEST(VariantChangeTypeText, BecomesAWholeNumber) {
   });
 }
 
+TEST(VariantChangeTypeText, InParenthesesIsNegative) {
+  ExpectChanged({
+      {Text(u"(5)"), VT_I2, I2(-5)},
+      {Text(u" (1,234.5) "), VT_R8, R8(-1234.5)},
+      {Text(u"(1e2)"), VT_I4, I4(-100)},
+      {Text(u"(0)"), VT_UI1, UI1(0)},
+      {Text(u"(0)"), VT_R8, R8(-0.0)},
+      {Text(u"(1)"), VT_BOOL, Bool(true)},
+  });
+  ExpectRefused({{Text(u"(1)"), VT_UI1, DISP_E_OVERFLOW}});
+}
+
+TEST(VariantChangeTypeText, MayHaveOneBlankAfterItsSign) {
+  ExpectChanged({
+      {Text(u"- 5"), VT_I2, I2(-5)},
+      {Text(u"+ 5"), VT_I2, I2(5)},
+      {Text(u"  - 1.5 "), VT_R8, R8(-1.5)},
+  });
+}
+
+// The bits as they stand, as scripts write them.
+TEST(VariantChangeTypeText, OfAnotherBaseIsItsBits) {
+  ExpectChanged({
+      {Text(u"&H10"), VT_I2, I2(16)},
+      {Text(u"&h1f"), VT_UI1, UI1(31)},
+      {Text(u" &HaBcDeF "), VT_I4, I4(0xABCDEF)},
+      {Text(u"&O17"), VT_I2, I2(15)},
+      {Text(u"&o377"), VT_UI1, UI1(255)},
+      {Text(u"&HFF"), VT_I1, I1(-1)},
+      {Text(u"&HFFFF"), VT_I2, I2(-1)},
+      {Text(u"&H8000"), VT_I2, I2(-32768)},
+      {Text(u"&O177777"), VT_I2, I2(-1)},
+      {Text(u"&HFFFF"), VT_I4, I4(65535)},
+      {Text(u"&HFFFFFFFF"), VT_INT, Int(-1)},
+      {Text(u"&HFFFFFFFFFFFFFFFF"), VT_I8, I8(-1)},
+      {Text(u"&O1777777777777777777777"), VT_UI8, UI8(18446744073709551615u)},
+      {Text(u"&H00000000000000000000000012"), VT_UI1, UI1(18)},
+      {Text(u"&HFFFF"), VT_R8, R8(65535.0)},
+      {Text(u"&HFFFFFFFFFFFFFFFF"), VT_R8, R8(18446744073709551616.0)},
+      {Text(u"&H0"), VT_BOOL, Bool(false)},
+      {Text(u"&H1"), VT_BOOL, Bool(true)},
+  });
+  ExpectRefused({
+      {Text(u"&H100"), VT_I1, DISP_E_OVERFLOW},
+      {Text(u"&H10000"), VT_I2, DISP_E_OVERFLOW},
+      {Text(u"&H100000000"), VT_I4, DISP_E_OVERFLOW},
+      {Text(u"&H10000000000000000"), VT_I8, DISP_E_OVERFLOW},
+      {Text(u"&O2000000000000000000000"), VT_UI8, DISP_E_OVERFLOW},
+      {Text(u"&H10000000000000000"), VT_R8, DISP_E_OVERFLOW},
+      {Text(u"&H10000000000000000G"), VT_R8, DISP_E_TYPEMISMATCH},
+  });
+}
+
 TEST(VariantChangeTypeText, BeyondTheWholeRangeOverflows) {
   ExpectRefused({
       {Text(u"256"), VT_UI1, DISP_E_OVERFLOW},
@@ -113,12 +166,15 @@ TEST(VariantChangeTypeText, BeyondTheFloatsOverflows) {
 // Refused alike by every kind of number.
 TEST(VariantChangeTypeText, ThatIsNoNumberMismatches) {
   const std::u16string_view texts[] = {
-      u"",       u"  ",     u"abc",     u"12abc",  u"x12",   u"1 2",    u"1.2.3",  u"1..2",    u"0x10",
-      u"&H10",   u"&O7",    u"10h",     u"inf",    u"nan",   u"1.#INF", u"-",      u"+",       u"--5",
-      u"+-5",    u"-5-",    u"+5-",     u"5--",    u"- 5",   u"5 -",    u".",      u"-.",      u",",
-      u",5",     u"-,5",    u"1.2,3",   u"e5",     u".e5",   u"1e",     u"1e+",    u"1e-",     u"1e5.5",
-      u"1e5e5",  u"1d5",    u"(5)",     u"$5",     u"5%",    u"5f",     u"1_000",  u"1'0",     u"True",
-      u"\uFF11", u"\u0131", u"1\xD800", u"\xDC00", u"1\0"sv, u"\0"sv,   u"1\0x"sv, u"\u00A01",
+      u"",       u"  ",      u"abc",    u"12abc",  u"x12",   u"1 2",    u"1.2.3",   u"1..2",  u"0x10",
+      u"10h",    u"inf",     u"nan",    u"1.#INF", u"-",     u"+",      u"--5",     u"- ",    u"5  -",
+      u"+-5",    u"-5-",     u"+5-",    u"5--",    u"-  5",  u"5 -",    u".",       u"-.",    u",",
+      u"(-5)",   u"-(5)",    u"(5",     u"5)",     u"()",    u"( 5)",   u"((5))",   u"(5)-",  u"(5)5",
+      u"&",      u"&H",      u"&O",     u"&HG",    u"&O8",   u"&H 1",   u"-&H1",    u"&H1.5", u"&H1-",
+      u"&X1",    u"&1",      u"(&H1)",  u"& H1",   u"&H1,0", u"&&H1",   u"- -5",    u"-\t5",  u"&H\u0660",
+      u",5",     u"-,5",     u"1.2,3",  u"e5",     u".e5",   u"1e",     u"1e+",     u"1e-",   u"1e5.5",
+      u"1e5e5",  u"1d5",     u"$5",     u"5%",     u"5f",    u"1_000",  u"1'0",     u"True",  u"\uFF11",
+      u"\u0131", u"1\xD800", u"\xDC00", u"1\0"sv,  u"\0"sv,  u"1\0x"sv, u"\u00A01",
   };
   for (const std::u16string_view text : texts) {
     ExpectRefused({

@@ -112,6 +112,7 @@ Variant Text(std::u16string_view text) {
 Variant PointerTo(const Variant& target) {
   VariantData data;
   data.byref = const_cast<VariantData*>(&target.Data());
+  if (target.Tag() == VT_DECIMAL) data.byref = const_cast<Variant*>(&target);  // which it fills
   return Variant::FromRaw(static_cast<VARTYPE>(VT_BYREF | target.Tag()), data);
 }
 
