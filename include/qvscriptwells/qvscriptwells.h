@@ -19,6 +19,7 @@
 #include "qvscriptwells/record_list.h"
 #include "qvscriptwells/registry.h"
 #include "qvscriptwells/result_codes.h"
+#include "qvscriptwells/secret_text.h"
 #include "qvscriptwells/serial_date.h"
 #include "qvscriptwells/simple_host.h"
 #include "qvscriptwells/unknown.h"

@@ -1,6 +1,7 @@
 // The services object behind CreateSimpleHost: a fixed user, and a memory for what the sink is told.
 #pragma once
 
+#include "qvscriptwells/secret_text.h"
 #include "qvscriptwells/simple_host.h"
 
 namespace qv {
@@ -8,7 +9,7 @@ namespace qv {
 class SimpleHost final : public IQvClientServices, public IQvClientServicesSink, public ISimpleHost {
  public:
   // Starts with one reference, which the maker owns.
-  explicit SimpleHost(const SimpleHostUser& user) : user_(user) {}
+  explicit SimpleHost(const SimpleHostUser& user) : user_(user) { MarkSecret(user_.usid); }
 
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override { return ++count_; }

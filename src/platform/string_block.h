@@ -12,12 +12,15 @@ namespace qv {
 // E_OUTOFMEMORY.
 BStr NewStringBlock(std::size_t capacity);
 // Moves the block to one with other room, keeping units and length. Only for a block with one owner. The
-// pointer given is dead afterwards; on failure (`_com_error`) it stays good.
+// pointer given is dead afterwards; on failure (`_com_error`) it stays good. Of a secret only the units
+// within its length move.
 BStr ResizeStringBlock(BStr text, std::size_t capacity);
 // Sets the length (at most the capacity) and the closing null.
 void SetStringLength(BStr text, std::size_t length) noexcept;
 // One more owner, who gives it up with FreeString. Null is allowed.
 char16_t* ShareString(char16_t* text) noexcept;
 bool IsShared(const char16_t* text) noexcept;
+// MarkSecret (secret_text.h) was called for the block.
+bool IsSecret(const char16_t* text) noexcept;
 
 }  // namespace qv

@@ -1,5 +1,6 @@
 #include "qvscriptwells/wide_string.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
@@ -10,12 +11,14 @@
 
 #include "platform/string_block.h"
 #include "qvscriptwells/com_error.h"
+#include "qvscriptwells/secret_text.h"
 
 namespace qv {
 namespace {
 
 struct Header {
   std::atomic<std::uint32_t> owners;
+  std::atomic<std::uint32_t> isSecret;
   std::size_t length;
 };
 
@@ -31,17 +34,35 @@ std::size_t BlockBytes(std::size_t units) noexcept {
   return sizeof(Header) + (units + 1) * sizeof(char16_t);
 }
 
+void FreeBlock(Header* header) noexcept {
+  if (header->isSecret.load(std::memory_order_relaxed) != 0)
+    explicit_bzero(UnitsOf(header), (header->length + 1) * sizeof(char16_t));
+  std::free(header);
+}
+
+// The system's own way to resize leaves the old units behind.
+BStr MoveSecret(BStr text, std::size_t capacity) {
+  BStr moved = NewStringBlock(capacity);
+  MarkSecret(moved);
+  const std::size_t length = std::min(StringLength(text), capacity);
+  std::memcpy(moved, text, length * sizeof(char16_t));
+  SetStringLength(moved, length);
+  FreeBlock(HeaderOf(text));
+  return moved;
+}
+
 }  // namespace
 
 BStr NewStringBlock(std::size_t capacity) {
   void* memory = capacity <= kMaxUnits ? std::malloc(BlockBytes(capacity)) : nullptr;
   if (memory == nullptr) _com_raise_error(E_OUTOFMEMORY);
-  BStr text = UnitsOf(new (memory) Header{{1}, 0});
+  BStr text = UnitsOf(new (memory) Header{{1}, {0}, 0});
   text[0] = 0;
   return text;
 }
 
 BStr ResizeStringBlock(BStr text, std::size_t capacity) {
+  if (IsSecret(text)) return MoveSecret(text, capacity);
   void* memory = capacity <= kMaxUnits
                      ? std::realloc(static_cast<void*>(HeaderOf(text)), BlockBytes(capacity))
                      : nullptr;
@@ -63,6 +84,14 @@ bool IsShared(const char16_t* text) noexcept {
   return text != nullptr && HeaderOf(text)->owners.load(std::memory_order_acquire) > 1;
 }
 
+void MarkSecret(const char16_t* text) noexcept {
+  if (text != nullptr) HeaderOf(text)->isSecret.store(1, std::memory_order_relaxed);
+}
+
+bool IsSecret(const char16_t* text) noexcept {
+  return text != nullptr && HeaderOf(text)->isSecret.load(std::memory_order_relaxed) != 0;
+}
+
 BStr AllocString(const char16_t* units, std::size_t length) noexcept {
   try {
     BStr text = NewStringBlock(length);
@@ -81,7 +110,7 @@ void FreeString(BStr text) noexcept {
   // The only owner needs no locked step: nobody else can come.
   if (header->owners.load(std::memory_order_acquire) == 1 ||
       header->owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
-    std::free(header);
+    FreeBlock(header);
 }
 
 std::size_t StringLength(const char16_t* text) noexcept {
@@ -92,6 +121,7 @@ bool ReplaceString(BStr* text, std::u16string_view value) noexcept {
   static const char16_t kNothing[1] = {};
   BStr fresh = AllocString(value.empty() ? kNothing : value.data(), value.size());
   if (fresh == nullptr) return false;
+  if (IsSecret(*text)) MarkSecret(fresh);
   FreeString(*text);
   *text = fresh;
   return true;
@@ -127,7 +157,11 @@ WideString WideString::Attach(BStr text) noexcept {
 }
 
 BStr WideString::Detach() {
-  if (IsShared(text_)) *this = WideString(view());
+  if (IsShared(text_)) {
+    WideString copy(view());
+    if (IsSecret(text_)) MarkSecret(copy);
+    *this = std::move(copy);
+  }
   return std::exchange(text_, nullptr);
 }
 

@@ -7,6 +7,7 @@
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/secret_text.h"
 #include "recordlist/register_formaters.h"
 #include "script/file_downloader.h"
 #include "soap/soap_call.h"
@@ -78,6 +79,7 @@ void ConnectionModelImpl::SetClientServices(IUnknown* services) {
 }
 
 void ConnectionModelImpl::SetUSID(WideString usid) {
+  MarkSecret(usid);
   contextHandle_ = usid;
   state_ = SessionState::kOpen;
 }
@@ -96,6 +98,7 @@ Variant ConnectionModelImpl::RunCommand(const WideString& action, const NamedArg
 }
 
 void ConnectionModelImpl::CreateUserSession(WideString connectionString) {
+  MarkSecret(connectionString);
   NamedArguments map;
   InsertText(map, u"ConnectionString", connectionString);
   AddProxyArguments(map);

@@ -3,6 +3,7 @@
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/secret_text.h"
 
 namespace qv {
 namespace {
@@ -10,20 +11,29 @@ namespace {
 constexpr std::size_t kServiceTextUnits = 256;
 constexpr std::u16string_view kNoProxy = u"@PROXY@";
 
-// A text as services are handed it: with room that they may fill, or replace, or free.
+// A text as services are handed it: with room that they may fill, or replace, or free. It may come to hold a
+// session's id.
 class ServiceText {
  public:
   ServiceText() : text_(AllocString(nullptr, kServiceTextUnits)) {
     if (text_ == nullptr) _com_raise_error(E_OUTOFMEMORY);
+    MarkSecret(text_);
   }
-  ~ServiceText() { FreeString(text_); }
+  ~ServiceText() {
+    MarkSecret(text_);  // whatever stands there now
+    FreeString(text_);
+  }
   ServiceText(const ServiceText&) = delete;
   ServiceText& operator=(const ServiceText&) = delete;
 
   BStr* Place() { return &text_; }
   bool IsNull() const { return text_ == nullptr; }
   // Up to the first null unit; null for none.
-  WideString Text() const { return WideString(static_cast<const char16_t*>(text_)); }
+  WideString Text() const {
+    WideString text(static_cast<const char16_t*>(text_));
+    MarkSecret(text);
+    return text;
+  }
 
  private:
   BStr text_;

@@ -5,6 +5,7 @@
 #include "platform/join_text.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/secret_text.h"
 #include "soap/http_call.h"
 #include "support/namespaces.h"
 #include "support/numbers.h"
@@ -53,6 +54,7 @@ WideString CServerConnector::Fetch(HttpCall& call, const CQvUrl& url, const Wide
   WideString text;
   std::int32_t uncounted = 0;
   call.Check(call.Request()->Read(bytes, &text, &uncounted));
+  if (action.view() == u"CreateUserSession") MarkSecret(text);
   call.Close();
   return text;
 }

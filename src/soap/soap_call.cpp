@@ -77,6 +77,7 @@ CSOAPResponse CSOAPCall::Run(const CQvUrl& url, const WideString& action, const 
 CSOAPResponse CSOAPCall::RunCommand(const CQvUrl& url, const WideString& serviceNamespace,
                                     const NamedArguments& map) {
   WideTextStream stream;
+  stream.HoldsSecret();  // every envelope carries credentials or a session's id
   WriteEnvelope(stream, url, serviceNamespace, map);
   WideString proxy = GetProxy(map);
   const std::uint16_t proxyPort = GetProxyPort(map);

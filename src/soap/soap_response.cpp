@@ -6,6 +6,7 @@
 #include "format/response_value_reader.h"
 #include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/secret_text.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
 #include "xml/qv_dom_error_handlers.h"
@@ -143,6 +144,7 @@ void CSOAPResponse::Parse() {
   QvDomParser parser;
   QvDOMErrorHandlers handlers(true);
   parser.setErrorHandler(&handlers);
+  if (action_.view() == u"CreateUserSession") parser.ClearMemoryAtEnd();
   if (fromFile_) {
     parser.parse(ToUtf8(text_).c_str(), false);
   } else {
@@ -165,7 +167,9 @@ void CSOAPResponse::ReadDocument(const QvDomParser& parser) {
 void CSOAPResponse::ReadAnswer(const XmlNode& answer, const XmlNode& documentElement) {
   if (action_.view() == u"CreateUserSession") {
     const XmlNode text = FindChildOfType(answer.FirstChild(), XmlNode::kText);
-    value_ = Variant::FromString(WideString(text.Value()));
+    const WideString id(text.Value());
+    MarkSecret(id);
+    value_ = Variant::FromString(id);
     return;
   }
   value_ = ReadResponseValue(documentElement.FirstChild().FirstChild());

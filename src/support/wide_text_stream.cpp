@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "platform/string_block.h"
+#include "qvscriptwells/secret_text.h"
 #include "support/escape_units.h"
 
 namespace qv {
@@ -36,6 +37,7 @@ char16_t* PutEscaped(char16_t* to, char16_t unit, std::u16string_view ampersand)
 }  // namespace
 
 WideTextStream::~WideTextStream() {
+  if (text_ != nullptr) SetStringLength(text_, length_);
   FreeString(text_);
 }
 
@@ -44,6 +46,7 @@ char16_t* WideTextStream::Room(std::size_t units) {
   if (text_ == nullptr) {
     capacity_ = std::max(needed, kFirstCapacity);
     text_ = NewStringBlock(capacity_);
+    if (isSecret_) MarkSecret(text_);
   } else if (needed > capacity_) {
     const std::size_t larger = std::max(needed, capacity_ + capacity_ / 2);
     SetStringLength(text_, length_);
@@ -126,6 +129,8 @@ void WideTextStream::AppendAttribute(std::u16string_view name, std::u16string_vi
 
 WideString WideTextStream::TakeText() {
   Room(0);
+  if (isSecret_ && firstNull_ < size())
+    explicit_bzero(text_ + firstNull_, (size() - firstNull_) * sizeof(char16_t));
   SetStringLength(text_, std::min(size(), firstNull_));
   length_ = 0;
   WideString taken = WideString::Attach(text_);

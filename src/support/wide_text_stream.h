@@ -16,6 +16,8 @@ class WideTextStream {
   WideTextStream(const WideTextStream&) = delete;
   WideTextStream& operator=(const WideTextStream&) = delete;
 
+  // Before the first append: what is written is a secret (secret_text.h), and so is the text that is taken.
+  void HoldsSecret() noexcept { isSecret_ = true; }
   // As it stands, null units too.
   void Append(std::u16string_view text);
   // Escaped once, as EncodeXmlText does.
@@ -43,6 +45,7 @@ class WideTextStream {
   BStr text_ = nullptr;
   std::size_t length_ = 0;
   std::size_t capacity_ = 0;
+  bool isSecret_ = false;
   std::size_t firstNull_ = std::u16string_view::npos;
 };
 

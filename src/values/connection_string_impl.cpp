@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "platform/join_text.h"
+#include "qvscriptwells/secret_text.h"
 #include "support/tokenize_string.h"
 
 namespace qv {
@@ -11,6 +12,10 @@ namespace {
 constexpr std::u16string_view kReplicaKey = u"DbReplicationId";
 constexpr std::u16string_view kUserKey = u"Username";
 constexpr std::u16string_view kPasswordKey = u"Password";
+
+void MarkAll(const std::vector<WideString>& texts) noexcept {
+  for (const WideString& text : texts) MarkSecret(text);
+}
 
 }  // namespace
 
@@ -24,6 +29,7 @@ WideString ConnectionStringImpl::get_UserPassword() {
   return userPassword_;
 }
 void ConnectionStringImpl::put_UserPassword(WideString value) {
+  MarkSecret(value);
   userPassword_ = value;
 }
 WideString ConnectionStringImpl::get_DatabaseName() {
@@ -48,15 +54,19 @@ void ConnectionStringImpl::put_DatabaseID(WideString value) {
 WideString ConnectionStringImpl::ToString() {
   text_ = JoinText({text_.view(), kReplicaKey, u"=", replicaId_.view(), u";", kUserKey, u"=",
                     userName_.view(), u";", kPasswordKey, u"=", userPassword_.view(), u";"});
+  MarkSecret(text_);
   return text_;
 }
 
 void ConnectionStringImpl::Initialize(WideString connectionString) {
+  MarkSecret(connectionString);
   std::vector<WideString> pairs;
   std::vector<WideString> pieces;
   const std::size_t count = TokenizeString(connectionString.view(), u";", pairs);
+  MarkAll(pairs);
   for (std::size_t i = 0; i < count; ++i) {
     if (TokenizeString(pairs[i].view(), u"=", pieces) == 0) return;
+    MarkAll(pieces);
     Assign(pieces[0], pieces[1]);
   }
 }

@@ -1,9 +1,11 @@
 #include "xml/parse_memory.h"
 
+#include <malloc.h>
 #include <sys/mman.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 #include <xercesc/util/OutOfMemoryException.hpp>
@@ -78,8 +80,14 @@ ParseMemory::~ParseMemory() {
   while (blocks_ != nullptr) {
     Block* block = blocks_;
     blocks_ = block->next;
+    if (clears_) Clear(block);
     Give(block, block == shared_);
   }
+}
+
+// What was mapped goes back to the system, which clears it.
+void ParseMemory::Clear(Block* block) noexcept {
+  if (block->mapped == 0) explicit_bzero(block + 1, malloc_usable_size(block) - sizeof(Block));
 }
 
 void ParseMemory::Give(Block* block, bool isSpare) noexcept {
@@ -150,6 +158,7 @@ void ParseMemory::deallocate(void* bytes) {
   const std::size_t total = piece->total;
   if (Block* block = piece->alone) {
     Unlink(block);
+    if (clears_) Clear(block);
     std::free(block);
     inUse_ -= total;
   } else if (static_cast<char*>(bytes) - sizeof(Piece) + total == next_) {

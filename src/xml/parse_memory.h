@@ -19,6 +19,8 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   // From now on at most `bytes` may be in use, what is in use already included. Requests below 1 kB may go
   // beyond by up to 16 MB.
   void SetLimit(std::size_t bytes) noexcept { limit_ = bytes; }
+  // From now on what is given back to the system or to the next parser is cleared first.
+  void ClearAtEnd() noexcept { clears_ = true; }
   // Bytes in use. What lies inside a shared block counts until the end, given back or not.
   std::size_t BytesInUse() const noexcept { return inUse_; }
 
@@ -38,6 +40,7 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   void Link(Block* block) noexcept;
   void Unlink(Block* block) noexcept;
   static void Give(Block* block, bool isSpare) noexcept;
+  static void Clear(Block* block) noexcept;
 
   Block* blocks_ = nullptr;  // all that the system gave, the newest first
   Block* shared_ = nullptr;  // the one that pieces are cut from
@@ -45,6 +48,7 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   char* end_ = nullptr;
   std::size_t inUse_ = 0;
   std::size_t limit_ = static_cast<std::size_t>(-1);
+  bool clears_ = false;
 };
 
 }  // namespace qv

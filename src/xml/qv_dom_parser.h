@@ -59,6 +59,9 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   // the XML library's OutOfMemoryException. EQvException for names that FileNameToUrl refuses.
   void parse(const char* fileName, bool reuse);
 
+  // Before the parse: the document holds a secret, so what was read is cleared when the parser goes.
+  void ClearMemoryAtEnd() noexcept { Memory().ClearAtEnd(); }
+
   // What the parser and its document take; for tests and measurements.
   std::size_t BytesInUse() const noexcept { return Memory().BytesInUse(); }
 

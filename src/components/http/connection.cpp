@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <mutex>
 #include <new>
 #include <string>
@@ -125,6 +126,7 @@ Connection::Connection(const Endpoint& endpoint, TransferWatch& watch)
 }
 
 Connection::~Connection() {
+  ClearBuffer();
   if (owner_ != getpid()) DetachFromParent();
   const SigpipeGuard guard(endpoint_.secure);
   handle_.reset();
@@ -215,6 +217,7 @@ Connection::Arrival Connection::Receive() {
   if (code == CURLE_AGAIN) return Arrival::kNothingYet;
   if (code != CURLE_OK) ThrowCurl(code, words_);
   end_ += received;
+  filled_ = std::max(filled_, end_);
   return received == 0 ? Arrival::kClosed : Arrival::kBytes;
 }
 
@@ -238,6 +241,11 @@ std::string_view Connection::Buffered() const noexcept {
 
 void Connection::Take(std::size_t bytes) noexcept {
   begin_ += std::min(bytes, end_ - begin_);
+}
+
+void Connection::ClearBuffer() noexcept {
+  explicit_bzero(buffer_.data(), filled_);
+  begin_ = end_ = filled_ = 0;
 }
 
 }  // namespace qv

@@ -44,6 +44,8 @@ class Connection {
   // Bytes that arrived and were not taken. The view lives until the next Receive.
   std::string_view Buffered() const noexcept;
   void Take(std::size_t bytes) noexcept;
+  // An exchange is over: what arrived in it is cleared, taken or not.
+  void ClearBuffer() noexcept;
   // TLS may hold bytes that poll() does not see.
   bool MayHoldBytes() const noexcept { return endpoint_.secure || filledUp_; }
 
@@ -64,6 +66,7 @@ class Connection {
   std::vector<char> buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
+  std::size_t filled_ = 0;  // the most that ever stood there since it was cleared
   bool filledUp_ = false;
   std::chrono::steady_clock::time_point idleSince_{};
 };

@@ -151,7 +151,10 @@ bool HttpExchange::IsReusable() {
 
 ConnectionPtr HttpExchange::Finish() noexcept {
   try {
-    if (IsReusable()) return std::move(connection_);
+    if (IsReusable()) {
+      connection_->ClearBuffer();
+      return std::move(connection_);
+    }
   } catch (...) {  // spoilt trailers: the connection closes
   }
   connection_.reset();

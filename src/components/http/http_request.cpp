@@ -128,9 +128,9 @@ void HttpRequest::BeginExchange() {
 // The head is written into the room before the body, so that both go out as one piece without another copy.
 void HttpRequest::CheckedSend(std::u16string_view body, std::u16string_view extra) {
   const RoomyBytes wire = EncodeUtf8WithRoom(body, extra, head_.MostBytes());
-  const std::string head = head_.Text(static_cast<std::int64_t>(wire.size));
+  const SecretBytes head = head_.Text(static_cast<std::int64_t>(wire.size));
   char* start = wire.Text() - head.size();
-  std::copy(head.begin(), head.end(), start);
+  head.view().copy(start, head.size());
   BeginExchange();
   try {
     exchange_->Send({start, head.size() + wire.size}, head.size());
@@ -154,10 +154,10 @@ HRESULT HttpRequest::SendFile(const WideString& path) noexcept try {
 
 void HttpRequest::CheckedSendFile(const WideString& path) {
   SourceFile file(path);
-  const std::string head = head_.Text(file.Size());
+  const SecretBytes head = head_.Text(file.Size());
   BeginExchange();
   try {
-    exchange_->SendFile(head, file);
+    exchange_->SendFile(head.view(), file);
     exchange_->ReceiveHead();
   } catch (...) {
     Fail();
@@ -210,7 +210,7 @@ void HttpRequest::CheckLimits(std::int32_t length) const {
 WideString HttpRequest::CheckedRead(std::int32_t length) {
   CheckLimits(length);
   try {
-    std::string gathered;
+    SecretBytes gathered;
     return Decode(Gather(static_cast<std::size_t>(length), &gathered));
   } catch (...) {
     Fail();
@@ -220,19 +220,19 @@ WideString HttpRequest::CheckedRead(std::int32_t length) {
 
 // A view of `length` bytes: of the connection's buffer when they are all there, else of *gathered, which
 // grows with what arrives and not with what was promised.
-std::string_view HttpRequest::Gather(std::size_t length, std::string* gathered) {
+std::string_view HttpRequest::Gather(std::size_t length, SecretBytes* gathered) {
   if (length == 0) return {};
   const std::string_view first = exchange_->NextBody(length);
   if (first.size() == length) return first;
-  gathered->assign(first);
+  gathered->Append(first);
   while (gathered->size() < length) {
     const std::string_view piece = exchange_->NextBody(length - gathered->size());
     if (piece.empty())
       ThrowCurl(CURLE_PARTIAL_FILE, "transfer closed with " + std::to_string(length - gathered->size()) +
                                         " bytes remaining to read");
-    gathered->append(piece);
+    gathered->Append(piece);
   }
-  return *gathered;
+  return gathered->view();
 }
 
 WideString HttpRequest::Decode(std::string_view bytes) {
@@ -242,10 +242,11 @@ WideString HttpRequest::Decode(std::string_view bytes) {
     charset_.emplace(contentType, bytes);
     bytes.remove_prefix(charset_->MarkSize(bytes));
   }
-  std::string joined;
+  SecretBytes joined;
   if (!openTail_.empty()) {
-    joined = openTail_ + std::string(bytes);
-    bytes = joined;
+    joined.Append(openTail_);
+    joined.Append(bytes);
+    bytes = joined.view();
   }
   const std::size_t tail = exchange_->IsAtEnd() ? 0 : charset_->OpenTail(bytes);
   openTail_.assign(bytes.substr(bytes.size() - tail));

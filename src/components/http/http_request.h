@@ -60,7 +60,7 @@ class HttpRequest final : public IHttpRequest, public ISupportErrorInfo {
   std::int64_t CheckedReadToFile(const WideString& path);
   void BeginExchange();
   void CheckLimits(std::int32_t length) const;
-  std::string_view Gather(std::size_t length, std::string* gathered);
+  std::string_view Gather(std::size_t length, SecretBytes* gathered);
   WideString Decode(std::string_view bytes);
   WideString HeaderValue(std::u16string_view name) const;
   void Fail() noexcept;

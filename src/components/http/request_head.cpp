@@ -31,11 +31,11 @@ void RequestHead::Add(std::u16string_view name, std::u16string_view value) {
   if (!IsToken(name)) ThrowBadArgument("The name of a header is no word of HTTP");
   if (!IsFieldValue(value)) ThrowBadArgument("The value of a header holds CR, LF or NUL");
   if (IsFramingName(name)) ThrowBadArgument("The length of the body is not the caller's to set");
-  std::string line(name.begin(), name.end());
-  line += ": ";
-  line += EncodeUtf8(value);
-  line += "\r\n";
-  fields_ += line;
+  const RoomyBytes text = EncodeUtf8WithRoom(value, {}, 0);
+  fields_.Append(std::string(name.begin(), name.end()));
+  fields_.Append(": ");
+  fields_.Append({text.Text(), text.size});
+  fields_.Append("\r\n");
   hasHost_ = hasHost_ || EqualsIgnoringCase(name, "host");
 }
 
@@ -44,15 +44,15 @@ std::size_t RequestHead::MostBytes() const noexcept {
          kEnd.size();
 }
 
-std::string RequestHead::Text(std::int64_t contentLength) const {
-  std::string text;
-  text.reserve(MostBytes());
-  text += requestLine_;
-  if (!hasHost_) text += ownHost_;
-  text += fields_;
-  text += kLengthName;
-  text += std::to_string(contentLength);
-  text += kEnd;
+SecretBytes RequestHead::Text(std::int64_t contentLength) const {
+  SecretBytes text;
+  text.Reserve(MostBytes());
+  text.Append(requestLine_);
+  if (!hasHost_) text.Append(ownHost_);
+  text.Append(fields_.view());
+  text.Append(kLengthName);
+  text.Append(std::to_string(contentLength));
+  text.Append(kEnd);
   return text;
 }
 

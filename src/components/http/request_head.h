@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "components/http/endpoint.h"
+#include "components/http/secret_bytes.h"
 
 namespace qv {
 
@@ -23,12 +24,12 @@ class RequestHead {
   // The whole head, empty line included, is never longer than this.
   std::size_t MostBytes() const noexcept;
   // A `Host` header is put first when the caller has set none.
-  std::string Text(std::int64_t contentLength) const;
+  SecretBytes Text(std::int64_t contentLength) const;
 
  private:
   std::string requestLine_;
   std::string ownHost_;
-  std::string fields_;
+  SecretBytes fields_;
   bool hasHost_ = false;
   bool verbIsHead_;
 };

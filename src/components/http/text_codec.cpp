@@ -233,6 +233,7 @@ bool Iconv::Run(char** in, std::size_t* left, std::u16string* out) {
     const std::size_t result = iconv(converter_, in, left, &next, &room);
     const int error = errno;
     out->append(units, (sizeof(units) - room) / sizeof(char16_t));
+    explicit_bzero(units, sizeof(units) - room);
     if (result != static_cast<std::size_t>(-1)) return true;
     if (error == E2BIG) continue;
     return false;
@@ -250,12 +251,12 @@ std::string EncodeUtf8(std::u16string_view text) {
 RoomyBytes EncodeUtf8WithRoom(std::u16string_view first, std::u16string_view second, std::size_t room) {
   RoomyBytes bytes;
   bytes.room = room;
-  bytes.block.reset(new char[room + first.size() + second.size()]);
+  bytes.block = NewSecretBlock(room + first.size() + second.size());
   const std::size_t plain = NarrowAscii(first.data(), first.size(), bytes.Text());
   first.remove_prefix(plain);
   const std::size_t total = plain + Utf8Size(first) + Utf8Size(second);
   if (!first.empty() || total > plain + second.size()) {
-    std::unique_ptr<char[]> larger(new char[room + total]);
+    SecretBlock larger = NewSecretBlock(room + total);
     std::memcpy(larger.get() + room, bytes.Text(), plain);
     bytes.block = std::move(larger);
   }
@@ -306,6 +307,7 @@ bool DecodeByIconv(std::string_view bytes, const std::string& charset, WideStrin
   Iconv converter(charset);
   if (!converter.IsOpen()) return false;
   std::u16string units;
+  units.reserve(bytes.size());  // no charset has more characters than bytes, so it does not move
   char* in = const_cast<char*>(bytes.data());  // iconv reads only; its type is older than const
   std::size_t left = bytes.size();
   while (left > 0 && !converter.Run(&in, &left, &units)) {
@@ -315,6 +317,7 @@ bool DecodeByIconv(std::string_view bytes, const std::string& charset, WideStrin
     --left;
   }
   *text = WideString(std::u16string_view(units));
+  explicit_bzero(units.data(), units.size() * sizeof(char16_t));
   return true;
 }
 

@@ -3,17 +3,17 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <string_view>
 
+#include "components/http/secret_bytes.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {
 
 // Bytes with free room before them, so that a head of a length not yet known can be put there without a copy.
 struct RoomyBytes {
-  std::unique_ptr<char[]> block;
+  SecretBlock block;
   std::size_t room = 0;  // bytes before the text
   std::size_t size = 0;  // bytes of the text, behind the room
 

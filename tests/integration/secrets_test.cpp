@@ -1,0 +1,142 @@
+// What the memory of a host still holds of a password and of a session's id. The server is a process of its
+// own, and this one holds both only in a disguise, so whatever is found was left there by the library.
+#include <gtest/gtest.h>
+#include <string.h>  // NOLINT(modernize-deprecated-headers): explicit_bzero
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fixtures/raw_server.h"
+#include "fixtures/temporary_directory.h"
+#include "memory_search.h"
+#include "qvscriptwells/qvscriptwells.h"
+
+namespace qv::test {
+namespace {
+
+using Places = std::vector<std::string>;
+using Sending = RawScript& (RawScript::*)(const std::string&);
+
+std::string Envelope(const std::string& body) {
+  return RawAnswerText("<soap:Envelope><soap:Body>" + body + "</soap:Body></soap:Envelope>");
+}
+
+RawScript Session(const std::string& id, Sending send) {
+  RawScript script;
+  script.ReadRequest();
+  (script.*send)(Envelope("<CreateUserSessionResponse><CreateUserSessionResult>" + id +
+                          "</CreateUserSessionResult></CreateUserSessionResponse>"));
+  script.ReadRequest();
+  (script.*send)(Envelope("<ExecuteResponse><r xsi:type=\"xsd:string\">done</r></ExecuteResponse>"));
+  script.ReadRequest();
+  (script.*send)(RawAnswerText("content", "Content-Disposition: attachment; filename=a.txt\r\n"));
+  script.ReadRequest();
+  (script.*send)(Envelope("<CloseUserSessionResponse/>"));
+  return script;
+}
+
+// A server in a process of its own, which alone knows the session's id in the clear.
+class ServerProcess {
+ public:
+  ServerProcess(const MarkedText& id, Sending send) {
+    int ports[2] = {};
+    if (pipe(ports) != 0) throw std::runtime_error("no pipe");
+    child_ = fork();
+    if (child_ == 0) Serve(Session(id.Text(), send), ports[1]);
+    if (read(ports[0], &port_, sizeof port_) != sizeof port_) throw std::runtime_error("no server");
+    close(ports[0]);
+    close(ports[1]);
+  }
+  ~ServerProcess() {
+    kill(child_, SIGKILL);
+    waitpid(child_, nullptr, 0);
+  }
+  ServerProcess(const ServerProcess&) = delete;
+  ServerProcess& operator=(const ServerProcess&) = delete;
+
+  std::string Url() const { return "http://127.0.0.1:" + std::to_string(port_); }
+
+ private:
+  [[noreturn]] static void Serve(const RawScript& script, int ports) {
+    RawServer server;
+    server.Expect(script);
+    const std::uint16_t port = server.Port();
+    if (write(ports, &port, sizeof port) != sizeof port) _exit(1);
+    for (;;) pause();
+  }
+
+  pid_t child_ = -1;
+  std::uint16_t port_ = 0;
+};
+
+// The host clears what it wrote itself; the string is the library's.
+WideString InTheClear(const MarkedText& text) {
+  char16_t letters[MarkedText::kLetters];
+  text.Reveal(letters);
+  WideString result(std::u16string_view(letters, MarkedText::kLetters));
+  explicit_bzero(letters, sizeof letters);
+  return result;
+}
+
+WideString ConnectionText(const MarkedText& password) {
+  const IConnectionStringPtr fields = CreateConnectionString();
+  ThrowIfFailed(fields->put_UserName(u"joe"));
+  ThrowIfFailed(fields->put_UserPassword(InTheClear(password)));
+  WideString text;
+  ThrowIfFailed(fields->ToString(&text));
+  return text;
+}
+
+class Secrets : public ::testing::Test {
+ protected:
+  void RunSession(Sending send) {
+    const ServerProcess server(id_, send);
+    const IQvClientServicesPtr host = CreateSimpleHost({u"joe"});
+    const IConnectionModelPtr model = CreateConnectionModel(FromUtf8(server.Url()), u"", host.get());
+    Open(model.get());
+    Work(model.get(), FromUtf8(server.Url()));
+    ThrowIfFailed(model->CloseUserSession());
+    EXPECT_EQ(password_.FindInMemory(), Places()) << "the password, after the session";
+    EXPECT_EQ(id_.FindInMemory(), Places()) << "the id, after the session";
+  }
+
+  void Open(IConnectionModel* model) {
+    EXPECT_EQ(password_.FindInMemory(), Places()) << "the password, before its use";
+    {
+      const WideString text = ConnectionText(password_);
+      EXPECT_NE(password_.FindInMemory(), Places()) << "what is there is not found";
+      ThrowIfFailed(model->CreateUserSession(text));
+    }
+    EXPECT_EQ(password_.FindInMemory(), Places()) << "the password, in an open session";
+    // The one block that the model and the host's services share.
+    EXPECT_EQ(id_.FindInMemory(), (Places{"[heap] UTF-16 front", "[heap] UTF-16 back"}));
+  }
+
+  void Work(IConnectionModel* model, const WideString& url) {
+    Variant result;
+    ThrowIfFailed(model->Execute(u"JavaScript", u"'a&b'", nullptr, &result));
+    const std::u16string address = std::u16string(url.view()) + u"/a.txt";
+    WideString path;
+    ThrowIfFailed(model->DownloadFile(address, FromUtf8(directory_.Path()), &path));
+    EXPECT_EQ(id_.FindInMemory(), (Places{"[heap] UTF-16 front", "[heap] UTF-16 back"})) << "after work";
+  }
+
+  MarkedText password_;
+  MarkedText id_;
+  TemporaryDirectory directory_;
+};
+
+TEST_F(Secrets, LeaveNothingBehind) {
+  RunSession(&RawScript::Write);
+}
+
+TEST_F(Secrets, LeaveNothingBehindWhenAnswersComeInPieces) {
+  RunSession(&RawScript::WriteByteByByte);
+}
+
+}  // namespace
+}  // namespace qv::test
