@@ -20,7 +20,10 @@ void SetStringLength(BStr text, std::size_t length) noexcept;
 // One more owner, who gives it up with FreeString. Null is allowed.
 char16_t* ShareString(char16_t* text) noexcept;
 bool IsShared(const char16_t* text) noexcept;
-// MarkSecret (secret_text.h) was called for the block.
+// Only so many units at the front are a secret (secret_text.h): a long text that holds one pays for them
+// alone.
+void MarkSecretFront(const char16_t* text, std::size_t units) noexcept;
+// The block is marked by one of the two.
 bool IsSecret(const char16_t* text) noexcept;
 
 }  // namespace qv

@@ -18,10 +18,11 @@ namespace {
 
 struct Header {
   std::atomic<std::uint32_t> owners;
-  std::atomic<std::uint32_t> isSecret;
+  std::atomic<std::uint32_t> secretUnits;  // at the front; kAllUnits for all
   std::size_t length;
 };
 
+constexpr std::uint32_t kAllUnits = std::numeric_limits<std::uint32_t>::max();
 constexpr std::size_t kMaxUnits = (std::numeric_limits<std::size_t>::max() - sizeof(Header)) / 2 - 1;
 
 Header* HeaderOf(const char16_t* text) noexcept {
@@ -34,13 +35,25 @@ std::size_t BlockBytes(std::size_t units) noexcept {
   return sizeof(Header) + (units + 1) * sizeof(char16_t);
 }
 
+// How many units at the front are a secret.
+std::size_t SecretUnits(const char16_t* text) noexcept {
+  const std::size_t marked = HeaderOf(text)->secretUnits.load(std::memory_order_relaxed);
+  return marked == kAllUnits ? StringLength(text) : std::min(marked, StringLength(text));
+}
+
 void FreeBlock(Header* header) noexcept {
-  if (header->isSecret.load(std::memory_order_relaxed) != 0)
-    explicit_bzero(UnitsOf(header), (header->length + 1) * sizeof(char16_t));
+  char16_t* const text = UnitsOf(header);
+  if (IsSecret(text)) explicit_bzero(text, SecretUnits(text) * sizeof(char16_t));
   std::free(header);
 }
 
-// The system's own way to resize leaves the old units behind.
+// Null when there is no memory; the block given is good then. What it leaves behind is not cleared.
+BStr Reallocate(BStr text, std::size_t capacity) noexcept {
+  if (capacity > kMaxUnits) return nullptr;
+  void* const memory = std::realloc(static_cast<void*>(HeaderOf(text)), BlockBytes(capacity));
+  return memory == nullptr ? nullptr : UnitsOf(static_cast<Header*>(memory));
+}
+
 BStr MoveSecret(BStr text, std::size_t capacity) {
   BStr moved = NewStringBlock(capacity);
   MarkSecret(moved);
@@ -48,6 +61,16 @@ BStr MoveSecret(BStr text, std::size_t capacity) {
   std::memcpy(moved, text, length * sizeof(char16_t));
   SetStringLength(moved, length);
   FreeBlock(HeaderOf(text));
+  return moved;
+}
+
+// The front stands aside meanwhile, so that a long text need not be copied.
+BStr ReallocateWithoutFront(BStr text, std::size_t capacity, std::size_t secretUnits) {
+  const WideString front(std::u16string_view(text, secretUnits));
+  MarkSecret(front);
+  explicit_bzero(text, secretUnits * sizeof(char16_t));
+  BStr moved = Reallocate(text, capacity);
+  std::memcpy(moved == nullptr ? text : moved, front.data(), secretUnits * sizeof(char16_t));
   return moved;
 }
 
@@ -62,12 +85,11 @@ BStr NewStringBlock(std::size_t capacity) {
 }
 
 BStr ResizeStringBlock(BStr text, std::size_t capacity) {
-  if (IsSecret(text)) return MoveSecret(text, capacity);
-  void* memory = capacity <= kMaxUnits
-                     ? std::realloc(static_cast<void*>(HeaderOf(text)), BlockBytes(capacity))
-                     : nullptr;
-  if (memory == nullptr) _com_raise_error(E_OUTOFMEMORY);
-  return UnitsOf(static_cast<Header*>(memory));
+  const std::size_t secret = SecretUnits(text);
+  if (secret != 0 && secret >= std::min(StringLength(text), capacity)) return MoveSecret(text, capacity);
+  BStr moved = secret == 0 ? Reallocate(text, capacity) : ReallocateWithoutFront(text, capacity, secret);
+  if (moved == nullptr) _com_raise_error(E_OUTOFMEMORY);
+  return moved;
 }
 
 void SetStringLength(BStr text, std::size_t length) noexcept {
@@ -85,11 +107,16 @@ bool IsShared(const char16_t* text) noexcept {
 }
 
 void MarkSecret(const char16_t* text) noexcept {
-  if (text != nullptr) HeaderOf(text)->isSecret.store(1, std::memory_order_relaxed);
+  if (text != nullptr) HeaderOf(text)->secretUnits.store(kAllUnits, std::memory_order_relaxed);
+}
+
+void MarkSecretFront(const char16_t* text, std::size_t units) noexcept {
+  const auto marked = static_cast<std::uint32_t>(std::min<std::size_t>(units, kAllUnits));
+  HeaderOf(text)->secretUnits.store(marked, std::memory_order_relaxed);
 }
 
 bool IsSecret(const char16_t* text) noexcept {
-  return text != nullptr && HeaderOf(text)->isSecret.load(std::memory_order_relaxed) != 0;
+  return text != nullptr && HeaderOf(text)->secretUnits.load(std::memory_order_relaxed) != 0;
 }
 
 BStr AllocString(const char16_t* units, std::size_t length) noexcept {

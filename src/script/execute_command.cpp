@@ -106,6 +106,7 @@ WideString CExecuteCommand::FormatValue(WideString typeName, Variant value) {
 
 void CExecuteCommand::Write(WideTextStream& stream, const WideString& serviceUrl, const NamedArguments& map) {
   WriteEnvelopeHead(stream, map.at(u"ContextHandle").Text());
+  stream.EndSecret();
   WriteScriptDocument(stream, map);
   if (map.find(u"parameters") == map.end()) {
     WriteNoParameters(stream);

@@ -60,6 +60,11 @@ void WideTextStream::Wrote(const char16_t* end) {
   length_ = static_cast<std::size_t>(end - text_);
 }
 
+void WideTextStream::EndSecret() noexcept {
+  if (isSecret_ && text_ != nullptr) MarkSecretFront(text_, length_);
+  isSecret_ = false;
+}
+
 void WideTextStream::Append(std::u16string_view text) {
   if (text.empty()) return;
   const std::size_t null = firstNull_ == kNone ? text.find(u'\0') : kNone;

@@ -18,6 +18,8 @@ class WideTextStream {
 
   // Before the first append: what is written is a secret (secret_text.h), and so is the text that is taken.
   void HoldsSecret() noexcept { isSecret_ = true; }
+  // What is written from now on is none.
+  void EndSecret() noexcept;
   // As it stands, null units too.
   void Append(std::u16string_view text);
   // Escaped once, as EncodeXmlText does.

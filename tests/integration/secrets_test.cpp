@@ -6,6 +6,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <functional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,14 +41,15 @@ RawScript Session(const std::string& id, Sending send) {
   return script;
 }
 
-// A server in a process of its own, which alone knows the session's id in the clear.
+// A server in a process of its own, which alone has the session's id in the clear.
 class ServerProcess {
  public:
-  ServerProcess(const MarkedText& id, Sending send) {
+  // `session` is asked in the new process.
+  explicit ServerProcess(const std::function<RawScript()>& session) {
     int ports[2] = {};
     if (pipe(ports) != 0) throw std::runtime_error("no pipe");
     child_ = fork();
-    if (child_ == 0) Serve(Session(id.Text(), send), ports[1]);
+    if (child_ == 0) Serve(session(), ports[1]);
     if (read(ports[0], &port_, sizeof port_) != sizeof port_) throw std::runtime_error("no server");
     close(ports[0]);
     close(ports[1]);
@@ -94,9 +97,8 @@ WideString ConnectionText(const MarkedText& password) {
 class Secrets : public ::testing::Test {
  protected:
   void RunSession(Sending send) {
-    const ServerProcess server(id_, send);
-    const IQvClientServicesPtr host = CreateSimpleHost({u"joe"});
-    const IConnectionModelPtr model = CreateConnectionModel(FromUtf8(server.Url()), u"", host.get());
+    const ServerProcess server([&] { return Session(id_.Text(), send); });
+    const IConnectionModelPtr model = CreateConnectionModel(FromUtf8(server.Url()), u"", host_.get());
     Open(model.get());
     Work(model.get(), FromUtf8(server.Url()));
     ThrowIfFailed(model->CloseUserSession());
@@ -122,12 +124,31 @@ class Secrets : public ::testing::Test {
     const std::u16string address = std::u16string(url.view()) + u"/a.txt";
     WideString path;
     ThrowIfFailed(model->DownloadFile(address, FromUtf8(directory_.Path()), &path));
+    AdoptAgain();
     EXPECT_EQ(id_.FindInMemory(), (Places{"[heap] UTF-16 front", "[heap] UTF-16 back"})) << "after work";
+  }
+
+  // The services write the id into a text that they are handed.
+  void AdoptAgain() {
+    const IQvScriptwellsPtr client = CreateQvScriptwells();
+    const IQvClientServiceRawPtr raw(
+        static_cast<IQvClientServiceRaw*>(QueryFor(client.get(), IQvClientServiceRaw::kIid)), false);
+    ThrowIfFailed(raw->Init(CreateSimpleServiceProvider(host_.get()).get()));
+    ThrowIfFailed(client->put_ServerName(u"http://127.0.0.1:1"));
+    EXPECT_NE(ModelOf(client.get()), nullptr);
+  }
+
+  void RunRefusal(const RawScript& script) {
+    const ServerProcess server([&] { return script; });
+    const IConnectionModelPtr model = CreateConnectionModel(FromUtf8(server.Url()), u"", host_.get());
+    EXPECT_NE(model->CreateUserSession(ConnectionText(password_)), S_OK);
+    EXPECT_EQ(password_.FindInMemory(), Places());
   }
 
   MarkedText password_;
   MarkedText id_;
   TemporaryDirectory directory_;
+  IQvClientServicesPtr host_ = CreateSimpleHost({u"joe"});
 };
 
 TEST_F(Secrets, LeaveNothingBehind) {
@@ -136,6 +157,15 @@ TEST_F(Secrets, LeaveNothingBehind) {
 
 TEST_F(Secrets, LeaveNothingBehindWhenAnswersComeInPieces) {
   RunSession(&RawScript::WriteByteByByte);
+}
+
+TEST_F(Secrets, LeaveNothingBehindWhenTheServerRefuses) {
+  RunRefusal(RawScript().ReadRequest().Write(
+      Envelope("<soap:Fault><faultstring>not you</faultstring></soap:Fault>")));
+}
+
+TEST_F(Secrets, LeaveNothingBehindWhenTheConnectionBreaks) {
+  RunRefusal(RawScript().ReadRequest().Reset());
 }
 
 }  // namespace

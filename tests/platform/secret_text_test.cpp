@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 #include "platform/string_block.h"
+#include "qvscriptwells/com_error.h"
 
 namespace qv {
 namespace {
@@ -55,6 +58,26 @@ TEST(SecretText, ResizedBlockKeepsMarkUnitsAndLength) {
   EXPECT_EQ(text[4], u'\0');
   text = ResizeStringBlock(text, 2);
   EXPECT_EQ(std::u16string_view(text, StringLength(text)), u"wo");
+  FreeString(text);
+}
+
+TEST(SecretText, FrontStaysWhereTheRestIsResized) {
+  BStr text = AllocString(u"word and more", 13);
+  MarkSecretFront(text, 4);
+  for (const std::size_t capacity : {std::size_t{100000}, std::size_t{20}, std::size_t{13}}) {
+    text = ResizeStringBlock(text, capacity);
+    EXPECT_TRUE(IsSecret(text));
+    EXPECT_EQ(std::u16string_view(text, StringLength(text)), u"word and more");
+    EXPECT_EQ(text[13], u'\0');
+  }
+  FreeString(text);
+}
+
+TEST(SecretText, FrontOfAFailedResizeStays) {
+  BStr text = AllocString(u"word and more", 13);
+  MarkSecretFront(text, 4);
+  EXPECT_THROW(text = ResizeStringBlock(text, SIZE_MAX / 2), _com_error);
+  EXPECT_EQ(std::u16string_view(text, StringLength(text)), u"word and more");
   FreeString(text);
 }
 
