@@ -6,6 +6,7 @@
 #include "devservice/script_document.h"
 #include "devservice/script_files.h"
 #include "devservice/soap_answer.h"
+#include "devservice/well_formed.h"
 
 namespace qv::devservice {
 namespace {
@@ -44,6 +45,11 @@ bool IsXmlType(std::string_view contentType) {
 // Codes up to here mean that the sender has to change the request.
 bool IsClientsFault(int code) {
   return code >= kBadRequest && code <= kUnsupportedType;
+}
+
+void ExpectWellFormed(std::string_view xml, const char* encoding, int code, const std::string& what) {
+  const std::string fault = FaultInXml(xml, encoding);
+  if (!fault.empty()) throw FaultError(code, what + " is not well-formed XML: " + fault + ".", "request");
 }
 
 std::atomic<std::uint64_t> ServiceStats::*CounterOf(Action action) {
@@ -135,15 +141,16 @@ HttpAnswer Endpoint::HandleSoap(const HttpRequest& request, const OddForms& form
 }
 
 HttpAnswer Endpoint::Perform(const HttpRequest& http, const OddForms& forms) {
+  if (forms.strictXml) ExpectWellFormed(http.body, nullptr, kBadRequest, "The request");
   const SoapRequest request = ParseSoapRequest(http.body, http.soapAction, spaces_);
   ++(stats_.*CounterOf(request.action));
-  const ScriptResult result = Carry(request, MakeTransferUrls(http, kServicePath, forms.transfer));
+  const ScriptResult result = Carry(request, MakeTransferUrls(http, kServicePath, forms.transfer), forms);
   if (result.kind == ResultKind::kFault)
     return Fault({result.code, result.text, result.source, false}, forms);
   return WriteAnswer(request.action, result, spaces_, forms);
 }
 
-ScriptResult Endpoint::Carry(const SoapRequest& request, const TransferUrls& urls) {
+ScriptResult Endpoint::Carry(const SoapRequest& request, const TransferUrls& urls, const OddForms& forms) {
   switch (request.action) {
     case Action::kCreateUserSession:
       return {ResultKind::kValue, "string", sessions_.Open(request.connectionString), 0, ""};
@@ -153,11 +160,15 @@ ScriptResult Endpoint::Carry(const SoapRequest& request, const TransferUrls& url
     case Action::kExecute:
       break;
   }
-  return RunScript(request, urls);
+  return RunScript(request, urls, forms);
 }
 
-ScriptResult Endpoint::RunScript(const SoapRequest& request, const TransferUrls& urls) {
+ScriptResult Endpoint::RunScript(const SoapRequest& request, const TransferUrls& urls,
+                                 const OddForms& forms) {
   ScriptFiles files(sessions_.Use(request.sessionId), spool_);
+  // As the document arrived: a server that parses it knows nothing of renderings.
+  if (forms.strictXml)
+    ExpectWellFormed(request.scriptDocument, "UTF-8", kBadScriptDocument, "The script document");
   ScriptJob job{ReadScriptDocument(request.scriptDocument, spaces_), request.parameters};
   files.Prepare(job, urls);
   const ScriptResult result = pool_.Run(job);

@@ -45,8 +45,8 @@ class Endpoint : public RequestHandler {
   HttpAnswer HandleService(const HttpRequest& request);
   HttpAnswer HandleSoap(const HttpRequest& request, const OddForms& forms);
   HttpAnswer Perform(const HttpRequest& http, const OddForms& forms);
-  ScriptResult Carry(const SoapRequest& request, const TransferUrls& urls);
-  ScriptResult RunScript(const SoapRequest& request, const TransferUrls& urls);
+  ScriptResult Carry(const SoapRequest& request, const TransferUrls& urls, const OddForms& forms);
+  ScriptResult RunScript(const SoapRequest& request, const TransferUrls& urls, const OddForms& forms);
   HttpAnswer Fault(const FaultContent& fault, const OddForms& forms);
   bool RefusesStill(const std::string& path);
 

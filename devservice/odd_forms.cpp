@@ -26,6 +26,7 @@ constexpr OddForm kOddForms[] = {
     {"refuse2", [](OddForms& forms) { forms.refuseTwice = true; }},
     {"latin1", [](OddForms& forms) { forms.charset = Charset::kLatin1; }},
     {"utf16", [](OddForms& forms) { forms.charset = Charset::kUtf16; }},
+    {"strictxml", [](OddForms& forms) { forms.strictXml = true; }},
     {"zero", [](OddForms& forms) { forms.empty = true; }},
 };
 

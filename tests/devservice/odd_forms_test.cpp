@@ -185,7 +185,7 @@ TEST_F(Odd, UnknownNameIsRefusedWithTheNames) {
   EXPECT_EQ(answer.head.substr(0, 12), "HTTP/1.1 404");
   EXPECT_NE(
       answer.body.find("ns2, status500, nolength, chunked, cut, stall, stallhead, whitespace, html, spoil, "
-                       "refuse2, latin1, utf16, zero, url-empty-parts, url-no-caption, "),
+                       "refuse2, latin1, utf16, strictxml, zero, url-empty-parts, url-no-caption, "),
       std::string::npos);
 }
 
@@ -201,6 +201,39 @@ TEST_F(Odd, StopEndsAStallAtOnce) {
   const auto start = Clock::now();
   service_->Stop();
   EXPECT_LT(Clock::now() - start, std::chrono::seconds(3));
+}
+
+// What clients write beyond the basic plane, and what every other server of the field takes.
+TEST_F(Odd, StrictXmlRefusesParametersThatAreNotWellFormed) {
+  const auto run = [this](const std::string& prefix, const std::string& text) {
+    const std::string parameters = ArrayOf(1, ParameterElement("p", "xsd:string", text));
+    return Post(prefix, "Execute", ExecuteEnvelope(session_, "parameters.p", parameters)).body;
+  };
+  EXPECT_EQ(ValueIn(run("", "&#55357;&#56832;")), "xsd:string|\xF0\x9F\x98\x80");
+  const std::string fault = FaultIn(run("/odd/strictxml", "&#55357;&#56832;"));
+  EXPECT_EQ(fault.substr(0, fault.find(" at byte ")),
+            "1001|The request is not well-formed XML: reference to invalid character number");
+  EXPECT_EQ(fault.substr(fault.find(',')), ", \"&#55357;\".|request");
+  EXPECT_NE(run("/odd/strictxml", "\x01").find("the character code 1"), std::string::npos);
+  EXPECT_EQ(ValueIn(run("/odd/strictxml", "\xC3\xA9&#233;")), "xsd:string|\xC3\xA9\xC3\xA9");
+}
+
+TEST_F(Odd, StrictXmlRefusesCredentialsThatAreNotWellFormed) {
+  std::string envelope = CreateEnvelope("Username=@;");
+  envelope.replace(envelope.find('@'), 1, "&#55357;&#56832;");
+  EXPECT_EQ(FaultIn(Post("", "CreateUserSession", envelope).body), "(no fault)");
+  EXPECT_EQ(FaultIn(Post("/odd/strictxml", "CreateUserSession", envelope).body).substr(0, 5), "1001|");
+}
+
+// The document is escaped once more inside the request, which stays well-formed.
+TEST_F(Odd, StrictXmlRefusesScriptsThatAreNotWellFormed) {
+  std::string envelope = ExecuteEnvelope(session_, "'@'", NilParameters());
+  EXPECT_EQ(ValueIn(Post("/odd/strictxml", "Execute", envelope).body), "xsd:string|@");
+  envelope.replace(envelope.find("'@'"), 3, "'&amp;#55357;&amp;#56832;'");
+  EXPECT_EQ(ValueIn(Post("", "Execute", envelope).body), "xsd:string|\xF0\x9F\x98\x80");
+  const std::string fault = FaultIn(Post("/odd/strictxml", "Execute", envelope).body);
+  EXPECT_EQ(fault.substr(0, fault.find(" at byte ")),
+            "1006|The script document is not well-formed XML: reference to invalid character number");
 }
 
 }  // namespace

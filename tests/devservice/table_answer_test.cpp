@@ -139,7 +139,8 @@ TEST_F(TableAnswer, TypedValuesFitTheirColumns) {
                     " [[typed.short(5), typed.date('2024-03-05'), typed.double(1.5)]])"),
             "<q1:Record><a>5</a><b>2024-03-05</b><c>1.5</c></q1:Record>");
   EXPECT_EQ(Fault("typed.table({a: 'short'}, [[typed.int(5)]])"),
-            "1010|typed.table: row 1, column \"a\": the value is none of the type short (-32768 to 32767). (line 1)|"
+            "1010|typed.table: row 1, column \"a\": the value is none of the type short (-32768 to 32767). "
+            "(line 1)|"
             "script, line 1");
 }
 
@@ -160,7 +161,8 @@ TEST_F(TableAnswer, WrongColumnsAreErrorsOfTheScript) {
        "column \"a\" has a display name that is no text of one line."},
   };
   for (const auto& row : kRows)
-    EXPECT_EQ(Fault(row[0]), std::string("1010|typed.table: ") + row[1] + " (line 1)|script, line 1") << row[0];
+    EXPECT_EQ(Fault(row[0]), std::string("1010|typed.table: ") + row[1] + " (line 1)|script, line 1")
+        << row[0];
 }
 
 TEST_F(TableAnswer, UnknownTypeNamesTheKnownOnes) {
@@ -176,11 +178,11 @@ TEST_F(TableAnswer, UnknownTypeNamesTheKnownOnes) {
 TEST_F(TableAnswer, KeysThatAreNoNamesAreErrors) {
   for (const char* key : {"", " ", "a b", "&", "a&b", "1a", "5", "-a", ".a", "a:b", "<", "a\"", "a\xC3\x97",
                           "\xF0\x9F\x98\x80", "a\xC2\xA0"}) {
-    EXPECT_EQ(
-        Fault(std::string("typed.table({'") + key + "': 'int'})"),
-        std::string("1010|typed.table: \"") + key +
-            "\" is no name for a column (a letter or \"_\", then letters, digits, \"-\", \".\" and \"_\"). (line 1)|"
-            "script, line 1");
+    EXPECT_EQ(Fault(std::string("typed.table({'") + key + "': 'int'})"),
+              std::string("1010|typed.table: \"") + key +
+                  "\" is no name for a column (a letter or \"_\", then letters, digits, \"-\", \".\" and "
+                  "\"_\"). (line 1)|"
+                  "script, line 1");
   }
   EXPECT_EQ(Columns("typed.table({_: 'int', 'a-1.b_': 'int', 'Gr\xC3\xB6\xC3\x9F"
                     "e': 'int'})"),

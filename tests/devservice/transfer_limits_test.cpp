@@ -104,7 +104,8 @@ TEST_F(TransferLimits, TicketsAndFilesOfASessionAreLimited) {
   EXPECT_EQ(Text("uploadUrl(); uploadUrl(); 'two'"), "two");
   EXPECT_EQ(Fault("uploadUrl()").substr(0, 5), "1018|");
   EXPECT_EQ(Text("for (let i = 0; i < 3; ++i) publish('a', 'b'); 'three'"), "three");
-  EXPECT_EQ(Fault("publish('a', 'b')"), "1018|The session has too many published files. (line 1)|script, line 1");
+  EXPECT_EQ(Fault("publish('a', 'b')"),
+            "1018|The session has too many published files. (line 1)|script, line 1");
   session_ = Login();
   NewUploadUrl();
 }
