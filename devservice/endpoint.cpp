@@ -7,6 +7,7 @@
 #include "devservice/script_files.h"
 #include "devservice/soap_answer.h"
 #include "devservice/well_formed.h"
+#include "devservice/wsdl.h"
 
 namespace qv::devservice {
 namespace {
@@ -19,6 +20,7 @@ constexpr char kWelcome[] =
     "Scriptwells development service " DEVSERVICE_VERSION
     "\n\n"
     "Runs JavaScript over SOAP 1.1 at /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx\n"
+    "Its WSDL: the same with ?wsdl\n"
     "Counts: /stats\n"
     "Odd answers: /odd/NAME[+NAME...] in front of the service path, with the names\n";
 
@@ -98,8 +100,16 @@ HttpAnswer Endpoint::Handle(const HttpRequest& request) {
   return HandlePage(request);
 }
 
+HttpAnswer Endpoint::DescribeService(const HttpRequest& request) const {
+  if (!request.asksForWsdl)
+    return Page(405, "The service takes POST only; ?wsdl behind the path describes it.\n");
+  HttpAnswer answer = Page(200, WriteWsdl(spaces_, UrlOfRequest(request)));
+  answer.contentType = "text/xml; charset=utf-8";
+  return answer;
+}
+
 HttpAnswer Endpoint::HandleService(const HttpRequest& request) {
-  if (request.method != "POST") return Page(405, "The service takes POST only.\n");
+  if (request.method != "POST") return DescribeService(request);
   if (!IsXmlType(request.contentType)) return Page(415, "The service takes text/xml only.\n");
   std::string unknown;
   const OddForms forms = ReadOddForms(request.path, unknown);

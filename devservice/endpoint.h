@@ -42,6 +42,7 @@ class Endpoint : public RequestHandler {
  private:
   HttpAnswer HandlePage(const HttpRequest& request) const;
   HttpAnswer HandleFile(const HttpRequest& request, const std::string& id);
+  HttpAnswer DescribeService(const HttpRequest& request) const;
   HttpAnswer HandleService(const HttpRequest& request);
   HttpAnswer HandleSoap(const HttpRequest& request, const OddForms& forms);
   HttpAnswer Perform(const HttpRequest& http, const OddForms& forms);

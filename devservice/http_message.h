@@ -24,6 +24,7 @@ struct HttpRequest {
   std::string forwardedProto;  // Header X-Forwarded-Proto.
   std::string usid;            // Header usid: the session that a transfer belongs to.
   std::string ticket;          // `ticket` of the query, percent-decoded.
+  bool asksForWsdl = false;    // "?wsdl", in any case of letters.
   // What Content-Length announces; nothing without one, or with one that is no number.
   std::optional<std::uint64_t> bodyLength;
   std::string body;

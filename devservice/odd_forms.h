@@ -70,7 +70,7 @@ struct OddForms {
   bool empty = false;        // Content-Length: 0
   bool refuseTwice = false;  // the first two requests of this path are dropped
   bool delayed = false;
-  bool strictXml = false;  // requests that are not well-formed XML are refused
+  bool strictXml = false;           // requests that are not well-formed XML are refused
   const OddValue* value = nullptr;  // in place of the script's value; lives for the whole process
   Charset charset = Charset::kUtf8;
   Delivery delivery = Delivery::kPlain;

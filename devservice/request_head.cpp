@@ -1,5 +1,7 @@
 #include "devservice/request_head.h"
 
+#include <strings.h>
+
 #include <charconv>
 
 namespace qv::devservice {
@@ -21,6 +23,12 @@ std::optional<std::uint64_t> BodyLength(const httplib::Request& request) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return length;
+}
+
+bool HasParameter(const httplib::Request& request, const char* name) {
+  for (const auto& [key, value] : request.params)
+    if (strcasecmp(key.c_str(), name) == 0) return true;
+  return false;
 }
 
 // All values of a header. More than one make a text that no single value equals.
@@ -53,6 +61,7 @@ HttpRequest MakeRequestHead(const httplib::Request& request, const std::string& 
   head.forwardedProto = request.get_header_value("X-Forwarded-Proto");
   head.usid = request.get_header_value("usid");
   head.ticket = request.get_param_value("ticket");
+  head.asksForWsdl = HasParameter(request, "wsdl");
   head.bodyLength = BodyLength(request);
   return head;
 }

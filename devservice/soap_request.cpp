@@ -42,19 +42,53 @@ void ExpectCount(const Nodes& children, std::size_t count, std::string_view pare
                  " elements, not " + std::to_string(count));
 }
 
+// A type that is not there is the one that the WSDL tells.
 void ExpectType(pugi::xml_node element, std::string_view space, std::string_view name) {
-  const std::string written = FindAttribute(element, kSchemaInstance, "type").value_or("");
-  const QualifiedName type = ResolveName(element, written);
+  const std::optional<std::string> written = FindAttribute(element, kSchemaInstance, "type");
+  if (!written) return;
+  const QualifiedName type = ResolveName(element, *written);
   if (type.prefixed && type.space == space && type.name == name) return;
-  throw XmlError("\"" + std::string(element.name()) + "\" has the type \"" + written + "\"");
+  throw XmlError("\"" + std::string(element.name()) + "\" has the type \"" + *written + "\"");
+}
+
+// Whoever adds a header may insist on its being understood.
+void CheckHeaderElement(pugi::xml_node header) {
+  ExpectElement(header, kSoapEnvelope, "Header");
+  for (const pugi::xml_node entry : ChildElements(header)) {
+    const std::string must = FindAttribute(entry, kSoapEnvelope, "mustUnderstand").value_or("0");
+    if (must != "0") throw XmlError("the header \"" + std::string(entry.name()) + "\" is not understood");
+  }
+}
+
+// The name of XML Schema; Scriptwells clients write "datetime".
+bool IsStandardDateTime(const QualifiedName& type) {
+  return type.space == kSchema && type.name == "dateTime";
+}
+
+// Fewer than three digits count tenths and hundredths here, as XML Schema has it. NormaliseText takes them
+// for milliseconds, as Scriptwells clients write them under their own name for the type.
+std::string FillFraction(std::string text) {
+  const std::size_t point = text.find('.');
+  if (point == std::string::npos) return text;
+  std::size_t end = text.find_first_not_of("0123456789", point + 1);
+  if (end == std::string::npos) end = text.size();
+  const std::size_t digits = end - point - 1;
+  if (digits > 0 && digits < 3) text.insert(end, 3 - digits, '0');
+  return text;
+}
+
+bool HasStandardDateTime(pugi::xml_node value) {
+  return IsStandardDateTime(ResolveName(value, FindAttribute(value, kSchemaInstance, "type").value_or("")));
 }
 
 pugi::xml_node RequestReader::FindMethod(pugi::xml_node envelope) const {
   ExpectElement(envelope, kSoapEnvelope, "Envelope");
   const Nodes parts = ChildElements(envelope);
-  ExpectCount(parts, 1, "Envelope");
-  ExpectElement(parts[0], kSoapEnvelope, "Body");
-  const Nodes methods = ChildElements(parts[0]);
+  const bool hasHeader = parts.size() == 2;
+  if (hasHeader) CheckHeaderElement(parts.front());
+  ExpectCount(parts, hasHeader ? 2 : 1, "Envelope");
+  ExpectElement(parts.back(), kSoapEnvelope, "Body");
+  const Nodes methods = ChildElements(parts.back());
   ExpectCount(methods, 1, "Body");
   return methods[0];
 }
@@ -79,7 +113,9 @@ SoapRequest RequestReader::Read(pugi::xml_node envelope) const {
   const Nodes children = ChildElements(method);
   SoapRequest request;
   request.action = ReadAction(method);
-  ExpectCount(children, request.action == Action::kExecute ? 3 : 1, method.name());
+  const bool withoutArray = request.action == Action::kExecute && children.size() == 2;
+  const std::size_t wanted = request.action == Action::kExecute ? 3 : 1;
+  ExpectCount(children, withoutArray ? 2 : wanted, method.name());
   switch (request.action) {
     case Action::kCreateUserSession:
       request.connectionString = ReadString(children[0], "ConnectionString");
@@ -97,7 +133,7 @@ SoapRequest RequestReader::Read(pugi::xml_node envelope) const {
 void RequestReader::ReadExecute(const Nodes& children, SoapRequest& request) const {
   request.sessionId = ReadString(children[0], "usid");
   request.scriptDocument = ReadString(children[1], "Script");
-  request.parameters = ReadParameters(children[2]);
+  if (children.size() > 2) request.parameters = ReadParameters(children[2]);
 }
 
 std::vector<Parameter> RequestReader::ReadParameters(pugi::xml_node array) const {
@@ -121,21 +157,23 @@ void RequestReader::CheckNilForm(pugi::xml_node array) const {
 }
 
 void RequestReader::CheckArrayType(pugi::xml_node array, const std::string& bounds) const {
-  const std::string written = FindAttribute(array, kSoapEncoding, "arrayType").value_or("");
-  const QualifiedName type = ResolveName(array, written);
+  const std::optional<std::string> written = FindAttribute(array, kSoapEncoding, "arrayType");
+  if (!written) return;
+  const QualifiedName type = ResolveName(array, *written);
   if (type.space == spaces_.sof && type.name == "Parameter" + bounds) return;
-  throw XmlError("the array type \"" + written + "\" is not that of an array Parameter" + bounds);
+  throw XmlError("the array type \"" + *written + "\" is not that of an array Parameter" + bounds);
 }
 
-// The row of the type that an element declares.
+// The row of the type that an element declares. A text without a type is a text.
 const ValueType& RequestReader::FindType(pugi::xml_node value, const std::string& parameter) const {
-  const std::string written = FindAttribute(value, kSchemaInstance, "type").value_or("");
-  const QualifiedName name = ResolveName(value, written);
+  const std::optional<std::string> written = FindAttribute(value, kSchemaInstance, "type");
+  if (!written) return *FindValueType("string");
+  const QualifiedName name = ResolveName(value, *written);
   const bool known = name.space == kSchema || (name.space == spaces_.sof && name.name == "url");
-  const ValueType* type = known ? FindValueType(name.name) : nullptr;
+  const ValueType* type = known ? FindValueType(IsStandardDateTime(name) ? "datetime" : name.name) : nullptr;
   if (type) return *type;
   RefuseParameter(kUnsupportedType, parameter,
-                  "has the type \"" + written + "\", which this service does not know.");
+                  "has the type \"" + *written + "\", which this service does not know.");
 }
 
 // One element with a type that has no prefix either.
@@ -161,7 +199,8 @@ Parameter RequestReader::ReadParameter(pugi::xml_node element) const {
   const ValueType& type = FindType(children[1], parameter.name);
   parameter.type = type.name;
   const std::string text = TextOf(children[1]);
-  if (!NormaliseText(type, text, parameter.text)) {
+  const std::string read = HasStandardDateTime(children[1]) ? FillFraction(text) : text;
+  if (!NormaliseText(type, read, parameter.text)) {
     RefuseParameter(
         kBadParameter, parameter.name,
         "holds \"" + text.substr(0, 100) + "\", which is no value of the type " + type.name + ".");
@@ -169,9 +208,10 @@ Parameter RequestReader::ReadParameter(pugi::xml_node element) const {
   return parameter;
 }
 
+// Usual clients write the address in quotes, Scriptwells clients do not.
 void CheckHeader(std::string_view soapAction, Action action, const Namespaces& spaces) {
   const std::string expected = spaces.service + "#" + ActionName(action);
-  if (soapAction == expected) return;
+  if (soapAction == expected || soapAction == "\"" + expected + "\"") return;
   throw FaultError(
       kActionMismatch,
       "The SOAPAction header is \"" + std::string(soapAction) + "\", the body asks for \"" + expected + "\".",

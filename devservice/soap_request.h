@@ -34,9 +34,11 @@ struct SoapRequest {
   std::vector<Parameter> parameters;
 };
 
-// Parses and checks one envelope and the SOAPAction header that came with it. Throws FaultError: kBadRequest
-// when the envelope has not exactly the form that clients write, kActionMismatch when header and body differ,
-// kBadParameter or kUnsupportedType for a parameter. Pure; any thread.
+// Parses and checks one envelope and the SOAPAction header (with or without quotes) that came with it. Takes
+// the form that Scriptwells clients write, and that of clients made from the WSDL: types that the WSDL tells
+// may be missing, but what is there has to be right. Throws FaultError: kBadRequest when the envelope has
+// another form, kActionMismatch when header and body differ, kBadParameter or kUnsupportedType for a
+// parameter. Pure; any thread.
 SoapRequest ParseSoapRequest(std::string_view body, std::string_view soapAction, const Namespaces& spaces);
 
 }  // namespace qv::devservice

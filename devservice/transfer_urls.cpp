@@ -37,6 +37,10 @@ std::string OriginOf(const HttpRequest& request) {
 
 }  // namespace
 
+std::string UrlOfRequest(const HttpRequest& request) {
+  return OriginOf(request) + EscapePath(request.path);
+}
+
 TransferUrls MakeTransferUrls(const HttpRequest& request, std::string_view servicePath,
                               const TransferForms& forms) {
   const std::string_view prefix =

@@ -16,6 +16,9 @@ struct TransferUrls {
   std::string file;
 };
 
+// The address of the request itself, without its query. Pure; any thread.
+std::string UrlOfRequest(const HttpRequest& request);
+
 // The addresses under which the sender of `request` reaches this service: its Host header, "https" where a
 // proxy says so, and whatever its path has in front of `servicePath`, which ends it. Pure; any thread.
 TransferUrls MakeTransferUrls(const HttpRequest& request, std::string_view servicePath,

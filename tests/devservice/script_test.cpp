@@ -221,8 +221,8 @@ TEST_F(Script, BadParametersAreFaults) {
   EXPECT_EQ(Fault("1", ArrayOf(1, ParameterElement("p", "xsd:boolean", "yes"))),
             "1008|The parameter \"p\" holds \"yes\", which is no value of the type boolean.|request");
   EXPECT_EQ(
-      Fault("1", ArrayOf(1, ParameterElement("p", "xsd:dateTime", "2024-03-05T10:15:30.0Z"))),
-      "1009|The parameter \"p\" has the type \"xsd:dateTime\", which this service does not know.|request");
+      Fault("1", ArrayOf(1, ParameterElement("p", "xsd:decimal", "1.5"))),
+      "1009|The parameter \"p\" has the type \"xsd:decimal\", which this service does not know.|request");
 }
 
 }  // namespace
