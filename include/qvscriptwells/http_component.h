@@ -146,11 +146,21 @@ class IHttpOptions : public IUnknown {
   ~IHttpOptions() = default;
 };
 
-// Options and listener (null: none) that sessions made on this thread from now on start with. The reference
-// to the listener is held until the next call here, or to the end of the thread. The first call on a thread,
-// like the first connection that it keeps, has the C library remember the thread's end in a few bytes, and
-// without memory for them the C library ends the process: a program that must survive this makes the call
-// while it has memory.
+// What sessions start with on threads that set nothing: HttpOptions with the values of these registry keys
+// (registry.h) below SOFTWARE\Quorvane\Quorvane\Http in their places, for hosts that load the library by name
+// and cannot call the functions here:
+//   ConnectTimeout, IdleTimeout, TotalTimeout, RateWindow: milliseconds; MinBytesPerSecond; 0 for no limit
+//   CaFile, CertificateFile, KeyFile: absolute paths of PEM files
+// They are read once in a process, when it makes its first session; later changes are for later processes. A
+// number is decimal digits: anything else counts as absent. A file is not looked at before it is needed, and
+// one that cannot be used makes https fail. Throws for lack of memory. Any thread.
+HttpOptions DefaultHttpOptions();
+
+// Options and listener (null: none) that sessions made on this thread from now on start with, in place of
+// DefaultHttpOptions. The reference to the listener is held until the next call here, or to the end of the
+// thread. The first call on a thread, like the first connection that it keeps, has the C library remember the
+// thread's end in a few bytes, and without memory for them the C library ends the process: a program that
+// must survive this makes the call while it has memory.
 void SetThreadHttpOptions(const HttpOptions& options, IHttpProgress* progress);
 // Closes the connections that this thread keeps open for reuse.
 void CloseKeptConnections();

@@ -1,18 +1,16 @@
 #include "components/http/http_component_class.h"
 
-#include <new>
-
 #include "components/http/http_session.h"
 
 namespace qv {
 
-HRESULT CreateHttpComponent(const Guid& iid, void** object) {
+HRESULT CreateHttpComponent(const Guid& iid, void** object) try {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
-  HttpSession* made = new (std::nothrow) HttpSession;
-  if (made == nullptr) return E_OUTOFMEMORY;
-  const HttpSessionPtr session(made, false);
+  const HttpSessionPtr session(new HttpSession, false);
   return session->QueryInterface(iid, object);
+} catch (...) {  // nothing else fails here
+  return E_OUTOFMEMORY;
 }
 
 }  // namespace qv

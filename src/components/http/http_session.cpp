@@ -27,7 +27,7 @@ void CheckVerb(std::u16string_view verb) {
 
 }  // namespace
 
-HttpSession::HttpSession() noexcept {
+HttpSession::HttpSession() {
   ThreadHttpOptions given = CurrentThreadHttpOptions();
   options_ = given.options;
   progress_ = std::move(given.progress);

@@ -13,7 +13,8 @@ class HttpRequest;
 
 class HttpSession final : public IHttpSession, public IHttpOptions, public ISupportErrorInfo {
  public:
-  HttpSession() noexcept;
+  // Throws for lack of memory only.
+  HttpSession();
 
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override;

@@ -5,27 +5,33 @@
 namespace qv {
 namespace {
 
-// A listener that calls back when the thread lets it go finds none here.
+// Until they are set no object with a destructor is made, since the C library ends the process when it has no
+// memory to remember it.
+[[gnu::tls_model("initial-exec")]] thread_local bool areSet = false;
+
+// A listener that calls back when the thread lets it go finds none here, and a session that is made later the
+// limits of everybody.
 struct EndingOptions : ThreadHttpOptions {
   EndingOptions() = default;
   EndingOptions(const EndingOptions&) = delete;
   EndingOptions& operator=(const EndingOptions&) = delete;
-  ~EndingOptions() { progress.reset(); }
+  ~EndingOptions() {
+    areSet = false;
+    options = HttpOptions();
+    progress.reset();
+  }
 };
 
-// Until then no object with a destructor is made, since the C library ends the process when it has no memory
-// to remember it.
-[[gnu::tls_model("initial-exec")]] thread_local bool areSet = false;
-
-ThreadHttpOptions& Stored() noexcept {
+EndingOptions& Stored() noexcept {
   [[gnu::tls_model("initial-exec")]] static thread_local EndingOptions stored;
   return stored;
 }
 
 }  // namespace
 
-ThreadHttpOptions CurrentThreadHttpOptions() noexcept {
-  return areSet ? Stored() : ThreadHttpOptions();
+ThreadHttpOptions CurrentThreadHttpOptions() {
+  if (areSet) return Stored();
+  return {DefaultHttpOptions(), IHttpProgressPtr()};
 }
 
 void SetThreadHttpOptions(const HttpOptions& options, IHttpProgress* progress) {
@@ -35,7 +41,7 @@ void SetThreadHttpOptions(const HttpOptions& options, IHttpProgress* progress) {
 }
 
 void CloseKeptConnections() {
-  if (ConnectionPool* pool = ConnectionPool::OfThisThread()) pool->Clear();
+  if (ConnectionPool* pool = ConnectionPool::OfThisThread()) pool->CloseAll();
 }
 
 }  // namespace qv

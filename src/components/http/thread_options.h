@@ -1,4 +1,4 @@
-// What SetThreadHttpOptions said last on this thread.
+// What SetThreadHttpOptions said last on this thread, else the defaults of the registry.
 #pragma once
 
 #include "qvscriptwells/http_component.h"
@@ -10,6 +10,7 @@ struct ThreadHttpOptions {
   IHttpProgressPtr progress;
 };
 
-ThreadHttpOptions CurrentThreadHttpOptions() noexcept;
+// Throws for lack of memory, which the first reading of the registry needs.
+ThreadHttpOptions CurrentThreadHttpOptions();
 
 }  // namespace qv
