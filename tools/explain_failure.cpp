@@ -70,9 +70,29 @@ Failure ExplainFile(const ExchangeNote& note, const std::string& words) {
                                             : failure;
 }
 
+struct TlsHint {
+  const char* words;  // in those of the TLS library
+  const char* hint;
+};
+
+constexpr char kOwnAuthority[] = " (--ca-file FILE names an authority of your own)";
+
+constexpr TlsHint kTlsHints[] = {
+    {"unable to get local issuer certificate", kOwnAuthority},
+    {"unable to get issuer certificate", kOwnAuthority},
+    {"self-signed certificate", kOwnAuthority},
+    {"alert certificate required", " (the server wants to see a certificate: --cert FILE, --key FILE)"},
+};
+
+std::string HintOfTls(const std::string& words) {
+  for (const TlsHint& row : kTlsHints)
+    if (words.find(row.words) != std::string::npos) return row.hint;
+  return {};
+}
+
 Failure ExplainTransport(const ExchangeNote& note) {
   const ExitStatus status = TransportStatus(*note.failure);
-  const std::string words = WordsOr(note.words, *note.failure);
+  const std::string words = WordsOr(note.words, *note.failure) + HintOfTls(note.words);
   if (status == ExitStatus::kInterrupted) return Failure(status, "interrupted");
   if (IsOfFile(*note.failure)) return ExplainFile(note, words);
   if (*note.failure == HTTP_E_TOO_LARGE) return Failure(status, TooLong(note, words));

@@ -63,6 +63,16 @@ std::int64_t CheckReadable(const std::string& file, const std::string& what) {
   return facts.st_size;
 }
 
+std::string CheckForLibrary(const std::string& file, const std::string& what) {
+  std::string path = AbsolutePath(file, what);
+  if (path.find('\\') != std::string::npos)
+    throw Failure(ExitStatus::kLocal, "the path " + path +
+                                          " holds '\\', which the library takes for '/'; rename or copy the "
+                                          "file");
+  CheckReadable(path, what);
+  return path;
+}
+
 std::string CheckTargetDirectory(const std::string& directory) {
   std::string path = AbsolutePath(directory.empty() ? "." : directory, "target directory");
   if (!utf8::is_valid(path.begin(), path.end()))

@@ -14,6 +14,10 @@ std::string AbsolutePath(const std::string& file, const std::string& what);
 // The size of a regular file that can be read now.
 std::int64_t CheckReadable(const std::string& file, const std::string& what);
 
+// The absolute path of such a file, for the library to open: one that holds "\" is refused, since the library
+// takes it for "/".
+std::string CheckForLibrary(const std::string& file, const std::string& what);
+
 // The absolute path of a directory that files can be made in, without "/" at its end; empty stands for the
 // current one. One that holds "\" or is not UTF-8 is refused: the library takes "\" for "/".
 std::string CheckTargetDirectory(const std::string& directory);

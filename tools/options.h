@@ -27,6 +27,9 @@ struct SessionOptions {
   std::string user;
   std::string replica;
   std::string passwordFile;
+  std::string caFile;  // for https, PEM: the only authorities that are trusted; empty: the usual ones
+  std::string certificateFile;  // of this client, PEM
+  std::string keyFile;          // empty: in the same file
   bool passwordFromInput = false;
   std::string usid;   // a session that is open already; empty: one is opened
   bool json = false;  // result and failure both as JSON

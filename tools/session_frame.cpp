@@ -5,6 +5,7 @@
 
 #include "tools/failure.h"
 #include "tools/interrupt.h"
+#include "tools/local_files.h"
 #include "tools/password.h"
 #include "tools/server_address.h"
 #include "tools/time_span.h"
@@ -60,6 +61,10 @@ void OpenAndWork(ScriptSession& session, bool asJson, std::ostream& err,
   }
 }
 
+WideString PemFile(const std::string& file, const char* what) {
+  return file.empty() ? WideString() : FromUtf8(CheckForLibrary(file, what));
+}
+
 }  // namespace
 
 bool IsHeaderValue(const std::string& text) {
@@ -68,6 +73,7 @@ bool IsHeaderValue(const std::string& text) {
 
 SessionSettings CheckSettings(const SessionOptions& options) {
   SessionSettings settings;
+  settings.http = DefaultHttpOptions();
   settings.proxy = CheckProxy(options.proxy);
   settings.user = options.user;
   settings.replica = options.replica;
@@ -79,6 +85,11 @@ SessionSettings CheckSettings(const SessionOptions& options) {
   settings.http.connectTimeout = Milliseconds(options.connectTimeoutSeconds);
   settings.http.idleTimeout = Milliseconds(options.timeoutSeconds);
   settings.http.totalTimeout = Milliseconds(options.maxTimeSeconds);
+  if (!options.caFile.empty()) settings.http.caFile = PemFile(options.caFile, "authorities' file");
+  if (!options.certificateFile.empty()) {
+    settings.http.certificateFile = PemFile(options.certificateFile, "certificate");
+    settings.http.keyFile = PemFile(options.keyFile, "key");
+  }
   settings.showProgress = !options.json;
   return settings;
 }

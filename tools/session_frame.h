@@ -12,8 +12,8 @@ namespace qv::cli {
 // Whether a header can carry the text, as a session's id has to travel.
 bool IsHeaderValue(const std::string& text);
 
-// Proxy, user, replica, session id and waits, checked; server and password are left to the caller. Throws
-// Failure (kLocal).
+// Proxy, user, replica, session id, certificates and waits, checked; server and password are left to the
+// caller. Throws Failure (kLocal).
 SessionSettings CheckSettings(const SessionOptions& options);
 
 // Opens a session, does the work in it and closes it on every way out. Throws the Failure of what went wrong

@@ -28,6 +28,7 @@ SessionArguments::SessionArguments(CLI::App& command, SessionOptions& options, S
   DefineServer();
   if (kind != SessionKind::kAdopted) DefineCredentials();
   if (kind != SessionKind::kOpened) DefineUsid();
+  DefineTls();
   DefineWaits();
   command_.add_flag("--json", options_.json,
                     "The result, or what failed, and every note, as one line of JSON each");
@@ -57,6 +58,17 @@ void SessionArguments::DefineUsid() {
                           "Id of an open session to use; none is opened or closed then "
                           "(environment: SCRIPTWELLS_USID)")
               ->type_name("ID");
+}
+
+void SessionArguments::DefineTls() {
+  AddText(command_, "--ca-file", options_.caFile,
+          "Trust these authorities (PEM) for https, and no others; usually the system's, or those of "
+          "SSL_CERT_FILE, SSL_CERT_DIR or CURL_CA_BUNDLE",
+          "FILE", "SCRIPTWELLS_CA_FILE");
+  AddText(command_, "--cert", options_.certificateFile, "Certificate of this client for https (PEM)", "FILE",
+          "SCRIPTWELLS_CERT");
+  AddText(command_, "--key", options_.keyFile,
+          "Its key (PEM, without a password), where it is not in the same file", "FILE", "SCRIPTWELLS_KEY");
 }
 
 void SessionArguments::DefineWaits() {
@@ -100,6 +112,8 @@ const char* SessionArguments::Check() {
   if (const char* wrong = WrongWithUsid()) return wrong;
   if (options_.passwordFromInput && !options_.passwordFile.empty())
     return "give --password-file or --password-stdin, not both";
+  if (options_.certificateFile.empty() && !options_.keyFile.empty())
+    return "--key goes with --cert, whose key it is";
   if (!IsWait(options_.timeoutSeconds)) return "--timeout has to lie between 0 and 86400 seconds";
   if (!IsWait(options_.maxTimeSeconds)) return "--max-time has to lie between 0 and 86400 seconds";
   if (!IsWait(options_.connectTimeoutSeconds))

@@ -39,6 +39,7 @@ class SessionArguments {
   void DefineServer();
   void DefineCredentials();
   void DefineUsid();
+  void DefineTls();
   void DefineWaits();
   const char* WrongWithUsid();
 

@@ -73,6 +73,27 @@ INSTANTIATE_TEST_SUITE_P(
                       TransportRow{"argument", 0x80070057, "6 cannot reach http://srv:8080: words"}),
     [](const auto& row) { return std::string(row.param.name); });
 
+TEST(ExplainFailure, CertificateThatNobodyVouchesForHasAHint) {
+  ExchangeNote note;
+  note.server = "https://srv:443";
+  for (const char* words : {"SSL certificate problem: unable to get local issuer certificate",
+                            "SSL certificate problem: self-signed certificate",
+                            "SSL certificate problem: self-signed certificate in certificate chain"})
+    EXPECT_EQ(Explain(Phase::kOpen, kNoCall, Broken(note, 0x80072F8F, words)),
+              std::string("3 cannot reach https://srv:443: ") + words +
+                  " (--ca-file FILE names an authority of your own)");
+  EXPECT_EQ(Explain(Phase::kOpen, kNoCall,
+                    Broken(note, 0x80072F8F, "SSL certificate problem: certificate has expired")),
+            "3 cannot reach https://srv:443: SSL certificate problem: certificate has expired");
+}
+
+TEST(ExplainFailure, ServerThatWantsACertificateHasAHint) {
+  EXPECT_EQ(Explain(Phase::kOpen, kNoCall,
+                    Broken(Connected(), 0x80072EFE, "tlsv13 alert certificate required, errno 0")),
+            "3 no answer from http://srv:8080: tlsv13 alert certificate required, errno 0 "
+            "(the server wants to see a certificate: --cert FILE, --key FILE)");
+}
+
 TEST(ExplainFailure, ConnectionThatBreaksBeforeTheAnswer) {
   EXPECT_EQ(Explain(Phase::kExecute, Error(DISP_E_EXCEPTION, u"x"), Broken(Connected(), 0x80072EFE, "reset")),
             "3 no answer from http://srv:8080: reset");

@@ -41,7 +41,7 @@ void SetThreadHttpOptions(const HttpOptions& options, IHttpProgress* progress) {
 }
 
 void CloseKeptConnections() {
-  if (ConnectionPool* pool = ConnectionPool::OfThisThread()) pool->CloseAll();
+  if (ConnectionPool* pool = ConnectionPool::OfThisThread()) pool->Clear();
 }
 
 }  // namespace qv
