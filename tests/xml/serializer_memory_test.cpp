@@ -1,6 +1,7 @@
 // Refused memory costs the serializer nothing that stays.
 #include <malloc.h>
 
+#include "qvscriptwells/e_qv_exception.h"
 #include "refused_memory.h"
 #include "serializer_fixture.h"
 
