@@ -88,6 +88,7 @@ std::string ReadScript(const std::string& path) {
 
 std::string ReadLine(int descriptor, const std::string& what) {
   std::string line;
+  line.reserve(kLongestLine + 1);  // it may be a password, of which growing would leave copies behind
   char byte = 0;
   for (;;) {
     WaitReadable(descriptor);

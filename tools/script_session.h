@@ -12,10 +12,11 @@
 #include "tools/reporting_http.h"
 #include "tools/time_budget.h"
 #include "tools/transfer_progress.h"
+#include "tools/wipe.h"
 
 namespace qv::cli {
 
-// All texts are UTF-8 and checked already.
+// All texts are UTF-8 and checked already. Each copy clears its secrets when it goes.
 struct SessionSettings {
   std::string server;
   std::string proxy;
@@ -27,6 +28,11 @@ struct SessionSettings {
   // too.
   HttpOptions http;
   bool showProgress = false;  // of long transfers, if standard error is a terminal
+
+  ~SessionSettings() {
+    Wipe(password);
+    Wipe(usid);
+  }
 };
 
 // Every operation throws Failure. One object per program run, on the main thread: the library empties its
