@@ -7,6 +7,14 @@ std::string TakeText(nlohmann::json& object, const char* key) {
   return std::move(object.at(key).get_ref<std::string&>());
 }
 
+// Whole numbers only: what is none could not be converted, and a worker may send anything.
+std::int64_t WholeIn(const nlohmann::json& message) {
+  return message.get_ref<const nlohmann::json::number_integer_t&>();
+}
+std::uint64_t CountIn(const nlohmann::json& message) {
+  return message.get_ref<const nlohmann::json::number_unsigned_t&>();
+}
+
 nlohmann::json FileJobToJson(const FileJob& job) {
   nlohmann::json readable = nlohmann::json::array();
   for (const ReadableFile& file : job.readable) readable.push_back({file.ticket, file.path, file.size});
@@ -23,11 +31,11 @@ FileJob FileJobFromJson(const nlohmann::json& message) {
   FileJob job;
   for (const nlohmann::json& file : message.at("readable")) {
     job.readable.push_back(
-        {file.at(0).get<std::string>(), file.at(1).get<std::string>(), file.at(2).get<std::uint64_t>()});
+        {file.at(0).get<std::string>(), file.at(1).get<std::string>(), CountIn(file.at(2))});
   }
   job.tickets = message.at("tickets").get<std::vector<std::string>>();
-  job.ticketsLeft = message.at("ticketsLeft").get<std::size_t>();
-  job.newFilesLeft = message.at("newFilesLeft").get<std::size_t>();
+  job.ticketsLeft = CountIn(message.at("ticketsLeft"));
+  job.newFilesLeft = CountIn(message.at("newFilesLeft"));
   job.newFilesPath = message.at("newFilesPath").get<std::string>();
   job.uploadUrl = message.at("uploadUrl").get<std::string>();
   job.fileUrl = message.at("fileUrl").get<std::string>();
@@ -115,10 +123,10 @@ ScriptJob JobFromJson(nlohmann::json message) {
 
 ScriptResult ResultFromJson(const nlohmann::json& message) {
   ScriptResult result;
-  result.kind = static_cast<ResultKind>(message.at("kind").get<int>());
+  result.kind = static_cast<ResultKind>(WholeIn(message.at("kind")));
   result.type = message.at("type").get<std::string>();
   result.text = message.at("text").get<std::string>();
-  result.code = message.at("code").get<int>();
+  result.code = static_cast<int>(WholeIn(message.at("code")));
   result.source = message.at("source").get<std::string>();
   result.files = MadeFilesFromJson(message.at("files"));
   result.table = TableFromJson(message.at("table"));
