@@ -141,7 +141,7 @@ const Base* TakeBase(std::u16string_view* text) noexcept {
 unsigned DigitValue(char16_t unit) noexcept {
   if (IsDigit(unit)) return unit - u'0';
   const char16_t lower = unit | 0x20;
-  return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10u : 16u;
+  return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10U : 16U;
 }
 
 HRESULT ReadBits(std::u16string_view digits, const Base& base, Whole* whole) noexcept {

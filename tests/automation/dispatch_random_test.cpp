@@ -10,6 +10,7 @@
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
 #include "platform/module.h"
+#include "platform/valued_object.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 
@@ -32,10 +33,10 @@ struct Targets {
 
 class RandomHost {
  public:
-  explicit RandomHost(std::uint32_t seed) : random_(seed), stranger_(new CountingObject({IDispatch::kIid})) {
+  explicit RandomHost(std::uint32_t seed) : random_(seed) {
     targets_.chain = Reference(VT_VARIANT, &targets_.value);
     targets_.loop = Reference(VT_VARIANT, &targets_.loop);
-    targets_.object = stranger_.get();
+    targets_.object = &stranger_;
   }
 
   int Below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
@@ -77,7 +78,7 @@ class RandomHost {
     if (Below(3) == 0) return FromDispatch(nullptr);
     if (Below(3) == 0) return Variant::FromObject(nullptr);
     if (Below(2) == 0) return FromDispatch(CreateParameters().get());
-    return Variant::FromObject(stranger_.get());
+    return Variant::FromObject(&stranger_);
   }
   Variant Pointer() {
     switch (Below(9)) {
@@ -131,8 +132,8 @@ class RandomHost {
   }
 
   std::mt19937 random_;
+  ValuedObject stranger_{Variant::FromString(u"12")};
   Targets targets_;
-  CountingObjectPtr stranger_;
 };
 
 // Arguments of unknown tags cannot be copied, so the block is built in its place.

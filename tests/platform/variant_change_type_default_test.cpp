@@ -1,62 +1,15 @@
 // An object where a plain value is wanted: its default property is read, once.
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <string>
 #include <utility>
 
+#include "platform/valued_object.h"
 #include "platform/variant_object.h"
 #include "platform/variant_rows.h"
 #include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
-
-// Has a default property and notes how it was asked. Lives on the stack of a test.
-class ValuedObject final : public IDispatch {
- public:
-  explicit ValuedObject(Variant value) : value_(std::move(value)) {}
-  ValuedObject(const ValuedObject&) = delete;
-  ValuedObject& operator=(const ValuedObject&) = delete;
-  ~ValuedObject() {
-    value_.Clear();
-    EXPECT_EQ(count_, 1u) << "references were left or lost";
-  }
-  void Fail(HRESULT code) { code_ = code; }
-  void OnAsked(std::function<void()> call) { onAsked_ = std::move(call); }
-  const std::string& Asked() const { return asked_; }
-  std::uint32_t References() const { return count_; }
-
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
-    *object = nullptr;
-    if (iid != IUnknown::kIid && iid != IDispatch::kIid) return E_NOINTERFACE;
-    *object = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  std::uint32_t AddRef() noexcept override { return ++count_; }
-  std::uint32_t Release() noexcept override { return --count_; }
-  HRESULT GetTypeInfoCount(std::uint32_t*) noexcept override { return E_NOTIMPL; }
-  HRESULT GetTypeInfo(std::uint32_t, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
-  HRESULT GetIDsOfNames(const Guid&, const char16_t* const*, std::uint32_t, LCID, DISPID*) noexcept override {
-    return E_NOTIMPL;
-  }
-  HRESULT Invoke(DISPID id, const Guid&, LCID, std::uint16_t flags, const DISPPARAMS* arguments,
-                 Variant* result, EXCEPINFO*, std::uint32_t*) noexcept override {
-    asked_ += std::to_string(id) + " with flags " + std::to_string(flags) + " and " +
-              std::to_string(arguments->cArgs) + " arguments;";
-    if (onAsked_) onAsked_();
-    if (Succeeded(code_)) *result = value_;
-    return code_;
-  }
-
- private:
-  Variant value_;
-  HRESULT code_ = S_OK;
-  std::function<void()> onAsked_;
-  std::string asked_;
-  std::uint32_t count_ = 1;
-};
 
 constexpr char kAskedOnce[] = "0 with flags 2 and 0 arguments;";
 

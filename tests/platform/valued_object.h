@@ -1,0 +1,60 @@
+// An object with a default property. It lives on the stack of a test, notes how it was asked, and reports
+// references that were left or lost when it dies.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "qvscriptwells/dispatch.h"
+
+namespace qv {
+
+class ValuedObject final : public IDispatch {
+ public:
+  explicit ValuedObject(Variant value) : value_(std::move(value)) {}
+  ValuedObject(const ValuedObject&) = delete;
+  ValuedObject& operator=(const ValuedObject&) = delete;
+  ~ValuedObject() {
+    value_.Clear();
+    EXPECT_EQ(count_, 1u) << "references were left or lost";
+  }
+  void Fail(HRESULT code) { code_ = code; }
+  void OnAsked(std::function<void()> call) { onAsked_ = std::move(call); }
+  const std::string& Asked() const { return asked_; }
+  std::uint32_t References() const { return count_; }
+
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
+    *object = nullptr;
+    if (iid != IUnknown::kIid && iid != IDispatch::kIid) return E_NOINTERFACE;
+    *object = static_cast<IDispatch*>(this);
+    AddRef();
+    return S_OK;
+  }
+  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t Release() noexcept override { return --count_; }
+  HRESULT GetTypeInfoCount(std::uint32_t*) noexcept override { return E_NOTIMPL; }
+  HRESULT GetTypeInfo(std::uint32_t, LCID, ITypeInfo**) noexcept override { return E_NOTIMPL; }
+  HRESULT GetIDsOfNames(const Guid&, const char16_t* const*, std::uint32_t, LCID, DISPID*) noexcept override {
+    return E_NOTIMPL;
+  }
+  HRESULT Invoke(DISPID id, const Guid&, LCID, std::uint16_t flags, const DISPPARAMS* arguments,
+                 Variant* result, EXCEPINFO*, std::uint32_t*) noexcept override {
+    asked_ += std::to_string(id) + " with flags " + std::to_string(flags) + " and " +
+              std::to_string(arguments->cArgs) + " arguments;";
+    if (onAsked_) onAsked_();
+    if (Succeeded(code_)) *result = value_;
+    return code_;
+  }
+
+ private:
+  Variant value_;
+  HRESULT code_ = S_OK;
+  std::function<void()> onAsked_;
+  std::string asked_;
+  std::uint32_t count_ = 1;
+};
+
+}  // namespace qv
