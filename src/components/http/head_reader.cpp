@@ -26,10 +26,9 @@ std::size_t HeadReader::EndOfHead(std::string_view input) noexcept {
   for (;;) {
     const std::size_t end = input.find('\n', start);
     const std::string_view line = input.substr(start, end == std::string_view::npos ? end : end - start);
-    const bool lineGoesOn = start == 0 && lineHasContent_;
-    const bool endsWithCr = !line.empty() && line.back() == '\r';
-    lineHasContent_ = lineGoesOn || line.size() > (endsWithCr ? 1U : 0U);
+    AddToLine(line);
     if (end == std::string_view::npos) return input.size();
+    lineHasCr_ = false;
     if (!lineHasContent_) {
       ended_ = true;
       return end + 1;
@@ -37,6 +36,14 @@ std::size_t HeadReader::EndOfHead(std::string_view input) noexcept {
     lineHasContent_ = false;
     start = end + 1;
   }
+}
+
+// Only the last CR of a line belongs to its end, and which one that is shows with what comes next.
+void HeadReader::AddToLine(std::string_view part) noexcept {
+  if (part.empty()) return;
+  const bool endsWithCr = part.back() == '\r';
+  lineHasContent_ = lineHasContent_ || lineHasCr_ || part.size() > (endsWithCr ? 1U : 0U);
+  lineHasCr_ = endsWithCr;
 }
 
 void HeadReader::Count(std::size_t bytes) {

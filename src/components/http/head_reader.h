@@ -29,6 +29,7 @@ class HeadReader {
  private:
   std::size_t FeedOne(std::string_view input);
   std::size_t EndOfHead(std::string_view input) noexcept;
+  void AddToLine(std::string_view part) noexcept;
   void Count(std::size_t bytes);
   void Finish();
 
@@ -36,6 +37,7 @@ class HeadReader {
   std::int64_t total_ = 0;
   std::string text_;
   bool lineHasContent_ = true;  // the status line is never empty, so an empty line there ends nothing
+  bool lineHasCr_ = false;      // the last byte so far
   bool ended_ = false;
   bool complete_ = false;
   ResponseHead head_;
