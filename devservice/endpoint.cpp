@@ -101,6 +101,9 @@ HttpAnswer Endpoint::Handle(const HttpRequest& request) {
 }
 
 HttpAnswer Endpoint::DescribeService(const HttpRequest& request) const {
+  std::string unknown;
+  ReadOddForms(request.path, unknown);
+  if (!unknown.empty()) return UnknownForm();
   if (!request.asksForWsdl)
     return Page(405, "The service takes POST only; ?wsdl behind the path describes it.\n");
   HttpAnswer answer = Page(200, WriteWsdl(spaces_, UrlOfRequest(request)));

@@ -42,9 +42,23 @@ void ExpectCount(const Nodes& children, std::size_t count, std::string_view pare
                  " elements, not " + std::to_string(count));
 }
 
-// A type that is not there is the one that the WSDL tells.
+// An attribute that tells a type. One that is not there leaves it to the WSDL; one of this name in another
+// namespace is a mistake.
+std::optional<std::string> FindTypeAttribute(pugi::xml_node element, std::string_view space,
+                                             std::string_view name) {
+  std::optional<std::string> found = FindAttribute(element, space, name);
+  if (found) return found;
+  for (const pugi::xml_attribute attribute : element.attributes()) {
+    const std::string_view written = attribute.name();
+    if (written.substr(0, 6) != "xmlns:" && written.substr(written.find(':') + 1) == name)
+      throw XmlError("the attribute \"" + std::string(written) + "\" is not of the namespace \"" +
+                     std::string(space) + "\"");
+  }
+  return std::nullopt;
+}
+
 void ExpectType(pugi::xml_node element, std::string_view space, std::string_view name) {
-  const std::optional<std::string> written = FindAttribute(element, kSchemaInstance, "type");
+  const std::optional<std::string> written = FindTypeAttribute(element, kSchemaInstance, "type");
   if (!written) return;
   const QualifiedName type = ResolveName(element, *written);
   if (type.prefixed && type.space == space && type.name == name) return;
@@ -157,7 +171,7 @@ void RequestReader::CheckNilForm(pugi::xml_node array) const {
 }
 
 void RequestReader::CheckArrayType(pugi::xml_node array, const std::string& bounds) const {
-  const std::optional<std::string> written = FindAttribute(array, kSoapEncoding, "arrayType");
+  const std::optional<std::string> written = FindTypeAttribute(array, kSoapEncoding, "arrayType");
   if (!written) return;
   const QualifiedName type = ResolveName(array, *written);
   if (type.space == spaces_.sof && type.name == "Parameter" + bounds) return;
@@ -166,7 +180,7 @@ void RequestReader::CheckArrayType(pugi::xml_node array, const std::string& boun
 
 // The row of the type that an element declares. A text without a type is a text.
 const ValueType& RequestReader::FindType(pugi::xml_node value, const std::string& parameter) const {
-  const std::optional<std::string> written = FindAttribute(value, kSchemaInstance, "type");
+  const std::optional<std::string> written = FindTypeAttribute(value, kSchemaInstance, "type");
   if (!written) return *FindValueType("string");
   const QualifiedName name = ResolveName(value, *written);
   const bool known = name.space == kSchema || (name.space == spaces_.sof && name.name == "url");

@@ -61,7 +61,7 @@ TEST_F(ScriptValues, BadTextsAreFaultsOfTheRequest) {
             "1008|The parameter \"p\" holds \"P5H\", which is no value of the type duration.|request");
   EXPECT_EQ(FaultWith("xsd:url", "&lt;URL&gt;"),
             "1008|The parameter \"p\" holds \"<URL>\", which is no value of the type url.|request");
-  EXPECT_EQ(FaultWith("xsd:dateTime", "2024-03-05T10:15:30Z").substr(0, 5), "1009|");
+  EXPECT_EQ(FaultWith("xsd:decimal", "2024-03-05T10:15:30Z").substr(0, 5), "1009|");
 }
 
 TEST_F(ScriptValues, TypedDatesTakeDatesAndTexts) {

@@ -176,6 +176,12 @@ TEST(SoapRequest, HeadersThatHaveToBeUnderstoodAreRefused) {
   EXPECT_EQ(CodeOf(WsdlForm("soap-env:mustUnderstand=\"0\"", "")), 0);
 }
 
+TEST(SoapRequest, TypesOfAForeignNamespaceAreRefused) {
+  EXPECT_EQ(CodeOf(WsdlForm("<ns0:Value>", "<ns0:Value type=\"xsd:int\">")), 1001);
+  EXPECT_EQ(CodeOf(WsdlForm("<ns0:Value>", "<ns0:Value ns0:type=\"xsd:int\">")), 1001);
+  EXPECT_EQ(CodeOf(WsdlForm("<ns0:usid>", "<ns0:usid type=\"xsd:string\">")), 1001);
+}
+
 TEST(SoapRequest, ValuesWithElementsAreRefusedWithoutAType) {
   EXPECT_EQ(CodeOf(WsdlForm("> 5 <", "><a/><")), 1001);
 }
