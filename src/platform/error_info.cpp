@@ -1,7 +1,7 @@
 #include "qvscriptwells/error_info.h"
 
-#include <memory>
 #include <new>
+#include <utility>
 
 #include "platform/module_hooks.h"
 #include "platform/thread_slot.h"
@@ -9,45 +9,51 @@
 namespace qv {
 namespace {
 
-void DropRecord(void* record) {
-  delete static_cast<ErrorInfo*>(record);
+// The place of a thread's record. It has no destructor, so that its first use asks nobody for memory: a
+// failure for lack of memory has a record too.
+struct RecordPlace {
+  bool waits = false;
+  alignas(ErrorInfo) unsigned char bytes[sizeof(ErrorInfo)] = {};
+
+  ErrorInfo& Record() noexcept { return *std::launder(reinterpret_cast<ErrorInfo*>(bytes)); }
+};
+
+[[gnu::tls_model("initial-exec")]] thread_local RecordPlace place;
+
+void Drop(void* dropped) {
+  RecordPlace& ended = *static_cast<RecordPlace*>(dropped);
+  if (!std::exchange(ended.waits, false)) return;
+  ended.Record().~ErrorInfo();
 }
 
+// Tells the thread library which place to empty at the end of the thread.
 ThreadSlot& Slot() noexcept {
-  static ThreadSlot slot(&DropRecord);
+  static ThreadSlot slot(&Drop);
   return slot;
-}
-
-// Null when none waits.
-ErrorInfo* Waiting() noexcept {
-  return static_cast<ErrorInfo*>(Slot().Get());
-}
-
-std::unique_ptr<ErrorInfo> TakeWaiting() noexcept {
-  std::unique_ptr<ErrorInfo> record(Waiting());
-  Slot().Set(nullptr);
-  return record;
 }
 
 }  // namespace
 
 void SetErrorInfo(const ErrorInfo& info) noexcept {
   if (const ModuleHooks* const host = Host()) return host->setErrorInfo(info);
-  std::unique_ptr<ErrorInfo> fresh(new (std::nothrow) ErrorInfo(info));
-  const std::unique_ptr<ErrorInfo> old = TakeWaiting();
-  if (Slot().Set(fresh.get())) static_cast<void>(fresh.release());
+  const ErrorInfo kept(info);  // which may be a part of the record that goes
+  Drop(&place);
+  new (place.bytes) ErrorInfo(kept);
+  place.waits = true;
+  Slot().Set(&place);  // without memory for it the record's texts outlive a thread that never takes them
 }
 
 bool GetErrorInfo(ErrorInfo* info) noexcept {
   if (const ModuleHooks* const host = Host()) return host->getErrorInfo(info);
-  const std::unique_ptr<ErrorInfo> record = TakeWaiting();
-  if (record != nullptr) *info = *record;
-  return record != nullptr;
+  if (!place.waits) return false;
+  *info = place.Record();
+  Drop(&place);
+  return true;
 }
 
 void ClearErrorInfo() noexcept {
   if (const ModuleHooks* const host = Host()) return host->clearErrorInfo();
-  if (Waiting() != nullptr) TakeWaiting();
+  Drop(&place);
 }
 
 }  // namespace qv
