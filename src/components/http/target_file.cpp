@@ -106,12 +106,13 @@ void TargetFile::Write(std::string_view bytes) {
 
 // After a crash of the system the old file is there or the new one, whole.
 void TargetFile::Commit() {
+  const std::string directory = DirectoryOf(name_);  // nothing may fail once the file is in its place
   if (!Sync(file_.Get())) ThrowFile(errno, HTTP_E_WRITE_FAULT, kCannotWrite, name_);
   if (close(file_.Release()) != 0 && errno != EINTR)
     ThrowFile(errno, HTTP_E_WRITE_FAULT, kCannotWrite, name_);
   if (const int error = Rename(); error != 0) ThrowFile(error, HTTP_E_WRITE_FAULT, kCannotWrite, name_);
   freshName_.clear();
-  SyncDirectory(DirectoryOf(name_));
+  SyncDirectory(directory);
 }
 
 int TargetFile::Rename() const noexcept {
