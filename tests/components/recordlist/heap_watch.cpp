@@ -40,6 +40,13 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return Give(size);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return Give(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 void operator delete(void* block) noexcept {
   Take(block);
 }
