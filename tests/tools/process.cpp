@@ -14,6 +14,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <utility>
 
 extern char** environ;
 
@@ -23,7 +24,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kPatience{30};
+// Only ends what hangs: a sanitized program on a busy machine may take long for little.
+constexpr std::chrono::seconds kPatience{120};
 
 struct Pipe {
   Pipe() {
@@ -60,13 +62,31 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   return pointers;
 }
 
-[[noreturn]] void Become(const Words& arguments, const Variables& variables) {
-  Words words = arguments;
-  words.insert(words.begin(), SCRIPTWELLS_PROGRAM);
-  std::vector<std::string> environment = EnvironmentWith(variables);
-  ::execve(SCRIPTWELLS_PROGRAM, Pointers(words).data(), Pointers(environment).data());
-  ::_exit(126);
-}
+// What the program is started with. It is made before fork(): this process has threads (a server's, say), and
+// one of them may hold a lock of the allocator at that moment, which nobody would release in the child.
+class Start {
+ public:
+  Start(Words words, const Variables& variables)
+      : words_(std::move(words)), lines_(EnvironmentWith(variables)) {
+    words_.insert(words_.begin(), SCRIPTWELLS_PROGRAM);
+    arguments_ = Pointers(words_);
+    environment_ = Pointers(lines_);
+  }
+  Start(const Start&) = delete;
+  Start& operator=(const Start&) = delete;
+
+  // In the child. Calls nothing that may wait for a lock.
+  [[noreturn]] void Become() const {
+    ::execve(SCRIPTWELLS_PROGRAM, arguments_.data(), environment_.data());
+    ::_exit(126);
+  }
+
+ private:
+  Words words_;
+  std::vector<std::string> lines_;
+  std::vector<char*> arguments_;
+  std::vector<char*> environment_;
+};
 
 int LeftOf(Clock::time_point end) {
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
@@ -108,6 +128,7 @@ void Close(int& descriptor) {
 Process::Process(const Words& arguments, const Variables& variables, const char* output,
                  const ClosedStreams& closed) {
   ::signal(SIGPIPE, SIG_IGN);
+  const Start start(arguments, variables);
   Pipe in;
   Pipe out;
   Pipe err;
@@ -119,7 +140,7 @@ Process::Process(const Words& arguments, const Variables& variables, const char*
     if (output != nullptr) ::dup2(::open(output, O_WRONLY | O_CLOEXEC), 1);
     ::signal(SIGPIPE, SIG_DFL);
     for (const int stream : closed) ::close(stream);
-    Become(arguments, variables);
+    start.Become();
   }
   ::close(in.ends[0]);
   ::close(out.ends[1]);
@@ -222,8 +243,9 @@ Outcome RunOnTerminal(const Words& arguments, const std::string& question, const
                       const Variables& variables, unsigned short width) {
   int terminal = -1;
   const winsize size = {24, width, 0, 0};
+  const Start start(arguments, variables);
   const pid_t pid = ::forkpty(&terminal, nullptr, nullptr, &size);
-  if (pid == 0) Become(arguments, variables);
+  if (pid == 0) start.Become();
   Outcome outcome;
   bool asked = false;
   const auto end = Clock::now() + kPatience;
