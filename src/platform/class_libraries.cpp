@@ -153,8 +153,8 @@ HRESULT AskLibrary(const Guid& classId, const Guid& iid, void** object) {
   ClearErrorInfo();
   const WideString path = ReadRegistryValue(ClassKey(classId, u"InprocServer32"));
   if (path.IsNull())
-    Raise(REGDB_E_CLASSNOTREG,
-          "The registry names no library for the class " + ToUtf8(StringFromIID(classId)) + SearchedRegistry());
+    Raise(REGDB_E_CLASSNOTREG, "The registry names no library for the class " +
+                                   ToUtf8(StringFromIID(classId)) + SearchedRegistry());
   return LibraryCall(ToUtf8(path)).ClassObject(classId, iid, object);
 }
 

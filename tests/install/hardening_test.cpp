@@ -65,7 +65,8 @@ TEST_P(Hardening, CallsOfTheCLibraryAreChecked) {
 #ifdef CF_PROTECTION
 // Functions whose address is taken begin with a mark, without which the processor may refuse the jump.
 TEST_P(Hardening, TargetsOfJumpsAreMarked) {
-  EXPECT_TRUE(Has(Output(std::string("LC_ALL=C objdump -d --no-show-raw-insn '") + GetParam().path + "'"), "endbr64"));
+  EXPECT_TRUE(Has(Output(std::string("LC_ALL=C objdump -d --no-show-raw-insn '") + GetParam().path + "'"),
+                  "endbr64"));
 }
 #endif
 

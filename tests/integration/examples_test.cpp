@@ -75,7 +75,8 @@ TEST_F(Examples, LateBindingWithoutRegistrationFails) {
   const EnvironmentVariable config("XDG_CONFIG_HOME", directory.Path().c_str());
   const Said said = Example(LATE_BINDING);
   EXPECT_EQ(said.exit, 1);
-  const std::string start = "failed: The registry knows no class named \"QvScriptwells.QvScriptwells\"; looked in ";
+  const std::string start =
+      "failed: The registry knows no class named \"QvScriptwells.QvScriptwells\"; looked in ";
   EXPECT_EQ(said.out.rfind(start + directory.Path("registry.reg") + " (not there), ", 0), 0U) << said.out;
 }
 

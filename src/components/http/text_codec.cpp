@@ -307,7 +307,7 @@ bool DecodeByIconv(std::string_view bytes, const std::string& charset, WideStrin
   Iconv converter(charset);
   if (!converter.IsOpen()) return false;
   std::u16string units;
-  units.reserve(bytes.size());  // so that it hardly ever leaves units behind
+  units.reserve(bytes.size());                 // so that it hardly ever leaves units behind
   char* in = const_cast<char*>(bytes.data());  // iconv reads only; its type is older than const
   std::size_t left = bytes.size();
   while (left > 0 && !converter.Run(&in, &left, &units)) {

@@ -62,20 +62,16 @@ TEST_P(ResultFromErrnoTable, GivesThisCode) {
   EXPECT_EQ(ResultFromErrno(GetParam().error, HTTP_E_WRITE_FAULT), MakeResult(GetParam().result));
 }
 
-INSTANTIATE_TEST_SUITE_P(, ResultFromErrnoTable,
-                         ::testing::Values(ErrnoCodeRow{"NoEntry", ENOENT, 0x80070002},
-                                           ErrnoCodeRow{"NoDirectory", ENOTDIR, 0x80070003},
-                                           ErrnoCodeRow{"LinkLoop", ELOOP, 0x80070003},
-                                           ErrnoCodeRow{"NoAccess", EACCES, 0x80070005},
-                                           ErrnoCodeRow{"NotPermitted", EPERM, 0x80070005},
-                                           ErrnoCodeRow{"ReadOnly", EROFS, 0x80070005},
-                                           ErrnoCodeRow{"Directory", EISDIR, 0x80070005},
-                                           ErrnoCodeRow{"NoSpace", ENOSPC, 0x80070070},
-                                           ErrnoCodeRow{"Quota", EDQUOT, 0x80070070},
-                                           ErrnoCodeRow{"Exists", EEXIST, 0x80070050},
-                                           ErrnoCodeRow{"NoMemory", ENOMEM, 0x8007000E},
-                                           ErrnoCodeRow{"AnyOther", EIO, 0x8007001D}),
-                         [](const ::testing::TestParamInfo<ErrnoCodeRow>& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    , ResultFromErrnoTable,
+    ::testing::Values(
+        ErrnoCodeRow{"NoEntry", ENOENT, 0x80070002}, ErrnoCodeRow{"NoDirectory", ENOTDIR, 0x80070003},
+        ErrnoCodeRow{"LinkLoop", ELOOP, 0x80070003}, ErrnoCodeRow{"NoAccess", EACCES, 0x80070005},
+        ErrnoCodeRow{"NotPermitted", EPERM, 0x80070005}, ErrnoCodeRow{"ReadOnly", EROFS, 0x80070005},
+        ErrnoCodeRow{"Directory", EISDIR, 0x80070005}, ErrnoCodeRow{"NoSpace", ENOSPC, 0x80070070},
+        ErrnoCodeRow{"Quota", EDQUOT, 0x80070070}, ErrnoCodeRow{"Exists", EEXIST, 0x80070050},
+        ErrnoCodeRow{"NoMemory", ENOMEM, 0x8007000E}, ErrnoCodeRow{"AnyOther", EIO, 0x8007001D}),
+    [](const ::testing::TestParamInfo<ErrnoCodeRow>& row) { return row.param.name; });
 
 // What the edge makes of the exception that `raise` throws.
 HRESULT Reported(void (*raise)(), std::string* words) {
