@@ -4,7 +4,7 @@
 #include "bare_client.h"
 #include "bare_parse.h"
 #include "canned_server.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/simple_host.h"
 #include "samples.h"
@@ -19,8 +19,7 @@ constexpr std::size_t kLarge = 1'000'000;
 // destroyed: the end of any model takes the formaters of the process with it.
 IConnectionModel* Model(const std::string& server) {
   IConnectionModel* const model = CreateConnectionModel().detach();
-  const IConnectionModelRawPtr raw(
-      static_cast<IConnectionModelRaw*>(QueryFor(model, IConnectionModelRaw::kIid)), false);
+  const IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model);
   ThrowIfFailed(raw->SetServer(FromUtf8(server), u""), model, IConnectionModel::kIid);
   ThrowIfFailed(model->SetUSID(u"5f3c6f1e0f8d4c3ba1d2e3f405162738"), model, IConnectionModel::kIid);
   return model;

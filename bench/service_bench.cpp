@@ -7,7 +7,7 @@
 
 #include "bare_client.h"
 #include "devservice/service.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/simple_host.h"
 #include "samples.h"
@@ -28,7 +28,7 @@ struct Table {
     const IQvClientServicesPtr services = CreateSimpleHost({});
     model = CreateConnectionModel(FromUtf8(service.Url()), u"", services.get()).detach();
     ThrowIfFailed(model->CreateUserSession(u"Username=joe;Password=secret;"));
-    const ISimpleHostPtr host(static_cast<ISimpleHost*>(QueryFor(services.get(), ISimpleHost::kIid)), false);
+    const ISimpleHostPtr host = As<ISimpleHost>(services);
     SimpleHostSession session;
     host->GetSession(&session);
     usid = ToUtf8(session.usid);

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "bare_parse.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/record_list.h"
 #include "recordlist/formater_record_list.h"
 #include "table_samples.h"
@@ -21,7 +21,7 @@ double SecondsSince(Clock::time_point start) {
 }
 
 IRecordListPtr TableOf(const Variant& value) {
-  return IRecordListPtr(static_cast<IRecordList*>(QueryFor(value.Object(), IRecordList::kIid)), false);
+  return As<IRecordList>(value.Object());
 }
 
 // The table's last row must be there, whole.
@@ -39,8 +39,7 @@ bool IsComplete(const Variant& value, std::size_t rows) {
     last = IUnknownPtr(row, false);
   }
   if (count != rows) return false;
-  const IRecordListRecordPtr record(
-      static_cast<IRecordListRecord*>(QueryFor(last.get(), IRecordListRecord::kIid)), false);
+  const IRecordListRecordPtr record = As<IRecordListRecord>(last);
   Variant number;
   return Succeeded(record->GetValue(2, &number)) && number.Tag() == VT_INT &&
          number.Data().intVal == static_cast<std::int32_t>(1'000'000 + rows - 1);

@@ -9,7 +9,7 @@
 #include "bare_client.h"
 #include "bulk_server.h"
 #include "qvscriptwells/class_registry.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/http_component.h"
 
 namespace qv::bench {

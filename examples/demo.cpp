@@ -117,7 +117,7 @@ void ShowAnswers(Client& client, const qv::WideString& script) {
 // A link is an object that keeps neither link nor caption on its way.
 void ShowLink(Client& client, const qv::WideString& script) {
   const qv::Variant answer = client.Run(script, MakeParameters(u"link"));
-  const qv::IUrlPtr url(static_cast<qv::IUrl*>(qv::QueryFor(answer.Object(), qv::IUrl::kIid)), false);
+  const qv::IUrlPtr url = qv::As<qv::IUrl>(answer.Object());
   if (!url) throw std::runtime_error("the answer is no link");
   qv::WideString link;
   qv::ThrowIfFailed(url->get_Url(&link), url.get(), qv::IUrl::kIid);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/dispatch.h"
 #include "qvscriptwells/simple_host.h"
@@ -54,8 +55,7 @@ qv::IDispatchPtr CreateClient() {
 // The second interface of the client, which takes the host's services.
 void Init(const qv::IDispatchPtr& client, qv::IUnknown* provider) {
   constexpr qv::Guid kClientServiceRaw = qv::ParseGuid("1dceed1f-5c5c-4df1-9055-ddf102dbab4c");
-  const qv::IDispatchPtr raw(static_cast<qv::IDispatch*>(qv::QueryFor(client.get(), kClientServiceRaw)),
-                             false);
+  const qv::IDispatchPtr raw = qv::As<qv::IDispatch>(client, kClientServiceRaw);
   Call(raw, u"Init", {qv::Variant::FromObject(provider)});
 }
 

@@ -25,8 +25,7 @@ std::int32_t ShowColumns(qv::IRecordList* table) {
 }
 
 void ShowRow(qv::IUnknown* row, std::int32_t columns) {
-  const qv::IRecordListRecordPtr record(
-      static_cast<qv::IRecordListRecord*>(qv::QueryFor(row, qv::IRecordListRecord::kIid)), false);
+  const qv::IRecordListRecordPtr record = qv::As<qv::IRecordListRecord>(row);
   for (std::int32_t i = 0; i < columns; ++i) {
     qv::Variant value;
     qv::ThrowIfFailed(record->GetValue(i, &value));
@@ -58,8 +57,7 @@ void AskForATable(const char* server) {
   qv::ThrowIfFailed(model->CreateUserSession(u"Username=joe;Password=secret;"));
   qv::Variant answer;
   qv::ThrowIfFailed(model->Execute(u"JavaScript", kScript, nullptr, &answer));
-  const qv::IRecordListPtr table(
-      static_cast<qv::IRecordList*>(qv::QueryFor(answer.Object(), qv::IRecordList::kIid)), false);
+  const qv::IRecordListPtr table = qv::As<qv::IRecordList>(answer.Object());
   if (table) WalkTable(table.get());
   qv::ThrowIfFailed(model->CloseUserSession());
 }

@@ -12,9 +12,10 @@
 #include <string>
 #include <vector>
 
+#include "com/module.h"
 #include "format/formater_factory.h"
-#include "platform/module.h"
 #include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/simple_host.h"
@@ -85,7 +86,7 @@ void FillTypes() {
 }
 
 qv::IDispatchPtr Asked(qv::IUnknown* object, const qv::Guid& iid) {
-  return qv::IDispatchPtr(static_cast<qv::IDispatch*>(qv::QueryFor(object, iid)), false);
+  return qv::As<qv::IDispatch>(object, iid);
 }
 
 // The objects of one input, and what arguments may point to. All pointers stay good to the end.

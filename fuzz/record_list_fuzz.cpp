@@ -8,6 +8,7 @@
 
 #include <xercesc/sax/SAXParseException.hpp>
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/record_list.h"
@@ -68,8 +69,7 @@ void CountRows(qv::IRecordList* list, Shape* shape) {
 }
 
 Shape ShapeOf(const qv::Variant& table) {
-  const qv::IRecordListPtr list(
-      static_cast<qv::IRecordList*>(qv::QueryFor(table.Object(), qv::IRecordList::kIid)), false);
+  const qv::IRecordListPtr list = qv::As<qv::IRecordList>(table.Object());
   Require(list != nullptr);
   Shape shape;
   CountColumns(list.get(), &shape);

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/registry_file.h"
+#include "registry/registry_file.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
 #include "tools/file_parameter.h"
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "tools/local_files.h"
 
@@ -10,8 +11,7 @@ Variant MakeFileParameter(const std::string& file) {
 }
 
 bool IsFileParameter(const Variant& value) {
-  const IAttachedFilePtr file(static_cast<IAttachedFile*>(QueryFor(value.Object(), IAttachedFile::kIid)),
-                              false);
+  const IAttachedFilePtr file = As<IAttachedFile>(value.Object());
   return file != nullptr;
 }
 

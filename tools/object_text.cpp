@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "tools/duration_scan.h"
 #include "tools/failure.h"
@@ -11,15 +12,15 @@ namespace qv::cli {
 namespace {
 
 IDurationPtr AsDuration(const Variant& value) {
-  return IDurationPtr(static_cast<IDuration*>(QueryFor(value.Object(), IDuration::kIid)), false);
+  return As<IDuration>(value.Object());
 }
 
 IUrlPtr AsUrl(const Variant& value) {
-  return IUrlPtr(static_cast<IUrl*>(QueryFor(value.Object(), IUrl::kIid)), false);
+  return As<IUrl>(value.Object());
 }
 
 std::string DurationText(IUnknown* duration) {
-  const IDurationRawPtr raw(static_cast<IDurationRaw*>(QueryFor(duration, IDurationRaw::kIid)), false);
+  const IDurationRawPtr raw = As<IDurationRaw>(duration);
   if (!raw) return "";
   WideString text;
   ThrowIfFailed(raw->GetText(&text), raw.get(), IDurationRaw::kIid);
@@ -89,7 +90,7 @@ std::optional<UrlFields> ReadUrl(const Variant& value) {
 }
 
 IRecordListPtr AsRecordList(const Variant& value) {
-  return IRecordListPtr(static_cast<IRecordList*>(QueryFor(value.Object(), IRecordList::kIid)), false);
+  return As<IRecordList>(value.Object());
 }
 
 std::string ObjectText(const Variant& value) {

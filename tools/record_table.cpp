@@ -3,6 +3,7 @@
 #include <cmath>
 #include <optional>
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "tools/answer_format.h"
 #include "tools/date_text.h"
@@ -63,8 +64,7 @@ IRecordListRecordPtr NextRecord(IRecordListCursor* cursor) {
   IUnknown* raw = nullptr;
   ThrowIfFailed(cursor->Next(&raw), cursor, IRecordListCursor::kIid);
   const boost::intrusive_ptr<IUnknown> row(raw, false);
-  return IRecordListRecordPtr(static_cast<IRecordListRecord*>(QueryFor(row.get(), IRecordListRecord::kIid)),
-                              false);
+  return As<IRecordListRecord>(row);
 }
 
 // By the column's type; nothing where the value alone says enough.

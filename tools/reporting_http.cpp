@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 
 namespace qv::cli {
@@ -79,13 +80,13 @@ IHttpSessionPtr MakeInner(ClassCreator builtIn) {
   const IUnknownPtr component(static_cast<IUnknown*>(object), false);
   const HRESULT started = OleRun(component.get());
   if (Failed(started)) _com_raise_error(started);
-  return IHttpSessionPtr(static_cast<IHttpSession*>(QueryFor(component.get(), IHttpSession::kIid)), false);
+  return As<IHttpSession>(component);
 }
 
 // What was set for the thread holds for each exchange alone.
 void LimitTime(IHttpSession* session, const TimeBudget* budget) {
   if (budget == nullptr || budget->Left() == 0) return;
-  const IHttpOptionsPtr limits(static_cast<IHttpOptions*>(QueryFor(session, IHttpOptions::kIid)), false);
+  const IHttpOptionsPtr limits = As<IHttpOptions>(session);
   HttpOptions options;
   ThrowIfFailed(limits->GetOptions(&options));
   options.totalTimeout = budget->Left();

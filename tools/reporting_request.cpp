@@ -1,5 +1,6 @@
 #include "tools/reporting_request.h"
 
+#include "qvscriptwells/error_info.h"
 #include "qvscriptwells/native_path.h"
 
 namespace qv::cli {

@@ -1,5 +1,6 @@
 #include "tools/script_session.h"
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/native_path.h"
@@ -51,8 +52,7 @@ ScriptSession::~ScriptSession() {
 
 // The model comes with the session of the settings, if they name one.
 void ScriptSession::SetServer() {
-  const IQvClientServiceRawPtr raw(
-      static_cast<IQvClientServiceRaw*>(QueryFor(client_.get(), IQvClientServiceRaw::kIid)), false);
+  const IQvClientServiceRawPtr raw = As<IQvClientServiceRaw>(client_);
   ThrowIfFailed(raw->Init(CreateSimpleServiceProvider(services_.get()).get()));
   ThrowIfFailed(client_->put_ServerName(FromUtf8(settings_.server)));
   ThrowIfFailed(client_->put_Proxy(FromUtf8(settings_.proxy)));
@@ -73,7 +73,7 @@ WideString ScriptSession::ConnectionText() const {
 }
 
 SimpleHostSession ScriptSession::Session() const {
-  const ISimpleHostPtr host(static_cast<ISimpleHost*>(QueryFor(services_.get(), ISimpleHost::kIid)), false);
+  const ISimpleHostPtr host = As<ISimpleHost>(services_);
   SimpleHostSession session;
   host->GetSession(&session);
   return session;

@@ -1,11 +1,21 @@
-// A failed result code as a C++ exception, with the words of the error record when there are some.
+// What a failed operation tells: the words of an error record, and a failed result code as a C++ exception.
 #pragma once
 
-#include "qvscriptwells/error_info.h"
+#include <cstdint>
+
+#include "qvscriptwells/guid.h"
 #include "qvscriptwells/qv_exception.h"
-#include "qvscriptwells/unknown.h"
 
 namespace qv {
+
+// The words that a failed operation leaves beside its result code (error_info.h).
+struct ErrorInfo {
+  Guid interfaceId{};      // which interface failed; all zero when not told
+  WideString source;       // ProgID of the class that failed, or null
+  WideString description;  // the words for a person, or null
+  WideString helpFile;     // null in records of this library
+  std::uint32_t helpContext = 0;
+};
 
 // what() (qv_exception.h) is the description, or the code.
 class _com_error : public QvException {
@@ -26,25 +36,5 @@ class _com_error : public QvException {
 
 // Throws `_com_error(code)` without a record.
 [[noreturn]] void _com_raise_error(HRESULT code);
-
-// Throws for a failed operation of `object` on interface `iid`, with the thread's error record when the
-// object says (ISupportErrorInfo) that this interface leaves records. A record that stays unused is left
-// waiting.
-[[noreturn]] void _com_issue_errorex(HRESULT code, IUnknown* object, const Guid& iid);
-
-// Does nothing for success; otherwise throws with the record that waits on this thread, which may be none: a
-// refusal of Invoke or VariantChangeType is a code alone. The usual way for a
-// C++ host to call an object of this library, whose operations clear the record when they start:
-//   ThrowIfFailed(model->CloseUserSession());
-void ThrowIfFailed(HRESULT code);
-// The same for objects of any origin, by the rule of _com_issue_errorex.
-inline void ThrowIfFailed(HRESULT code, IUnknown* object, const Guid& iid) {
-  if (Failed(code)) _com_issue_errorex(code, object, iid);
-}
-
-// Asks `object` for `iid` and returns the interface with one reference, for the constructor of a `...Ptr`:
-//   IParametersPtr list(static_cast<IParameters*>(QueryFor(object, IParameters::kIid)), false);
-// Null for a null object or for one without the interface; any other failure throws `_com_error`.
-void* QueryFor(IUnknown* object, const Guid& iid);
 
 }  // namespace qv

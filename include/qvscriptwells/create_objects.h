@@ -1,9 +1,9 @@
 // Makes the objects of objects.h. Each call makes a new one. Failure throws `_com_error` (com_error.h),
 // running out of memory `std::bad_alloc`, or `_com_error` with E_OUTOFMEMORY where a text is made. The raw
-// interfaces of the same object are reached with QueryFor (com_error.h).
+// interfaces of the same object are reached with As (com_call.h).
 #pragma once
 
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/host_services.h"
 #include "qvscriptwells/objects.h"
 #include "qvscriptwells/record_list.h"

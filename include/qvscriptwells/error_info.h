@@ -4,20 +4,9 @@
 // source where the registry knows the class.
 #pragma once
 
-#include <cstdint>
-
-#include "qvscriptwells/guid.h"
-#include "qvscriptwells/wide_string.h"
+#include "qvscriptwells/com_error.h"
 
 namespace qv {
-
-struct ErrorInfo {
-  Guid interfaceId{};      // which interface failed; all zero when not told
-  WideString source;       // ProgID of the class that failed, or null
-  WideString description;  // the words for a person, or null
-  WideString helpFile;     // null in records of this library
-  std::uint32_t helpContext = 0;
-};
 
 // Posts a record for this thread, replacing the one that waits.
 void SetErrorInfo(const ErrorInfo& info) noexcept;

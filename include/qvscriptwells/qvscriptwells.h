@@ -4,6 +4,7 @@
 #include "qvscriptwells/class_factory.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/describe.h"

@@ -1,6 +1,6 @@
 // A record list: a table with named, typed columns and rows of values. What a script answers as a table
 // arrives as such an object under VT_UNKNOWN:
-//   IRecordListPtr table(static_cast<IRecordList*>(QueryFor(answer.Object(), IRecordList::kIid)), false);
+//   IRecordListPtr table = As<IRecordList>(answer.Object());
 // The library makes it by class id (class_registry.h), so a host can put its own behind these interfaces.
 // What follows in brackets holds for the built-in class.
 //

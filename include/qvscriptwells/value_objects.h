@@ -44,7 +44,7 @@ constexpr Guid IID_IAttachedFile = IAttachedFile::kIid;
 
 // A span of time in separate counts of its units. Nothing is normalised: 90 seconds stay 90 seconds. One that
 // a script answers is read with
-//   IDurationPtr span(static_cast<IDuration*>(QueryFor(result.Object(), IDuration::kIid)), false);
+//   IDurationPtr span = As<IDuration>(result.Object());
 // Every put_ but put_Negative refuses a negative argument with words such as
 // "Invalid duration format: day can't be negative." and leaves the count unchanged.
 class IDuration : public IDispatch {

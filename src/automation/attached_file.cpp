@@ -4,7 +4,7 @@
 
 #include "automation/object_support.h"
 #include "qvscriptwells/class_ids.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
 

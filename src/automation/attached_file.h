@@ -2,7 +2,7 @@
 #pragma once
 
 #include "automation/dispatch_faces.h"
-#include "platform/module.h"
+#include "com/module.h"
 #include "values/attached_file_impl.h"
 
 namespace qv {

@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "automation/object_support.h"
-#include "platform/module.h"
+#include "com/module.h"
 #include "qvscriptwells/error_info.h"
 
 namespace qv {

@@ -4,8 +4,8 @@
 
 #include "automation/object_map.h"
 #include "automation/registration.h"
-#include "platform/module.h"
-#include "platform/module_hooks.h"
+#include "com/module.h"
+#include "com/module_hooks.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "automation/class_factory.h"
 #include "automation/qv_scriptwells.h"
-#include "platform/builtin_classes.h"
+#include "com/builtin_classes.h"
 #include "qvscriptwells/class_ids.h"
 
 namespace qv {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "automation/dispatch_faces.h"
-#include "platform/module.h"
+#include "com/module.h"
 #include "values/parameter_impl.h"
 
 namespace qv {

@@ -4,10 +4,10 @@
 #include <string>
 
 #include "automation/object_support.h"
-#include "platform/join_text.h"
-#include "platform/module.h"
+#include "com/module.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"
+#include "text/join_text.h"
 
 namespace qv {
 namespace {

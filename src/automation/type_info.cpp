@@ -1,7 +1,7 @@
 #include <cstddef>
 
 #include "automation/dispatch_table.h"
-#include "platform/module.h"
+#include "com/module.h"
 
 namespace qv {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/builtin_classes.h"
+#include "com/builtin_classes.h"
 
 #include "components/http/http_component_class.h"
 #include "components/recordlist/record_list_class.h"

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "format/text_conversions.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
@@ -16,8 +17,8 @@ namespace {
 
 // E_POINTER for an object that has no text form.
 IDurationRawPtr TextFormOf(IUnknown* object) {
-  const IDurationPtr duration(static_cast<IDuration*>(QueryFor(object, IDuration::kIid)), false);
-  IDurationRawPtr raw(static_cast<IDurationRaw*>(QueryFor(duration.get(), IDurationRaw::kIid)), false);
+  const IDurationPtr duration = As<IDuration>(object);
+  IDurationRawPtr raw = As<IDurationRaw>(duration);
   if (raw == nullptr) _com_raise_error(E_POINTER);
   return raw;
 }

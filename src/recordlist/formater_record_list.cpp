@@ -1,6 +1,6 @@
 #include "recordlist/formater_record_list.h"
 
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/record_list.h"
 #include "recordlist/record_list_reader.h"
@@ -21,7 +21,7 @@ Variant FormaterRecordList::ReadValue(const XmlNode& node) {
 }
 
 WideString FormaterRecordList::WriteValue(const Variant& value) {
-  const IRecordListPtr list(static_cast<IRecordList*>(QueryFor(value.Object(), IRecordList::kIid)), false);
+  const IRecordListPtr list = As<IRecordList>(value.Object());
   RecordListWriter writer;
   return writer.Write(list.get());
 }

@@ -1,5 +1,6 @@
 #include "recordlist/record_list_calls.h"
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 
 namespace qv {
@@ -14,8 +15,7 @@ VARIANT_BOOL VariantBool(bool value) {
 }
 
 IRecordListRecordPtr AsRecord(IUnknown* object) {
-  return IRecordListRecordPtr(static_cast<IRecordListRecord*>(QueryFor(object, IRecordListRecord::kIid)),
-                              false);
+  return As<IRecordListRecord>(object);
 }
 
 void Check(HRESULT code, IRecordList* list) {

@@ -1,12 +1,12 @@
 #include "recordlist/record_list_reader.h"
 
-#include "platform/join_text.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "recordlist/column_types.h"
 #include "recordlist/record_list_calls.h"
 #include "support/numbers.h"
+#include "text/join_text.h"
 
 namespace qv {
 namespace {

@@ -1,10 +1,10 @@
 #include "recordlist/xml_record_list_serializer_str.h"
 
-#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/escape_units.h"
 #include "support/namespaces.h"
 #include "support/path_helpers.h"
+#include "text/join_text.h"
 
 namespace qv {
 

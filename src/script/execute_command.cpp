@@ -1,13 +1,14 @@
 #include "script/execute_command.h"
 
 #include "format/formater_factory.h"
-#include "platform/join_text.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "script/file_uploader.h"
 #include "support/namespaces.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
+#include "text/join_text.h"
 #include "xml/qv_dom_parser.h"
 #include "xml/xml_serializer.h"
 
@@ -49,8 +50,7 @@ WireParameter ReadParameter(IParameter* parameter) {
 
 // Brings the file to the server now, before the request that names its ticket.
 WideString UploadAttachedFile(const WideString& serviceUrl, const Variant& value, const NamedArguments& map) {
-  const IAttachedFilePtr file(static_cast<IAttachedFile*>(QueryFor(value.Object(), IAttachedFile::kIid)),
-                              false);
+  const IAttachedFilePtr file = As<IAttachedFile>(value.Object());
   CFileUploader uploader(serviceUrl, map.at(u"UploadFile").Text());
   return uploader.Upload(file.get(), map);
 }
@@ -190,7 +190,7 @@ void CExecuteCommand::WriteNoParameters(WideTextStream& stream) {
 void CExecuteCommand::WriteParameters(WideTextStream& stream, const WideString& serviceUrl,
                                       const NamedArguments& map) {
   IUnknown* const object = map.at(u"parameters").Object();
-  const IParametersPtr list(static_cast<IParameters*>(QueryFor(object, IParameters::kIid)), false);
+  const IParametersPtr list = As<IParameters>(object);
   if (list == nullptr) _com_raise_error(E_POINTER);
   std::int16_t count = 0;
   ThrowIfFailed(list->Size(&count), list.get(), IParameters::kIid);

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/join_text.h"
 #include "qvscriptwells/native_path.h"
 #include "soap/http_call.h"
 #include "support/numbers.h"
@@ -14,6 +13,7 @@
 #include "support/qv_url.h"
 #include "support/string_helpers.h"
 #include "support/tokenize_string.h"
+#include "text/join_text.h"
 
 namespace qv {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "platform/join_text.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "soap/http_call.h"
@@ -11,6 +11,7 @@
 #include "support/path_helpers.h"
 #include "support/string_helpers.h"
 #include "support/tokenize_string.h"
+#include "text/join_text.h"
 
 namespace qv {
 namespace {

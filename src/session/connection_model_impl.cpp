@@ -3,7 +3,7 @@
 #include <mutex>
 #include <vector>
 
-#include "platform/join_text.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
@@ -14,6 +14,7 @@
 #include "support/namespaces.h"
 #include "support/string_helpers.h"
 #include "support/tokenize_string.h"
+#include "text/join_text.h"
 
 namespace qv {
 namespace {
@@ -74,8 +75,7 @@ void ConnectionModelImpl::SetProxyText(const WideString& proxy) {
 }
 
 void ConnectionModelImpl::SetClientServices(IUnknown* services) {
-  clientServices_ = IQvClientServicesPtr(
-      static_cast<IQvClientServices*>(QueryFor(services, IQvClientServices::kIid)), false);
+  clientServices_ = As<IQvClientServices>(services);
 }
 
 void ConnectionModelImpl::SetUSID(WideString usid) {
@@ -112,8 +112,7 @@ void ConnectionModelImpl::CreateUserSession(WideString connectionString) {
 
 void ConnectionModelImpl::PublishSessionInfo(const WideString& connectionString) {
   const IConnectionStringPtr fields = CreateConnectionString();
-  const IConnectionStringRawPtr raw(
-      static_cast<IConnectionStringRaw*>(QueryFor(fields.get(), IConnectionStringRaw::kIid)), false);
+  const IConnectionStringRawPtr raw = As<IConnectionStringRaw>(fields);
   ThrowIfFailed(raw->Initialize(connectionString), raw.get(), IConnectionStringRaw::kIid);
 
   const IQvClientServicesSinkPtr sink = Sink();
@@ -146,8 +145,7 @@ void ConnectionModelImpl::ResetSession(NamedArguments& map) {
 
 IQvClientServicesSinkPtr ConnectionModelImpl::Sink() const {
   const IQvClientServicesPtr asked = clientServices_;  // which may take themselves away meanwhile
-  IQvClientServicesSinkPtr sink(
-      static_cast<IQvClientServicesSink*>(QueryFor(asked.get(), IQvClientServicesSink::kIid)), false);
+  IQvClientServicesSinkPtr sink = As<IQvClientServicesSink>(asked);
   if (sink == nullptr) _com_raise_error(E_POINTER);
   return sink;
 }

@@ -1,5 +1,6 @@
 #include "session/qv_scriptwells_impl.h"
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
@@ -40,8 +41,7 @@ class ServiceText {
 };
 
 IQvServiceProviderPtr ProviderOf(IUnknown* object) {
-  return IQvServiceProviderPtr(static_cast<IQvServiceProvider*>(QueryFor(object, IQvServiceProvider::kIid)),
-                               false);
+  return As<IQvServiceProvider>(object);
 }
 
 // What counts is the object; the code of a provider that knows none is not looked at.
@@ -52,8 +52,7 @@ IUnknownPtr FindServices(IQvServiceProvider* provider) {
 }
 
 IConnectionModelRawPtr RawOf(IConnectionModel* model) {
-  IConnectionModelRawPtr raw(static_cast<IConnectionModelRaw*>(QueryFor(model, IConnectionModelRaw::kIid)),
-                             false);
+  IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model);
   if (raw == nullptr) _com_raise_error(E_POINTER);
   return raw;
 }
@@ -69,8 +68,7 @@ void QvScriptwellsImpl::Init(IUnknown* pVal) {
   const IQvServiceProviderPtr provider = ProviderOf(pVal);
   if (provider == nullptr) _com_raise_error(E_POINTER);
   const IUnknownPtr service = FindServices(provider.get());
-  clientServices_ = IQvClientServicesPtr(
-      static_cast<IQvClientServices*>(QueryFor(service.get(), IQvClientServices::kIid)), false);
+  clientServices_ = As<IQvClientServices>(service);
   if (model_ == nullptr) model_ = CreateConnectionModel();
   const IQvClientServicesPtr services(Services());
   ServiceText usid;

@@ -1,13 +1,14 @@
 #include "soap/http_call.h"
 
-#include "platform/component.h"
+#include "com/component.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/e_qv_exception.h"
 
 namespace qv {
 
 void HttpCall::Create() {
   const IUnknownPtr object = CreateComponent(CLSID_HttpComponent);
-  session = IHttpSessionPtr(static_cast<IHttpSession*>(QueryFor(object.get(), IHttpSession::kIid)), false);
+  session = As<IHttpSession>(object);
 }
 
 void HttpCall::Open(const CQvUrl& url, const WideString& proxy) const {

@@ -1,7 +1,7 @@
 // The session and the request of one exchange through the HTTP component.
 #pragma once
 
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/http_component.h"
 #include "support/qv_url.h"
 

@@ -2,7 +2,6 @@
 
 #include <xercesc/dom/DOMException.hpp>
 
-#include "platform/join_text.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/secret_text.h"
@@ -10,6 +9,7 @@
 #include "support/namespaces.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
+#include "text/join_text.h"
 
 namespace qv {
 

@@ -5,10 +5,10 @@
 
 #include <memory>
 
-#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "soap/server_connector.h"
 #include "support/namespaces.h"
+#include "text/join_text.h"
 #include "xml/xml_library_guard.h"
 
 namespace qv {

@@ -4,11 +4,11 @@
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "format/response_value_reader.h"
-#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/secret_text.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
+#include "text/join_text.h"
 #include "xml/qv_dom_error_handlers.h"
 #include "xml/qv_dom_parser.h"
 #include "xml/xml_walk.h"

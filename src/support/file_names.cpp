@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "text/join_text.h"
 
 namespace qv {
 namespace {

@@ -6,12 +6,12 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/guid_text.h"
-#include "platform/join_text.h"
-#include "platform/system_error_text.h"
+#include "com/guid_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/registry.h"
+#include "system/system_error_text.h"
+#include "text/join_text.h"
 
 namespace qv {
 namespace {

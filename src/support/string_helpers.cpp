@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/string_block.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/numbers.h"
+#include "text/string_block.h"
 
 namespace qv {
 namespace {

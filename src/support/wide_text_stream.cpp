@@ -4,9 +4,9 @@
 #include <charconv>
 #include <cstring>
 
-#include "platform/string_block.h"
 #include "qvscriptwells/secret_text.h"
 #include "support/escape_units.h"
+#include "text/string_block.h"
 
 namespace qv {
 namespace {

@@ -1,6 +1,6 @@
 #include "values/attached_file_impl.h"
 
-#include "platform/join_text.h"
+#include "text/join_text.h"
 
 namespace qv {
 

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "platform/join_text.h"
 #include "qvscriptwells/secret_text.h"
 #include "support/tokenize_string.h"
+#include "text/join_text.h"
 
 namespace qv {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <vector>
 
-#include "platform/join_text.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
 #include "support/tokenize_string.h"
 #include "support/wide_text_stream.h"
+#include "text/join_text.h"
 
 namespace qv {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/objects.h"
 
 namespace qv {
@@ -38,7 +38,7 @@ WideString DateTypeName(double serialDate) {
 WideString ObjectTypeName(IUnknown* object) {
   const IUnknownPtr kept(object);
   for (const ObjectType& type : kObjectTypes) {
-    const IUnknownPtr view(static_cast<IUnknown*>(QueryFor(object, type.iid)), false);
+    const IUnknownPtr view = As<IUnknown>(object, type.iid);
     if (view != nullptr) return type.name;
   }
   return {};

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
 

@@ -1,6 +1,6 @@
 #include "values/url_impl.h"
 
-#include "platform/join_text.h"
+#include "text/join_text.h"
 
 namespace qv {
 

@@ -7,11 +7,11 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "platform/regular_file.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/wide_string.h"
 #include "qvscriptwells/xml_memory.h"
 #include "support/file_names.h"
+#include "system/regular_file.h"
 #include "xml/file_url.h"
 #include "xml/local_entities.h"
 #include "xml/qv_dom_parser.h"

@@ -11,7 +11,7 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "platform/thread_slot.h"
+#include "system/thread_slot.h"
 
 namespace qv {
 

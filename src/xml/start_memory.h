@@ -11,7 +11,7 @@
 
 #include <xercesc/framework/MemoryManager.hpp>
 
-#include "platform/module.h"
+#include "com/module.h"
 
 namespace qv {
 

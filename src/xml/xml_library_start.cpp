@@ -5,7 +5,7 @@
 #include <xercesc/util/PanicHandler.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "platform/module.h"
+#include "com/module.h"
 #include "xml/start_memory.h"
 
 namespace qv {

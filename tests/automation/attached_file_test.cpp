@@ -7,6 +7,7 @@
 #include "automation/waiting_record.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {

@@ -7,11 +7,11 @@
 
 #include "automation/entry_points.h"
 #include "automation/object_map.h"
-#include "platform/module.h"
-#include "platform/module_hooks.h"
+#include "com/module.h"
+#include "com/module_hooks.h"
 #include "qvscriptwells/class_factory.h"
 #include "qvscriptwells/class_ids.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/objects.h"
 
 namespace qv {
@@ -195,7 +195,7 @@ TEST_F(Aggregation, InnerObjectIsNotTheOuterOne) {
   ASSERT_NE(outer_.inner, nullptr);
   EXPECT_NE(outer_.inner.get(), static_cast<IUnknown*>(&outer_));
   EXPECT_EQ(outer_.count, 1u);
-  const IUnknownPtr same(static_cast<IUnknown*>(QueryFor(outer_.inner.get(), IUnknown::kIid)), false);
+  const IUnknownPtr same = As<IUnknown>(outer_.inner);
   EXPECT_EQ(same, outer_.inner);
   EXPECT_EQ(outer_.count, 1u);
 }
@@ -204,7 +204,7 @@ TEST_F(Aggregation, EveryInterfaceCountsOnTheOuterObject) {
   ASSERT_EQ(outer_.Aggregate(), S_OK);
   for (const Guid& iid : {IQvScriptwells::kIid, IDispatch::kIid, IQvClientServiceRaw::kIid,
                           ISupportErrorInfo::kIid, IProvideClassInfo::kIid}) {
-    auto* const face = static_cast<IUnknown*>(QueryFor(&outer_, iid));
+    auto* const face = As<IUnknown>(&outer_, iid).detach();
     ASSERT_NE(face, nullptr);
     EXPECT_EQ(outer_.count, 2u);
     EXPECT_EQ(face->AddRef(), 3u);
@@ -217,12 +217,12 @@ TEST_F(Aggregation, EveryInterfaceLeadsBackToTheOuterObject) {
   ASSERT_EQ(outer_.Aggregate(), S_OK);
   for (const Guid& iid : {IQvScriptwells::kIid, IDispatch::kIid, IQvClientServiceRaw::kIid,
                           ISupportErrorInfo::kIid, IProvideClassInfo::kIid}) {
-    const IUnknownPtr face(static_cast<IUnknown*>(QueryFor(&outer_, iid)), false);
+    const IUnknownPtr face = As<IUnknown>(&outer_, iid);
     for (const Guid& back : {IUnknown::kIid, kOuterInterface}) {
-      const IUnknownPtr whole(static_cast<IUnknown*>(QueryFor(face.get(), back)), false);
+      const IUnknownPtr whole = As<IUnknown>(face, back);
       EXPECT_EQ(whole.get(), static_cast<IUnknown*>(&outer_));
     }
-    EXPECT_EQ(QueryFor(face.get(), kNoInterface), nullptr);
+    EXPECT_EQ(As<IUnknown>(face, kNoInterface), nullptr);
   }
   EXPECT_EQ(outer_.count, 1u);
 }
@@ -236,8 +236,7 @@ TEST_F(Aggregation, InnerObjectCountsForItself) {
 
 TEST_F(Aggregation, MembersWorkInsideTheOuterObject) {
   ASSERT_EQ(outer_.Aggregate(), S_OK);
-  const IQvScriptwellsPtr client(static_cast<IQvScriptwells*>(QueryFor(&outer_, IQvScriptwells::kIid)),
-                                 false);
+  const IQvScriptwellsPtr client = As<IQvScriptwells>(&outer_);
   EXPECT_EQ(client->put_ServerName(u"http://srv"), S_OK);
   WideString name;
   EXPECT_EQ(client->get_ServerName(&name), S_OK);
@@ -250,7 +249,7 @@ TEST_F(Aggregation, MembersWorkInsideTheOuterObject) {
 
 TEST_F(Aggregation, PartGoesWithTheLastReferenceOfTheWhole) {
   ASSERT_EQ(outer_.Aggregate(), S_OK);
-  auto* const client = static_cast<IQvScriptwells*>(QueryFor(&outer_, IQvScriptwells::kIid));
+  auto* const client = As<IQvScriptwells>(&outer_).detach();
   EXPECT_EQ(outer_.Release(), 1u);
   EXPECT_TRUE(log_.empty());
   EXPECT_EQ(ModuleLocks(), 1);

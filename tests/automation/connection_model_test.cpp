@@ -6,8 +6,10 @@
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
 #include "fixtures/thrown.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 #include "script/execute_envelope.h"
 #include "script/fake_parameters.h"
 #include "session/session_answers.h"
@@ -19,8 +21,7 @@ class ConnectionModelObject : public testing::Test {
  protected:
   ConnectionModelObject() : host_(new FakeHost), model_(CreateConnectionModel()) {
     EnsureFormaters();
-    raw_ = IConnectionModelRawPtr(
-        static_cast<IConnectionModelRaw*>(QueryFor(model_.get(), IConnectionModelRaw::kIid)), false);
+    raw_ = As<IConnectionModelRaw>(model_);
     EXPECT_EQ(raw_->SetServer(u"http://srv", u""), S_OK);
     EXPECT_EQ(raw_->SetClientServices(host_->Unknown()), S_OK);
     LeaveStaleRecord();

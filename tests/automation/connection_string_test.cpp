@@ -4,8 +4,9 @@
 #include <ostream>
 
 #include "automation/waiting_record.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
@@ -101,8 +102,7 @@ TEST_F(ConnectionStringObject, TextOfANewObjectHasEmptyValues) {
 }
 
 TEST_F(ConnectionStringObject, RawInterfaceReadsATextIntoTheSameObject) {
-  const IConnectionStringRawPtr raw(
-      static_cast<IConnectionStringRaw*>(QueryFor(object_.get(), IConnectionStringRaw::kIid)), false);
+  const IConnectionStringRawPtr raw = As<IConnectionStringRaw>(object_);
   LeaveStaleRecord();
   EXPECT_EQ(raw->Initialize(u"DbReplicationId=r;Username=u;Password=p;"), S_OK);
   EXPECT_EQ(TakenWords(), "no record");

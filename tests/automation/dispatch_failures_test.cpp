@@ -9,8 +9,9 @@
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 #include "session/session_answers.h"
 
 namespace qv {
@@ -141,8 +142,7 @@ class DispatchModelFailures : public DispatchFailures {
  protected:
   DispatchModelFailures() : host_(new FakeHost), model_(CreateConnectionModel()), list_(CreateParameters()) {
     EnsureFormaters();
-    const IConnectionModelRawPtr raw(
-        static_cast<IConnectionModelRaw*>(QueryFor(model_.get(), IConnectionModelRaw::kIid)), false);
+    const IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model_);
     EXPECT_EQ(raw->SetServer(u"http://srv", u""), S_OK);
     EXPECT_EQ(raw->SetClientServices(host_->Unknown()), S_OK);
     LeaveStaleRecord();
@@ -273,9 +273,7 @@ TEST(DispatchUse, TextOfAConnectionStringGrows) {
   EXPECT_EQ(method.Code(), "0x00000000");
   EXPECT_EQ(ShownValue(method.result),
             "BSTR DbReplicationId=r;Username=u;Password=p;DbReplicationId=r;Username=u;Password=p;");
-  const IDispatchPtr raw(static_cast<IDispatch*>(static_cast<IConnectionStringRaw*>(
-                             QueryFor(credentials.get(), IConnectionStringRaw::kIid))),
-                         false);
+  const IConnectionStringRawPtr raw = As<IConnectionStringRaw>(credentials);
   LateCall initialize(raw.get(), IdOf(raw.get(), u"Initialize"));
   EXPECT_EQ(initialize.With({Text(u"Username=joe;")}).Code(), "0x00000000");
   EXPECT_EQ(ReadByName(credentials.get(), u"UserName"), "BSTR joe");

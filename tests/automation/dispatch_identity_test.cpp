@@ -5,7 +5,7 @@
 
 #include "automation/late_call.h"
 #include "automation/slot_order.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 
 namespace qv {
@@ -81,7 +81,10 @@ class LateIdentity : public testing::TestWithParam<Coclass> {
       if (offered == name) return true;
     return false;
   }
-  void* Query(const Guid& iid) { return QueryFor(object_.get(), iid); }
+  template <class Interface>
+  boost::intrusive_ptr<Interface> Query(const Guid& iid = Interface::kIid) {
+    return As<Interface>(object_, iid);
+  }
 
   IUnknownPtr object_;
 };
@@ -89,7 +92,7 @@ class LateIdentity : public testing::TestWithParam<Coclass> {
 TEST_P(LateIdentity, OffersTheseInterfacesFromEachOfThem) {
   for (const Offered& from : kEverything) {
     if (!Offers(from.name)) continue;
-    IUnknown* face = static_cast<IUnknown*>(Query(from.iid));
+    IUnknown* face = Query<IUnknown>(from.iid).detach();
     ASSERT_NE(face, nullptr) << from.name;
     const IUnknownPtr held(face, false);
     for (const Offered& to : kEverything) {
@@ -104,23 +107,23 @@ TEST_P(LateIdentity, OffersTheseInterfacesFromEachOfThem) {
 }
 
 TEST_P(LateIdentity, UnknownIsOnePointerFromEverywhere) {
-  const IUnknownPtr unknown(static_cast<IUnknown*>(Query(IUnknown::kIid)), false);
+  const IUnknownPtr unknown = Query<IUnknown>();
   for (const Offered& from : kEverything) {
     if (!Offers(from.name)) continue;
-    const IUnknownPtr held(static_cast<IUnknown*>(Query(from.iid)), false);
-    const IUnknownPtr again(static_cast<IUnknown*>(QueryFor(held.get(), IUnknown::kIid)), false);
+    const IUnknownPtr held = Query<IUnknown>(from.iid);
+    const IUnknownPtr again = As<IUnknown>(held);
     EXPECT_EQ(again.get(), unknown.get()) << from.name;
   }
 }
 
 TEST_P(LateIdentity, DispatchIsTheFirstInterface) {
-  const IDispatchPtr dispatch(static_cast<IDispatch*>(Query(IDispatch::kIid)), false);
+  const IDispatchPtr dispatch = Query<IDispatch>();
   ASSERT_NE(dispatch, nullptr);
   EXPECT_EQ(IdOf(dispatch.get(), GetParam().member), GetParam().id);
 }
 
 TEST_P(LateIdentity, OnlyTheFirstInterfaceLeavesRecords) {
-  const ISupportErrorInfoPtr support(static_cast<ISupportErrorInfo*>(Query(ISupportErrorInfo::kIid)), false);
+  const ISupportErrorInfoPtr support = Query<ISupportErrorInfo>();
   ASSERT_NE(support, nullptr);
   for (const Offered& asked : kEverything)
     EXPECT_EQ(support->InterfaceSupportsErrorInfo(asked.iid), asked.name == GetParam().interfaces[0] ? 0 : 1)
@@ -128,7 +131,7 @@ TEST_P(LateIdentity, OnlyTheFirstInterfaceLeavesRecords) {
 }
 
 TEST_P(LateIdentity, ThereIsNoTypeInformation) {
-  const IDispatchPtr dispatch(static_cast<IDispatch*>(Query(IDispatch::kIid)), false);
+  const IDispatchPtr dispatch = Query<IDispatch>();
   std::uint32_t count = 7;
   EXPECT_EQ(dispatch->GetTypeInfoCount(&count), S_OK);
   EXPECT_EQ(count, 0u);
@@ -175,8 +178,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(LateIdentityOfTheClient, ClassInformationCannotBeLoaded) {
   const IQvScriptwellsPtr client = CreateQvScriptwells();
-  const boost::intrusive_ptr<IProvideClassInfo> provider(
-      static_cast<IProvideClassInfo*>(QueryFor(client.get(), IProvideClassInfo::kIid)), false);
+  const boost::intrusive_ptr<IProvideClassInfo> provider = As<IProvideClassInfo>(client);
   ASSERT_NE(provider, nullptr);
   int stranger = 0;
   ITypeInfo* info = reinterpret_cast<ITypeInfo*>(&stranger);
@@ -188,14 +190,12 @@ TEST(LateIdentityOfTheClient, ClassInformationCannotBeLoaded) {
 // Two interfaces of one object have two tables.
 TEST(LateIdentityOfRawFaces, KnowTheirOwnNamesOnly) {
   const IQvScriptwellsPtr client = CreateQvScriptwells();
-  const IQvClientServiceRawPtr raw(
-      static_cast<IQvClientServiceRaw*>(QueryFor(client.get(), IQvClientServiceRaw::kIid)), false);
+  const IQvClientServiceRawPtr raw = As<IQvClientServiceRaw>(client);
   EXPECT_EQ(IdOf(raw.get(), u"Init"), 1);
   EXPECT_EQ(IdOf(raw.get(), u"ServerName"), -1);
   EXPECT_EQ(IdOf(client.get(), u"Init"), -1);
   const IConnectionStringPtr credentials = CreateConnectionString();
-  const boost::intrusive_ptr<IConnectionStringRaw> text(
-      static_cast<IConnectionStringRaw*>(QueryFor(credentials.get(), IConnectionStringRaw::kIid)), false);
+  const boost::intrusive_ptr<IConnectionStringRaw> text = As<IConnectionStringRaw>(credentials);
   EXPECT_EQ(IdOf(text.get(), u"Initialize"), 1);
   EXPECT_EQ(IdOf(text.get(), u"UserName"), -1);
   EXPECT_EQ(IdOf(credentials.get(), u"Initialize"), -1);

@@ -6,13 +6,13 @@
 #include <random>
 
 #include "automation/noting_faces.h"
+#include "com/module.h"
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
-#include "platform/module.h"
-#include "platform/valued_object.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
+#include "variant/valued_object.h"
 
 namespace qv {
 namespace {
@@ -233,8 +233,7 @@ TEST(DispatchRandomReal, ObjectsTakeAnything) {
     CallOften(CreateAttachedFile().get(), 6, false);
     CallOften(CreateParameters().get(), 7, false);
     const IUnknownPtr client = CreateQvScriptwells();
-    const IQvClientServiceRawPtr raw(
-        static_cast<IQvClientServiceRaw*>(QueryFor(client.get(), IQvClientServiceRaw::kIid)), false);
+    const IQvClientServiceRawPtr raw = As<IQvClientServiceRaw>(client);
     CallOften(raw.get(), 8, false);
   }
   EXPECT_EQ(ModuleLocks(), before);

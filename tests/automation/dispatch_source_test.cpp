@@ -8,7 +8,7 @@
 #include "fixtures/environment.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/temporary_directory.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
 
@@ -47,8 +47,7 @@ TEST_F(DispatchSource, IsTheClassThatFailed) {
   const IQvScriptwellsPtr client = CreateQvScriptwells();
   EXPECT_EQ(SourceOf(client.get(), 1, {}), "the client");
   EXPECT_EQ(SourceOf(client.get(), 4, {}), "the client");
-  const IQvClientServiceRawPtr raw(
-      static_cast<IQvClientServiceRaw*>(QueryFor(client.get(), IQvClientServiceRaw::kIid)), false);
+  const IQvClientServiceRawPtr raw = As<IQvClientServiceRaw>(client);
   EXPECT_EQ(SourceOf(raw.get(), 1, {FromDispatch(nullptr)}), "the client");
   const IParametersPtr list = CreateParameters();
   EXPECT_EQ(SourceOf(list.get(), 2, {I2(0)}), "the list");

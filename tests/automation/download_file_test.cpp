@@ -8,6 +8,7 @@
 #include "fixtures/fake_http.h"
 #include "fixtures/temporary_directory.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {

@@ -7,8 +7,10 @@
 #include "automation/slot_order.h"
 #include "automation/waiting_record.h"
 #include "fixtures/thrown.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
@@ -42,7 +44,7 @@ const Count kMin{"Min", &IDuration::get_Min, &IDuration::put_Min,
                  "Invalid duration format: minutes can't be negative.", "PT7M"};
 
 IDurationRawPtr RawOf(IDuration* duration) {
-  return IDurationRawPtr(static_cast<IDurationRaw*>(QueryFor(duration, IDurationRaw::kIid)), false);
+  return As<IDurationRaw>(duration);
 }
 
 std::string TextOf(IDuration* duration) {
@@ -227,8 +229,7 @@ TEST_F(DurationObject, OutlivesItsFirstInterface) {
 }
 
 TEST_F(DurationObject, OnlyItsFirstInterfaceLeavesRecords) {
-  const ISupportErrorInfoPtr support(
-      static_cast<ISupportErrorInfo*>(QueryFor(raw_.get(), ISupportErrorInfo::kIid)), false);
+  const ISupportErrorInfoPtr support = As<ISupportErrorInfo>(raw_);
   ASSERT_NE(support, nullptr);
   EXPECT_EQ(support->InterfaceSupportsErrorInfo(IDuration::kIid), S_OK);
   EXPECT_EQ(support->InterfaceSupportsErrorInfo(IDurationRaw::kIid), S_FALSE);

@@ -10,6 +10,7 @@
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {

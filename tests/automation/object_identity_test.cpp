@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/host_services.h"
 #include "qvscriptwells/http_component.h"
@@ -57,9 +57,7 @@ class ObjectIdentity : public testing::TestWithParam<Kind> {
       if (offered == iid) return true;
     return false;
   }
-  IUnknownPtr Query(const Guid& iid) {
-    return IUnknownPtr(static_cast<IUnknown*>(QueryFor(object_.get(), iid)), false);
-  }
+  IUnknownPtr Query(const Guid& iid) { return As<IUnknown>(object_, iid); }
 
   IUnknownPtr object_;
 };
@@ -115,8 +113,7 @@ TEST_P(ObjectIdentity, CountsAreReturned) {
 }
 
 TEST_P(ObjectIdentity, OnlyTheFirstInterfaceLeavesErrorRecords) {
-  const ISupportErrorInfoPtr support(
-      static_cast<ISupportErrorInfo*>(QueryFor(object_.get(), ISupportErrorInfo::kIid)), false);
+  const ISupportErrorInfoPtr support = As<ISupportErrorInfo>(object_);
   ASSERT_NE(support, nullptr);
   for (const Guid& iid : kAllInterfaces)
     EXPECT_EQ(support->InterfaceSupportsErrorInfo(iid), iid == GetParam().interfaces.front() ? S_OK : S_FALSE)

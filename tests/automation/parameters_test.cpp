@@ -4,6 +4,7 @@
 #include "automation/waiting_record.h"
 #include "fixtures/counting_object.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {

@@ -3,14 +3,16 @@
 
 #include "automation/late_call.h"
 #include "automation/waiting_record.h"
+#include "com/module.h"
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/thrown.h"
-#include "platform/module.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 #include "session/session_answers.h"
 
 namespace qv {
@@ -32,8 +34,7 @@ class ClientObject : public testing::Test {
         client_(CreateQvScriptwells()) {
     EnsureFormaters();
     services_->Answer("GetUsid", Nulls());
-    raw_ = IQvClientServiceRawPtr(
-        static_cast<IQvClientServiceRaw*>(QueryFor(client_.get(), IQvClientServiceRaw::kIid)), false);
+    raw_ = As<IQvClientServiceRaw>(client_);
     LeaveStaleRecord();
   }
   void TearDown() override {
@@ -184,7 +185,7 @@ TEST_F(ClientObject, ValuesComeByIdInTheirOrder) {
     EXPECT_EQ(again.Code(), "0x00000000");
     ASSERT_NE(DispatchOf(once.result), nullptr);
     EXPECT_EQ(DispatchOf(once.result) == DispatchOf(again.result), row.id == 1);
-    const IUnknownPtr face(static_cast<IUnknown*>(QueryFor(DispatchOf(once.result), row.iid)), false);
+    const IUnknownPtr face = As<IUnknown>(DispatchOf(once.result), row.iid);
     EXPECT_NE(face, nullptr) << row.id;
     EXPECT_TRUE(once.FailureUntouched());
   }

@@ -11,8 +11,10 @@
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
 #include "fixtures/scarce_memory.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "session/session_answers.h"
@@ -69,8 +71,7 @@ TEST(ScarceMemory, ExecuteFailsWithACodeAndTheNextOneWorks) {
   FakeHttp http;
   const ClassCreator fake = RegisterClassCreator(CLSID_HttpComponent, nullptr);
   const IConnectionModelPtr model = CreateConnectionModel();
-  const IConnectionModelRawPtr raw(
-      static_cast<IConnectionModelRaw*>(QueryFor(model.get(), IConnectionModelRaw::kIid)), false);
+  const IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model);
   ASSERT_EQ(raw->SetServer(u"http://srv", u""), S_OK);
   ASSERT_EQ(model->SetUSID(u"u1"), S_OK);
   Variant result;
@@ -100,8 +101,7 @@ TEST(ScarceMemory, CallsOnAFreshThreadNeedNoMemoryOfTheCLibrary) {
   const int before = RememberedThreadEnds();
   std::thread([] {
     const IConnectionModelPtr model = CreateConnectionModel();
-    const IConnectionModelRawPtr raw(
-        static_cast<IConnectionModelRaw*>(QueryFor(model.get(), IConnectionModelRaw::kIid)), false);
+    const IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model);
     EXPECT_EQ(raw->SetServer(u"no server", u""), DISP_E_EXCEPTION);
     EXPECT_EQ(raw->SetServer(u"http://srv", u""), S_OK);
     EXPECT_EQ(model->SetUSID(u"u1"), S_OK);

@@ -11,6 +11,7 @@
 #include "fixtures/scarce_memory.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
@@ -32,7 +33,7 @@ std::set<std::string> CodesWithout(Memory memory, const std::function<HRESULT()>
 
 template <class Raw>
 boost::intrusive_ptr<Raw> RawOf(IUnknown* object) {
-  return boost::intrusive_ptr<Raw>(static_cast<Raw*>(QueryFor(object, Raw::kIid)), false);
+  return As<Raw>(object);
 }
 
 TEST(ScarceTexts, ServerNameAndProxy) {

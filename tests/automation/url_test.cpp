@@ -5,8 +5,9 @@
 
 #include "automation/slot_order.h"
 #include "automation/waiting_record.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
@@ -109,8 +110,7 @@ TEST_F(UrlObject, IsCounted) {
 }
 
 TEST_F(UrlObject, OnlyItsOwnInterfaceLeavesRecords) {
-  const ISupportErrorInfoPtr support(
-      static_cast<ISupportErrorInfo*>(QueryFor(object_.get(), ISupportErrorInfo::kIid)), false);
+  const ISupportErrorInfoPtr support = As<ISupportErrorInfo>(object_);
   ASSERT_NE(support, nullptr);
   EXPECT_EQ(support->InterfaceSupportsErrorInfo(IUrl::kIid), S_OK);
   EXPECT_EQ(support->InterfaceSupportsErrorInfo(IDuration::kIid), S_FALSE);

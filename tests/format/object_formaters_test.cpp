@@ -10,6 +10,7 @@
 #include "fixtures/xml_text.h"
 #include "format/factory_fixture.h"
 #include "format/response_value_reader.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 
@@ -36,9 +37,8 @@ class FormaterDurationTest : public FactoryFixture {
     if (value.Object() == nullptr) return "no object";
     EXPECT_EQ(value.Object()->AddRef(), 2u);
     EXPECT_EQ(value.Object()->Release(), 1u);
-    const IDurationPtr duration(static_cast<IDuration*>(QueryFor(value.Object(), IDuration::kIid)), false);
-    const IDurationRawPtr raw(static_cast<IDurationRaw*>(QueryFor(value.Object(), IDurationRaw::kIid)),
-                              false);
+    const IDurationPtr duration = As<IDuration>(value.Object());
+    const IDurationRawPtr raw = As<IDurationRaw>(value.Object());
     if (duration == nullptr || raw == nullptr) return "no duration";
     WideString text;
     EXPECT_EQ(raw->GetText(&text), S_OK);

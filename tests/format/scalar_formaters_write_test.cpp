@@ -4,9 +4,9 @@
 #include <cmath>
 #include <limits>
 
+#include "com/asked_object.h"
 #include "format/factory_fixture.h"
 #include "format/scalar_formaters.h"
-#include "platform/asked_object.h"
 #include "qvscriptwells/com_error.h"
 #include "support/print_wide_string.h"
 

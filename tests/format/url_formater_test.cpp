@@ -11,7 +11,7 @@
 #include "format/factory_fixture.h"
 #include "format/object_formaters.h"
 #include "format/response_value_reader.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 
 namespace qv {
@@ -42,7 +42,7 @@ class FormaterUrlTest : public FactoryFixture {
     ASSERT_NE(value.Object(), nullptr) << which;
     EXPECT_EQ(value.Object()->AddRef(), 2u) << which;
     EXPECT_EQ(value.Object()->Release(), 1u) << which;
-    const IUrlPtr url(static_cast<IUrl*>(QueryFor(value.Object(), IUrl::kIid)), false);
+    const IUrlPtr url = As<IUrl>(value.Object());
     ASSERT_NE(url, nullptr) << which;
     WideString text(u"before");
     EXPECT_EQ(url->get_UrlCaption(&text), S_OK);

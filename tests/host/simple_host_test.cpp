@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "fixtures/scarce_memory.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 
 namespace qv {
 namespace {
@@ -23,9 +23,8 @@ class SimpleHost : public ::testing::Test {
  protected:
   void Make(const SimpleHostUser& user) {
     services_ = CreateSimpleHost(user);
-    sink_ = IQvClientServicesSinkPtr(
-        static_cast<IQvClientServicesSink*>(QueryFor(services_.get(), IQvClientServicesSink::kIid)), false);
-    host_ = ISimpleHostPtr(static_cast<ISimpleHost*>(QueryFor(services_.get(), ISimpleHost::kIid)), false);
+    sink_ = As<IQvClientServicesSink>(services_);
+    host_ = As<ISimpleHost>(services_);
     ASSERT_TRUE(sink_);
     ASSERT_TRUE(host_);
   }
@@ -158,9 +157,9 @@ TEST_F(SimpleHost, ClosedSessionIsNotOfferedAgain) {
 
 TEST_F(SimpleHost, InterfacesAreOneObject) {
   Make({});
-  IUnknownPtr first(static_cast<IUnknown*>(QueryFor(services_.get(), IUnknown::kIid)), false);
-  IUnknownPtr second(static_cast<IUnknown*>(QueryFor(sink_.get(), IUnknown::kIid)), false);
-  IUnknownPtr third(static_cast<IUnknown*>(QueryFor(host_.get(), IUnknown::kIid)), false);
+  IUnknownPtr first = As<IUnknown>(services_);
+  IUnknownPtr second = As<IUnknown>(sink_);
+  IUnknownPtr third = As<IUnknown>(host_);
   EXPECT_EQ(first.get(), second.get());
   EXPECT_EQ(first.get(), third.get());
 }

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/simple_host.h"
 
 namespace qv {
@@ -21,8 +21,7 @@ class SimpleServiceProvider : public ::testing::Test {
 TEST_F(SimpleServiceProvider, KnownNameGivesTheServices) {
   const IUnknownPtr service = Get(u"QvClientServices");
   ASSERT_TRUE(service);
-  const IQvClientServicesPtr same(
-      static_cast<IQvClientServices*>(QueryFor(service.get(), IQvClientServices::kIid)), false);
+  const IQvClientServicesPtr same = As<IQvClientServices>(service);
   EXPECT_EQ(same.get(), services_.get());
 }
 

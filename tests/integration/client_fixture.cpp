@@ -79,8 +79,7 @@ void ClientTest::TearDown() {
 }
 
 std::string ClientTest::SetServer(const WideString& serverName, const WideString& proxy) {
-  const IConnectionModelRawPtr raw(
-      static_cast<IConnectionModelRaw*>(QueryFor(model_.get(), IConnectionModelRaw::kIid)), false);
+  const IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model_);
   return OutcomeText(raw->SetServer(serverName, proxy));
 }
 
@@ -89,7 +88,7 @@ void ClientTest::Use(const std::string& prefix) {
 }
 
 std::string ClientTest::HostKnows() {
-  const ISimpleHostPtr host(static_cast<ISimpleHost*>(QueryFor(host_.get(), ISimpleHost::kIid)), false);
+  const ISimpleHostPtr host = As<ISimpleHost>(host_);
   SimpleHostSession session;
   EXPECT_EQ(host->GetSession(&session), S_OK);
   return std::string(session.open ? "open " : "closed ") + Shown(session.usid) + " " +

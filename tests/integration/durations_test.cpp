@@ -11,11 +11,11 @@ constexpr char kNotRead[] = "0x80020009 Cannot deserialize the response.";
 
 IDurationPtr DurationIn(const Variant& value) {
   EXPECT_EQ(value.Tag(), VT_UNKNOWN) << ValueText(value);
-  return {static_cast<IDuration*>(QueryFor(value.Object(), IDuration::kIid)), false};
+  return As<IDuration>(value.Object());
 }
 
 std::string TextOf(const Variant& value) {
-  const IDurationRawPtr raw(static_cast<IDurationRaw*>(QueryFor(value.Object(), IDurationRaw::kIid)), false);
+  const IDurationRawPtr raw = As<IDurationRaw>(value.Object());
   if (raw == nullptr) return "no duration";
   WideString text;
   EXPECT_EQ(raw->GetText(&text), S_OK);

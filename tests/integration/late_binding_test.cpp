@@ -43,7 +43,7 @@ class LateBinding : public ClientTest {
     ClientTest::SetUp();
     client_ = CreateQvScriptwells();
     const IQvServiceProviderPtr provider = CreateSimpleServiceProvider(host_.get());
-    const IDispatchPtr raw(static_cast<IDispatch*>(QueryFor(client_.get(), kClientServiceRaw)), false);
+    const IDispatchPtr raw = As<IDispatch>(client_, kClientServiceRaw);
     ASSERT_EQ(Call(raw.get(), u"init", {Variant::FromObject(provider.get())}).code, S_OK);
     ASSERT_EQ(Call(client_.get(), u"ServerName", {Variant::FromString(FromUtf8(service_->Url()))},
                    DISPATCH_PROPERTYPUT)
@@ -117,8 +117,7 @@ TEST_F(LateBinding, DurationGoesAndComesBack) {
   Call(parameters.get(), u"Add", {Text(u"span"), FromDispatch(span.get())});
   const Outcome outcome = Execute(u"parameters.span", parameters);
   ASSERT_EQ(outcome.result.Tag(), VT_UNKNOWN);
-  const IDispatchPtr answer(static_cast<IDispatch*>(QueryFor(outcome.result.Object(), IDispatch::kIid)),
-                            false);
+  const IDispatchPtr answer = As<IDispatch>(outcome.result.Object());
   EXPECT_EQ(ValueText(Call(answer.get(), u"get_Day", {}, DISPATCH_PROPERTYGET).result), "VT_I2 12");
 }
 
@@ -126,8 +125,7 @@ TEST_F(LateBinding, TableArrivesAsAnObject) {
   Open();
   const Outcome outcome = Execute(u"[{a: 1}]", Made(u"Parameters"));
   ASSERT_EQ(outcome.result.Tag(), VT_UNKNOWN);
-  const IUnknownPtr table(static_cast<IUnknown*>(QueryFor(outcome.result.Object(), IRecordList::kIid)),
-                          false);
+  const IUnknownPtr table = As<IUnknown>(outcome.result.Object(), IRecordList::kIid);
   EXPECT_NE(table, nullptr);
 }
 

@@ -35,8 +35,7 @@ int OpenDescriptors() {
 class Leak : public devservice::testing::ServiceTest {
  protected:
   void Use(const std::string& url) {
-    const IConnectionModelRawPtr raw(
-        static_cast<IConnectionModelRaw*>(QueryFor(model_.get(), IConnectionModelRaw::kIid)), false);
+    const IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model_);
     ASSERT_EQ(raw->SetServer(FromUtf8(url), u""), S_OK);
   }
   bool Runs(const char16_t* script, IParameters* parameters = nullptr) {

@@ -132,8 +132,7 @@ class Secrets : public ::testing::Test {
   // The services write the id into a text that they are handed.
   void AdoptAgain() {
     const IQvScriptwellsPtr client = CreateQvScriptwells();
-    const IQvClientServiceRawPtr raw(
-        static_cast<IQvClientServiceRaw*>(QueryFor(client.get(), IQvClientServiceRaw::kIid)), false);
+    const IQvClientServiceRawPtr raw = As<IQvClientServiceRaw>(client);
     ThrowIfFailed(raw->Init(CreateSimpleServiceProvider(host_.get()).get()));
     ThrowIfFailed(client->put_ServerName(u"http://127.0.0.1:1"));
     EXPECT_NE(ModelOf(client.get()), nullptr);

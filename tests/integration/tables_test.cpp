@@ -13,7 +13,7 @@ class Tables : public ValueTest {
   }
   static IRecordListPtr AsTable(const Variant& answer) {
     EXPECT_EQ(answer.Tag(), VT_UNKNOWN);
-    return IRecordListPtr(static_cast<IRecordList*>(QueryFor(answer.Object(), IRecordList::kIid)), false);
+    return As<IRecordList>(answer.Object());
   }
 };
 
@@ -56,8 +56,7 @@ std::string RowsOf(IRecordList* table) {
     IUnknown* raw = nullptr;
     EXPECT_EQ(cursor->Next(&raw), S_OK);
     const IUnknownPtr object(raw, false);
-    const IRecordListRecordPtr record(static_cast<IRecordListRecord*>(QueryFor(raw, IRecordListRecord::kIid)),
-                                      false);
+    const IRecordListRecordPtr record = As<IRecordListRecord>(raw);
     for (std::int32_t i = 0; i < columns; ++i) {
       Variant value;
       EXPECT_EQ(record->GetValue(i, &value), S_OK);

@@ -9,7 +9,7 @@ constexpr char kRefused[] = "0x80020009 Cannot create the xml document.";
 
 IUrlPtr UrlIn(const Variant& value) {
   EXPECT_EQ(value.Tag(), VT_UNKNOWN) << ValueText(value);
-  return {static_cast<IUrl*>(QueryFor(value.Object(), IUrl::kIid)), false};
+  return As<IUrl>(value.Object());
 }
 
 // "link|caption|text"
@@ -41,7 +41,7 @@ TEST_F(Urls, LinkThatIsNoneIsAnObjectAllTheSame) {
 
 TEST_F(Urls, AnswerIsNoDuration) {
   const Variant answer = Answer(u"typed.url('http://quorvane.example/')");
-  EXPECT_EQ(QueryFor(answer.Object(), IDuration::kIid), nullptr);
+  EXPECT_EQ(As<IDuration>(answer.Object()), nullptr);
 }
 
 TEST_F(Urls, AnswerHoldsTheOnlyReference) {

@@ -16,7 +16,7 @@
 #include <stdexcept>
 #include <thread>
 
-#include "platform/unique_descriptor.h"
+#include "system/unique_descriptor.h"
 
 namespace qv::test {
 namespace {

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "platform/unique_descriptor.h"
+#include "system/unique_descriptor.h"
 
 namespace qv::test {
 

@@ -9,6 +9,7 @@
 #include "client_fixture.h"
 #include "fixtures/formaters.h"
 #include "fixtures/shown_text.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/native_path.h"
 
@@ -86,8 +87,7 @@ std::string TransferTest::ServerUrl() const {
 }
 
 void TransferTest::UseServer(const std::string& url, const std::string& proxy) {
-  const IConnectionModelRawPtr raw(
-      static_cast<IConnectionModelRaw*>(QueryFor(model_.get(), IConnectionModelRaw::kIid)), false);
+  const IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model_);
   EXPECT_EQ(OutcomeText(raw->SetServer(Wide(url), Wide(proxy))), "ok");
 }
 

@@ -1,6 +1,6 @@
 // Cells of each column type, both ways.
 #include "format/probe_formater.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "recordlist/record_list_test.h"
 
@@ -118,7 +118,7 @@ TEST_F(RecordListCells, EmptyStringIsNoNull) {
 TEST_F(RecordListCells, DurationIsReadWithItsText) {
   EXPECT_EQ(CellRead(u"xsd:duration", u"-P1DT2H"), "VT_UNKNOWN object");
   IUnknown* const object = fake_.Table().rows.at(0).cells.at(0).Object();
-  const IDurationRawPtr raw(static_cast<IDurationRaw*>(QueryFor(object, IDurationRaw::kIid)), false);
+  const IDurationRawPtr raw = As<IDurationRaw>(object);
   ASSERT_NE(raw, nullptr);
   WideString text;
   EXPECT_EQ(raw->GetText(&text), S_OK);
@@ -128,7 +128,7 @@ TEST_F(RecordListCells, DurationIsReadWithItsText) {
 TEST_F(RecordListCells, UrlIsReadAsAUrl) {
   EXPECT_EQ(CellRead(u"sof:url", u"&lt;URL&gt;u&lt;/URL&gt;&lt;C&gt;c&lt;/C&gt;"), "VT_UNKNOWN object");
   IUnknown* const object = fake_.Table().rows.at(0).cells.at(0).Object();
-  EXPECT_NE(IUrlPtr(static_cast<IUrl*>(QueryFor(object, IUrl::kIid)), false), nullptr);
+  EXPECT_NE(As<IUrl>(object), nullptr);
 }
 
 struct WrittenRow {

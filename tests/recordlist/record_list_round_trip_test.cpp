@@ -1,4 +1,5 @@
 // What is written is read again: over the component in memory and over the library's own.
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "recordlist/record_list_test.h"
@@ -83,9 +84,7 @@ TEST_F(RecordListRoundTrip, TypeNamesComeBackInTheirOneForm) {
 // The library's own list in place of the fake one.
 class OwnRecordList : public FactoryFixture {
  protected:
-  static IRecordListPtr ListIn(const Variant& value) {
-    return IRecordListPtr(static_cast<IRecordList*>(QueryFor(value.Object(), IRecordList::kIid)), false);
-  }
+  static IRecordListPtr ListIn(const Variant& value) { return As<IRecordList>(value.Object()); }
   static Variant ReadBack(const WideString& text) {
     const XmlText xml(text.view());
     return FormaterRecordList().ReadValue(xml.Root());
@@ -100,8 +99,7 @@ class OwnRecordList : public FactoryFixture {
     IUnknown* raw = nullptr;
     ThrowIfFailed(list->NewRecord(&raw));
     const IUnknownPtr unknown(raw, false);
-    const IRecordListRecordPtr record(static_cast<IRecordListRecord*>(QueryFor(raw, IRecordListRecord::kIid)),
-                                      false);
+    const IRecordListRecordPtr record = As<IRecordListRecord>(raw);
     for (std::size_t i = 0; i < values.size(); ++i)
       ThrowIfFailed(record->SetValue(static_cast<std::int32_t>(i), values[i]));
   }
@@ -116,8 +114,7 @@ class OwnRecordList : public FactoryFixture {
       IUnknown* next = nullptr;
       ThrowIfFailed(cursor->Next(&next));
       const IUnknownPtr unknown(next, false);
-      const IRecordListRecordPtr record(
-          static_cast<IRecordListRecord*>(QueryFor(next, IRecordListRecord::kIid)), false);
+      const IRecordListRecordPtr record = As<IRecordListRecord>(next);
       for (std::int32_t i = 0; i < columns; ++i) {
         Variant value;
         ThrowIfFailed(record->GetValue(i, &value));

@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "com/module.h"
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/thrown.h"
-#include "platform/module.h"
 #include "session/qv_scriptwells_impl.h"
 #include "session/session_answers.h"
 

@@ -7,9 +7,11 @@
 
 #include "fixtures/scarce_memory.h"
 #include "fixtures/thrown.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/error_info.h"
 #include "qvscriptwells/simple_host.h"
 #include "session/qv_scriptwells_impl.h"
 

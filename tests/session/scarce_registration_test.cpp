@@ -9,6 +9,7 @@
 
 #include "fixtures/fake_http.h"
 #include "fixtures/scarce_memory.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/value_types_hold.h"

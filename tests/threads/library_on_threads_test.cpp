@@ -14,6 +14,7 @@
 #include "fixtures/raw_server.h"
 #include "fixtures/temporary_directory.h"
 #include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/dispatch.h"
 #include "qvscriptwells/objects.h"

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <functional>
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "tests/tools/fresh_directory.h"
 #include "tools/failure.h"
@@ -113,8 +114,7 @@ TEST_F(LocalFiles, FileParameterHoldsTheAbsolutePath) {
   EXPECT_EQ(parameter.name, "doc");
   EXPECT_TRUE(IsFileParameter(parameter.value));
   EXPECT_TRUE(parameter.notes.empty());
-  const IAttachedFilePtr file(
-      static_cast<IAttachedFile*>(QueryFor(parameter.value.Object(), IAttachedFile::kIid)), false);
+  const IAttachedFilePtr file = As<IAttachedFile>(parameter.value.Object());
   ASSERT_TRUE(file);
   WideString name;
   ASSERT_EQ(file->get_Filename(&name), S_OK);

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "fixtures/fake_http.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/error_info.h"
 
 namespace qv::cli {
@@ -17,7 +17,7 @@ class ReportingHttpTest : public ::testing::Test {
     EXPECT_EQ(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IUnknown::kIid, &object), S_OK);
     const IUnknownPtr component(static_cast<IUnknown*>(object), false);
     EXPECT_EQ(OleRun(component.get()), S_OK);
-    return IHttpSessionPtr(static_cast<IHttpSession*>(QueryFor(component.get(), IHttpSession::kIid)), false);
+    return As<IHttpSession>(component);
   }
   static HRESULT Open(const IHttpSessionPtr& session, const WideString& proxy = u"") {
     return session->Open(u"http", u"srv", 8080, nullptr, nullptr, proxy);
@@ -65,8 +65,7 @@ TEST_F(ReportingHttpTest, FailureIsNotedAndItsRecordStaysForTheCaller) {
 
 TEST_F(ReportingHttpTest, CallersSeeThatRecordsAreLeft) {
   const IHttpSessionPtr session = MakeSession();
-  const ISupportErrorInfoPtr support(
-      static_cast<ISupportErrorInfo*>(QueryFor(session.get(), ISupportErrorInfo::kIid)), false);
+  const ISupportErrorInfoPtr support = As<ISupportErrorInfo>(session);
   ASSERT_TRUE(support);
   EXPECT_EQ(support->InterfaceSupportsErrorInfo(IHttpSession::kIid), S_OK);
   EXPECT_EQ(support->InterfaceSupportsErrorInfo(IHttpOptions::kIid), S_FALSE);

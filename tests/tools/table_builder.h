@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 
 namespace qv::cli::testing {
@@ -27,8 +28,7 @@ inline void AddBuiltRow(IRecordList* list, const BuiltRow& row) {
   IUnknown* raw = nullptr;
   ThrowIfFailed(list->NewRecord(&raw));
   const boost::intrusive_ptr<IUnknown> object(raw, false);
-  const IRecordListRecordPtr record(
-      static_cast<IRecordListRecord*>(QueryFor(object.get(), IRecordListRecord::kIid)), false);
+  const IRecordListRecordPtr record = As<IRecordListRecord>(object);
   for (std::size_t i = 0; i < row.size(); ++i)
     if (row[i].Tag() != VT_EMPTY) ThrowIfFailed(record->SetValue(static_cast<std::int32_t>(i), row[i]));
 }

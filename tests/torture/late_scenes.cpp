@@ -1,6 +1,6 @@
 // What a host does that knows a ProgID and names of members, and loads the library itself.
 #include "qvscriptwells/class_registry.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/dispatch.h"
 #include "qvscriptwells/simple_host.h"
 #include "torture/scene.h"
@@ -34,7 +34,7 @@ HRESULT CallByName(IDispatch* object, const char16_t* name, std::uint16_t flags,
 }
 
 HRESULT Init(IDispatch* client, const std::vector<Variant>& provider) {
-  const IDispatchPtr raw(static_cast<IDispatch*>(QueryFor(client, kClientServiceRaw)), false);
+  const IDispatchPtr raw = As<IDispatch>(client, kClientServiceRaw);
   return CallByName(raw.get(), u"Init", DISPATCH_METHOD, provider, nullptr);
 }
 

@@ -113,7 +113,7 @@ class DurationScene : public ExecuteScene {
  protected:
   Outcome Look(const Variant& result) override {
     if (result.Tag() != VT_UNKNOWN) return {S_OK, false};
-    const IDurationPtr duration(static_cast<IDuration*>(QueryFor(result.Object(), IDuration::kIid)), false);
+    const IDurationPtr duration = As<IDuration>(result.Object());
     std::int16_t days = 0;
     if (duration == nullptr) return {S_OK, false};
     const HRESULT code = duration->get_Day(&days);
@@ -141,8 +141,7 @@ class TableScene : public ExecuteScene {
  protected:
   Outcome Look(const Variant& result) override {
     if (result.Tag() != VT_UNKNOWN) return {S_OK, false};
-    const IRecordListPtr table(static_cast<IRecordList*>(QueryFor(result.Object(), IRecordList::kIid)),
-                               false);
+    const IRecordListPtr table = As<IRecordList>(result.Object());
     if (table == nullptr) return {S_OK, false};
     IRecordListCursor* raw = nullptr;
     const HRESULT code = table->OpenCursor(VARIANT_TRUE, &raw);
@@ -161,8 +160,7 @@ class TableScene : public ExecuteScene {
       code = cursor->Next(&raw);
       if (Failed(code)) return {code, false};
       const IUnknownPtr row(raw, false);
-      const IRecordListRecordPtr record(
-          static_cast<IRecordListRecord*>(QueryFor(row.get(), IRecordListRecord::kIid)), false);
+      const IRecordListRecordPtr record = As<IRecordListRecord>(row);
       Variant cell;
       code = record->GetValue(0, &cell);
       if (Failed(code)) return {code, false};

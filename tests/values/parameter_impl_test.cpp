@@ -6,7 +6,7 @@
 #include <limits>
 #include <utility>
 
-#include "platform/asked_object.h"
+#include "com/asked_object.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/objects.h"
 #include "support/print_wide_string.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/asked_object.h"
+#include "com/asked_object.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/print_wide_string.h"

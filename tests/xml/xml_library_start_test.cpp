@@ -12,7 +12,7 @@
 
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "platform/module.h"
+#include "com/module.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/wide_string.h"
 #include "refused_memory.h"

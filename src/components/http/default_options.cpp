@@ -4,7 +4,7 @@
 #include <new>
 #include <string>
 
-#include "platform/registry_file.h"
+#include "registry/registry_file.h"
 
 namespace qv {
 namespace {

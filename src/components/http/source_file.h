@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/regular_file.h"
 #include "qvscriptwells/wide_string.h"
+#include "system/regular_file.h"
 
 namespace qv {
 

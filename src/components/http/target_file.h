@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/unique_descriptor.h"
 #include "qvscriptwells/wide_string.h"
+#include "system/unique_descriptor.h"
 
 namespace qv {
 

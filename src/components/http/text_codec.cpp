@@ -10,7 +10,7 @@
 #include <cstring>
 #include <utility>
 
-#include "platform/string_block.h"
+#include "text/string_block.h"
 
 namespace qv {
 namespace {

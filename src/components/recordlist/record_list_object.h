@@ -2,9 +2,9 @@
 // it alive.
 #pragma once
 
+#include "com/module.h"
 #include "components/recordlist/cell_table.h"
 #include "components/recordlist/record_list_columns.h"
-#include "platform/module.h"
 #include "qvscriptwells/record_list.h"
 
 namespace qv {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "qvscriptwells/class_registry.h"
-#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
 
 namespace qv {
 
@@ -45,8 +45,7 @@ std::int32_t ColumnCount(const IRecordListPtr& list) {
 IRecordListRecordPtr AsRecord(IUnknown* owned) {
   const IUnknownPtr object(owned, false);
   EXPECT_NE(object, nullptr);
-  return IRecordListRecordPtr(
-      static_cast<IRecordListRecord*>(QueryFor(object.get(), IRecordListRecord::kIid)), false);
+  return As<IRecordListRecord>(object);
 }
 
 IRecordListRecordPtr NewRow(const IRecordListPtr& list) {

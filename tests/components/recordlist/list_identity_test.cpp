@@ -8,6 +8,7 @@
 #include "components/recordlist/list_helpers.h"
 #include "fixtures/counting_object.h"
 #include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 
 namespace qv {
@@ -45,9 +46,7 @@ class ListIdentity : public testing::TestWithParam<Kind> {
  protected:
   ListIdentity() : object_(GetParam().make()) {}
 
-  IUnknownPtr Query(const Guid& iid) {
-    return IUnknownPtr(static_cast<IUnknown*>(QueryFor(object_.get(), iid)), false);
-  }
+  IUnknownPtr Query(const Guid& iid) { return As<IUnknown>(object_, iid); }
 
   IUnknownPtr object_;
 };
@@ -95,8 +94,7 @@ TEST_P(ListIdentity, CountsAreReturned) {
 }
 
 TEST_P(ListIdentity, OnlyTheOwnInterfaceLeavesErrorRecords) {
-  const ISupportErrorInfoPtr support(
-      static_cast<ISupportErrorInfo*>(QueryFor(object_.get(), ISupportErrorInfo::kIid)), false);
+  const ISupportErrorInfoPtr support = As<ISupportErrorInfo>(object_);
   ASSERT_NE(support, nullptr);
   for (const Guid& iid : kOwnInterfaces)
     EXPECT_EQ(support->InterfaceSupportsErrorInfo(iid), iid == GetParam().iid ? S_OK : S_FALSE)

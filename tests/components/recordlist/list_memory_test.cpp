@@ -7,6 +7,7 @@
 #include "components/recordlist/heap_watch.h"
 #include "components/recordlist/list_helpers.h"
 #include "qvscriptwells/class_registry.h"
+#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {

@@ -5,10 +5,10 @@
 #include <functional>
 #include <vector>
 
+#include "com/module.h"
 #include "components/recordlist/list_helpers.h"
 #include "fixtures/calling_object.h"
 #include "fixtures/counting_object.h"
-#include "platform/module.h"
 
 namespace qv {
 namespace {

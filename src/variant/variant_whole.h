@@ -1,0 +1,27 @@
+// Whole numbers of every tag in one shape.
+#pragma once
+
+#include <cstdint>
+
+#include "variant/variant_operand.h"
+
+namespace qv {
+
+struct Whole {
+  bool isNegative = false;  // never with magnitude 0
+  std::uint64_t magnitude = 0;
+  bool isBits = false;  // written digit by digit of a power of two: may fill a signed tag
+};
+
+// The value of an operand that is a whole number.
+Whole WholeOf(const Operand& operand) noexcept;
+// Halves round to the even neighbour. DISP_E_OVERFLOW: beyond 64 bits, or no number.
+HRESULT WholeFromReal(double value, Whole* whole) noexcept;
+double RealFromWhole(const Whole& whole) noexcept;
+
+// The value under a tag of whole numbers. DISP_E_OVERFLOW: out of the tag's range.
+HRESULT StoreWhole(const Whole& whole, const VariantTag& type, VariantData* data) noexcept;
+// -1 under a signed tag, all bits set under an unsigned one.
+void StoreTrue(const VariantTag& type, VariantData* data) noexcept;
+
+}  // namespace qv

@@ -1,0 +1,104 @@
+// A class library as small as one can be: one class, whose objects do nothing. The build makes several of it,
+// all but one with a flaw.
+#include <atomic>
+
+#include "com/class_library.h"
+#include "com/module_hooks.h"
+#include "qvscriptwells/class_factory.h"
+
+namespace {
+
+std::atomic<int> inUse{0};
+const qv::ModuleHooks* hostHooks = nullptr;
+
+class EmptyObject final : public qv::IUnknown {
+ public:
+  EmptyObject() { ++inUse; }
+  ~EmptyObject() { --inUse; }
+  qv::HRESULT QueryInterface(const qv::Guid& iid, void** object) noexcept override {
+    *object = iid == qv::IUnknown::kIid ? this : nullptr;
+    if (*object == nullptr) return qv::E_NOINTERFACE;
+    ++count_;
+    return qv::S_OK;
+  }
+  std::uint32_t AddRef() noexcept override { return ++count_; }
+  std::uint32_t Release() noexcept override {
+    const std::uint32_t left = --count_;
+    if (left == 0) delete this;
+    return left;
+  }
+
+ private:
+  std::uint32_t count_ = 0;
+};
+
+// Without an object of its own for `iid`, it says so in the host's error record.
+class EmptyFactory final : public qv::IClassFactory {
+ public:
+  qv::HRESULT QueryInterface(const qv::Guid& iid, void** object) noexcept override {
+    *object = iid == qv::IClassFactory::kIid ? this : nullptr;
+    if (*object == nullptr) return qv::E_NOINTERFACE;
+    AddRef();
+    return qv::S_OK;
+  }
+  std::uint32_t AddRef() noexcept override { return static_cast<std::uint32_t>(++inUse); }
+  std::uint32_t Release() noexcept override { return static_cast<std::uint32_t>(--inUse); }
+  qv::HRESULT CreateInstance(qv::IUnknown*, const qv::Guid& iid, void** object) noexcept override {
+    const qv::IUnknownPtr made(new EmptyObject);
+    const qv::HRESULT code = made->QueryInterface(iid, object);
+    if (code != qv::S_OK) hostHooks->setErrorInfo(Words());
+    return code;
+  }
+  qv::HRESULT LockServer(bool lock) noexcept override {
+    lock ? ++inUse : --inUse;
+    return qv::S_OK;
+  }
+
+ private:
+  static qv::ErrorInfo Words() {
+    qv::ErrorInfo info;
+    info.description = u"words of the class library";
+    return info;
+  }
+};
+
+EmptyFactory factory;
+
+}  // namespace
+
+#pragma GCC visibility push(default)
+
+extern "C" {
+
+#ifndef CLASS_LIBRARY_NO_MAIN
+// A thorough one: it uses the host's classes while it starts, its own among them, and tries to be unloaded.
+int DllMain(void*, std::uint32_t reason, void* hooks) {
+  if (reason != 1) return 1;
+  hostHooks = static_cast<const qv::ModuleHooks*>(hooks);
+  void* own = nullptr;
+  if (hostHooks->getClassObject(qv::kClassOfLibrary, 0, qv::IClassFactory::kIid, &own) == qv::S_OK)
+    static_cast<qv::IClassFactory*>(own)->Release();
+  hostHooks->freeUnusedLibraries();
+#ifdef CLASS_LIBRARY_REFUSES
+  return 0;
+#else
+  return 1;
+#endif
+}
+#endif
+
+#ifndef CLASS_LIBRARY_NO_CLASS_OBJECT
+qv::HRESULT DllGetClassObject(const qv::Guid& classId, const qv::Guid& iid, void** object) {
+  if (classId != qv::kClassOfLibrary) return qv::CLASS_E_CLASSNOTAVAILABLE;
+  return factory.QueryInterface(iid, object);
+}
+#endif
+
+#ifndef CLASS_LIBRARY_NO_UNLOAD
+qv::HRESULT DllCanUnloadNow() {
+  return inUse == 0 ? qv::S_OK : qv::S_FALSE;
+}
+#endif
+}
+
+#pragma GCC visibility pop

@@ -1,0 +1,264 @@
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/com_call.h"
+#include "qvscriptwells/error_info.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <type_traits>
+
+#include "com/asked_object.h"
+#include "fixtures/scarce_memory.h"
+#include "qvscriptwells/e_qv_exception.h"
+#include "support/print_wide_string.h"
+
+namespace qv {
+namespace {
+
+constexpr Guid kSomeInterface = ParseGuid("9d152496-5e82-4675-86e6-caaef442f767");
+
+// Says whether its interfaces leave error records, and remembers for which one it was asked.
+class TalkingObject final : public ISupportErrorInfo {
+ public:
+  ~TalkingObject() { EXPECT_EQ(count, 1u) << "references were left or lost"; }
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
+    const bool known = iid == IUnknown::kIid || iid == ISupportErrorInfo::kIid;
+    *object = known ? this : nullptr;
+    if (known) AddRef();
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  std::uint32_t AddRef() noexcept override { return ++count; }
+  std::uint32_t Release() noexcept override { return --count; }
+  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override {
+    askedFor = iid;
+    return answer;
+  }
+
+  HRESULT answer = S_OK;
+  Guid askedFor{};
+  std::uint32_t count = 1;
+};
+
+class ComErrorTest : public testing::Test {
+ protected:
+  ComErrorTest() { ClearErrorInfo(); }
+  ~ComErrorTest() override { ClearErrorInfo(); }
+
+  static void Post(const char16_t* words) {
+    ErrorInfo info;
+    info.description = words;
+    SetErrorInfo(info);
+  }
+  static bool RecordWaits() {
+    ErrorInfo info;
+    return GetErrorInfo(&info);
+  }
+  static _com_error Issued(HRESULT code, IUnknown* object, const Guid& iid) {
+    try {
+      _com_issue_errorex(code, object, iid);
+    } catch (const _com_error& error) {
+      return error;
+    }
+  }
+};
+
+TEST_F(ComErrorTest, WithoutRecordThereAreNoWords) {
+  const _com_error error(E_FAIL);
+  EXPECT_EQ(error.Error(), E_FAIL);
+  EXPECT_FALSE(error.HasErrorInfo());
+  EXPECT_TRUE(error.Description().IsNull());
+}
+
+TEST_F(ComErrorTest, WithRecordItsWordsAreTheDescription) {
+  ErrorInfo info;
+  info.description = u"words";
+  const _com_error error(E_POINTER, info);
+  EXPECT_EQ(error.Error(), E_POINTER);
+  EXPECT_TRUE(error.HasErrorInfo());
+  EXPECT_EQ(error.Description(), u"words");
+}
+
+TEST_F(ComErrorTest, RecordWithoutWordsStillCountsAsRecord) {
+  const _com_error error(E_POINTER, ErrorInfo{});
+  EXPECT_TRUE(error.HasErrorInfo());
+  EXPECT_TRUE(error.Description().IsNull());
+}
+
+TEST_F(ComErrorTest, WhatIsTheMessageOrTheCode) {
+  ErrorInfo info;
+  EXPECT_STREQ(_com_error(E_POINTER).what(), "0x80004003");
+  EXPECT_STREQ(_com_error(E_POINTER, info).what(), "0x80004003");
+  info.description = u"caf\u00E9 closed";
+  const _com_error error(E_FAIL, info);
+  const std::exception& base = error;
+  EXPECT_STREQ(base.what(), "caf\xC3\xA9 closed");
+}
+
+TEST_F(ComErrorTest, WhatWithoutMemoryIsAFixedText) {
+  const _com_error error = [] {
+    const ScarceMemory scarce(Memory::kBoth, 0);
+    return _com_error(E_OUTOFMEMORY);
+  }();
+  EXPECT_STREQ(error.what(), "a component reported a failure");
+}
+
+TEST_F(ComErrorTest, OneBaseCatchesBothExceptions) {
+  static_assert(std::is_nothrow_copy_constructible_v<_com_error>);
+  std::string seen;
+  for (const bool first : {true, false}) {
+    try {
+      if (first) throw _com_error(E_FAIL);
+      throw EQvException(u"words");
+    } catch (const QvException& error) {
+      seen += error.what() + std::string(";");
+    }
+  }
+  EXPECT_EQ(seen, "0x80004005;words;");
+}
+
+TEST_F(ComErrorTest, RaiseCarriesTheCodeAndNoRecord) {
+  Post(u"waiting");
+  try {
+    _com_raise_error(E_OUTOFMEMORY);
+  } catch (const _com_error& error) {
+    EXPECT_EQ(error.Error(), E_OUTOFMEMORY);
+    EXPECT_FALSE(error.HasErrorInfo());
+    EXPECT_TRUE(error.Description().IsNull());
+  }
+  EXPECT_TRUE(RecordWaits());
+}
+
+TEST_F(ComErrorTest, IssueTakesTheRecordOfAnInterfaceThatLeavesOne) {
+  TalkingObject object;
+  Post(u"words");
+  const _com_error error = Issued(E_FAIL, &object, kSomeInterface);
+  EXPECT_EQ(error.Error(), E_FAIL);
+  EXPECT_TRUE(error.HasErrorInfo());
+  EXPECT_EQ(error.Description(), u"words");
+  EXPECT_TRUE(object.askedFor == kSomeInterface);
+  EXPECT_FALSE(RecordWaits());
+}
+
+TEST_F(ComErrorTest, IssueWithoutWaitingRecordHasNone) {
+  TalkingObject object;
+  const _com_error error = Issued(DISP_E_EXCEPTION, &object, kSomeInterface);
+  EXPECT_EQ(error.Error(), DISP_E_EXCEPTION);
+  EXPECT_FALSE(error.HasErrorInfo());
+  EXPECT_TRUE(error.Description().IsNull());
+}
+
+TEST_F(ComErrorTest, IssueLeavesTheRecordOfAnInterfaceThatLeavesNone) {
+  TalkingObject object;
+  object.answer = S_FALSE;
+  Post(u"not hers");
+  const _com_error error = Issued(E_FAIL, &object, kSomeInterface);
+  EXPECT_FALSE(error.HasErrorInfo());
+  EXPECT_TRUE(error.Description().IsNull());
+  EXPECT_TRUE(RecordWaits());
+}
+
+TEST_F(ComErrorTest, IssueLeavesTheRecordWhenTheObjectDoesNotSay) {
+  AskedObject object;
+  Post(u"not its");
+  const _com_error error = Issued(E_FAIL, &object, kSomeInterface);
+  EXPECT_EQ(error.Error(), E_FAIL);
+  EXPECT_FALSE(error.HasErrorInfo());
+  EXPECT_TRUE(RecordWaits());
+}
+
+TEST_F(ComErrorTest, IssueLeavesTheRecordWithoutObject) {
+  Post(u"nobody's");
+  const _com_error error = Issued(E_FAIL, nullptr, kSomeInterface);
+  EXPECT_EQ(error.Error(), E_FAIL);
+  EXPECT_FALSE(error.HasErrorInfo());
+  EXPECT_TRUE(RecordWaits());
+}
+
+TEST_F(ComErrorTest, ThrowIfFailedIsSilentOnSuccess) {
+  TalkingObject object;
+  Post(u"waiting");
+  EXPECT_NO_THROW(ThrowIfFailed(S_OK, &object, kSomeInterface));
+  EXPECT_NO_THROW(ThrowIfFailed(S_FALSE, &object, kSomeInterface));
+  EXPECT_TRUE(RecordWaits());
+}
+
+TEST_F(ComErrorTest, ThrowIfFailedIssuesOnFailure) {
+  TalkingObject object;
+  Post(u"words");
+  try {
+    ThrowIfFailed(E_INVALIDARG, &object, kSomeInterface);
+    FAIL() << "nothing was thrown";
+  } catch (const _com_error& error) {
+    EXPECT_EQ(error.Error(), E_INVALIDARG);
+    EXPECT_EQ(error.Description(), u"words");
+  }
+}
+
+TEST_F(ComErrorTest, AsHoldsOneReference) {
+  AskedObject object;
+  object.Answer(kSomeInterface, S_OK);
+  {
+    const IUnknownPtr found = As<IUnknown>(&object, kSomeInterface);
+    EXPECT_EQ(found, static_cast<IUnknown*>(&object));
+    EXPECT_EQ(object.count, 2u);
+  }
+  EXPECT_EQ(object.count, 1u);
+}
+
+TEST_F(ComErrorTest, AsAnInterfaceThatIsMissingIsNull) {
+  AskedObject object;
+  EXPECT_EQ(As<IUnknown>(&object, kSomeInterface), nullptr);
+}
+
+TEST_F(ComErrorTest, AsOfNullIsNull) {
+  EXPECT_EQ(As<IUnknown>(nullptr, kSomeInterface), nullptr);
+}
+
+TEST_F(ComErrorTest, AsThrowsAnyOtherFailure) {
+  for (const HRESULT code : {E_FAIL, E_POINTER, E_OUTOFMEMORY}) {
+    AskedObject object;
+    object.Answer(kSomeInterface, code);
+    try {
+      As<IUnknown>(&object, kSomeInterface);
+      ADD_FAILURE() << "nothing was thrown";
+    } catch (const _com_error& error) {
+      EXPECT_EQ(error.Error(), code);
+    }
+  }
+}
+
+TEST_F(ComErrorTest, PutTakesOverWhatIsHandedOut) {
+  AskedObject object;
+  object.Answer(kSomeInterface, S_OK);
+  IUnknownPtr found;
+  EXPECT_EQ(object.QueryInterface(kSomeInterface, Put(found)), S_OK);
+  EXPECT_EQ(found, static_cast<IUnknown*>(&object));
+  EXPECT_EQ(object.count, 2u);
+  found = nullptr;
+  EXPECT_EQ(object.count, 1u);
+}
+
+TEST_F(ComErrorTest, PutTakesTypedPointers) {
+  AskedObject object;
+  const auto handOut = [&object](IUnknown** place) {
+    object.AddRef();
+    *place = &object;
+  };
+  IUnknownPtr found;
+  handOut(Put(found));
+  EXPECT_EQ(found, static_cast<IUnknown*>(&object));
+  EXPECT_EQ(object.count, 2u);
+}
+
+TEST_F(ComErrorTest, PutLetsGoOfWhatWasHeld) {
+  AskedObject held;
+  AskedObject refusing;
+  IUnknownPtr pointer(&held);
+  EXPECT_EQ(held.count, 2u);
+  EXPECT_EQ(refusing.QueryInterface(kSomeInterface, Put(pointer)), E_NOINTERFACE);
+  EXPECT_EQ(pointer, nullptr);
+  EXPECT_EQ(held.count, 1u);
+}
+
+}  // namespace
+}  // namespace qv
