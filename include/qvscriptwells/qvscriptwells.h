@@ -14,6 +14,7 @@
 #include "qvscriptwells/guid.h"
 #include "qvscriptwells/host_services.h"
 #include "qvscriptwells/http_component.h"
+#include "qvscriptwells/messages.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/objects.h"
 #include "qvscriptwells/qv_exception.h"

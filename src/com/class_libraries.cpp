@@ -15,6 +15,7 @@
 #include "qvscriptwells/error_info.h"
 #include "qvscriptwells/registry.h"
 #include "system/regular_file.h"
+#include "text/raise.h"
 
 namespace qv {
 namespace {
@@ -45,12 +46,6 @@ struct Libraries {
 Libraries& TheLibraries() {
   static Libraries& libraries = *new Libraries;
   return libraries;
-}
-
-[[noreturn]] void Raise(HRESULT code, const std::string& words) {
-  ErrorInfo info;
-  info.description = FromUtf8(words);
-  throw _com_error(code, info);
 }
 
 // Closes a handle that nobody takes.

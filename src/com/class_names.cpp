@@ -8,6 +8,7 @@
 #include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/error_info.h"
 #include "qvscriptwells/registry.h"
+#include "text/ascii.h"
 #include "text/join_text.h"
 
 namespace qv {
@@ -15,10 +16,6 @@ namespace {
 
 // "{01932093-F909-400B-B02E-7AEDABA33A36}": anything but these stands for a hexadecimal digit.
 constexpr std::u16string_view kShape = u"{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
-
-bool IsHexDigit(char16_t unit) noexcept {
-  return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') || (unit >= u'A' && unit <= u'F');
-}
 
 bool HasShape(std::u16string_view text) noexcept {
   if (text.size() != kShape.size()) return false;

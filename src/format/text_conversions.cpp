@@ -5,6 +5,7 @@
 #include <string>
 
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
 #include "qvscriptwells/serial_date.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
@@ -82,8 +83,7 @@ struct ClockFields {
 // The fraction is cut off before it could become milliseconds: readers in the field drop it.
 std::int16_t WholeSeconds(std::u16string_view text) {
   const double seconds = ParseSeconds(text);
-  if (!(seconds > -2147483649.0 && seconds < 2147483648.0))
-    throw EQvException(u"Invalid argument to time encode");
+  if (!(seconds > -2147483649.0 && seconds < 2147483648.0)) throw EQvException(messages::kTimeEncode);
   return Cut(static_cast<std::int32_t>(seconds));
 }
 

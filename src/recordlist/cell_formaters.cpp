@@ -2,6 +2,7 @@
 
 #include "format/formater_factory.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
 #include "recordlist/column_types.h"
 
 namespace qv {
@@ -13,7 +14,7 @@ namespace {
   } catch (const EQvException&) {
     throw;
   } catch (...) {
-    throw EQvException(u"Cannot create the recordlist");
+    throw EQvException(messages::kRecordList);
   }
 }
 

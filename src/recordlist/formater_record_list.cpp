@@ -2,6 +2,7 @@
 
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
 #include "qvscriptwells/record_list.h"
 #include "recordlist/record_list_reader.h"
 #include "recordlist/record_list_writer.h"
@@ -16,7 +17,7 @@ Variant FormaterRecordList::ReadValue(const XmlNode& node) {
   } catch (const EQvException&) {
     throw;
   } catch (...) {
-    throw EQvException(u"Cannot create the recordlist");
+    throw EQvException(messages::kRecordList);
   }
 }
 

@@ -5,19 +5,16 @@
 #include <utility>
 
 #include "registry/registry_lines.h"
+#include "text/ascii.h"
 
 namespace qv {
 namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 
-char16_t FoldedUnit(char16_t unit) noexcept {
-  return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
-}
-
 bool SameKey(std::u16string_view a, std::u16string_view b) noexcept {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char16_t left, char16_t right) { return FoldedUnit(left) == FoldedUnit(right); });
+                    [](char16_t left, char16_t right) { return ToAsciiUpper(left) == ToAsciiUpper(right); });
 }
 
 // Gathers entries; a key that comes again gets its new value in its old place.
@@ -39,7 +36,7 @@ class EntryList {
  private:
   std::size_t PlaceOfKey() {
     std::u16string folded(key_.view());
-    std::transform(folded.begin(), folded.end(), folded.begin(), FoldedUnit);
+    std::transform(folded.begin(), folded.end(), folded.begin(), ToAsciiUpper<char16_t>);
     const auto [found, isNew] = places_.emplace(std::move(folded), content_.entries.size());
     if (isNew) content_.entries.push_back({key_, WideString()});
     return found->second;

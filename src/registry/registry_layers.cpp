@@ -9,6 +9,7 @@
 #include "registry/registry_disk.h"
 #include "registry/registry_file.h"
 #include "system/system_error_text.h"
+#include "text/raise.h"
 
 namespace qv {
 namespace {
@@ -18,12 +19,6 @@ constexpr int kOutOfReach[] = {EACCES, EPERM, EROFS, ENOENT, ENOTDIR};
 
 bool IsOutOfReach(int error) noexcept {
   return std::find(std::begin(kOutOfReach), std::end(kOutOfReach), error) != std::end(kOutOfReach);
-}
-
-[[noreturn]] void Raise(HRESULT code, const std::string& words) {
-  ErrorInfo info;
-  info.description = FromUtf8(words);
-  throw _com_error(code, info);
 }
 
 bool IsControl(char16_t unit) noexcept {

@@ -1,4 +1,5 @@
 #include "registry/registry_lines.h"
+#include "text/ascii.h"
 
 #include <utf8.h>
 
@@ -27,15 +28,11 @@ std::string_view Trimmed(std::string_view text) noexcept {
   return text.substr(first, text.find_last_not_of(kBlank) + 1 - first);
 }
 
-char UpperByte(char byte) noexcept {
-  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
-}
-
 // The root's name in any case, alone or before a "\".
 bool IsBelow(std::string_view root, std::string_view name) noexcept {
   if (name.size() < root.size()) return false;
   for (std::size_t i = 0; i < root.size(); ++i)
-    if (UpperByte(name[i]) != root[i]) return false;
+    if (ToAsciiUpper(name[i]) != root[i]) return false;
   return name.size() == root.size() || name[root.size()] == '\\';
 }
 

@@ -4,7 +4,9 @@
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
 #include "script/file_uploader.h"
+#include "soap/named_arguments.h"
 #include "support/namespaces.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
@@ -25,7 +27,7 @@ constexpr char16_t kAttachedFileType[] = u"AttachedFile";
   } catch (const EQvException&) {
     throw;
   } catch (...) {
-    throw EQvException(u"Cannot create the xml document.");
+    throw EQvException(messages::kXmlDocument);
   }
 }
 
@@ -51,7 +53,7 @@ WireParameter ReadParameter(IParameter* parameter) {
 // Brings the file to the server now, before the request that names its ticket.
 WideString UploadAttachedFile(const WideString& serviceUrl, const Variant& value, const NamedArguments& map) {
   const IAttachedFilePtr file = As<IAttachedFile>(value.Object());
-  CFileUploader uploader(serviceUrl, map.at(u"UploadFile").Text());
+  CFileUploader uploader(serviceUrl, map.at(argument::kUploadFile).Text());
   return uploader.Upload(file.get(), map);
 }
 
@@ -105,10 +107,10 @@ WideString CExecuteCommand::FormatValue(WideString typeName, Variant value) {
 }
 
 void CExecuteCommand::Write(WideTextStream& stream, const WideString& serviceUrl, const NamedArguments& map) {
-  WriteEnvelopeHead(stream, map.at(u"ContextHandle").Text());
+  WriteEnvelopeHead(stream, map.at(argument::kContextHandle).Text());
   stream.EndSecret();
   WriteScriptDocument(stream, map);
-  if (map.find(u"parameters") == map.end()) {
+  if (map.find(argument::kParameters) == map.end()) {
     WriteNoParameters(stream);
   } else {
     WriteParameters(stream, serviceUrl, map);
@@ -133,7 +135,7 @@ void CExecuteCommand::WriteEnvelopeHead(WideTextStream& stream, const WideString
 }
 
 void CExecuteCommand::WriteScriptDocument(WideTextStream& stream, const NamedArguments& map) {
-  const auto file = map.find(u"ScriptFile");
+  const auto file = map.find(argument::kScriptFile);
   if (file != map.end()) {
     WriteScriptFile(stream, file->second.Text());
   } else {
@@ -156,11 +158,12 @@ void CExecuteCommand::WriteScriptFile(WideTextStream& stream, const WideString& 
 // The whole document is escaped once more on its way out, so the script is escaped twice and the language
 // once.
 void CExecuteCommand::WriteScriptText(WideTextStream& stream, const NamedArguments& map) {
-  const WideString language = map.at(u"ScriptLanguage").Text();
+  const WideString language = map.at(argument::kScriptLanguage).Text();
   stream.AppendEncoded(u"<Scriptwell Language=\"");
   stream.AppendEncoded(language.view());
   // The escape ends at a null unit, and with it the document.
-  if (language.view().find(u'\0') == std::u16string_view::npos) WriteCode(stream, map.at(u"Script").Text());
+  if (language.view().find(u'\0') == std::u16string_view::npos)
+    WriteCode(stream, map.at(argument::kScript).Text());
 }
 
 void CExecuteCommand::WriteCode(WideTextStream& stream, const WideString& script) {
@@ -189,7 +192,7 @@ void CExecuteCommand::WriteNoParameters(WideTextStream& stream) {
 
 void CExecuteCommand::WriteParameters(WideTextStream& stream, const WideString& serviceUrl,
                                       const NamedArguments& map) {
-  IUnknown* const object = map.at(u"parameters").Object();
+  IUnknown* const object = map.at(argument::kParameters).Object();
   const IParametersPtr list = As<IParameters>(object);
   if (list == nullptr) _com_raise_error(E_POINTER);
   std::int16_t count = 0;

@@ -5,7 +5,9 @@
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
 #include "soap/http_call.h"
+#include "soap/named_arguments.h"
 #include "soap/soap_call.h"
 #include "support/namespaces.h"
 #include "support/path_helpers.h"
@@ -27,13 +29,8 @@ constexpr std::u16string_view kScriptForOldTicket = u"ClientScripts\\UploadScrip
   } catch (const EQvException&) {
     throw;
   } catch (...) {
-    throw EQvException(u"Unknown Http problem.");
+    throw EQvException(messages::kHttpProblem);
   }
-}
-
-WideString TextOf(const NamedArguments& map, const char16_t* key, const WideString& absent) {
-  const auto found = map.find(key);
-  return found == map.end() ? absent : found->second.Text();
 }
 
 IAttachedFile* Given(IAttachedFile* file) {
@@ -92,9 +89,9 @@ WideString CFileUploader::Upload(IAttachedFile* attachedFile, const NamedArgumen
 WideString CFileUploader::UploadNow(IAttachedFile* attachedFile, const NamedArguments& map) {
   const CQvUrl serviceUrl(serviceUrl_);
   const WideString fileName = FileNameOf(attachedFile);
-  const WideString proxy = TextOf(map, u"Proxy", u"");
-  cookieHandle_ = TextOf(map, u"CookieHandle", u"");
-  const WideString contextHandle = TextOf(map, u"ContextHandle", WideString());
+  const WideString proxy = TextArgument(map, argument::kProxy, u"");
+  cookieHandle_ = TextArgument(map, argument::kCookieHandle, u"");
+  const WideString contextHandle = TextArgument(map, argument::kContextHandle, nullptr);
 
   const WideString uploadUrl = ObtainUploadUrl(attachedFile, contextHandle, serviceUrl);
   WideString ticket = ExtractTicket(uploadUrl);
@@ -115,12 +112,12 @@ WideString CFileUploader::ObtainUploadUrl(IAttachedFile* attachedFile, const Wid
 WideString CFileUploader::AskForUrl(IAttachedFile* attachedFile, const WideString& contextHandle,
                                     const CQvUrl& serviceUrl) {
   NamedArguments map;
-  map.emplace(u"ContextHandle", Variant::FromString(contextHandle));
-  map.emplace(u"CookieHandle", Variant::FromString(cookieHandle_));
-  map.emplace(u"ScriptLanguage", Variant::FromString(u"JavaScript"));
+  map.emplace(argument::kContextHandle, Variant::FromString(contextHandle));
+  map.emplace(argument::kCookieHandle, Variant::FromString(cookieHandle_));
+  map.emplace(argument::kScriptLanguage, Variant::FromString(u"JavaScript"));
   const bool hasTicket = HasTicket(attachedFile);
-  map.emplace(u"ScriptFile", Variant::FromString(ScriptPath(hasTicket)));
-  if (hasTicket) map.emplace(u"parameters", Variant::FromObject(OldTicket(attachedFile).get()));
+  map.emplace(argument::kScriptFile, Variant::FromString(ScriptPath(hasTicket)));
+  if (hasTicket) map.emplace(argument::kParameters, Variant::FromObject(OldTicket(attachedFile).get()));
   CSOAPCall call;
   return AsText(call.Run(serviceUrl, u"Execute", kServiceNamespace, map).Value());
 }

@@ -10,6 +10,7 @@
 #include "qvscriptwells/secret_text.h"
 #include "recordlist/register_formaters.h"
 #include "script/file_downloader.h"
+#include "soap/named_arguments.h"
 #include "soap/soap_call.h"
 #include "support/namespaces.h"
 #include "support/string_helpers.h"
@@ -86,8 +87,8 @@ void ConnectionModelImpl::SetUSID(WideString usid) {
 
 void ConnectionModelImpl::AddProxyArguments(NamedArguments& map) const {
   if (proxy_.IsEmpty()) return;
-  InsertText(map, u"Proxy", proxy_);
-  map.emplace(u"ProxyPort", Variant::FromInt(proxyPort_));
+  InsertText(map, argument::kProxy, proxy_);
+  map.emplace(argument::kProxyPort, Variant::FromInt(proxyPort_));
 }
 
 Variant ConnectionModelImpl::RunCommand(const WideString& action, const NamedArguments& map) {
@@ -100,7 +101,7 @@ Variant ConnectionModelImpl::RunCommand(const WideString& action, const NamedArg
 void ConnectionModelImpl::CreateUserSession(WideString connectionString) {
   MarkSecret(connectionString);
   NamedArguments map;
-  InsertText(map, u"ConnectionString", connectionString);
+  InsertText(map, argument::kConnectionString, connectionString);
   AddProxyArguments(map);
   const Variant value = RunCommand(u"CreateUserSession", map);
   if (value.Tag() == VT_BSTR) {
@@ -127,8 +128,8 @@ void ConnectionModelImpl::PublishSessionInfo(const WideString& connectionString)
 void ConnectionModelImpl::CloseUserSession() {
   if (contextHandle_.IsEmpty()) return;
   NamedArguments map;
-  InsertText(map, u"ContextHandle", contextHandle_);
-  InsertText(map, u"CookieHandle", cookieHandle_);
+  InsertText(map, argument::kContextHandle, contextHandle_);
+  InsertText(map, argument::kCookieHandle, cookieHandle_);
   AddProxyArguments(map);
   RunCommand(u"CloseUserSession", map);
   ResetSession(map);
@@ -157,27 +158,27 @@ void ConnectionModelImpl::RequireSession() const {
 Variant ConnectionModelImpl::Execute(WideString scriptLanguage, WideString script, IParameters* parameters) {
   RequireSession();
   NamedArguments map;
-  InsertText(map, u"ContextHandle", contextHandle_);
-  InsertText(map, u"ScriptLanguage", scriptLanguage);
-  InsertText(map, u"Script", script);
-  InsertText(map, u"UploadFile", uploadUrl_);
-  InsertText(map, u"CookieHandle", cookieHandle_);
+  InsertText(map, argument::kContextHandle, contextHandle_);
+  InsertText(map, argument::kScriptLanguage, scriptLanguage);
+  InsertText(map, argument::kScript, script);
+  InsertText(map, argument::kUploadFile, uploadUrl_);
+  InsertText(map, argument::kCookieHandle, cookieHandle_);
   return RunScript(map, parameters);
 }
 
 Variant ConnectionModelImpl::ExecuteFile(WideString scriptFile, IParameters* parameters) {
   RequireSession();
   NamedArguments map;
-  InsertText(map, u"ContextHandle", contextHandle_);
-  InsertText(map, u"CookieHandle", cookieHandle_);
-  InsertText(map, u"ScriptFile", scriptFile);
-  InsertText(map, u"UploadFile", uploadUrl_);
+  InsertText(map, argument::kContextHandle, contextHandle_);
+  InsertText(map, argument::kCookieHandle, cookieHandle_);
+  InsertText(map, argument::kScriptFile, scriptFile);
+  InsertText(map, argument::kUploadFile, uploadUrl_);
   return RunScript(map, parameters);
 }
 
 Variant ConnectionModelImpl::RunScript(NamedArguments& map, IParameters* parameters) {
   AddProxyArguments(map);
-  if (parameters != nullptr) map.emplace(u"parameters", Variant::FromObject(parameters));
+  if (parameters != nullptr) map.emplace(argument::kParameters, Variant::FromObject(parameters));
   Variant result = RunCommand(u"Execute", map);
   state_ = SessionState::kScriptRan;
   return result;

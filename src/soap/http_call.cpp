@@ -3,12 +3,12 @@
 #include "com/component.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
 
 namespace qv {
 
 void HttpCall::Create() {
-  const IUnknownPtr object = CreateComponent(CLSID_HttpComponent);
-  session = As<IHttpSession>(object);
+  session_ = As<IHttpSession>(CreateComponent(CLSID_HttpComponent));
 }
 
 void HttpCall::Open(const CQvUrl& url, const WideString& proxy) const {
@@ -19,11 +19,10 @@ void HttpCall::Open(const CQvUrl& url, const WideString& proxy) const {
 }
 
 void HttpCall::OpenRequest(const WideString& verb, const WideString& path, const WideString& contentType) {
-  IHttpRequest* raw = nullptr;
-  const HRESULT opened = Session()->OpenRequest(verb, path, contentType, 0, &raw);
-  const IHttpRequestPtr received(raw, false);
-  ThrowIfFailed(opened, session.get(), IHttpSession::kIid);
-  request = received;
+  IHttpRequestPtr received;
+  const HRESULT opened = Session()->OpenRequest(verb, path, contentType, 0, Put(received));
+  ThrowIfFailed(opened, session_.get(), IHttpSession::kIid);
+  request_ = received;
 }
 
 void HttpCall::SetHeader(const WideString& name, const WideString& value) const {
@@ -38,17 +37,17 @@ WideString HttpCall::Header(const WideString& name) const {
 
 void HttpCall::Close() const {
   Check(Request()->Close());
-  ThrowIfFailed(Session()->Close(), session.get(), IHttpSession::kIid);
+  ThrowIfFailed(Session()->Close(), session_.get(), IHttpSession::kIid);
 }
 
 IHttpSession* HttpCall::Session() const {
-  if (session == nullptr) _com_raise_error(E_POINTER);
-  return session.get();
+  if (session_ == nullptr) _com_raise_error(E_POINTER);
+  return session_.get();
 }
 
 IHttpRequest* HttpCall::Request() const {
-  if (request == nullptr) _com_raise_error(E_POINTER);
-  return request.get();
+  if (request_ == nullptr) _com_raise_error(E_POINTER);
+  return request_.get();
 }
 
 void CloseAndRethrow(const HttpCall& call) {
@@ -59,7 +58,7 @@ void CloseAndRethrow(const HttpCall& call) {
     throw EQvException(error.Description().IsNull() ? WideString(u"") : error.Description());
   } catch (...) {
     call.Close();
-    throw EQvException(u"Unknown Http problem.");
+    throw EQvException(messages::kHttpProblem);
   }
 }
 

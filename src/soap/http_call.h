@@ -9,14 +9,12 @@ namespace qv {
 
 // What has to be closed and released on every way out. The references go with the object. A failing operation
 // of the component throws `_com_error` with the component's words.
-struct HttpCall {
-  IHttpSessionPtr session;
-  IHttpRequestPtr request;
-
+class HttpCall {
+ public:
   // Makes a component, started, by its class id.
   void Create();
   void Open(const CQvUrl& url, const WideString& proxy) const;
-  // The request stays null when the component gives none.
+  // There is no request when the component gives none.
   void OpenRequest(const WideString& verb, const WideString& path, const WideString& contentType);
   void SetHeader(const WideString& name, const WideString& value) const;
   WideString Header(const WideString& name) const;
@@ -24,10 +22,16 @@ struct HttpCall {
   // failed before.
   void Close() const;
 
-  // Throws E_POINTER for null.
-  IHttpSession* Session() const;
+  bool HasRequest() const noexcept { return request_ != nullptr; }
+  // Throws E_POINTER when there is none.
   IHttpRequest* Request() const;
-  void Check(HRESULT code) const { ThrowIfFailed(code, request.get(), IHttpRequest::kIid); }
+  void Check(HRESULT code) const { ThrowIfFailed(code, request_.get(), IHttpRequest::kIid); }
+
+ private:
+  IHttpSession* Session() const;
+
+  IHttpSessionPtr session_;
+  IHttpRequestPtr request_;
 };
 
 // For `catch (...)` around an exchange: closes both, then raises EQvException, code 0, with the component's

@@ -1,17 +1,10 @@
 // A command writes the request envelope of one action.
 #pragma once
 
-#include <map>
-#include <memory>
-
-#include "qvscriptwells/variant.h"
-#include "qvscriptwells/wide_string.h"
+#include "soap/named_arguments.h"
 #include "support/wide_text_stream.h"
 
 namespace qv {
-
-// The arguments of one call by name. The caller fills it by insertion, so the first value of a key stays.
-using NamedArguments = std::map<WideString, Variant>;
 
 class CQvCommand {
  public:

@@ -43,7 +43,7 @@ WideString CServerConnector::Fetch(HttpCall& call, const CQvUrl& url, const Wide
   if (proxy == kNoProxy) proxy = u"";
   call.Open(url, proxy);
   call.OpenRequest(u"POST", url.path, u"text/xml");
-  if (call.request == nullptr) throw EQvException(u"Cannot create http context.");
+  if (!call.HasRequest()) throw EQvException(u"Cannot create http context.");
 
   SetHeaders(call, action, url);
   call.Check(call.Request()->Send(stream.TakeText(), u""));

@@ -1,4 +1,5 @@
 // The envelopes of the two session actions. They differ in one element and one value.
+#include "soap/named_arguments.h"
 #include "soap/qv_command.h"
 #include "support/namespaces.h"
 
@@ -11,8 +12,8 @@ struct SessionEnvelope {
   const char16_t* key;
 };
 
-constexpr SessionEnvelope kCreate = {u"CreateUserSession", u"ConnectionString", u"ConnectionString"};
-constexpr SessionEnvelope kRelease = {u"CloseUserSession", u"usid", u"ContextHandle"};
+constexpr SessionEnvelope kCreate = {u"CreateUserSession", u"ConnectionString", argument::kConnectionString};
+constexpr SessionEnvelope kRelease = {u"CloseUserSession", u"usid", argument::kContextHandle};
 
 void WriteHead(WideTextStream& stream) {
   stream.Append(u"<SOAP-ENV:Envelope");

@@ -6,6 +6,8 @@
 #include <memory>
 
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
+#include "soap/named_arguments.h"
 #include "soap/server_connector.h"
 #include "support/namespaces.h"
 #include "text/join_text.h"
@@ -30,16 +32,6 @@ constexpr CommandOfAction kCommands[] = {{u"CreateUserSession", &NewCreateSessio
                                          {u"CloseUserSession", &NewReleaseSessionCommand},
                                          {u"Execute", &NewExecuteCommand}};
 
-const Variant* Lookup(const NamedArguments& map, const char16_t* key) {
-  const auto found = map.find(key);
-  return found == map.end() ? nullptr : &found->second;
-}
-
-WideString TextOf(const NamedArguments& map, const char16_t* key) {
-  const Variant* const value = Lookup(map, key);
-  return value == nullptr ? WideString(u"") : value->Text();
-}
-
 }  // namespace
 
 CSOAPCall::CSOAPCall() : encodingStyle_(kSoapEncodingNamespace) {}
@@ -51,16 +43,16 @@ CQvCommand* CSOAPCall::CreateCommand() const {
 }
 
 WideString CSOAPCall::GetProxy(const NamedArguments& map) {
-  return TextOf(map, u"Proxy");
+  return TextArgument(map, argument::kProxy, u"");
 }
 
 std::uint16_t CSOAPCall::GetProxyPort(const NamedArguments& map) {
-  const Variant* const value = Lookup(map, u"ProxyPort");
-  return value == nullptr ? std::uint16_t{0} : static_cast<std::uint16_t>(value->Data().intVal);
+  const auto found = map.find(argument::kProxyPort);
+  return found == map.end() ? std::uint16_t{0} : static_cast<std::uint16_t>(found->second.Data().intVal);
 }
 
 WideString CSOAPCall::GetCookieHandle(const NamedArguments& map) {
-  return TextOf(map, u"CookieHandle");
+  return TextArgument(map, argument::kCookieHandle, u"");
 }
 
 CSOAPResponse CSOAPCall::Run(const CQvUrl& url, const WideString& action, const WideString& serviceNamespace,
@@ -83,7 +75,7 @@ CSOAPResponse CSOAPCall::RunCommand(const CQvUrl& url, const WideString& service
   const std::uint16_t proxyPort = GetProxyPort(map);
   CServerConnector connector(GetCookieHandle(map));
   CSOAPResponse response = connector.Post(url, action_, stream, proxy, proxyPort);
-  if (response.Value().Tag() == VT_NULL) throw EQvException(u"The respone that arrived is not valid");
+  if (response.Value().Tag() == VT_NULL) throw EQvException(messages::kInvalidResponse);
   return response;
 }
 
@@ -91,7 +83,7 @@ CSOAPResponse CSOAPCall::RunCommand(const CQvUrl& url, const WideString& service
 void CSOAPCall::WriteEnvelope(WideTextStream& stream, const CQvUrl& url, const WideString& serviceNamespace,
                               const NamedArguments& map) {
   const std::unique_ptr<CQvCommand> command(CreateCommand());
-  if (command == nullptr) throw EQvException(u"Cannot create a soap call.");
+  if (command == nullptr) throw EQvException(messages::kSoapCall);
   command->Serialize(stream, action_, serviceNamespace, url.url, map);
 }
 
@@ -106,7 +98,7 @@ void RethrowAsCallFailure() {
   } catch (const EQvException&) {
     throw;
   } catch (...) {
-    throw EQvException(u"Cannot create a soap call.");
+    throw EQvException(messages::kSoapCall);
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "format/response_value_reader.h"
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
 #include "qvscriptwells/secret_text.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
@@ -78,7 +79,7 @@ WideString FaultText(const XmlNode& document) {
   try {
     LastElementValue(document, u"faultstring", text);
   } catch (...) {
-    throw EQvException(u"Cannot deserializer the soap fault.");
+    throw EQvException(messages::kUnreadableFault);
   }
   return text;
 }
@@ -120,8 +121,8 @@ WideString ParseErrorText(const xercesc::SAXParseException& error) {
   const WideString systemId(error.getSystemId());
   const WideString line = DecimalText(static_cast<std::int64_t>(error.getLineNumber()));
   const WideString column = DecimalText(static_cast<std::int64_t>(error.getColumnNumber()));
-  return JoinText({u"Error at file ", systemId.view(), u", line ", line.view(), u", char ", column.view(),
-                   u"  Message: ", systemId.view()});
+  return JoinText({messages::kErrorAtFile, systemId.view(), u", line ", line.view(), u", char ",
+                   column.view(), u"  Message: ", systemId.view()});
 }
 
 }  // namespace
@@ -148,7 +149,7 @@ void CSOAPResponse::Parse() {
   if (fromFile_) {
     parser.parse(ToUtf8(text_).c_str(), false);
   } else {
-    if (!IsEnvelope(text_.view())) throw EQvException(u"The respone that arrived is not valid");
+    if (!IsEnvelope(text_.view())) throw EQvException(messages::kInvalidResponse);
     parser.ParseHostileText(text_.view(), kBufferId);
   }
   ReadDocument(parser);
@@ -194,7 +195,7 @@ void RethrowAsResponseFailure() {
   } catch (const WideString& text) {
     throw EQvException(text);
   } catch (...) {
-    throw EQvException(u"The respone that arrived is not valid");
+    throw EQvException(messages::kInvalidResponse);
   }
 }
 

@@ -1,4 +1,5 @@
 #include "support/numbers.h"
+#include "text/ascii.h"
 
 #include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale is POSIX
 
@@ -17,9 +18,6 @@ constexpr std::size_t kLongestNumber = 32;
 bool IsSpace(char16_t unit) noexcept {
   return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
 }
-bool IsDigit(char16_t unit) noexcept {
-  return unit >= u'0' && unit <= u'9';
-}
 
 std::u16string_view WithoutLeadingSpace(std::u16string_view text) noexcept {
   while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
@@ -28,8 +26,7 @@ std::u16string_view WithoutLeadingSpace(std::u16string_view text) noexcept {
 
 // Units that can stand in a number, a hexadecimal one, "infinity" or "nan(...)" included.
 bool MayStandInNumber(char16_t unit) noexcept {
-  const char16_t lower = unit | 0x20;
-  return IsDigit(unit) || (lower >= u'a' && lower <= u'z') || unit == u'+' || unit == u'-' || unit == u'.' ||
+  return IsAsciiDigit(unit) || IsAsciiLetter(unit) || unit == u'+' || unit == u'-' || unit == u'.' ||
          unit == u'(' || unit == u')' || unit == u'_';
 }
 
@@ -60,7 +57,7 @@ std::int32_t ParseInt(std::u16string_view text) {
   const bool negative = !text.empty() && text.front() == u'-';
   if (negative || (!text.empty() && text.front() == u'+')) text.remove_prefix(1);
   std::uint32_t value = 0;
-  for (std::size_t at = 0; at < text.size() && IsDigit(text[at]); ++at)
+  for (std::size_t at = 0; at < text.size() && IsAsciiDigit(text[at]); ++at)
     value = value * 10 + static_cast<std::uint32_t>(text[at] - u'0');
   return static_cast<std::int32_t>(negative ? 0 - value : value);
 }

@@ -4,23 +4,11 @@
 
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/numbers.h"
+#include "text/ascii.h"
 #include "text/string_block.h"
 
 namespace qv {
 namespace {
-
-bool IsUpper(char16_t unit) noexcept {
-  return unit >= u'A' && unit <= u'Z';
-}
-bool IsLower(char16_t unit) noexcept {
-  return unit >= u'a' && unit <= u'z';
-}
-char16_t UpperUnit(char16_t unit) noexcept {
-  return IsLower(unit) ? static_cast<char16_t>(unit - 0x20) : unit;
-}
-char16_t LowerUnit(char16_t unit) noexcept {
-  return IsUpper(unit) ? static_cast<char16_t>(unit + 0x20) : unit;
-}
 
 bool IsSurrogate(char16_t unit) noexcept {
   return unit >= 0xD800 && unit <= 0xDFFF;
@@ -81,12 +69,14 @@ void ReplaceChar(WideString& text, char16_t old, char16_t fresh) {
 
 WideString ToUpper(const WideString& text) {
   const std::u16string_view all = text.view();
-  return std::none_of(all.begin(), all.end(), IsLower) ? text : Mapped(all, &UpperUnit);
+  return std::none_of(all.begin(), all.end(), IsAsciiLower<char16_t>) ? text
+                                                                      : Mapped(all, &ToAsciiUpper<char16_t>);
 }
 
 WideString ToLower(const WideString& text) {
   const std::u16string_view all = text.view();
-  return std::none_of(all.begin(), all.end(), IsUpper) ? text : Mapped(all, &LowerUnit);
+  return std::none_of(all.begin(), all.end(), IsAsciiUpper<char16_t>) ? text
+                                                                      : Mapped(all, &ToAsciiLower<char16_t>);
 }
 
 WideString Copy(const WideString& text, std::size_t position, std::size_t count) {
@@ -106,7 +96,7 @@ void Resize(WideString& text, std::size_t size) {
 
 bool EqualIgnoreCase(const char16_t* a, const char16_t* b) {
   if (a == nullptr || b == nullptr) return (a == nullptr || *a == 0) && (b == nullptr || *b == 0);
-  while (*a != 0 && LowerUnit(*a) == LowerUnit(*b)) {
+  while (*a != 0 && ToAsciiLower(*a) == ToAsciiLower(*b)) {
     ++a;
     ++b;
   }

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
 
 namespace qv {
 namespace {
@@ -58,7 +59,7 @@ double EncodeDate(std::int16_t year, std::int16_t month, std::int16_t day) {
 
 double EncodeTime(std::int16_t hour, std::int16_t minute, std::int16_t second, std::int16_t millisecond) {
   if (hour >= 24 || minute >= 60 || second >= 60 || millisecond >= 1000)
-    throw EQvException(u"Invalid argument to time encode");
+    throw EQvException(messages::kTimeEncode);
   const int seconds = (hour * 60 + minute) * 60 + second;
   return (seconds * 1000.0 + millisecond) / kMillisecondsOfDay;
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string>
 
+#include "text/ascii.h"
 #include "variant/variant_decimal.h"
 
 namespace qv {
@@ -106,7 +107,7 @@ class DateReader {
   int Number(int most, int* value) noexcept {
     *value = 0;
     int digits = 0;
-    for (; !rest_.empty() && rest_.front() >= u'0' && rest_.front() <= u'9'; rest_.remove_prefix(1)) {
+    for (; !rest_.empty() && IsAsciiDigit(rest_.front()); rest_.remove_prefix(1)) {
       if (++digits > most) return 0;
       *value = *value * 10 + (rest_.front() - u'0');
     }

@@ -1,4 +1,5 @@
 #include "variant/variant_decimal.h"
+#include "text/ascii.h"
 
 #include <charconv>
 #include <cstdint>
@@ -20,10 +21,6 @@ struct Decimal {
   // How many digits stand before the decimal point; negative when zeros follow it.
   std::int64_t Point() const noexcept { return static_cast<std::int64_t>(digits.size()) + exponent; }
 };
-
-bool IsDigit(char16_t unit) noexcept {
-  return unit >= u'0' && unit <= u'9';
-}
 
 // Reads a number from the front of a text, piece by piece.
 class DecimalReader {
@@ -67,7 +64,7 @@ class DecimalReader {
         whole = false;
         continue;
       }
-      if (!IsDigit(unit)) break;
+      if (!IsAsciiDigit(unit)) break;
       any = true;
       if (!whole) --decimal->exponent;
       if (unit != u'0' || !decimal->digits.empty()) decimal->digits.push_back(static_cast<char>(unit));
@@ -80,9 +77,9 @@ class DecimalReader {
     if (!Take(u'e') && !Take(u'E')) return true;
     bool isNegative = false;
     Sign(&isNegative);
-    if (rest_.empty() || !IsDigit(rest_.front())) return false;
+    if (rest_.empty() || !IsAsciiDigit(rest_.front())) return false;
     std::int64_t exponent = 0;
-    for (; !rest_.empty() && IsDigit(rest_.front()); rest_.remove_prefix(1))
+    for (; !rest_.empty() && IsAsciiDigit(rest_.front()); rest_.remove_prefix(1))
       if (exponent < kMostExponent) exponent = exponent * 10 + (rest_.front() - u'0');
     decimal->exponent += isNegative ? -exponent : exponent;
     return true;
@@ -137,18 +134,12 @@ const Base* TakeBase(std::u16string_view* text) noexcept {
   return nullptr;
 }
 
-// 16 and more for what is no digit.
-unsigned DigitValue(char16_t unit) noexcept {
-  if (IsDigit(unit)) return unit - u'0';
-  const char16_t lower = unit | 0x20;
-  return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10U : 16U;
-}
-
 HRESULT ReadBits(std::u16string_view digits, const Base& base, Whole* whole) noexcept {
   std::uint64_t value = 0;
   bool fits = true;
   for (const char16_t unit : digits) {
-    const unsigned digit = DigitValue(unit);
+    if (!IsHexDigit(unit)) return DISP_E_TYPEMISMATCH;
+    const auto digit = static_cast<unsigned>(HexDigitValue(unit));
     if (digit >> base.bits != 0) return DISP_E_TYPEMISMATCH;
     fits = fits && value >> (64 - base.bits) == 0;
     value = value << base.bits | digit;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 
+#include "text/ascii.h"
 #include "variant/variant_date.h"
 #include "variant/variant_scaled.h"
 #include "variant/variant_whole.h"
@@ -22,10 +23,6 @@ struct BoolWord {
 
 constexpr BoolWord kBoolWords[] = {
     {u"TRUE", true}, {u"FALSE", false}, {u"#TRUE#", true}, {u"#FALSE#", false}};
-
-char16_t AsciiUpper(char16_t unit) noexcept {
-  return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
-}
 
 WideString WholeText(const Whole& whole) {
   char digits[24] = "-";
@@ -85,9 +82,9 @@ HRESULT TextOf(const Operand& operand, WideString* text) {
 
 bool ReadBoolWord(std::u16string_view text, bool* value) noexcept {
   for (const BoolWord& row : kBoolWords) {
-    const bool same =
-        std::equal(text.begin(), text.end(), row.word.begin(), row.word.end(),
-                   [](char16_t unit, char16_t upper) noexcept { return AsciiUpper(unit) == upper; });
+    const bool same = std::equal(
+        text.begin(), text.end(), row.word.begin(), row.word.end(),
+        [](char16_t unit, char16_t upper) noexcept { return ToAsciiUpper<char16_t>(unit) == upper; });
     if (same) *value = row.value;
     if (same) return true;
   }

@@ -11,6 +11,7 @@
 #include <xercesc/util/XMLURL.hpp>
 
 #include "qvscriptwells/wide_string.h"
+#include "text/ascii.h"
 #include "xml/file_url.h"
 
 namespace qv {
@@ -18,11 +19,8 @@ namespace {
 
 namespace xc = XERCES_CPP_NAMESPACE;
 
-bool IsLetter(char16_t unit) {
-  return (unit | 0x20) >= u'a' && (unit | 0x20) <= u'z';
-}
 bool StandsInScheme(char16_t unit) {
-  return IsLetter(unit) || (unit >= u'0' && unit <= u'9') || unit == u'+' || unit == u'-' || unit == u'.';
+  return IsAsciiLetter(unit) || IsAsciiDigit(unit) || unit == u'+' || unit == u'-' || unit == u'.';
 }
 std::u16string_view View(const XMLCh* text) {
   return text == nullptr ? std::u16string_view() : text;
@@ -51,7 +49,8 @@ bool IsPipe(const std::string& path) {
 bool NamesNetwork(std::u16string_view systemId) {
   std::size_t end = 0;
   while (end < systemId.size() && StandsInScheme(systemId[end])) ++end;
-  const bool hasScheme = end > 1 && end < systemId.size() && systemId[end] == u':' && IsLetter(systemId[0]);
+  const bool hasScheme =
+      end > 1 && end < systemId.size() && systemId[end] == u':' && IsAsciiLetter(systemId[0]);
   return hasScheme && !IsFileUrl(systemId);
 }
 

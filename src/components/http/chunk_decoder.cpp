@@ -3,19 +3,13 @@
 #include <algorithm>
 
 #include "components/http/http_error.h"
+#include "text/ascii.h"
 
 namespace qv {
 namespace {
 
 [[noreturn]] void ThrowMalformed(const char* words) {
   ThrowCurl(CURLE_WEIRD_SERVER_REPLY, words);
-}
-
-int HexValue(char c) noexcept {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
 }
 
 constexpr std::uint64_t kLargestBeforeDigit = UINT64_MAX >> 5;  // sizes stay below 2^63
@@ -71,7 +65,7 @@ void ChunkDecoder::Step(char c) {
 }
 
 void ChunkDecoder::StepSize(char c) {
-  if (HexValue(c) >= 0) return AddDigit(c);
+  if (IsHexDigit(c)) return AddDigit(c);
   if (digits_ == 0) ThrowMalformed("Illegal or missing hexadecimal sequence in chunked-encoding");
   if (c == '\n') return EndSizeLine();
   if (c == '\r') {
@@ -85,7 +79,7 @@ void ChunkDecoder::StepSize(char c) {
 
 void ChunkDecoder::AddDigit(char c) {
   if (size_ > kLargestBeforeDigit) ThrowMalformed("Too long hexadecimal number in chunked-encoding");
-  size_ = size_ * 16 + static_cast<std::uint64_t>(HexValue(c));
+  size_ = size_ * 16 + static_cast<std::uint64_t>(HexDigitValue(c));
   ++digits_;
 }
 

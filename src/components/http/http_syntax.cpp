@@ -4,6 +4,7 @@
 
 #include "components/http/http_error.h"
 #include "components/http/text_codec.h"
+#include "text/ascii.h"
 
 namespace qv {
 namespace {
@@ -11,20 +12,8 @@ namespace {
 constexpr std::string_view kTokenMarks = "!#$%&'*+-.^_`|~";
 constexpr std::u16string_view kNotInHost = u"@/\\?#%<>\"[]{}|^`:;,&=+$!'()*";
 
-bool IsDigit(char32_t c) noexcept {
-  return c >= U'0' && c <= U'9';
-}
-bool IsLetter(char32_t c) noexcept {
-  return (c >= U'a' && c <= U'z') || (c >= U'A' && c <= U'Z');
-}
-bool IsHexDigit(char32_t c) noexcept {
-  return IsDigit(c) || (c >= U'a' && c <= U'f') || (c >= U'A' && c <= U'F');
-}
 bool IsControlOrBlank(char16_t c) noexcept {
   return c <= 0x20 || c == 0x7F;
-}
-char Lower(char c) noexcept {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 std::u16string_view WithoutBrackets(std::u16string_view host) noexcept {
@@ -48,7 +37,7 @@ void AppendPercent(std::string* out, unsigned char byte) {
 }  // namespace
 
 bool IsTokenChar(unsigned char c) noexcept {
-  return IsLetter(c) || IsDigit(c) ||
+  return IsAsciiLetter(c) || IsAsciiDigit(c) ||
          (c != 0 && kTokenMarks.find(static_cast<char>(c)) != std::string_view::npos);
 }
 
@@ -99,18 +88,19 @@ std::string RequestTarget(std::u16string_view path) {
 
 std::string LowerAscii(std::string_view text) {
   std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(), Lower);
+  std::transform(result.begin(), result.end(), result.begin(), ToAsciiLower<char>);
   return result;
 }
 
 bool EqualsIgnoringCase(std::string_view a, std::string_view b) noexcept {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return Lower(x) == Lower(y); });
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+           return ToAsciiLower(x) == ToAsciiLower(y);
+         });
 }
 
 bool EqualsIgnoringCase(std::u16string_view a, std::string_view b) noexcept {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char16_t x, char y) {
-           return x < 0x80 && Lower(static_cast<char>(x)) == Lower(y);
+           return x < 0x80 && ToAsciiLower(static_cast<char>(x)) == ToAsciiLower(y);
          });
 }
 

@@ -5,6 +5,7 @@
 
 #include "components/http/http_error.h"
 #include "components/http/http_syntax.h"
+#include "text/ascii.h"
 
 namespace qv {
 namespace {
@@ -13,9 +14,6 @@ namespace {
   ThrowCurl(CURLE_WEIRD_SERVER_REPLY, words);
 }
 
-bool IsDigit(char c) noexcept {
-  return c >= '0' && c <= '9';
-}
 bool IsBlank(char c) noexcept {
   return c == ' ' || c == '\t';
 }
@@ -47,9 +45,9 @@ void ResponseHead::Parse(std::string head) {
 
 // "HTTP/1.1 200 OK"; the words at the end may be missing.
 void ResponseHead::ParseStatusLine(std::string_view line) {
-  const bool shape = line.size() >= 12 && line.substr(0, 7) == "HTTP/1." && IsDigit(line[7]) &&
-                     line[8] == ' ' && line[9] >= '1' && line[9] <= '9' && IsDigit(line[10]) &&
-                     IsDigit(line[11]) && (line.size() == 12 || line[12] == ' ');
+  const bool shape = line.size() >= 12 && line.substr(0, 7) == "HTTP/1." && IsAsciiDigit(line[7]) &&
+                     line[8] == ' ' && line[9] >= '1' && line[9] <= '9' && IsAsciiDigit(line[10]) &&
+                     IsAsciiDigit(line[11]) && (line.size() == 12 || line[12] == ' ');
   if (!shape) ThrowMalformed("Received HTTP/0.9 or another answer that is no HTTP/1");
   if (line.find('\r') != std::string_view::npos)
     ThrowMalformed("Weird server reply: lone CR in the status line");
