@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "support/encode_xml_text.h"
+#include "support/wide_text_stream.h"
 
 namespace qv::bench {
 namespace {

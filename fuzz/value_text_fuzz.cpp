@@ -14,7 +14,7 @@
 #include "qvscriptwells/serial_date.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "recordlist/register_formaters.h"
-#include "support/encode_xml_text.h"
+#include "support/wide_text_stream.h"
 #include "values/duration_impl.h"
 #include "xml/qv_dom_parser.h"
 

@@ -8,13 +8,13 @@
 // So a program that knows only a name, and links only the platform library, makes an object like this:
 //
 //   Guid classId{};
-//   void* raw = nullptr;
-//   if (Failed(CLSIDFromProgID(u"QvScriptwells.QvScriptwells", &classId))) ...
-//   if (Failed(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, &raw))) ...
-//   const IDispatchPtr client(static_cast<IDispatch*>(raw), false);
+//   ThrowIfFailed(CLSIDFromProgID(u"QvScriptwells.QvScriptwells", &classId));
+//   IDispatchPtr client;
+//   ThrowIfFailed(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, Put(client)));
 //
 // Failure: result codes, E_OUTOFMEMORY among them. A library that cannot be used leaves an error record
-// (error_info.h) with the reason. Threads: any; the tables are one per process and guarded.
+// (error_info.h) with the reason. ThrowIfFailed and Put are in com_call.h. Threads: any; the tables are one
+// per process and guarded.
 #pragma once
 
 #include "qvscriptwells/guid.h"
@@ -64,5 +64,8 @@ HRESULT CLSIDFromString(const WideString& text, Guid* classId) noexcept;
 
 // Starts an object that offers IRunnableObject; S_OK for one that does not. E_POINTER for null.
 HRESULT OleRun(IUnknown* object);
+
+// A new object of the class, started. Throws `_com_error`, without words, when it cannot be made or started.
+IUnknownPtr CreateComponent(const Guid& classId);
 
 }  // namespace qv

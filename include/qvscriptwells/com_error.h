@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "qvscriptwells/guid.h"
 #include "qvscriptwells/qv_exception.h"
@@ -36,5 +37,7 @@ class _com_error : public QvException {
 
 // Throws `_com_error(code)` without a record.
 [[noreturn]] void _com_raise_error(HRESULT code);
+// Throws `_com_error` with these words, in UTF-8, as its description.
+[[noreturn]] void RaiseWithWords(HRESULT code, const std::string& words);
 
 }  // namespace qv

@@ -15,7 +15,6 @@
 #include "qvscriptwells/error_info.h"
 #include "qvscriptwells/registry.h"
 #include "system/regular_file.h"
-#include "text/raise.h"
 
 namespace qv {
 namespace {
@@ -52,7 +51,7 @@ Libraries& TheLibraries() {
 class OpenLibrary {
  public:
   explicit OpenLibrary(const std::string& path) : handle_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-    if (handle_ == nullptr) Raise(CO_E_DLLNOTFOUND, dlerror());
+    if (handle_ == nullptr) RaiseWithWords(CO_E_DLLNOTFOUND, dlerror());
   }
   OpenLibrary(const OpenLibrary&) = delete;
   OpenLibrary& operator=(const OpenLibrary&) = delete;
@@ -68,16 +67,17 @@ class OpenLibrary {
 
 void* EntryPoint(const std::string& path, void* handle, const char* name) {
   void* const entry = dlsym(handle, name);
-  if (entry == nullptr) Raise(CO_E_ERRORINDLL, path + ": it has no entry point " + name);
+  if (entry == nullptr) RaiseWithWords(CO_E_ERRORINDLL, path + ": it has no entry point " + name);
   return entry;
 }
 
 void RequireUsable(const std::string& path) {
   if (path.empty() || path.front() != '/')
-    Raise(CO_E_DLLNOTFOUND, "The library \"" + path + "\" is not named by an absolute path");
+    RaiseWithWords(CO_E_DLLNOTFOUND, "The library \"" + path + "\" is not named by an absolute path");
   // The system's loader would wait for a pipe's writer.
-  if (OpenRegularFile(path).error == kNotRegular) Raise(CO_E_DLLNOTFOUND, path + ": Not a regular file");
-  if (IsCutOff(path)) Raise(CO_E_DLLNOTFOUND, path + ": The file is cut off");
+  if (OpenRegularFile(path).error == kNotRegular)
+    RaiseWithWords(CO_E_DLLNOTFOUND, path + ": Not a regular file");
+  if (IsCutOff(path)) RaiseWithWords(CO_E_DLLNOTFOUND, path + ": The file is cut off");
 }
 
 Library* Find(Libraries& libraries, const std::string& path) {
@@ -114,7 +114,7 @@ Library& Load(Libraries& libraries, const std::string& path) {
   library->calls = 1;
   if (library->main(library->handle, kProcessAttach, SharedHooks()) == 0) {
     libraries.loaded.erase(library);
-    Raise(CO_E_ERRORINDLL, path + ": it refused to start");
+    RaiseWithWords(CO_E_ERRORINDLL, path + ": it refused to start");
   }
   library->calls = 0;
   opened.Keep();
@@ -149,8 +149,8 @@ HRESULT AskLibrary(const Guid& classId, const Guid& iid, void** object) {
   ClearErrorInfo();
   const WideString path = ReadRegistryValue(ClassKey(classId, u"InprocServer32"));
   if (path.IsNull())
-    Raise(REGDB_E_CLASSNOTREG, "The registry names no library for the class " +
-                                   ToUtf8(StringFromIID(classId)) + SearchedRegistry());
+    RaiseWithWords(REGDB_E_CLASSNOTREG, "The registry names no library for the class " +
+                                            ToUtf8(StringFromIID(classId)) + SearchedRegistry());
   return LibraryCall(ToUtf8(path)).ClassObject(classId, iid, object);
 }
 

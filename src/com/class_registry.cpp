@@ -9,6 +9,7 @@
 #include "com/class_libraries.h"
 #include "com/module_hooks.h"
 #include "qvscriptwells/class_factory.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 
 namespace qv {
@@ -107,6 +108,15 @@ HRESULT OleRun(IUnknown* object) {
   if (code == E_NOINTERFACE) return S_OK;
   if (Failed(code)) return code;
   return IRunnableObjectPtr(static_cast<IRunnableObject*>(raw), false)->Run();
+}
+
+IUnknownPtr CreateComponent(const Guid& classId) {
+  IUnknownPtr object;
+  const HRESULT created = CoCreateInstance(classId, nullptr, CLSCTX_ALL, IUnknown::kIid, Put(object));
+  if (Failed(created)) _com_raise_error(created);
+  const HRESULT started = OleRun(object.get());
+  if (Failed(started)) _com_raise_error(started);
+  return object;
 }
 
 }  // namespace qv

@@ -9,8 +9,8 @@
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
-#include "support/encode_xml_text.h"
 #include "support/string_helpers.h"
+#include "support/wide_text_stream.h"
 
 namespace qv {
 namespace {

@@ -3,9 +3,9 @@
 #include <new>
 
 #include "qvscriptwells/com_error.h"
-#include "support/encode_xml_text.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
+#include "support/wide_text_stream.h"
 
 // The texts of numbers go out as they are: they hold no unit that the XML escape would replace.
 namespace qv {

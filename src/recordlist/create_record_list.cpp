@@ -1,4 +1,4 @@
-#include "com/component.h"
+#include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 

@@ -9,7 +9,6 @@
 #include "registry/registry_disk.h"
 #include "registry/registry_file.h"
 #include "system/system_error_text.h"
-#include "text/raise.h"
 
 namespace qv {
 namespace {
@@ -29,12 +28,12 @@ bool IsControl(char16_t unit) noexcept {
 void RequireWritable(const WideString& text, const std::string& name) {
   const std::u16string_view units = text.view();
   if (std::any_of(units.begin(), units.end(), IsControl))
-    Raise(E_INVALIDARG, "The " + name + " holds a control character");
-  if (FromUtf8(ToUtf8(text)) != text) Raise(E_INVALIDARG, "The " + name + " holds half a character");
+    RaiseWithWords(E_INVALIDARG, "The " + name + " holds a control character");
+  if (FromUtf8(ToUtf8(text)) != text) RaiseWithWords(E_INVALIDARG, "The " + name + " holds half a character");
 }
 
 void RequireKey(const WideString& key) {
-  if (key.IsEmpty()) Raise(E_INVALIDARG, "The key is empty");
+  if (key.IsEmpty()) RaiseWithWords(E_INVALIDARG, "The key is empty");
   RequireWritable(key, "key");
 }
 
@@ -53,9 +52,9 @@ struct SoundFile {
 
 SoundFile LoadSound(const std::string& path) {
   RegistryBytes read = ReadRegistryBytes(path);
-  if (!read.problem.empty()) Raise(E_FAIL, path + ": " + read.problem);
+  if (!read.problem.empty()) RaiseWithWords(E_FAIL, path + ": " + read.problem);
   RegistryContent content = ParseRegistryFile(read.bytes);
-  if (!content.damage.empty()) Raise(E_FAIL, path + ": " + content.damage);
+  if (!content.damage.empty()) RaiseWithWords(E_FAIL, path + ": " + content.damage);
   return {std::move(read.bytes), std::move(content)};
 }
 
@@ -72,7 +71,8 @@ void RequireWritable(const RegistryValue& value) {
 }
 
 int Save(const RegistryPlace& place, const std::string& bytes) {
-  if (bytes.size() > kLongestRegistryFile) Raise(E_FAIL, place.path + ": It would be longer than 1 MiB");
+  if (bytes.size() > kLongestRegistryFile)
+    RaiseWithWords(E_FAIL, place.path + ": It would be longer than 1 MiB");
   const int error = place.kind == RegistryPlaceKind::kUser ? MakeRegistryDirectories(place.path) : 0;
   return error != 0 ? error : ReplaceRegistryBytes(place.path, bytes);
 }
@@ -128,10 +128,10 @@ std::string WriteToRegistry(const std::vector<RegistryPlace>& places,
     const bool hides = std::any_of(values.begin(), values.end(),
                                    [&](const RegistryValue& value) { return file.Has(value); });
     const bool mayPassOver = place.kind != RegistryPlaceKind::kNamed && IsOutOfReach(error) && !hides;
-    if (!mayPassOver) Raise(E_FAIL, reason);
+    if (!mayPassOver) RaiseWithWords(E_FAIL, reason);
     reasons += (reasons.empty() ? "" : "; ") + reason;
   }
-  Raise(E_FAIL, "No registry file can be written: " + reasons);
+  RaiseWithWords(E_FAIL, "No registry file can be written: " + reasons);
 }
 
 std::string RemoveFromRegistry(const std::vector<RegistryPlace>& places, const WideString& key) {
@@ -140,7 +140,7 @@ std::string RemoveFromRegistry(const std::vector<RegistryPlace>& places, const W
     const SoundFile file = LoadSound(place.path);
     if (!file.Has(key)) continue;
     const int error = Save(place, WithoutRegistryValue(file.bytes, key));
-    if (error != 0) Raise(E_FAIL, place.path + ": " + SystemErrorText(error));
+    if (error != 0) RaiseWithWords(E_FAIL, place.path + ": " + SystemErrorText(error));
     return place.path;
   }
   return {};
@@ -155,7 +155,7 @@ std::string RemoveKeysFromRegistry(const std::vector<RegistryPlace>& places,
     for (const WideString& key : keys) left = WithoutRegistryKey(left, key);
     if (left == file.bytes) continue;
     const int error = Save(place, left);
-    if (error != 0) Raise(E_FAIL, place.path + ": " + SystemErrorText(error));
+    if (error != 0) RaiseWithWords(E_FAIL, place.path + ": " + SystemErrorText(error));
     return place.path;
   }
   return {};

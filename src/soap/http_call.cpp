@@ -1,6 +1,6 @@
 #include "soap/http_call.h"
 
-#include "com/component.h"
+#include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/messages.h"

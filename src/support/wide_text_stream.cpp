@@ -145,4 +145,11 @@ WideString WideTextStream::TakeText() {
   return taken;
 }
 
+WideString EncodeXmlText(const WideString& text) {
+  if (!text.view().empty() && PlainRun(text.view()) == text.size()) return text;  // shared
+  WideTextStream stream;
+  stream.AppendEncoded(text.view());
+  return stream.TakeText();
+}
+
 }  // namespace qv

@@ -51,4 +51,10 @@ class WideTextStream {
   std::size_t firstNull_ = std::u16string_view::npos;
 };
 
+// The one escape of XML that is written by hand.
+// " & ' < > become their predefined entities (XML 1.0, 4.6); units from 0x7F up become decimal character
+// references, one per 16-bit unit; all else stays, control characters too. Stops at the first null unit.
+// Never null.
+WideString EncodeXmlText(const WideString& text);
+
 }  // namespace qv

@@ -17,4 +17,10 @@ void _com_raise_error(HRESULT code) {
   throw _com_error(code);
 }
 
+void RaiseWithWords(HRESULT code, const std::string& words) {
+  ErrorInfo info;
+  info.description = FromUtf8(words);
+  throw _com_error(code, info);
+}
+
 }  // namespace qv

@@ -1,4 +1,4 @@
-#include "support/encode_xml_text.h"
+#include "support/wide_text_stream.h"
 
 #include <gtest/gtest.h>
 

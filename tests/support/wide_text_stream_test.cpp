@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "support/encode_xml_text.h"
 #include "support/print_wide_string.h"
 
 namespace qv {

@@ -192,4 +192,13 @@ HRESULT HttpSession::SetProgress(IHttpProgress* progress) noexcept {
   return S_OK;
 }
 
+HRESULT CreateHttpComponent(const Guid& iid, void** object) try {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  const HttpSessionPtr session(new HttpSession, false);
+  return session->QueryInterface(iid, object);
+} catch (...) {  // nothing else fails here
+  return E_OUTOFMEMORY;
+}
+
 }  // namespace qv

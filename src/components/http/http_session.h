@@ -68,6 +68,9 @@ class HttpSession final : public IHttpSession, public IHttpOptions, public ISupp
 
 using HttpSessionPtr = boost::intrusive_ptr<HttpSession>;
 
+// A ClassCreator (class_registry.h): makes a session that is not open and hands out `iid` of it.
+HRESULT CreateHttpComponent(const Guid& iid, void** object);
+
 // The count is reached through one of the bases; they all lead to the same.
 inline void intrusive_ptr_add_ref(HttpSession* session) noexcept {
   session->AddRef();

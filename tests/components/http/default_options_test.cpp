@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "components/http/http_component_class.h"
+#include "components/http/http_session.h"
 #include "fixtures/temporary_directory.h"
 
 namespace qv::test {

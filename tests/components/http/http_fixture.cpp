@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "components/http/http_component_class.h"
+#include "components/http/http_session.h"
 
 namespace qv::test {
 namespace {
