@@ -122,7 +122,7 @@ std::string WithNewSection(std::string_view bytes, const WideString& key, const 
   std::string text(bytes);
   if (!text.empty() && !EndsLine(text)) text += lineEnd;
   if (!text.empty()) text += lineEnd;
-  text.append("[HKEY_LOCAL_MACHINE\\").append(ToUtf8(key)).append("]").append(lineEnd);
+  text.append("[").append(kLocalMachine).append("\\").append(ToUtf8(key)).append("]").append(lineEnd);
   return value.empty() ? text : text.append(value).append(lineEnd);
 }
 

@@ -20,7 +20,7 @@ struct Root {
   std::string_view name;
   std::string_view key;
 };
-constexpr Root kRoots[] = {{"HKEY_LOCAL_MACHINE", ""}, {"HKEY_CLASSES_ROOT", "SOFTWARE\\Classes"}};
+constexpr Root kRoots[] = {{kLocalMachine, ""}, {"HKEY_CLASSES_ROOT", "SOFTWARE\\Classes"}};
 
 std::string_view Trimmed(std::string_view text) noexcept {
   const std::size_t first = text.find_first_not_of(kBlank);

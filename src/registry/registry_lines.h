@@ -30,6 +30,9 @@ struct RegistryLine {
   std::string text;  // of a kText or kNamedText
 };
 
+// What the sections of a file begin with.
+inline constexpr std::string_view kLocalMachine = "HKEY_LOCAL_MACHINE";
+
 // what() is such as "line 3: the quote is not closed".
 class RegistryDamage : public std::runtime_error {
  public:
