@@ -1,0 +1,2 @@
+// Carries the headers that tests share.
+int main() {}
