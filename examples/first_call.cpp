@@ -1,4 +1,4 @@
-// The shortest complete host: opens a session, adds two numbers on the server, closes the session.
+// The shortest complete host: opens a session, multiplies on the server, closes the session.
 //   first_call http://127.0.0.1:8080
 #include <iostream>
 
@@ -6,19 +6,18 @@
 
 namespace {
 
-void AddOnTheServer(const char* server) {
-  const qv::XmlLibraryHold library;  // for as long as calls are made: see their headers
+void MultiplyOnTheServer(const char* server) {
+  const qv::XmlLibraryHold library;  // make all calls under these two: see their headers
   const qv::ValueTypesHold types;
   const auto provider = qv::CreateSimpleServiceProvider(qv::CreateSimpleHost({u"joe"}).get());
   const auto client = qv::CreateQvScriptwells(qv::FromUtf8(server), u"", provider.get());
   const auto model = qv::ModelOf(client.get());
   qv::ThrowIfFailed(model->CreateUserSession(u"Username=joe;Password=secret;"));
   const auto parameters = qv::CreateParameters();
-  qv::ThrowIfFailed(parameters->Add(u"a", qv::Variant::FromInt(2), nullptr));
-  qv::ThrowIfFailed(parameters->Add(u"b", qv::Variant::FromInt(40), nullptr));
-  qv::Variant sum;
-  qv::ThrowIfFailed(model->Execute(u"JavaScript", u"parameters.a + parameters.b", parameters.get(), &sum));
-  std::cout << sum.Data().intVal << "\n";  // 42
+  qv::ThrowIfFailed(parameters->Add(u"a", qv::Variant::FromInt(7), nullptr));
+  qv::Variant answer;
+  qv::ThrowIfFailed(model->Execute(u"JavaScript", u"6 * parameters.a", parameters.get(), &answer));
+  std::cout << answer.Data().intVal << "\n";  // 42
   qv::ThrowIfFailed(model->CloseUserSession());
 }
 
@@ -26,7 +25,7 @@ void AddOnTheServer(const char* server) {
 
 int main(int argc, char** argv) {
   try {
-    AddOnTheServer(argc > 1 ? argv[1] : "http://127.0.0.1:8080");
+    MultiplyOnTheServer(argc > 1 ? argv[1] : "http://127.0.0.1:8080");
     return 0;
   } catch (const qv::_com_error& error) {
     std::cerr << "failed: " << qv::ToUtf8(error.Description()) << "\n";

@@ -1,13 +1,13 @@
 // scripts/check-words finds a phrase in comments and documents, and nowhere else.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
-#include <vector>
+
+#include "tests/documents/output_of.h"
 
 namespace qv::documents {
 namespace {
@@ -27,26 +27,17 @@ class CheckWords : public ::testing::Test {
   std::string HitsIn(const std::string& name, const std::string& content) const {
     const std::string path = folder_ + "/" + name;
     std::ofstream(path) << content;
+    const CommandOutput output =
+        OutputOf(QV_SOURCE_DIR "/scripts/check-words --list " + path + " 2>/dev/null");
+    EXPECT_EQ(output.exit, output.text.empty() ? 0 : 1);
+    std::istringstream lines(output.text);
     std::string hits;
-    for (const std::string& line : LinesPrintedFor(path)) {
-      const std::size_t end = line.find(" -> ");
-      hits += line.substr(path.size() + 1, end - path.size() - 1) + "\n";
-    }
+    for (std::string line; std::getline(lines, line);)
+      hits += line.substr(path.size() + 1, line.find(" -> ") - path.size() - 1) + "\n";
     return hits;
   }
 
  private:
-  static std::vector<std::string> LinesPrintedFor(const std::string& path) {
-    const std::string command = QV_SOURCE_DIR "/scripts/check-words --list " + path + " 2>/dev/null";
-    std::FILE* pipe = ::popen(command.c_str(), "r");
-    std::vector<std::string> lines;
-    std::array<char, 1000> line;
-    while (std::fgets(line.data(), line.size(), pipe) != nullptr) lines.emplace_back(line.data());
-    const int status = ::pclose(pipe);
-    EXPECT_EQ(WEXITSTATUS(status), lines.empty() ? 0 : 1);
-    return lines;
-  }
-
   std::string folder_;
 };
 

@@ -86,8 +86,8 @@ std::vector<std::string> BlocksOf(const std::string& document, const std::string
   return blocks;
 }
 
-std::vector<Row> RowsOf(const std::string& document, const std::string& head) {
-  std::vector<Row> rows;
+std::vector<std::string> TableLines(const std::string& document, const std::string& head) {
+  std::vector<std::string> lines;
   bool isInside = false;
   for (const Line& line : LinesOf(document)) {
     if (line.text.rfind("| " + head + " |", 0) == 0)
@@ -95,8 +95,14 @@ std::vector<Row> RowsOf(const std::string& document, const std::string& head) {
     else if (line.text.empty() || line.text.front() != '|')
       isInside = false;
     else if (isInside && line.text.rfind("|---", 0) != 0)
-      rows.push_back(CellsOf(line.text));
+      lines.push_back(line.text);
   }
+  return lines;
+}
+
+std::vector<Row> RowsOf(const std::string& document, const std::string& head) {
+  std::vector<Row> rows;
+  for (const std::string& line : TableLines(document, head)) rows.push_back(CellsOf(line));
   return rows;
 }
 

@@ -14,13 +14,15 @@ struct Command {
   std::vector<std::string> output;
 };
 
-// Those of every block that holds one, in the order of the document.
+// The commands of all blocks, in the order of the document.
 std::vector<Command> CommandsOf(const std::string& document);
 
-// The blocks behind "```LANGUAGE", each with its last line end.
+// The blocks that start with "```LANGUAGE", each with its last line end.
 std::vector<std::string> BlocksOf(const std::string& document, const std::string& language);
 
-// The first two cells, without backticks, of the rows of every table whose first head is `head`.
+// The rows of every table whose first column is headed `head`.
+std::vector<std::string> TableLines(const std::string& document, const std::string& head);
+// Their first two cells, without backticks.
 using Row = std::pair<std::string, std::string>;
 std::vector<Row> RowsOf(const std::string& document, const std::string& head);
 

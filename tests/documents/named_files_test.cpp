@@ -1,8 +1,11 @@
-// Every file that a document names is in the tree.
+// Every file that a document names is in the tree, and every link to a section finds its heading.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <filesystem>
+#include <regex>
 #include <set>
+#include <sstream>
 
 #include "tests/documents/markdown.h"
 
@@ -13,7 +16,7 @@ namespace fs = std::filesystem;
 
 const fs::path kRoot = QV_SOURCE_DIR;
 
-// Files of users, of installations and of servers, which the documents tell of.
+// Files of users, installations and servers.
 const std::set<std::string> kElsewhere = {
     "ClientScripts/UploadScript.xml",
     "ClientScripts/UploadScriptWithoutTicketdId.xml",
@@ -35,7 +38,7 @@ std::set<std::string> TopFolders() {
   return folders;
 }
 
-// A word with the ending of a file, or a path that starts in a folder of the project's.
+// A name with a known extension, or a path that starts in a folder of the project.
 bool IsName(const std::string& text) {
   static const std::set<std::string> folders = TopFolders();
   if (text.front() == '/' || kElsewhere.count(text) > 0) return false;
@@ -44,7 +47,7 @@ bool IsName(const std::string& text) {
   return slash != std::string::npos && folders.count(text.substr(0, slash)) > 0;
 }
 
-// What a build makes has a folder with its sources: build/demo/tools/ comes of tools/.
+// A built file is in a folder like that of its sources: build/demo/tools/ is built from tools/.
 bool IsBuilt(const fs::path& name) {
   auto part = name.begin();
   if (part == name.end() || *part++ != "build" || part == name.end()) return false;
@@ -70,6 +73,37 @@ TEST_P(NamedFiles, AreInTheTree) {
   }
 }
 
+// As web views of Markdown name a heading: lower case, blanks as "-", without punctuation.
+std::string AnchorOf(const std::string& heading) {
+  std::string anchor;
+  for (const char c : heading.substr(heading.find(' ') + 1))
+    if (std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_')
+      anchor += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    else if (c == ' ')
+      anchor += '-';
+  return anchor;
+}
+
+std::set<std::string> AnchorsOf(const fs::path& document) {
+  std::set<std::string> anchors;
+  std::istringstream lines(ReadFile(document));
+  for (std::string line; std::getline(lines, line);)
+    if (line.rfind('#', 0) == 0) anchors.insert(AnchorOf(line));
+  return anchors;
+}
+
+TEST_P(NamedFiles, LinksToSectionsFindTheirHeadings) {
+  static const std::regex kLink("\\]\\(([A-Za-z0-9_./-]*)#([^)]+)\\)");
+  const fs::path document = kRoot / GetParam();
+  const std::string text = ReadFile(document);
+  for (auto link = std::sregex_iterator(text.begin(), text.end(), kLink); link != std::sregex_iterator();
+       ++link) {
+    const std::string file = (*link)[1];
+    const fs::path target = file.empty() ? document : document.parent_path() / file;
+    EXPECT_EQ(AnchorsOf(target).count((*link)[2]), 1u) << GetParam() << " links to " << link->str();
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Documents, NamedFiles, ::testing::ValuesIn(Documents()), [](const auto& document) {
   std::string name = document.param;
   for (char& c : name)
@@ -85,6 +119,10 @@ TEST(NamedFilesOfADocument, AreFoundOutsideOfBlocks) {
   EXPECT_EQ(files[1].name, "--help");
   EXPECT_EQ(files[2].name, "c.md");
   EXPECT_EQ(files[2].line, 5);
+}
+
+TEST(AnchorOfAHeading, IsInLowerCaseWithoutPunctuation) {
+  EXPECT_EQ(AnchorOf("## Who may use it?"), "who-may-use-it");
 }
 
 TEST(NamedFilesOfADocument, AreMissedWhenTheyAreNotThere) {

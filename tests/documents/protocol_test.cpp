@@ -1,12 +1,11 @@
 // docs/protocol.md, against the built client: what the page shows is sent and answered, byte by byte.
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <sstream>
 
 #include "fixtures/raw_server.h"
 #include "tests/documents/markdown.h"
+#include "tests/documents/output_of.h"
 
 namespace qv::documents {
 namespace {
@@ -48,17 +47,9 @@ class Protocol : public ::testing::Test {
         "env -i QV_REGISTRY=/dev/null SCRIPTWELLS_PASSWORD=secret timeout 60 " SCRIPTWELLS_PROGRAM
         " run --server http://127.0.0.1:" +
         std::to_string(server_.Port()) + " --user joe " + more + " 2>&1 </dev/null";
-    std::FILE* pipe = ::popen(command.c_str(), "r");
-    std::string output;
-    std::array<char, 4096> bytes;
-    for (std::size_t count = 1; count > 0;) {
-      count = std::fread(bytes.data(), 1, bytes.size(), pipe);
-      output.append(bytes.data(), count);
-    }
-    ::pclose(pipe);
-    return output;
+    return OutputOf(command).text;
   }
-  // A run whose script is answered so.
+  // A run whose script gets this answer.
   std::string RunWith(const std::string& envelope, const std::string& more = "-e 1 --json") {
     Answer(
         {test::RawAnswerText(InEnvelope("<CreateUserSessionResponse><r>1</r></CreateUserSessionResponse>")),
