@@ -1,4 +1,4 @@
-// The shortest complete host: opens a session, multiplies on the server, closes the session.
+// The shortest complete host: opens a session, adds two numbers on the server, closes the session.
 //   first_call http://127.0.0.1:8080
 #include <iostream>
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-void MultiplyOnTheServer(const char* server) {
+void AddOnTheServer(const char* server) {
   const qv::XmlLibraryHold library;  // make all calls under these two: see their headers
   const qv::ValueTypesHold types;
   const auto provider = qv::CreateSimpleServiceProvider(qv::CreateSimpleHost({u"joe"}).get());
@@ -14,9 +14,9 @@ void MultiplyOnTheServer(const char* server) {
   const auto model = qv::ModelOf(client.get());
   qv::ThrowIfFailed(model->CreateUserSession(u"Username=joe;Password=secret;"));
   const auto parameters = qv::CreateParameters();
-  qv::ThrowIfFailed(parameters->Add(u"a", qv::Variant::FromInt(7), nullptr));
+  qv::ThrowIfFailed(parameters->Add(u"a", qv::Variant::FromInt(40), nullptr));
   qv::Variant answer;
-  qv::ThrowIfFailed(model->Execute(u"JavaScript", u"6 * parameters.a", parameters.get(), &answer));
+  qv::ThrowIfFailed(model->Execute(u"JavaScript", u"parameters.a + 2", parameters.get(), &answer));
   std::cout << answer.Data().intVal << "\n";  // 42
   qv::ThrowIfFailed(model->CloseUserSession());
 }
@@ -25,7 +25,7 @@ void MultiplyOnTheServer(const char* server) {
 
 int main(int argc, char** argv) {
   try {
-    MultiplyOnTheServer(argc > 1 ? argv[1] : "http://127.0.0.1:8080");
+    AddOnTheServer(argc > 1 ? argv[1] : "http://127.0.0.1:8080");
     return 0;
   } catch (const qv::_com_error& error) {
     std::cerr << "failed: " << qv::ToUtf8(error.Description()) << "\n";
