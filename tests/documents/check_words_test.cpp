@@ -79,7 +79,8 @@ TEST_F(CheckWords, PlainPhrasesAreNotFound) {
   EXPECT_EQ(
       HitsIn("page.md",
              "A standard message is sent after it. There is no longer a use of it, one that is no longer "
-             "there; it ends at the same time as the call, as the last one did.\n"),
+             "there; it ends at the same time as the call, as the last one did. It is a part of its own "
+             "file.\n"),
       "");
 }
 
