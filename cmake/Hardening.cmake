@@ -1,6 +1,6 @@
-# What optimised builds have against attacks through memory errors: canaries, checked C library calls, calls through
-# read-only tables only, programs at random addresses, and marked targets of jumps. Sanitizers and Debug builds go
-# without. A distribution that brings flags of its own switches it off with QV_HARDEN.
+# Protects optimised builds against attacks through memory errors: canaries, checked C library calls, read-only tables of
+# calls, programs at random addresses, and marked jump targets. Sanitizer and Debug builds have none of it. A distribution
+# with its own flags switches it off with QV_HARDEN.
 option(QV_HARDEN "Build with stack protector, _FORTIFY_SOURCE, full RELRO, PIE and -fcf-protection" ON)
 
 # Without this CMake does not link programs as PIE, whatever the property says.

@@ -1,5 +1,5 @@
-# What an installation has: the headers, both archives with their CMake package and pkg-config files, the
-# library of classes, and the registry file that names it and the home directory.
+# Installs the headers, both archives with their CMake package and pkg-config files, the library of classes, and the
+# registry file that names the library and the home directory.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -24,8 +24,8 @@ install(FILES
   ${PROJECT_BINARY_DIR}/QvScriptwellsConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT development)
 
-# How a pkg-config file names a directory of the installation: from its own place, so that the prefix may move. An
-# absolute one stands for itself.
+# A pkg-config file names a directory relative to its own path, so that the prefix may move. An absolute directory stays
+# absolute.
 function(pkgconfig_directory result directory)
   set(path "${directory}")
   if(NOT IS_ABSOLUTE "${directory}" AND NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")

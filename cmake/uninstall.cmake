@@ -1,5 +1,5 @@
-# Removes the files that installations from the build directory BUILD_DIR have put somewhere, and the directories that
-# are empty then. DESTDIR counts as it did for the installation.
+# Removes the files that installations from the build directory BUILD_DIR wrote, and the directories that this leaves
+# empty. DESTDIR has the same effect as for the installation.
 cmake_policy(VERSION 3.25)
 
 function(remove_empty_directories file)

@@ -1,5 +1,5 @@
-// Every command of the documents is typed, in the order of the document, by a user with an empty home. The
-// documents tell of a user joe whose checkout is /home/joe/scriptwells.
+// Types every command of the documents, in their order, as a user with an empty home. In the documents this
+// is the user joe, whose checkout is /home/joe/scriptwells.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(Documents, Commands, ::testing::ValuesIn(DocumentsWithC
                            return name;
                          });
 
-// What a document would say, typed.
+// Whether a document with this block is correct.
 bool IsTrue(const std::string& block) {
   const std::vector<Command> commands = CommandsOf("```\n" + block + "```\n");
   Typist typist;
@@ -69,7 +69,7 @@ TEST(CommandsOfADocument, AreHeldToWhatTheyPrint) {
 TEST(CommandsOfADocument, HaveToSucceedWhereNothingIsPrinted) {
   EXPECT_TRUE(IsTrue("$ true\n"));
   EXPECT_FALSE(IsTrue("$ false\n"));
-  EXPECT_FALSE(IsTrue("$ scriptwells --version\n"));  // nobody has told where it is
+  EXPECT_FALSE(IsTrue("$ scriptwells --version\n"));  // not in the PATH
 }
 
 TEST(CommandsOfADocument, KnowOneAnother) {

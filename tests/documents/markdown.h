@@ -1,4 +1,4 @@
-// What the tests read out of the documents.
+// Reads Markdown: commands, blocks, tables, names of files.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace qv::documents {
 
-// A line of a block that begins with "$ ", and what it prints, as the document has it.
+// A line of a block that begins with "$ ", and the output that the document shows.
 struct Command {
   int line = 0;  // of the document, from 1 on
   std::string text;
@@ -31,10 +31,10 @@ struct NamedFile {
   std::string name;
 };
 
-// Texts in backticks, outside of blocks, and targets of links that may be paths of files.
+// Texts in backticks and targets of links that may be paths of files; blocks are skipped.
 std::vector<NamedFile> FilesNamedIn(const std::string& document);
 
-// Every document of the project, as a path below its root.
+// All documents of the project, as paths below its root.
 std::vector<std::string> Documents();
 
 std::string ReadFile(const std::string& path);

@@ -1,4 +1,4 @@
-// docs/protocol.md, against the built client: what the page shows is sent and answered, byte by byte.
+// Compares docs/protocol.md with the built client, byte by byte.
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -41,7 +41,7 @@ class Protocol : public ::testing::Test {
     for (const std::string& answer : answers) script.ReadRequest().Write(answer);
     server_.Expect(script);
   }
-  // Both streams of a run.
+  // Both output streams of a run.
   std::string Run(const std::string& more) const {
     const std::string command =
         "env -i QV_REGISTRY=/dev/null SCRIPTWELLS_PASSWORD=secret timeout 60 " SCRIPTWELLS_PROGRAM

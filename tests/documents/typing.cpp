@@ -31,7 +31,7 @@ std::string FreshFolder() {
   return pattern;
 }
 
-// A socket that has a port of the system's for itself.
+// Keeps a free port of the system bound.
 class FreePort {
  public:
   FreePort() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
@@ -144,8 +144,8 @@ std::string Typist::ForDocument(const std::string& text) const {
   return shown;
 }
 
-// Each command's output goes to a file of its own. One in the background is waited for until it has printed
-// its last line; at the end it is stopped as a user stops it.
+// Each command writes its output to its own file. A command in the background counts as started when it has
+// printed its last line; at the end it is stopped with SIGTERM.
 std::string Typist::Script(const std::vector<Command>& commands) const {
   std::ostringstream script;
   script << "trap 'kill $(jobs -p) 2>/dev/null; wait' EXIT\n";

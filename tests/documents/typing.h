@@ -1,4 +1,4 @@
-// A user at a shell who types what a document says.
+// Plays a user who types the commands of a document in a shell.
 #pragma once
 
 #include <sys/types.h>
@@ -11,16 +11,16 @@
 namespace qv::documents {
 
 struct Typed {
-  std::string output;  // both streams, in the words of the document: its home and its ports
-  int exit = -1;       // of one in the background: -1
+  std::string output;  // both streams, with home and ports replaced by those of the document
+  int exit = -1;       // -1 for a command in the background
 };
 
-// Whether a command printed what the document says: exactly the same, where "..." in a line is any text; one
-// in the background those lines among others. Without lines it has to succeed.
+// Whether a command printed what the document shows. "..." in a line is any text. A command in the background
+// may print further lines. A command without output has to succeed.
 bool Agrees(const Command& command, const Typed& typed);
 
-// A home directory with nothing in it but scriptwells/, a view of the project with the built programs in
-// build/demo/. In place of the ports 8080 and 8081 there are free ones.
+// Works in a home directory that contains only scriptwells/, a view of the project with the built programs in
+// build/demo/. Free ports replace the ports 8080 and 8081.
 class Typist {
  public:
   Typist();
@@ -28,11 +28,11 @@ class Typist {
   Typist(const Typist&) = delete;
   Typist& operator=(const Typist&) = delete;
 
-  // One shell for all of them; whatever it started has been ended afterwards.
+  // Runs all commands in one shell, and then ends the processes that it started.
   std::vector<Typed> Type(const std::vector<Command>& commands);
-  // Of those that the last shell started.
+  // How many processes of the last shell are still running.
   int ProcessesLeft() const;
-  // Names in the temporary directory.
+  // The names in the temporary directory, one per line.
   std::string TemporaryFilesLeft() const;
 
  private:
@@ -45,7 +45,7 @@ class Typist {
 
   std::string root_;
   std::string home_;
-  std::vector<std::string> ports_;  // in place of those of the documents
+  std::vector<std::string> ports_;  // they replace those of the documents
   pid_t shell_ = -1;
 };
 
