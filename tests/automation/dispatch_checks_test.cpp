@@ -53,7 +53,7 @@ TEST_P(DispatchChecks, MissingArgumentBlockComesFirstAndKeepsTheResult) {
       EXPECT_EQ(ShownCode(object_->Invoke(id, Guid{}, 0, static_cast<std::uint16_t>(flags), nullptr,
                                           &call.result, &call.failure, &call.index)),
                 kBadVarType);
-      EXPECT_EQ(ShownValue(call.result), "BSTR untouched");
+      EXPECT_EQ(ShownValue(call.result), "VT_BSTR untouched");
       EXPECT_EQ(call.index, kUntouchedIndex);
       EXPECT_TRUE(call.FailureUntouched());
     }
@@ -68,7 +68,7 @@ TEST_P(DispatchChecks, TooManyForTheInterfaceKeepsTheResult) {
       LateCall call(object_.get(), id, DISPATCH_PROPERTYGET);
       call.With(std::vector<Variant>(GetParam().arguments + more, Text(u"1")));
       EXPECT_EQ(call.Code(), kBadParamCount) << id;
-      EXPECT_EQ(ShownValue(call.result), "BSTR untouched");
+      EXPECT_EQ(ShownValue(call.result), "VT_BSTR untouched");
       EXPECT_EQ(call.index, kUntouchedIndex);
       EXPECT_TRUE(call.FailureUntouched());
     }
@@ -86,14 +86,14 @@ TEST_P(DispatchChecks, CountIsTestedBeforeNamedArguments) {
   LateCall call(object_.get(), 1);
   call.With(std::vector<Variant>(GetParam().arguments + 1, Text(u"1"))).Named({99});
   EXPECT_EQ(call.Code(), kBadParamCount);
-  EXPECT_EQ(ShownValue(call.result), "BSTR untouched");
+  EXPECT_EQ(ShownValue(call.result), "VT_BSTR untouched");
   EXPECT_EQ(call.index, kUntouchedIndex);
 }
 
 TEST_P(DispatchChecks, UnknownIdClearsTheResult) {
   LateCall call(object_.get(), 100);
   EXPECT_EQ(call.With({Text(u"1")}).Code(), kMemberNotFound);
-  EXPECT_EQ(ShownValue(call.result), "EMPTY");
+  EXPECT_EQ(ShownValue(call.result), "VT_EMPTY");
 }
 
 TEST_P(DispatchChecks, NamedArgumentsOfAnUnknownId) {
@@ -108,7 +108,7 @@ TEST_P(DispatchChecks, NamedArgumentsOfAnUnknownId) {
   if (!Refuses() && GetParam().face != Face::kParameter) {
     EXPECT_EQ(code, kMemberNotFound);
   }
-  EXPECT_EQ(ShownValue(call.result), "EMPTY");
+  EXPECT_EQ(ShownValue(call.result), "VT_EMPTY");
   EXPECT_TRUE(call.FailureUntouched());
 }
 

@@ -42,7 +42,7 @@ TEST_P(DispatchConversion, GivesThisCallOrIndex) {
     EXPECT_EQ(script.calls[0], row.noted);
   }
   if (row.noted == nullptr) {
-    EXPECT_EQ(ShownValue(call.result), "EMPTY");
+    EXPECT_EQ(ShownValue(call.result), "VT_EMPTY");
   }
   EXPECT_TRUE(call.FailureUntouched());
 }
@@ -67,49 +67,49 @@ std::string ConversionName(const testing::TestParamInfo<ConversionRow>& row) {
 
 INSTANTIATE_TEST_SUITE_P(
     Taken, DispatchConversion,
-    testing::Values(Taken("ShortAsItIs", Face::kDuration, 3, 4, {I2(-7)}, "put_Day(-7)"),
-                    Taken("TextToShort", Face::kDuration, 3, 4, {Text(u"12")}, "put_Day(12)"),
-                    Taken("LongToShort", Face::kDuration, 4, 4, {I4(300)}, "put_Month(300)"),
-                    Taken("BoolToShort", Face::kDuration, 5, 4, {Variant::FromBool(true)}, "put_Year(-1)"),
-                    Taken("NothingToShort", Face::kDuration, 6, 4, {Variant()}, "put_Hour(0)"),
-                    Taken("ShortToReal", Face::kDuration, 8, 4, {I2(3)}, "put_Sec(3)"),
-                    Taken("RealAsItIs", Face::kDuration, 8, 4, {R8(2.25)}, "put_Sec(2.25)"),
-                    Taken("TextToReal", Face::kDuration, 8, 4, {Text(u"1.5")}, "put_Sec(1.5)"),
-                    Taken("BoolAsItIs", Face::kDuration, 9, 4, {Variant::FromBool(true)}, "put_Negative(-1)"),
-                    Taken("ShortToBool", Face::kDuration, 9, 4, {I2(5)}, "put_Negative(-1)"),
-                    Taken("ZeroToBool", Face::kDuration, 9, 4, {I4(0)}, "put_Negative(0)"),
-                    Taken("TextToBool", Face::kDuration, 9, 4, {Text(u"True")}, "put_Negative(-1)"),
-                    Taken("ShortToLong", Face::kAttachedFile, 4, 4, {I2(-2)}, "put_SourceFileLifeTime(-2)"),
-                    Taken("LongAsItIs", Face::kAttachedFile, 5, 4, {I4(70000)}, "put_CleanUp(70000)"),
-                    Taken("TextToLong", Face::kAttachedFile, 5, 4, {Text(u"70000")}, "put_CleanUp(70000)"),
-                    Taken("ShortToText", Face::kUrl, 2, 4, {I2(5)}, "put_UrlCaption(5)"),
-                    Taken("RealToText", Face::kUrl, 2, 4, {R8(1.5)}, "put_UrlCaption(1.5)"),
-                    Taken("NothingToText", Face::kUrl, 3, 4, {Variant()}, "put_Url()"),
-                    Taken("NullTextAsItIs", Face::kUrl, 3, 4, {Text(WideString())}, "put_Url(<null>)"),
-                    Taken("EmptyTextAsItIs", Face::kQvScriptwells, 8, 4, {Text(u"")}, "put_Proxy()"),
-                    Taken("TextToIndex", Face::kParameters, 2, 1, {Text(u"2")}, "Remove(2)"),
-                    Taken("LongToIndex", Face::kParameters, 3, 1, {I4(-1)}, "Find(-1)"),
-                    Taken("OrderOfTwo", Face::kConnectionModel, 7, 1, {Text(u"url"), Text(u"target")},
-                          "DownloadFile(url, target)"),
-                    Taken("NumbersToTexts", Face::kConnectionModel, 7, 1, {I2(1), I2(2)},
-                          "DownloadFile(1, 2)"),
-                    Taken("HexadecimalToShort", Face::kDuration, 3, 4, {Text(u"&H1F")}, "put_Day(31)"),
-                    Taken("ParenthesesToReal", Face::kDuration, 8, 4, {Text(u"(1.5)")}, "put_Sec(-1.5)"),
-                    Taken("SignAndBlankToReal", Face::kDuration, 8, 4, {Text(u"- 1.5")}, "put_Sec(-1.5)"),
-                    Taken("CurrencyToReal", Face::kDuration, 8, 4, {Currency(15000)}, "put_Sec(1.5)"),
-                    Taken("DecimalToText", Face::kUrl, 2, 4, {Variant::FromDecimal({0, 1, 0, 0, 15})},
-                          "put_UrlCaption(1.5)"),
-                    // Any value keeps its tag.
-                    Taken("AnyShort", Face::kParameters, 1, 1, {I2(1), I2(2)}, "Add(1, I2 2)"),
-                    Taken("AnyNothing", Face::kParameters, 1, 1, {Text(u"k"), Variant()}, "Add(k, EMPTY)"),
-                    Taken("AnyNull", Face::kParameters, 1, 1, {Text(u"k"), Variant::Null()}, "Add(k, NULL)"),
-                    Taken("AnyReal", Face::kParameter, 1, 1, {Text(u"k"), R8(0.5)}, "SetValues(k, R8 0.5)"),
-                    Taken("AnyBool", Face::kParameter, 1, 1, {Text(u"k"), Variant::FromBool(true)},
-                          "SetValues(k, BOOL -1)"),
-                    Taken("AnyNullObject", Face::kParameter, 1, 1, {Text(u"k"), FromDispatch(nullptr)},
-                          "SetValues(k, DISPATCH null)"),
-                    Taken("AnyNullUnknown", Face::kParameter, 1, 1,
-                          {Text(u"k"), Variant::FromObject(nullptr)}, "SetValues(k, UNKNOWN null)")),
+    testing::Values(
+        Taken("ShortAsItIs", Face::kDuration, 3, 4, {I2(-7)}, "put_Day(-7)"),
+        Taken("TextToShort", Face::kDuration, 3, 4, {Text(u"12")}, "put_Day(12)"),
+        Taken("LongToShort", Face::kDuration, 4, 4, {I4(300)}, "put_Month(300)"),
+        Taken("BoolToShort", Face::kDuration, 5, 4, {Variant::FromBool(true)}, "put_Year(-1)"),
+        Taken("NothingToShort", Face::kDuration, 6, 4, {Variant()}, "put_Hour(0)"),
+        Taken("ShortToReal", Face::kDuration, 8, 4, {I2(3)}, "put_Sec(3)"),
+        Taken("RealAsItIs", Face::kDuration, 8, 4, {R8(2.25)}, "put_Sec(2.25)"),
+        Taken("TextToReal", Face::kDuration, 8, 4, {Text(u"1.5")}, "put_Sec(1.5)"),
+        Taken("BoolAsItIs", Face::kDuration, 9, 4, {Variant::FromBool(true)}, "put_Negative(-1)"),
+        Taken("ShortToBool", Face::kDuration, 9, 4, {I2(5)}, "put_Negative(-1)"),
+        Taken("ZeroToBool", Face::kDuration, 9, 4, {I4(0)}, "put_Negative(0)"),
+        Taken("TextToBool", Face::kDuration, 9, 4, {Text(u"True")}, "put_Negative(-1)"),
+        Taken("ShortToLong", Face::kAttachedFile, 4, 4, {I2(-2)}, "put_SourceFileLifeTime(-2)"),
+        Taken("LongAsItIs", Face::kAttachedFile, 5, 4, {I4(70000)}, "put_CleanUp(70000)"),
+        Taken("TextToLong", Face::kAttachedFile, 5, 4, {Text(u"70000")}, "put_CleanUp(70000)"),
+        Taken("ShortToText", Face::kUrl, 2, 4, {I2(5)}, "put_UrlCaption(5)"),
+        Taken("RealToText", Face::kUrl, 2, 4, {R8(1.5)}, "put_UrlCaption(1.5)"),
+        Taken("NothingToText", Face::kUrl, 3, 4, {Variant()}, "put_Url()"),
+        Taken("NullTextAsItIs", Face::kUrl, 3, 4, {Text(WideString())}, "put_Url(<null>)"),
+        Taken("EmptyTextAsItIs", Face::kQvScriptwells, 8, 4, {Text(u"")}, "put_Proxy()"),
+        Taken("TextToIndex", Face::kParameters, 2, 1, {Text(u"2")}, "Remove(2)"),
+        Taken("LongToIndex", Face::kParameters, 3, 1, {I4(-1)}, "Find(-1)"),
+        Taken("OrderOfTwo", Face::kConnectionModel, 7, 1, {Text(u"url"), Text(u"target")},
+              "DownloadFile(url, target)"),
+        Taken("NumbersToTexts", Face::kConnectionModel, 7, 1, {I2(1), I2(2)}, "DownloadFile(1, 2)"),
+        Taken("HexadecimalToShort", Face::kDuration, 3, 4, {Text(u"&H1F")}, "put_Day(31)"),
+        Taken("ParenthesesToReal", Face::kDuration, 8, 4, {Text(u"(1.5)")}, "put_Sec(-1.5)"),
+        Taken("SignAndBlankToReal", Face::kDuration, 8, 4, {Text(u"- 1.5")}, "put_Sec(-1.5)"),
+        Taken("CurrencyToReal", Face::kDuration, 8, 4, {Currency(15000)}, "put_Sec(1.5)"),
+        Taken("DecimalToText", Face::kUrl, 2, 4, {Variant::FromDecimal({0, 1, 0, 0, 15})},
+              "put_UrlCaption(1.5)"),
+        // Any value keeps its tag.
+        Taken("AnyShort", Face::kParameters, 1, 1, {I2(1), I2(2)}, "Add(1, VT_I2 2)"),
+        Taken("AnyNothing", Face::kParameters, 1, 1, {Text(u"k"), Variant()}, "Add(k, VT_EMPTY)"),
+        Taken("AnyNull", Face::kParameters, 1, 1, {Text(u"k"), Variant::Null()}, "Add(k, VT_NULL)"),
+        Taken("AnyReal", Face::kParameter, 1, 1, {Text(u"k"), R8(0.5)}, "SetValues(k, VT_R8 0.5)"),
+        Taken("AnyBool", Face::kParameter, 1, 1, {Text(u"k"), Variant::FromBool(true)},
+              "SetValues(k, VT_BOOL -1)"),
+        Taken("AnyNullObject", Face::kParameter, 1, 1, {Text(u"k"), FromDispatch(nullptr)},
+              "SetValues(k, VT_DISPATCH null)"),
+        Taken("AnyNullUnknown", Face::kParameter, 1, 1, {Text(u"k"), Variant::FromObject(nullptr)},
+              "SetValues(k, VT_UNKNOWN null)")),
     ConversionName);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -195,7 +195,7 @@ TEST(DispatchArguments, ArgumentsOfTheHostStayAsTheyAre) {
   block.rgvarg = &text;
   block.cArgs = 1;
   EXPECT_EQ(object->Invoke(3, Guid{}, 0, DISPATCH_PROPERTYPUT, &block, nullptr, nullptr, nullptr), S_OK);
-  EXPECT_EQ(ShownValue(text), "BSTR 12");
+  EXPECT_EQ(ShownValue(text), "VT_BSTR 12");
 }
 
 TEST(DispatchArguments, ValuesBehindPointersAreTaken) {
@@ -256,8 +256,8 @@ TEST(DispatchArguments, AnyValueBehindAPointerKeepsItsTag) {
   EXPECT_EQ(other.With({Text(u"c"), Reference(VT_I4, &number)}).Code(), kOk);
   LateCall named(parameter.get(), 1);
   EXPECT_EQ(named.WithBlock({Text(u"d"), Reference(VT_VARIANT, &inner)}).Named({0, 1}).Code(), kOk);
-  EXPECT_EQ(script.calls, (std::vector<std::string>{"SetValues(a, I2 5)", "Add(b, tag 16396)",
-                                                    "Add(c, tag 16387)", "SetValues(d, I2 5)"}));
+  EXPECT_EQ(script.calls, (std::vector<std::string>{"SetValues(a, VT_I2 5)", "Add(b, tag 16396)",
+                                                    "Add(c, tag 16387)", "SetValues(d, VT_I2 5)"}));
 }
 
 TEST(DispatchArguments, PointerToNothingDoesNotHurt) {

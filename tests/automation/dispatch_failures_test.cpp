@@ -50,24 +50,24 @@ IParametersPtr ListOfThree() {
 TEST_F(DispatchFailures, FindBeyondTheListIsAnExceptionWithANullObject) {
   const IParametersPtr list = ListOfThree();
   LateCall beyond(list.get(), 3);
-  ExpectFailure(beyond.With({I2(100)}), "0x80020009", "The index is out of range.", "DISPATCH null");
+  ExpectFailure(beyond.With({I2(100)}), "0x80020009", "The index is out of range.", "VT_DISPATCH null");
   LateCall at(list.get(), 3);
   ExpectFailure(at.With({I4(3)}), "0x80020009", "Cannot find parameter in the current index.",
-                "DISPATCH null");
+                "VT_DISPATCH null");
   LateCall before(list.get(), 3);
   ExpectFailure(before.With({Text(u"-1")}), "0x80020009", "Cannot find parameter in the current index.",
-                "DISPATCH null");
+                "VT_DISPATCH null");
 }
 
 TEST_F(DispatchFailures, RemoveIsAnExceptionWithoutResult) {
   const IParametersPtr list = ListOfThree();
   LateCall beyond(list.get(), 2);
-  ExpectFailure(beyond.With({I2(4)}), "0x80020009", "The index is out of range.", "EMPTY");
+  ExpectFailure(beyond.With({I2(4)}), "0x80020009", "The index is out of range.", "VT_EMPTY");
   LateCall at(list.get(), 2);
-  ExpectFailure(at.With({I2(3)}), "0x80020009", "Cannot remove parameter.", "EMPTY");
+  ExpectFailure(at.With({I2(3)}), "0x80020009", "Cannot remove parameter.", "VT_EMPTY");
   const IParametersPtr none = CreateParameters();
   LateCall empty(none.get(), 2);
-  ExpectFailure(empty.With({I2(0)}), "0x80020009", "The are no parameters.", "EMPTY");
+  ExpectFailure(empty.With({I2(0)}), "0x80020009", "The are no parameters.", "VT_EMPTY");
 }
 
 TEST_F(DispatchFailures, WordsWaitForAHostWithoutPlaceForThem) {
@@ -91,7 +91,7 @@ TEST_F(DispatchFailures, ValueThatCannotBeCopiedBringsTheCodeOfTheCopy) {
             "0x80020008");
   EXPECT_EQ(ShownCode(call.failure.scode), "0x80020008");
   EXPECT_EQ(Shown(call.failure.bstrDescription), "Unknown Error");
-  EXPECT_EQ(ShownValue(call.result), "DISPATCH null");
+  EXPECT_EQ(ShownValue(call.result), "VT_DISPATCH null");
   std::int16_t size = 0;
   EXPECT_EQ(list->Size(&size), S_OK);
   EXPECT_EQ(size, 3);
@@ -113,10 +113,10 @@ class RefusedCount : public DispatchFailures, public testing::WithParamInterface
 TEST_P(RefusedCount, IsAnExceptionWithWords) {
   const IDurationPtr span = CreateDuration();
   LateCall call(span.get(), GetParam().id, DISPATCH_PROPERTYPUT);
-  ExpectFailure(call.With({GetParam().value}), "0x80020009", GetParam().words, "EMPTY");
+  ExpectFailure(call.With({GetParam().value}), "0x80020009", GetParam().words, "VT_EMPTY");
   LateCall read(span.get(), GetParam().id, DISPATCH_PROPERTYGET);
   EXPECT_EQ(read.Code(), "0x00000000");
-  EXPECT_EQ(ShownValue(read.result), GetParam().id == 8 ? "R8 0" : "I2 0");
+  EXPECT_EQ(ShownValue(read.result), GetParam().id == 8 ? "VT_R8 0" : "VT_I2 0");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -133,7 +133,7 @@ TEST_F(DispatchFailures, LinkThatIsNoneIsAnExceptionWithWords) {
   const IUrlPtr link = CreateUrl();
   LateCall call(link.get(), 3, DISPATCH_PROPERTYPUT);
   ExpectFailure(call.With({Text(u"nowhere")}), "0x80020009",
-                "Cannot parse url, expecting 'http://' after protocol name.", "EMPTY");
+                "Cannot parse url, expecting 'http://' after protocol name.", "VT_EMPTY");
 }
 
 // The model.
@@ -162,31 +162,31 @@ class DispatchModelFailures : public DispatchFailures {
 
 TEST_F(DispatchModelFailures, NoSessionIsAnExceptionWithAnEmptyValue) {
   LateCall script = Execute();
-  ExpectFailure(script, "0x80020009", "Session does not exist.", "EMPTY");
+  ExpectFailure(script, "0x80020009", "Session does not exist.", "VT_EMPTY");
   LateCall file(model_.get(), 4);
   ExpectFailure(file.With({Text(u"f"), FromDispatch(list_.get())}), "0x80020009", "Session does not exist.",
-                "EMPTY");
+                "VT_EMPTY");
 }
 
 TEST_F(DispatchModelFailures, FaultBringsTheServersNumberAndWords) {
   AdoptSession();
   http_.Answer(kFaultFive);
   LateCall call = Execute();
-  ExpectFailure(call, "0x80040005", "server words", "EMPTY");
+  ExpectFailure(call, "0x80040005", "server words", "VT_EMPTY");
 }
 
 TEST_F(DispatchModelFailures, FaultWithoutWordsIsAnUnknownError) {
   AdoptSession();
   http_.Answer(u"<soap:Envelope><soap:Body><soap:Fault/></soap:Body></soap:Envelope>");
   LateCall call = Execute();
-  ExpectFailure(call, "0x80040000", "Unknown Error", "EMPTY");
+  ExpectFailure(call, "0x80040000", "Unknown Error", "VT_EMPTY");
 }
 
 TEST_F(DispatchModelFailures, FailingHostBringsItsCodeAndWords) {
   host_->Fail("SetUserName", E_INVALIDARG, u"host words");
   http_.Answer(kSessionOpened);
   LateCall call(model_.get(), 1);
-  ExpectFailure(call.With({Text(u"Username=joe;")}), "0x80070057", "host words", "EMPTY");
+  ExpectFailure(call.With({Text(u"Username=joe;")}), "0x80070057", "host words", "VT_EMPTY");
 }
 
 TEST_F(DispatchModelFailures, FailingHostWithoutWordsIsAnUnknownError) {
@@ -194,20 +194,20 @@ TEST_F(DispatchModelFailures, FailingHostWithoutWordsIsAnUnknownError) {
   AdoptSession();
   http_.Answer(kSessionClosed);
   LateCall call(model_.get(), 2);
-  ExpectFailure(call, "0x80070005", "Unknown Error", "EMPTY");
+  ExpectFailure(call, "0x80070005", "Unknown Error", "VT_EMPTY");
 }
 
 TEST_F(DispatchModelFailures, BrokenTransferBringsTheComponentsWords) {
   http_.Fail(HttpStep::kRead, E_FAIL, u"cut off");
   http_.Answer(kSessionOpened);
   LateCall call(model_.get(), 1);
-  ExpectFailure(call.With({Text(u"")}), "0x80020009", "cut off", "EMPTY");
+  ExpectFailure(call.With({Text(u"")}), "0x80020009", "cut off", "VT_EMPTY");
 }
 
 TEST_F(DispatchModelFailures, RefusedDownloadGivesANullText) {
   LateCall call(model_.get(), 7);
   EXPECT_EQ(call.With({Text(u"nowhere"), Text(u"/tmp")}).Code(), "0x80004003");
-  EXPECT_EQ(ShownValue(call.result), "BSTR <null>");
+  EXPECT_EQ(ShownValue(call.result), "VT_BSTR <null>");
   EXPECT_EQ(ShownCode(call.failure.scode), "0x80004003");
 }
 
@@ -216,7 +216,7 @@ TEST_F(DispatchModelFailures, SuccessLeavesNoWordsBehind) {
   http_.Answer(kScriptRan);
   LateCall call = Execute();
   EXPECT_EQ(call.Code(), "0x00000000");
-  EXPECT_EQ(ShownValue(call.result), "BSTR done");
+  EXPECT_EQ(ShownValue(call.result), "VT_BSTR done");
   EXPECT_EQ(call.failure.scode, 14);
   EXPECT_EQ(Shown(call.failure.bstrDescription), "untouched");
 }
@@ -235,19 +235,19 @@ std::string WriteByName(IDispatch* object, const char16_t* name, const Variant& 
 
 TEST(DispatchUse, TicketOfAFile) {
   const IAttachedFilePtr file = CreateAttachedFile();
-  EXPECT_EQ(ReadByName(file.get(), u"IsTicketId"), "BOOL 0");
-  EXPECT_EQ(ReadByName(file.get(), u"SourceFileLifeTime"), "I4 1");
-  EXPECT_EQ(ReadByName(file.get(), u"CleanUp"), "I4 1");
-  EXPECT_EQ(ReadByName(file.get(), u"get_Filename"), "BSTR <null>");
+  EXPECT_EQ(ReadByName(file.get(), u"IsTicketId"), "VT_BOOL 0");
+  EXPECT_EQ(ReadByName(file.get(), u"SourceFileLifeTime"), "VT_I4 1");
+  EXPECT_EQ(ReadByName(file.get(), u"CleanUp"), "VT_I4 1");
+  EXPECT_EQ(ReadByName(file.get(), u"get_Filename"), "VT_BSTR <null>");
   EXPECT_EQ(WriteByName(file.get(), u"TicketId", Text(u"x")), "0x00000000");
-  EXPECT_EQ(ReadByName(file.get(), u"IsTicketId"), "BOOL -1");
-  EXPECT_EQ(ReadByName(file.get(), u"TicketId"), "BSTR x");
-  EXPECT_EQ(ReadByName(file.get(), u"IsTicketId"), "BOOL 0");
+  EXPECT_EQ(ReadByName(file.get(), u"IsTicketId"), "VT_BOOL -1");
+  EXPECT_EQ(ReadByName(file.get(), u"TicketId"), "VT_BSTR x");
+  EXPECT_EQ(ReadByName(file.get(), u"IsTicketId"), "VT_BOOL 0");
   EXPECT_EQ(WriteByName(file.get(), u"put_Filename", Text(u"a.txt")), "0x00000000");
-  EXPECT_EQ(ReadByName(file.get(), u"get_filename"), "BSTR a.txt");
+  EXPECT_EQ(ReadByName(file.get(), u"get_filename"), "VT_BSTR a.txt");
   LateCall init(file.get(), 1);
   EXPECT_EQ(init.With({Text(u"b.txt")}).Code(), "0x00000000");
-  EXPECT_EQ(ReadByName(file.get(), u"GET_FILENAME"), "BSTR b.txt");
+  EXPECT_EQ(ReadByName(file.get(), u"GET_FILENAME"), "VT_BSTR b.txt");
 }
 
 TEST(DispatchUse, CountsOfADuration) {
@@ -255,11 +255,11 @@ TEST(DispatchUse, CountsOfADuration) {
   EXPECT_EQ(WriteByName(span.get(), u"day", Text(u"12")), "0x00000000");
   EXPECT_EQ(WriteByName(span.get(), u"Sec", I2(3)), "0x00000000");
   EXPECT_EQ(WriteByName(span.get(), u"Negative", I2(1)), "0x00000000");
-  EXPECT_EQ(ReadByName(span.get(), u"Day"), "I2 12");
-  EXPECT_EQ(ReadByName(span.get(), u"Sec"), "R8 3");
-  EXPECT_EQ(ReadByName(span.get(), u"Negative"), "BOOL -1");
+  EXPECT_EQ(ReadByName(span.get(), u"Day"), "VT_I2 12");
+  EXPECT_EQ(ReadByName(span.get(), u"Sec"), "VT_R8 3");
+  EXPECT_EQ(ReadByName(span.get(), u"Negative"), "VT_BOOL -1");
   EXPECT_EQ(WriteByName(span.get(), u"Day", Text(u"abc")), "0x80020005");
-  EXPECT_EQ(ReadByName(span.get(), u"Day"), "I2 12");
+  EXPECT_EQ(ReadByName(span.get(), u"Day"), "VT_I2 12");
 }
 
 TEST(DispatchUse, TextOfAConnectionStringGrows) {
@@ -267,37 +267,37 @@ TEST(DispatchUse, TextOfAConnectionStringGrows) {
   EXPECT_EQ(WriteByName(credentials.get(), u"UserName", Text(u"u")), "0x00000000");
   EXPECT_EQ(WriteByName(credentials.get(), u"UserPassword", Text(u"p")), "0x00000000");
   EXPECT_EQ(WriteByName(credentials.get(), u"ReplicaID", Text(u"r")), "0x00000000");
-  EXPECT_EQ(ReadByName(credentials.get(), u"ToString"), "BSTR DbReplicationId=r;Username=u;Password=p;");
+  EXPECT_EQ(ReadByName(credentials.get(), u"ToString"), "VT_BSTR DbReplicationId=r;Username=u;Password=p;");
   // Called as a method the property runs the last member.
   LateCall method(credentials.get(), IdOf(credentials.get(), u"UserName"));
   EXPECT_EQ(method.Code(), "0x00000000");
   EXPECT_EQ(ShownValue(method.result),
-            "BSTR DbReplicationId=r;Username=u;Password=p;DbReplicationId=r;Username=u;Password=p;");
+            "VT_BSTR DbReplicationId=r;Username=u;Password=p;DbReplicationId=r;Username=u;Password=p;");
   const IConnectionStringRawPtr raw = As<IConnectionStringRaw>(credentials);
   LateCall initialize(raw.get(), IdOf(raw.get(), u"Initialize"));
   EXPECT_EQ(initialize.With({Text(u"Username=joe;")}).Code(), "0x00000000");
-  EXPECT_EQ(ReadByName(credentials.get(), u"UserName"), "BSTR joe");
+  EXPECT_EQ(ReadByName(credentials.get(), u"UserName"), "VT_BSTR joe");
 }
 
 TEST(DispatchUse, ListIsFilledAndRead) {
   const IParametersPtr list = CreateParameters();
   LateCall add(list.get(), 1);
   EXPECT_EQ(add.With({Text(u"k"), I2(5)}).Code(), "0x00000000");
-  ASSERT_EQ(ShownValue(add.result), "DISPATCH object");
+  ASSERT_EQ(ShownValue(add.result), "VT_DISPATCH object");
   IDispatch* parameter = DispatchOf(add.result);
-  EXPECT_EQ(ReadByName(parameter, u"ParamKey"), "BSTR k");
-  EXPECT_EQ(ReadByName(parameter, u"ParamValue"), "I2 5");
-  EXPECT_EQ(ReadByName(parameter, u"ParamTypeAsString"), "BSTR short");
-  EXPECT_EQ(ReadByName(list.get(), u"Size"), "I2 1");
+  EXPECT_EQ(ReadByName(parameter, u"ParamKey"), "VT_BSTR k");
+  EXPECT_EQ(ReadByName(parameter, u"ParamValue"), "VT_I2 5");
+  EXPECT_EQ(ReadByName(parameter, u"ParamTypeAsString"), "VT_BSTR short");
+  EXPECT_EQ(ReadByName(list.get(), u"Size"), "VT_I2 1");
   LateCall find(list.get(), 3);
   EXPECT_EQ(find.With({I2(0)}).Code(), "0x00000000");
   EXPECT_EQ(DispatchOf(find.result), parameter);
   LateCall three(list.get(), 1);
   EXPECT_EQ(three.With({Text(u"k"), I2(5), I2(6)}).Code(), "0x8002000E");
-  EXPECT_EQ(ShownValue(three.result), "EMPTY");
+  EXPECT_EQ(ShownValue(three.result), "VT_EMPTY");
   EXPECT_EQ(LateCall(list.get(), 5).Code(), "0x00000000");
-  EXPECT_EQ(ReadByName(list.get(), u"Size"), "I2 0");
-  EXPECT_EQ(ReadByName(parameter, u"ParamKey"), "BSTR k");
+  EXPECT_EQ(ReadByName(list.get(), u"Size"), "VT_I2 0");
+  EXPECT_EQ(ReadByName(parameter, u"ParamKey"), "VT_BSTR k");
 }
 
 TEST(DispatchUse, ObjectUnderDispatchIsStoredUnderUnknown) {
@@ -305,8 +305,8 @@ TEST(DispatchUse, ObjectUnderDispatchIsStoredUnderUnknown) {
   const IParameterPtr parameter = CreateParameter();
   LateCall set(parameter.get(), 1);
   EXPECT_EQ(set.With({Text(u"k"), FromDispatch(span.get())}).Code(), "0x00000000");
-  EXPECT_EQ(ReadByName(parameter.get(), u"ParamValue"), "UNKNOWN object");
-  EXPECT_EQ(ReadByName(parameter.get(), u"ParamTypeAsString"), "BSTR duration");
+  EXPECT_EQ(ReadByName(parameter.get(), u"ParamValue"), "VT_UNKNOWN object");
+  EXPECT_EQ(ReadByName(parameter.get(), u"ParamTypeAsString"), "VT_BSTR duration");
 }
 
 // Nobody is to throw the words of another call.

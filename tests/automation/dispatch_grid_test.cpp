@@ -119,14 +119,14 @@ const GridRow kGrid[] = {
     AnyFlag(Face::kAttachedFile, 8, "unknown unknown count"),
 
     AnyFlag(Face::kParameter, 0, "unknown unknown unknown count"),
-    AnyFlag(Face::kParameter, 1, "count count SetValues(1,BSTR1) count"),
+    AnyFlag(Face::kParameter, 1, "count count SetValues(1,VT_BSTR1) count"),
     AnyFlag(Face::kParameter, 2, "get_ParamKey count count count"),
     AnyFlag(Face::kParameter, 3, "get_ParamValue count count count"),
     AnyFlag(Face::kParameter, 4, "get_ParamTypeAsString count count count"),
     AnyFlag(Face::kParameter, 5, "unknown unknown unknown count"),
 
     AnyFlag(Face::kParameters, 0, "unknown unknown unknown unknown count"),
-    AnyFlag(Face::kParameters, 1, "count count Add(1,BSTR1) count count"),
+    AnyFlag(Face::kParameters, 1, "count count Add(1,VT_BSTR1) count count"),
     AnyFlag(Face::kParameters, 2, "count Remove(1) count count count"),
     AnyFlag(Face::kParameters, 3, "count Find(1) count count count"),
     AnyFlag(Face::kParameters, 4, "Size count count count count"),
@@ -210,7 +210,7 @@ TEST_P(DispatchStrangeIds, AreNoMembers) {
       const IDispatchPtr object = MakeNoting(GetParam(), &script);
       LateCall call(object.get(), id, static_cast<std::uint16_t>(flags));
       EXPECT_EQ(call.Code(), "0x80020003") << id;
-      EXPECT_EQ(ShownValue(call.result), "EMPTY");
+      EXPECT_EQ(ShownValue(call.result), "VT_EMPTY");
       EXPECT_TRUE(call.FailureUntouched());
       EXPECT_TRUE(script.calls.empty());
     }
@@ -266,7 +266,7 @@ TEST(DispatchByName, NamesLeadToTheirMembers) {
                             {Face::kAttachedFile, u"Value", 2, 0, "0x80020003"},
                             {Face::kAttachedFile, u"val", 2, 0, "0x80020003"},
                             {Face::kAttachedFile, u"RetVal", 2, 0, "0x80020003"},
-                            {Face::kParameter, u"value", 1, 2, "SetValues(1, BSTR 1)"},
+                            {Face::kParameter, u"value", 1, 2, "SetValues(1, VT_BSTR 1)"},
                             {Face::kParameter, u"retVal", 2, 0, "0x80020003"},
                             {Face::kParameters, u"size", 2, 0, "Size"}};
   for (const NamedCall& row : rows) {

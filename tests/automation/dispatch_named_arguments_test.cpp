@@ -46,7 +46,7 @@ TEST_P(DispatchNamed, GivesThisCodeAndCall) {
     EXPECT_EQ(script.calls[0], row.noted);
   }
   if (row.noted == nullptr) {
-    EXPECT_EQ(ShownValue(call.result), "EMPTY");
+    EXPECT_EQ(ShownValue(call.result), "VT_EMPTY");
   }
   EXPECT_TRUE(call.FailureUntouched());
 }
@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {},
                  kOk,
                  kUntouchedIndex,
-                 "SetValues(k, I2 7)"},
+                 "SetValues(k, VT_I2 7)"},
         // `value` goes to the second place, wherever it stands.
         NamedRow{"ValueNamed",
                  Face::kParameter,
@@ -72,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {1},
                  kOk,
                  kUntouchedIndex,
-                 "SetValues(k, I2 7)"},
+                 "SetValues(k, VT_I2 7)"},
         NamedRow{"BothNamed",
                  Face::kParameter,
                  1,
@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {1, 0},
                  kOk,
                  kUntouchedIndex,
-                 "SetValues(k, I2 7)"},
+                 "SetValues(k, VT_I2 7)"},
         NamedRow{"BothNamedInTheOtherOrder",
                  Face::kParameter,
                  1,
@@ -90,7 +90,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {0, 1},
                  kOk,
                  kUntouchedIndex,
-                 "SetValues(k, I2 7)"},
+                 "SetValues(k, VT_I2 7)"},
         NamedRow{"PropertyPutStaysInItsPlace",
                  Face::kParameter,
                  1,
@@ -99,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {-3},
                  kOk,
                  kUntouchedIndex,
-                 "SetValues(k, I2 7)"},
+                 "SetValues(k, VT_I2 7)"},
         NamedRow{"PropertyPutAndKey",
                  Face::kParameter,
                  1,
@@ -108,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {-3, 0},
                  kOk,
                  kUntouchedIndex,
-                 "SetValues(k, I2 7)"},
+                 "SetValues(k, VT_I2 7)"},
         NamedRow{"FirstIdIsTheCount",
                  Face::kParameter,
                  1,
@@ -227,7 +227,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {-3},
                  kOk,
                  kUntouchedIndex,
-                 "Add(k, I2 7)"},
+                 "Add(k, VT_I2 7)"},
         NamedRow{"ListTwoWithPropertyPut",
                  Face::kParameters,
                  1,
@@ -370,7 +370,7 @@ TEST(DispatchNamedArguments, PlaceThatNobodyFilledIsEmpty) {
   // Both go to the place of the key.
   LateCall keys(object.get(), 1);
   EXPECT_EQ(keys.WithBlock({Text(u"a"), Text(u"b")}).Named({0, 0}).Code(), kOk);
-  EXPECT_EQ(script.calls, (std::vector<std::string>{"SetValues(, I2 8)", "SetValues(b, EMPTY)"}));
+  EXPECT_EQ(script.calls, (std::vector<std::string>{"SetValues(, VT_I2 8)", "SetValues(b, VT_EMPTY)"}));
 }
 
 TEST(DispatchNamedArguments, MissingIdsBehindACountDoNotHurt) {

@@ -1,51 +1,13 @@
 // One call of a member by its id, as a host without headers makes it, and what came of it.
 #pragma once
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
-#include "fixtures/shown_text.h"
+#include "fixtures/shown_value.h"
 #include "qvscriptwells/dispatch.h"
 
 namespace qv {
-
-// A value as tests compare it: its tag and content, such as "I2 5", "BSTR <null>", "DISPATCH null".
-inline std::string ShownValue(const Variant& value) {
-  const VariantData& data = value.Data();
-  char real[40];
-  switch (value.Tag()) {
-    case VT_EMPTY:
-      return "EMPTY";
-    case VT_NULL:
-      return "NULL";
-    case VT_I2:
-      return "I2 " + std::to_string(data.iVal);
-    case VT_I4:
-      return "I4 " + std::to_string(data.lVal);
-    case VT_INT:
-      return "INT " + std::to_string(data.intVal);
-    case VT_R8:
-      std::snprintf(real, sizeof real, "R8 %g", data.dblVal);
-      return real;
-    case VT_BSTR:
-      return "BSTR " + Shown(value.Text());
-    case VT_BOOL:
-      return "BOOL " + std::to_string(data.boolVal);
-    case VT_DISPATCH:
-      return value.Object() == nullptr ? "DISPATCH null" : "DISPATCH object";
-    case VT_UNKNOWN:
-      return value.Object() == nullptr ? "UNKNOWN null" : "UNKNOWN object";
-    default:
-      return "tag " + std::to_string(value.Tag());
-  }
-}
-
-inline std::string ShownCode(HRESULT code) {
-  char digits[16];
-  std::snprintf(digits, sizeof digits, "0x%08X", static_cast<unsigned>(code));
-  return digits;
-}
 
 inline Variant I2(int value) {
   return Variant::FromShort(static_cast<std::int16_t>(value));

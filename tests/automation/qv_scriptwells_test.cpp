@@ -98,7 +98,7 @@ TEST_F(ClientObject, WholeSessionRuns) {
   EXPECT_EQ(model->CreateUserSession(text), S_OK);
   Variant result;
   EXPECT_EQ(model->Execute(u"VBScript", u"1", nullptr, &result), S_OK);
-  EXPECT_EQ(ShownValue(result), "BSTR done");
+  EXPECT_EQ(ShownValue(result), "VT_BSTR done");
   EXPECT_EQ(model->CloseUserSession(), S_OK);
   EXPECT_EQ(log_, (HostLog{"GetUsid", "GetReplicaId", "GetUserName", "SetUsid", "SetUserName",
                            "SetDatabaseIds", "ClearSession"}));
@@ -108,14 +108,14 @@ TEST_F(ClientObject, WholeSessionRunsByName) {
   FakeHttp http;
   LateCall init(raw_.get(), IdOf(raw_.get(), u"init"));
   EXPECT_EQ(init.With({Variant::FromObject(provider_.get())}).Code(), "0x00000000");
-  EXPECT_EQ(ShownValue(init.result), "EMPTY");
+  EXPECT_EQ(ShownValue(init.result), "VT_EMPTY");
   LateCall server(client_.get(), IdOf(client_.get(), u"servername"), DISPATCH_PROPERTYPUT);
   EXPECT_EQ(server.With({Text(u"http://srv")}).Code(), "0x00000000");
   LateCall proxy(client_.get(), IdOf(client_.get(), u"proxy"), DISPATCH_PROPERTYPUT);
   EXPECT_EQ(proxy.With({Text(u"@PROXY@")}).Code(), "0x00000000");
   LateCall read(client_.get(), IdOf(client_.get(), u"Proxy"), DISPATCH_PROPERTYGET);
   EXPECT_EQ(read.Code(), "0x00000000");
-  EXPECT_EQ(ShownValue(read.result), "BSTR ");
+  EXPECT_EQ(ShownValue(read.result), "VT_BSTR ");
   LateCall first(client_.get(), IdOf(client_.get(), u"CONNECTIONMODEL"), DISPATCH_PROPERTYGET);
   EXPECT_EQ(first.Code(), "0x00000000");
   LateCall second(client_.get(), 1);
@@ -133,7 +133,7 @@ TEST_F(ClientObject, WholeSessionRunsByName) {
   EXPECT_EQ(open.With({Text(u"Username=joe;")}).Code(), "0x00000000");
   LateCall execute(model, IdOf(model, u"Execute"));
   EXPECT_EQ(execute.With({Text(u"VBScript"), Text(u"1"), list.result}).Code(), "0x00000000");
-  EXPECT_EQ(ShownValue(execute.result), "BSTR done");
+  EXPECT_EQ(ShownValue(execute.result), "VT_BSTR done");
   EXPECT_EQ(LateCall(model, IdOf(model, u"CloseUserSession")).Code(), "0x00000000");
   EXPECT_EQ(log_, (HostLog{"GetService(QvClientServices)", "GetUsid", "GetUsid", "GetUsid", "SetUsid",
                            "SetUserName", "SetDatabaseIds", "ClearSession"}));
@@ -199,7 +199,7 @@ TEST_F(ClientObject, InitWithoutServicesIsANullReference) {
   ExpectFailure(raw_->Init(provider_.get()), 0x80004003, "Unknown Error");
   LateCall byId(raw_.get(), 1);
   byId.With({FromDispatch(nullptr)});
-  ExpectLateFailure(byId, "0x80004003", "Unknown Error", "EMPTY");
+  ExpectLateFailure(byId, "0x80004003", "Unknown Error", "VT_EMPTY");
 }
 
 TEST_F(ClientObject, InitWithFailingProviderBringsItsCode) {
@@ -214,8 +214,8 @@ TEST_F(ClientObject, ReadsBeforeInitAreNullReferences) {
   ExpectFailure(client_->ConnectionModel(&model), 0x80004003, "Unknown Error");
   IConnectionString* credentials = reinterpret_cast<IConnectionString*>(&stranger);
   ExpectFailure(client_->ConnectionString(&credentials), 0x80004003, "Unknown Error");
-  ExpectLateFailure(LateCall(client_.get(), 1), "0x80004003", "Unknown Error", "DISPATCH null");
-  ExpectLateFailure(LateCall(client_.get(), 4), "0x80004003", "Unknown Error", "DISPATCH null");
+  ExpectLateFailure(LateCall(client_.get(), 1), "0x80004003", "Unknown Error", "VT_DISPATCH null");
+  ExpectLateFailure(LateCall(client_.get(), 4), "0x80004003", "Unknown Error", "VT_DISPATCH null");
 }
 
 TEST_F(ClientObject, BadServerNameBringsItsWords) {
@@ -225,7 +225,7 @@ TEST_F(ClientObject, BadServerNameBringsItsWords) {
     IConnectionModel* model = nullptr;
     ExpectFailure(client_->ConnectionModel(&model), 0x80020009, kNoUrlWords);
     EXPECT_EQ(model, nullptr);
-    ExpectLateFailure(LateCall(client_.get(), 1), "0x80020009", kNoUrlWords, "DISPATCH null");
+    ExpectLateFailure(LateCall(client_.get(), 1), "0x80020009", kNoUrlWords, "VT_DISPATCH null");
   }
 }
 
@@ -279,7 +279,7 @@ TEST_F(ClientObject, ClientOutlivesAnInvokeInWhichItsHostReleasesIt) {
   });
   LateCall call(client_.get(), 4);
   EXPECT_EQ(call.Code(), "0x00000000");
-  EXPECT_EQ(ShownValue(call.result), "DISPATCH object");
+  EXPECT_EQ(ShownValue(call.result), "VT_DISPATCH object");
 }
 
 TEST_F(ClientObject, ClientOutlivesAnInitInWhichItsHostReleasesIt) {

@@ -5,13 +5,12 @@
 #include <string>
 #include <utility>
 
+#include "fixtures/shown_value.h"
 #include "qvscriptwells/qvscriptwells.h"
 #include "service_fixture.h"
 
 namespace qv {
 
-// Tag and value as one text: "VT_INT 42", "VT_BOOL true", "VT_BSTR a\u000Ab", "VT_EMPTY".
-std::string ValueText(const Variant& value);
 // "ok", or the code and the words of the waiting error record: "0x800403EC The session ...".
 std::string OutcomeText(HRESULT code);
 
@@ -31,7 +30,7 @@ class ClientTest : public devservice::testing::ServiceTest {
   // What the host's sink was told last: "open ID USER DATABASE REPLICA" or "closed ...".
   std::string HostKnows();
 
-  // Each gives what OutcomeText or ValueText says.
+  // Each gives what OutcomeText or ShownValue says.
   std::string Open(const WideString& connectionString = u"Username=joe;Password=secret;");
   std::string Close();
   std::string Run(const WideString& script, IParameters* parameters = nullptr,

@@ -24,7 +24,7 @@ class Dates : public ValueTest {
                {{u"x", Variant::FromDate(serialDate)}});
   }
   static double DateIn(const Variant& value) {
-    EXPECT_EQ(value.Tag(), VT_DATE) << ValueText(value);
+    EXPECT_EQ(value.Tag(), VT_DATE) << ShownValue(value);
     return value.Data().date;
   }
   double DateAnswer(const WideString& script) { return DateIn(Answer(script)); }

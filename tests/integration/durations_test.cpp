@@ -10,7 +10,7 @@ namespace {
 constexpr char kNotRead[] = "0x80020009 Cannot deserialize the response.";
 
 IDurationPtr DurationIn(const Variant& value) {
-  EXPECT_EQ(value.Tag(), VT_UNKNOWN) << ValueText(value);
+  EXPECT_EQ(value.Tag(), VT_UNKNOWN) << ShownValue(value);
   return As<IDuration>(value.Object());
 }
 

@@ -81,7 +81,7 @@ TEST_F(LateBinding, SessionScriptAndClose) {
   const IDispatchPtr parameters = Made(u"Parameters");
   EXPECT_EQ(Call(parameters.get(), u"ADD", {Text(u"a"), Variant::FromInt(2)}).result.Tag(), VT_DISPATCH);
   Call(parameters.get(), u"Add", {Text(u"b"), Variant::FromInt(40)});
-  EXPECT_EQ(ValueText(Execute(u"parameters.a + parameters.b", parameters).result), "VT_INT 42");
+  EXPECT_EQ(ShownValue(Execute(u"parameters.a + parameters.b", parameters).result), "VT_INT 42");
   EXPECT_EQ(Call(late_.get(), u"CloseUserSession").code, S_OK);
   EXPECT_EQ(HostKnows().substr(0, 7), "closed ");
 }
@@ -118,7 +118,7 @@ TEST_F(LateBinding, DurationGoesAndComesBack) {
   const Outcome outcome = Execute(u"parameters.span", parameters);
   ASSERT_EQ(outcome.result.Tag(), VT_UNKNOWN);
   const IDispatchPtr answer = As<IDispatch>(outcome.result.Object());
-  EXPECT_EQ(ValueText(Call(answer.get(), u"get_Day", {}, DISPATCH_PROPERTYGET).result), "VT_I2 12");
+  EXPECT_EQ(ShownValue(Call(answer.get(), u"get_Day", {}, DISPATCH_PROPERTYGET).result), "VT_I2 12");
 }
 
 TEST_F(LateBinding, TableArrivesAsAnObject) {
@@ -148,14 +148,14 @@ TEST_F(LateBinding, ObjectsMayEndInAnyOrder) {
                                       Made(u"ConnectionString"), Made(u"AttachedFile")};
     for (const int place : order) held[static_cast<std::size_t>(place)].reset();
   } while (std::next_permutation(order.begin(), order.end()));
-  EXPECT_EQ(ValueText(Execute(u"'alive'", Made(u"Parameters")).result), "VT_BSTR alive");
+  EXPECT_EQ(ShownValue(Execute(u"'alive'", Made(u"Parameters")).result), "VT_BSTR alive");
 }
 
 TEST_F(LateBinding, ModelOutlivesItsClient) {
   Open();
   const IDispatchPtr parameters = Made(u"Parameters");
   client_.reset();
-  EXPECT_EQ(ValueText(Execute(u"'alive'", parameters).result), "VT_BSTR alive");
+  EXPECT_EQ(ShownValue(Execute(u"'alive'", parameters).result), "VT_BSTR alive");
   EXPECT_EQ(Call(late_.get(), u"CloseUserSession").code, S_OK);
 }
 

@@ -45,7 +45,7 @@ std::string ColumnsOf(IRecordList* table) {
   return text;
 }
 
-// Every cell as ValueText says, "|" between cells and a line for each row.
+// Every cell as ShownValue says, "|" between cells and a line for each row.
 std::string RowsOf(IRecordList* table) {
   IRecordListCursor* rawCursor = nullptr;
   EXPECT_EQ(table->OpenCursor(VARIANT_TRUE, &rawCursor), S_OK);
@@ -60,7 +60,7 @@ std::string RowsOf(IRecordList* table) {
     for (std::int32_t i = 0; i < columns; ++i) {
       Variant value;
       EXPECT_EQ(record->GetValue(i, &value), S_OK);
-      text += (i == 0 ? "" : "|") + ValueText(value);
+      text += (i == 0 ? "" : "|") + ShownValue(value);
     }
     text += "\n";
   }
@@ -80,15 +80,15 @@ TEST_F(Tables, EveryColumnTypeArrives) {
       u"[[-5, 300, 70000, true, 0.5, 'x', '2024-03-05', '10:15:30', '2024-03-05T10:15:30', 'QUJD', 1.25]])");
   EXPECT_EQ(ColumnsOf(table.get()), "a:13 b:11 c:10 d:2 e:4 f:1 g:18 h:17 i:16 k:6 l:4");
   EXPECT_EQ(RowsOf(table.get()),
-            "VT_I1 -5|VT_I2 300|VT_INT 70000|VT_BOOL true|VT_R8 0.5|VT_BSTR x|tag 7|tag 7|tag 7|VT_BSTR QUJD|"
-            "VT_R8 1.25\n");
+            "VT_I1 -5|VT_I2 300|VT_INT 70000|VT_BOOL -1|VT_R8 0.5|VT_BSTR x|VT_DATE 45356|"
+            "VT_DATE 0.42743055555555554|VT_DATE 45356.42743055556|VT_BSTR QUJD|VT_R8 1.25\n");
 }
 
 TEST_F(Tables, DurationsAndUrlsAreObjects) {
   const IRecordListPtr table = Table(
       u"typed.table({span:'duration',link:'url'}, [[typed.duration('P1DT2H'), typed.url('http://a/b')]])");
   EXPECT_EQ(ColumnsOf(table.get()), "span:5 link:23");
-  EXPECT_EQ(RowsOf(table.get()), "tag 13|tag 13\n");
+  EXPECT_EQ(RowsOf(table.get()), "VT_UNKNOWN object|VT_UNKNOWN object\n");
 }
 
 TEST_F(Tables, EmptyCellsReadAsTheirTypeSays) {

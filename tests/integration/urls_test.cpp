@@ -8,7 +8,7 @@ constexpr char kNotBuilt[] = "0x80020009 Cannot build a url object.";
 constexpr char kRefused[] = "0x80020009 Cannot create the xml document.";
 
 IUrlPtr UrlIn(const Variant& value) {
-  EXPECT_EQ(value.Tag(), VT_UNKNOWN) << ValueText(value);
+  EXPECT_EQ(value.Tag(), VT_UNKNOWN) << ShownValue(value);
   return As<IUrl>(value.Object());
 }
 

@@ -135,7 +135,7 @@ class WireBytes : public testing::Test {
   std::string Run(const WideString& language, const WideString& script, IParameters* parameters) {
     Variant result;
     const HRESULT code = model_->Execute(language, script, parameters, &result);
-    return code == S_OK ? ValueText(result) : OutcomeText(code);
+    return code == S_OK ? ShownValue(result) : OutcomeText(code);
   }
 
   RawServer server_;

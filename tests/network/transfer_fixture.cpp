@@ -104,7 +104,7 @@ std::string TransferTest::RunWith(const IAttachedFilePtr& file) {
   const IParametersPtr list = ParameterList({{u"f", Variant::FromObject(file.get())}});
   Variant result;
   const HRESULT code = model_->Execute(u"JavaScript", u"1", list.get(), &result);
-  return code == S_OK ? ValueText(result) : WithoutTimes(OutcomeText(code));
+  return code == S_OK ? ShownValue(result) : WithoutTimes(OutcomeText(code));
 }
 
 void TransferTest::ExpectNextDownloadWorks() {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "fixtures/fake_record_list.h"
-#include "fixtures/shown_text.h"
+#include "fixtures/shown_value.h"
 #include "fixtures/thrown.h"
 #include "fixtures/xml_text.h"
 #include "format/factory_fixture.h"

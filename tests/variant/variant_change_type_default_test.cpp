@@ -20,7 +20,7 @@ TEST(VariantChangeTypeDefault, PropertyIsReadOnceForEveryPlainTarget) {
     ValuedObject object(Text(u"12"));
     Variant result;
     EXPECT_EQ(VariantChangeType(&result, FromDispatch(&object), tag), S_OK);
-    EXPECT_TRUE(IsSame(result, expected)) << Described(result);
+    EXPECT_TRUE(IsSame(result, expected)) << ShownValue(result);
     EXPECT_EQ(object.Asked(), kAskedOnce);
   }
 }

@@ -16,14 +16,14 @@ Variant Pointer(VARTYPE tag, void* value) {
 
 void ExpectResult(const Variant& source, VARTYPE tag, const Variant& result) {
   Variant destination;
-  EXPECT_EQ(VariantChangeType(&destination, source, tag), S_OK) << Described(source) << " to " << tag;
-  EXPECT_TRUE(IsSame(destination, result)) << Described(destination) << " instead of " << Described(result);
+  EXPECT_EQ(VariantChangeType(&destination, source, tag), S_OK) << ShownValue(source) << " to " << tag;
+  EXPECT_TRUE(IsSame(destination, result)) << ShownValue(destination) << " instead of " << ShownValue(result);
 }
 
 void ExpectCode(const Variant& source, VARTYPE tag, HRESULT code) {
   Variant destination = Text(u"old");
-  EXPECT_EQ(VariantChangeType(&destination, source, tag), code) << Described(source) << " to " << tag;
-  EXPECT_TRUE(IsSame(destination, Text(u"old"))) << Described(destination);
+  EXPECT_EQ(VariantChangeType(&destination, source, tag), code) << ShownValue(source) << " to " << tag;
+  EXPECT_TRUE(IsSame(destination, Text(u"old"))) << ShownValue(destination);
 }
 
 TEST(VariantChangeTypePointer, ValueIsReadAtItsWidth) {

@@ -39,19 +39,19 @@ void ExpectSound(const Variant& source, VARTYPE tag) {
   AnsweringObject old;
   Variant destination = Variant::FromObject(&old);
   const HRESULT code = VariantChangeType(&destination, source, tag);
-  ASSERT_TRUE(IsKnownCode(code)) << Described(source) << " to " << tag << ": " << code;
+  ASSERT_TRUE(IsKnownCode(code)) << ShownValue(source) << " to " << tag << ": " << code;
   if (Failed(code)) {
-    ASSERT_EQ(destination.Object(), &old) << Described(source) << " to " << tag;
+    ASSERT_EQ(destination.Object(), &old) << ShownValue(source) << " to " << tag;
     ASSERT_EQ(old.count, 2u);
     return;
   }
-  ASSERT_EQ(destination.Tag(), tag) << Described(source);
+  ASSERT_EQ(destination.Tag(), tag) << ShownValue(source);
   ASSERT_EQ(old.count, 1u);
   Variant again;
   ASSERT_EQ(VariantChangeType(&again, source, tag), S_OK);
-  ASSERT_TRUE(IsSame(again, destination)) << Described(source) << " to " << tag;
+  ASSERT_TRUE(IsSame(again, destination)) << ShownValue(source) << " to " << tag;
   ASSERT_EQ(VariantChangeType(&again, again, tag), S_OK);
-  ASSERT_TRUE(IsSame(again, destination)) << Described(source) << " to " << tag;
+  ASSERT_TRUE(IsSame(again, destination)) << ShownValue(source) << " to " << tag;
 }
 
 // A pointer under VT_VARIANT would promise a whole Variant where only its value stands.
@@ -154,8 +154,8 @@ TEST(VariantChangeTypeProperty, WholeNumbersThatFitComeBack) {
       for (const VARTYPE tag : tags) {
         Variant changed;
         if (Failed(VariantChangeType(&changed, value, tag))) continue;
-        ASSERT_EQ(VariantChangeType(&changed, changed, value.Tag()), S_OK) << Described(value) << ' ' << tag;
-        ASSERT_TRUE(IsSame(changed, value)) << Described(value) << " by way of " << tag;
+        ASSERT_EQ(VariantChangeType(&changed, changed, value.Tag()), S_OK) << ShownValue(value) << ' ' << tag;
+        ASSERT_TRUE(IsSame(changed, value)) << ShownValue(value) << " by way of " << tag;
       }
     }
   }

@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "fixtures/shown_text.h"
-
 namespace qv {
 namespace {
 
@@ -15,18 +11,18 @@ bool HasPointerForm(const Variant& value) {
 
 void ExpectChange(const ChangedRow& row, const Variant& source, Variant* destination, const char* way) {
   EXPECT_EQ(VariantChangeType(destination, source, row.tag), S_OK)
-      << Described(row.source) << " to " << row.tag << ", " << way;
+      << ShownValue(row.source) << " to " << row.tag << ", " << way;
   EXPECT_TRUE(IsSame(*destination, row.result))
-      << Described(row.source) << " to " << row.tag << ", " << way << ": " << Described(*destination)
-      << " instead of " << Described(row.result);
+      << ShownValue(row.source) << " to " << row.tag << ", " << way << ": " << ShownValue(*destination)
+      << " instead of " << ShownValue(row.result);
 }
 
 void ExpectRefusal(const RefusedRow& row, const Variant& source, Variant* destination, const char* way) {
   const Variant before = *destination;
   EXPECT_EQ(VariantChangeType(destination, source, row.tag), row.code)
-      << Described(row.source) << " to " << row.tag << ", " << way;
+      << ShownValue(row.source) << " to " << row.tag << ", " << way;
   EXPECT_TRUE(IsSame(*destination, before))
-      << Described(row.source) << " to " << row.tag << ", " << way << " left " << Described(*destination);
+      << ShownValue(row.source) << " to " << row.tag << ", " << way << " left " << ShownValue(*destination);
 }
 
 }  // namespace
@@ -126,21 +122,6 @@ bool IsSame(const Variant& a, const Variant& b) {
   if (a.Tag() != b.Tag()) return false;
   if (a.Tag() != VT_BSTR) return a.Data().llVal == b.Data().llVal;
   return a.Text().IsNull() == b.Text().IsNull() && a.Text() == b.Text();
-}
-
-std::string Described(const Variant& value) {
-  std::ostringstream words;
-  words.precision(17);
-  words << "tag " << value.Tag() << " ";
-  if (value.Tag() == VT_BSTR)
-    words << '"' << Shown(value.Text()) << '"';
-  else if (value.Tag() == VT_R4)
-    words << value.Data().fltVal;
-  else if (value.Tag() == VT_R8 || value.Tag() == VT_DATE)
-    words << value.Data().dblVal;
-  else
-    words << value.Data().llVal;
-  return words.str();
 }
 
 void ExpectChanged(const std::vector<ChangedRow>& rows) {

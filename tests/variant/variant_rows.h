@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "fixtures/shown_value.h"
 #include "qvscriptwells/variant.h"
 
 namespace qv {
@@ -44,7 +45,6 @@ struct RefusedRow {
 
 // The same tag and the same bytes, texts by their units.
 bool IsSame(const Variant& a, const Variant& b);
-std::string Described(const Variant& value);
 
 // Each row is tried four times: into another Variant, onto the source itself, and from pointers to the value
 // and to the Variant.
