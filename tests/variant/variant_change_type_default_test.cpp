@@ -1,11 +1,8 @@
 // An object where a plain value is wanted: its default property is read, once.
 #include <gtest/gtest.h>
 
-#include <utility>
-
 #include "qvscriptwells/error_info.h"
 #include "variant/valued_object.h"
-#include "variant/variant_object.h"
 #include "variant/variant_rows.h"
 
 namespace qv {
@@ -14,12 +11,10 @@ namespace {
 constexpr char kAskedOnce[] = "0 with flags 2 and 0 arguments;";
 
 TEST(VariantChangeTypeDefault, PropertyIsReadOnceForEveryPlainTarget) {
-  const std::pair<VARTYPE, Variant> rows[] = {
-      {VT_I2, I2(12)}, {VT_UI8, UI8(12)}, {VT_R8, R8(12)}, {VT_BOOL, Bool(true)}, {VT_BSTR, Text(u"12")}};
-  for (const auto& [tag, expected] : rows) {
+  for (const Variant& expected : {I2(12), UI8(12), R8(12), Bool(true), Text(u"12")}) {
     ValuedObject object(Text(u"12"));
     Variant result;
-    EXPECT_EQ(VariantChangeType(&result, FromDispatch(&object), tag), S_OK);
+    EXPECT_EQ(VariantChangeType(&result, FromDispatch(&object), expected.Tag()), S_OK);
     EXPECT_TRUE(IsSame(result, expected)) << ShownValue(result);
     EXPECT_EQ(object.Asked(), kAskedOnce);
   }
@@ -48,19 +43,19 @@ TEST(VariantChangeTypeDefault, ObjectsOfObjectsAreNotAsked) {
 TEST(VariantChangeTypeDefault, ObjectsAndNothingAreNoPlainValues) {
   ValuedObject object(I4(5));
   Variant result;
-  EXPECT_EQ(VariantChangeType(&result, FromDispatch(&object), VT_UNKNOWN), S_OK);
-  EXPECT_EQ(VariantChangeType(&result, FromDispatch(&object), VT_DISPATCH), S_OK);
-  EXPECT_EQ(VariantChangeType(&result, FromDispatch(&object), VT_NULL), DISP_E_TYPEMISMATCH);
-  EXPECT_EQ(VariantChangeType(&result, FromDispatch(&object), VT_EMPTY), DISP_E_TYPEMISMATCH);
+  for (const VARTYPE tag : {VT_UNKNOWN, VT_DISPATCH})
+    EXPECT_EQ(VariantChangeType(&result, FromDispatch(&object), tag), S_OK) << tag;
+  for (const VARTYPE tag : {VT_NULL, VT_EMPTY})
+    EXPECT_EQ(VariantChangeType(&result, FromDispatch(&object), tag), DISP_E_TYPEMISMATCH) << tag;
   EXPECT_EQ(object.Asked(), "");
 }
 
-TEST(VariantChangeTypeDefault, PropertyThatFailsMismatchesAndLeavesNoWords) {
+TEST(VariantChangeTypeDefault, PropertyThatFailsMismatchesAndLeavesNoMessage) {
   ValuedObject object(I4(5));
   object.Fail(E_ACCESSDENIED);
   object.OnAsked([] {
     ErrorInfo info;
-    info.description = u"words of the object";
+    info.description = u"message of the object";
     SetErrorInfo(info);
   });
   Variant result = I4(7);
@@ -79,9 +74,9 @@ TEST(VariantChangeTypeDefault, ValueThatDoesNotFitHasItsOwnCode) {
 }
 
 TEST(VariantChangeTypeDefault, NullAndUnwillingObjectsMismatch) {
-  AnsweringObject unwilling(AnsweringObject::Answer::kNothing);
-  AnsweringObject empty(AnsweringObject::Answer::kNullOnSuccess);
-  AnsweringObject wild(AnsweringObject::Answer::kPointerOnFailure);
+  ValuedObject unwilling(ValuedObject::Answer::kNothing);
+  ValuedObject empty(ValuedObject::Answer::kNullOnSuccess);
+  ValuedObject wild(ValuedObject::Answer::kPointerOnFailure);
   Variant result;
   for (const Variant& object : {FromDispatch(nullptr), FromDispatch(&unwilling), FromDispatch(&empty),
                                 FromDispatch(&wild), Variant::FromObject(nullptr)})
@@ -94,7 +89,7 @@ TEST(VariantChangeTypeDefault, ObjectThatIsReleasedMeanwhileIsKept) {
   Variant source = FromDispatch(&object);
   object.OnAsked([&] {
     source.Clear();
-    EXPECT_GE(object.References(), 2u);
+    EXPECT_GE(object.count, 2u);
   });
   Variant result;
   EXPECT_EQ(VariantChangeType(&result, source, VT_I4), S_OK);

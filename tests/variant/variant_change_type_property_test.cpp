@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "variant/variant_object.h"
+#include "variant/valued_object.h"
 #include "variant/variant_rows.h"
 
 namespace qv {
@@ -15,19 +15,14 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-const std::vector<VARTYPE>& Targets() {
-  static const std::vector<VARTYPE> targets = [] {
-    std::vector<VARTYPE> tags;
-    for (VARTYPE tag = 0; tag <= 33; ++tag) {
-      tags.push_back(tag);
-      tags.push_back(static_cast<VARTYPE>(VT_BYREF | tag));
-    }
-    const VARTYPE others[] = {64, 77, 0x2000, 0x2003, 0x6003, 0x8000, 0xFFFF};
-    for (const VARTYPE tag : others) tags.push_back(tag);
-    return tags;
-  }();
-  return targets;
+std::vector<VARTYPE> AllTargets() {
+  std::vector<VARTYPE> tags = {64, 77, 0x2000, 0x2003, 0x6003, 0x8000, 0xFFFF};
+  for (VARTYPE tag = 0; tag <= 33; ++tag)
+    tags.insert(tags.end(), {tag, static_cast<VARTYPE>(VT_BYREF | tag)});
+  return tags;
 }
+
+const std::vector<VARTYPE> kTargets = AllTargets();
 
 bool IsKnownCode(HRESULT code) {
   return code == S_OK || code == DISP_E_TYPEMISMATCH || code == DISP_E_OVERFLOW ||
@@ -36,7 +31,7 @@ bool IsKnownCode(HRESULT code) {
 
 // One change onto a destination that holds an object, so that a lost or doubled reference shows.
 void ExpectSound(const Variant& source, VARTYPE tag) {
-  AnsweringObject old;
+  ValuedObject old;
   Variant destination = Variant::FromObject(&old);
   const HRESULT code = VariantChangeType(&destination, source, tag);
   ASSERT_TRUE(IsKnownCode(code)) << ShownValue(source) << " to " << tag << ": " << code;
@@ -60,7 +55,7 @@ bool HasPointerForm(VARTYPE tag) {
 }
 
 void ExpectSoundEverywhere(const Variant& source) {
-  for (const VARTYPE tag : Targets()) {
+  for (const VARTYPE tag : kTargets) {
     ExpectSound(source, tag);
     if (HasPointerForm(source.Tag())) ExpectSound(PointerTo(source), tag);
     ExpectSound(PointerToVariant(source), tag);
@@ -101,7 +96,7 @@ std::u16string RandomText(std::mt19937* random) {
 }
 
 TEST(VariantChangeTypeProperty, EveryTagWithEdgeBytesIsSound) {
-  for (const VARTYPE tag : Targets()) {
+  for (const VARTYPE tag : kTargets) {
     if (OwnsOrPoints(tag)) continue;
     for (const std::int64_t bytes : EdgeBytes()) ExpectSoundEverywhere(Raw(tag, bytes));
     ASSERT_FALSE(HasFatalFailure()) << tag;
@@ -109,7 +104,7 @@ TEST(VariantChangeTypeProperty, EveryTagWithEdgeBytesIsSound) {
 }
 
 TEST(VariantChangeTypeProperty, EveryTagWithANullPointerIsSound) {
-  for (const VARTYPE tag : Targets()) {
+  for (const VARTYPE tag : kTargets) {
     ExpectSoundEverywhere(Raw(tag, 0));
     ASSERT_FALSE(HasFatalFailure()) << tag;
   }
@@ -134,11 +129,10 @@ TEST(VariantChangeTypeProperty, LongTextsAreSound) {
 }
 
 TEST(VariantChangeTypeProperty, ObjectsOfAllMannersAreSound) {
-  for (const auto answer :
-       {AnsweringObject::Answer::kItself, AnsweringObject::Answer::kNothing,
-        AnsweringObject::Answer::kNullOnSuccess, AnsweringObject::Answer::kPointerOnFailure,
-        AnsweringObject::Answer::kOutOfMemory}) {
-    AnsweringObject object(answer);
+  using Answer = ValuedObject::Answer;
+  for (const Answer answer : {Answer::kItself, Answer::kNothing, Answer::kNullOnSuccess,
+                              Answer::kPointerOnFailure, Answer::kOutOfMemory}) {
+    ValuedObject object(answer);
     ExpectSoundEverywhere(Variant::FromObject(&object));
     ExpectSoundEverywhere(FromDispatch(&object));
     ASSERT_EQ(object.count, 1u);

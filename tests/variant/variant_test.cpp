@@ -1,13 +1,16 @@
+// Making, copying, moving and clearing values.
 #include "qvscriptwells/variant.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <type_traits>
 #include <utility>
 
 #include "com/asked_object.h"
-#include "qvscriptwells/com_error.h"
+#include "fixtures/shown_value.h"
+#include "fixtures/thrown.h"
+#include "fixtures/variant_makers.h"
+#include "qvscriptwells/dispatch.h"
 #include "support/print_wide_string.h"
 
 namespace qv {
@@ -16,145 +19,96 @@ namespace {
 using std::literals::string_view_literals::operator""sv;
 
 constexpr VARTYPE kUnknownTag = 77;
-
-Variant Raw(VARTYPE tag, std::int64_t bytes) {
-  VariantData data;
-  data.llVal = bytes;
-  return Variant::FromRaw(tag, data);
-}
-
-Variant Dispatch(AskedObject* object) {
-  object->AddRef();
-  VariantData data;
-  data.punkVal = object;
-  return Variant::FromRaw(VT_DISPATCH, data);
-}
+constexpr char kBadVarType[] = "_com_error 0x80020008 <null>";
 
 // The eight data bytes as one number, whatever the tag.
 std::uint64_t Bytes(const Variant& value) {
   return static_cast<std::uint64_t>(value.Data().llVal);
 }
 
+void ExpectContent(const Variant& value, VARTYPE tag, std::uint64_t bytes) {
+  EXPECT_EQ(value.Tag(), tag) << ShownValue(value);
+  EXPECT_EQ(Bytes(value), bytes) << ShownValue(value);
+}
+
 TEST(Variant, TagsHavePublishedNumbers) {
-  EXPECT_EQ(VT_EMPTY, 0);
-  EXPECT_EQ(VT_NULL, 1);
-  EXPECT_EQ(VT_I2, 2);
-  EXPECT_EQ(VT_I4, 3);
-  EXPECT_EQ(VT_R4, 4);
-  EXPECT_EQ(VT_R8, 5);
-  EXPECT_EQ(VT_DATE, 7);
-  EXPECT_EQ(VT_BSTR, 8);
-  EXPECT_EQ(VT_DISPATCH, 9);
-  EXPECT_EQ(VT_BOOL, 11);
-  EXPECT_EQ(VT_VARIANT, 12);
-  EXPECT_EQ(VT_UNKNOWN, 13);
-  EXPECT_EQ(VT_I1, 16);
-  EXPECT_EQ(VT_UI1, 17);
-  EXPECT_EQ(VT_UI2, 18);
-  EXPECT_EQ(VT_UI4, 19);
-  EXPECT_EQ(VT_I8, 20);
-  EXPECT_EQ(VT_UI8, 21);
-  EXPECT_EQ(VT_INT, 22);
-  EXPECT_EQ(VT_UINT, 23);
-  EXPECT_EQ(VT_BYREF, 0x4000);
-  EXPECT_EQ(VARIANT_TRUE, -1);
-  EXPECT_EQ(VARIANT_FALSE, 0);
-  EXPECT_EQ(sizeof(VariantData), 8u);
-  EXPECT_EQ(sizeof(Variant), 16u);
+  const std::pair<int, int> rows[] = {
+      {VT_EMPTY, 0},        {VT_NULL, 1},       {VT_I2, 2},         {VT_I4, 3},
+      {VT_R4, 4},           {VT_R8, 5},         {VT_DATE, 7},       {VT_BSTR, 8},
+      {VT_DISPATCH, 9},     {VT_BOOL, 11},      {VT_VARIANT, 12},   {VT_UNKNOWN, 13},
+      {VT_I1, 16},          {VT_UI1, 17},       {VT_UI2, 18},       {VT_UI4, 19},
+      {VT_I8, 20},          {VT_UI8, 21},       {VT_INT, 22},       {VT_UINT, 23},
+      {VT_BYREF, 0x4000},   {VARIANT_TRUE, -1}, {VARIANT_FALSE, 0}, {sizeof(VariantData), 8},
+      {sizeof(Variant), 16}};
+  for (const auto& [constant, number] : rows) EXPECT_EQ(constant, number);
 }
 
 TEST(Variant, FreshOneIsEmptyWithZeroBytes) {
   const Variant value{};
-  EXPECT_EQ(value.Tag(), VT_EMPTY);
-  EXPECT_EQ(Bytes(value), 0u);
+  ExpectContent(value, VT_EMPTY, 0);
   EXPECT_TRUE(value.Text().IsNull());
   EXPECT_EQ(value.Object(), nullptr);
 }
 
-struct MadeValue {
-  const char* name;
-  Variant value;
-  VARTYPE tag;
-  std::uint64_t bytes;
-};
-
 TEST(Variant, MakersSetTagAndLeaveUnusedBytesZero) {
-  const MadeValue rows[] = {
-      {"Null", Variant::Null(), VT_NULL, 0},
-      {"FromByte(-1)", Variant::FromByte(-1), VT_I1, 0xFF},
-      {"FromByte(127)", Variant::FromByte(127), VT_I1, 0x7F},
-      {"FromShort(-1)", Variant::FromShort(-1), VT_I2, 0xFFFF},
-      {"FromShort(-32768)", Variant::FromShort(-32768), VT_I2, 0x8000},
-      {"FromInt(-1)", Variant::FromInt(-1), VT_INT, 0xFFFFFFFF},
-      {"FromInt(70000)", Variant::FromInt(70000), VT_INT, 70000},
-      {"FromLong(-1)", Variant::FromLong(-1), VT_I8, 0xFFFFFFFFFFFFFFFF},
-      {"FromLong(2^40)", Variant::FromLong(1099511627776), VT_I8, 0x10000000000},
-      {"FromBool(true)", Variant::FromBool(true), VT_BOOL, 0xFFFF},
-      {"FromBool(false)", Variant::FromBool(false), VT_BOOL, 0},
-      {"FromFloat(1)", Variant::FromFloat(1.0f), VT_R4, 0x3F800000},
-      {"FromDouble(1)", Variant::FromDouble(1.0), VT_R8, 0x3FF0000000000000},
-      {"FromDate(1)", Variant::FromDate(1.0), VT_DATE, 0x3FF0000000000000},
-      {"FromObject(null)", Variant::FromObject(nullptr), VT_UNKNOWN, 0},
-      {"FromString(null)", Variant::FromString(WideString()), VT_BSTR, 0},
-  };
-  for (const MadeValue& row : rows) {
-    EXPECT_EQ(row.value.Tag(), row.tag) << row.name;
-    EXPECT_EQ(Bytes(row.value), row.bytes) << row.name;
-  }
+  const struct {
+    Variant value;
+    VARTYPE tag;
+    std::uint64_t bytes;
+  } rows[] = {{Variant::Null(), VT_NULL, 0},
+              {I1(-1), VT_I1, 0xFF},
+              {I1(127), VT_I1, 0x7F},
+              {I2(-1), VT_I2, 0xFFFF},
+              {I2(-32768), VT_I2, 0x8000},
+              {Int(-1), VT_INT, 0xFFFFFFFF},
+              {Int(70000), VT_INT, 70000},
+              {I8(-1), VT_I8, 0xFFFFFFFFFFFFFFFF},
+              {I8(1099511627776), VT_I8, 0x10000000000},
+              {Bool(true), VT_BOOL, 0xFFFF},
+              {Bool(false), VT_BOOL, 0},
+              {R4(1.0f), VT_R4, 0x3F800000},
+              {R8(1.0), VT_R8, 0x3FF0000000000000},
+              {Date(1.0), VT_DATE, 0x3FF0000000000000},
+              {Variant::FromObject(nullptr), VT_UNKNOWN, 0},
+              {NullText(), VT_BSTR, 0}};
+  for (const auto& row : rows) ExpectContent(row.value, row.tag, row.bytes);
 }
 
 TEST(Variant, ChangeOfTagClearsAllBytes) {
-  Variant value = Variant::FromLong(0x1122334455667788);
-  value = Variant::FromByte(1);
+  Variant value = I8(0x1122334455667788);
+  value = I1(1);
   EXPECT_EQ(Bytes(value), 1u);
-  value = Variant::FromLong(-1);
-  value = Variant::FromBool(false);
-  EXPECT_EQ(Bytes(value), 0u);
-  value = Variant::FromLong(-1);
-  value = Variant::Null();
-  EXPECT_EQ(Bytes(value), 0u);
-  value = Variant::FromString(u"abc");
+  for (const Variant& zero : {Bool(false), Variant::Null()}) {
+    value = I8(-1);
+    value = zero;
+    EXPECT_EQ(Bytes(value), 0u);
+  }
+  value = Text(u"abc");
   value = Variant();
   EXPECT_EQ(Bytes(value), 0u);
 }
 
 TEST(Variant, ClearLeavesEmptyAndZeroBytes) {
-  Variant value = Variant::FromLong(-1);
+  Variant value = I8(-1);
   value.Clear();
-  EXPECT_EQ(value.Tag(), VT_EMPTY);
-  EXPECT_EQ(Bytes(value), 0u);
+  ExpectContent(value, VT_EMPTY, 0);
   value.Clear();
   EXPECT_EQ(value.Tag(), VT_EMPTY);
 }
 
 TEST(Variant, RawKeepsTagAndBytesAsTheyAre) {
-  const Variant value = Raw(VT_I1, 300);
-  EXPECT_EQ(value.Tag(), VT_I1);
-  EXPECT_EQ(value.Data().lVal, 300);
+  ExpectContent(Raw(VT_I1, 300), VT_I1, 300);
   EXPECT_EQ(Raw(kUnknownTag, 5).Tag(), kUnknownTag);
 }
 
 TEST(Variant, PlainValuesAreCopiedWithTagAndBytes) {
-  const Variant values[] = {Variant(),
-                            Variant::Null(),
-                            Variant::FromShort(-2),
-                            Raw(VT_I4, 70000),
-                            Variant::FromFloat(0.5f),
-                            Variant::FromDouble(-0.25),
-                            Variant::FromDate(36526.5),
-                            Variant::FromBool(true),
-                            Raw(VT_I1, 300),
-                            Raw(VT_UI1, 255),
-                            Variant::FromLong(-5000000000),
-                            Variant::FromInt(7)};
-  for (const Variant& value : values) {
-    const Variant copy(value);
-    EXPECT_EQ(copy.Tag(), value.Tag());
-    EXPECT_EQ(Bytes(copy), Bytes(value));
-    Variant assigned = Variant::FromString(u"old");
+  for (const Variant& value :
+       {Variant(), Variant::Null(), I2(-2), I4(70000), R4(0.5f), R8(-0.25), Date(36526.5), Bool(true),
+        Raw(VT_I1, 300), UI1(255), I8(-5000000000), Int(7)}) {
+    ExpectContent(Variant(value), value.Tag(), Bytes(value));
+    Variant assigned = Text(u"old");
     assigned = value;
-    EXPECT_EQ(assigned.Tag(), value.Tag());
-    EXPECT_EQ(Bytes(assigned), Bytes(value));
+    ExpectContent(assigned, value.Tag(), Bytes(value));
   }
 }
 
@@ -169,7 +123,7 @@ TEST(Variant, TextIsSharedWithTheStringThatMadeIt) {
 TEST(Variant, TextOutlivesStringAndValue) {
   WideString text;
   {
-    const Variant value = Variant::FromString(WideString(u"abc"));
+    const Variant value = Text(u"abc");
     const Variant copy(value);
     text = copy.Text();
   }
@@ -177,31 +131,38 @@ TEST(Variant, TextOutlivesStringAndValue) {
 }
 
 TEST(Variant, NullAndEmptyTextsStayApart) {
-  EXPECT_TRUE(Variant::FromString(WideString()).Text().IsNull());
-  EXPECT_FALSE(Variant::FromString(u"").Text().IsNull());
-  const Variant empty = Variant::FromString(u"");
+  EXPECT_TRUE(NullText().Text().IsNull());
+  const Variant empty = Text(u"");
+  EXPECT_FALSE(empty.Text().IsNull());
   EXPECT_FALSE(Variant(empty).Text().IsNull());
 }
 
 TEST(Variant, TextAndObjectFollowTheirTagsOnly) {
-  const VARTYPE tags[] = {VT_EMPTY, VT_NULL, VT_I2, VT_I4, VT_R8, VT_BOOL, VT_I1, VT_UI1, VT_I8, VT_INT};
-  for (const VARTYPE tag : tags) {
+  for (const VARTYPE tag : {VT_EMPTY, VT_NULL, VT_I2, VT_I4, VT_R8, VT_BOOL, VT_I1, VT_UI1, VT_I8, VT_INT}) {
     const Variant value = Raw(tag, 0x1122334455667788);
     EXPECT_TRUE(value.Text().IsNull()) << tag;
     EXPECT_EQ(value.Object(), nullptr) << tag;
   }
   AskedObject object;
   EXPECT_TRUE(Variant::FromObject(&object).Text().IsNull());
-  EXPECT_EQ(Variant::FromString(u"abc").Object(), nullptr);
+  EXPECT_EQ(Text(u"abc").Object(), nullptr);
 }
 
-TEST(Variant, ObjectIsHeldWhileTheValueLives) {
+TEST(Variant, ObjectIsHeldWhileAValueLives) {
   AskedObject object;
   {
     const Variant value = Variant::FromObject(&object);
     EXPECT_EQ(value.Tag(), VT_UNKNOWN);
     EXPECT_EQ(value.Object(), &object);
     EXPECT_EQ(object.count, 2u);
+    const Variant copy(value);
+    Variant assigned = Text(u"old");
+    assigned = value;
+    EXPECT_EQ(copy.Object(), &object);
+    EXPECT_EQ(assigned.Object(), &object);
+    EXPECT_EQ(object.count, 4u);
+    assigned.Clear();
+    EXPECT_EQ(object.count, 3u);
   }
   EXPECT_EQ(object.count, 1u);
 }
@@ -213,26 +174,13 @@ TEST(Variant, ObjectIsBorrowedByItsReader) {
   EXPECT_EQ(object.count, 2u);
 }
 
-TEST(Variant, CopiesOfAnObjectShareIt) {
-  AskedObject object;
-  {
-    const Variant value = Variant::FromObject(&object);
-    const Variant copy(value);
-    Variant assigned = Variant::FromString(u"old");
-    assigned = value;
-    EXPECT_EQ(copy.Object(), &object);
-    EXPECT_EQ(assigned.Object(), &object);
-    EXPECT_EQ(object.count, 4u);
-    assigned.Clear();
-    EXPECT_EQ(object.count, 3u);
-  }
-  EXPECT_EQ(object.count, 1u);
-}
-
 TEST(Variant, DispatchObjectIsOwnedLikeAnyObject) {
   AskedObject object;
   {
-    const Variant value = Dispatch(&object);
+    object.AddRef();
+    VariantData data;
+    data.punkVal = &object;
+    const Variant value = Variant::FromRaw(VT_DISPATCH, data);
     EXPECT_EQ(object.count, 2u);
     EXPECT_EQ(value.Object(), &object);
     const Variant copy(value);
@@ -244,9 +192,7 @@ TEST(Variant, DispatchObjectIsOwnedLikeAnyObject) {
 
 TEST(Variant, NullObjectMayBeCopied) {
   const Variant value = Variant::FromObject(nullptr);
-  const Variant copy(value);
-  EXPECT_EQ(copy.Tag(), VT_UNKNOWN);
-  EXPECT_EQ(copy.Object(), nullptr);
+  ExpectContent(Variant(value), VT_UNKNOWN, 0);
 }
 
 TEST(Variant, MoveTakesTheContentWithoutCounting) {
@@ -259,6 +205,8 @@ TEST(Variant, MoveTakesTheContentWithoutCounting) {
     EXPECT_EQ(value.Object(), nullptr);  // NOLINT: the content has one owner
   }
   EXPECT_EQ(object.count, 1u);
+  EXPECT_TRUE(std::is_nothrow_move_constructible<Variant>::value);
+  EXPECT_TRUE(std::is_nothrow_move_assignable<Variant>::value);
 }
 
 TEST(Variant, MoveAssignmentReleasesTheOldContent) {
@@ -271,11 +219,6 @@ TEST(Variant, MoveAssignmentReleasesTheOldContent) {
   EXPECT_EQ(value.Object(), &second);
 }
 
-TEST(Variant, MovesDoNotThrow) {
-  EXPECT_TRUE(std::is_nothrow_move_constructible<Variant>::value);
-  EXPECT_TRUE(std::is_nothrow_move_assignable<Variant>::value);
-}
-
 TEST(Variant, AssignedToItselfItStays) {
   AskedObject object;
   Variant value = Variant::FromObject(&object);
@@ -283,7 +226,7 @@ TEST(Variant, AssignedToItselfItStays) {
   value = same;
   EXPECT_EQ(value.Object(), &object);
   EXPECT_EQ(object.count, 2u);
-  Variant text = Variant::FromString(WideString(u"abc"));
+  Variant text = Text(u"abc");
   const Variant& sameText = text;
   text = sameText;
   EXPECT_EQ(text.Text(), u"abc");
@@ -301,56 +244,33 @@ TEST(Variant, MovedOntoItselfItNeitherLeaksNorReleasesTwice) {
   EXPECT_EQ(object.count, 1u);
 }
 
-TEST(Variant, CopyOfAnUnknownTagRaisesBadVariantType) {
-  const Variant value = Raw(kUnknownTag, 5);
-  try {
-    const Variant copy(value);
-    FAIL() << "nothing was thrown";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), DISP_E_BADVARTYPE);
-  }
-}
-
-TEST(Variant, AssignmentOfAnUnknownTagRaisesAndKeepsTheOldContent) {
+TEST(Variant, UnknownTagIsNotCopiedAndTheOldContentStays) {
   AskedObject object;
   const Variant unknown = Raw(kUnknownTag, 5);
+  EXPECT_EQ(Thrown([&] { const Variant copy(unknown); }), kBadVarType);
   Variant value = Variant::FromObject(&object);
-  try {
-    value = unknown;
-    FAIL() << "nothing was thrown";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), DISP_E_BADVARTYPE);
-  }
+  EXPECT_EQ(Thrown([&] { value = unknown; }), kBadVarType);
   EXPECT_EQ(value.Object(), &object);
   EXPECT_EQ(object.count, 2u);
 }
 
 TEST(Variant, UnknownTagMayBeMoved) {
   Variant value = Raw(kUnknownTag, 5);
-  const Variant moved(std::move(value));
-  EXPECT_EQ(moved.Tag(), kUnknownTag);
-  EXPECT_EQ(Bytes(moved), 5u);
+  ExpectContent(Variant(std::move(value)), kUnknownTag, 5);
 }
 
-TEST(Variant, ByReferenceValueIsBorrowed) {
+TEST(Variant, ValueByReferenceIsBorrowed) {
   char16_t text[] = u"not a block";
-  VariantData data;
-  data.byref = text;
   {
-    const Variant value = Variant::FromRaw(static_cast<VARTYPE>(VT_BYREF | VT_BSTR), data);
+    const Variant value = Pointer(VT_BSTR, text);
     const Variant copy(value);
     EXPECT_EQ(copy.Tag(), VT_BYREF | VT_BSTR);
     EXPECT_EQ(copy.Data().byref, text);
     EXPECT_TRUE(copy.Text().IsNull());
   }
   EXPECT_EQ(text[0], u'n');
-}
-
-TEST(Variant, ByReferenceObjectIsNotCounted) {
   AskedObject object;
-  VariantData data;
-  data.byref = &object;
-  const Variant value = Variant::FromRaw(static_cast<VARTYPE>(VT_BYREF | VT_UNKNOWN), data);
+  const Variant value = Pointer(VT_UNKNOWN, &object);
   const Variant copy(value);
   EXPECT_EQ(object.count, 1u);
   EXPECT_EQ(copy.Object(), nullptr);
