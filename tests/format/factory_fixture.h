@@ -4,15 +4,19 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "fixtures/formaters.h"
+#include "fixtures/xml_text.h"
 #include "format/formater_factory.h"
+#include "format/response_value_reader.h"
 
 namespace qv {
 
 class FactoryFixture : public testing::Test {
  protected:
   FactoryFixture() { EnsureFormaters(); }
-  // A creator of the test must not stay behind when it dies.
+  // A creator of the test must not stay in the factory when it dies.
   ~FactoryFixture() override {
     Factory()->Clear();
     EnsureFormaters();
@@ -20,6 +24,20 @@ class FactoryFixture : public testing::Test {
 
   static FormaterFactory* Factory() { return FormaterFactory::Instance(); }
   static FormaterSerializer* Get(const WideString& typeName) { return Factory()->GetFormater(typeName); }
+
+  // What a formater reads from <v>content</v>.
+  static Variant ReadContent(FormaterSerializer* formater, const std::u16string& content) {
+    const XmlText xml(u"<v>" + content + u"</v>");
+    return formater->ReadValue(xml.Root());
+  }
+  // The value of an answer: of <r>content</r>.
+  static Variant ReadAnswer(const std::u16string& content) {
+    const XmlText xml(u"<r>" + content + u"</r>");
+    return ReadResponseValue(xml.Root());
+  }
+  static Variant ReadAnswer(const std::u16string& typeName, const std::u16string& content) {
+    return ReadAnswer(u"<v xsi:type='" + typeName + u"'>" + content + u"</v>");
+  }
 };
 
 }  // namespace qv

@@ -1,36 +1,29 @@
+// Durations in answers and as parameters.
 #include "format/object_formaters.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
+#include <functional>
 
 #include "fixtures/fake_duration.h"
 #include "fixtures/shown_text.h"
 #include "fixtures/thrown.h"
-#include "fixtures/xml_text.h"
+#include "fixtures/variant_makers.h"
 #include "format/factory_fixture.h"
-#include "format/response_value_reader.h"
 #include "qvscriptwells/com_call.h"
-#include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 
 namespace qv {
 namespace {
 
+constexpr char kNotBuilt[] = "_com_error 0x80020009";
+constexpr char kNoDuration[] = "_com_error 0x80004003";
+
 class FormaterDurationTest : public FactoryFixture {
  protected:
-  void TearDown() override { EXPECT_EQ(FakeDuration::Live(), 0); }
+  void TearDown() override {
+    foreign_.reset();
+    EXPECT_EQ(FakeDuration::Live(), 0);
+  }
 
-  // What a formater makes of <v>content</v>.
-  static Variant Read(FormaterSerializer& formater, const std::u16string& content) {
-    const XmlText xml(u"<v>" + content + u"</v>");
-    return formater.ReadValue(xml.Root());
-  }
-  // What an answer of this content is.
-  static Variant Answered(const std::u16string& content) {
-    const XmlText xml(u"<r>" + content + u"</r>");
-    return ReadResponseValue(xml.Root());
-  }
   // The duration's text; the value is the only owner of the object, which has both interfaces.
   static std::string TextOf(const Variant& value) {
     EXPECT_EQ(value.Tag(), VT_UNKNOWN);
@@ -44,43 +37,37 @@ class FormaterDurationTest : public FactoryFixture {
     EXPECT_EQ(raw->GetText(&text), S_OK);
     return Shown(text);
   }
-  std::string DurationRead(const std::u16string& content) { return TextOf(Read(duration_, content)); }
-  // A failed call with a result code: whether the words come with it is the caller's affair.
-  void ExpectDurationRefused(const std::u16string& content) {
-    const std::string line = Thrown([&] { Read(duration_, content); });
-    EXPECT_EQ(line.substr(0, 21), "_com_error 0x80020009") << Shown(content);
-  }
+  std::string DurationRead(const std::u16string& content) { return TextOf(ReadContent(&duration_, content)); }
   std::string Written(IUnknown* object) { return Shown(duration_.WriteValue(Variant::FromObject(object))); }
+  // Whether a message comes with the code is the caller's affair.
+  static std::string CodeOf(const std::function<void()>& action) { return Thrown(action).substr(0, 21); }
   std::string WritingFails(const Variant& value) {
-    return Thrown([&] { duration_.WriteValue(value); }).substr(0, 21);
+    return CodeOf([&] { duration_.WriteValue(value); });
   }
 
   FormaterDuration duration_;
+  FakeDurationPtr foreign_{new FakeDuration(u"P1D")};
 };
 
-constexpr char kCannotDeserialize[] = "EQvException 0x00000000 Cannot deserialize the response.";
-constexpr char kNoDuration[] = "_com_error 0x80004003";
-
-TEST_F(FormaterDurationTest, StandsUnderTwoNames) {
+TEST_F(FormaterDurationTest, IsRegisteredUnderTwoNames) {
   for (const char16_t* name : {u"duration", u"xsd:duration", u"XSD:Duration"})
     EXPECT_NE(dynamic_cast<FormaterDuration*>(Get(name)), nullptr) << Shown(name);
   EXPECT_NE(Get(u"duration"), Get(u"xsd:duration"));
 }
 
 TEST_F(FormaterDurationTest, TextBecomesADuration) {
-  for (const char16_t* text : {u"P1Y2M3DT4H5M6.5S", u"-P1D", u"PT90S", u"P0"})
-    EXPECT_EQ(DurationRead(text), Shown(text));
-  EXPECT_EQ(DurationRead(u"P3D1Y"), "P3Y");
-  EXPECT_EQ(DurationRead(u"P"), "P0");
-  EXPECT_EQ(DurationRead(u"P1D "), "P1D");
-  EXPECT_EQ(DurationRead(u"PT12345678.9S"), "PT1.23457e+07S");
-}
-
-TEST_F(FormaterDurationTest, TextIsTheFirstTextChildOrTheLastChild) {
-  EXPECT_EQ(DurationRead(u"<b/>P1D"), "P1D");
-  EXPECT_EQ(DurationRead(u"P1D<b/>P2D"), "P1D");
-  EXPECT_EQ(DurationRead(u"<![CDATA[P1D]]>"), "P1D");
-  ExpectDurationRefused(u"<b>P1D</b>");
+  const std::pair<const char16_t*, const char*> rows[] = {{u"P1Y2M3DT4H5M6.5S", "P1Y2M3DT4H5M6.5S"},
+                                                          {u"-P1D", "-P1D"},
+                                                          {u"PT90S", "PT90S"},
+                                                          {u"P0", "P0"},
+                                                          {u"P3D1Y", "P3Y"},
+                                                          {u"P", "P0"},
+                                                          {u"P1D ", "P1D"},
+                                                          {u"PT12345678.9S", "PT1.23457e+07S"},
+                                                          {u"<b/>P1D", "P1D"},
+                                                          {u"P1D<b/>P2D", "P1D"},
+                                                          {u"<![CDATA[P1D]]>", "P1D"}};
+  for (const auto& [content, text] : rows) EXPECT_EQ(DurationRead(content), text) << Shown(content);
 }
 
 TEST_F(FormaterDurationTest, TextNodeAndAttributeAreReadThemselves) {
@@ -94,28 +81,27 @@ TEST_F(FormaterDurationTest, EachReadMakesANewObject) {
   const Variant first = duration_.ReadValue(xml.Root());
   const Variant second = duration_.ReadValue(xml.Root());
   EXPECT_NE(first.Object(), second.Object());
-  EXPECT_EQ(TextOf(first), "-P1D");
-  EXPECT_EQ(TextOf(second), "-P1D");
+  for (const Variant* value : {&first, &second}) EXPECT_EQ(TextOf(*value), "-P1D");
 }
 
 TEST_F(FormaterDurationTest, BadTextIsAFailedCall) {
-  for (const char16_t* text : {u"p1d", u"P-1D", u"1D", u"", u" P1D", u"\nP1D", u"-1D", u"PT1.23457e+07S"})
-    ExpectDurationRefused(text);
-  EXPECT_EQ(Thrown([this] { duration_.ReadValue(XmlNode()); }).substr(0, 21), "_com_error 0x80020009");
+  for (const char16_t* text :
+       {u"p1d", u"P-1D", u"1D", u"", u" P1D", u"\nP1D", u"-1D", u"PT1.23457e+07S", u"<b>P1D</b>"})
+    EXPECT_EQ(CodeOf([&] { ReadContent(&duration_, text); }), kNotBuilt) << Shown(text);
+  EXPECT_EQ(CodeOf([&] { duration_.ReadValue(XmlNode()); }), kNotBuilt);
 }
 
 TEST_F(FormaterDurationTest, AnsweredDurationIsAnObject) {
   for (const char16_t* name : {u"xsd:duration", u"duration", u"XSD:DURATION", u"Duration"})
-    EXPECT_EQ(TextOf(Answered(u"<v xsi:type='" + std::u16string(name) + u"'>-P1DT2H</v>")), "-P1DT2H")
-        << Shown(name);
-  EXPECT_EQ(Answered(u"<v xsi:type='sof:duration'>P1D</v>").Tag(), VT_EMPTY);
-  EXPECT_EQ(Answered(u"<v xsi:null='1'>P1D</v>").Tag(), VT_NULL);
+    EXPECT_EQ(TextOf(ReadAnswer(name, u"-P1DT2H")), "-P1DT2H") << Shown(name);
+  EXPECT_EQ(ReadAnswer(u"sof:duration", u"P1D").Tag(), VT_EMPTY);
+  EXPECT_EQ(ReadAnswer(u"<v xsi:null='1'>P1D</v>").Tag(), VT_NULL);
 }
 
 TEST_F(FormaterDurationTest, AnsweredBadTextCannotBeDeserialized) {
   for (const char16_t* text : {u"p1d", u"P-1D", u"1D", u"", u"<b>P1D</b>"})
-    EXPECT_EQ(Thrown([text] { Answered(u"<v xsi:type='xsd:duration'>" + std::u16string(text) + u"</v>"); }),
-              kCannotDeserialize)
+    EXPECT_EQ(Thrown([text] { ReadAnswer(u"xsd:duration", text); }),
+              "EQvException 0x00000000 Cannot deserialize the response.")
         << Shown(text);
 }
 
@@ -135,58 +121,40 @@ TEST_F(FormaterDurationTest, TextOfAForeignDurationIsEscaped) {
   const FakeDurationPtr foreign(new FakeDuration(u"<P1D>&\"'\u00E9"));
   EXPECT_EQ(Written(foreign.get()), "&lt;P1D&gt;&amp;&quot;&apos;&#233;");
   EXPECT_EQ(foreign->References(), 1u);
-}
-
-TEST_F(FormaterDurationTest, NullTextIsWrittenEmpty) {
-  const FakeDurationPtr foreign(new FakeDuration(WideString()));
-  EXPECT_TRUE(duration_.WriteValue(Variant::FromObject(foreign.get())).IsEmpty());
+  const FakeDurationPtr null(new FakeDuration(WideString()));
+  EXPECT_TRUE(duration_.WriteValue(Variant::FromObject(null.get())).IsEmpty());
 }
 
 TEST_F(FormaterDurationTest, ObjectUnderDispatchIsWrittenToo) {
-  const FakeDurationPtr foreign(new FakeDuration(u"P1D"));
-  foreign->AddRef();
+  foreign_->AddRef();
   VariantData data;
-  data.punkVal = foreign.get();
-  const Variant value = Variant::FromRaw(VT_DISPATCH, data);
-  EXPECT_EQ(Shown(duration_.WriteValue(value)), "P1D");
+  data.punkVal = foreign_.get();
+  EXPECT_EQ(Shown(duration_.WriteValue(Variant::FromRaw(VT_DISPATCH, data))), "P1D");
 }
 
-TEST_F(FormaterDurationTest, ObjectWithoutAnInterfaceIsNoDuration) {
-  const FakeDurationPtr foreign(new FakeDuration(u"P1D"));
-  const Variant value = Variant::FromObject(foreign.get());
-  foreign->AnswerRaw(E_NOINTERFACE);
+TEST_F(FormaterDurationTest, OtherValuesAreNoDurations) {
+  const Variant value = Variant::FromObject(foreign_.get());
+  foreign_->AnswerRaw(E_NOINTERFACE);
   EXPECT_EQ(WritingFails(value), kNoDuration);
-  foreign->AnswerDuration(E_NOINTERFACE);
+  foreign_->AnswerDuration(E_NOINTERFACE);
   EXPECT_EQ(WritingFails(value), kNoDuration);
-  foreign->AnswerRaw(S_OK);
+  foreign_->AnswerRaw(S_OK);
   EXPECT_EQ(WritingFails(value), kNoDuration);
-  EXPECT_EQ(foreign->References(), 2u);
-  EXPECT_EQ(WritingFails(Variant::FromObject(CreateUrl().get())), kNoDuration);
+  EXPECT_EQ(foreign_->References(), 2u);
+  for (const Variant& other : {Variant::FromObject(CreateUrl().get()), Variant::FromObject(nullptr),
+                               Variant(), Variant::Null(), Int(5), Text(u"P1D")})
+    EXPECT_EQ(WritingFails(other), kNoDuration) << other.Tag();
 }
 
-TEST_F(FormaterDurationTest, ValueWithoutObjectIsNoDuration) {
-  EXPECT_EQ(WritingFails(Variant::FromObject(nullptr)), kNoDuration);
-  EXPECT_EQ(WritingFails(Variant()), kNoDuration);
-  EXPECT_EQ(WritingFails(Variant::Null()), kNoDuration);
-  EXPECT_EQ(WritingFails(Variant::FromInt(5)), kNoDuration);
-  EXPECT_EQ(WritingFails(Variant::FromString(u"P1D")), kNoDuration);
-}
-
-TEST_F(FormaterDurationTest, FailedQuestionBringsItsCode) {
-  const FakeDurationPtr foreign(new FakeDuration(u"P1D"));
-  const Variant value = Variant::FromObject(foreign.get());
-  foreign->AnswerRaw(E_OUTOFMEMORY);
+TEST_F(FormaterDurationTest, FailedCallBringsItsCode) {
+  const Variant value = Variant::FromObject(foreign_.get());
+  foreign_->FailGetText(E_UNEXPECTED);
+  EXPECT_EQ(WritingFails(value), "_com_error 0x8000FFFF");
+  foreign_->AnswerRaw(E_OUTOFMEMORY);
   EXPECT_EQ(WritingFails(value), "_com_error 0x8007000E");
-  foreign->AnswerDuration(E_FAIL);
+  foreign_->AnswerDuration(E_FAIL);
   EXPECT_EQ(WritingFails(value), "_com_error 0x80004005");
-  EXPECT_EQ(foreign->References(), 2u);
-}
-
-TEST_F(FormaterDurationTest, FailedTextBringsItsCode) {
-  const FakeDurationPtr foreign(new FakeDuration(u"P1D"));
-  foreign->FailGetText(E_UNEXPECTED);
-  EXPECT_EQ(WritingFails(Variant::FromObject(foreign.get())), "_com_error 0x8000FFFF");
-  EXPECT_EQ(foreign->References(), 1u);
+  EXPECT_EQ(foreign_->References(), 2u);
 }
 
 }  // namespace

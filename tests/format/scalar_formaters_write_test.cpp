@@ -1,13 +1,17 @@
-#include <gtest/gtest.h>
-
+// What the formaters of numbers, booleans and strings write, in any locale of the host.
 #include <cfloat>
 #include <cmath>
 #include <limits>
+#include <utility>
+#include <vector>
 
 #include "com/asked_object.h"
+#include "fixtures/shown_value.h"
+#include "fixtures/thrown.h"
+#include "fixtures/variant_makers.h"
 #include "format/factory_fixture.h"
 #include "format/scalar_formaters.h"
-#include "qvscriptwells/com_error.h"
+#include "support/comma_locale.h"
 #include "support/print_wide_string.h"
 
 namespace qv {
@@ -15,178 +19,131 @@ namespace {
 
 using std::literals::string_view_literals::operator""sv;
 
-Variant Raw(VARTYPE tag, std::int64_t bytes) {
-  VariantData data;
-  data.llVal = bytes;
-  return Variant::FromRaw(tag, data);
-}
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-struct WriteRow {
-  const char* name;
-  Variant value;
-  std::u16string_view text;
-};
+using Rows = std::vector<std::pair<Variant, std::u16string_view>>;
 
 class ScalarFormatersWrite : public FactoryFixture {
  protected:
-  static void ExpectWritten(const char16_t* typeName, const WriteRow& row) {
-    EXPECT_EQ(Get(typeName)->WriteValue(row.value).view(), row.text) << row.name;
-  }
-  static HRESULT CodeOfByte(const Variant& value) {
-    try {
-      Get(u"byte")->WriteValue(value);
-    } catch (const _com_error& error) {
-      return error.Error();
-    }
-    return S_OK;
+  static void ExpectWritten(const char16_t* typeName, const Rows& rows) {
+    for (const auto& [value, text] : rows)
+      EXPECT_EQ(Get(typeName)->WriteValue(value).view(), text) << ShownValue(value);
   }
 };
 
 TEST_F(ScalarFormatersWrite, BooleanIsOneOrZero) {
-  const WriteRow rows[] = {
-      {"true", Variant::FromBool(true), u"1"},
-      {"false", Variant::FromBool(false), u"0"},
-      {"any other bits", Raw(VT_BOOL, 5), u"1"},
-      {"empty", Variant(), u"0"},
-      {"beyond sixteen bits", Variant::FromInt(65536), u"0"},
-      {"int 1", Variant::FromInt(1), u"1"},
-  };
-  for (const WriteRow& row : rows) ExpectWritten(u"boolean", row);
+  const Rows rows = {{Bool(true), u"1"}, {Bool(false), u"0"}, {Raw(VT_BOOL, 5), u"1"},
+                     {Variant(), u"0"},  {Int(65536), u"0"},  {Int(1), u"1"}};
+  ExpectWritten(u"boolean", rows);
 }
 
 TEST_F(ScalarFormatersWrite, ByteIsWhatConvertsToAnInt) {
-  const WriteRow rows[] = {
-      {"byte", Variant::FromByte(5), u"5"},
-      {"negative byte", Variant::FromByte(-128), u"-128"},
-      {"int as it is", Variant::FromInt(300), u"300"},
-      {"big int as it is", Variant::FromInt(-2147483647), u"-2147483647"},
-      {"I4", Raw(VT_I4, 70000), u"70000"},
-      {"short", Variant::FromShort(-7), u"-7"},
-      {"long", Variant::FromLong(2147483647), u"2147483647"},
-      {"unsigned byte", Raw(VT_UI1, 255), u"255"},
-      {"true", Variant::FromBool(true), u"-1"},
-      {"empty", Variant(), u"0"},
-      {"half to even", Variant::FromDouble(2.5), u"2"},
-      {"half to even, up", Variant::FromFloat(3.5f), u"4"},
-      {"text", Variant::FromString(u" 12 "), u"12"},
-  };
-  for (const WriteRow& row : rows) ExpectWritten(u"byte", row);
+  const Rows rows = {{I1(5), u"5"},   {I1(-128), u"-128"}, {Int(300), u"300"},    {I4(70000), u"70000"},
+                     {I2(-7), u"-7"}, {UI1(255), u"255"},  {Bool(true), u"-1"},   {Variant(), u"0"},
+                     {R8(2.5), u"2"}, {R4(3.5f), u"4"},    {Text(u" 12 "), u"12"}};
+  ExpectWritten(u"byte", rows);
+  ExpectWritten(u"byte", {{Int(-2147483647), u"-2147483647"}, {I8(2147483647), u"2147483647"}});
 }
 
 TEST_F(ScalarFormatersWrite, ByteRaisesTheCodeOfTheConversion) {
   AskedObject object;
-  EXPECT_EQ(CodeOfByte(Variant::FromString(u"abc")), DISP_E_TYPEMISMATCH);
-  EXPECT_EQ(CodeOfByte(Variant::FromString(WideString())), DISP_E_TYPEMISMATCH);
-  EXPECT_EQ(CodeOfByte(Variant::Null()), DISP_E_TYPEMISMATCH);
-  EXPECT_EQ(CodeOfByte(Variant::FromObject(&object)), DISP_E_TYPEMISMATCH);
-  EXPECT_EQ(CodeOfByte(Variant::FromLong(2147483648)), DISP_E_OVERFLOW);
-  EXPECT_EQ(CodeOfByte(Variant::FromDouble(1e300)), DISP_E_OVERFLOW);
+  const auto thrown = [](const Variant& value) {
+    return Thrown([&] { Get(u"byte")->WriteValue(value); }).substr(0, 21);
+  };
+  for (const Variant& value : {Text(u"abc"), NullText(), Variant::Null(), Variant::FromObject(&object)})
+    EXPECT_EQ(thrown(value), "_com_error 0x80020005") << ShownValue(value);
+  for (const Variant& value : {I8(2147483648), R8(1e300)})
+    EXPECT_EQ(thrown(value), "_com_error 0x8002000A") << ShownValue(value);
 }
 
 TEST_F(ScalarFormatersWrite, ByteLeavesTheValue) {
-  const Variant value = Variant::FromString(u"12");
+  const Variant value = Text(u"12");
   Get(u"byte")->WriteValue(value);
   EXPECT_EQ(value.Tag(), VT_BSTR);
   EXPECT_EQ(value.Text(), u"12");
 }
 
 TEST_F(ScalarFormatersWrite, ShortIsItsSixteenBits) {
-  const WriteRow rows[] = {
-      {"short", Variant::FromShort(5), u"5"},
-      {"lowest", Variant::FromShort(-32768), u"-32768"},
-      {"int is cut", Variant::FromInt(70000), u"4464"},
-      {"true", Variant::FromBool(true), u"-1"},
-      {"byte leaves the rest zero", Variant::FromByte(-1), u"255"},
-      {"empty", Variant(), u"0"},
-  };
-  for (const WriteRow& row : rows) ExpectWritten(u"short", row);
+  const Rows rows = {{I2(5), u"5"},       {I2(-32768), u"-32768"}, {Int(70000), u"4464"},
+                     {Bool(true), u"-1"}, {I1(-1), u"255"},        {Variant(), u"0"}};
+  ExpectWritten(u"short", rows);
 }
 
 TEST_F(ScalarFormatersWrite, IntIsItsThirtyTwoBits) {
-  const WriteRow rows[] = {
-      {"int", Variant::FromInt(5), u"5"},
-      {"negative", Variant::FromInt(-5), u"-5"},
-      {"seven digits", Variant::FromInt(1234567), u"1234567"},
-      {"lowest", Raw(VT_INT, 0x80000000), u"-2147483648"},
-      {"highest", Variant::FromInt(2147483647), u"2147483647"},
-      {"I4", Raw(VT_I4, 70000), u"70000"},
-      {"short leaves the rest zero", Variant::FromShort(-1), u"65535"},
-      {"true leaves the rest zero", Variant::FromBool(true), u"65535"},
-      {"long is cut", Variant::FromLong(4294967301), u"5"},
-      {"empty", Variant(), u"0"},
-      {"null", Variant::Null(), u"0"},
-  };
-  for (const WriteRow& row : rows) ExpectWritten(u"int", row);
+  const Rows rows = {{Int(5), u"5"},     {Int(-5), u"-5"},       {I4(70000), u"70000"},
+                     {I2(-1), u"65535"}, {Bool(true), u"65535"}, {I8(4294967301), u"5"},
+                     {Variant(), u"0"},  {Variant::Null(), u"0"}};
+  ExpectWritten(u"int", rows);
+  ExpectWritten(u"int", {{Int(1234567), u"1234567"},
+                         {Raw(VT_INT, 0x80000000), u"-2147483648"},
+                         {Int(2147483647), u"2147483647"}});
 }
 
 TEST_F(ScalarFormatersWrite, LongIsItsSixtyFourBits) {
-  const WriteRow rows[] = {
-      {"long", Variant::FromLong(5000000000), u"5000000000"},
-      {"lowest", Variant::FromLong(INT64_MIN), u"-9223372036854775808"},
-      {"highest", Variant::FromLong(INT64_MAX), u"9223372036854775807"},
-      {"int leaves the rest zero", Variant::FromInt(-1), u"4294967295"},
-      {"tag does not matter", Raw(VT_EMPTY, -5), u"-5"},
-      {"empty", Variant(), u"0"},
-  };
-  for (const WriteRow& row : rows) ExpectWritten(u"long", row);
+  ExpectWritten(u"long", {{I8(5000000000), u"5000000000"},
+                          {I8(INT64_MIN), u"-9223372036854775808"},
+                          {I8(INT64_MAX), u"9223372036854775807"},
+                          {Int(-1), u"4294967295"},
+                          {Raw(VT_EMPTY, -5), u"-5"},
+                          {Variant(), u"0"}});
 }
 
 TEST_F(ScalarFormatersWrite, DoubleHasSixSignificantDigits) {
-  const double infinity = std::numeric_limits<double>::infinity();
-  const WriteRow rows[] = {
-      {"0", Variant::FromDouble(0.0), u"0"},
-      {"0.1", Variant::FromDouble(0.1), u"0.1"},
-      {"pi", Variant::FromDouble(3.14159265), u"3.14159"},
-      {"123456.789", Variant::FromDouble(123456.789), u"123457"},
-      {"1234567", Variant::FromDouble(1234567.0), u"1.23457e+06"},
-      {"999999.5", Variant::FromDouble(999999.5), u"1e+06"},
-      {"1e-7", Variant::FromDouble(1e-7), u"1e-07"},
-      {"-2.5", Variant::FromDouble(-2.5), u"-2.5"},
-      {"1e100", Variant::FromDouble(1e100), u"1e+100"},
-      {"largest", Variant::FromDouble(DBL_MAX), u"1.79769e+308"},
-      {"not a number", Variant::FromDouble(std::nan("")), u"nan"},
-      {"infinity", Variant::FromDouble(infinity), u"inf"},
-      {"minus infinity", Variant::FromDouble(-infinity), u"-inf"},
-      {"date", Variant::FromDate(36526.5), u"36526.5"},
-      {"float leaves the rest zero", Variant::FromFloat(1.0f), u"5.26354e-315"},
-      {"empty", Variant(), u"0"},
-  };
-  for (const WriteRow& row : rows) ExpectWritten(u"double", row);
+  const Rows rows = {{R8(0.0), u"0"},
+                     {R8(0.1), u"0.1"},
+                     {R8(3.14159265), u"3.14159"},
+                     {R8(123456.789), u"123457"},
+                     {R8(1234567.0), u"1.23457e+06"},
+                     {R8(999999.5), u"1e+06"},
+                     {R8(1e-7), u"1e-07"},
+                     {R8(-2.5), u"-2.5"},
+                     {R8(1e100), u"1e+100"},
+                     {R8(DBL_MAX), u"1.79769e+308"},
+                     {R8(std::nan("")), u"nan"},
+                     {R8(kInfinity), u"inf"},
+                     {R8(-kInfinity), u"-inf"},
+                     {Date(36526.5), u"36526.5"},
+                     {R4(1.0f), u"5.26354e-315"},
+                     {Variant(), u"0"}};
+  ExpectWritten(u"double", rows);
 }
 
 TEST_F(ScalarFormatersWrite, FloatHasSixSignificantDigits) {
-  const WriteRow rows[] = {
-      {"0", Variant::FromFloat(0.0f), u"0"},
-      {"0.1", Variant::FromFloat(0.1f), u"0.1"},
-      {"16777216", Variant::FromFloat(16777216.0f), u"1.67772e+07"},
-      {"1e-7", Variant::FromFloat(1e-7f), u"1e-07"},
-      {"largest", Variant::FromFloat(FLT_MAX), u"3.40282e+38"},
-      {"infinity", Variant::FromFloat(std::numeric_limits<float>::infinity()), u"inf"},
-      {"not a number", Variant::FromFloat(std::nanf("")), u"nan"},
-      {"low half of a double", Variant::FromDouble(1.0), u"0"},
-      {"empty", Variant(), u"0"},
-  };
-  for (const WriteRow& row : rows) ExpectWritten(u"float", row);
+  const Rows rows = {{R4(0.0f), u"0"},
+                     {R4(0.1f), u"0.1"},
+                     {R4(1e-7f), u"1e-07"},
+                     {R4(FLT_MAX), u"3.40282e+38"},
+                     {R4(std::nanf("")), u"nan"},
+                     {R8(1.0), u"0"},
+                     {Variant(), u"0"}};
+  ExpectWritten(u"float", rows);
+  ExpectWritten(u"float",
+                {{R4(16777216.0f), u"1.67772e+07"}, {R4(std::numeric_limits<float>::infinity()), u"inf"}});
 }
 
-TEST_F(ScalarFormatersWrite, StringIsEscaped) {
-  const WriteRow rows[] = {
-      {"plain", Variant::FromString(u"abc"), u"abc"},
-      {"less-than", Variant::FromString(u"a<b"), u"a&lt;b"},
-      {"all five", Variant::FromString(u"\"&'<>"), u"&quot;&amp;&apos;&lt;&gt;"},
-      {"beyond ASCII", Variant::FromString(u"\u00E9\U0001F600"), u"&#233;&#55357;&#56832;"},
-      {"control", Variant::FromString(u"\x01\n"), u"\x01\n"},
-      {"null unit ends it", Variant::FromString(WideString(u"a\0b"sv)), u"a"},
-      {"empty", Variant::FromString(u""), u""},
-      {"null", Variant::FromString(WideString()), u""},
-      {"no text at all", Variant::FromInt(5), u""},
-      {"fresh value", Variant(), u""},
-  };
-  for (const WriteRow& row : rows) ExpectWritten(u"string", row);
+TEST_F(ScalarFormatersWrite, StringIsEscapedAndEndsAtANullUnit) {
+  const Rows rows = {{Text(u"abc"), u"abc"},  {Text(u"a<b"), u"a&lt;b"}, {Text(u"\x01\n"), u"\x01\n"},
+                     {Text(u"a\0b"sv), u"a"}, {Text(u""), u""},          {NullText(), u""},
+                     {Int(5), u""},           {Variant(), u""}};
+  ExpectWritten(u"string", rows);
+  ExpectWritten(u"string", {{Text(u"\"&'<>"), u"&quot;&amp;&apos;&lt;&gt;"},
+                            {Text(u"\u00E9\U0001F600"), u"&#233;&#55357;&#56832;"}});
+  EXPECT_FALSE(Get(u"string")->WriteValue(NullText()).IsNull());
 }
 
-TEST_F(ScalarFormatersWrite, TextOfNothingIsNotNull) {
-  EXPECT_FALSE(Get(u"string")->WriteValue(Variant::FromString(WideString())).IsNull());
+TEST_F(ScalarFormatersWrite, KnowsNoLocale) {
+  const CommaLocale comma;
+  ExpectWritten(u"int", {{Int(1234567), u"1234567"}});
+  ExpectWritten(u"long", {{I8(-1234567890123), u"-1234567890123"}});
+  ExpectWritten(u"short", {{I2(12345), u"12345"}});
+  ExpectWritten(u"byte", {{Int(1234), u"1234"}, {Text(u"3.5"), u"4"}});
+  ExpectWritten(u"string", {{Text(u"\u20AC"), u"&#8364;"}});
+  ExpectWritten(u"double", {{R8(1234.5), u"1234.5"}, {R8(1234567.0), u"1.23457e+06"}});
+  ExpectWritten(u"float", {{R4(1234.5f), u"1234.5"}});
+  EXPECT_EQ(ReadContent(Get(u"double"), u"1.5").Data().dblVal, 1.5);
+  EXPECT_EQ(ReadContent(Get(u"float"), u"1.5").Data().fltVal, 1.5f);
+  EXPECT_EQ(ReadContent(Get(u"double"), u"1,5").Data().dblVal, 1.0);
+  EXPECT_EQ(ReadContent(Get(u"int"), u"1.234").Data().intVal, 1);
 }
 
 }  // namespace

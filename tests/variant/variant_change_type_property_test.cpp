@@ -49,7 +49,7 @@ void ExpectSound(const Variant& source, VARTYPE tag) {
   ASSERT_TRUE(IsSame(again, destination)) << ShownValue(source) << " to " << tag;
 }
 
-// A pointer under VT_VARIANT would promise a whole Variant where only its value stands.
+// A pointer under VT_VARIANT would promise a whole Variant where there is only its value.
 bool HasPointerForm(VARTYPE tag) {
   return tag != VT_VARIANT && (tag & VT_BYREF) == 0;
 }
