@@ -1,24 +1,16 @@
 #include "automation/class_factory.h"
 
-#include <iterator>
-
-#include "automation/object_support.h"
 #include "com/module.h"
 #include "qvscriptwells/error_info.h"
 
 namespace qv {
-
-HRESULT ClassFactory::QueryInterface(const Guid& iid, void** object) noexcept {
-  const InterfaceRow rows[] = {{IClassFactory::kIid, static_cast<IClassFactory*>(this), this}};
-  return AnswerQuery(rows, std::size(rows), iid, object);
-}
 
 std::uint32_t ClassFactory::AddRef() noexcept {
   LockModule();
   return ++count_;
 }
 
-// The last thing done is to let the library go.
+// Unlocks the library last.
 std::uint32_t ClassFactory::Release() noexcept {
   const std::uint32_t left = --count_;
   UnlockModule();

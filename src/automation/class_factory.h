@@ -4,6 +4,7 @@
 
 #include <atomic>
 
+#include "com/counted_object.h"
 #include "qvscriptwells/class_factory.h"
 
 namespace qv {
@@ -11,11 +12,10 @@ namespace qv {
 // Makes an object of the class, as IClassFactory::CreateInstance does.
 using ObjectCreator = HRESULT (*)(IUnknown* outer, const Guid& iid, void** object) noexcept;
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public ComObject<IClassFactory> {
  public:
   explicit ClassFactory(ObjectCreator creator) noexcept : creator_(creator) {}
 
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override;
   std::uint32_t Release() noexcept override;
   HRESULT CreateInstance(IUnknown* outer, const Guid& iid, void** object) noexcept override;

@@ -1,6 +1,6 @@
 #include "qvscriptwells/describe.h"
 
-#include "automation/dispatch_tables.h"
+#include "automation/dispatch_faces.h"
 
 namespace qv {
 namespace {

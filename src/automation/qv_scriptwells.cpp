@@ -1,16 +1,109 @@
 #include "automation/qv_scriptwells.h"
 
-#include <iterator>
-#include <new>
-
-#include "automation/object_support.h"
+#include "automation/dispatch_faces.h"
+#include "com/counted_object.h"
+#include "com/guarded.h"
+#include "com/module.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_call.h"
-#include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
-#include "qvscriptwells/error_info.h"
+#include "session/qv_scriptwells_impl.h"
 
 namespace qv {
+namespace {
+
+using Logic = QvScriptwellsImpl;
+
+// The client object. It may be a part of another object: its interfaces then count and answer through that
+// one. It keeps itself alive during operations that call the host's services, since these may release it.
+class QvScriptwells final : public CountedObject<QvScriptwellsDispatch, QvClientServiceRawDispatch,
+                                                 SupportsErrorInfo<IQvScriptwells>, IProvideClassInfo> {
+ public:
+  // `outer` is null for an object that is no part. Throws `_com_error`, E_OUTOFMEMORY.
+  explicit QvScriptwells(IUnknown* outer) : inner_(*this), controlling_(outer == nullptr ? &inner_ : outer) {}
+
+  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
+    return controlling_->QueryInterface(iid, object);
+  }
+  std::uint32_t AddRef() noexcept override { return controlling_->AddRef(); }
+  std::uint32_t Release() noexcept override { return controlling_->Release(); }
+
+  HRESULT ConnectionModel(IConnectionModel** model) noexcept override {
+    return logic_.Run(model, [&](Logic& logic) {
+      const IQvScriptwellsPtr self(this);
+      *model = logic.get_ConnectionModel().detach();
+    });
+  }
+  HRESULT Url(IUrl** url) noexcept override {
+    return logic_.Run(url, [&](Logic& logic) { *url = logic.get_Url().detach(); });
+  }
+  HRESULT Duration(IDuration** duration) noexcept override {
+    return logic_.Run(duration, [&](Logic& logic) { *duration = logic.get_Duration().detach(); });
+  }
+  HRESULT ConnectionString(IConnectionString** connectionString) noexcept override {
+    return logic_.Run(connectionString, [&](Logic& logic) {
+      const IQvScriptwellsPtr self(this);
+      *connectionString = logic.get_ConnectionString().detach();
+    });
+  }
+  HRESULT AttachedFile(IAttachedFile** file) noexcept override {
+    return logic_.Run(file, [&](Logic& logic) { *file = logic.get_AttachedFile().detach(); });
+  }
+  HRESULT Parameters(IParameters** parameters) noexcept override {
+    return logic_.Run(parameters, [&](Logic& logic) { *parameters = logic.get_Parameters().detach(); });
+  }
+  HRESULT get_ServerName(WideString* value) noexcept override {
+    return logic_.Get(value, &Logic::get_ServerName);
+  }
+  HRESULT put_ServerName(const WideString& value) noexcept override {
+    return logic_.Put(value, &Logic::put_ServerName);
+  }
+  HRESULT get_Proxy(WideString* value) noexcept override { return logic_.Get(value, &Logic::get_Proxy); }
+  HRESULT put_Proxy(const WideString& value) noexcept override {
+    return logic_.Put(value, &Logic::put_Proxy);
+  }
+  HRESULT Init(IUnknown* pVal) noexcept override {
+    return logic_.Run([&](Logic& logic) {
+      const IQvScriptwellsPtr self(this);
+      logic.Init(pVal);
+    });
+  }
+
+  HRESULT GetClassInfo(ITypeInfo** info) noexcept override {
+    if (info == nullptr) return E_POINTER;
+    *info = nullptr;
+    return TYPE_E_CANTLOADLIBRARY;
+  }
+
+  // The object's own identity, which an outer object holds.
+  IUnknown* Inner() noexcept { return &inner_; }
+
+ private:
+  // Counts and answers for the object itself, whoever controls it.
+  class InnerUnknown final : public IUnknown {
+   public:
+    explicit InnerUnknown(QvScriptwells& owner) noexcept : owner_(owner) {}
+    HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
+      if (iid != IUnknown::kIid) return owner_.CountedObject::QueryInterface(iid, object);
+      if (object == nullptr) return E_POINTER;
+      *object = static_cast<IUnknown*>(this);
+      AddRef();
+      return S_OK;
+    }
+    std::uint32_t AddRef() noexcept override { return owner_.CountedObject::AddRef(); }
+    std::uint32_t Release() noexcept override { return owner_.CountedObject::Release(); }
+
+   private:
+    QvScriptwells& owner_;
+  };
+
+  ModuleLock lock_;
+  InnerUnknown inner_;
+  IUnknown* controlling_;  // not counted: an outer object owns this one
+  GuardedLogic<Logic, CLSID_QvScriptwells> logic_;
+};
+
+}  // namespace
 
 HRESULT CreateQvScriptwellsObject(IUnknown* outer, const Guid& iid, void** object) noexcept {
   if (object == nullptr) return E_POINTER;
@@ -30,173 +123,18 @@ IQvScriptwellsPtr CreateQvScriptwells() {
 
 IQvScriptwellsPtr CreateQvScriptwells(const WideString& serverName, const WideString& proxy,
                                       IQvServiceProvider* provider) {
-  auto* const object = new QvScriptwells(nullptr);
-  IQvScriptwellsPtr client(object);
-  ThrowIfFailed(object->Init(provider));
-  ThrowIfFailed(object->put_ServerName(serverName));
-  ThrowIfFailed(object->put_Proxy(proxy));
+  const boost::intrusive_ptr<QvScriptwells> client(new QvScriptwells(nullptr));
+  ThrowIfFailed(client->Init(provider));
+  ThrowIfFailed(client->put_ServerName(serverName));
+  ThrowIfFailed(client->put_Proxy(proxy));
   return client;
 }
 
 IConnectionModelPtr ModelOf(IQvScriptwells* client) {
   if (client == nullptr) _com_raise_error(E_POINTER);
-  IConnectionModel* raw = nullptr;
-  ThrowIfFailed(client->ConnectionModel(&raw));
-  return IConnectionModelPtr(raw, false);
-}
-
-QvScriptwells::QvScriptwells(IUnknown* outer)
-    : inner_(this), controlling_(outer == nullptr ? &inner_ : outer) {}
-
-HRESULT QvScriptwells::InnerUnknown::QueryInterface(const Guid& iid, void** object) noexcept {
-  return owner_->AnswerInnerQuery(iid, object);
-}
-
-std::uint32_t QvScriptwells::InnerUnknown::Release() noexcept {
-  const std::uint32_t left = count_.Drop();
-  if (left == 0) delete owner_;
-  return left;
-}
-
-HRESULT QvScriptwells::QueryInterface(const Guid& iid, void** object) noexcept {
-  return controlling_->QueryInterface(iid, object);
-}
-
-HRESULT QvScriptwells::AnswerInnerQuery(const Guid& iid, void** object) noexcept {
-  auto* const first = static_cast<IQvScriptwells*>(this);
-  const InterfaceRow rows[] = {
-      {IUnknown::kIid, &inner_, &inner_},
-      {IQvScriptwells::kIid, first, first},
-      {IDispatch::kIid, first, first},
-      {IQvClientServiceRaw::kIid, static_cast<IQvClientServiceRaw*>(this), first},
-      {ISupportErrorInfo::kIid, static_cast<ISupportErrorInfo*>(this), first},
-      {IProvideClassInfo::kIid, static_cast<IProvideClassInfo*>(this), first},
-  };
-  return AnswerQuery(rows, std::size(rows), iid, object);
-}
-
-HRESULT QvScriptwells::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
-  return iid == IQvScriptwells::kIid ? S_OK : S_FALSE;
-}
-
-HRESULT QvScriptwells::GetClassInfo(ITypeInfo** info) noexcept {
-  if (info == nullptr) return E_POINTER;
-  *info = nullptr;
-  return TYPE_E_CANTLOADLIBRARY;
-}
-
-// A host's services are called on the way, and may release this object.
-HRESULT QvScriptwells::ConnectionModel(IConnectionModel** model) noexcept {
-  ClearErrorInfo();
-  if (model == nullptr) return E_POINTER;
-  try {
-    const IQvScriptwellsPtr self(this);
-    *model = logic_.get_ConnectionModel().detach();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException(CLSID_QvScriptwells);
-  }
-}
-
-HRESULT QvScriptwells::Url(IUrl** url) noexcept {
-  ClearErrorInfo();
-  if (url == nullptr) return E_POINTER;
-  try {
-    *url = logic_.get_Url().detach();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException(CLSID_QvScriptwells);
-  }
-}
-
-HRESULT QvScriptwells::Duration(IDuration** duration) noexcept {
-  ClearErrorInfo();
-  if (duration == nullptr) return E_POINTER;
-  try {
-    *duration = logic_.get_Duration().detach();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException(CLSID_QvScriptwells);
-  }
-}
-
-HRESULT QvScriptwells::ConnectionString(IConnectionString** connectionString) noexcept {
-  ClearErrorInfo();
-  if (connectionString == nullptr) return E_POINTER;
-  try {
-    const IQvScriptwellsPtr self(this);
-    *connectionString = logic_.get_ConnectionString().detach();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException(CLSID_QvScriptwells);
-  }
-}
-
-HRESULT QvScriptwells::AttachedFile(IAttachedFile** file) noexcept {
-  ClearErrorInfo();
-  if (file == nullptr) return E_POINTER;
-  try {
-    *file = logic_.get_AttachedFile().detach();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException(CLSID_QvScriptwells);
-  }
-}
-
-HRESULT QvScriptwells::Parameters(IParameters** parameters) noexcept {
-  ClearErrorInfo();
-  if (parameters == nullptr) return E_POINTER;
-  try {
-    *parameters = logic_.get_Parameters().detach();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException(CLSID_QvScriptwells);
-  }
-}
-
-HRESULT QvScriptwells::get_ServerName(WideString* serverName) noexcept {
-  return Get(serverName, &QvScriptwellsImpl::get_ServerName);
-}
-HRESULT QvScriptwells::put_ServerName(const WideString& serverName) noexcept {
-  return Put(serverName, &QvScriptwellsImpl::put_ServerName);
-}
-HRESULT QvScriptwells::get_Proxy(WideString* proxy) noexcept {
-  return Get(proxy, &QvScriptwellsImpl::get_Proxy);
-}
-HRESULT QvScriptwells::put_Proxy(const WideString& proxy) noexcept {
-  return Put(proxy, &QvScriptwellsImpl::put_Proxy);
-}
-
-HRESULT QvScriptwells::Init(IUnknown* pVal) noexcept {
-  ClearErrorInfo();
-  try {
-    const IQvScriptwellsPtr self(this);
-    logic_.Init(pVal);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException(CLSID_QvScriptwells);
-  }
-}
-
-HRESULT QvScriptwells::Get(WideString* value, WideString (QvScriptwellsImpl::*get)()) noexcept {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  try {
-    *value = (logic_.*get)();
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException(CLSID_QvScriptwells);
-  }
-}
-
-HRESULT QvScriptwells::Put(const WideString& value, void (QvScriptwellsImpl::*put)(WideString)) noexcept {
-  ClearErrorInfo();
-  try {
-    (logic_.*put)(value);
-    return S_OK;
-  } catch (...) {
-    return ResultFromCaughtException(CLSID_QvScriptwells);
-  }
+  IConnectionModelPtr model;
+  ThrowIfFailed(client->ConnectionModel(Put(model)));
+  return model;
 }
 
 }  // namespace qv

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <string>
 
-#include "automation/object_support.h"
+#include "com/guarded.h"
 #include "com/module.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"

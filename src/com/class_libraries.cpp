@@ -8,6 +8,7 @@
 #include <string>
 
 #include "com/class_names.h"
+#include "com/error_message.h"
 #include "com/guid_text.h"
 #include "com/library_file.h"
 #include "com/module_hooks.h"
@@ -171,9 +172,7 @@ HRESULT LibraryClassObject(const Guid& classId, const Guid& iid, void** object) 
   try {
     return AskLibrary(classId, iid, object);
   } catch (const _com_error& error) {
-    ErrorInfo info;
-    info.description = error.Description();
-    if (!info.description.IsNull()) SetErrorInfo(info);
+    if (!error.Description().IsNull()) PostErrorMessage(error.Description());
     return error.Error();
   } catch (...) {
     return E_OUTOFMEMORY;

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "com/error_message.h"
 #include "com/guid_text.h"
 #include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/error_info.h"
@@ -41,10 +42,8 @@ std::string Fault(const RegistryLayer& layer) {
 }
 
 void PostUnknownName(const WideString& progId) {
-  ErrorInfo record;
-  record.description =
-      FromUtf8("The registry knows no class named \"" + ToUtf8(progId) + "\"" + SearchedRegistry());
-  SetErrorInfo(record);
+  PostErrorMessage(
+      FromUtf8("The registry knows no class named \"" + ToUtf8(progId) + "\"" + SearchedRegistry()));
 }
 
 }  // namespace

@@ -25,21 +25,4 @@ class ModuleLock {
   ModuleLock& operator=(const ModuleLock&) = delete;
 };
 
-// The count of such an object; plain, for one thread.
-class ReferenceCount {
- public:
-  std::uint32_t Add() noexcept { return ++count_; }
-  // The references that are left. 0 is the word to delete the object, and is said once: a host that is called
-  // while the object goes may take and return references to it still.
-  std::uint32_t Drop() noexcept {
-    const std::uint32_t left = --count_;
-    if (left == 0) count_ = kEnding;
-    return left;
-  }
-
- private:
-  static constexpr std::uint32_t kEnding = 0x40000000;
-  std::uint32_t count_ = 0;
-};
-
 }  // namespace qv

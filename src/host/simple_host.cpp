@@ -17,9 +17,9 @@ bool Fill(BStr text, std::u16string_view value) noexcept {
   return true;
 }
 
-// Puts `value` into an in/out text; a null value leaves null there. Nobody looks at the result, so a text
-// that fits is written in place, where nothing can fail. One that neither fits nor can be copied leaves no
-// value: what stood there before may be the answer to another question.
+// Puts `value` into an in/out text; a null value leaves null there. The library ignores the result, so a text
+// that fits is written in place, where nothing can fail. A text that neither fits nor can be copied leaves
+// null: the old content may be the answer to another question.
 HRESULT Answer(BStr* text, const WideString& value) noexcept {
   if (text == nullptr) return E_POINTER;
   if (!value.IsNull() && (Fill(*text, value.view()) || ReplaceString(text, value.view()))) return S_OK;
@@ -29,24 +29,6 @@ HRESULT Answer(BStr* text, const WideString& value) noexcept {
 }
 
 }  // namespace
-
-HRESULT SimpleHost::QueryInterface(const Guid& iid, void** object) noexcept {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  if (iid == IUnknown::kIid || iid == IQvClientServices::kIid)
-    *object = static_cast<IQvClientServices*>(this);
-  if (iid == IQvClientServicesSink::kIid) *object = static_cast<IQvClientServicesSink*>(this);
-  if (iid == ISimpleHost::kIid) *object = static_cast<ISimpleHost*>(this);
-  if (*object == nullptr) return E_NOINTERFACE;
-  AddRef();
-  return S_OK;
-}
-
-std::uint32_t SimpleHost::Release() noexcept {
-  const std::uint32_t left = --count_;
-  if (left == 0) delete this;
-  return left;
-}
 
 HRESULT SimpleHost::GetUserName(BStr* text) noexcept {
   return Answer(text, user_.userName);
@@ -64,7 +46,7 @@ HRESULT SimpleHost::GetUsid(BStr* text) noexcept {
   return Answer(text, user_.usid);
 }
 
-// There is no database of its own to name.
+// It has no database to name.
 HRESULT SimpleHost::SetDatabaseName(const WideString&) noexcept {
   return S_OK;
 }
@@ -102,7 +84,7 @@ HRESULT SimpleHost::GetSession(SimpleHostSession* session) noexcept {
 IQvClientServicesPtr CreateSimpleHost(const SimpleHostUser& user) {
   IQvClientServices* services = new (std::nothrow) SimpleHost(user);
   if (services == nullptr) _com_raise_error(E_OUTOFMEMORY);
-  return IQvClientServicesPtr(services, false);
+  return IQvClientServicesPtr(services);
 }
 
 }  // namespace qv

@@ -1,19 +1,15 @@
-// The services object behind CreateSimpleHost: a fixed user, and a memory for what the sink is told.
+// The services object of CreateSimpleHost: a fixed user, and a record of what the sink was called with.
 #pragma once
 
+#include "com/counted_object.h"
 #include "qvscriptwells/secret_text.h"
 #include "qvscriptwells/simple_host.h"
 
 namespace qv {
 
-class SimpleHost final : public IQvClientServices, public IQvClientServicesSink, public ISimpleHost {
+class SimpleHost final : public CountedObject<IQvClientServices, IQvClientServicesSink, ISimpleHost> {
  public:
-  // Starts with one reference, which the maker owns.
   explicit SimpleHost(const SimpleHostUser& user) : user_(user) { MarkSecret(user_.usid); }
-
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return ++count_; }
-  std::uint32_t Release() noexcept override;
 
   HRESULT GetUserName(BStr* text) noexcept override;
   HRESULT GetDatabaseId(BStr* text) noexcept override;
@@ -31,9 +27,6 @@ class SimpleHost final : public IQvClientServices, public IQvClientServicesSink,
   HRESULT GetSession(SimpleHostSession* session) noexcept override;
 
  private:
-  ~SimpleHost() = default;
-
-  std::uint32_t count_ = 1;
   SimpleHostUser user_;
   SimpleHostSession session_;
 };

@@ -6,21 +6,6 @@
 
 namespace qv {
 
-HRESULT SimpleServiceProvider::QueryInterface(const Guid& iid, void** object) noexcept {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  if (iid != IUnknown::kIid && iid != IQvServiceProvider::kIid) return E_NOINTERFACE;
-  *object = static_cast<IQvServiceProvider*>(this);
-  AddRef();
-  return S_OK;
-}
-
-std::uint32_t SimpleServiceProvider::Release() noexcept {
-  const std::uint32_t left = --count_;
-  if (left == 0) delete this;
-  return left;
-}
-
 HRESULT SimpleServiceProvider::GetService(const WideString& name, IUnknown** service) noexcept {
   if (service == nullptr) return E_POINTER;
   *service = nullptr;
@@ -33,7 +18,7 @@ HRESULT SimpleServiceProvider::GetService(const WideString& name, IUnknown** ser
 IQvServiceProviderPtr CreateSimpleServiceProvider(IQvClientServices* services) {
   IQvServiceProvider* provider = new (std::nothrow) SimpleServiceProvider(services);
   if (provider == nullptr) _com_raise_error(E_OUTOFMEMORY);
-  return IQvServiceProviderPtr(provider, false);
+  return IQvServiceProviderPtr(provider);
 }
 
 }  // namespace qv

@@ -5,8 +5,8 @@
 #include <ostream>
 #include <stdexcept>
 
-#include "automation/object_support.h"
 #include "automation/waiting_record.h"
+#include "com/guarded.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "automation/object_support.h"
 #include "automation/registration.h"
+#include "com/guarded.h"
 #include "fixtures/environment.h"
 #include "fixtures/ordinary_user.h"
 #include "fixtures/shown_text.h"

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <new>
 
+#include "com/error_message.h"
 #include "qvscriptwells/com_error.h"
-#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
@@ -64,22 +64,6 @@ constexpr ErrnoRow kErrnoRows[] = {
     {EEXIST, HTTP_E_FILE_EXISTS},    {ENOMEM, E_OUTOFMEMORY},
 };
 
-void Post(const Guid& interfaceId, const WideString& words) noexcept {
-  ErrorInfo info;
-  info.interfaceId = interfaceId;
-  info.description = words;
-  SetErrorInfo(info);
-}
-
-// Words may run out of memory themselves; then the record has none.
-void PostWords(const Guid& interfaceId, const char* words) noexcept {
-  try {
-    Post(interfaceId, FromUtf8(words));
-  } catch (...) {
-    Post(interfaceId, WideString());
-  }
-}
-
 }  // namespace
 
 void ThrowWrongState(const char* words) {
@@ -120,16 +104,16 @@ HRESULT ReportCurrentException(const Guid& interfaceId) noexcept {
   try {
     throw;
   } catch (const HttpFailure& failure) {
-    PostWords(interfaceId, failure.what());
+    PostErrorMessage(failure.what(), interfaceId);
     return failure.Code();
   } catch (const _com_error& error) {
-    Post(interfaceId, error.Description());
+    PostErrorMessage(error.Description(), interfaceId);
     return error.Error();
   } catch (const std::bad_alloc&) {
-    PostWords(interfaceId, curl_easy_strerror(CURLE_OUT_OF_MEMORY));
+    PostErrorMessage(curl_easy_strerror(CURLE_OUT_OF_MEMORY), interfaceId);
     return E_OUTOFMEMORY;
   } catch (...) {
-    PostWords(interfaceId, "Unexpected failure of the HTTP component");
+    PostErrorMessage("Unexpected failure of the HTTP component", interfaceId);
     return E_UNEXPECTED;
   }
 }

@@ -1,47 +1,27 @@
 #include "components/recordlist/list_refusal.h"
 
 #include <cstdio>
-#include <cstring>
 
-#include "qvscriptwells/error_info.h"
+#include "com/error_message.h"
 
 namespace qv {
 namespace {
 
-[[noreturn]] void Throw(HRESULT code, const char* words) {
+[[noreturn]] void Throw(HRESULT code, const char* message) {
   ListRefusal refusal{code, {}};
-  static_cast<void>(std::snprintf(refusal.words, sizeof refusal.words, "%s", words));
+  static_cast<void>(std::snprintf(refusal.message, sizeof refusal.message, "%s", message));
   throw ListRefusal(refusal);
-}
-
-WideString Widened(const char* words) {
-  char16_t units[sizeof ListRefusal::words];
-  std::size_t length = 0;
-  for (; words[length] != '\0'; ++length) units[length] = static_cast<unsigned char>(words[length]);
-  return std::u16string_view(units, length);
-}
-
-// Words may run out of memory themselves; then the record has none.
-HRESULT Post(HRESULT code, const char* words) noexcept {
-  ErrorInfo info;
-  try {
-    info.description = Widened(words);
-  } catch (...) {
-    info.description = WideString();
-  }
-  SetErrorInfo(info);
-  return code;
 }
 
 }  // namespace
 
-void ThrowLocked(const char* words) {
-  Throw(E_ACCESSDENIED, words);
+void ThrowLocked(const char* message) {
+  Throw(E_ACCESSDENIED, message);
 }
 
 void ThrowNoColumn(std::int32_t index, std::size_t count) {
   ListRefusal refusal{DISP_E_BADINDEX, {}};
-  static_cast<void>(std::snprintf(refusal.words, sizeof refusal.words,
+  static_cast<void>(std::snprintf(refusal.message, sizeof refusal.message,
                                   "There is no column %ld; the list has %zu.", static_cast<long>(index),
                                   count));
   throw ListRefusal(refusal);
@@ -53,8 +33,8 @@ void ThrowNoMoreRecords() {
 
 void ThrowBadTag(VARTYPE tag) {
   ListRefusal refusal{DISP_E_BADVARTYPE, {}};
-  static_cast<void>(std::snprintf(refusal.words, sizeof refusal.words, "A value of tag %u cannot be stored.",
-                                  static_cast<unsigned>(tag)));
+  static_cast<void>(std::snprintf(refusal.message, sizeof refusal.message,
+                                  "A value of tag %u cannot be stored.", static_cast<unsigned>(tag)));
   throw ListRefusal(refusal);
 }
 
@@ -66,9 +46,11 @@ HRESULT ReportListFailure() noexcept {
   try {
     throw;
   } catch (const ListRefusal& refusal) {
-    return Post(refusal.code, refusal.words);
+    PostErrorMessage(refusal.message);
+    return refusal.code;
   } catch (...) {
-    return Post(E_OUTOFMEMORY, "There is not enough memory.");
+    PostErrorMessage("There is not enough memory.");
+    return E_OUTOFMEMORY;
   }
 }
 

@@ -13,19 +13,19 @@ namespace qv {
 // Carried from where it happens to the edge. Making one takes no memory.
 struct ListRefusal {
   HRESULT code;
-  char words[80];  // ASCII
+  char message[80];  // ASCII
 };
 
-// E_ACCESSDENIED; `words` say what is locked.
-[[noreturn]] void ThrowLocked(const char* words);
+// E_ACCESSDENIED; `message` says what is locked.
+[[noreturn]] void ThrowLocked(const char* message);
 [[noreturn]] void ThrowNoColumn(std::int32_t index, std::size_t count);  // DISP_E_BADINDEX
 [[noreturn]] void ThrowNoMoreRecords();                                  // DISP_E_BADINDEX
 [[noreturn]] void ThrowBadTag(VARTYPE tag);                              // DISP_E_BADVARTYPE
-// E_POINTER when there is no place for an answer.
+// E_POINTER for a null output parameter.
 void CheckPlace(const void* place);
 
-// For a catch-all clause: the result code of the exception that is being handled, with its words posted as
-// this thread's error record. Whatever is no ListRefusal is lack of memory.
+// For `catch (...)`: the result code of the exception that is being handled, with its message posted as this
+// thread's error record. Anything that is not a ListRefusal is lack of memory.
 HRESULT ReportListFailure() noexcept;
 
 }  // namespace qv

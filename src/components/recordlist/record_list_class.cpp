@@ -8,7 +8,7 @@ HRESULT CreateRecordListComponent(const Guid& iid, void** object) {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   try {
-    const RecordListObjectPtr list(new RecordListObject, false);
+    const RecordListObjectPtr list(new RecordListObject);
     return list->QueryInterface(iid, object);
   } catch (...) {
     return E_OUTOFMEMORY;  // making an empty list fails for nothing else

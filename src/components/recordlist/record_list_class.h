@@ -1,4 +1,4 @@
-// The class behind CLSID_RecordList.
+// The class of CLSID_RecordList.
 #pragma once
 
 #include "qvscriptwells/guid.h"
@@ -6,7 +6,7 @@
 
 namespace qv {
 
-// A ClassCreator (class_registry.h): makes an empty list and hands out `iid` of it.
+// A ClassCreator (class_registry.h): makes an empty list and returns `iid` of it.
 HRESULT CreateRecordListComponent(const Guid& iid, void** object);
 
 }  // namespace qv

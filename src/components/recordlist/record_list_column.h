@@ -1,21 +1,19 @@
-// One column of a record list. It lives in the list's columns and counts with the list, so that handing it
-// out costs nothing and keeps the list alive.
+// One column of a record list. It lives in the list's columns and counts with the list, so that returning it
+// costs nothing and keeps the list alive.
 #pragma once
 
+#include "com/counted_object.h"
 #include "qvscriptwells/record_list.h"
 
 namespace qv {
 
 class RecordListColumns;
 
-class RecordListColumn final : public IRecordListHeader, public ISupportErrorInfo {
+class RecordListColumn final : public ComObject<IRecordListHeader, SupportsErrorInfo<IRecordListHeader>> {
  public:
   RecordListColumn(RecordListColumns& columns, const WideString& name, std::int32_t columnType) noexcept
       : columns_(columns), name_(name), type_(columnType) {}
-  RecordListColumn(const RecordListColumn&) = delete;
-  RecordListColumn& operator=(const RecordListColumn&) = delete;
 
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override;
   std::uint32_t Release() noexcept override;
 
@@ -23,8 +21,6 @@ class RecordListColumn final : public IRecordListHeader, public ISupportErrorInf
   HRESULT SetDisplayName(const WideString& name) noexcept override;
   HRESULT GetName(WideString* name) noexcept override;
   HRESULT GetType(std::int32_t* columnType) noexcept override;
-
-  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
  private:
   RecordListColumns& columns_;

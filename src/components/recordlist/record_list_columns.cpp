@@ -1,16 +1,11 @@
 #include "components/recordlist/record_list_columns.h"
 
+#include "com/guarded.h"
 #include "components/recordlist/list_refusal.h"
-#include "components/recordlist/object_faces.h"
 #include "components/recordlist/record_list_object.h"
 #include "qvscriptwells/error_info.h"
 
 namespace qv {
-
-HRESULT RecordListColumns::QueryInterface(const Guid& iid, void** object) noexcept {
-  return AnswerQueryFor({IRecordListHeaders::kIid, static_cast<IRecordListHeaders*>(this), this}, iid,
-                        object);
-}
 
 std::uint32_t RecordListColumns::AddRef() noexcept {
   return list_.AddRef();
@@ -20,22 +15,16 @@ std::uint32_t RecordListColumns::Release() noexcept {
   return list_.Release();
 }
 
-HRESULT RecordListColumns::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
-  return iid == IRecordListHeaders::kIid ? S_OK : S_FALSE;
-}
-
 HRESULT RecordListColumns::AddHeader(const WideString& name, std::int32_t columnType,
-                                     IRecordListHeader** header) noexcept try {
-  ClearErrorInfo();
-  if (header != nullptr) *header = nullptr;
-  CheckUnlocked();
-  RecordListColumn& added = Append(name, columnType);
-  if (header == nullptr) return S_OK;
-  *header = &added;
-  AddRef();
-  return S_OK;
-} catch (...) {
-  return ReportListFailure();
+                                     IRecordListHeader** header) noexcept {
+  return GuardedBy(ReportListFailure, [&] {
+    if (header != nullptr) *header = nullptr;
+    CheckUnlocked();
+    RecordListColumn& added = Append(name, columnType);
+    if (header == nullptr) return;
+    *header = &added;
+    AddRef();
+  });
 }
 
 RecordListColumn& RecordListColumns::Append(const WideString& name, std::int32_t columnType) {
@@ -49,24 +38,20 @@ RecordListColumn& RecordListColumns::Append(const WideString& name, std::int32_t
   return added;
 }
 
-HRESULT RecordListColumns::GetHeader(std::int32_t index, IRecordListHeader** header) noexcept try {
-  ClearErrorInfo();
-  CheckPlace(header);
-  *header = nullptr;
-  *header = &columns_[Position(index)];
-  AddRef();
-  return S_OK;
-} catch (...) {
-  return ReportListFailure();
+HRESULT RecordListColumns::GetHeader(std::int32_t index, IRecordListHeader** header) noexcept {
+  return GuardedBy(ReportListFailure, [&] {
+    CheckPlace(header);
+    *header = nullptr;
+    *header = &columns_[Position(index)];
+    AddRef();
+  });
 }
 
-HRESULT RecordListColumns::GetCount(std::int32_t* count) noexcept try {
-  ClearErrorInfo();
-  CheckPlace(count);
-  *count = static_cast<std::int32_t>(columns_.size());
-  return S_OK;
-} catch (...) {
-  return ReportListFailure();
+HRESULT RecordListColumns::GetCount(std::int32_t* count) noexcept {
+  return GuardedBy(ReportListFailure, [&] {
+    CheckPlace(count);
+    *count = static_cast<std::int32_t>(columns_.size());
+  });
 }
 
 // Locks are switched on a locked list too: it is locked before its columns.

@@ -3,6 +3,7 @@
 
 #include <deque>
 
+#include "com/counted_object.h"
 #include "components/recordlist/record_list_column.h"
 #include "qvscriptwells/record_list.h"
 
@@ -10,13 +11,10 @@ namespace qv {
 
 class RecordListObject;
 
-class RecordListColumns final : public IRecordListHeaders, public ISupportErrorInfo {
+class RecordListColumns final : public ComObject<IRecordListHeaders, SupportsErrorInfo<IRecordListHeaders>> {
  public:
   explicit RecordListColumns(RecordListObject& list) : list_(list) {}
-  RecordListColumns(const RecordListColumns&) = delete;
-  RecordListColumns& operator=(const RecordListColumns&) = delete;
 
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
   std::uint32_t AddRef() noexcept override;
   std::uint32_t Release() noexcept override;
 
@@ -25,8 +23,6 @@ class RecordListColumns final : public IRecordListHeaders, public ISupportErrorI
   HRESULT GetHeader(std::int32_t index, IRecordListHeader** header) noexcept override;
   HRESULT GetCount(std::int32_t* count) noexcept override;
   HRESULT SetLocked(VARIANT_BOOL locked) noexcept override;
-
-  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
   // Throws ListRefusal when the list or its columns are locked.
   void CheckUnlocked() const;

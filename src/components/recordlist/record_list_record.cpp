@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "com/guarded.h"
 #include "components/recordlist/list_refusal.h"
-#include "components/recordlist/object_faces.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/error_info.h"
 
@@ -22,44 +22,26 @@ Variant CopyToStore(const Variant& value) {
 
 }  // namespace
 
-HRESULT RecordListRecord::QueryInterface(const Guid& iid, void** object) noexcept {
-  return AnswerQueryFor({IRecordListRecord::kIid, static_cast<IRecordListRecord*>(this), this}, iid, object);
-}
-
-std::uint32_t RecordListRecord::Release() noexcept {
-  const std::uint32_t left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
-HRESULT RecordListRecord::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
-  return iid == IRecordListRecord::kIid ? S_OK : S_FALSE;
-}
-
-// What *value held goes when all is done: an object's end may call back and change the table.
-HRESULT RecordListRecord::GetValue(std::int32_t index, Variant* value) noexcept try {
-  ClearErrorInfo();
-  CheckPlace(value);
-  Variant copy = Cell(index);
-  const Variant old = std::exchange(*value, std::move(copy));
-  return S_OK;
-} catch (...) {
-  return ReportListFailure();
+// What *value held is released last: an object's end may call back and change the table.
+HRESULT RecordListRecord::GetValue(std::int32_t index, Variant* value) noexcept {
+  return GuardedBy(ReportListFailure, [&] {
+    CheckPlace(value);
+    Variant copy = Cell(index);
+    const Variant old = std::exchange(*value, std::move(copy));
+  });
 }
 
 // An object that is copied may call back too: the cell is found and the locks are tested after that. The old
 // value goes last, as above; this record may end with it.
-HRESULT RecordListRecord::SetValue(std::int32_t index, const Variant& value) noexcept try {
-  ClearErrorInfo();
-  const IRecordListRecordPtr keepAlive(this);
-  CheckUnlocked();
-  list_->Columns().Position(index);  // no column is told before a bad value
-  Variant fresh = CopyToStore(value);
-  CheckUnlocked();
-  const Variant old = std::exchange(Cell(index), std::move(fresh));
-  return S_OK;
-} catch (...) {
-  return ReportListFailure();
+HRESULT RecordListRecord::SetValue(std::int32_t index, const Variant& value) noexcept {
+  return GuardedBy(ReportListFailure, [&] {
+    const IRecordListRecordPtr keepAlive(this);
+    CheckUnlocked();
+    list_->Columns().Position(index);  // a missing column is reported before a bad value
+    Variant fresh = CopyToStore(value);
+    CheckUnlocked();
+    const Variant old = std::exchange(Cell(index), std::move(fresh));
+  });
 }
 
 HRESULT RecordListRecord::GetHeaders(IRecordListHeaders** headers) noexcept {

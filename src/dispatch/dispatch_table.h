@@ -1,5 +1,5 @@
 // Late binding as data: a table of names and a table of members for each interface, and the one engine that
-// runs them all. The tables themselves are in dispatch_tables.h.
+// runs them all.
 #pragma once
 
 #include <cstddef>
@@ -79,6 +79,13 @@ struct DispatchTable {
   const MemberRow* members;
   std::size_t memberCount;
 };
+
+// The table of `Interface`; names and members are borrowed.
+template <class Interface, std::size_t kNames, std::size_t kMembers>
+constexpr DispatchTable TableOf(const char16_t* interfaceName, std::uint32_t limit, NamedArgumentUse named,
+                                const NameRow (&names)[kNames], const MemberRow (&members)[kMembers]) {
+  return {interfaceName, &Interface::kIid, limit, named, names, kNames, members, kMembers};
+}
 
 HRESULT FindIds(const DispatchTable& table, const char16_t* const* names, std::uint32_t count,
                 DISPID* ids) noexcept;

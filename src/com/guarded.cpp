@@ -1,23 +1,21 @@
-#include "automation/object_support.h"
+#include "com/guarded.h"
 
 #include "qvscriptwells/class_registry.h"
-#include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
-#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
 
 constexpr HRESULT kUnknownError = MakeResult(0x80040000);
 
-HRESULT PostErrorRecord(const Guid& classId, WideString text, HRESULT code) {
-  if (text.IsNull()) {
-    text = u"Unknown Error";
+HRESULT PostErrorRecord(const Guid& classId, WideString message, HRESULT code) {
+  if (message.IsNull()) {
+    message = u"Unknown Error";
     if (code == 0) code = kUnknownError;
   }
   ErrorInfo record;
   static_cast<void>(ProgIDFromCLSID(classId, &record.source));  // null when it fails
-  record.description = text;
+  record.description = message;
   SetErrorInfo(record);
   return code == 0 ? DISP_E_EXCEPTION : code;
 }
@@ -36,23 +34,11 @@ HRESULT PostCaughtException(const Guid& classId) {
 
 }  // namespace
 
-HRESULT AnswerQuery(const InterfaceRow* rows, std::size_t count, const Guid& iid, void** object) noexcept {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  for (std::size_t i = 0; i < count; ++i) {
-    if (rows[i].iid != iid && !(i == 0 && iid == IUnknown::kIid)) continue;
-    *object = rows[i].pointer;
-    rows[i].counted->AddRef();
-    return S_OK;
-  }
-  return E_NOINTERFACE;
-}
-
 HRESULT ResultFromCaughtException(const Guid& classId) noexcept {
   try {
     return PostCaughtException(classId);
   } catch (...) {
-    return E_OUTOFMEMORY;  // not even the record could be made
+    return E_OUTOFMEMORY;  // no memory for the record
   }
 }
 

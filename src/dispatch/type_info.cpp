@@ -1,7 +1,7 @@
 #include <cstddef>
 
-#include "automation/dispatch_table.h"
 #include "com/module.h"
+#include "dispatch/dispatch_table.h"
 
 namespace qv {
 namespace {

@@ -1,4 +1,6 @@
-#include "automation/dispatch_table.h"
+#include "dispatch/dispatch_table.h"
+
+#include <utility>
 
 #include "qvscriptwells/error_info.h"
 #include "support/string_helpers.h"
@@ -101,7 +103,7 @@ HRESULT Invocation::Run(DISPID id, std::uint16_t flags, Variant* result, EXCEPIN
   if (Failed(coerced)) return coerced;
   const HRESULT code = member->thunk(self_, call_);
   Variant given = TakeResult(member->result);
-  if (result != nullptr) *result = static_cast<Variant&&>(given);
+  if (result != nullptr) *result = std::move(given);
   if (Failed(code) && failure != nullptr) TakeErrorRecord(code, failure);
   return code;
 }
@@ -186,7 +188,7 @@ Variant Invocation::TakeResult(VARTYPE type) {
     case VT_BSTR:
       return Variant::FromString(call_.text);
     case VT_VARIANT:
-      return static_cast<Variant&&>(call_.value);
+      return std::move(call_.value);
     case VT_I2:
     case VT_BOOL:
       data.iVal = call_.shortValue;
@@ -209,7 +211,7 @@ Variant Invocation::TakeResult(VARTYPE type) {
 HRESULT InvokeMember(const DispatchTable& table, IDispatch* self, DISPID id, std::uint16_t flags,
                      const DISPPARAMS* arguments, Variant* result, EXCEPINFO* failure,
                      std::uint32_t* argumentError) noexcept {
-  ClearErrorInfo();  // words of an earlier failure are none of this call's
+  ClearErrorInfo();  // which an earlier failure may have left
   if (arguments == nullptr) return DISP_E_BADVARTYPE;
   if (arguments->cArgs > table.limit) return DISP_E_BADPARAMCOUNT;
   const IDispatchPtr keepAlive(self);  // what the result held, and arguments, may release it

@@ -1,0 +1,62 @@
+// The guard around the operations of objects: their callers get result codes and error records, and no
+// exceptions.
+#pragma once
+
+#include "qvscriptwells/error_info.h"
+
+namespace qv {
+
+// For `catch (...)`: the result code of the exception that is being handled, with an error record posted.
+//   EQvException: its message; its code, or DISP_E_EXCEPTION for 0.
+//   _com_error: the message of its record; its code.
+//   Anything else: E_UNEXPECTED, no record.
+// A null message becomes "Unknown Error", with 0x80040000 in place of a code of 0. The source of the record
+// is the ProgID of the class that failed, where the registry knows one.
+HRESULT ResultFromCaughtException(const Guid& classId) noexcept;
+
+// Clears the thread's error record and runs `operation`. After an exception, `report` returns the result code
+// and posts the record. By then all local references of the operation are released: what they release may
+// call operations that clear the record.
+template <class Report, class Operation>
+HRESULT GuardedBy(const Report& report, const Operation& operation) noexcept {
+  ClearErrorInfo();
+  try {
+    operation();
+    return S_OK;
+  } catch (...) {
+    return report();
+  }
+}
+
+// The logic of an object of class `kClassId`, which is called under the guard only. An operation with a
+// result passes its output parameter; a null one is E_POINTER, after the record is cleared.
+template <class Logic, const Guid& kClassId>
+class GuardedLogic {
+ public:
+  template <class Operation>
+  HRESULT Run(const Operation& operation) noexcept {
+    const auto report = [] { return ResultFromCaughtException(kClassId); };
+    return GuardedBy(report, [&] { operation(logic_); });
+  }
+  template <class Operation>
+  HRESULT Run(const void* result, const Operation& operation) noexcept {
+    if (result != nullptr) return Run(operation);
+    ClearErrorInfo();
+    return E_POINTER;
+  }
+
+  // Reads and writes a property.
+  template <class Value>
+  HRESULT Get(Value* value, Value (Logic::*get)()) noexcept {
+    return Run(value, [&](Logic& logic) { *value = (logic.*get)(); });
+  }
+  template <class Given, class Value>
+  HRESULT Put(const Given& value, void (Logic::*put)(Value)) noexcept {
+    return Run([&](Logic& logic) { (logic.*put)(value); });
+  }
+
+ private:
+  Logic logic_;
+};
+
+}  // namespace qv
