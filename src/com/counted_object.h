@@ -25,7 +25,7 @@ class ComObject : public First, public Others... {
 
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
     if (object == nullptr) return E_POINTER;
-    *object = Find(iid);
+    *object = FindInterface(iid);
     if (*object == nullptr) return E_NOINTERFACE;
     static_cast<First*>(this)->AddRef();
     return S_OK;
@@ -39,7 +39,7 @@ class ComObject : public First, public Others... {
     return iid == First::kIid || iid == IUnknown::kIid ||
            (std::is_base_of_v<IDispatch, First> && iid == IDispatch::kIid);
   }
-  void* Find(const Guid& iid) noexcept {
+  void* FindInterface(const Guid& iid) noexcept {
     if (IsFirst(iid)) return static_cast<First*>(this);
     void* found = nullptr;
     static_cast<void>(((iid == Others::kIid && (found = static_cast<Others*>(this)) != nullptr) || ...));
@@ -74,7 +74,7 @@ class CountedObject : public ComObject<Interfaces...> {
   std::uint32_t AddRef() noexcept override { return count_.Add(); }
   std::uint32_t Release() noexcept override {
     const std::uint32_t left = count_.Drop();
-    if (left == 0) End();
+    if (left == 0) OnLastRelease();
     return left;
   }
 
@@ -84,8 +84,7 @@ class CountedObject : public ComObject<Interfaces...> {
 
  protected:
   virtual ~CountedObject() = default;
-  // The last reference was dropped.
-  virtual void End() noexcept { delete this; }
+  virtual void OnLastRelease() noexcept { delete this; }
 
   ReferenceCount count_;
 };

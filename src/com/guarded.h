@@ -28,21 +28,25 @@ HRESULT GuardedBy(const Report& report, const Operation& operation) noexcept {
   }
 }
 
-// The logic of an object of class `kClassId`, which is called under the guard only. An operation with a
-// result passes its output parameter; a null one is E_POINTER, after the record is cleared.
+// The same for an operation with an output parameter: a null one is E_POINTER, after the record is cleared.
+template <class Report, class Operation>
+HRESULT GuardedBy(const Report& report, const void* result, const Operation& operation) noexcept {
+  if (result != nullptr) return GuardedBy(report, operation);
+  ClearErrorInfo();
+  return E_POINTER;
+}
+
+// The logic of an object of class `kClassId`, which is called under the guard only.
 template <class Logic, const Guid& kClassId>
 class GuardedLogic {
  public:
   template <class Operation>
   HRESULT Run(const Operation& operation) noexcept {
-    const auto report = [] { return ResultFromCaughtException(kClassId); };
-    return GuardedBy(report, [&] { operation(logic_); });
+    return GuardedBy(Report, [&] { operation(logic_); });
   }
   template <class Operation>
   HRESULT Run(const void* result, const Operation& operation) noexcept {
-    if (result != nullptr) return Run(operation);
-    ClearErrorInfo();
-    return E_POINTER;
+    return GuardedBy(Report, result, [&] { operation(logic_); });
   }
 
   // Reads and writes a property.
@@ -56,6 +60,8 @@ class GuardedLogic {
   }
 
  private:
+  static HRESULT Report() noexcept { return ResultFromCaughtException(kClassId); }
+
   Logic logic_;
 };
 

@@ -96,7 +96,7 @@ template <class Member>
 struct MemberSignature;
 template <class Interface, class... Types>
 struct MemberSignature<HRESULT (Interface::*)(Types...) noexcept> {
-  static constexpr ArgumentRow kTypes[] = {
+  static constexpr ArgumentRow kTypes[sizeof...(Types) + 1] = {
       {MemberParameter<Types>::kType, nullptr, MemberParameter<Types>::kIid}..., {}};
   static constexpr std::size_t kArguments = (0 + ... + (MemberParameter<Types>::kResult == VT_EMPTY));
   static constexpr VARTYPE kResult = (VT_EMPTY | ... | MemberParameter<Types>::kResult);

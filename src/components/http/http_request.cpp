@@ -4,12 +4,12 @@
 #include <cstring>
 #include <utility>
 
+#include "com/guarded.h"
 #include "components/http/http_error.h"
 #include "components/http/http_syntax.h"
 #include "components/http/source_file.h"
 #include "components/http/target_file.h"
 #include "components/http/text_codec.h"
-#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
@@ -23,6 +23,10 @@ WideString HeaderText(std::string_view value) {
 
 std::int32_t CutTo32(std::int64_t count) noexcept {
   return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(count)));
+}
+
+HRESULT ReportFailure() noexcept {
+  return ReportCurrentException(IHttpRequest::kIid);
 }
 
 }  // namespace
@@ -47,34 +51,6 @@ HttpRequest::~HttpRequest() {
   End();
 }
 
-void* HttpRequest::Find(const Guid& iid) noexcept {
-  if (iid == IUnknown::kIid || iid == IHttpRequest::kIid) return static_cast<IHttpRequest*>(this);
-  if (iid == ISupportErrorInfo::kIid) return static_cast<ISupportErrorInfo*>(this);
-  return nullptr;
-}
-
-HRESULT HttpRequest::QueryInterface(const Guid& iid, void** object) noexcept {
-  if (object == nullptr) return E_POINTER;
-  *object = Find(iid);
-  if (*object == nullptr) return E_NOINTERFACE;
-  AddRef();
-  return S_OK;
-}
-
-std::uint32_t HttpRequest::AddRef() noexcept {
-  return ++references_;
-}
-
-std::uint32_t HttpRequest::Release() noexcept {
-  const std::uint32_t left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
-HRESULT HttpRequest::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
-  return iid == IHttpRequest::kIid ? S_OK : S_FALSE;
-}
-
 void HttpRequest::ExpectNew() const {
   if (busy_) ThrowWrongState("An operation of the request is under way");
   if (state_ == State::kClosed) ThrowWrongState("The request is closed");
@@ -87,34 +63,27 @@ void HttpRequest::ExpectAnswered() const {
   if (state_ == State::kNew) ThrowWrongState("The request was not sent yet");
 }
 
-HRESULT HttpRequest::GetStatus(std::uint32_t* status) noexcept try {
-  ClearErrorInfo();
-  if (status == nullptr) return E_POINTER;
-  *status = 0;
-  if (state_ == State::kClosed) ThrowWrongState("The request is closed");
-  if (state_ == State::kAnswered) *status = static_cast<std::uint32_t>(exchange_->Head().Status());
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpRequest::kIid);
+HRESULT HttpRequest::GetStatus(std::uint32_t* status) noexcept {
+  return GuardedBy(ReportFailure, status, [&] {
+    *status = 0;
+    if (state_ == State::kClosed) ThrowWrongState("The request is closed");
+    if (state_ == State::kAnswered) *status = static_cast<std::uint32_t>(exchange_->Head().Status());
+  });
 }
 
-HRESULT HttpRequest::SetHeader(const WideString& name, const WideString& value) noexcept try {
-  ClearErrorInfo();
-  ExpectNew();
-  head_.Add(name.view(), value.view());
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpRequest::kIid);
+HRESULT HttpRequest::SetHeader(const WideString& name, const WideString& value) noexcept {
+  return GuardedBy(ReportFailure, [&] {
+    ExpectNew();
+    head_.Add(name.view(), value.view());
+  });
 }
 
-HRESULT HttpRequest::Send(const WideString& body, const WideString& extra) noexcept try {
-  ClearErrorInfo();
-  ExpectNew();
-  const BusyMark mark(this);
-  CheckedSend(body.view(), extra.view());
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpRequest::kIid);
+HRESULT HttpRequest::Send(const WideString& body, const WideString& extra) noexcept {
+  return GuardedBy(ReportFailure, [&] {
+    ExpectNew();
+    const BusyMark mark(this);
+    CheckedSend(body.view(), extra.view());
+  });
 }
 
 void HttpRequest::BeginExchange() {
@@ -142,14 +111,12 @@ void HttpRequest::CheckedSend(std::u16string_view body, std::u16string_view extr
   state_ = State::kAnswered;
 }
 
-HRESULT HttpRequest::SendFile(const WideString& path) noexcept try {
-  ClearErrorInfo();
-  ExpectNew();
-  const BusyMark mark(this);
-  CheckedSendFile(path);
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpRequest::kIid);
+HRESULT HttpRequest::SendFile(const WideString& path) noexcept {
+  return GuardedBy(ReportFailure, [&] {
+    ExpectNew();
+    const BusyMark mark(this);
+    CheckedSendFile(path);
+  });
 }
 
 void HttpRequest::CheckedSendFile(const WideString& path) {
@@ -166,15 +133,12 @@ void HttpRequest::CheckedSendFile(const WideString& path) {
   state_ = State::kAnswered;
 }
 
-HRESULT HttpRequest::GetHeader(const WideString& name, WideString* value) noexcept try {
-  ClearErrorInfo();
-  if (value == nullptr) return E_POINTER;
-  *value = WideString();
-  ExpectAnswered();
-  *value = HeaderValue(name.view());
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpRequest::kIid);
+HRESULT HttpRequest::GetHeader(const WideString& name, WideString* value) noexcept {
+  return GuardedBy(ReportFailure, value, [&] {
+    *value = WideString();
+    ExpectAnswered();
+    *value = HeaderValue(name.view());
+  });
 }
 
 WideString HttpRequest::HeaderValue(std::u16string_view name) const {
@@ -185,19 +149,16 @@ WideString HttpRequest::HeaderValue(std::u16string_view name) const {
   return found ? HeaderText(value) : WideString();
 }
 
-HRESULT HttpRequest::Read(std::int32_t length, WideString* text, std::int32_t* count) noexcept try {
-  ClearErrorInfo();
-  if (text == nullptr || count == nullptr) return E_POINTER;
-  *text = WideString();
-  *count = 0;
-  ExpectAnswered();
-  if (busy_) ThrowWrongState("An operation of the request is under way");
-  const BusyMark mark(this);
-  *text = CheckedRead(length);
-  *count = length;
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpRequest::kIid);
+HRESULT HttpRequest::Read(std::int32_t length, WideString* text, std::int32_t* count) noexcept {
+  return GuardedBy(ReportFailure, text == nullptr ? nullptr : count, [&] {
+    *text = WideString();
+    *count = 0;
+    ExpectAnswered();
+    if (busy_) ThrowWrongState("An operation of the request is under way");
+    const BusyMark mark(this);
+    *text = CheckedRead(length);
+    *count = length;
+  });
 }
 
 void HttpRequest::CheckLimits(std::int32_t length) const {
@@ -253,17 +214,14 @@ WideString HttpRequest::Decode(std::string_view bytes) {
   return charset_->Decode(bytes.substr(0, bytes.size() - tail));
 }
 
-HRESULT HttpRequest::ReadToFile(const WideString& path, std::int32_t* count) noexcept try {
-  ClearErrorInfo();
-  if (count == nullptr) return E_POINTER;
-  *count = 0;
-  ExpectAnswered();
-  if (busy_) ThrowWrongState("An operation of the request is under way");
-  const BusyMark mark(this);
-  *count = CutTo32(CheckedReadToFile(path));
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpRequest::kIid);
+HRESULT HttpRequest::ReadToFile(const WideString& path, std::int32_t* count) noexcept {
+  return GuardedBy(ReportFailure, count, [&] {
+    *count = 0;
+    ExpectAnswered();
+    if (busy_) ThrowWrongState("An operation of the request is under way");
+    const BusyMark mark(this);
+    *count = CutTo32(CheckedReadToFile(path));
+  });
 }
 
 std::int64_t HttpRequest::CheckedReadToFile(const WideString& path) {
@@ -286,13 +244,11 @@ HRESULT HttpRequest::Abort() noexcept {
   return S_OK;
 }
 
-HRESULT HttpRequest::Close() noexcept try {
-  ClearErrorInfo();
-  if (busy_) ThrowWrongState("An operation of the request is under way");
-  End();
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpRequest::kIid);
+HRESULT HttpRequest::Close() noexcept {
+  return GuardedBy(ReportFailure, [&] {
+    if (busy_) ThrowWrongState("An operation of the request is under way");
+    End();
+  });
 }
 
 void HttpRequest::End() noexcept {

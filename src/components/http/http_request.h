@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "com/counted_object.h"
 #include "components/http/body_charset.h"
 #include "components/http/http_exchange.h"
 #include "components/http/http_session.h"
@@ -15,16 +16,12 @@
 
 namespace qv {
 
-class HttpRequest final : public IHttpRequest, public ISupportErrorInfo {
+class HttpRequest final : public CountedObject<IHttpRequest, SupportsErrorInfo<IHttpRequest>> {
  public:
   // `opening` tells which opening of the session the request belongs to. Throws HttpFailure (E_INVALIDARG)
   // for a path that cannot be sent.
   HttpRequest(HttpSessionPtr session, std::uint32_t opening, const Endpoint& endpoint,
               std::u16string_view verb, std::u16string_view path);
-
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override;
-  std::uint32_t Release() noexcept override;
 
   HRESULT GetStatus(std::uint32_t* status) noexcept override;
   HRESULT SetHeader(const WideString& name, const WideString& value) noexcept override;
@@ -35,8 +32,6 @@ class HttpRequest final : public IHttpRequest, public ISupportErrorInfo {
   HRESULT SendFile(const WideString& path) noexcept override;
   HRESULT Abort() noexcept override;
   HRESULT Close() noexcept override;
-
-  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
   // For the session: is an operation of this request running, further up on this thread?
   bool IsBusy() const noexcept { return busy_; }
@@ -49,9 +44,8 @@ class HttpRequest final : public IHttpRequest, public ISupportErrorInfo {
   // Stands around an operation that calls out: keeps the object alive and bars a second one from inside.
   class BusyMark;
 
-  ~HttpRequest();
+  ~HttpRequest() override;
 
-  void* Find(const Guid& iid) noexcept;
   void ExpectNew() const;
   void ExpectAnswered() const;
   void CheckedSend(std::u16string_view body, std::u16string_view extra);
@@ -65,7 +59,6 @@ class HttpRequest final : public IHttpRequest, public ISupportErrorInfo {
   WideString HeaderValue(std::u16string_view name) const;
   void Fail() noexcept;
 
-  std::uint32_t references_ = 1;
   HttpSessionPtr session_;
   std::uint32_t opening_;
   RequestHead head_;

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <utility>
 
+#include "com/guarded.h"
 #include "components/http/connection_pool.h"
 #include "components/http/http_error.h"
 #include "components/http/http_request.h"
@@ -25,6 +26,13 @@ void CheckVerb(std::u16string_view verb) {
   if (verb == u"CONNECT") ThrowBadArgument("The verb CONNECT makes no request");
 }
 
+HRESULT ReportFailure() noexcept {
+  return ReportCurrentException(IHttpSession::kIid);
+}
+HRESULT ReportOptionsFailure() noexcept {
+  return ReportCurrentException(IHttpOptions::kIid);
+}
+
 }  // namespace
 
 HttpSession::HttpSession() {
@@ -37,43 +45,12 @@ HttpSession::~HttpSession() {
   Keep(std::move(connection_));
 }
 
-void* HttpSession::Find(const Guid& iid) noexcept {
-  if (iid == IUnknown::kIid || iid == IHttpSession::kIid) return static_cast<IHttpSession*>(this);
-  if (iid == IHttpOptions::kIid) return static_cast<IHttpOptions*>(this);
-  if (iid == ISupportErrorInfo::kIid) return static_cast<ISupportErrorInfo*>(this);
-  return nullptr;
-}
-
-HRESULT HttpSession::QueryInterface(const Guid& iid, void** object) noexcept {
-  if (object == nullptr) return E_POINTER;
-  *object = Find(iid);
-  if (*object == nullptr) return E_NOINTERFACE;
-  AddRef();
-  return S_OK;
-}
-
-std::uint32_t HttpSession::AddRef() noexcept {
-  return ++references_;
-}
-
-std::uint32_t HttpSession::Release() noexcept {
-  const std::uint32_t left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
-HRESULT HttpSession::InterfaceSupportsErrorInfo(const Guid& iid) noexcept {
-  return iid == IHttpSession::kIid || iid == IHttpOptions::kIid ? S_OK : S_FALSE;
-}
-
 HRESULT HttpSession::Open(const WideString& protocol, const WideString& host, std::uint16_t port,
-                          const WideString&, const WideString&, const WideString& proxy) noexcept try {
-  ClearErrorInfo();
-  const HttpSessionPtr keepAlive(this);
-  CheckedOpen(Endpoint::FromArguments(protocol, host, port, proxy));
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpSession::kIid);
+                          const WideString&, const WideString&, const WideString& proxy) noexcept {
+  return GuardedBy(ReportFailure, [&] {
+    const HttpSessionPtr keepAlive(this);
+    CheckedOpen(Endpoint::FromArguments(protocol, host, port, proxy));
+  });
 }
 
 void HttpSession::CheckedOpen(const Endpoint& endpoint) {
@@ -105,13 +82,11 @@ void HttpSession::Connect(TransferWatch& watch) {
   }
 }
 
-HRESULT HttpSession::Close() noexcept try {
-  ClearErrorInfo();
-  const HttpSessionPtr keepAlive(this);
-  CheckedClose();
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpSession::kIid);
+HRESULT HttpSession::Close() noexcept {
+  return GuardedBy(ReportFailure, [&] {
+    const HttpSessionPtr keepAlive(this);
+    CheckedClose();
+  });
 }
 
 void HttpSession::CheckedClose() {
@@ -123,17 +98,16 @@ void HttpSession::CheckedClose() {
 }
 
 HRESULT HttpSession::OpenRequest(const WideString& verb, const WideString& path, const WideString&,
-                                 std::uint32_t flags, IHttpRequest** request) noexcept try {
-  ClearErrorInfo();
-  if (request == nullptr) return E_POINTER;
-  *request = nullptr;
-  if (!open_) ThrowWrongState("The session is not open");
-  if (flags != 0) ThrowBadArgument("Flags of a request are 0");
-  CheckVerb(verb.view());
-  *request = new HttpRequest(HttpSessionPtr(this), opening_, endpoint_, verb.view(), path.view());
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpSession::kIid);
+                                 std::uint32_t flags, IHttpRequest** request) noexcept {
+  return GuardedBy(ReportFailure, request, [&] {
+    *request = nullptr;
+    if (!open_) ThrowWrongState("The session is not open");
+    if (flags != 0) ThrowBadArgument("Flags of a request are 0");
+    CheckVerb(verb.view());
+    IHttpRequestPtr opened(
+        new HttpRequest(HttpSessionPtr(this), opening_, endpoint_, verb.view(), path.view()));
+    *request = opened.detach();
+  });
 }
 
 TransferWatch::Clock::duration HttpSession::TakeConnectingTime() noexcept {
@@ -168,22 +142,15 @@ void HttpSession::Keep(ConnectionPtr connection) noexcept {
   if (pool != nullptr) pool->Put(std::move(connection));
 }
 
-HRESULT HttpSession::GetOptions(HttpOptions* options) noexcept try {
-  ClearErrorInfo();
-  if (options == nullptr) return E_POINTER;
-  *options = options_;
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpOptions::kIid);
+HRESULT HttpSession::GetOptions(HttpOptions* options) noexcept {
+  return GuardedBy(ReportOptionsFailure, options, [&] { *options = options_; });
 }
 
-HRESULT HttpSession::SetOptions(const HttpOptions& options) noexcept try {
-  ClearErrorInfo();
-  Check(options);
-  options_ = options;
-  return S_OK;
-} catch (...) {
-  return ReportCurrentException(IHttpOptions::kIid);
+HRESULT HttpSession::SetOptions(const HttpOptions& options) noexcept {
+  return GuardedBy(ReportOptionsFailure, [&] {
+    Check(options);
+    options_ = options;
+  });
 }
 
 HRESULT HttpSession::SetProgress(IHttpProgress* progress) noexcept {
@@ -195,7 +162,7 @@ HRESULT HttpSession::SetProgress(IHttpProgress* progress) noexcept {
 HRESULT CreateHttpComponent(const Guid& iid, void** object) try {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
-  const HttpSessionPtr session(new HttpSession, false);
+  const HttpSessionPtr session(new HttpSession);
   return session->QueryInterface(iid, object);
 } catch (...) {  // nothing else fails here
   return E_OUTOFMEMORY;

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "com/counted_object.h"
 #include "components/http/connection.h"
 #include "components/http/endpoint.h"
 #include "qvscriptwells/http_component.h"
@@ -11,14 +12,11 @@ namespace qv {
 
 class HttpRequest;
 
-class HttpSession final : public IHttpSession, public IHttpOptions, public ISupportErrorInfo {
+class HttpSession final
+    : public CountedObject<IHttpSession, IHttpOptions, SupportsErrorInfo<IHttpSession, IHttpOptions>> {
  public:
   // Throws for lack of memory only.
   HttpSession();
-
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override;
-  std::uint32_t Release() noexcept override;
 
   HRESULT Open(const WideString& protocol, const WideString& host, std::uint16_t port,
                const WideString& secondSpare, const WideString& firstSpare,
@@ -30,8 +28,6 @@ class HttpSession final : public IHttpSession, public IHttpOptions, public ISupp
   HRESULT GetOptions(HttpOptions* options) noexcept override;
   HRESULT SetOptions(const HttpOptions& options) noexcept override;
   HRESULT SetProgress(IHttpProgress* progress) noexcept override;
-
-  HRESULT InterfaceSupportsErrorInfo(const Guid& iid) noexcept override;
 
   // For the session's requests.
   const HttpOptions& Options() const noexcept { return options_; }
@@ -46,15 +42,13 @@ class HttpSession final : public IHttpSession, public IHttpOptions, public ISupp
   void TakeBack(ConnectionPtr connection) noexcept;
 
  private:
-  ~HttpSession();
+  ~HttpSession() override;
 
-  void* Find(const Guid& iid) noexcept;
   void Connect(TransferWatch& watch);
   void CheckedOpen(const Endpoint& endpoint);
   void CheckedClose();
   static void Keep(ConnectionPtr connection) noexcept;
 
-  std::uint32_t references_ = 1;
   HttpOptions options_;
   IHttpProgressPtr progress_;
   bool open_ = false;
@@ -70,13 +64,5 @@ using HttpSessionPtr = boost::intrusive_ptr<HttpSession>;
 
 // A ClassCreator (class_registry.h): makes a session that is not open and hands out `iid` of it.
 HRESULT CreateHttpComponent(const Guid& iid, void** object);
-
-// The count is reached through one of the bases; they all lead to the same.
-inline void intrusive_ptr_add_ref(HttpSession* session) noexcept {
-  session->AddRef();
-}
-inline void intrusive_ptr_release(HttpSession* session) noexcept {
-  session->Release();
-}
 
 }  // namespace qv

@@ -10,7 +10,7 @@ namespace qv {
 
 // Objects in the cells may call back while they go. The reference held here keeps such a call from ending the
 // list a second time; one that takes a reference for good keeps the list, which is empty then.
-void RecordListObject::End() noexcept {
+void RecordListObject::OnLastRelease() noexcept {
   count_.Restart();
   while (count_.IsOne() && cells_.Rows() != 0) cells_.Clear();
   if (count_.Drop() == 0) delete this;

@@ -25,7 +25,7 @@ class RecordListObject final : public CountedObject<IRecordList, SupportsErrorIn
   RecordListColumns& Columns() noexcept { return columns_; }
 
  private:
-  void End() noexcept override;
+  void OnLastRelease() noexcept override;
 
   ModuleLock lock_;  // a host may hold a table beyond all else
   RecordListColumns columns_;
