@@ -1,5 +1,5 @@
-// A server for bodies of any size, on loopback: takes what is posted and gives as many bytes as are asked
-// for, as fast as the system lets it. Nothing is kept. One thread for accepting and one per connection.
+// A server for bodies of any size: takes what is posted and sends as many bytes as are asked for, as fast as
+// the system lets it. Nothing is kept.
 #pragma once
 
 #include <atomic>
@@ -7,8 +7,8 @@
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <thread>
-#include <vector>
+
+#include "fixtures/loopback_server.h"
 
 namespace qv::bench {
 
@@ -17,13 +17,11 @@ std::string Marks(std::string_view bytes, std::uint64_t offset);
 
 class BulkServer {
  public:
-  // With `looks` the marks of what arrives are noted. Throws std::system_error when no port can be had.
+  // With `looks` the marks of what arrives are noted.
   explicit BulkServer(bool looks);
-  ~BulkServer();
-  BulkServer(const BulkServer&) = delete;
-  BulkServer& operator=(const BulkServer&) = delete;
 
-  std::string Url() const { return "http://127.0.0.1:" + std::to_string(port_); }
+  std::uint16_t Port() const { return server_.Port(); }
+  std::string Url() const { return server_.Url(); }
   // Where a GET finds the file "bulk.bin": zeros with the marks A, M and Z at its start, middle and end.
   std::string FileUrl(std::uint64_t bytes) const { return Url() + "/" + std::to_string(bytes); }
   // Bodies that have arrived: their bytes in all, and their marks.
@@ -31,24 +29,17 @@ class BulkServer {
   std::string MarksTaken() const;
 
  private:
-  void Accept();
-  void Serve(int connection);
-  bool WaitFor(int descriptor) const;
-  // The head of the next request and what came behind it; false at the end of the connection.
-  bool ReadHead(int connection, std::string* head, std::string* behind) const;
-  bool TakeBody(int connection, std::uint64_t length, const std::string& behind);
-  bool GiveFile(int connection, std::uint64_t length) const;
+  void Serve(test::LoopbackConnection& connection);
+  // `start` is the part of the body that arrived with the head.
+  bool TakeBody(test::LoopbackConnection& connection, std::uint64_t length, const std::string& start);
+  static bool GiveFile(test::LoopbackConnection& connection, std::uint64_t length);
   void Note(std::string_view bytes, std::uint64_t offset);
 
   bool looks_;
-  int listener_ = -1;
-  int port_ = 0;
-  std::atomic<bool> stop_{false};
   std::atomic<std::uint64_t> taken_{0};
   mutable std::mutex mutex_;
   std::string marks_;
-  std::vector<std::thread> connections_;
-  std::thread acceptor_;
+  test::LoopbackServer server_;  // last, since its threads use all the others
 };
 
 }  // namespace qv::bench

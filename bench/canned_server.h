@@ -1,33 +1,29 @@
 // The fastest server that a client can meet: reads a request to the end of its announced body and sends the
-// same bytes each time, on kept connections, on loopback. Runs on a thread of its own until destroyed.
+// same bytes each time, on kept connections.
 #pragma once
 
-#include <atomic>
 #include <string>
-#include <thread>
+
+#include "fixtures/loopback_server.h"
 
 namespace qv::bench {
 
-class CannedServer {
+class CannedServer : public test::LoopbackServer {
  public:
-  // `body` goes out with status 200 and its length. Throws std::system_error when no port can be had.
-  explicit CannedServer(const std::string& body);
-  ~CannedServer();
-  CannedServer(const CannedServer&) = delete;
-  CannedServer& operator=(const CannedServer&) = delete;
-
-  int Port() const { return port_; }
-  std::string Url() const { return "http://127.0.0.1:" + std::to_string(port_); }
+  // `body` is sent with status 200 and its length.
+  explicit CannedServer(const std::string& body)
+      : LoopbackServer([answer = test::RawAnswerText(body, "Content-Type: text/xml; charset=utf-8\r\n")] {
+          return [answer](test::LoopbackConnection& connection) { Serve(answer, connection); };
+        }) {}
 
  private:
-  void ServeConnections();
-  bool ServeRequest(int connection);
-
-  std::string answer_;
-  int listener_ = -1;
-  int port_ = 0;
-  std::atomic<bool> stop_{false};
-  std::thread thread_;
+  static void Serve(const std::string& answer, test::LoopbackConnection& connection) {
+    std::string bytes;
+    while (const std::size_t size = connection.ReadRequest(&bytes)) {
+      if (!connection.Write(answer)) return;
+      bytes.erase(0, size);
+    }
+  }
 };
 
 }  // namespace qv::bench

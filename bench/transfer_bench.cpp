@@ -1,13 +1,11 @@
 // A file of 256 MB up and down through the HTTP component, beside what libcurl's easy interface needs for it.
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
 
 #include <filesystem>
-#include <fstream>
-#include <stdexcept>
 
 #include "bare_client.h"
 #include "bulk_server.h"
+#include "fixtures/temporary_directory.h"
 #include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/http_component.h"
@@ -19,31 +17,11 @@ namespace fs = std::filesystem;
 
 constexpr std::uint64_t kBytes = std::uint64_t{256} << 20;
 
-// The files of both sides, gone at the end.
-class Folder {
- public:
-  Folder() {
-    std::string pattern = (fs::temp_directory_path() / "qv_bench_XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary directory");
-    path_ = pattern;
-    std::ofstream(Path("source")).close();
-    fs::resize_file(Path("source"), kBytes);
-  }
-  ~Folder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  std::string Path(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
-};
-
-Folder& Files() {
-  static Folder folder;
-  return folder;
+// The files of both sides.
+TemporaryDirectory& Files() {
+  static TemporaryDirectory files;
+  if (files.Count() == 0) fs::resize_file(files.Write("source", ""), kBytes);
+  return files;
 }
 
 BulkServer& Server() {
@@ -51,20 +29,13 @@ BulkServer& Server() {
   return server;
 }
 
-WideString Port() {
-  return FromUtf8(Server().Url().substr(Server().Url().rfind(':') + 1));
-}
-
 // One exchange, as the library makes it.
 void Exchange(const WideString& verb, const WideString& path, HRESULT (*transfer)(IHttpRequest* request)) {
-  void* object = nullptr;
-  ThrowIfFailed(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IHttpSession::kIid, &object));
-  const IHttpSessionPtr session(static_cast<IHttpSession*>(object), false);
-  const auto port = static_cast<std::uint16_t>(std::stoi(ToUtf8(Port())));
-  ThrowIfFailed(session->Open(u"http", u"127.0.0.1", port, u"", u"", u""));
-  IHttpRequest* opened = nullptr;
-  ThrowIfFailed(session->OpenRequest(verb, path, u"*/*", 0, &opened));
-  const IHttpRequestPtr request(opened, false);
+  IHttpSessionPtr session;
+  ThrowIfFailed(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IHttpSession::kIid, Put(session)));
+  ThrowIfFailed(session->Open(u"http", u"127.0.0.1", Server().Port(), u"", u"", u""));
+  IHttpRequestPtr request;
+  ThrowIfFailed(session->OpenRequest(verb, path, u"*/*", 0, Put(request)));
   ThrowIfFailed(transfer(request.get()));
   ThrowIfFailed(request->Close());
   ThrowIfFailed(session->Close());

@@ -1,7 +1,7 @@
 // What a late-bound call costs: no memory but the result's own.
 #include <gtest/gtest.h>
 
-#include "components/recordlist/heap_watch.h"
+#include "fixtures/scarce_memory.h"
 #include "qvscriptwells/create_objects.h"
 
 namespace qv {

@@ -1,18 +1,16 @@
-// What the memory of a host still holds of a password and of a session's id. The server is a process of its
-// own, and this one holds both only in a disguise, so whatever is found was left there by the library.
+// What the memory of a host still holds of a password and of a session's id. The server is another process,
+// and this one holds both only in a disguise, so whatever is found was left there by the library.
 #include <gtest/gtest.h>
 #include <string.h>  // NOLINT(modernize-deprecated-headers): explicit_bzero
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "fixtures/forked_server.h"
 #include "fixtures/raw_server.h"
 #include "fixtures/temporary_directory.h"
 #include "memory_search.h"
@@ -42,40 +40,14 @@ RawScript Session(const std::string& id, Sending send) {
   return script;
 }
 
-// A server in a process of its own, which alone has the session's id in the clear.
-class ServerProcess {
- public:
-  // `session` is asked in the new process.
-  explicit ServerProcess(const std::function<RawScript()>& session) {
-    int ports[2] = {};
-    if (pipe(ports) != 0) throw std::runtime_error("no pipe");
-    child_ = fork();
-    if (child_ == 0) Serve(session(), ports[1]);
-    if (read(ports[0], &port_, sizeof port_) != sizeof port_) throw std::runtime_error("no server");
-    close(ports[0]);
-    close(ports[1]);
-  }
-  ~ServerProcess() {
-    kill(child_, SIGKILL);
-    waitpid(child_, nullptr, 0);
-  }
-  ServerProcess(const ServerProcess&) = delete;
-  ServerProcess& operator=(const ServerProcess&) = delete;
-
-  std::string Url() const { return "http://127.0.0.1:" + std::to_string(port_); }
-
- private:
-  [[noreturn]] static void Serve(const RawScript& script, int ports) {
-    RawServer server;
-    server.Expect(script);
-    const std::uint16_t port = server.Port();
-    if (write(ports, &port, sizeof port) != sizeof port) _exit(1);
-    for (;;) pause();
-  }
-
-  pid_t child_ = -1;
-  std::uint16_t port_ = 0;
-};
+// In another process, which alone has the session's id in the clear. `script` is asked for there.
+ForkedServer Serving(const std::function<RawScript()>& script) {
+  return ForkedServer([&] {
+    static RawServer server;
+    server.Expect(script());
+    return server.Port();
+  });
+}
 
 // The host clears what it wrote itself; the string is the library's.
 WideString InTheClear(const MarkedText& text) {
@@ -98,7 +70,7 @@ WideString ConnectionText(const MarkedText& password) {
 class Secrets : public ::testing::Test {
  protected:
   void RunSession(Sending send) {
-    const ServerProcess server([&] { return Session(id_.Text(), send); });
+    const ForkedServer server = Serving([&] { return Session(id_.Text(), send); });
     const IConnectionModelPtr model = CreateConnectionModel(FromUtf8(server.Url()), u"", host_.get());
     Open(model.get());
     Work(model.get(), FromUtf8(server.Url()));
@@ -139,7 +111,7 @@ class Secrets : public ::testing::Test {
   }
 
   void RunRefusal(const RawScript& script) {
-    const ServerProcess server([&] { return script; });
+    const ForkedServer server = Serving([&] { return script; });
     const IConnectionModelPtr model = CreateConnectionModel(FromUtf8(server.Url()), u"", host_.get());
     EXPECT_NE(model->CreateUserSession(ConnectionText(password_)), S_OK);
     EXPECT_EQ(password_.FindInMemory(), Places());

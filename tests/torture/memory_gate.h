@@ -1,8 +1,7 @@
-// Refuses blocks of memory. The program that links this file has its own malloc, calloc, realloc and their
-// kin in front of the C library's, so the gate sees what any library in the process asks for, operator new
-// included.
+// Refuses blocks of memory, to whatever library in the process asks for them.
 #pragma once
 
+#include "fixtures/refused_memory.h"
 #include "torture/gate.h"
 
 namespace qv::torture {
@@ -11,16 +10,11 @@ class MemoryGate : public Gate {
  public:
   std::vector<std::string> Kinds() const override { return {"memory"}; }
   bool StrikesBeforeMain() const override { return true; }
-  void Arm(const Refusal& refusal) noexcept override;
-  long Disarm() noexcept override;
+  void Arm(const Refusal& refusal) noexcept override {
+    RefuseAllocation(refusal.at == kNever ? 0 : refusal.at,
+                     refusal.onwards ? qv::Refusal::kAllFromThen : qv::Refusal::kOne);
+  }
+  long Disarm() noexcept override { return StopRefusing(); }
 };
-
-// Blocks that are allocated now, by whatever thread.
-long LiveBlocks() noexcept;
-
-// Refuses from the start of the process on when the environment has QV_REFUSE_MEMORY_AT, a number, until the
-// program says otherwise. QV_REFUSE_MEMORY_ONWARDS, with any value, refuses all that follow, too. Returns how
-// many blocks were asked for so far.
-long EndRefusalOfProcessStart() noexcept;
 
 }  // namespace qv::torture

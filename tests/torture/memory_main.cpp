@@ -12,7 +12,7 @@
 #include "torture/torture_options.h"
 
 int main(int argc, char** argv) {
-  const long passed = qv::torture::EndRefusalOfProcessStart();
+  const long passed = qv::StopRefusing();
   // What was released reads as something else at once.
   mallopt(M_PERTURB, 0x5A);
   if (argc == 2 && std::strcmp(argv[1], qv::torture::kStartedOption) == 0)

@@ -6,10 +6,10 @@
 #include <memory>
 #include <new>
 
+#include "fixtures/refused_memory.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/error_info.h"
-#include "torture/memory_gate.h"
 
 namespace qv::torture {
 namespace {

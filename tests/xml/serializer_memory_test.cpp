@@ -1,8 +1,8 @@
 // Refused memory costs the serializer nothing that stays.
 #include <malloc.h>
 
+#include "fixtures/refused_memory.h"
 #include "qvscriptwells/e_qv_exception.h"
-#include "refused_memory.h"
 #include "serializer_fixture.h"
 
 namespace qv {
@@ -19,7 +19,7 @@ class SerializerMemory : public SerializerFixture {
   // Whether that allocation was ever asked for.
   bool Refuse(long number) {
     CXMLSerializer serializer;
-    RefuseAllocation(number, Refusal::kOnce);
+    RefuseAllocation(number, Refusal::kOne);
     try {
       serializer.Serialize(XmlNode(element_));
     } catch (const EQvException&) {

@@ -13,9 +13,9 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "com/module.h"
+#include "fixtures/refused_memory.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/wide_string.h"
-#include "refused_memory.h"
 #include "xml/qv_dom_parser.h"
 #include "xml/xml_library_guard.h"
 #include "xml/xml_walk.h"
@@ -133,7 +133,7 @@ long AllocationsOfFirstStart() {
   if (pipe(ends) != 0) return -1;
   const pid_t child = fork();
   if (child == 0) {
-    RefuseAllocation(0, Refusal::kOnce);
+    RefuseAllocation(0, Refusal::kOne);
     Acquires();
     const long asked = StopRefusing();
     _exit(write(ends[1], &asked, sizeof asked) == sizeof asked ? 0 : 1);
@@ -153,14 +153,14 @@ void ExpectThatAFirstStartSurvives(Refusal refusal) {
   ASSERT_GT(allocations, 0);
   const Tally tally = RefuseEach(RefuseWhileStarting, allocations, refusal);
   EXPECT_GE(tally.recovered, 1);
-  if (refusal == Refusal::kOnce) {
+  if (refusal == Refusal::kOne) {
     EXPECT_LE(tally.refused, 3);
   }
 }
 
 void ExpectThatALaterStartSurvives(Refusal refusal) {
   ASSERT_TRUE(WorksTwice());
-  RefuseAllocation(0, Refusal::kOnce);
+  RefuseAllocation(0, Refusal::kOne);
   ASSERT_TRUE(Acquires());
   const long allocations = StopRefusing();
   ASSERT_TRUE(Releases());
@@ -177,28 +177,28 @@ void ExpectThatAStopSurvives(Refusal refusal) {
 
 // These two come first, since nothing in this process may have started the library before.
 TEST(XmlLibraryStart, FirstStartSurvivesTheRefusalOfAnyAllocation) {
-  ExpectThatAFirstStartSurvives(Refusal::kOnce);
+  ExpectThatAFirstStartSurvives(Refusal::kOne);
 }
 TEST(XmlLibraryStart, FirstStartSurvivesTheRefusalOfAllAllocationsFromAnyOn) {
-  ExpectThatAFirstStartSurvives(Refusal::kFromThenOn);
+  ExpectThatAFirstStartSurvives(Refusal::kAllFromThen);
 }
 
 TEST(XmlLibraryStart, LaterStartSurvivesTheRefusalOfAnyAllocation) {
-  ExpectThatALaterStartSurvives(Refusal::kOnce);
+  ExpectThatALaterStartSurvives(Refusal::kOne);
 }
 TEST(XmlLibraryStart, LaterStartSurvivesTheRefusalOfAllAllocationsFromAnyOn) {
-  ExpectThatALaterStartSurvives(Refusal::kFromThenOn);
+  ExpectThatALaterStartSurvives(Refusal::kAllFromThen);
 }
 
 TEST(XmlLibraryStart, StopSurvivesTheRefusalOfAnyAllocation) {
-  ExpectThatAStopSurvives(Refusal::kOnce);
+  ExpectThatAStopSurvives(Refusal::kOne);
 }
 TEST(XmlLibraryStart, StopSurvivesTheRefusalOfAllAllocationsFromAnyOn) {
-  ExpectThatAStopSurvives(Refusal::kFromThenOn);
+  ExpectThatAStopSurvives(Refusal::kAllFromThen);
 }
 
 TEST(XmlLibraryStart, BlockThatIsMissingIsReportedWithTheFixedMessage) {
-  RefuseAllocation(1, Refusal::kOnce);
+  RefuseAllocation(1, Refusal::kOne);
   const std::u16string message = MessageOfAcquire();
   StopRefusing();
   EXPECT_EQ(message, u"Xerces initialization failed.");

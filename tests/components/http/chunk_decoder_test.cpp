@@ -1,3 +1,4 @@
+// Data in chunks, whatever pieces it comes in.
 #include "components/http/chunk_decoder.h"
 
 #include <gtest/gtest.h>

@@ -11,6 +11,7 @@
 
 #include "components/http/http_session.h"
 #include "fixtures/temporary_directory.h"
+#include "qvscriptwells/com_call.h"
 
 namespace qv::test {
 namespace {
@@ -24,13 +25,17 @@ RegistryLayer Layer(const std::vector<std::pair<const char16_t*, const char16_t*
   return layer;
 }
 
+// The limits are connecting, silence, total, rate, its window.
+void ExpectLimits(const HttpOptions& options, const std::vector<std::int64_t>& limits) {
+  const std::int64_t HttpOptions::*const numbers[] = {
+      &HttpOptions::connectTimeout, &HttpOptions::idleTimeout, &HttpOptions::totalTimeout,
+      &HttpOptions::minBytesPerSecond, &HttpOptions::rateWindow};
+  for (std::size_t i = 0; i < std::size(numbers); ++i) EXPECT_EQ(options.*numbers[i], limits[i]) << i;
+}
+
 TEST(HttpDefaults, EmptyRegistryChangesNothing) {
   const HttpOptions options = OptionsFromRegistry({});
-  EXPECT_EQ(options.connectTimeout, 30'000);
-  EXPECT_EQ(options.idleTimeout, 60'000);
-  EXPECT_EQ(options.totalTimeout, 0);
-  EXPECT_EQ(options.minBytesPerSecond, 16);
-  EXPECT_EQ(options.rateWindow, 60'000);
+  ExpectLimits(options, {30'000, 60'000, 0, 16, 60'000});
   EXPECT_TRUE(options.caFile.IsEmpty() && options.certificateFile.IsEmpty() && options.keyFile.IsEmpty());
 }
 
@@ -43,11 +48,7 @@ TEST(HttpDefaults, ValuesTakeTheirPlaces) {
                                                           {u"CaFile", u"/ca.pem"},
                                                           {u"CertificateFile", u"/me.pem"},
                                                           {u"KeyFile", u"/key.pem"}})});
-  EXPECT_EQ(options.connectTimeout, 1);
-  EXPECT_EQ(options.idleTimeout, 2);
-  EXPECT_EQ(options.totalTimeout, 3);
-  EXPECT_EQ(options.minBytesPerSecond, 4);
-  EXPECT_EQ(options.rateWindow, 5);
+  ExpectLimits(options, {1, 2, 3, 4, 5});
   EXPECT_EQ(options.caFile, WideString(u"/ca.pem"));
   EXPECT_EQ(options.certificateFile, WideString(u"/me.pem"));
   EXPECT_EQ(options.keyFile, WideString(u"/key.pem"));
@@ -56,8 +57,7 @@ TEST(HttpDefaults, ValuesTakeTheirPlaces) {
 TEST(HttpDefaults, FirstFileThatHasAKeyDecides) {
   const HttpOptions options = OptionsFromRegistry(
       {Layer({{u"IdleTimeout", u"1"}}), Layer({{u"IdleTimeout", u"2"}, {u"TotalTimeout", u"3"}})});
-  EXPECT_EQ(options.idleTimeout, 1);
-  EXPECT_EQ(options.totalTimeout, 3);
+  ExpectLimits(options, {30'000, 1, 3, 16, 60'000});
 }
 
 TEST(HttpDefaults, NumbersThatAreNoneCountAsAbsent) {
@@ -71,14 +71,14 @@ TEST(HttpDefaults, NumbersThatAreNoneCountAsAbsent) {
 
 // The limit on silence that a session starts with.
 std::int64_t IdleTimeoutOfANewSession() {
-  void* object = nullptr;
-  if (CreateHttpComponent(IHttpOptions::kIid, &object) != S_OK) return -1;
+  IHttpOptionsPtr interface;
+  if (CreateHttpComponent(IHttpOptions::kIid, Put(interface)) != S_OK) return -1;
   HttpOptions options;
-  IHttpOptionsPtr(static_cast<IHttpOptions*>(object), false)->GetOptions(&options);
+  interface->GetOptions(&options);
   return options.idleTimeout;
 }
 
-// Runs in a process of its own, since a process reads the registry once.
+// For a new process, since a process reads the registry once.
 int ReadInANewProcess() {
   const TemporaryDirectory files;
   const std::string registry = files.Write(

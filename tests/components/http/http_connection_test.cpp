@@ -14,15 +14,19 @@
 namespace qv::test {
 namespace {
 
-using HttpConnectionTest = HttpTest;
+class HttpConnectionTest : public HttpTest {
+ protected:
+  // How often "question" was sent.
+  std::size_t Requests() const {
+    const std::string all = server_.AllReceived(), end = "\r\nContent-Length: 8\r\n\r\nquestion";
+    std::size_t count = 0;
+    for (std::size_t at = all.find(end); at != std::string::npos; at = all.find(end, at + 1)) ++count;
+    return count;
+  }
+};
 
-constexpr const char* kRequestEnd = "\r\nContent-Length: 8\r\n\r\nquestion";
-
-std::size_t RequestsIn(const std::string& text) {
-  std::size_t count = 0;
-  for (std::size_t at = text.find(kRequestEnd); at != std::string::npos; at = text.find(kRequestEnd, at + 1))
-    ++count;
-  return count;
+RawScript OneAndTwo() {
+  return RawScript().Answer("one").Answer("two");
 }
 
 TEST_F(HttpConnectionTest, OpenConnectsBeforeAnythingIsSent) {
@@ -34,151 +38,129 @@ TEST_F(HttpConnectionTest, OpenConnectsBeforeAnythingIsSent) {
 }
 
 TEST_F(HttpConnectionTest, TwoCallsShareOneConnection) {
-  server_.Expect(
-      RawScript().ReadRequest().Write(RawAnswerText("one")).ReadRequest().Write(RawAnswerText("two")));
-  EXPECT_EQ(Exchange(3).text, WideString(u"one"));
-  EXPECT_EQ(Exchange(3).text, WideString(u"two"));
+  server_.Expect(OneAndTwo());
+  ExpectText("one");
+  ExpectText("two");
   EXPECT_EQ(server_.Connections(), 1u);
-  EXPECT_EQ(RequestsIn(server_.AllReceived()), 2u);
+  EXPECT_EQ(Requests(), 2u);
 }
 
 TEST_F(HttpConnectionTest, ReleaseWithoutCloseKeepsTheConnectionToo) {
-  server_.Expect(
-      RawScript().ReadRequest().Write(RawAnswerText("one")).ReadRequest().Write(RawAnswerText("two")));
-  EXPECT_EQ(ReadText(Sent(), 3), WideString(u"one"));
-  EXPECT_EQ(ReadText(Sent(), 3), WideString(u"two"));
+  server_.Expect(OneAndTwo());
+  EXPECT_EQ(ReadText(Sent(), 3), "one");
+  EXPECT_EQ(ReadText(Sent(), 3), "two");
   EXPECT_EQ(server_.Connections(), 1u);
 }
 
 TEST_F(HttpConnectionTest, SessionThatSentNothingLeavesItsConnectionForTheNext) {
-  Answer(RawAnswerText("ok"));
+  Answer("ok");
   EXPECT_EQ(OpenSession()->Close(), S_OK);
-  EXPECT_EQ(Exchange(2).text, WideString(u"ok"));
+  ExpectText("ok");
   EXPECT_EQ(server_.Connections(), 1u);
 }
 
 TEST_F(HttpConnectionTest, KeptConnectionThatTheServerClosedIsReplaced) {
-  server_.Expect(RawScript().ReadRequest().Write(RawAnswerText("one")).Close());
-  EXPECT_EQ(Exchange(3).text, WideString(u"one"));
+  ReplyAndClose(RawAnswerText("one"));
+  ExpectText("one");
   ASSERT_TRUE(server_.WaitForClosed(1));
-  Answer(RawAnswerText("two"));
-  EXPECT_EQ(Exchange(3).text, WideString(u"two"));
+  Answer("two");
+  ExpectText("two");
   EXPECT_EQ(server_.Connections(), 2u);
-  EXPECT_EQ(RequestsIn(server_.AllReceived()), 2u);
+  EXPECT_EQ(Requests(), 2u);
 }
 
 TEST_F(HttpConnectionTest, KeptConnectionWithUnaskedBytesIsReplaced) {
-  server_.Expect(
-      RawScript().ReadRequest().Write(RawAnswerText("one")).Pause(30).Write("HTTP/1.1 408 Slow\r\n\r\n"));
-  EXPECT_EQ(Exchange(3).text, WideString(u"one"));
+  server_.Expect(RawScript().Answer("one").Pause(30).Write("HTTP/1.1 408 Slow\r\n\r\n"));
+  ExpectText("one");
   ASSERT_TRUE(server_.WaitForDone(1));
-  Answer(RawAnswerText("two"));
-  EXPECT_EQ(Exchange(3).text, WideString(u"two"));
+  Answer("two");
+  ExpectText("two");
   EXPECT_EQ(server_.Connections(), 2u);
 }
 
-TEST_F(HttpConnectionTest, RequestIsSentOnceWhenAKeptConnectionDiesWithIt) {
-  server_.Expect(RawScript().ReadRequest().Write(RawAnswerText("one")).ReadRequest().Close());
-  EXPECT_EQ(Exchange(3).text, WideString(u"one"));
-  const Outcome second = Exchange(3);
-  EXPECT_EQ(second.failedStep, "Send");
-  EXPECT_EQ(second.words, "Empty reply from server");
-  EXPECT_EQ(RequestsIn(server_.AllReceived()), 2u);
-  EXPECT_EQ(server_.Connections(), 1u);
-  ExpectNextCallWorks();
-}
-
-TEST_F(HttpConnectionTest, RequestIsSentOnceWhenAKeptConnectionIsResetWithIt) {
-  server_.Expect(RawScript().ReadRequest().Write(RawAnswerText("one")).ReadRequest().Reset());
-  EXPECT_EQ(Exchange(3).text, WideString(u"one"));
-  const Outcome second = Exchange(3);
-  EXPECT_EQ(second.failedStep, "Send");
-  EXPECT_EQ(second.words, "Recv failure: Connection reset by peer");
-  EXPECT_EQ(RequestsIn(server_.AllReceived()), 2u);
-  EXPECT_EQ(server_.Connections(), 1u);
-  ExpectNextCallWorks();
+TEST_F(HttpConnectionTest, RequestIsSentOnceWhenAKeptConnectionEndsWithIt) {
+  const struct {
+    RawScript& (RawScript::*end)();
+    const char* words;
+  } rows[] = {{&RawScript::Close, "Empty reply from server"},
+              {&RawScript::Reset, "Recv failure: Connection reset by peer"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.words);
+    StartAnew();
+    const std::size_t connections = server_.Connections(), requests = Requests();
+    RawScript script = RawScript().Answer("one").ReadRequest();
+    server_.Expect((script.*row.end)());
+    ExpectText("one");
+    ExpectFailure(3, "Send", kCutOff, row.words);
+    EXPECT_EQ(Requests(), requests + 2);
+    EXPECT_EQ(server_.Connections(), connections + 1);
+    ExpectNextCallWorks();
+  }
 }
 
 struct LastAnswer {
-  const char* name;
   std::string bytes;
-  std::int32_t length;
+  std::int32_t length = 2;  // that is read
 };
 
-class HttpConnectionNotReused : public HttpTest, public ::testing::WithParamInterface<LastAnswer> {};
-
-TEST_P(HttpConnectionNotReused, AfterThisAnswer) {
-  Answer(GetParam().bytes);
-  const Outcome outcome = Exchange(GetParam().length);
-  EXPECT_EQ(outcome.failedStep, "") << outcome.words;
-  ExpectNextCallWorks();
+TEST_F(HttpConnectionTest, ConnectionIsNotUsedAgainAfterTheseAnswers) {
+  const LastAnswer rows[] = {
+      {RawAnswerText("ok", "Connection: close\r\n")},
+      {RawAnswerText("ok", "connection: x, CLOSE\r\n")},
+      {"HTTP/1.0 200 OK\r\nContent-Length: 2\r\n\r\nok"},
+      {OkText("Content-Length: 2\r\nContent-Length: 3\r\n\r\nok")},
+      {OkText("Content-Length: 2\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nok\r\n0\r\n\r\n")},
+      {SizedText(2, "ok!")},
+      {OkText("Content-Length: -2\r\n\r\nok")},
+      {OkText("Content-Length: two\r\n\r\nok")},
+      {OkText("Content-Length: 2 bytes\r\n\r\nok")},
+      {RawAnswerText("ok"), 1},
+      {OkText("nonsense\r\nContent-Length: 2\r\n\r\nok")},
+      {OkText("X: a\r\n b\r\nContent-Length: 2\r\n\r\nok")}};
+  for (const LastAnswer& row : rows) {
+    SCOPED_TRACE(row.bytes);
+    StartAnew();
+    Reply(row.bytes);
+    const Outcome outcome = Exchange(row.length);
+    EXPECT_EQ(outcome.failedStep, "") << outcome.words;
+    ExpectNextCallWorks();
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , HttpConnectionNotReused,
-    ::testing::Values(
-        LastAnswer{"ConnectionClose", RawAnswerText("ok", "Connection: close\r\n"), 2},
-        LastAnswer{"ConnectionCloseInAList", RawAnswerText("ok", "connection: x, CLOSE\r\n"), 2},
-        LastAnswer{"Version10", "HTTP/1.0 200 OK\r\nContent-Length: 2\r\n\r\nok", 2},
-        LastAnswer{"TwoDifferentLengths",
-                   "HTTP/1.1 200 OK\r\nContent-Length: 2\r\nContent-Length: 3\r\n\r\nok", 2},
-        LastAnswer{
-            "LengthBesideChunks",
-            "HTTP/1.1 200 OK\r\nContent-Length: 2\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nok\r\n0\r\n\r\n",
-            2},
-        LastAnswer{"BytesBeyondTheEnd", "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok!", 2},
-        LastAnswer{"NegativeLength", "HTTP/1.1 200 OK\r\nContent-Length: -2\r\n\r\nok", 2},
-        LastAnswer{"LengthThatIsNoNumber", "HTTP/1.1 200 OK\r\nContent-Length: two\r\n\r\nok", 2},
-        LastAnswer{"LengthWithWordsBehind", "HTTP/1.1 200 OK\r\nContent-Length: 2 bytes\r\n\r\nok", 2},
-        LastAnswer{"UnreadBody", RawAnswerText("ok"), 1},
-        LastAnswer{"LineWithoutColon", "HTTP/1.1 200 OK\r\nnonsense\r\nContent-Length: 2\r\n\r\nok", 2},
-        LastAnswer{"ContinuationLine", "HTTP/1.1 200 OK\r\nX: a\r\n b\r\nContent-Length: 2\r\n\r\nok", 2}),
-    [](const ::testing::TestParamInfo<LastAnswer>& row) { return row.param.name; });
-
-struct KeptAnswer {
-  const char* name;
-  std::string bytes;
-  std::int32_t length;
-};
-
-class HttpConnectionReused : public HttpTest, public ::testing::WithParamInterface<KeptAnswer> {};
-
-TEST_P(HttpConnectionReused, AfterThisAnswer) {
-  server_.Expect(RawScript().ReadRequest().Write(GetParam().bytes).ReadRequest().Write(RawAnswerText("two")));
-  const Outcome outcome = Exchange(GetParam().length);
-  EXPECT_EQ(outcome.failedStep, "") << outcome.words;
-  EXPECT_EQ(Exchange(3).text, WideString(u"two"));
-  EXPECT_EQ(server_.Connections(), 1u);
+TEST_F(HttpConnectionTest, ConnectionIsUsedAgainAfterTheseAnswers) {
+  const LastAnswer rows[] = {{RawAnswerText("ok")},
+                             {OkText("Content-Length: 2\r\nContent-Length: 2\r\n\r\nok")},
+                             {RawAnswerText(""), 0},
+                             {"HTTP/1.1 204 No Content\r\n\r\n", -1},
+                             {"HTTP/1.1 304 Same\r\nContent-Length: 9\r\n\r\n", -1},
+                             {ChunkedText("2\r\nok\r\n0\r\n\r\n")},
+                             {"HTTP/1.0 200 OK\r\nConnection: Keep-Alive\r\nContent-Length: 2\r\n\r\nok", 2},
+                             {"HTTP/1.1 100 Continue\r\n\r\n" + RawAnswerText("ok")},
+                             {"HTTP/1.1 500 Error\r\nContent-Length: 2\r\n\r\nok"}};
+  for (const LastAnswer& row : rows) {
+    SCOPED_TRACE(row.bytes);
+    StartAnew();
+    const std::size_t before = server_.Connections();
+    server_.Expect(RawScript().Reply(row.bytes).Answer("two"));
+    const Outcome outcome = Exchange(row.length);
+    EXPECT_EQ(outcome.failedStep, "") << outcome.words;
+    ExpectText("two");
+    EXPECT_EQ(server_.Connections(), before + 1);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    , HttpConnectionReused,
-    ::testing::Values(
-        KeptAnswer{"Length", RawAnswerText("ok"), 2},
-        KeptAnswer{"EqualLengths", "HTTP/1.1 200 OK\r\nContent-Length: 2\r\nContent-Length: 2\r\n\r\nok", 2},
-        KeptAnswer{"ZeroLength", RawAnswerText(""), 0},
-        KeptAnswer{"NoContent", "HTTP/1.1 204 No Content\r\n\r\n", -1},
-        KeptAnswer{"NotModifiedWithLength", "HTTP/1.1 304 Same\r\nContent-Length: 9\r\n\r\n", -1},
-        KeptAnswer{"Chunks", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nok\r\n0\r\n\r\n", 2},
-        KeptAnswer{"Version10KeepAlive",
-                   "HTTP/1.0 200 OK\r\nConnection: Keep-Alive\r\nContent-Length: 2\r\n\r\nok", 2},
-        KeptAnswer{"InterimFirst", "HTTP/1.1 100 Continue\r\n\r\n" + RawAnswerText("ok"), 2},
-        KeptAnswer{"Fault", "HTTP/1.1 500 Error\r\nContent-Length: 2\r\n\r\nok", 2}),
-    [](const ::testing::TestParamInfo<KeptAnswer>& row) { return row.param.name; });
 
 TEST_F(HttpConnectionTest, ThreadsDoNotShareConnections) {
-  server_.Expect(RawScript().ReadRequest().Write(RawAnswerText("one")));
-  server_.Expect(RawScript().ReadRequest().Write(RawAnswerText("two")));
-  EXPECT_EQ(Exchange(3).text, WideString(u"one"));
-  std::thread other([&] { EXPECT_EQ(Exchange(3).text, WideString(u"two")); });
-  other.join();
+  Answer("one");
+  Answer("two");
+  ExpectText("one");
+  std::thread([&] { ExpectText("two"); }).join();
   EXPECT_EQ(server_.Connections(), 2u);
   EXPECT_TRUE(server_.WaitForClosed(1)) << "the ended thread's connection stays open";
 }
 
 TEST_F(HttpConnectionTest, CloseKeptConnectionsClosesThem) {
-  server_.Expect(RawScript().ReadRequest().Write(RawAnswerText("one")));
-  EXPECT_EQ(Exchange(3).text, WideString(u"one"));
+  Answer("one");
+  ExpectText("one");
   CloseKeptConnections();
   EXPECT_TRUE(server_.WaitForClosed(1));
 }
@@ -195,9 +177,8 @@ TEST_F(HttpConnectionTest, AtMostEightConnectionsAreKept) {
 }
 
 TEST_F(HttpConnectionTest, ForkedChildLeavesTheParentsConnectionAlone) {
-  server_.Expect(
-      RawScript().ReadRequest().Write(RawAnswerText("one")).ReadRequest().Write(RawAnswerText("two")));
-  EXPECT_EQ(Exchange(3).text, WideString(u"one"));
+  server_.Expect(OneAndTwo());
+  ExpectText("one");
   const pid_t child = fork();
   if (child == 0) {
     const IHttpSessionPtr session = NewSession();
@@ -208,13 +189,13 @@ TEST_F(HttpConnectionTest, ForkedChildLeavesTheParentsConnectionAlone) {
   int status = -1;
   ASSERT_EQ(waitpid(child, &status, 0), child);
   EXPECT_EQ(status, 0);
-  ASSERT_TRUE(server_.WaitForClosed(1)) << "the child made no connection of its own";
-  EXPECT_EQ(Exchange(3).text, WideString(u"two"));
+  ASSERT_TRUE(server_.WaitForClosed(1)) << "the child made no connection";
+  ExpectText("two");
   EXPECT_EQ(server_.Connections(), 2u);
 }
 
 TEST_F(HttpConnectionTest, NoDescriptorIsLeftAfterSuccessesAndFailures) {
-  Answer(RawAnswerText("warm"));
+  Answer("warm");
   Exchange(4);
   CloseKeptConnections();
   ASSERT_TRUE(server_.WaitForClosed(1));
@@ -222,10 +203,9 @@ TEST_F(HttpConnectionTest, NoDescriptorIsLeftAfterSuccessesAndFailures) {
   for (int i = 0; i < 5; ++i) {
     server_.Expect(RawScript().ReadRequest().Close());
     EXPECT_EQ(Exchange(3).failedStep, "Send");
-    server_.Expect(
-        RawScript().ReadRequest().Write("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nabc").Close());
+    ReplyAndClose(SizedText(9, "abc"));
     EXPECT_EQ(Exchange(9).failedStep, "Read");
-    Answer(RawAnswerText("one"));
+    Answer("one");
     EXPECT_EQ(Exchange(3).failedStep, "");
     CloseKeptConnections();
   }

@@ -1,5 +1,5 @@
-// What every HTTP component must do for the library, whatever stands behind it. Each kind of component brings
-// a side that says how to make it and how to have it answered; the suite runs over all of them.
+// What every HTTP component must do for the library. Each kind of component brings a side that makes it and
+// has it answered; the suite runs with all of them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ namespace qv::test {
 class HttpContractSide {
  public:
   virtual ~HttpContractSide() = default;
-  // The class behind CLSID_HttpComponent is this side's for as long as it lives.
+  // CLSID_HttpComponent names this side's class for as long as it lives.
   virtual std::uint16_t Port() const = 0;
   // The next request gets an answer with this status and ASCII body, its length announced.
   virtual void WillAnswer(int status, const std::string& body) = 0;
@@ -34,11 +34,13 @@ class HttpContract : public ::testing::TestWithParam<HttpContractSideMaker> {
   void SetUp() override { side_ = GetParam()(); }
   void TearDown() override { side_.reset(); }
 
-  // Through the class registry, as the library does it.
-  static IHttpSessionPtr NewSession();
+  // Made through the class registry, as the library does it.
   IHttpSessionPtr OpenSession();
   static IHttpRequestPtr NewRequest(const IHttpSessionPtr& session);
+  // A request of an open session that was sent.
+  IHttpRequestPtr Sent();
   static std::string Header(const IHttpRequestPtr& request, const WideString& name);
+  static void ExpectRead(const IHttpRequestPtr& request, const char16_t* text, std::int32_t length);
 
   std::unique_ptr<HttpContractSide> side_;
 };

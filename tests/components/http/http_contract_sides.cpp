@@ -1,5 +1,4 @@
-// The sides that the contract suite runs over here: the built-in component against the raw server, and the
-// fake.
+// The sides of the contract suite: the built-in component against the raw server, and the fake.
 #include <string>
 
 #include "fixtures/fake_http.h"
@@ -19,7 +18,7 @@ class CurlSide final : public HttpContractSide {
     Serve("HTTP/1.1 " + std::to_string(status) + " Words\r\nConnection: close\r\nContent-Length: " +
           std::to_string(body.size()) + "\r\n\r\n" + body);
   }
-  void WillAnswerWithoutLength() override { Serve("HTTP/1.1 200 OK\r\n\r\nbody"); }
+  void WillAnswerWithoutLength() override { Serve(OkText("\r\nbody")); }
   void WillFail() override { server_.Expect(RawScript().ReadRequest().Close()); }
   std::string BodiesSent() const override {
     const std::string all = server_.AllReceived();
@@ -27,7 +26,7 @@ class CurlSide final : public HttpContractSide {
   }
 
  private:
-  void Serve(const std::string& bytes) { server_.Expect(RawScript().ReadRequest().Write(bytes).Close()); }
+  void Serve(const std::string& bytes) { server_.Expect(RawScript().Reply(bytes).Close()); }
 
   RawServer server_;
 };
@@ -54,15 +53,13 @@ class FakeSide final : public HttpContractSide {
   FakeHttp fake_;
 };
 
-std::unique_ptr<HttpContractSide> MakeCurlSide() {
-  return std::make_unique<CurlSide>();
-}
-std::unique_ptr<HttpContractSide> MakeFakeSide() {
-  return std::make_unique<FakeSide>();
+template <class Side>
+std::unique_ptr<HttpContractSide> Make() {
+  return std::make_unique<Side>();
 }
 
-INSTANTIATE_TEST_SUITE_P(Curl, HttpContract, ::testing::Values(&MakeCurlSide));
-INSTANTIATE_TEST_SUITE_P(Fake, HttpContract, ::testing::Values(&MakeFakeSide));
+INSTANTIATE_TEST_SUITE_P(Curl, HttpContract, ::testing::Values(&Make<CurlSide>));
+INSTANTIATE_TEST_SUITE_P(Fake, HttpContract, ::testing::Values(&Make<FakeSide>));
 
 }  // namespace
 }  // namespace qv::test

@@ -5,14 +5,11 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
-#include "http_fixture.h"
+#include "file_fixture.h"
+#include "fixtures/progress_listener.h"
 
 namespace {
 
@@ -42,105 +39,72 @@ extern "C" int link(const char* from, const char* to) noexcept {
 namespace qv::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-constexpr HRESULT kExists = MakeResult(0x80070050);
-
-// Puts another file at the target when the body has begun.
-class Intruder final : public IHttpProgress {
- public:
-  explicit Intruder(std::string path) : path_(std::move(path)) {}
-  HRESULT QueryInterface(const Guid&, void** object) noexcept override {
-    *object = nullptr;
-    return E_NOINTERFACE;
-  }
-  std::uint32_t AddRef() noexcept override { return ++references_; }
-  std::uint32_t Release() noexcept override { return --references_; }
-  HRESULT OnProgress(bool sending, std::int64_t done, std::int64_t) noexcept override {
-    if (!sending && done > 0) std::ofstream(path_) << "theirs";
-    return S_OK;
-  }
-
- private:
-  std::uint32_t references_ = 1;
-  std::string path_;
-};
-
-struct FileSystemRow {
-  const char* name;
-  bool noRenameToFreeName;
-  bool noLinks;
-};
-
-class ExistingFile : public HttpTest, public ::testing::WithParamInterface<FileSystemRow> {
+class ExistingFile : public HttpFileTest {
  protected:
-  ExistingFile() {
-    char name[] = "/tmp/http_existing_file_test.XXXXXX";
-    directory_ = mkdtemp(name);
-    g_noRenameToFreeName = GetParam().noRenameToFreeName;
-    g_noLinks = GetParam().noLinks;
-  }
-  ~ExistingFile() override {
-    g_noRenameToFreeName = g_noLinks = false;
-    SetThreadHttpOptions(HttpOptions(), nullptr);
-    fs::remove_all(directory_);
-  }
+  ~ExistingFile() override { g_noRenameToFreeName = g_noLinks = false; }
 
-  std::string Path(const std::string& name) const { return directory_ + "/" + name; }
-  std::string ReadFile(const std::string& name) const {
-    std::ifstream file(Path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  }
-  std::ptrdiff_t FilesInDirectory() const {
-    return std::distance(fs::directory_iterator(directory_), fs::directory_iterator());
+  // Runs `test` on each kind of file system, in an empty directory.
+  void OnEachFileSystem(const std::function<void()>& test) {
+    for (const auto& [noRename, noLinks] : {std::pair(false, false), {true, false}, {true, true}}) {
+      SCOPED_TRACE(::testing::Message() << "without renaming " << noRename << ", without links " << noLinks);
+      g_noRenameToFreeName = noRename;
+      g_noLinks = noLinks;
+      StartAnew();
+      test();
+      std::filesystem::remove(Path("f"));
+    }
   }
   HRESULT Download(IHttpProgress* progress = nullptr) {
     HttpOptions options;
     options.replaceFiles = false;
     SetThreadHttpOptions(options, progress);
-    Answer(RawAnswerText("ours"));
-    std::int32_t count = 0;
-    return Sent()->ReadToFile(Wide(Path("f")), &count);
+    Answer("ours");
+    return Receive(Path("f"));
   }
-
-  std::string directory_;
+  void ExpectTheirs() {
+    ExpectWriteFailure("File exists");
+    ExpectOnly("theirs");
+  }
 };
 
-TEST_P(ExistingFile, FreeNameIsTaken) {
-  EXPECT_EQ(Download(), S_OK) << ErrorWords();
-  EXPECT_EQ(ReadFile("f"), "ours");
-  EXPECT_EQ(FilesInDirectory(), 1);
+constexpr HRESULT kExists = MakeResult(0x80070050);
+
+TEST_F(ExistingFile, FreeNameIsTaken) {
+  OnEachFileSystem([&] {
+    EXPECT_EQ(Download(), S_OK) << ErrorWords();
+    ExpectOnly("ours");
+  });
 }
 
-TEST_P(ExistingFile, FileStaysAsItIs) {
-  std::ofstream(Path("f")) << "theirs";
-  EXPECT_EQ(Download(), kExists);
-  EXPECT_EQ(ErrorWords(), "Couldn't write file " + Path("f") + ": File exists");
-  EXPECT_EQ(ReadFile("f"), "theirs");
-  EXPECT_EQ(FilesInDirectory(), 1);
+TEST_F(ExistingFile, FileStaysAsItIs) {
+  OnEachFileSystem([&] {
+    files_.Write("f", "theirs");
+    EXPECT_EQ(Download(), kExists);
+    ExpectTheirs();
+  });
 }
 
-TEST_P(ExistingFile, LinkStaysAlsoWhenItLeadsNowhere) {
-  ASSERT_EQ(symlink("nowhere", Path("f").c_str()), 0);
-  EXPECT_EQ(Download(), kExists);
-  EXPECT_TRUE(fs::is_symlink(Path("f")));
-  EXPECT_EQ(FilesInDirectory(), 1);
+TEST_F(ExistingFile, LinkStaysAlsoWhenItLeadsNowhere) {
+  OnEachFileSystem([&] {
+    ASSERT_EQ(symlink("nowhere", Path("f").c_str()), 0);
+    EXPECT_EQ(Download(), kExists);
+    EXPECT_TRUE(std::filesystem::is_symlink(Path("f")));
+    EXPECT_EQ(files_.Count(), 1);
+  });
 }
 
-TEST_P(ExistingFile, FileThatAppearsMeanwhileStays) {
-  Intruder intruder(Path("f"));
-  EXPECT_EQ(Download(&intruder), kExists);
-  EXPECT_EQ(ErrorWords(), "Couldn't write file " + Path("f") + ": File exists");
-  EXPECT_EQ(ReadFile("f"), "theirs");
-  EXPECT_EQ(FilesInDirectory(), 1);
-  SetThreadHttpOptions(HttpOptions(), nullptr);  // the listener ends here
+// Another file is put at the target when the body has begun.
+TEST_F(ExistingFile, FileThatAppearsMeanwhileStays) {
+  OnEachFileSystem([&] {
+    ProgressListener intruder([&](bool sending, std::int64_t done, std::int64_t) {
+      if (!sending && done > 0) files_.Write("f", "theirs");
+      return S_OK;
+    });
+    EXPECT_EQ(Download(&intruder), kExists);
+    ExpectTheirs();
+    SetLimits(HttpOptions());  // the listener ends here
+  });
 }
-
-INSTANTIATE_TEST_SUITE_P(, ExistingFile,
-                         ::testing::Values(FileSystemRow{"Usual", false, false},
-                                           FileSystemRow{"WithLinksOnly", true, false},
-                                           FileSystemRow{"WithNeither", true, true}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
 }  // namespace qv::test

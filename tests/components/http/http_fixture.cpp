@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "components/http/http_session.h"
+#include "qvscriptwells/com_call.h"
 
 namespace qv::test {
 namespace {
@@ -34,8 +35,7 @@ std::size_t OpenDescriptors() {
 }
 
 HttpTest::HttpTest() {
-  CloseKeptConnections();
-  ClearErrorInfo();
+  StartAnew();
 }
 
 HttpTest::~HttpTest() {
@@ -43,10 +43,26 @@ HttpTest::~HttpTest() {
   SetThreadHttpOptions(HttpOptions(), nullptr);
 }
 
+void HttpTest::StartAnew() {
+  CloseKeptConnections();
+  ClearErrorInfo();
+}
+
+void HttpTest::Limit(std::int64_t HttpOptions::*number, std::int64_t value) {
+  HttpOptions options;
+  options.*number = value;
+  SetLimits(options);
+}
+
 IHttpSessionPtr HttpTest::NewSession() {
-  void* object = nullptr;
-  EXPECT_EQ(CreateHttpComponent(IHttpSession::kIid, &object), S_OK);
-  return IHttpSessionPtr(static_cast<IHttpSession*>(object), false);
+  IHttpSessionPtr session;
+  EXPECT_EQ(CreateHttpComponent(IHttpSession::kIid, Put(session)), S_OK);
+  return session;
+}
+
+HRESULT HttpTest::OpenAt(const std::string& protocol, const std::string& host, std::uint16_t port,
+                         const std::string& proxy) {
+  return NewSession()->Open(Wide(protocol), Wide(host), port, u"", u"", Wide(proxy));
 }
 
 HRESULT HttpTest::Open(const IHttpSessionPtr& session, const std::string& proxy) {
@@ -61,9 +77,9 @@ IHttpSessionPtr HttpTest::OpenSession() {
 
 IHttpRequestPtr HttpTest::NewRequest(const IHttpSessionPtr& session, const std::string& verb,
                                      const std::string& path) {
-  IHttpRequest* request = nullptr;
-  EXPECT_EQ(session->OpenRequest(Wide(verb), Wide(path), u"text/xml", 0, &request), S_OK) << ErrorWords();
-  return IHttpRequestPtr(request, false);
+  IHttpRequestPtr request;
+  EXPECT_EQ(session->OpenRequest(Wide(verb), Wide(path), u"text/xml", 0, Put(request)), S_OK) << ErrorWords();
+  return request;
 }
 
 IHttpRequestPtr HttpTest::Sent(const std::string& body, const std::string& verb) {
@@ -78,12 +94,18 @@ std::string HttpTest::Header(const IHttpRequestPtr& request, const std::string& 
   return value.IsNull() ? "<null>" : ToUtf8(value);
 }
 
-WideString HttpTest::ReadText(const IHttpRequestPtr& request, std::int32_t length) {
+std::string HttpTest::ReadText(const IHttpRequestPtr& request, std::int32_t length) {
   WideString text;
   std::int32_t count = -1;
   EXPECT_EQ(request->Read(length, &text, &count), S_OK) << ErrorWords();
   EXPECT_EQ(count, length);
-  return text;
+  return ToUtf8(text);
+}
+
+HRESULT HttpTest::Read(const IHttpRequestPtr& request, std::int32_t length) {
+  WideString text;
+  std::int32_t count = 0;
+  return request->Read(length, &text, &count);
 }
 
 Outcome HttpTest::Exchange(std::int32_t length) {
@@ -98,24 +120,38 @@ Outcome HttpTest::Exchange(std::int32_t length) {
   const IHttpSessionPtr session = NewSession();
   if (!note("Open", Open(session))) return outcome;
   const IHttpRequestPtr request = NewRequest(session);
+  WideString text;
   std::int32_t count = 0;
   if (note("Send", request->Send(u"question", u"")) && length >= 0)
-    note("Read", request->Read(length, &outcome.text, &count));
+    note("Read", request->Read(length, &text, &count));
+  outcome.text = ToUtf8(text);
   EXPECT_EQ(request->Close(), S_OK);
   EXPECT_EQ(session->Close(), S_OK);
   return outcome;
 }
 
-void HttpTest::Answer(const std::string& bytes) {
-  server_.Expect(RawScript().ReadRequest().Write(bytes));
+void HttpTest::ExpectText(const std::string& text) {
+  const Outcome outcome = Exchange(static_cast<std::int32_t>(text.size()));
+  EXPECT_EQ(outcome.failedStep, "") << outcome.words;
+  EXPECT_EQ(outcome.text, text);
+}
+
+void HttpTest::ExpectFailure(std::int32_t length, const std::string& step, HRESULT code,
+                             const std::string& words) {
+  const Outcome outcome = Exchange(length);
+  EXPECT_EQ(outcome.failedStep, step);
+  EXPECT_EQ(outcome.code, code);
+  EXPECT_EQ(outcome.words, words);
+}
+
+HRESULT HttpTest::SendMany(std::size_t bytes) {
+  return NewRequest(OpenSession())->Send(WideString(std::u16string(bytes, u'x')), u"");
 }
 
 void HttpTest::ExpectNextCallWorks() {
   const std::size_t before = server_.Connections();
-  Answer(RawAnswerText("fine"));
-  const Outcome outcome = Exchange(4);
-  EXPECT_EQ(outcome.failedStep, "") << outcome.words;
-  EXPECT_EQ(outcome.text, WideString(u"fine"));
+  Answer("fine");
+  ExpectText("fine");
   EXPECT_EQ(server_.Connections(), before + 1);
 }
 

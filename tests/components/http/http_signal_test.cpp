@@ -28,24 +28,22 @@ TEST_F(HttpSignalTest, SignalsDoNotDisturbAWait) {
       std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
   });
-  EXPECT_EQ(Exchange(2).text, WideString(u"ok"));
+  ExpectText("ok");
   ended = true;
   other.join();
   sigaction(SIGUSR1, &before, nullptr);
 }
 
 TEST_F(HttpSignalTest, ConnectThatASignalInterruptsIsTriedAgain) {
-  Answer(RawAnswerText("ok"));
+  Answer("ok");
   const FailingConnects interrupted(EINTR, 3);
-  EXPECT_EQ(Exchange(2).text, WideString(u"ok"));
+  ExpectText("ok");
   EXPECT_EQ(interrupted.Left(), 0);
   EXPECT_EQ(server_.Connections(), 1u);
 }
 
-TEST_F(HttpSignalTest, SignalsWithoutEndAreAtAnEndWithTheTimeToConnect) {
-  HttpOptions options;
-  options.connectTimeout = 50;
-  SetLimits(options);
+TEST_F(HttpSignalTest, EndlessSignalsEndWithTheTimeToConnect) {
+  Limit(&HttpOptions::connectTimeout, 50);
   const FailingConnects interrupted(EINTR, 1'000'000'000);
   EXPECT_EQ(Exchange(2).code, HTTP_E_TIMED_OUT);
 }

@@ -1,5 +1,5 @@
-// Servers that take their time: which of them are given it. A wait of a test that has to end in a failure may
-// take as long as the machine likes; one that has to succeed is never measured.
+// Which slow servers are given time. A wait that has to end in a failure may take as long as the machine
+// likes; one that has to succeed is never measured.
 #include <chrono>
 #include <string>
 #include <thread>
@@ -9,7 +9,8 @@
 namespace qv::test {
 namespace {
 
-constexpr char kHeadOfNine[] = "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n";
+constexpr char kTooSlow[] =
+    "Operation too slow. Less than 1000 bytes/sec transferred the last 200 milliseconds";
 
 class HttpTimeTest : public HttpTest {
  protected:
@@ -27,92 +28,61 @@ class HttpTimeTest : public HttpTest {
     options.totalTimeout = milliseconds;
     SetLimits(options);
   }
-  // One byte each 20 ms for as long as the client stays.
-  static RawScript& Drip(RawScript& script) {
+  // After `start` one byte each 20 ms for as long as the client stays.
+  void ReplyAndDrip(const std::string& start) {
+    RawScript script;
+    script.Reply(start);
     for (int i = 0; i < 3000; ++i) script.Write("x").Pause(20);
-    return script;
+    server_.Expect(script);
   }
 };
 
-TEST_F(HttpTimeTest, HeadThatDripsIsCut) {
+TEST_F(HttpTimeTest, AnswerThatDripsIsCut) {
   SetRate(1000, 200);
-  RawScript script;
-  script.ReadRequest().Write("HTTP/1.1 200 OK\r\nX: ");
-  server_.Expect(Drip(script));
-  const Outcome outcome = Exchange(9);
-  EXPECT_EQ(outcome.failedStep, "Send");
-  EXPECT_EQ(outcome.code, HTTP_E_TIMED_OUT);
-  EXPECT_EQ(outcome.words,
-            "Operation too slow. Less than 1000 bytes/sec transferred the last 200 milliseconds");
+  ReplyAndDrip(OkText("X: "));
+  ExpectFailure(9, "Send", kTimedOut, kTooSlow);
+  ReplyAndDrip(SizedText(3000, ""));
+  ExpectFailure(3000, "Read", kTimedOut, kTooSlow);
+  ReplyAndDrip(ChunkedText("5;"));
+  EXPECT_EQ(Exchange(5).code, kTimedOut);
   SetLimits(HttpOptions());
   ExpectNextCallWorks();
 }
 
-TEST_F(HttpTimeTest, BodyThatDripsIsCut) {
-  SetRate(1000, 200);
-  RawScript script;
-  script.ReadRequest().Write("HTTP/1.1 200 OK\r\nContent-Length: 3000\r\n\r\n");
-  server_.Expect(Drip(script));
-  const Outcome outcome = Exchange(3000);
-  EXPECT_EQ(outcome.failedStep, "Read");
-  EXPECT_EQ(outcome.code, HTTP_E_TIMED_OUT);
-  EXPECT_EQ(outcome.words,
-            "Operation too slow. Less than 1000 bytes/sec transferred the last 200 milliseconds");
-}
-
-TEST_F(HttpTimeTest, ChunksThatDripAreCut) {
-  SetRate(1000, 200);
-  RawScript script;
-  script.ReadRequest().Write("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n5;");
-  server_.Expect(Drip(script));
-  EXPECT_EQ(Exchange(5).code, HTTP_E_TIMED_OUT);
-}
-
-TEST_F(HttpTimeTest, BodyThatStopsBehindTheHeadsPacketIsCut) {
+TEST_F(HttpTimeTest, BodyThatStopsAfterTheHeadsPacketIsCut) {
   SetRate(1000, 50);
-  server_.Expect(RawScript().ReadRequest().Write(std::string(kHeadOfNine) + "part").Stall());
-  EXPECT_EQ(Exchange(9).code, HTTP_E_TIMED_OUT);
+  server_.Expect(RawScript().Reply(SizedText(9, "part")).Stall());
+  EXPECT_EQ(Exchange(9).code, kTimedOut);
 }
 
-// The window is far shorter than the pauses: what is not under way does not count.
-TEST_F(HttpTimeTest, PauseBeforeTheHeadIsTheServersRight) {
+// The window is far shorter than the pauses: only what is under way counts.
+TEST_F(HttpTimeTest, PauseOutsideHeadAndBodyIsTheServersRight) {
   SetRate(1'000'000, 1);
-  server_.Expect(RawScript().ReadRequest().Pause(100).Write(RawAnswerText("ok")));
-  const Outcome outcome = Exchange(2);
-  EXPECT_EQ(outcome.failedStep, "") << outcome.words;
-}
-
-TEST_F(HttpTimeTest, PauseBetweenHeadAndBodyIsTheServersRight) {
-  SetRate(1'000'000, 1);
-  server_.Expect(RawScript().ReadRequest().Write(kHeadOfNine).Pause(100).Write("ninebytes"));
-  const Outcome outcome = Exchange(9);
-  EXPECT_EQ(outcome.failedStep, "") << outcome.words;
-}
-
-TEST_F(HttpTimeTest, PauseBehindAnInterimAnswerIsTheServersRight) {
-  SetRate(1'000'000, 1);
-  server_.Expect(
-      RawScript().ReadRequest().Write("HTTP/1.1 100 Continue\r\n\r\n").Pause(100).Write(RawAnswerText("ok")));
-  const Outcome outcome = Exchange(2);
-  EXPECT_EQ(outcome.failedStep, "") << outcome.words;
+  const RawScript rows[] = {
+      RawScript().ReadRequest().Pause(100).Write(RawAnswerText("ninebytes")),
+      RawScript().Reply(SizedText(9, "")).Pause(100).Write("ninebytes"),
+      RawScript().Reply("HTTP/1.1 100 Continue\r\n\r\n").Pause(100).Write(RawAnswerText("ninebytes"))};
+  for (const RawScript& script : rows) {
+    StartAnew();
+    server_.Expect(script);
+    ExpectText("ninebytes");
+  }
 }
 
 TEST_F(HttpTimeTest, PauseOfTheHostDoesNotCount) {
   SetRate(1'000'000, 1);
-  Answer(RawAnswerText("ninebytes"));
+  Answer("ninebytes");
   const IHttpRequestPtr request = Sent();
-  EXPECT_EQ(ReadText(request, 4), WideString(u"nine"));
+  EXPECT_EQ(ReadText(request, 4), "nine");
   std::this_thread::sleep_for(std::chrono::milliseconds(100));
-  EXPECT_EQ(ReadText(request, 5), WideString(u"bytes"));
+  EXPECT_EQ(ReadText(request, 5), "bytes");
 }
 
 TEST_F(HttpTimeTest, UploadThatNobodyTakesIsCut) {
   SetRate(1000, 200);
   server_.Expect(RawScript().ReadBytes(1).Stall());
-  const IHttpRequestPtr request = NewRequest(OpenSession());
-  EXPECT_EQ(request->Send(WideString(std::u16string(32'000'000, u'x')), u""), HTTP_E_TIMED_OUT);
-  EXPECT_EQ(ErrorWords(),
-            "Operation too slow. Less than 1000 bytes/sec transferred the last 200 milliseconds");
+  EXPECT_EQ(SendMany(32'000'000), kTimedOut);
+  EXPECT_EQ(ErrorWords(), kTooSlow);
 }
 
 TEST_F(HttpTimeTest, TotalTimeEndsAServerThatIsSilent) {
@@ -120,37 +90,34 @@ TEST_F(HttpTimeTest, TotalTimeEndsAServerThatIsSilent) {
   server_.Expect(RawScript().ReadRequest().Stall());
   const Outcome outcome = Exchange(2);
   EXPECT_EQ(outcome.failedStep, "Send");
-  EXPECT_EQ(outcome.code, HTTP_E_TIMED_OUT);
+  EXPECT_EQ(outcome.code, kTimedOut);
   EXPECT_NE(outcome.words.find(" milliseconds in total"), std::string::npos) << outcome.words;
 }
 
 TEST_F(HttpTimeTest, TotalTimeEndsAServerThatKeepsSending) {
   SetTotal(200);
-  RawScript script;
-  script.ReadRequest().Write("HTTP/1.1 200 OK\r\nContent-Length: 3000\r\n\r\n");
-  server_.Expect(Drip(script));
-  EXPECT_EQ(Exchange(3000).code, HTTP_E_TIMED_OUT);
+  ReplyAndDrip(SizedText(3000, ""));
+  EXPECT_EQ(Exchange(3000).code, kTimedOut);
 }
 
-// The server takes the connection and says nothing, so the handshake never ends.
+// The server takes the connection and sends nothing, so the handshake never ends.
 TEST_F(HttpTimeTest, TotalTimeHoldsForTheHandshakeToo) {
   HttpOptions options;
   options.connectTimeout = 0;
   options.totalTimeout = 100;
   SetLimits(options);
   server_.Expect(RawScript().Stall());
-  EXPECT_EQ(NewSession()->Open(u"https", u"127.0.0.1", server_.Port(), u"", u"", u""), HTTP_E_TIMED_OUT);
+  EXPECT_EQ(OpenAt("https", "127.0.0.1", server_.Port()), kTimedOut);
 }
 
 TEST_F(HttpTimeTest, TimeOfOpenCountsForTheFirstRequestOnly) {
-  server_.Expect(
-      RawScript().ReadRequest().Write(RawAnswerText("one")).ReadRequest().Write(RawAnswerText("two")));
+  server_.Expect(RawScript().Answer("one").Answer("two"));
   SetTotal(60'000);
   const IHttpSessionPtr session = OpenSession();
-  for (const char16_t* text : {u"one", u"two"}) {
+  for (const char* text : {"one", "two"}) {
     const IHttpRequestPtr request = NewRequest(session);
     EXPECT_EQ(request->Send(u"question", u""), S_OK) << ErrorWords();
-    EXPECT_EQ(ReadText(request, 3), WideString(text));
+    EXPECT_EQ(ReadText(request, 3), text);
     EXPECT_EQ(request->Close(), S_OK);
   }
 }

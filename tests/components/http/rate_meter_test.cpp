@@ -22,95 +22,79 @@ HttpOptions Limits(std::int64_t bytesPerSecond, std::int64_t window) {
   return options;
 }
 
-std::string Refusal(RateMeter* meter) {
-  try {
-    meter->Check();
-    return "";
-  } catch (const HttpFailure& failure) {
-    EXPECT_EQ(failure.Code(), HTTP_E_TIMED_OUT);
-    return failure.what();
+class Meter : public RateMeter {
+ public:
+  explicit Meter(const HttpOptions& options = HttpOptions()) : RateMeter(options) {}
+
+  // Bytes, and then a wait.
+  Meter& Pass(std::size_t bytes, Duration time) {
+    Count(bytes);
+    Wait(time);
+    return *this;
   }
-}
+  std::string Refusal() {
+    try {
+      Check();
+      return "";
+    } catch (const HttpFailure& failure) {
+      EXPECT_EQ(failure.Code(), HTTP_E_TIMED_OUT);
+      return failure.what();
+    }
+  }
+};
 
 constexpr char kTooSlow[] =
     "Operation too slow. Less than 16 bytes/sec transferred the last 60000 milliseconds";
 
-TEST(RateMeter, SixteenBytesASecondAreEnough) {
-  RateMeter meter{HttpOptions()};
-  meter.Count(960);
-  meter.Wait(seconds(60));
-  EXPECT_EQ(Refusal(&meter), "");
+TEST(RateMeter, SixteenBytesASecondAreEnoughAndOneByteLessIsNot) {
+  EXPECT_EQ(Meter().Pass(960, seconds(60)).Refusal(), "");
+  EXPECT_EQ(Meter().Pass(959, seconds(60)).Refusal(), kTooSlow);
 }
 
-TEST(RateMeter, OneByteLessIsTooSlow) {
-  RateMeter meter{HttpOptions()};
-  meter.Count(959);
-  meter.Wait(seconds(60));
-  EXPECT_EQ(Refusal(&meter), kTooSlow);
-}
-
-TEST(RateMeter, NothingIsSaidBeforeTheEndOfTheWindow) {
-  RateMeter meter{HttpOptions()};
-  meter.Count(1);
-  meter.Wait(milliseconds(59'999));
-  EXPECT_EQ(Refusal(&meter), "");
+TEST(RateMeter, NothingIsRefusedBeforeTheEndOfTheWindow) {
+  Meter meter;
+  EXPECT_EQ(meter.Pass(1, milliseconds(59'999)).Refusal(), "");
   EXPECT_EQ(meter.Left(), milliseconds(1));
   meter.Wait(milliseconds(1));
-  EXPECT_EQ(Refusal(&meter), kTooSlow);
+  EXPECT_EQ(meter.Refusal(), kTooSlow);
 }
 
 TEST(RateMeter, EveryWindowHasToHoldEnough) {
-  RateMeter meter{HttpOptions()};
-  meter.Count(1'000'000);
-  meter.Wait(seconds(60));
-  EXPECT_EQ(Refusal(&meter), "");
+  Meter meter;
+  EXPECT_EQ(meter.Pass(1'000'000, seconds(60)).Refusal(), "");
   EXPECT_EQ(meter.Left(), seconds(60));
-  meter.Count(959);
-  meter.Wait(seconds(60));
-  EXPECT_EQ(Refusal(&meter), kTooSlow);
+  EXPECT_EQ(meter.Pass(959, seconds(60)).Refusal(), kTooSlow);
 }
 
 TEST(RateMeter, WaitingBeforeTheFirstByteDoesNotCount) {
-  RateMeter meter{HttpOptions()};
+  Meter meter;
   meter.Wait(seconds(3600));
-  EXPECT_EQ(Refusal(&meter), "");
+  EXPECT_EQ(meter.Refusal(), "");
   EXPECT_EQ(meter.Left(), RateMeter::Duration::max());
-  meter.Count(1);
-  meter.Wait(seconds(59));
-  EXPECT_EQ(Refusal(&meter), "");
+  EXPECT_EQ(meter.Pass(1, seconds(59)).Refusal(), "");
 }
 
 TEST(RateMeter, StopForgetsTheWindow) {
-  RateMeter meter{HttpOptions()};
-  meter.Count(1);
+  Meter meter;
+  meter.Pass(1, seconds(59)).Stop();
   meter.Wait(seconds(59));
-  meter.Stop();
-  meter.Wait(seconds(59));
-  EXPECT_EQ(Refusal(&meter), "");
+  EXPECT_EQ(meter.Refusal(), "");
   meter.Count(1);
   EXPECT_EQ(meter.Left(), seconds(60));
 }
 
 TEST(RateMeter, ZeroIsNoLimit) {
   for (const HttpOptions& options : {Limits(0, 60'000), Limits(16, 0)}) {
-    RateMeter meter(options);
-    meter.Count(1);
-    meter.Wait(seconds(3600));
-    EXPECT_EQ(Refusal(&meter), "");
+    Meter meter(options);
+    EXPECT_EQ(meter.Pass(1, seconds(3600)).Refusal(), "");
     EXPECT_EQ(meter.Left(), RateMeter::Duration::max());
   }
 }
 
 TEST(RateMeter, GreatestNumbersAreLimitsToo) {
-  const std::int64_t most = std::numeric_limits<std::int64_t>::max();
-  RateMeter greedy(Limits(most, 10));
-  greedy.Count(1'000'000'000);
-  greedy.Wait(milliseconds(10));
-  EXPECT_NE(Refusal(&greedy), "");
-  RateMeter patient(Limits(most, most));
-  patient.Count(1);
-  patient.Wait(seconds(3600));
-  EXPECT_EQ(Refusal(&patient), "");
+  constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+  EXPECT_NE(Meter(Limits(kMost, 10)).Pass(1'000'000'000, milliseconds(10)).Refusal(), "");
+  EXPECT_EQ(Meter(Limits(kMost, kMost)).Pass(1, seconds(3600)).Refusal(), "");
 }
 
 }  // namespace

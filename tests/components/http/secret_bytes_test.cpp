@@ -1,3 +1,4 @@
+// Bytes that are cleared when they are no longer used, and that grow like a string.
 #include "components/http/secret_bytes.h"
 
 #include <gtest/gtest.h>

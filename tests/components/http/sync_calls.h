@@ -1,5 +1,5 @@
-// Notes what this thread tells the system about files, in order, and makes syncing fail. The test program has
-// its own fsync() and rename() in front of the C library's.
+// Notes this thread's calls of fsync() and rename() in order, and makes syncing fail. The test program has
+// its own versions of both, which come before the C library's.
 #pragma once
 
 #include <string>

@@ -1,3 +1,4 @@
+// Texts and their bytes: UTF-8, UTF-16, Latin-1 and whatever else iconv knows.
 #include "components/http/text_codec.h"
 
 #include <gtest/gtest.h>
@@ -36,52 +37,40 @@ TEST(EncodeUtf8WithRoom, BothTextsAreJoined) {
   EXPECT_EQ(Encoded(u"abc", u"d\u20AC"), "abcd\xE2\x82\xAC");
 }
 
-// The fast way takes sixteen at a time; the odd character stands at each place of two steps.
-TEST(EncodeUtf8WithRoom, OddCharacterAtEveryPlaceIsEncoded) {
+// The fast way takes sixteen at a time; the odd character is at each place of two steps.
+TEST(Utf8, OddCharacterAtEveryPlaceIsEncodedAndDecoded) {
   for (std::size_t place = 0; place < 40; ++place) {
     std::u16string text(40, u'x');
     text[place] = u'\u0080';
-    const std::string expected = std::string(place, 'x') + "\xC2\x80" + std::string(39 - place, 'x');
-    EXPECT_EQ(Encoded(text), expected) << place;
-    EXPECT_EQ(EncodeUtf8(text), expected) << place;
-  }
-}
-
-TEST(DecodeUtf8, OddCharacterAtEveryPlaceIsDecoded) {
-  for (std::size_t place = 0; place < 40; ++place) {
     const std::string bytes = std::string(place, 'x') + "\xC2\x80" + std::string(39 - place, 'x');
-    std::u16string expected(40, u'x');
-    expected[place] = u'\u0080';
-    EXPECT_EQ(DecodeUtf8(bytes), WideString(expected)) << place;
+    EXPECT_EQ(Encoded(text), bytes) << place;
+    EXPECT_EQ(EncodeUtf8(text), bytes) << place;
+    EXPECT_EQ(DecodeUtf8(bytes), WideString(text)) << place;
   }
 }
 
-struct Utf8Row {
-  const char* name;
-  std::string bytes;
-  const char* shown;
-};
-
-class DecodeUtf8Table : public ::testing::TestWithParam<Utf8Row> {};
-
-TEST_P(DecodeUtf8Table, GivesThisText) {
-  EXPECT_EQ(Shown(DecodeUtf8(GetParam().bytes)), GetParam().shown);
+TEST(DecodeUtf8, BadBytesAreReplaced) {
+  const struct {
+    std::string bytes;
+    const char* shown;
+  } rows[] = {
+      {"", ""},
+      {std::string("a\0b", 3), "a\\u0000b"},
+      {"\xC3\xA9", "\\u00E9"},
+      {"\xE2\x82\xAC", "\\u20AC"},
+      {"\xF0\x9F\x98\x80", "\\uD83D\\uDE00"},
+      {"\xF4\x8F\xBF\xBF", "\\uDBFF\\uDFFF"},  // the last character
+      {"a\x80z", "a\\uFFFDz"},
+      {"\xE2\x82", "\\uFFFD"},  // cut
+      {"\xE2\x82z", "\\uFFFDz"},
+      {"\xC0\xAF", "\\uFFFD\\uFFFD"},  // overlong
+      {"\xE0\x80\xAF", "\\uFFFD\\uFFFD\\uFFFD"},
+      {"\xED\xA0\x80", "\\uFFFD\\uFFFD\\uFFFD"},             // a surrogate
+      {"\xF4\x90\x80\x80", "\\uFFFD\\uFFFD\\uFFFD\\uFFFD"},  // beyond Unicode
+      {"\xFE\xFF", "\\uFFFD\\uFFFD"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(Shown(DecodeUtf8(row.bytes)), row.shown) << row.bytes;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    , DecodeUtf8Table,
-    ::testing::Values(
-        Utf8Row{"Empty", "", ""}, Utf8Row{"Nul", std::string("a\0b", 3), "a\\u0000b"},
-        Utf8Row{"TwoBytes", "\xC3\xA9", "\\u00E9"}, Utf8Row{"ThreeBytes", "\xE2\x82\xAC", "\\u20AC"},
-        Utf8Row{"FourBytes", "\xF0\x9F\x98\x80", "\\uD83D\\uDE00"},
-        Utf8Row{"LastCharacter", "\xF4\x8F\xBF\xBF", "\\uDBFF\\uDFFF"},
-        Utf8Row{"LoneContinuation", "a\x80z", "a\\uFFFDz"}, Utf8Row{"CutCharacter", "\xE2\x82", "\\uFFFD"},
-        Utf8Row{"CutBeforeAscii", "\xE2\x82z", "\\uFFFDz"}, Utf8Row{"Overlong", "\xC0\xAF", "\\uFFFD\\uFFFD"},
-        Utf8Row{"OverlongThree", "\xE0\x80\xAF", "\\uFFFD\\uFFFD\\uFFFD"},
-        Utf8Row{"Surrogate", "\xED\xA0\x80", "\\uFFFD\\uFFFD\\uFFFD"},
-        Utf8Row{"BeyondUnicode", "\xF4\x90\x80\x80", "\\uFFFD\\uFFFD\\uFFFD\\uFFFD"},
-        Utf8Row{"BytesNeverUsed", "\xFE\xFF", "\\uFFFD\\uFFFD"}),
-    [](const ::testing::TestParamInfo<Utf8Row>& row) { return row.param.name; });
 
 TEST(DecodeLatin1, BytesAreUnits) {
   EXPECT_EQ(Shown(DecodeLatin1("a\x80\xFF")), "a\\u0080\\u00FF");
@@ -97,21 +86,16 @@ TEST(DecodeUtf16, PairStaysAndLoneHalvesAndOddByteAreReplaced) {
   EXPECT_EQ(Shown(DecodeUtf16(std::string_view("\xD8\x3D\0a\xDE\0\0", 7), true)), "\\uFFFDa\\uFFFD\\uFFFD");
 }
 
-TEST(DecodeByIconv, RareCharsetIsRead) {
+std::string ByIconv(std::string_view bytes, const char* charset) {
   WideString text;
-  ASSERT_TRUE(DecodeByIconv("\x80\xE4", "windows-1252", &text));
-  EXPECT_EQ(Shown(text), "\\u20AC\\u00E4");
-  ASSERT_TRUE(DecodeByIconv("\x82\xA0", "shift_jis", &text));
-  EXPECT_EQ(Shown(text), "\\u3042");
+  EXPECT_TRUE(DecodeByIconv(bytes, charset, &text));
+  return Shown(text);
 }
 
-TEST(DecodeByIconv, BadBytesAreReplaced) {
-  WideString text;
-  ASSERT_TRUE(
-      DecodeByIconv("a\xFF"
-                    "b\x82",
-                    "shift_jis", &text));
-  EXPECT_EQ(Shown(text), "a\\uFFFDb\\uFFFD");
+TEST(DecodeByIconv, RareCharsetIsReadAndBadBytesAreReplaced) {
+  EXPECT_EQ(ByIconv("\x80\xE4", "windows-1252"), "\\u20AC\\u00E4");
+  EXPECT_EQ(ByIconv("\x82\xA0", "shift_jis"), "\\u3042");
+  EXPECT_EQ(ByIconv("a\xFFy\x82", "shift_jis"), "a\\uFFFDy\\uFFFD");
 }
 
 TEST(DecodeByIconv, LongTextIsReadWhole) {
@@ -120,27 +104,24 @@ TEST(DecodeByIconv, LongTextIsReadWhole) {
   EXPECT_EQ(text, WideString(std::u16string(100'000, u'\u00E4')));
 }
 
-TEST(DecodeByIconv, UnknownCharsetIsTold) {
+TEST(DecodeByIconv, UnknownCharsetIsReported) {
   WideString text;
   EXPECT_FALSE(DecodeByIconv("a", "no-such-charset", &text));
 }
 
 TEST(OpenTailUtf8, CountsTheBytesOfACutCharacter) {
-  EXPECT_EQ(OpenTailUtf8("abc"), 0u);
-  EXPECT_EQ(OpenTailUtf8("a\xC3"), 1u);
-  EXPECT_EQ(OpenTailUtf8("\xE2\x82"), 2u);
-  EXPECT_EQ(OpenTailUtf8("\xF0\x9F\x98"), 3u);
-  EXPECT_EQ(OpenTailUtf8("\xE2\x82\xAC"), 0u);
-  EXPECT_EQ(OpenTailUtf8("\x80\x80"), 0u);
-  EXPECT_EQ(OpenTailUtf8(""), 0u);
+  const std::pair<const char*, std::size_t> rows[] = {
+      {"abc", 0},          {"a\xC3", 1},    {"\xE2\x82", 2}, {"\xF0\x9F\x98", 3},
+      {"\xE2\x82\xAC", 0}, {"\x80\x80", 0}, {"", 0}};
+  for (const auto& [bytes, tail] : rows) EXPECT_EQ(OpenTailUtf8(bytes), tail) << bytes;
 }
 
 TEST(OpenTailUtf16, CountsAnOddByteAndHalfAPair) {
   EXPECT_EQ(OpenTailUtf16(std::string_view("\0a", 2), true), 0u);
   EXPECT_EQ(OpenTailUtf16(std::string_view("\0a\0", 3), true), 1u);
-  EXPECT_EQ(OpenTailUtf16(std::string_view("\xD8\x3D", 2), true), 2u);
-  EXPECT_EQ(OpenTailUtf16(std::string_view("\xD8\x3D\xDE", 3), true), 3u);
-  EXPECT_EQ(OpenTailUtf16(std::string_view("x", 1), false), 1u);
+  EXPECT_EQ(OpenTailUtf16("\xD8\x3D", true), 2u);
+  EXPECT_EQ(OpenTailUtf16("\xD8\x3D\xDE", true), 3u);
+  EXPECT_EQ(OpenTailUtf16("x", false), 1u);
 }
 
 }  // namespace

@@ -1,42 +1,41 @@
 #include "tls_server.h"
 
-#include <netinet/in.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/ssl.h>
 #include <openssl/x509v3.h>
-#include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <csignal>
-#include <cstdlib>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <stdexcept>
-#include <thread>
+
+#include "fixtures/loopback_server.h"
+#include "fixtures/temporary_directory.h"
 
 namespace qv::test {
 namespace {
 
-struct KeyCloser {
-  void operator()(EVP_PKEY* key) const { EVP_PKEY_free(key); }
+template <auto Close>
+struct Closer {
+  template <class T>
+  void operator()(T* object) const {
+    Close(object);
+  }
 };
-struct CertificateCloser {
-  void operator()(X509* certificate) const { X509_free(certificate); }
-};
-struct ContextCloser {
-  void operator()(SSL_CTX* context) const { SSL_CTX_free(context); }
-};
-struct SslCloser {
-  void operator()(SSL* ssl) const { SSL_free(ssl); }
-};
-using Key = std::unique_ptr<EVP_PKEY, KeyCloser>;
-using Certificate = std::unique_ptr<X509, CertificateCloser>;
-using Context = std::unique_ptr<SSL_CTX, ContextCloser>;
-using Ssl = std::unique_ptr<SSL, SslCloser>;
+using Key = std::unique_ptr<EVP_PKEY, Closer<EVP_PKEY_free>>;
+using Certificate = std::unique_ptr<X509, Closer<X509_free>>;
+using Extension = std::unique_ptr<X509_EXTENSION, Closer<X509_EXTENSION_free>>;
+using Context = std::unique_ptr<SSL_CTX, Closer<SSL_CTX_free>>;
+using Ssl = std::unique_ptr<SSL, Closer<SSL_free>>;
+
+Key NewKey() {
+  return Key(EVP_EC_gen("P-256"));
+}
 
 Certificate MakeCertificate(EVP_PKEY* key, const std::string& name) {
   Certificate certificate(X509_new());
@@ -52,79 +51,64 @@ Certificate MakeCertificate(EVP_PKEY* key, const std::string& name) {
   X509_set_issuer_name(x, subject);
   const bool isAddress = name.find_first_not_of("0123456789.") == std::string::npos;
   const std::string alternative = (isAddress ? "IP:" : "DNS:") + name;
-  X509_EXTENSION* extension =
-      X509V3_EXT_conf_nid(nullptr, nullptr, NID_subject_alt_name, alternative.c_str());
-  X509_add_ext(x, extension, -1);
-  X509_EXTENSION_free(extension);
+  const Extension extension(X509V3_EXT_conf_nid(nullptr, nullptr, NID_subject_alt_name, alternative.c_str()));
+  X509_add_ext(x, extension.get(), -1);
   if (X509_sign(x, key, EVP_sha256()) == 0) throw std::runtime_error("TlsServer cannot sign");
   return certificate;
 }
 
-std::string WriteCertificate(X509* certificate) {
-  char name[] = "/tmp/tls_server.XXXXXX";
-  const int descriptor = mkstemp(name);
-  FILE* file = descriptor < 0 ? nullptr : fdopen(descriptor, "w");
-  if (file == nullptr) throw std::runtime_error("TlsServer cannot write");
-  PEM_write_X509(file, certificate);
-  fclose(file);
-  return name;
+// What `write` writes.
+std::string Pem(const std::function<int(BIO*)>& write) {
+  const std::unique_ptr<BIO, Closer<BIO_free>> memory(BIO_new(BIO_s_mem()));
+  if (write(memory.get()) == 0) throw std::runtime_error("TlsServer cannot write");
+  char* bytes = nullptr;
+  const long size = BIO_get_mem_data(memory.get(), &bytes);
+  return {bytes, static_cast<std::size_t>(size)};
 }
 
-std::string WriteKey(EVP_PKEY* key) {
-  char name[] = "/tmp/tls_server.XXXXXX";
-  const int descriptor = mkstemp(name);
-  FILE* file = descriptor < 0 ? nullptr : fdopen(descriptor, "w");
-  if (file == nullptr) throw std::runtime_error("TlsServer cannot write");
-  PEM_write_PrivateKey(file, key, nullptr, nullptr, 0, nullptr, nullptr);
-  fclose(file);
-  return name;
+std::string KeyText(EVP_PKEY* key) {
+  return Pem(
+      [key](BIO* bio) { return PEM_write_bio_PrivateKey(bio, key, nullptr, nullptr, 0, nullptr, nullptr); });
 }
 
-int Listen(std::uint16_t* port) {
-  const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof(address);
-  sockaddr* plain = reinterpret_cast<sockaddr*>(&address);
-  if (listener < 0 || bind(listener, plain, size) != 0 || listen(listener, 8) != 0 ||
-      getsockname(listener, plain, &size) != 0)
-    throw std::runtime_error("TlsServer cannot listen");
-  *port = ntohs(address.sin_port);
-  return listener;
+// Writing to a connection that the client has closed is an error, not the end of the process.
+void IgnorePipeSignal() {
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &set, nullptr);
 }
 
 }  // namespace
 
+std::string LockedKey() {
+  const Key key = NewKey();
+  const unsigned char password[] = "secret";
+  return Pem([&](BIO* bio) {
+    return PEM_write_bio_PrivateKey(bio, key.get(), EVP_aes_128_cbc(), password, 6, nullptr, nullptr);
+  });
+}
+
 class TlsServer::Impl {
  public:
   explicit Impl(const std::string& name)
-      : key_(EVP_EC_gen("P-256")),
+      : key_(NewKey()),
         certificate_(MakeCertificate(key_.get(), name)),
         context_(SSL_CTX_new(TLS_server_method())),
-        file_(WriteCertificate(certificate_.get())),
-        keyFile_(WriteKey(key_.get())),
-        listener_(Listen(&port_)) {
+        file_(files_.Write("certificate.pem",
+                           Pem([&](BIO* bio) { return PEM_write_bio_X509(bio, certificate_.get()); }))),
+        keyFile_(files_.Write("key.pem", KeyText(key_.get()))),
+        server_([this] { return [this](LoopbackConnection& connection) { Serve(connection); }; }) {
     SSL_CTX_use_certificate(context_.get(), certificate_.get());
     SSL_CTX_use_PrivateKey(context_.get(), key_.get());
-    thread_ = std::thread([this] { Run(); });
-  }
-  ~Impl() {
-    ending_ = true;
-    thread_.join();
-    close(listener_);
-    unlink(file_.c_str());
-    unlink(keyFile_.c_str());
   }
 
-  std::uint16_t port_ = 0;
   Key key_;
   Certificate certificate_;
   Context context_;
+  TemporaryDirectory files_;
   std::string file_;
   std::string keyFile_;
-  int listener_;
-  std::atomic<bool> ending_{false};
   std::atomic<bool> politely_{true};
   std::atomic<bool> wantsCertificate_{false};
   std::atomic<int> connections_{0};
@@ -133,46 +117,27 @@ class TlsServer::Impl {
   std::string received_;
 
  private:
-  bool WaitReadable(int socket) const {
-    while (!ending_) {
-      pollfd entry{socket, POLLIN, 0};
-      if (poll(&entry, 1, 20) > 0) return true;
-    }
-    return false;
-  }
-
-  void Run() {
-    sigset_t set;
-    sigemptyset(&set);
-    sigaddset(&set, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &set, nullptr);
-    while (WaitReadable(listener_)) {
-      const int socket = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-      if (socket < 0) continue;
-      Serve(socket);
-      close(socket);
-    }
-  }
-
-  void Serve(int socket) {
+  void Serve(LoopbackConnection& connection) {
+    const std::lock_guard<std::mutex> turn(turn_);
+    IgnorePipeSignal();
     const Ssl ssl(SSL_new(context_.get()));
-    SSL_set_fd(ssl.get(), socket);
+    SSL_set_fd(ssl.get(), connection.Socket());
     if (wantsCertificate_) {
       SSL_set_verify(ssl.get(), SSL_VERIFY_PEER | SSL_VERIFY_FAIL_IF_NO_PEER_CERT, nullptr);
       SSL_set0_verify_cert_store(ssl.get(), OwnStore());
     }
-    if (SSL_accept(ssl.get()) != 1) return Drain(socket);
+    if (!connection.WaitReadable()) return;
+    if (SSL_accept(ssl.get()) != 1) return Drain(connection);
     ++connections_;
-    while (ReadRequest(ssl.get(), socket) && WriteAnswer(ssl.get())) {
+    while (ReadRequest(ssl.get(), connection) && WriteAnswer(ssl.get())) {
     }
     if (politely_) SSL_shutdown(ssl.get());
   }
 
-  // What was not read would make the close a reset, and the client would not hear why it was refused.
-  void Drain(int socket) const {
-    shutdown(socket, SHUT_WR);
-    char buffer[4096];
-    while (WaitReadable(socket) && recv(socket, buffer, sizeof(buffer), 0) > 0) {
+  // Unread bytes would make the close a reset, and the client would not learn why it was refused.
+  static void Drain(const LoopbackConnection& connection) {
+    shutdown(connection.Socket(), SHUT_WR);
+    for (std::string unread; connection.Read(&unread);) {
     }
   }
 
@@ -182,12 +147,12 @@ class TlsServer::Impl {
     return store;
   }
 
-  bool ReadRequest(SSL* ssl, int socket) {
+  bool ReadRequest(SSL* ssl, const LoopbackConnection& connection) {
     std::string request;
     while (request.find("\r\n\r\nquestion") == std::string::npos) {
       char buffer[4096];
-      if (SSL_pending(ssl) == 0 && !WaitReadable(socket)) return false;
-      const int got = SSL_read(ssl, buffer, sizeof(buffer));
+      if (SSL_pending(ssl) == 0 && !connection.WaitReadable()) return false;
+      const int got = SSL_read(ssl, buffer, sizeof buffer);
       if (got <= 0) return false;
       request.append(buffer, static_cast<std::size_t>(got));
     }
@@ -209,14 +174,18 @@ class TlsServer::Impl {
     return SSL_write(ssl, answer.data(), static_cast<int>(answer.size())) > 0 && (more || politely_);
   }
 
-  std::thread thread_;
+  std::mutex turn_;        // of the connection that is served
+  LoopbackServer server_;  // last, since its threads use all the others
+
+ public:
+  std::uint16_t Port() const { return server_.Port(); }
 };
 
 TlsServer::TlsServer(const std::string& name) : impl_(std::make_unique<Impl>(name)) {}
 TlsServer::~TlsServer() = default;
 
 std::uint16_t TlsServer::Port() const {
-  return impl_->port_;
+  return impl_->Port();
 }
 const std::string& TlsServer::CertificateFile() const {
   return impl_->file_;

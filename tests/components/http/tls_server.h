@@ -1,4 +1,4 @@
-// A TLS server on loopback with a certificate of its own making, which serves one connection after the other.
+// A TLS server on 127.0.0.1 that makes its own certificate and serves one connection after the other.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +7,14 @@
 
 namespace qv::test {
 
+// A private key in PEM that needs a password.
+std::string LockedKey();
+
 class TlsServer {
  public:
   // `name` is what the certificate is for: an address such as "127.0.0.1" or a DNS name. Throws
   // std::runtime_error.
-  explicit TlsServer(const std::string& name);
+  explicit TlsServer(const std::string& name = "127.0.0.1");
   ~TlsServer();
   TlsServer(const TlsServer&) = delete;
   TlsServer& operator=(const TlsServer&) = delete;
@@ -24,7 +27,7 @@ class TlsServer {
   void WantCertificate();
   // What each further request is answered with, in order. A request without an answer closes the connection.
   void Answer(const std::string& bytes);
-  // The connection closes behind the last answer, and without TLS's word of farewell.
+  // The connection closes after the last answer, without TLS's close notification.
   void SayNoFarewell();
   std::string Received() const;
   // Connections whose handshake succeeded.

@@ -4,8 +4,8 @@
 #include <functional>
 #include <ostream>
 
-#include "components/recordlist/heap_watch.h"
 #include "components/recordlist/list_helpers.h"
+#include "fixtures/scarce_memory.h"
 #include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/error_info.h"
 
@@ -102,7 +102,7 @@ int FailuresUntilDone(const std::function<HRESULT()>& operation, const std::func
     LeaveStaleRecord();
     HRESULT code = S_OK;
     {
-      const ScarceHeap scarce(blocks);
+      const ScarceMemory scarce(Memory::kObjects, blocks);
       code = operation();
     }
     if (Succeeded(code)) return blocks;
@@ -131,7 +131,7 @@ TEST(ScarceListClass, CreationFailsWithACode) {
     void* made = &stranger;
     HRESULT code = S_OK;
     {
-      const ScarceHeap scarce(failures);
+      const ScarceMemory scarce(Memory::kObjects, failures);
       code = CoCreateInstance(CLSID_RecordList, nullptr, CLSCTX_ALL, IRecordList::kIid, &made);
     }
     if (Succeeded(code)) {
