@@ -1,5 +1,4 @@
-// Certificates made on the spot by the openssl program, below an authority of their own that nobody trusts
-// but who is told to.
+// Certificates made on the spot by the openssl program, and their authority, which nobody trusts by default.
 #pragma once
 
 #include <string>
@@ -22,7 +21,7 @@ struct CertificateFiles {
 
 class Certificates {
  public:
-  // Throws std::runtime_error with openssl's words.
+  // Throws std::runtime_error with openssl's message.
   Certificates();
 
   // The authority's own, for SSL_CERT_FILE.

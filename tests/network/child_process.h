@@ -39,7 +39,7 @@ bool PortAnswers(const std::string& address, std::uint16_t port);
 std::uint16_t FreePort();
 
 // A server program. Ports that were free a moment ago may be taken, so the start is tried on several.
-// `words` gives the command line for a port. Throws std::runtime_error with what the program said.
+// `command` returns the command line for a port. Throws std::runtime_error with the program's output.
 class ServerProcess {
  public:
   using Command = std::function<Words(std::uint16_t port)>;

@@ -8,120 +8,79 @@
 namespace qv::test {
 namespace {
 
-constexpr char kProblem[] = "0x80020009 Unknown Http problem.";
-
 class DownloadName : public TransferTest {
  protected:
   // Each with a directory given and without one.
-  void ExpectRefused(const std::string& header, const std::string& outcome = kProblem) {
+  void ExpectRefused(const std::string& header,
+                     const std::string& outcome = "0x80020009 Unknown Http problem.") {
+    SCOPED_TRACE(header);
     for (const WideString& directory : {Wide(Target()), WideString()}) {
-      const Tree before = AllFiles();
-      server_.Expect(RawScript().ReadRequest().Write(RawAnswerText("evil", header)));
-      EXPECT_EQ(Download(ServerUrl() + "/f", directory), outcome) << header;
-      EXPECT_EQ(AllFiles(), before) << header;
+      Reply(RawAnswerText("evil", header));
+      ExpectNoDownload(ServerUrl() + "/f", directory, outcome);
       ExpectNextDownloadWorks();
     }
     ExpectNoDescriptorLeft();
   }
-  void ExpectRefusedName(const std::string& name) {
-    ExpectRefused("Content-Disposition: attachment; filename=" + name + "\r\n");
-  }
-  // The file lands under `name`.
-  void ExpectLands(const std::string& disposition, const std::string& name) {
-    Tree expected = AllFiles();
-    expected["target/" + name] = "file good";
-    server_.Expect(RawScript().ReadRequest().Write(
-        RawAnswerText("good", "Content-Disposition: " + disposition + "\r\n")));
-    EXPECT_EQ(DownloadHere(), "ok");
-    EXPECT_EQ(downloaded_, Wide(Target() + "\\" + name));
-    EXPECT_EQ(AllFiles(), expected);
-    CloseKeptConnections();
-    ExpectNextDownloadWorks();
-    ExpectNoDescriptorLeft();
-  }
 };
 
-TEST_F(DownloadName, SeparatorsAreRefused) {
+TEST_F(DownloadName, NamesThatLeadElsewhereAreRefused) {
   for (const char* name : {"a/b", "../evil", "/tmp/evil", "../../here/evil", "a\\b", "..\\evil", "\\evil",
-                           "/", "\\", "../", "..\\..\\here\\evil"})
-    ExpectRefusedName(name);
-}
-
-TEST_F(DownloadName, NamesOfDirectoriesAreRefused) {
-  ExpectRefusedName(".");
-  ExpectRefusedName("..");
-}
-
-TEST_F(DownloadName, EmptyNameIsRefused) {
-  ExpectRefusedName("");
+                           "/", "\\", "../", "..\\..\\here\\evil", ".", "..", ""})
+    ExpectRefused(FileHeader(name));
 }
 
 TEST_F(DownloadName, AnswerThatNamesNoFileIsRefused) {
-  ExpectRefused("");
-  ExpectRefused("Content-Disposition: attachment\r\n");
-  ExpectRefused("Content-Disposition:\r\n");
-  ExpectRefused("Content-Disposition: =\r\n");
+  for (const char* header :
+       {"", "Content-Disposition: attachment\r\n", "Content-Disposition:\r\n", "Content-Disposition: =\r\n"})
+    ExpectRefused(header);
+  ExpectRefused(FileHeader(std::string("a\0b", 3)), "0x80020009 Nul byte in header");
 }
 
-TEST_F(DownloadName, NulInTheHeadIsNoHttp) {
-  ExpectRefused(std::string("Content-Disposition: attachment; filename=a\0b\r\n", 47),
-                "0x80020009 Nul byte in header");
-}
-
-TEST_F(DownloadName, NameThatIsTooLongFails) {
+TEST_F(DownloadName, NameThatIsTooLongFailsAndLeavesNoNewDirectory) {
   const std::string name(300, 'n');
-  server_.Expect(RawScript().ReadRequest().Write(
-      RawAnswerText("evil", "Content-Disposition: attachment; filename=" + name + "\r\n")));
+  Reply(FileAnswer(name, "evil"));
+  ExpectNoDownload(ServerUrl() + "/f", Wide(Target()),
+                   "0x80020009 Couldn't write file " + Target() + "/" + name + ": File name too long");
+  ExpectDownloadsLeaveNothing();
+  Reply(FileAnswer(name, "evil"));
   const Tree before = AllFiles();
-  EXPECT_EQ(DownloadHere(),
-            "0x80020009 Couldn't write file " + Target() + "/" + name + ": File name too long");
-  EXPECT_EQ(AllFiles(), before);
-  ExpectNextDownloadWorks();
-  ExpectNoDescriptorLeft();
-}
-
-TEST_F(DownloadName, NameThatIsTooLongLeavesNoNewDirectory) {
-  server_.Expect(RawScript().ReadRequest().Write(
-      RawAnswerText("evil", "Content-Disposition: attachment; filename=" + std::string(300, 'n') + "\r\n")));
-  const Tree before = AllFiles();
-  EXPECT_NE(Download(ServerUrl() + "/f", WideString()).find(": File name too long"), std::string::npos);
+  EXPECT_NE(Download(ServerUrl() + "/f", u"").find(": File name too long"), std::string::npos);
   EXPECT_EQ(AllFiles(), before);
 }
 
-TEST_F(DownloadName, LongestNameOfTheSystemLands) {
-  const std::string name(255, 'n');
-  ExpectLands("attachment; filename=" + name, name);
+TEST_F(DownloadName, OddNamesThatStayInTheDirectoryAreKept) {
+  const std::string longest(255, 'n');
+  const struct {
+    std::string given;
+    std::string name;
+  } rows[] = {{longest, longest},
+              {"\"a b.txt\"", "\"a b.txt\""},
+              {"...", "..."},
+              {"-rf", "-rf"},
+              {"~", "~"},
+              {"$(id)", "$(id)"},
+              {"..%2Fevil", "..%2Fevil"},
+              {"c:evil", "c:evil"},
+              {"a.txt; size=4", "4"}};  // what follows the last equals sign
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.given);
+    Reply(FileAnswer(row.given, "good"));
+    ExpectDownload(row.name, "good");
+    CloseKeptConnections();
+    ExpectDownloadsLeaveNothing();
+  }
 }
 
-TEST_F(DownloadName, QuotesAreKept) {
-  ExpectLands("attachment; filename=\"a b.txt\"", "\"a b.txt\"");
-}
-
-TEST_F(DownloadName, OddNamesThatStayInTheDirectoryLand) {
-  ExpectLands("attachment; filename=...", "...");
-  ExpectLands("attachment; filename=-rf", "-rf");
-  ExpectLands("attachment; filename=~", "~");
-  ExpectLands("attachment; filename=$(id)", "$(id)");
-  ExpectLands("attachment; filename=..%2Fevil", "..%2Fevil");
-  ExpectLands("attachment; filename=c:evil", "c:evil");
-}
-
-TEST_F(DownloadName, TextBehindTheLastEqualsSignIsTheName) {
-  ExpectLands("attachment; filename=a.txt; size=4", "4");
-}
-
-TEST_F(DownloadName, NameBeyondAsciiLandsInUtf8) {
-  server_.Expect(RawScript().ReadRequest().Write(
-      RawAnswerText("good", "Content-Disposition: attachment; filename=gr\xC3\xBC\xC3\x9F.txt\r\n")));
+TEST_F(DownloadName, NameBeyondAsciiIsWrittenInUtf8) {
+  Reply(FileAnswer("gr\xC3\xBC\xC3\x9F.txt", "good"));
   EXPECT_EQ(DownloadHere(), "ok");
   EXPECT_EQ(NativePath(downloaded_), Target() + "/gr\xC3\xBC\xC3\x9F.txt");
   EXPECT_EQ(files_.Read("target/gr\xC3\xBC\xC3\x9F.txt"), "good");
 }
 
 TEST_F(DownloadName, NewDirectoryIsOnlyTheUsers) {
-  server_.Expect(RawScript().ReadRequest().Write(
-      RawAnswerText("good", "Content-Disposition: attachment; filename=a.txt\r\n")));
-  EXPECT_EQ(Download(ServerUrl() + "/f", WideString()), "ok");
+  Reply(FileAnswer("a.txt", "good"));
+  EXPECT_EQ(Download(ServerUrl() + "/f", u""), "ok");
   const std::string path = NativePath(downloaded_);
   EXPECT_EQ(path.rfind(files_.Path("temp") + "/", 0), 0u) << path;
   EXPECT_EQ(path.substr(path.size() - 6), "/a.txt");

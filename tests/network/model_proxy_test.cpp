@@ -12,22 +12,33 @@
 namespace qv::test {
 namespace {
 
-// Scripts and uploads tell the component the proxy's bare name, which means port 80. Null, with the reason,
-// where that port is not to be had; every test has an address of its own.
+// Scripts and uploads hand the proxy's bare name to the component, which means port 80. Null, with the
+// reason, where that port cannot be had; every test has another address.
 std::unique_ptr<Tinyproxy> ProxyOnPort80(const std::string& address, std::string* reason) {
   try {
     return std::make_unique<Tinyproxy>("", address, static_cast<std::uint16_t>(80));
   } catch (const std::exception& failure) {
-    *reason = std::string("port 80 is not to be had: ") + failure.what();
+    *reason = std::string("port 80 cannot be had: ") + failure.what();
     return nullptr;
   }
 }
 
-class ModelProxy : public TransferTest {};
+class ModelProxy : public TransferTest {
+ protected:
+  // A download from `url` through `proxy` fails and changes nothing; the next one goes directly.
+  void ExpectNoDownloadThrough(const std::string& proxy, const std::string& url, const std::string& outcome) {
+    const Tree before = AllFiles();
+    UseServer(ServerUrl(), proxy);
+    EXPECT_EQ(Download(url, Wide(Target())).substr(0, outcome.size()), outcome);
+    EXPECT_EQ(AllFiles(), before);
+    UseServer(ServerUrl());
+    ExpectDownloadsLeaveNothing();
+  }
+};
 
 TEST_F(ModelProxy, DownloadGoesThroughTheProxyInAbsoluteForm) {
   const Tinyproxy proxy;
-  const Nginx nginx(nullptr);
+  const Nginx nginx;
   nginx.Offer("f.txt", "through");
   UseServer(nginx.Url(), proxy.Address());
   EXPECT_EQ(Download(nginx.Url() + "/files/f.txt?ticket=1", Wide(Target())), "ok");
@@ -39,49 +50,31 @@ TEST_F(ModelProxy, DownloadGoesThroughTheProxyInAbsoluteForm) {
 
 TEST_F(ModelProxy, SecureDownloadGoesThroughATunnel) {
   const Tinyproxy proxy;
-  const Certificates certificates;
-  const CertificateFiles good = certificates.Make(CertificateKind::kGood);
-  const Nginx nginx(&good);
-  const EnvironmentVariable store("SSL_CERT_FILE", certificates.Authority().c_str());
+  const SecureNginx nginx;
+  nginx.Trust();
   const std::string content(2'000'000, 's');
-  nginx.Offer("f.bin", content);
-  UseServer(nginx.Url(), proxy.Address());
-  EXPECT_EQ(Download(nginx.Url() + "/files/f.bin", Wide(Target())), "ok");
+  nginx->Offer("f.bin", content);
+  UseServer(nginx->Url(), proxy.Address());
+  EXPECT_EQ(Download(nginx->Url() + "/files/f.bin", Wide(Target())), "ok");
   EXPECT_EQ(files_.Read("target/f.bin"), content);
-  EXPECT_EQ(proxy.Requests(1), Words{"CONNECT 127.0.0.1:" + std::to_string(nginx.Port()) + " HTTP/1.1"});
+  EXPECT_EQ(proxy.Requests(1), Words{"CONNECT 127.0.0.1:" + std::to_string(nginx->Port()) + " HTTP/1.1"});
 }
 
 TEST_F(ModelProxy, RefusedDownloadIsAnHttpProblem) {
   const Tinyproxy proxy("Filter \"" + files_.Write("filter", "127.0.0.1\n") + "\"\n");
-  const Tree before = AllFiles();
-  UseServer(ServerUrl(), proxy.Address());
-  EXPECT_EQ(DownloadHere(), "0x80020009 Unknown Http problem.");
-  EXPECT_EQ(AllFiles(), before);
-  UseServer(ServerUrl());
-  ExpectNextDownloadWorks();
-  ExpectNoDescriptorLeft();
+  ExpectNoDownloadThrough(proxy.Address(), ServerUrl() + "/f", "0x80020009 Unknown Http problem.");
 }
 
 TEST_F(ModelProxy, RefusedTunnelIsAFailureOfOpen) {
   const Tinyproxy proxy("ConnectPort 443\n");
-  const Tree before = AllFiles();
-  UseServer(ServerUrl(), proxy.Address());
-  EXPECT_EQ(Download("https" + ServerUrl().substr(4) + "/f", Wide(Target())).substr(0, 10), "0x80004003");
-  EXPECT_EQ(AllFiles(), before);
-  UseServer(ServerUrl());
-  ExpectNextDownloadWorks();
-  ExpectNoDescriptorLeft();
+  ExpectNoDownloadThrough(proxy.Address(), "https" + ServerUrl().substr(4) + "/f", "0x80004003");
 }
 
 TEST_F(ModelProxy, ProxyThatIsNotThereIsAFailureOfOpen) {
-  UseServer(ServerUrl(), "127.0.0.1:" + std::to_string(FreePort()));
-  EXPECT_EQ(DownloadHere().substr(0, 10), "0x80004003");
-  UseServer(ServerUrl());
-  ExpectNextDownloadWorks();
-  ExpectNoDescriptorLeft();
+  ExpectNoDownloadThrough("127.0.0.1:" + std::to_string(FreePort()), ServerUrl() + "/f", "0x80004003");
 }
 
-TEST_F(ModelProxy, DownloadTellsNameAndPortAndAScriptTheNameAlone) {
+TEST_F(ModelProxy, DownloadHandsOnNameAndPortAndAScriptTheNameAlone) {
   UseServer("http://srv.example:81", "proxy.example:8080");
   const FakeHttp http;
   Variant result;
@@ -99,11 +92,11 @@ TEST_F(ModelProxy, UploadGoesThroughTheProxyAndItsQuestionDoesNot) {
   const auto proxy = ProxyOnPort80("127.80.80.81", &reason);
   if (proxy == nullptr) GTEST_SKIP() << reason;
   UseServer(ServerUrl(), "127.80.80.81");
-  server_.Expect(RawScript().ReadRequest().Write(ScriptAnswer(ServerUrl() + "/up?ticket=T1")));
-  server_.Expect(RawScript().ReadRequest().Write(RawAnswerText("")).Close());
-  server_.Expect(RawScript().ReadRequest().Write(ScriptAnswer("arrived")).Close());
-  EXPECT_EQ(RunWith(CreateAttachedFile(Wide(files_.Write("here/f.bin", "content")))), "VT_BSTR arrived");
-  const Words expected{"POST " + ServerUrl() + "/up?ticket=T1 HTTP/1.1",
+  Reply(ScriptAnswer(UploadUrl()));
+  ReplyAndClose(RawAnswerText(""));
+  ReplyAndClose(ScriptAnswer("arrived"));
+  EXPECT_EQ(RunWith(File("content")), "VT_BSTR arrived");
+  const Words expected{"POST " + UploadUrl() + " HTTP/1.1",
                        "POST " + ServerUrl() + "/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1"};
   EXPECT_EQ(proxy->Requests(2), expected);
 }

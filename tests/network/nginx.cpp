@@ -16,12 +16,12 @@ std::string Line(const std::string& words) {
 
 }  // namespace
 
-Nginx::Nginx(const CertificateFiles* certificate, std::uint16_t behind)
+Nginx::Nginx(const CertificateFiles* certificate, std::uint16_t other)
     : secure_(certificate != nullptr),
-      server_([&](std::uint16_t port) { return Command(port, certificate, behind); }, files_.Path("said")) {}
+      server_([&](std::uint16_t port) { return Command(port, certificate, other); }, files_.Path("said")) {}
 
 // One process in the foreground, nothing outside the private directory.
-Words Nginx::Command(std::uint16_t port, const CertificateFiles* certificate, std::uint16_t behind) const {
+Words Nginx::Command(std::uint16_t port, const CertificateFiles* certificate, std::uint16_t other) const {
   for (const char* name : {"files", "taken"}) fs::create_directories(files_.Path(name));
   std::string text = Line("daemon off") + Line("master_process off") + Line("pid " + files_.Path("pid")) +
                      "events {}\nhttp {\n" + Line("log_format lines '$request'") +
@@ -33,12 +33,12 @@ Words Nginx::Command(std::uint16_t port, const CertificateFiles* certificate, st
   if (secure_)
     text +=
         Line("ssl_certificate " + certificate->certificate) + Line("ssl_certificate_key " + certificate->key);
-  text += Places(port, secure_, behind) + "}\n}\n";
+  text += Places(port, secure_, other) + "}\n}\n";
   return {"nginx", "-e", "stderr", "-p", files_.Path(), "-c", files_.Write("nginx.conf", text)};
 }
 
-// A body is kept in a file only when it is handed on, so /take hands it to a place of its own.
-std::string Nginx::Places(std::uint16_t port, bool secure, std::uint16_t behind) const {
+// A body is kept in a file only when it is handed on, so /take hands it to another location.
+std::string Nginx::Places(std::uint16_t port, bool secure, std::uint16_t other) const {
   const std::string itself = std::string(secure ? "https" : "http") + "://127.0.0.1:" + std::to_string(port);
   std::string text = "location /files/ {\n" + Line("root " + files_.Path()) +
                      "if ($uri ~ ^/files/(.*)$) { set $name $1; }\n" +
@@ -46,8 +46,8 @@ std::string Nginx::Places(std::uint16_t port, bool secure, std::uint16_t behind)
                      "location = /take {\n" + Line("client_body_in_file_only on") + Line("access_log off") +
                      Line("proxy_pass " + itself + "/taken") + "}\n" + "location = /taken {\n" +
                      Line("return 200 taken") + "}\n";
-  if (behind != 0)
-    text += "location / {\n" + Line("proxy_pass http://127.0.0.1:" + std::to_string(behind)) + "}\n";
+  if (other != 0)
+    text += "location / {\n" + Line("proxy_pass http://127.0.0.1:" + std::to_string(other)) + "}\n";
   return text;
 }
 

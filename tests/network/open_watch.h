@@ -1,4 +1,4 @@
-// Tells whether anybody has opened a file since this object was made.
+// Whether anybody has opened a file since this object was made.
 #pragma once
 
 #include <sys/inotify.h>

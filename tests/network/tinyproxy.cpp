@@ -5,7 +5,7 @@
 namespace qv::test {
 namespace {
 
-// How tinyproxy's log begins the lines that tell of clients.
+// How tinyproxy's log begins the lines about clients.
 constexpr const char* kConnection = "Connect (file descriptor ";
 constexpr const char* kRequest = "Request (file descriptor ";
 constexpr int kPatience = 10;

@@ -25,11 +25,6 @@ constexpr char kUploadScript[] =
     "xmlns=\"http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0\"><Code>upload()</Code></"
     "Scriptwell>";
 
-std::string ContentOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 // Times vary; what is said about them does not.
 std::string WithoutTimes(const std::string& words) {
   static const std::regex time("[0-9]+ milliseconds");
@@ -38,7 +33,9 @@ std::string WithoutTimes(const std::string& words) {
 
 std::string Facts(const fs::directory_entry& entry) {
   if (entry.is_symlink()) return "link to " + fs::read_symlink(entry.path()).string();
-  return entry.is_directory() ? "directory" : "file " + ContentOf(entry.path().string());
+  if (entry.is_directory()) return "directory";
+  std::ifstream file(entry.path(), std::ios::binary);
+  return "file " + std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }
 
 }  // namespace
@@ -55,6 +52,14 @@ std::string ScriptAnswer(const std::string& escapedText) {
                        escapedText + "</ExecuteResult></ExecuteResponse></soap:Body></soap:Envelope>");
 }
 
+std::string FileHeader(const std::string& name) {
+  return "Content-Disposition: attachment; filename=" + name + "\r\n";
+}
+
+std::string FileAnswer(const std::string& name, const std::string& content) {
+  return RawAnswerText(content, FileHeader(name));
+}
+
 TransferTest::TransferTest()
     : registry_("QV_REGISTRY", files_.Path("registry.reg").c_str()),
       programs_("TMPDIR", fs::temp_directory_path().c_str()),
@@ -66,7 +71,7 @@ TransferTest::TransferTest()
   files_.Write("home/ClientScripts/UploadScript.xml", kUploadScript);
   files_.Write("home/ClientScripts/UploadScriptWithoutTicketdId.xml", kUploadScript);
   fs::current_path(files_.Path("here"));
-  SetIdleTimeout(10'000);  // so that a test that goes wrong ends
+  SetIdleTimeout(10'000);
   model_ = CreateConnectionModel();
   UseServer(ServerUrl());
   EXPECT_EQ(model_->SetUSID(u"s1"), S_OK);
@@ -80,10 +85,6 @@ TransferTest::TransferTest()
 TransferTest::~TransferTest() {
   model_.reset();
   fs::current_path(before_);
-}
-
-std::string TransferTest::ServerUrl() const {
-  return "http://127.0.0.1:" + std::to_string(server_.Port());
 }
 
 void TransferTest::UseServer(const std::string& url, const std::string& proxy) {
@@ -100,6 +101,21 @@ std::string TransferTest::Download(const std::string& url, const WideString& dir
   return WithoutTimes(OutcomeText(code));
 }
 
+void TransferTest::ExpectNoDownload(const std::string& url, const WideString& directory,
+                                    const std::string& outcome) {
+  const Tree before = AllFiles();
+  EXPECT_EQ(Download(url, directory), outcome);
+  EXPECT_EQ(AllFiles(), before);
+}
+
+void TransferTest::ExpectDownload(const std::string& name, const std::string& content) {
+  Tree expected = AllFiles();
+  expected["target/" + name] = "file " + content;
+  EXPECT_EQ(DownloadHere(), "ok");
+  EXPECT_EQ(downloaded_, Wide(Target() + "\\" + name));
+  EXPECT_EQ(AllFiles(), expected);
+}
+
 std::string TransferTest::RunWith(const IAttachedFilePtr& file) {
   const IParametersPtr list = ParameterList({{u"f", Variant::FromObject(file.get())}});
   Variant result;
@@ -107,13 +123,16 @@ std::string TransferTest::RunWith(const IAttachedFilePtr& file) {
   return code == S_OK ? ShownValue(result) : WithoutTimes(OutcomeText(code));
 }
 
+IAttachedFilePtr TransferTest::File(const std::string& content) const {
+  return CreateAttachedFile(Wide(files_.Write("here/f.bin", content)));
+}
+
 void TransferTest::ExpectNextDownloadWorks() {
   const std::size_t before = server_.Connections();
-  server_.Expect(RawScript().ReadRequest().Write(
-      RawAnswerText("fine", "Content-Disposition: attachment; filename=next.txt\r\n")));
+  Reply(FileAnswer("next.txt", "fine"));
   EXPECT_EQ(DownloadHere(), "ok");
   EXPECT_EQ(NativePath(downloaded_), Target() + "/next.txt");
-  EXPECT_EQ(ContentOf(Target() + "/next.txt"), "fine");
+  EXPECT_EQ(files_.Read("target/next.txt"), "fine");
   EXPECT_EQ(server_.Connections(), before + 1);
   CloseKeptConnections();
 }
@@ -121,14 +140,8 @@ void TransferTest::ExpectNextDownloadWorks() {
 void TransferTest::ExpectNextUploadWorks() {
   const std::size_t before = server_.Connections();
   const std::string name = files_.Write("here/next.bin", "next");
-  server_.Expect(RawScript()
-                     .ReadRequest()
-                     .Write(ScriptAnswer(ServerUrl() + "/up?ticket=next"))
-                     .ReadRequest()
-                     .Write(RawAnswerText(""))
-                     .ReadRequest()
-                     .Write(ScriptAnswer("done")));
-  EXPECT_EQ(RunWith(CreateAttachedFile(Wide(name))), "VT_BSTR done");
+  server_.Expect(WholeUpload());
+  EXPECT_EQ(RunWith(CreateAttachedFile(Wide(name))), "VT_BSTR arrived");
   EXPECT_EQ(server_.Connections(), before + 1);
   CloseKeptConnections();
 }
@@ -140,10 +153,8 @@ void TransferTest::ExpectNoDescriptorLeft(std::size_t stuck) const {
       << OpenDescriptors() << " in place of " << descriptors_ + stuck;
 }
 
-void TransferTest::SetIdleTimeout(std::int64_t milliseconds) {
-  HttpOptions options;
-  options.idleTimeout = milliseconds;
-  SetThreadHttpOptions(options, nullptr);
+RawScript TransferTest::WholeUpload() const {
+  return RawScript().Reply(ScriptAnswer(UploadUrl())).Answer("").Reply(ScriptAnswer("arrived"));
 }
 
 }  // namespace qv::test
