@@ -2,12 +2,13 @@
 
 #include <exception>
 
-#include "devservice/fault_codes.h"
-#include "devservice/script_document.h"
-#include "devservice/script_files.h"
-#include "devservice/soap_answer.h"
-#include "devservice/well_formed.h"
-#include "devservice/wsdl.h"
+#include "devservice/files/script_files.h"
+#include "devservice/soap/script_document.h"
+#include "devservice/soap/soap_answer.h"
+#include "devservice/soap/well_formed.h"
+#include "devservice/soap/wsdl.h"
+#include "devservice/values/fault_codes.h"
+#include "devservice/values/text_scanner.h"
 
 namespace qv::devservice {
 namespace {
@@ -24,19 +25,8 @@ constexpr char kWelcome[] =
     "Counts: /stats\n"
     "Odd answers: /odd/NAME[+NAME...] in front of the service path, with the names\n";
 
-HttpAnswer Page(int status, const std::string& text) {
-  HttpAnswer answer;
-  answer.status = status;
-  answer.body = text;
-  return answer;
-}
-
-bool EndsWith(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
 HttpAnswer UnknownForm() {
-  return Page(404, "There is no odd answer of this name. Names: " + OddFormNames() + "\n");
+  return PlainAnswer(404, "There is no odd answer of this name. Names: " + OddFormNames() + "\n");
 }
 
 bool IsXmlType(std::string_view contentType) {
@@ -80,9 +70,9 @@ Endpoint::Endpoint(const Namespaces& spaces, const EndpointParts& parts, AccessR
 
 std::optional<HttpAnswer> Endpoint::Refuse(const HttpRequest& head) {
   const std::string reason = access_.Refusal(head.hostHeader, head.origin);
-  if (!reason.empty()) return Page(403, reason);
+  if (!reason.empty()) return PlainAnswer(403, reason);
   if (head.method == "GET" || head.method == "HEAD" || head.method == "POST") return std::nullopt;
-  return Page(405, "The service takes GET, HEAD and POST only.\n");
+  return PlainAnswer(405, "The service takes GET, HEAD and POST only.\n");
 }
 
 BodyPlan Endpoint::PlanBody(const HttpRequest& head) {
@@ -95,7 +85,7 @@ BodyPlan Endpoint::PlanBody(const HttpRequest& head) {
 
 HttpAnswer Endpoint::Handle(const HttpRequest& request) {
   if (EndsWith(request.path, kServicePath)) return HandleService(request);
-  if (IsUploadPath(request.path)) return Page(405, "Uploads are sent with POST.\n");
+  if (IsUploadPath(request.path)) return PlainAnswer(405, "Uploads are sent with POST.\n");
   if (const std::optional<std::string> id = PublishedIdIn(request.path)) return HandleFile(request, *id);
   return HandlePage(request);
 }
@@ -105,15 +95,15 @@ HttpAnswer Endpoint::DescribeService(const HttpRequest& request) const {
   ReadOddForms(request.path, unknown);
   if (!unknown.empty()) return UnknownForm();
   if (!request.asksForWsdl)
-    return Page(405, "The service takes POST only; ?wsdl behind the path describes it.\n");
-  HttpAnswer answer = Page(200, WriteWsdl(spaces_, UrlOfRequest(request)));
+    return PlainAnswer(405, "The service takes POST only; ?wsdl behind the path describes it.\n");
+  HttpAnswer answer = PlainAnswer(200, WriteWsdl(spaces_, UrlOfRequest(request)));
   answer.contentType = "text/xml; charset=utf-8";
   return answer;
 }
 
 HttpAnswer Endpoint::HandleService(const HttpRequest& request) {
   if (request.method != "POST") return DescribeService(request);
-  if (!IsXmlType(request.contentType)) return Page(415, "The service takes text/xml only.\n");
+  if (!IsXmlType(request.contentType)) return PlainAnswer(415, "The service takes text/xml only.\n");
   std::string unknown;
   const OddForms forms = ReadOddForms(request.path, unknown);
   if (!unknown.empty()) return UnknownForm();
@@ -127,7 +117,7 @@ HttpAnswer Endpoint::HandleService(const HttpRequest& request) {
 }
 
 HttpAnswer Endpoint::HandleFile(const HttpRequest& request, const std::string& id) {
-  if (request.method == "POST") return Page(405, "Files are fetched with GET.\n");
+  if (request.method == "POST") return PlainAnswer(405, "Files are fetched with GET.\n");
   std::string unknown;
   const OddForms forms = ReadOddForms(request.path, unknown);
   if (!unknown.empty()) return UnknownForm();
@@ -135,10 +125,11 @@ HttpAnswer Endpoint::HandleFile(const HttpRequest& request, const std::string& i
 }
 
 HttpAnswer Endpoint::HandlePage(const HttpRequest& request) const {
-  if (request.method != "GET" && request.method != "HEAD") return Page(404, "There is nothing here.\n");
-  if (request.path == "/") return Page(200, kWelcome + OddFormNames() + "\n");
-  if (request.path != "/stats") return Page(404, "There is nothing here.\n");
-  HttpAnswer answer = Page(200, StatsText(stats_, sessions_.Count()));
+  if (request.method != "GET" && request.method != "HEAD")
+    return PlainAnswer(404, "There is nothing here.\n");
+  if (request.path == "/") return PlainAnswer(200, kWelcome + OddFormNames() + "\n");
+  if (request.path != "/stats") return PlainAnswer(404, "There is nothing here.\n");
+  HttpAnswer answer = PlainAnswer(200, StatsText(stats_, sessions_.Count()));
   answer.contentType = "application/json";
   return answer;
 }

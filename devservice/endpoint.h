@@ -6,18 +6,18 @@
 #include <optional>
 #include <string>
 
-#include "devservice/access_rule.h"
-#include "devservice/http_server.h"
-#include "devservice/namespaces.h"
-#include "devservice/odd_forms.h"
-#include "devservice/service_stats.h"
-#include "devservice/sessions.h"
-#include "devservice/soap_answer.h"
-#include "devservice/soap_request.h"
-#include "devservice/spool.h"
-#include "devservice/transfer_urls.h"
-#include "devservice/transfers.h"
-#include "devservice/worker_pool.h"
+#include "devservice/http/access_rule.h"
+#include "devservice/http/http_server.h"
+#include "devservice/soap/namespaces.h"
+#include "devservice/http/odd_forms.h"
+#include "devservice/values/service_stats.h"
+#include "devservice/files/sessions.h"
+#include "devservice/soap/soap_answer.h"
+#include "devservice/soap/soap_request.h"
+#include "devservice/files/spool.h"
+#include "devservice/files/transfer_urls.h"
+#include "devservice/files/transfers.h"
+#include "devservice/workers/worker_pool.h"
 
 namespace qv::devservice {
 

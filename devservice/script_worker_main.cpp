@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include "devservice/script_worker.h"
+#include "devservice/workers/script_worker.h"
 
 int main() {
   _exit(qv::devservice::RunScriptWorker(STDIN_FILENO));

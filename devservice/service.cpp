@@ -5,11 +5,11 @@
 #include <stdexcept>
 
 #include "devservice/endpoint.h"
-#include "devservice/http_server.h"
-#include "devservice/service_stats.h"
-#include "devservice/sessions.h"
-#include "devservice/spool.h"
-#include "devservice/worker_pool.h"
+#include "devservice/http/http_server.h"
+#include "devservice/values/service_stats.h"
+#include "devservice/files/sessions.h"
+#include "devservice/files/spool.h"
+#include "devservice/workers/worker_pool.h"
 
 namespace qv::devservice {
 namespace {

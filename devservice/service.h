@@ -12,15 +12,10 @@
 #include <string>
 #include <vector>
 
-#include "devservice/console_message.h"
+#include "devservice/values/console_message.h"
+#include "devservice/values/credentials.h"
 
 namespace qv::devservice {
-
-// One user who may open a session. Both texts are UTF-8 and compared exactly.
-struct ServiceUser {
-  std::string name;
-  std::string password;
-};
 
 // Everything that a service is told before it starts. Values are copied; a later change has no effect.
 struct ServiceOptions {

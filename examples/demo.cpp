@@ -10,7 +10,7 @@
 #include <iostream>
 #include <sstream>
 
-#include "devservice/script_worker.h"
+#include "devservice/workers/script_worker.h"
 #include "devservice/service.h"
 #include "qvscriptwells/qvscriptwells.h"
 #include "tools/answer_format.h"

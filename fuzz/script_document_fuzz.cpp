@@ -8,8 +8,8 @@
 
 #include <utf8.h>
 
-#include "devservice/fault_codes.h"
-#include "devservice/script_document.h"
+#include "devservice/values/fault_codes.h"
+#include "devservice/soap/script_document.h"
 
 namespace {
 

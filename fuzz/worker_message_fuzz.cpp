@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "devservice/script_job.h"
-#include "devservice/worker_channel.h"
+#include "devservice/workers/script_messages.h"
+#include "devservice/workers/worker_channel.h"
 
 namespace {
 

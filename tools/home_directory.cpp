@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "devservice/upload_scripts.h"
+#include "devservice/files/upload_scripts.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/registry.h"

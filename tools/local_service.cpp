@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "devservice/namespaces.h"
-#include "devservice/random_id.h"
+#include "devservice/soap/namespaces.h"
+#include "devservice/values/random_id.h"
 #include "tools/failure.h"
 
 #ifndef QV_NAMESPACE_HOST

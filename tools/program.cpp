@@ -5,7 +5,7 @@
 #include <clocale>
 #include <ostream>
 
-#include "devservice/script_worker.h"
+#include "devservice/workers/script_worker.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "tools/describe_command.h"

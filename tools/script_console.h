@@ -3,7 +3,7 @@
 
 #include <iosfwd>
 
-#include "devservice/console_message.h"
+#include "devservice/values/console_message.h"
 
 namespace qv::cli {
 

@@ -1,4 +1,4 @@
-#include "devservice/access_rule.h"
+#include "devservice/http/access_rule.h"
 
 #include <gtest/gtest.h>
 

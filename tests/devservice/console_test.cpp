@@ -1,5 +1,5 @@
 // What scripts say to their console.
-#include "devservice/console_message.h"
+#include "devservice/values/console_message.h"
 #include "service_fixture.h"
 
 namespace qv::devservice::testing {

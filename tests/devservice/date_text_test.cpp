@@ -1,4 +1,4 @@
-#include "devservice/date_text.h"
+#include "devservice/values/date_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "devservice/duration_text.h"
+#include "devservice/values/duration_text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "devservice/file_name.h"
+#include "devservice/values/names.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "devservice/odd_forms.h"
+#include "devservice/http/odd_forms.h"
 
 #include <pugixml.hpp>
 

@@ -1,6 +1,6 @@
-#include "devservice/script_document.h"
+#include "devservice/soap/script_document.h"
 
-#include "devservice/fault_codes.h"
+#include "devservice/values/fault_codes.h"
 #include "service_fixture.h"
 
 namespace qv::devservice::testing {

@@ -1,4 +1,4 @@
-#include "devservice/script_job.h"
+#include "devservice/workers/script_messages.h"
 
 #include <gtest/gtest.h>
 

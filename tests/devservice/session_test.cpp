@@ -1,4 +1,4 @@
-#include "devservice/sessions.h"
+#include "devservice/files/sessions.h"
 
 #include <thread>
 

@@ -1,6 +1,6 @@
-#include "devservice/soap_request.h"
+#include "devservice/soap/soap_request.h"
 
-#include "devservice/fault_codes.h"
+#include "devservice/values/fault_codes.h"
 #include "service_fixture.h"
 
 namespace qv::devservice::testing {

@@ -1,4 +1,4 @@
-#include "devservice/text.h"
+#include "devservice/values/text.h"
 
 #include <gtest/gtest.h>
 

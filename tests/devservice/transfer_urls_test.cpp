@@ -1,4 +1,4 @@
-#include "devservice/transfer_urls.h"
+#include "devservice/files/transfer_urls.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "devservice/upload_scripts.h"
+#include "devservice/files/upload_scripts.h"
 
 #include <sys/stat.h>
 
@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "devservice/script_document.h"
+#include "devservice/soap/script_document.h"
 #include "transfer_fixture.h"
 
 namespace qv::devservice::testing {

@@ -1,4 +1,4 @@
-#include "devservice/url_text.h"
+#include "devservice/values/url_text.h"
 
 #include <gtest/gtest.h>
 

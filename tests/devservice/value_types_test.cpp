@@ -1,4 +1,4 @@
-#include "devservice/value_types.h"
+#include "devservice/values/value_types.h"
 
 #include <gtest/gtest.h>
 

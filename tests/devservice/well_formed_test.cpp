@@ -1,4 +1,4 @@
-#include "devservice/well_formed.h"
+#include "devservice/soap/well_formed.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "devservice/wsdl.h"
+#include "devservice/soap/wsdl.h"
 
-#include "devservice/well_formed.h"
+#include "devservice/soap/well_formed.h"
 #include "service_fixture.h"
 
 namespace qv::devservice::testing {

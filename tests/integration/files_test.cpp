@@ -1,7 +1,7 @@
 // Files with a call and files fetched, over the development service.
 #include <sys/stat.h>
 
-#include "devservice/upload_scripts.h"
+#include "devservice/files/upload_scripts.h"
 #include "fixtures/environment.h"
 #include "fixtures/temporary_directory.h"
 #include "value_test.h"

@@ -1,0 +1,64 @@
+// The odd answers that a path can ask for, as data.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "devservice/http/http_message.h"
+#include "devservice/values/table_forms.h"
+
+namespace qv::devservice {
+
+enum class Charset { kUtf8, kLatin1, kUtf16 };
+
+// A value that no script can answer with.
+struct OddValue {
+  const char* name;
+  const char* type;  // xsi:type
+  const char* text;  // unescaped
+};
+
+// What becomes of an upload.
+enum class UploadEnd { kKept, kRefused, kDropped, kStalled };
+
+// What is to differ in transfers of files. These names leave the answers to SOAP requests alone.
+struct TransferForms {
+  UploadEnd upload = UploadEnd::kKept;
+  bool redirected = false;  // uploads and downloads are sent to another host
+  Delivery download = Delivery::kPlain;
+  bool unnamed = false;                      // no Content-Disposition
+  std::optional<std::string_view> fileName;  // in place of the name; lives for the whole process
+  const char* uploadUrl = nullptr;           // in place of what uploadUrl() answers
+  const char* ticketEnd = "";                // put behind the ticket
+};
+
+// What is to differ from an ordinary answer.
+struct OddForms {
+  bool prefixedAnswer = false;  // "NS2:" before the answer element
+  bool leadingSpace = false;    // white space in front of the answer element
+  bool faultStatus500 = false;
+  bool spoiled = false;      // one byte makes the XML ill-formed
+  bool html = false;         // a page with status 404 in place of the answer
+  bool empty = false;        // Content-Length: 0
+  bool refuseTwice = false;  // the first two requests of this path are dropped
+  bool delayed = false;
+  bool strictXml = false;           // requests that are not well-formed XML are refused
+  const OddValue* value = nullptr;  // in place of the script's value; lives for the whole process
+  Charset charset = Charset::kUtf8;
+  Delivery delivery = Delivery::kPlain;
+  TransferForms transfer;
+  TableForms table;
+};
+
+// The forms that a path asks for by starting with "/odd/NAME+NAME/". A name that does not exist is put into
+// `unknown`.
+OddForms ReadOddForms(std::string_view path, std::string& unknown);
+
+// Adds the form with this name to `forms`; false when there is none.
+bool AddOddForm(std::string_view name, OddForms& forms);
+
+// The names, for people, separated by ", ".
+std::string OddFormNames();
+
+}  // namespace qv::devservice

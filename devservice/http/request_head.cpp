@@ -1,0 +1,69 @@
+#include "devservice/http/request_head.h"
+
+#include <strings.h>
+
+#include <charconv>
+
+namespace qv::devservice {
+namespace {
+
+// Goes into addresses that scripts hand out, so nothing but the characters of hosts and ports.
+bool IsHost(const std::string& text) {
+  constexpr std::string_view kAllowed =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-_:[]";
+  return !text.empty() && text.size() <= 255 && text.find_first_not_of(kAllowed) == std::string::npos;
+}
+
+// Nothing unless there is exactly one length, in digits, and nothing else that tells where the body ends.
+std::optional<std::uint64_t> BodyLength(const httplib::Request& request) {
+  if (request.get_header_value_count("Content-Length") != 1 || request.has_header("Transfer-Encoding"))
+    return std::nullopt;
+  const std::string text = request.get_header_value("Content-Length");
+  std::uint64_t length = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return length;
+}
+
+bool HasParameter(const httplib::Request& request, const char* name) {
+  for (const auto& [key, value] : request.params)
+    if (strcasecmp(key.c_str(), name) == 0) return true;
+  return false;
+}
+
+// All values of a header. More than one make a text that no single value equals.
+std::string JoinedValues(const httplib::Request& request, const char* name) {
+  std::string joined = request.get_header_value(name);
+  for (std::size_t i = 1; i < request.get_header_value_count(name); ++i)
+    joined += ", " + request.get_header_value(name, i);
+  return joined;
+}
+
+}  // namespace
+
+std::string PathOf(const std::string& target) {
+  constexpr std::string_view kScheme = "http://";
+  if (target.compare(0, kScheme.size(), kScheme) != 0) return target;
+  const std::size_t slash = target.find('/', kScheme.size());
+  return slash == std::string::npos ? "/" : target.substr(slash);
+}
+
+HttpRequest MakeRequestHead(const httplib::Request& request, const std::string& path,
+                            const std::string& ownHost) {
+  HttpRequest head;
+  head.method = request.method;
+  head.path = path;
+  head.contentType = request.get_header_value("Content-Type");
+  head.soapAction = request.get_header_value("SOAPAction");
+  head.hostHeader = JoinedValues(request, "Host");
+  head.host = IsHost(head.hostHeader) ? head.hostHeader : ownHost;
+  head.origin = JoinedValues(request, "Origin");
+  head.forwardedProto = request.get_header_value("X-Forwarded-Proto");
+  head.usid = request.get_header_value("usid");
+  head.ticket = request.get_param_value("ticket");
+  head.asksForWsdl = HasParameter(request, "wsdl");
+  head.bodyLength = BodyLength(request);
+  return head;
+}
+
+}  // namespace qv::devservice

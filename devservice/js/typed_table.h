@@ -1,0 +1,17 @@
+// `typed.table`: tables whose column types the script chooses.
+#pragma once
+
+#include <JavaScriptCore/JavaScript.h>
+
+#include "devservice/js/key_reader.h"
+#include "devservice/values/table.h"
+
+namespace qv::devservice {
+
+// Puts `table` into `typed`. The readers are borrowed and have to outlive the context.
+void InstallTable(JSContextRef context, JSObjectRef typed, const ValueReaders& readers);
+
+// What the value carries when typed.table made it, else null. Lives as long as the value.
+const Table* TableOf(JSContextRef context, JSValueRef value);
+
+}  // namespace qv::devservice
