@@ -170,7 +170,7 @@ ScriptResult Endpoint::Carry(const SoapRequest& request, const TransferUrls& url
 ScriptResult Endpoint::RunScript(const SoapRequest& request, const TransferUrls& urls,
                                  const OddForms& forms) {
   ScriptFiles files(sessions_.Use(request.sessionId), spool_);
-  // As the document arrived: a server that parses it knows nothing of renderings.
+  // The document as it arrived: a real server does not know renderings.
   if (forms.strictXml)
     ExpectWellFormed(request.scriptDocument, "UTF-8", kBadScriptDocument, "The script document");
   ScriptJob job{ReadScriptDocument(request.scriptDocument, spaces_), request.parameters};

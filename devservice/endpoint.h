@@ -1,4 +1,4 @@
-// From a request to an answer: paths, sessions, scripts.
+// Answers requests: finds the page, method or file by the path, and runs scripts in their sessions.
 #pragma once
 
 #include <map>
@@ -6,17 +6,17 @@
 #include <optional>
 #include <string>
 
-#include "devservice/http/access_rule.h"
-#include "devservice/http/http_server.h"
-#include "devservice/soap/namespaces.h"
-#include "devservice/http/odd_forms.h"
-#include "devservice/values/service_stats.h"
 #include "devservice/files/sessions.h"
-#include "devservice/soap/soap_answer.h"
-#include "devservice/soap/soap_request.h"
 #include "devservice/files/spool.h"
 #include "devservice/files/transfer_urls.h"
 #include "devservice/files/transfers.h"
+#include "devservice/http/access_rule.h"
+#include "devservice/http/http_server.h"
+#include "devservice/http/odd_forms.h"
+#include "devservice/soap/namespaces.h"
+#include "devservice/soap/soap_answer.h"
+#include "devservice/soap/soap_request.h"
+#include "devservice/values/service_stats.h"
 #include "devservice/workers/worker_pool.h"
 
 namespace qv::devservice {
@@ -29,7 +29,7 @@ struct EndpointParts {
   ServiceStats& stats;
 };
 
-// Thread-safe. Every failure is an answer too.
+// Thread-safe. Every failure becomes an answer.
 class Endpoint : public RequestHandler {
  public:
   Endpoint(const Namespaces& spaces, const EndpointParts& parts, AccessRule access,

@@ -1,4 +1,4 @@
-// The script worker as a program of its own, for hosts of the service that have no such command themselves.
+// The script worker as a separate program, for hosts of the service that have no such command themselves.
 
 #include <unistd.h>
 

@@ -5,10 +5,10 @@
 #include <stdexcept>
 
 #include "devservice/endpoint.h"
-#include "devservice/http/http_server.h"
-#include "devservice/values/service_stats.h"
 #include "devservice/files/sessions.h"
 #include "devservice/files/spool.h"
+#include "devservice/http/http_server.h"
+#include "devservice/values/service_stats.h"
 #include "devservice/workers/worker_pool.h"
 
 namespace qv::devservice {

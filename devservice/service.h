@@ -1,8 +1,8 @@
 // The development service: a local server that runs JavaScript scripts and speaks the Scriptwells protocol.
 //
 // It is meant for development and tests: it listens on loopback, keeps everything in memory, files in a
-// private temporary directory, and forgets all of it when it stops. devservice/README.md tells the protocol,
-// the script API and the limits.
+// private temporary directory, and forgets all of it when it stops. devservice/README.md describes the
+// protocol, the script API and the limits.
 #pragma once
 
 #include <chrono>
@@ -17,24 +17,23 @@
 
 namespace qv::devservice {
 
-// Everything that a service is told before it starts. Values are copied; a later change has no effect.
+// The options of a service. Values are copied; a later change has no effect.
 struct ServiceOptions {
-  // Address or name to listen on. Anything but loopback opens the service to the network: it runs the code
-  // that it is sent, so think twice.
+  // Address or name to listen on. Anything but loopback opens the service to the network, and it runs the
+  // code that it is sent.
   std::string host = "127.0.0.1";
   // Further names by which clients call this host, without a port. A request whose Host header is none of
   // these, nor `host`, "localhost" or an IP address, is answered with status 403, and so is one from a web
   // page of another origin.
   std::vector<std::string> names;
-  // TCP port, 0 to 65535; 0 takes a free one, which Port() then tells.
+  // TCP port, 0 to 65535; 0 takes a free one, see Port().
   int port = 0;
   // Wall-clock time that one script may take, from its arrival at the worker to its answer.
   std::chrono::milliseconds scriptTimeLimit{5000};
   // Bytes of resident memory that a worker may take beyond what it had when it was fresh.
   std::size_t scriptMemoryLimit = std::size_t{256} << 20;
-  // Gets what scripts say to their console, while they run: at most 1000 messages of 8 KiB each for one run.
-  // Called on threads of the service, one call at a time. Must not throw; while it waits, scripts wait.
-  // Empty: nobody listens.
+  // Gets the console messages of scripts while they run: at most 1000 messages of 8 KiB each for one run.
+  // Called on threads of the service, one call at a time. Must not throw; scripts wait for it. May be empty.
   ConsoleSink console;
   // Who may open a session. Empty: every non-empty user name, with any password.
   std::vector<ServiceUser> users;
@@ -47,14 +46,14 @@ struct ServiceOptions {
   std::string namespaceHost = "http://quorvane.example";
   // Largest request body in bytes; more is answered with status 413.
   std::size_t maxRequestBytes = std::size_t{64} << 20;
-  // Largest sum of the request bodies that are held at one time; a request beyond it is answered with status
-  // 503. Uploads go to files and do not count.
+  // Largest sum of the bodies of all current requests; a request beyond it is answered with status 503.
+  // Uploads go to files and do not count.
   std::size_t maxBodyBytes = std::size_t{256} << 20;
   // Time for the head and body of a request together, and for an answer, each from its first byte. Every 64
   // KiB that were moved add a second. What takes longer is answered with status 408, or closed.
   std::chrono::milliseconds requestTime{60000};
   // Most open sessions. One more ends the session that was not used for the longest time; it is a fault only
-  // when requests are under way in all of them.
+  // when requests are running in all of them.
   std::size_t maxSessions = 1000;
   // Largest file that can be uploaded, in bytes; more is answered with status 413.
   std::uint64_t maxUploadBytes = std::uint64_t{4} << 30;
@@ -64,7 +63,7 @@ struct ServiceOptions {
   std::size_t maxConnections = 128;
   // How long a kept connection may stay without a request before it is closed.
   std::chrono::milliseconds keepAliveTime{60000};
-  // How long the odd answers that stall hold still.
+  // How long odd answers that stall are silent.
   std::chrono::milliseconds stallTime{30000};
 };
 
@@ -79,8 +78,8 @@ class Service {
   Service(const Service&) = delete;
   Service& operator=(const Service&) = delete;
 
-  // Opens the port and returns as soon as connections are accepted. Throws std::runtime_error with a text for
-  // people when that fails (port taken, bad host, no worker command, worker program not found, no room for
+  // Opens the port and returns as soon as connections are accepted. Throws std::runtime_error with a message
+  // when that fails (port taken, bad host, no worker command, worker program not found, no room for
   // files); nothing is left open then. Starting a running service does nothing.
   void Start();
 

@@ -1,5 +1,5 @@
 // Feeds the development service's reader of script documents, which takes renderings of files as well.
-// Nothing may crash or be undefined; a refusal has a code of its own, and a script that was taken is UTF-8.
+// Nothing may crash or be undefined; a refusal has its own code, and an accepted script is UTF-8.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -8,8 +8,8 @@
 
 #include <utf8.h>
 
-#include "devservice/values/fault_codes.h"
 #include "devservice/soap/script_document.h"
+#include "devservice/values/fault_codes.h"
 
 namespace {
 

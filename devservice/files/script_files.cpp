@@ -23,7 +23,7 @@ std::shared_ptr<const SpooledFile> AdoptFile(const std::string& path) {
 ScriptFiles::ScriptFiles(std::shared_ptr<SessionFiles> session, SpoolDirectory& spool)
     : session_(std::move(session)), newFilesPath_(spool.NewPath()) {}
 
-// The worker numbers its files from 1; those that were taken have other names by now.
+// The worker numbers its files from 1; those that were taken have been renamed.
 ScriptFiles::~ScriptFiles() {
   for (std::size_t number = taken_ + 1; unlink(NumberedPath(newFilesPath_, number).c_str()) == 0; ++number) {
   }

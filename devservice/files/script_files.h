@@ -1,19 +1,19 @@
-// What a script is told about files, and what it does with them, as the service sees it.
+// The files of one run of a script, on the side of the service.
 #pragma once
 
 #include <map>
 #include <memory>
 #include <string>
 
-#include "devservice/values/script_job.h"
 #include "devservice/files/session_files.h"
 #include "devservice/files/spool.h"
 #include "devservice/files/transfer_urls.h"
+#include "devservice/values/script_job.h"
 
 namespace qv::devservice {
 
-// Belongs to one run of one script. Holds the files that it may read, so that they stay while it runs, and
-// deletes what it wrote and did not publish in the end.
+// Belongs to one run of one script. Keeps the files that it may read while it runs. The destructor deletes
+// files that it wrote and did not publish.
 class ScriptFiles {
  public:
   ScriptFiles(std::shared_ptr<SessionFiles> session, SpoolDirectory& spool);
@@ -21,13 +21,13 @@ class ScriptFiles {
   ScriptFiles(const ScriptFiles&) = delete;
   ScriptFiles& operator=(const ScriptFiles&) = delete;
 
-  // Fills in the job's part about files. Throws FaultError with kUnknownTicket when a parameter has a ticket
+  // Fills in the files of the job. Throws FaultError with kUnknownTicket when a parameter has a ticket
   // for which the session holds no file.
   void Prepare(ScriptJob& job, const TransferUrls& urls);
 
   // Gives the session the tickets and the published files of a script that succeeded. Throws FaultError with
   // kTooManyFiles when there is no room or the session has ended meanwhile, kUnavailable when the files are
-  // not there.
+  // missing.
   void Keep(const MadeFiles& made);
 
  private:

@@ -2,7 +2,7 @@
 
 namespace qv::devservice {
 
-// Files are deleted by the last who lets go of them; here that happens after the lock is given back.
+// The last owner of a file deletes it; here that happens after the lock is released.
 void SessionFiles::Close() {
   std::map<std::string, File> uploads;
   std::map<std::string, PublishedFile> published;

@@ -1,4 +1,4 @@
-// The files of one session: tickets with what was uploaded for them, and what scripts published.
+// The files of one session: tickets with their uploads, and what scripts published.
 #pragma once
 
 #include <cstddef>
@@ -19,15 +19,15 @@ struct PublishedFile {
   std::shared_ptr<const SpooledFile> file;
 };
 
-// Thread-safe. Files that someone still reads or sends outlive it.
+// Thread-safe. A file that is still being read or sent outlives it.
 class SessionFiles {
  public:
   using File = std::shared_ptr<const SpooledFile>;
 
-  // At most so many tickets, and as many published files.
+  // At most `most` tickets, and as many published files.
   explicit SessionFiles(std::size_t most) : most_(most) {}
 
-  // Forgets everything and takes nothing more: the session is over.
+  // Ends the session: forgets all files and accepts no more.
   void Close();
 
   bool HasTicket(const std::string& ticket) const;
@@ -40,10 +40,10 @@ class SessionFiles {
   // The published file with this id.
   std::optional<PublishedFile> Published(const std::string& id) const;
 
-  // How many tickets, and how many published files, there is still room for.
+  // How many more tickets, and how many more published files, are allowed.
   std::size_t TicketsLeft() const;
   std::size_t PublishedLeft() const;
-  // Takes in what a script made; false, and nothing taken, when there is no room or the session is over.
+  // Adds what a script made; false, and nothing added, when there is no room or the session is over.
   bool Add(const std::vector<std::string>& tickets, std::map<std::string, PublishedFile> published);
 
  private:

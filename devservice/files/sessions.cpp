@@ -78,7 +78,7 @@ std::size_t SessionTable::Count() const {
   return sessions_.size();
 }
 
-// Files that somebody else holds too are those of a request that is under way.
+// Files with a second owner belong to a request that is running.
 std::shared_ptr<SessionFiles> SessionTable::DropOldestIdle() {
   auto oldest = sessions_.end();
   for (auto session = sessions_.begin(); session != sessions_.end(); ++session) {

@@ -20,14 +20,14 @@ struct SessionLimits {
   std::size_t tickets = 1;  // Of each session.
 };
 
-// Knows who has a session, and owns what belongs to it. Thread-safe.
+// Owns the open sessions and their files. Thread-safe.
 class SessionTable {
  public:
   SessionTable(std::vector<ServiceUser> users, const SessionLimits& limits);
 
-  // Opens a session and returns its id, 32 hexadecimal digits from the system's random source. A full table
-  // loses its oldest idle session. Throws FaultError with kUserRefused, or with kTooManySessions when none is
-  // idle.
+  // Opens a session and returns its id, 32 hexadecimal digits from the system's random source. In a full
+  // table the session that was idle for the longest time ends. Throws FaultError with kUserRefused, or with
+  // kTooManySessions when none is idle.
   std::string Open(std::string_view connectionString);
 
   // Marks the session as used now and returns its files; it is not idle while the caller holds them. Throws

@@ -30,7 +30,8 @@ fs::path TemporaryDirectory() {
   return error ? fs::path("/tmp") : directory;
 }
 
-// The open directory; -1 when it is none, belongs to another user, or is locked by someone else.
+// The open directory; -1 when it is not a directory, belongs to another user, or is locked by another
+// process.
 int LockDirectory(const char* path) {
   const int directory = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
   if (directory < 0) return -1;
@@ -88,7 +89,7 @@ bool SpoolWriter::Write(const char* bytes, std::size_t count) {
 }
 
 bool SpoolWriter::Close() {
-  // Some file systems tell only now that there was no room.
+  // Some file systems report only now that there was no room.
   if (descriptor_ >= 0 && close(descriptor_) != 0 && errno != EINTR && error_ == 0) error_ = errno;
   descriptor_ = -1;
   return error_ == 0;

@@ -20,7 +20,7 @@ int StatusOfWriteError(int error);
 // A fresh file that is being written, by one thread. Deleted at the end unless it was finished.
 class SpoolWriter {
  public:
-  // Creates the file, which must not exist; Error() tells when that failed.
+  // Creates the file, which must not exist; Error() reports a failure.
   explicit SpoolWriter(std::string path);
   ~SpoolWriter();
   SpoolWriter(const SpoolWriter&) = delete;
@@ -33,9 +33,9 @@ class SpoolWriter {
   bool Close();
 
   std::uint64_t Size() const { return size_; }
-  // Gives the file away; after a successful Close only, and once.
+  // Passes on the ownership of the file; after a successful Close only, and once.
   std::shared_ptr<const SpooledFile> TakeFile();
-  // Leaves the file where it is; another process takes it from there.
+  // Keeps the file after the end of the writer, for another process.
   void LeaveFile() { path_.clear(); }
 
  private:
@@ -49,14 +49,14 @@ class SpoolWriter {
 // end. Thread-safe.
 class SpoolDirectory {
  public:
-  // Also removes the directories of this user's services that were killed. Throws std::runtime_error with
-  // words for people.
+  // Also removes the directories of this user's services that were killed. Throws std::runtime_error with a
+  // message.
   SpoolDirectory();
   ~SpoolDirectory();
   SpoolDirectory(const SpoolDirectory&) = delete;
   SpoolDirectory& operator=(const SpoolDirectory&) = delete;
 
-  // A path in the directory that was not handed out before.
+  // A path in the directory, another one at each call.
   std::string NewPath();
 
  private:

@@ -11,7 +11,7 @@ constexpr std::string_view kFilesPath = "/files/";
 constexpr std::string_view kMark = "{id}";
 constexpr std::size_t kIdDigits = 32;
 
-// A path as it stands in an address. "=" is escaped too: clients look for the first one.
+// A path as part of an address. "=" is escaped too: clients look for the first one.
 std::string EscapePath(std::string_view path) {
   constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/+";
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -27,8 +27,8 @@ std::string EscapePath(std::string_view path) {
   return result;
 }
 
-// The sender's way to this service, up to the path. Clients take port 80 for every scheme, so that of https
-// is told.
+// The address of this service as the sender knows it, up to the path. It names the port of https, since
+// clients use port 80 for every scheme.
 std::string OriginOf(const HttpRequest& request) {
   if (request.forwardedProto != "https") return "http://" + request.host;
   const std::size_t bracket = request.host.rfind(']');

@@ -1,4 +1,4 @@
-// The addresses of uploads and of published files: what scripts hand out and what requests come to.
+// The addresses of uploads and of published files.
 #pragma once
 
 #include <optional>
@@ -19,18 +19,18 @@ struct TransferUrls {
 // The address of the request itself, without its query. Pure; any thread.
 std::string UrlOfRequest(const HttpRequest& request);
 
-// The addresses under which the sender of `request` reaches this service: its Host header, "https" where a
-// proxy says so, and whatever its path has in front of `servicePath`, which ends it. Pure; any thread.
+// The addresses under which the sender of `request` reaches this service: its Host header, "https" if a proxy
+// says so, and the prefix of its path before `servicePath`, which ends it. Pure; any thread.
 TransferUrls MakeTransferUrls(const HttpRequest& request, std::string_view servicePath,
                               const TransferForms& forms);
 
 // Puts an id into an address.
 std::string ExpandUrl(const std::string& pattern, const std::string& id);
 
-// Whether a path is that of uploads, whatever stands in front.
+// Whether a path, with any prefix, is that of uploads.
 bool IsUploadPath(std::string_view path);
 
-// The id of the published file that a path names, whatever stands in front; nothing for another path.
+// The id of the published file that a path, with any prefix, names; nothing for another path.
 std::optional<std::string> PublishedIdIn(std::string_view path);
 
 }  // namespace qv::devservice

@@ -13,7 +13,7 @@ HttpAnswer Redirection() {
   return answer;
 }
 
-// Keeps a body in a file, and that in the session.
+// Writes a body to a file, which becomes the session's.
 class UploadSink : public BodySink {
  public:
   UploadSink(std::string path, std::shared_ptr<SessionFiles> files, std::string ticket, ServiceStats& stats)
@@ -69,7 +69,7 @@ class HaltingSink : public BodySink {
 
 std::string Disposition(const std::string& name, const TransferForms& forms) {
   if (forms.unnamed) return "";
-  // Without quotes: clients take what stands behind the last "=" as it is.
+  // Without quotes: clients take the text after the last "=" as it is.
   return "Content-Disposition: attachment; filename=" + std::string(forms.fileName.value_or(name)) + "\r\n";
 }
 

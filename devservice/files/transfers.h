@@ -3,11 +3,11 @@
 
 #include <cstdint>
 
+#include "devservice/files/sessions.h"
+#include "devservice/files/spool.h"
 #include "devservice/http/http_message.h"
 #include "devservice/http/odd_forms.h"
 #include "devservice/values/service_stats.h"
-#include "devservice/files/sessions.h"
-#include "devservice/files/spool.h"
 
 namespace qv::devservice {
 
@@ -17,7 +17,7 @@ class Transfers {
   Transfers(SessionTable& sessions, SpoolDirectory& spool, ServiceStats& stats, std::uint64_t maxUploadBytes)
       : sessions_(sessions), spool_(spool), stats_(stats), maxUploadBytes_(maxUploadBytes) {}
 
-  // What to do with the body of a POST to the upload path: a sink that keeps it in a file, or a refusal.
+  // The plan for the body of a POST to the upload path: a sink that writes it to a file, or a refusal.
   BodyPlan PlanUpload(const HttpRequest& head, const TransferForms& forms);
 
   // Answers a GET or HEAD for the published file with this id.

@@ -40,7 +40,7 @@ std::string DocumentOf(const ScriptFile& file, const std::string& namespaceHost)
          "\">\n  <Code>" + EscapeXml(file.code) + "</Code>\n</Scriptwell>\n";
 }
 
-// A file of its own name beside the target; gone at the end unless it was moved.
+// A new file beside the target. The destructor deletes it unless it was moved.
 class FreshFile {
  public:
   explicit FreshFile(const std::string& target) : path_(target + ".XXXXXX") {
@@ -64,11 +64,11 @@ class FreshFile {
     if (fchmod(descriptor_, 0644) != 0) ThrowSystem("write", path_, errno);
   }
 
-  // False when something stands at the target already.
+  // False when the target exists already.
   bool MoveTo(const std::string& target) const {
     if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) return true;
     if (errno == EEXIST) return false;
-    // A file system that does not know the flag.
+    // The file system does not support the flag.
     if (errno != EINVAL || rename(path_.c_str(), target.c_str()) != 0) ThrowSystem("write", target, errno);
     return true;
   }

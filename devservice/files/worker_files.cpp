@@ -7,11 +7,11 @@
 #include <cerrno>
 #include <cstring>
 
+#include "devservice/files/spool.h"
+#include "devservice/files/transfer_urls.h"
 #include "devservice/values/fault_codes.h"
 #include "devservice/values/names.h"
 #include "devservice/values/random_id.h"
-#include "devservice/files/spool.h"
-#include "devservice/files/transfer_urls.h"
 
 namespace qv::devservice {
 namespace {

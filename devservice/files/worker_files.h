@@ -1,4 +1,4 @@
-// What the worker process does with files on behalf of a script.
+// The files of one run of a script, on the side of the worker process.
 #pragma once
 
 #include <cstddef>
@@ -12,18 +12,18 @@ namespace qv::devservice {
 // Largest content that a script may hold at once, in bytes.
 inline constexpr std::size_t kLargestContent = std::size_t{64} << 20;
 
-// Belongs to one run of one script, used by the worker's main thread. All failures are a FaultError whose
-// code and words are for the script.
+// Belongs to one run of one script, used by the worker's main thread. Every failure is a FaultError whose
+// code and message are for the script.
 class WorkerFiles {
  public:
   explicit WorkerFiles(FileJob job) : job_(std::move(job)) {}
 
   // The upload that came with a ticket; null when there is none. Lives as long as this object.
   const ReadableFile* Find(std::string_view ticket) const;
-  // The bytes of a file, which is opened anew.
+  // The bytes of a file.
   static std::string Read(const ReadableFile& file);
 
-  // The address of a new ticket, and that of one which the session has.
+  // The address of a new ticket, and that of an existing ticket of the session.
   std::string NewUploadUrl();
   std::string UploadUrl(const std::string& ticket) const;
 
@@ -31,7 +31,7 @@ class WorkerFiles {
   std::string Publish(const std::string& name, std::string_view content);
   std::string PublishUpload(const std::string& name, const std::string& ticket);
 
-  // What came of all this so far.
+  // The tickets and files that the script has made so far.
   const MadeFiles& Made() const { return made_; }
 
  private:

@@ -11,7 +11,7 @@ class BodyBudget {
  public:
   explicit BodyBudget(std::size_t bytes) : left_(bytes) {}
 
-  // False when there is not so much left; nothing is taken then.
+  // False, and nothing taken, when less than this is left.
   bool Take(std::size_t bytes) {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (bytes > left_) return false;
@@ -28,7 +28,7 @@ class BodyBudget {
   std::size_t left_;
 };
 
-// What one request has taken; given back at the end of its handling.
+// The bytes that one request has taken. The destructor gives them back.
 class BodyShare {
  public:
   explicit BodyShare(BodyBudget& budget) : budget_(budget) {}

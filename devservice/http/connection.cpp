@@ -58,7 +58,7 @@ bool Connection::Finish() {
   return Flush() && !close_ && budget_ > 0;
 }
 
-// A socket that is closed with unread bytes resets the connection, and the answer may be lost on its way.
+// Closing a socket with unread bytes resets the connection, and the client may lose the answer.
 void Connection::DrainRest() const {
   if (!drains_) return;
   shutdown(socket_, SHUT_WR);
@@ -104,7 +104,7 @@ bool Connection::is_writable() const {
 
 ssize_t Connection::read(char* target, std::size_t size) {
   if (readAt_ == incoming_.size()) {
-    // What was written so far is an interim answer that the client waits for.
+    // What was written so far is an interim answer, for which the client waits.
     if (!Flush() || !AwaitBytes() || !Fill()) return -1;
   }
   const std::size_t count = std::min({size, incoming_.size() - readAt_, budget_});
@@ -143,7 +143,7 @@ bool Connection::SendNow(std::string_view bytes) {
   return true;
 }
 
-// Neither address is of use to the service.
+// The service needs neither address.
 void Connection::get_remote_ip_and_port(std::string&, int&) const {}
 void Connection::get_local_ip_and_port(std::string&, int&) const {}
 

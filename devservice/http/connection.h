@@ -14,8 +14,8 @@
 
 namespace qv::devservice {
 
-// Buffers both directions, so that an answer leaves in one piece. Used by its own thread; only Shutdown of
-// the socket by the server's Stop comes from another one.
+// Buffers both directions, so that an answer is sent in one piece. Used by one thread; only the server's Stop
+// shuts the socket down from another one.
 class Connection : public httplib::Stream {
  public:
   // Borrows the socket; the caller closes it. `messageTime` is for each request and each answer, see
@@ -28,7 +28,7 @@ class Connection : public httplib::Stream {
   // Starts a request, and its time, that may take no more than `bytes` off the wire.
   void BeginRequest(std::size_t bytes);
 
-  // The path of the present request, kept here while the library routes.
+  // The path of the current request, kept here while the library routes.
   void SetPath(std::string path) { path_ = std::move(path); }
   const std::string& Path() const { return path_; }
 
@@ -40,16 +40,17 @@ class Connection : public httplib::Stream {
 
   bool Closes() const { return close_; }
 
-  // Whether the present request used up its time before it was read.
+  // Whether the current request used up its time before it was read.
   bool IsLate() const { return late_; }
 
-  // The present request is refused before its body was read: no further request, and DrainRest has work.
+  // The current request is refused before its body was read: no further request, and DrainRest has work.
   void AbandonRest() { close_ = drains_ = true; }
 
   // Makes room for a body that does not count among the bytes of BeginRequest.
   void AllowBody(std::size_t bytes) { budget_ += bytes; }
 
-  // The answer of TakeOver, which Deliver sends; null without one. What the HTTP library wrote is dropped now.
+  // The answer of TakeOver, which Deliver sends; null without one. What the HTTP library wrote is dropped
+  // now.
   const HttpAnswer* BeginDelivery();
 
   // Sends what is still to be sent; true when the connection can serve another request.

@@ -1,4 +1,4 @@
-// What the server keeps of its connections: threads and sockets.
+// The threads and sockets of the server's connections.
 #pragma once
 
 #include <httplib.h>
@@ -38,7 +38,7 @@ class ConnectionThreads : public httplib::TaskQueue {
 // The sockets that are being served, so that a stop reaches them all. Thread-safe.
 class OpenSockets {
  public:
-  // False when the server is stopping; the socket is then not to be served.
+  // False when the server is stopping; do not serve the socket then.
   bool Add(socket_t socket);
   // Closes under the lock: a shutdown must not hit the next socket of the same number.
   void Close(socket_t socket);

@@ -59,7 +59,7 @@ class BodySource {
   bool IsReadable() const { return !answer_.file || descriptor_ >= 0; }
   std::uint64_t Size() const { return answer_.file ? answer_.file->Size() : answer_.body.size(); }
 
-  // Sends the head and so many bytes of the body; false when they did not all go out.
+  // Sends the head and this many bytes of the body; false when it could not send all of them.
   bool Send(Connection& connection, const std::string& head, std::uint64_t count) const {
     if (!answer_.file) return connection.SendNow(head + answer_.body.substr(0, count));
     return connection.SendNow(head) && SendFile(connection, count);
@@ -108,14 +108,14 @@ std::string Chunks(const std::string& body) {
   return out + "0\r\n\r\n";
 }
 
-// How many bytes of a body of this size go out.
+// How many bytes of a body of this size are sent.
 std::uint64_t PortionOf(Delivery delivery, std::uint64_t size) {
   if (delivery == Delivery::kCut || delivery == Delivery::kStall) return size / 2;
   if (delivery == Delivery::kShort) return size - std::min<std::uint64_t>(size, 1);
   return size;
 }
 
-// Head and body; false when they did not all go out.
+// Sends head and body; false when it could not send all of both.
 bool SendAnswer(Connection& connection, const HttpAnswer& answer, const BodySource& source) {
   const std::string framing = FramingOf(answer.delivery, source.Size());
   const std::string head = MakeHead(answer, connection.Closes(), framing);

@@ -10,9 +10,9 @@
 
 namespace qv::devservice {
 
-// Returns when all is sent, the silence of an odd delivery is over, or the other side is gone; the connection
-// is marked for closing where the delivery or a failure asks for it. Bytes of a file are added to `fileBytes`
-// just before they leave. Files go out piece by piece.
+// Returns when all is sent, the silence of an odd delivery is over, or the other side has closed. Marks the
+// connection for closing where the delivery or a failure requires it. Files are sent piece by piece; each
+// piece is added to `fileBytes` just before.
 void Deliver(Connection& connection, const HttpAnswer& answer, std::chrono::milliseconds stallTime,
              std::atomic<std::uint64_t>& fileBytes);
 

@@ -1,4 +1,4 @@
-// Requests and answers, and the ways in which both can travel.
+// Requests and answers, and the ways in which they are sent.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ struct HttpRequest {
   std::string path;
   std::string contentType;
   std::string soapAction;
-  // Header Host, or the service's own address where that is missing or could not stand in a URL.
+  // Header Host, or the service's own address if the header is missing or cannot be part of a URL.
   std::string host;
   std::string hostHeader;      // Header Host as it came; several are joined by commas.
   std::string origin;          // Header Origin, joined likewise.
@@ -26,18 +26,18 @@ struct HttpRequest {
   std::string usid;            // Header usid: the session that a transfer belongs to.
   std::string ticket;          // `ticket` of the query, percent-decoded.
   bool asksForWsdl = false;    // "?wsdl", in any case of letters.
-  // What Content-Length announces; nothing without one, or with one that is no number.
+  // The number in Content-Length; nothing without the header, or if it is not a number.
   std::optional<std::uint64_t> bodyLength;
   std::string body;
 };
 
-// How the bytes of an answer go out. All but kPlain and kChunked close the connection.
+// How the bytes of an answer are sent. All but kPlain and kChunked close the connection.
 enum class Delivery {
   kPlain,           // Head with Content-Length, whole body.
   kCloseDelimited,  // No Content-Length: the end of the connection ends the body.
   kChunked,         // Transfer-Encoding: chunked, in pieces.
   kCut,             // Announces the whole body, sends half of it.
-  kShort,           // Announces the whole body, keeps its last byte back.
+  kShort,           // Announces the whole body, does not send its last byte.
   kLong,            // Announces the whole body, sends 16 bytes more.
   kStall,           // Head and half of the body, then silence until the stall time is over.
   kDrop,            // Nothing at all.
@@ -62,18 +62,18 @@ inline HttpAnswer PlainAnswer(int status, std::string text) {
   return answer;
 }
 
-// Takes the body of one request piece by piece. Destroyed without a Finish when the body ended early.
+// Takes the body of one request piece by piece. Destroyed without Finish when the body ended early.
 class BodySink {
  public:
   virtual ~BodySink() = default;
-  // An answer when no more is wanted; the rest of the body is not read then.
+  // Returns an answer to refuse the rest of the body, which is not read then.
   virtual std::optional<HttpAnswer> Write(const char* bytes, std::size_t count) = 0;
   // The body is whole.
   virtual HttpAnswer Finish() = 0;
 };
 
-// What is to become of the body of a POST: an answer at once, or a sink for it; with neither it is kept in
-// memory, as HttpRequest::body.
+// What happens to the body of a POST: an answer at once, or a sink for it. With neither it is kept in memory,
+// as HttpRequest::body.
 struct BodyPlan {
   std::optional<HttpAnswer> refusal;
   std::unique_ptr<BodySink> sink;

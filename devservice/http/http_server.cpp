@@ -24,10 +24,10 @@ constexpr int kBacklog = 256;
 constexpr std::size_t kPieceBytes = 65536;
 // Room for a request's head beside its body.
 constexpr std::size_t kHeadBytes = 65536;
-// The library counts down from here and closes at zero; that is never reached.
+// The library counts down from here and closes at zero, which is never reached.
 constexpr std::size_t kManyRequests = 1000000000;
 
-// The connection that this thread serves; the library's handlers get no argument that would tell.
+// The connection that this thread serves: the library's handlers do not get it as an argument.
 thread_local Connection* currentConnection = nullptr;
 
 void SetSwitch(socket_t socket, int level, int option) {
@@ -51,8 +51,8 @@ HttpAnswer NoRoom() {
 
 }  // namespace
 
-// cpp-httplib reads and routes; the loop over a connection is ours, since the library's own neither ends at
-// once on a stop nor lets an answer be anything but correct.
+// cpp-httplib reads and routes. The loop over a connection is ours: the library's own does not end at once on
+// a stop, and sends correct answers only.
 class HttpServer::Implementation : public httplib::Server {
  public:
   Implementation(HttpServerOptions options, ServiceStats& stats, RequestHandler& handler)
@@ -60,7 +60,7 @@ class HttpServer::Implementation : public httplib::Server {
     Configure();
     port_ = options_.port == 0 ? bind_to_any_port(options_.host) : BindTo(options_.port);
     if (port_ <= 0) throw std::runtime_error(ListenFailure(options_));
-    // A second call widens the queue of connections not yet accepted, which the library makes very short.
+    // A second call makes the queue of connections longer, which the library keeps very short.
     ::listen(svr_sock_, kBacklog);
     thread_ = std::thread([this] { listen_after_bind(); });
     while (!is_running()) std::this_thread::sleep_for(std::chrono::microseconds(100));
@@ -172,7 +172,7 @@ class HttpServer::Implementation : public httplib::Server {
     Serve(whole, response);
   }
 
-  // Reads past the library, which would take some kinds of bodies apart.
+  // Reads without the library, which would parse some kinds of bodies.
   void ServeStream(std::uint64_t length, BodySink& sink) {
     currentConnection->AllowBody(length);
     std::array<char, kPieceBytes> piece;

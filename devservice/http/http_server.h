@@ -1,4 +1,4 @@
-// The HTTP side: connections, and the reading of requests.
+// The HTTP server: connections, and the reading of requests.
 #pragma once
 
 #include <chrono>
@@ -20,18 +20,18 @@ struct HttpServerOptions {
   std::chrono::milliseconds keepAliveTime{0};
   std::chrono::milliseconds stallTime{0};
   std::chrono::milliseconds requestTime{0};
-  std::size_t maxBodyBytes = 0;  // Of all requests that are under way.
+  std::size_t maxBodyBytes = 0;  // Of all current requests together.
 };
 
-// What the server asks about requests: on the connection's thread, several at a time. Must not throw.
+// Handles the requests: on the threads of connections, several at a time. Must not throw.
 class RequestHandler {
  public:
   virtual ~RequestHandler() = default;
-  // The head of a request of any method has come: an answer when it is refused, whatever it is about.
+  // Called with the head of each request. Returns an answer to refuse it.
   virtual std::optional<HttpAnswer> Refuse(const HttpRequest& head) = 0;
-  // The head of a POST has come, its body not yet.
+  // Called with the head of a POST, before its body is read.
   virtual BodyPlan PlanBody(const HttpRequest& head) = 0;
-  // The request is whole. Not called when its body had a sink or was refused.
+  // Called with the whole request, but not when its body had a sink or was refused.
   virtual HttpAnswer Handle(const HttpRequest& request) = 0;
 };
 
@@ -48,7 +48,7 @@ class HttpServer {
 
   int Port() const;
 
-  // Ends all connections and waits for their threads. A handler that is under way is waited for.
+  // Ends all connections and waits for their threads, and so for running handlers.
   void Stop();
 
  private:

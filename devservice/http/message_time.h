@@ -7,8 +7,8 @@
 
 namespace qv::devservice {
 
-// A fixed time, and one more second for every 64 KiB that were moved: a slow line is fine, a peer that sends
-// a byte now and then is not.
+// A fixed time, and one more second for every 64 KiB that were moved. So a slow line is fine, but not a peer
+// that sends a byte now and then.
 class MessageTime {
  public:
   explicit MessageTime(std::chrono::milliseconds time) : end_(Clock::now() + time) {}

@@ -46,7 +46,7 @@ constexpr OddForm kOddTransfers[] = {
     {"url-file", [](OddForms& forms) { forms.transfer.uploadUrl = "file:///etc/passwd"; }},
     {"url-crlf", [](OddForms& forms) { forms.transfer.ticketEnd = "\r\nX-Odd: 1"; }},
     {"url-redirect", [](OddForms& forms) { forms.transfer.redirected = true; }},
-    // Names that would take a file out of its directory, or that are none.
+    // Names that would take a file out of its directory, and invalid names.
     {"download-name-dotdot", [](OddForms& forms) { forms.transfer.fileName = ".."; }},
     {"download-name-dot", [](OddForms& forms) { forms.transfer.fileName = "."; }},
     {"download-name-slash", [](OddForms& forms) { forms.transfer.fileName = "a/b"; }},
@@ -74,7 +74,7 @@ constexpr OddForm kOddTables[] = {
     {"table-cut", [](OddForms& forms) { forms.table.cut = true; }},
 };
 
-// Texts that readers accept in ways of their own, or refuse.
+// Texts that readers accept in their own way, or refuse.
 constexpr OddValue kOddValues[] = {
     {"url-empty-parts", "sof:url", "<URL/><C/>"},
     {"url-no-caption", "sof:url", "<URL>u</URL><C/>"},

@@ -19,10 +19,10 @@ struct OddValue {
   const char* text;  // unescaped
 };
 
-// What becomes of an upload.
+// What happens to an upload.
 enum class UploadEnd { kKept, kRefused, kDropped, kStalled };
 
-// What is to differ in transfers of files. These names leave the answers to SOAP requests alone.
+// How transfers of files differ. These names do not change answers to SOAP requests.
 struct TransferForms {
   UploadEnd upload = UploadEnd::kKept;
   bool redirected = false;  // uploads and downloads are sent to another host
@@ -30,10 +30,10 @@ struct TransferForms {
   bool unnamed = false;                      // no Content-Disposition
   std::optional<std::string_view> fileName;  // in place of the name; lives for the whole process
   const char* uploadUrl = nullptr;           // in place of what uploadUrl() answers
-  const char* ticketEnd = "";                // put behind the ticket
+  const char* ticketEnd = "";                // put after the ticket
 };
 
-// What is to differ from an ordinary answer.
+// How an answer differs from an ordinary one.
 struct OddForms {
   bool prefixedAnswer = false;  // "NS2:" before the answer element
   bool leadingSpace = false;    // white space in front of the answer element
@@ -55,10 +55,10 @@ struct OddForms {
 // `unknown`.
 OddForms ReadOddForms(std::string_view path, std::string& unknown);
 
-// Adds the form with this name to `forms`; false when there is none.
+// Adds the form with this name to `forms`; false for an unknown name.
 bool AddOddForm(std::string_view name, OddForms& forms);
 
-// The names, for people, separated by ", ".
+// The names for a message, separated by ", ".
 std::string OddFormNames();
 
 }  // namespace qv::devservice

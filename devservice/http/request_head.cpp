@@ -7,14 +7,15 @@
 namespace qv::devservice {
 namespace {
 
-// Goes into addresses that scripts hand out, so nothing but the characters of hosts and ports.
+// The text becomes part of addresses that scripts answer, so only the characters of hosts and ports are
+// allowed.
 bool IsHost(const std::string& text) {
   constexpr std::string_view kAllowed =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789.-_:[]";
   return !text.empty() && text.size() <= 255 && text.find_first_not_of(kAllowed) == std::string::npos;
 }
 
-// Nothing unless there is exactly one length, in digits, and nothing else that tells where the body ends.
+// Nothing unless there is exactly one length, in digits, and no other header that determines the body's end.
 std::optional<std::uint64_t> BodyLength(const httplib::Request& request) {
   if (request.get_header_value_count("Content-Length") != 1 || request.has_header("Transfer-Encoding"))
     return std::nullopt;
@@ -31,7 +32,7 @@ bool HasParameter(const httplib::Request& request, const char* name) {
   return false;
 }
 
-// All values of a header. More than one make a text that no single value equals.
+// All values of a header. Several values make a text that is different from any single value.
 std::string JoinedValues(const httplib::Request& request, const char* name) {
   std::string joined = request.get_header_value(name);
   for (std::size_t i = 1; i < request.get_header_value_count(name); ++i)

@@ -19,7 +19,7 @@ struct Function {
 
 constexpr const char* kLevels[] = {"log", "info", "warn", "error", "debug"};
 
-// More than a message can hold is not converted.
+// The beginning of a text, as much as a message can hold.
 std::string Beginning(JSStringRef text) {
   const auto* units = reinterpret_cast<const char16_t*>(JSStringGetCharactersPtr(text));
   return Utf16ToUtf8({units, std::min(JSStringGetLength(text), kLongestConsoleText + 1)});
@@ -44,7 +44,7 @@ std::string TextOfSymbol(JSContextRef context, JSValueRef value) {
   return "Symbol(" + (described ? TextOf(context, description).value_or("") : "") + ")";
 }
 
-// Errors tell their line; what only says that it is an object is shown as JSON.
+// Errors have their line added; objects without a text of their class are shown as JSON.
 std::string TextOfObject(JSContextRef context, JSValueRef value) {
   if (const TypedValue* typed = TypedValueOf(context, value)) return typed->text;
   const JSObjectRef object = JSValueToObject(context, value, nullptr);

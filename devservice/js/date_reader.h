@@ -12,14 +12,14 @@ namespace qv::devservice {
 // A Date of the script at this moment, in milliseconds since 1970 in UTC.
 JSValueRef MakeDate(JSContextRef context, std::int64_t milliseconds);
 
-// Reads Dates through a function of a global object of its own, which no script can reach: a script may
-// change Date.prototype as it likes.
+// Reads Dates with a function of a separate global object that no script can reach, since a script may change
+// its own Date.prototype.
 class DateReader {
  public:
   // Keeps the group alive.
   explicit DateReader(JSContextGroupRef group);
-  // Milliseconds since 1970 in UTC; NaN for an invalid Date and for what is no Date. `context` belongs to the
-  // group.
+  // Milliseconds since 1970 in UTC; NaN for an invalid Date and for a value that is not a Date. `context`
+  // belongs to the group.
   double TimeOf(JSContextRef context, JSValueRef value) const;
 
  private:

@@ -9,7 +9,7 @@
 namespace qv::devservice {
 namespace {
 
-// The first frame of a stack that is the script's own: "f@script:3:6".
+// The line in the first frame of a stack that is of the script: "f@script:3:6".
 std::optional<int> LineInStack(const std::string& stack) {
   const std::string mark = std::string("@") + kScriptUrl + ":";
   const std::size_t at = stack.find(mark);

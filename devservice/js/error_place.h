@@ -1,4 +1,4 @@
-// Where in a script an error arose.
+// The place in a script where an error was made.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -8,12 +8,12 @@
 
 namespace qv::devservice {
 
-// The name under which the text of a script is evaluated, so that its lines can be told from those of other
-// code: of eval, of functions made from texts, of the engine's own constructors.
+// The name under which the text of a script is evaluated. It separates the script's lines from those of other
+// code: of eval, of functions made from texts, of the engine's constructors.
 inline constexpr char kScriptUrl[] = "script";
 
-// The line of the script, as the engine counts it, in which a thrown object was made; nothing when the object
-// does not tell. May run getters of the script.
+// The line of the script, as the engine counts it, in which a thrown object was made; nothing if the object
+// has no line. May run getters of the script.
 std::optional<int> LineOfError(JSContextRef context, JSObjectRef error);
 
 // "text (line 3)".

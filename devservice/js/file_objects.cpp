@@ -15,15 +15,15 @@ namespace {
 constexpr JSPropertyAttributes kFixed = kJSPropertyAttributeReadOnly | kJSPropertyAttributeDontDelete;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// The file of `self`, which a script can set to anything.
+// The file of `self`, which can be any object.
 const ReadableFile& FileOfSelf(JSContextRef context, JSObjectRef self) {
   const ReadableFile* file = FileOfObject(context, self);
   if (!file) throw FaultError(kScriptThrew, "This is a function of file objects.", "script");
   return *file;
 }
 
-// Every copy is given up before the next is made: the engine's text has two bytes for each unit, and is
-// copied once more for its value.
+// Every copy is released before the next is made: the engine's text has two bytes for each unit, and the
+// engine copies it once more for its value.
 std::u16string UnitsOfFile(const ReadableFile& file) {
   const std::string bytes = WorkerFiles::Read(file);
   std::string_view text = bytes;

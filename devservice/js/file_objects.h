@@ -10,13 +10,13 @@ namespace qv::devservice {
 class FaultError;
 
 // {ticket, size, text(), bytes()}: two read-only properties, and the content as a String or a Uint8Array.
-// Nothing that a script does to the object changes which file is read.
+// A script cannot change which file the object reads.
 JSValueRef MakeFileObject(JSContextRef context, const ReadableFile& file);
 
-// The file behind the object, null when it is none. Lives as long as the object.
+// The file of the object, null for any other value. Lives as long as the object.
 const ReadableFile* FileOfObject(JSContextRef context, JSValueRef value);
 
-// Throws a failure into the script, as an Error with its code and description.
+// Makes the script throw an Error with the failure's code and description.
 void ThrowInScript(JSContextRef context, const FaultError& error, JSValueRef* exception);
 
 }  // namespace qv::devservice

@@ -1,4 +1,4 @@
-// Owners of the engine's handles, and the few conversions that all users of the engine need.
+// Owners of the engine's handles, and the operations on values that all users of the engine need.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -27,11 +27,11 @@ JsString MakeJsString(std::string_view utf8);
 // The units of an engine string.
 std::u16string UnitsOf(JSStringRef text);
 
-// Like String(value), which may run code of the script; nothing when that throws (it is left in `exception`
-// unless that is null).
+// Like String(value), which may run code of the script; nothing when that throws (`exception`, unless null,
+// is the thrown value).
 std::optional<std::u16string> TextOfValue(JSContextRef context, JSValueRef value, JSValueRef* exception);
 
-// The same as UTF-8, false when String(value) throws or the text holds what XML cannot carry.
+// The same as UTF-8; false when String(value) throws or the text holds characters that XML cannot carry.
 bool CarriableText(JSContextRef context, JSValueRef value, std::string& text, JSValueRef* exception);
 
 // A String value, and an Error to be thrown.
@@ -41,7 +41,7 @@ JSValueRef MakeError(JSContextRef context, std::string_view message);
 // Value of a property, or null when reading it throws.
 JSValueRef GetProperty(JSContextRef context, JSObjectRef object, const char* name);
 
-// Sets an ordinary property. The engine is out of memory if that fails, which the next evaluation reports.
+// Sets an ordinary property. If that fails the engine is out of memory, which the next evaluation reports.
 void SetProperty(JSContextRef context, JSObjectRef object, std::string_view name, JSValueRef value);
 
 // A class of objects: with a function that runs when such an object is called, one that frees its private

@@ -22,7 +22,7 @@ class InferredTable {
   InferredTable(JSContextRef context, const ValueReaders& readers)
       : context_(context), dates_(readers.dates), objects_(context, readers.keys) {}
 
-  // False when the value is no plain object.
+  // False when the value is not a plain object.
   bool AddRow(JSValueRef value) {
     if (!objects_.IsPlain(value)) return false;
     ++row_;

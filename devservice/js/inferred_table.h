@@ -1,4 +1,4 @@
-// Tables out of arrays of plain objects.
+// Tables from arrays of plain objects.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -10,9 +10,9 @@
 
 namespace qv::devservice {
 
-// The table that an array of plain objects makes: columns are the keys in the order in which they first
-// appear, each with a type that all its values fit. A fault when a key or a value has no form in a table;
-// nothing when the array is empty or holds anything but plain objects. May run getters of the script.
+// The table of an array of plain objects: columns are the keys in the order in which they first appear, each
+// with a type that all its values fit. A fault when a key or a value has no form in a table; nothing when the
+// array is empty or holds anything but plain objects. May run getters of the script.
 std::optional<ScriptResult> ResultOfRows(JSContextRef context, JSObjectRef array,
                                          const ValueReaders& readers);
 

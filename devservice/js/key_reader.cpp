@@ -28,7 +28,7 @@ JSObjectRef KeyReader::KeysOf(JSContextRef context, JSObjectRef object, JSObject
   const JSValueRef arguments[] = {object, previous ? previous : JSValueMakeNull(clean_.get())};
   const JSValueRef list = JSObjectCallAsFunction(clean_.get(), keys_, nullptr, 2, arguments, exception);
   if (list) return JSValueToObject(clean_.get(), list, nullptr);
-  // An error of the clean global object would lead a script there.
+  // An error of the clean global object would give a script access to it.
   if (JSValueIsInstanceOfConstructor(clean_.get(), *exception, error_, nullptr))
     *exception = MakeError(context, "The keys of an object cannot be read.");
   return nullptr;

@@ -8,16 +8,16 @@
 
 namespace qv::devservice {
 
-// Lists keys through a function of a global object of its own, which no script can reach: a script may change
-// its Object as it likes.
+// Lists keys with a function of a separate global object that no script can reach, since a script may change
+// its own Object.
 class KeyReader {
  public:
   // Keeps the group alive.
   explicit KeyReader(JSContextGroupRef group);
 
-  // An array of the object's own enumerable keys that are texts, in the order of the language: `previous`
-  // itself when its keys are the same. `previous` is null or such an array. Null when a proxy has thrown (the
-  // value is left in `exception`). `context` belongs to the group.
+  // An array of the object's own enumerable string keys, in the order of the language. `previous` is null or
+  // such an array, and is returned if its keys are the same. Null when a proxy has thrown (`exception` is the
+  // value). `context` belongs to the group.
   JSObjectRef KeysOf(JSContextRef context, JSObjectRef object, JSObjectRef previous,
                      JSValueRef* exception) const;
 
@@ -28,7 +28,7 @@ class KeyReader {
   JSObjectRef error_;
 };
 
-// What reads values in ways that a script cannot change. One for all scripts of an engine.
+// Readers of values that a script cannot influence. One for all scripts of an engine.
 struct ValueReaders {
   explicit ValueReaders(JSContextGroupRef group) : dates(group), keys(group) {}
   DateReader dates;

@@ -17,7 +17,7 @@ JSValueRef NumberFromLong(JSContextRef context, std::int64_t value) {
   return safe ? JSValueMakeNumber(context, number) : JSBigIntCreateWithInt64(context, value, nullptr);
 }
 
-// The texts of the next three were written by NormaliseText, so they are good.
+// NormaliseText wrote the texts of the next three, so they are valid.
 JSValueRef DateFromText(JSContextRef context, ValueKind kind, const std::string& text) {
   std::int64_t milliseconds = 0;
   ParseMoment(kind, text, milliseconds);

@@ -51,14 +51,15 @@ std::size_t CountUnits(std::string_view utf8) {
   return count;
 }
 
-// Straight from the engine into UTF-8, since the text may be large; the engine stops at a lone surrogate,
-// which then becomes U+FFFD.
+// Directly from the engine to UTF-8, since the text may be large. The engine stops at a lone surrogate; the
+// slower way makes that U+FFFD.
 std::string PublishText(WorkerFiles& files, const std::string& name, JSContextRef context, JSValueRef value) {
   const JsString text(JSValueToStringCopy(context, value, nullptr));
   if (!text || JSStringGetLength(text.get()) > kLargestContent) Refuse("The content is larger than 64 MiB.");
   const std::size_t most = JSStringGetMaximumUTF8CStringSize(text.get());
   const std::unique_ptr<char[]> bytes(new char[most]);
-  const std::size_t written = JSStringGetUTF8CString(text.get(), bytes.get(), most);  // With a null behind.
+  const std::size_t written =
+      JSStringGetUTF8CString(text.get(), bytes.get(), most);  // With the null terminator.
   const std::string_view utf8(bytes.get(), written - std::min<std::size_t>(written, 1));
   if (CountUnits(utf8) == JSStringGetLength(text.get())) return files.Publish(name, utf8);
   return files.Publish(name, Utf16ToUtf8(UnitsOf(text.get())));

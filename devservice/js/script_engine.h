@@ -3,13 +3,13 @@
 
 #include <JavaScriptCore/JavaScript.h>
 
-#include "devservice/values/console_message.h"
 #include "devservice/js/key_reader.h"
+#include "devservice/values/console_message.h"
 #include "devservice/values/script_job.h"
 
 namespace qv::devservice {
 
-// Belongs to one thread. Has no limits of its own: time and memory are watched from outside the process.
+// Belongs to one thread. Has no limits itself: another process watches time and memory.
 class ScriptEngine {
  public:
   ScriptEngine();
@@ -17,8 +17,8 @@ class ScriptEngine {
   ScriptEngine(const ScriptEngine&) = delete;
   ScriptEngine& operator=(const ScriptEngine&) = delete;
 
-  // Never throws for what a script does: its failure is a result of the kind kFault. What it says to its
-  // console goes to `console` at once, within the limits of a run.
+  // A script that fails gives a result of the kind kFault, not an exception. Console messages go to `console`
+  // at once, within the limits of a run.
   ScriptResult Run(const ScriptJob& job, const ConsoleSink& console);
 
  private:

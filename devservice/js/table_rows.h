@@ -1,4 +1,4 @@
-// What both ways to a table have in common: rows out of a script's arrays and objects.
+// What both kinds of tables of a script have in common: the rows, from arrays and objects.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
@@ -13,14 +13,14 @@
 
 namespace qv::devservice {
 
-// Ends the making of a table, with words for people. Must not leave a function that the engine calls.
+// The table cannot be made; what() is the message. Must not leave a function that the engine calls.
 class TableError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// The same for what the script itself threw, in a getter for instance. Keep it on the stack where it is
-// caught: the engine does not see it elsewhere.
+// The same for a value that the script itself threw, for example in a getter. Keep it on the stack where it
+// is caught, so that the engine does not free it.
 struct ThrownByScript {
   JSValueRef value;
 };
@@ -32,8 +32,8 @@ unsigned LengthOf(JSContextRef context, JSObjectRef array);
 JSValueRef ValueOfKey(JSContextRef context, JSObjectRef object, JSStringRef key);
 JSValueRef ValueAt(JSContextRef context, JSObjectRef array, unsigned index);
 
-// Looks into plain objects one after another. Large tables have a million cells and few lists of keys, so the
-// list of one object is kept for the next.
+// Reads plain objects one after another. Large tables have a million cells and few lists of keys, so the list
+// of one object is kept for the next.
 class PlainObjects {
  public:
   // Both are borrowed.
@@ -42,9 +42,9 @@ class PlainObjects {
   PlainObjects(const PlainObjects&) = delete;
   PlainObjects& operator=(const PlainObjects&) = delete;
 
-  // Whether the value is an object, but no array, whose prototype is null or that of all objects.
+  // Whether the value is an object, but not an array, whose prototype is null or that of all objects.
   bool IsPlain(JSValueRef value) const;
-  // Reads the keys of an object; true when they are others than those before. Throws ThrownByScript.
+  // Reads the keys of an object; true when they differ from the previous keys. Throws ThrownByScript.
   bool ReadKeys(JSObjectRef object);
   const std::vector<JsString>& Keys() const { return keys_; }
 
@@ -60,14 +60,13 @@ class PlainObjects {
 std::string DescribeRow(std::size_t row);
 std::string DescribeCell(std::size_t row, const std::string& column);
 
-// Finds columns by their keys. Rows tend to have their keys in the order of the columns, so that is tried
-// first.
+// Finds columns by their keys. Most rows have their keys in the order of the columns, so that is tried first.
 class ColumnKeys {
  public:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
   // The column with this key, or kNone. `guess` may be any number.
   std::size_t Find(JSStringRef key, std::size_t guess) const;
-  // Adds a column behind the others. Throws TableError when the key is no name of a column.
+  // Adds a column at the end. Throws TableError when the key cannot be the name of a column.
   void Add(JSStringRef key);
 
  private:
@@ -79,7 +78,7 @@ class ColumnKeys {
 class RecordCells {
  public:
   void Put(std::size_t column, std::string text);
-  // Puts the record at the end of `records` and forgets the cells.
+  // Appends the record to `records` and clears the cells.
   void MoveTo(std::string& records);
 
  private:

@@ -11,7 +11,7 @@ namespace qv::devservice {
 // Puts `table` into `typed`. The readers are borrowed and have to outlive the context.
 void InstallTable(JSContextRef context, JSObjectRef typed, const ValueReaders& readers);
 
-// What the value carries when typed.table made it, else null. Lives as long as the value.
+// The table of a value that typed.table made, else null. Lives as long as the value.
 const Table* TableOf(JSContextRef context, JSValueRef value);
 
 }  // namespace qv::devservice

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kTwoTo63 = 9223372036854775808.0;
 
-// The private data of typed.int and its kin.
+// The private data of typed.int and similar functions.
 struct Converter {
   const ValueType* type;
   const DateReader* dates;  // Borrowed.
@@ -36,7 +36,7 @@ bool WriteInteger(JSContextRef context, const ValueType& type, JSValueRef value,
 bool WriteFloat(JSContextRef context, JSValueRef value, std::string& text) {
   if (!JSValueIsNumber(context, value)) return false;
   const double number = JSValueToNumber(context, value, nullptr);
-  // Beyond this the nearest float would be an infinity. Half a unit above the greatest float is the border.
+  // From here on the nearest float is an infinity: half a unit above the greatest float.
   constexpr double kBorder = 3.4028235677973366e38;
   if (std::isfinite(number) && std::fabs(number) >= kBorder) return false;
   text = FormatFloat(static_cast<float>(number));
@@ -50,7 +50,7 @@ bool WriteDouble(JSContextRef context, JSValueRef value, std::string& text) {
 }
 
 bool WriteBoolean(JSContextRef context, JSValueRef value, std::string& text) {
-  // The other legal spelling than that of a plain boolean, so that clients meet both.
+  // Not the spelling of a plain boolean, so that clients get both.
   text = JSValueToBoolean(context, value) ? "1" : "0";
   return JSValueIsBoolean(context, value);
 }
@@ -126,7 +126,7 @@ struct KindHint {
   const char* text;
 };
 
-// What is welcome, for the message about what is not.
+// Valid values, for the message about an invalid one.
 constexpr KindHint kHints[] = {
     {ValueKind::kDate, " (a Date of the years 1 to 9999, or a text such as \"2024-03-05\")"},
     {ValueKind::kTime, " (a Date of the years 1 to 9999, or a text such as \"10:15:30.500Z\")"},
@@ -136,13 +136,13 @@ constexpr KindHint kHints[] = {
     {ValueKind::kUrl, " (an object such as {url, caption}, or two texts, without the marks <URL> and <C>)"},
 };
 
-// How many arguments a call may have, for the message about another number; null when this one is right.
+// The message about a wrong number of arguments; null when the number is right.
 const char* WrongCount(const ValueType& type, std::size_t count) {
   if (type.kind == ValueKind::kUrl) return count == 1 || count == 2 ? nullptr : " takes one or two values.";
   return count == 1 ? nullptr : " takes one value.";
 }
 
-// The body of typed.int and its kin.
+// The body of typed.int and similar functions.
 JSValueRef CallTyped(JSContextRef context, JSObjectRef function, JSObjectRef, std::size_t count,
                      const JSValueRef arguments[], JSValueRef* exception) {
   const auto& converter = *static_cast<const Converter*>(JSObjectGetPrivate(function));

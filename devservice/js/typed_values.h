@@ -10,7 +10,7 @@
 
 namespace qv::devservice {
 
-// What typed.int(5) and its kin return: an opaque object that carries type and text to the answer.
+// What typed.int(5) and similar calls return: an opaque object with the type and text for the answer.
 struct TypedValue {
   const ValueType* type;
   std::string text;
@@ -19,16 +19,16 @@ struct TypedValue {
 // Puts `typed` into a global object and returns it. The reader is borrowed and has to outlive the context.
 JSObjectRef InstallTyped(JSContextRef context, JSObjectRef global, const DateReader& dates);
 
-// What the value carries when it is one of these objects, else null. Lives as long as the value.
+// The content of such an object, null for any other value. Lives as long as the value.
 const TypedValue* TypedValueOf(JSContextRef context, JSValueRef value);
 
-// The text that typed.TYPE(value) carries. False when the value is none of the type, or when String(value)
-// threw, which is left in `exception`. DescribeWelcome says what is one, for the end of a message.
+// The text of typed.TYPE(value). False when the value is not of the type, or when String(value) threw;
+// `exception` is what it threw. DescribeWelcome names valid values, for the end of a message.
 bool WriteTypedText(JSContextRef context, const ValueType& type, const DateReader& dates, JSValueRef value,
                     std::string& text, JSValueRef* exception);
 std::string DescribeWelcome(const ValueType& type);
 
-// A whole number of either kind as a 64-bit integer; false when it is none or beyond the range.
+// A whole Number or BigInt as a 64-bit integer; false for other values and beyond the range.
 bool IntegerOf(JSContextRef context, JSValueRef value, std::int64_t& result);
 
 }  // namespace qv::devservice

@@ -39,7 +39,7 @@ JSClassRef UrlClass() {
   return shared;
 }
 
-// What becomes of one field of a duration.
+// The result of reading one field of a duration.
 enum class FieldEnd { kMissing, kRead, kBad };
 
 FieldEnd ReadNumber(JSContextRef context, JSObjectRef object, const char* name, double& number) {

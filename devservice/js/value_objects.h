@@ -8,20 +8,20 @@
 
 namespace qv::devservice {
 
-// {negative, years, months, days, hours, minutes, seconds}. Its toString() gives the text of the fields as
-// they are then ("P1DT2H"), and throws when they are no duration any more.
+// {negative, years, months, days, hours, minutes, seconds}. Its toString() returns the text of the current
+// fields ("P1DT2H"), and throws when they are not a duration.
 JSValueRef MakeDurationObject(JSContextRef context, const Duration& duration);
 bool IsDurationObject(JSContextRef context, JSValueRef value);
 
-// Reads the fields of any object; missing ones are 0. False when it has none of them, or when one is no count
-// of its unit. May run getters of the script.
+// Reads the fields of any object; missing ones are 0. False when it has none of them, or when one is not a
+// count of its unit. May run getters of the script.
 bool ReadDurationFields(JSContextRef context, JSValueRef value, Duration& result);
 
-// {url, caption}. Its toString() gives the link.
+// {url, caption}. Its toString() returns the link.
 JSValueRef MakeUrlObject(JSContextRef context, const UrlValue& url);
 bool IsUrlObject(JSContextRef context, JSValueRef value);
 
-// Reads `url` and `caption` of any object; a missing caption is empty. False when one is no text that an
+// Reads `url` and `caption` of any object; a missing caption is empty. False when one is not a text that an
 // answer can carry. May run getters of the script.
 bool ReadUrlFields(JSContextRef context, JSValueRef value, UrlValue& result);
 

@@ -27,23 +27,23 @@ std::size_t SkipProlog(std::string_view xml) {
   }
 }
 
-// Moves behind one character, or behind the quoted text, comment or instruction that it starts.
+// Skips one character, or the quoted text, comment or instruction that it starts.
 std::size_t SkipPiece(std::string_view xml, std::size_t at) {
-  const std::size_t behind = SkipLiteralSection(xml, at);
-  if (behind != at) return behind;
+  const std::size_t after = SkipLiteralSection(xml, at);
+  if (after != at) return after;
   if (xml[at] != '"' && xml[at] != '\'') return at + 1;
   const std::size_t end = xml.find(xml[at], at + 1);
   return end == std::string_view::npos ? xml.size() : end + 1;
 }
 
-// The place of the first of these characters outside quotes and comments.
+// The place of the first of these characters outside of quotes and comments.
 std::size_t FindMark(std::string_view xml, std::size_t at, std::string_view marks) {
   while (at < xml.size() && marks.find(xml[at]) == std::string_view::npos) at = SkipPiece(xml, at);
   if (at < xml.size()) return at;
   throw XmlError("the document type declaration does not end");
 }
 
-// Numbers of "&" and "<", with any zeros in front, start markup when they are read a second time.
+// The numbers of "&" and "<", also with leading zeros, start markup when they are read a second time.
 bool IsMarkupNumber(std::string_view reference) {
   const bool hexadecimal = reference.substr(0, 3) == "&#x";
   TextScanner digits(reference.substr(hexadecimal ? 3 : 2));
@@ -71,7 +71,7 @@ bool IsPlain(std::string_view text) {
   return true;
 }
 
-// References may stand in an attribute, so quotes become references.
+// A reference may be part of an attribute, so quotes become references.
 std::string WithoutQuotes(std::string_view text) {
   std::string result;
   for (const char c : text) {
@@ -86,7 +86,7 @@ std::string WithoutQuotes(std::string_view text) {
   return result;
 }
 
-// Reads what stands between "<!ENTITY" and ">". The first declaration of a name counts.
+// Reads the text between "<!ENTITY" and ">". The first declaration of a name counts.
 void AddEntity(std::string_view declaration, Entities& entities) {
   const std::string_view trimmed = Trim(declaration);
   const std::size_t nameEnd = std::min(trimmed.find_first_of(" \t\r\n"), trimmed.size());
@@ -111,14 +111,14 @@ Entities ReadEntities(std::string_view subset) {
   return entities;
 }
 
-// The entity that is referred to at `at`, or the end of the map. `behind` becomes the place behind the
+// The entity whose reference is at `at`, or the end of the map. `after` becomes the place after the
 // reference.
 Entities::const_iterator FindEntity(std::string_view xml, std::size_t at, const Entities& entities,
-                                    std::size_t& behind) {
+                                    std::size_t& after) {
   const std::string_view near = xml.substr(at + 1, kLongestName);
   const std::size_t end = near.find(';');
   if (xml[at] != '&' || end == std::string_view::npos) return entities.end();
-  behind = at + end + 2;
+  after = at + end + 2;
   return entities.find(near.substr(0, end));
 }
 
@@ -129,9 +129,9 @@ std::string Substitute(std::string_view xml, const Entities& entities) {
     const std::size_t next = std::min(xml.find_first_of("&<", at), xml.size());
     result += xml.substr(at, next - at);
     if (next == xml.size()) break;
-    std::size_t behind = 0;
-    const auto entity = FindEntity(xml, next, entities, behind);
-    at = entity == entities.end() ? std::max(SkipLiteralSection(xml, next), next + 1) : behind;
+    std::size_t after = 0;
+    const auto entity = FindEntity(xml, next, entities, after);
+    at = entity == entities.end() ? std::max(SkipLiteralSection(xml, next), next + 1) : after;
     result += entity == entities.end() ? xml.substr(next, at - next) : std::string_view(entity->second);
     if (result.size() > most) throw XmlError("the entities are too long");
   }

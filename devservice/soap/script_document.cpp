@@ -17,14 +17,13 @@ bool IsByte(char16_t unit) {
   return unit <= 0xFF;
 }
 
-// Clients send such a document with every byte of its UTF-8 as a character of its own: "é" arrives as the two
-// characters U+00C3 U+00A9. This puts the bytes together again and returns real UTF-8.
+// Clients send the rendering of a file with every byte of its UTF-8 as one character: "é" arrives as the two
+// characters U+00C3 U+00A9. This joins the bytes and returns real UTF-8.
 //
-// A document that a client put together around a script text has whole characters, among which "Ã©" may be
-// meant as it stands. So only a document with all the marks of the other kind is touched: two line feeds at
-// its end (one behind the root, one behind the whole; the kind put together ends with the root's tag), no
-// character above U+00FF, and characters that are valid UTF-8 when taken as bytes. Anything else comes back
-// as it is. Takes UTF-8. Pure; any thread.
+// A document that a client made around a script text has whole characters, and an "Ã©" in it may be meant. So
+// only a document with all marks of a rendering is changed: two line feeds at its end (one after the root,
+// one after the whole; the other kind ends with the root's tag), no character above U+00FF, and characters
+// that are valid UTF-8 when read as bytes.
 std::string JoinBytes(std::string_view document) {
   std::u16string units;
   if (!EndsWith(document, kEndOfRendering) || !Utf8ToUtf16(document, units) ||
@@ -55,7 +54,7 @@ std::string ReadCode(pugi::xml_node root, const Namespaces& spaces) {
 
 std::string ReadScriptDocument(std::string_view document, const Namespaces& spaces) {
   try {
-    // A text has left its encoding behind, whatever its declaration says.
+    // The document has been decoded already, whatever encoding it declares.
     const XmlDocument parsed(ResolveDocumentType(JoinBytes(document)), pugi::encoding_utf8);
     ExpectElement(parsed.Root(), spaces.script, "Scriptwell");
     CheckLanguage(parsed.Root());

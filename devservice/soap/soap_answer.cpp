@@ -61,7 +61,7 @@ std::string Encode(const std::string& xml, Charset charset) {
   return xml;
 }
 
-// Wraps up what all answers have in common. The forms that replace the answer come last.
+// What all answers have in common. The forms that replace the answer come last.
 HttpAnswer Finish(int status, const std::string& body, const OddForms& forms) {
   HttpAnswer answer;
   answer.delivery = forms.delivery;

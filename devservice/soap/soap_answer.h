@@ -1,16 +1,16 @@
-// Writes answers and faults in the form that servers of this kind send.
+// Writes answers and faults as real servers send them.
 #pragma once
 
 #include <string>
 
 #include "devservice/http/http_message.h"
 #include "devservice/http/odd_forms.h"
-#include "devservice/values/script_job.h"
 #include "devservice/soap/soap_request.h"
+#include "devservice/values/script_job.h"
 
 namespace qv::devservice {
 
-// What stands in a fault. Texts are UTF-8 and may hold anything; what XML cannot carry is replaced.
+// The content of a fault. Texts are UTF-8; characters that XML cannot carry are replaced.
 struct FaultContent {
   int code = 0;
   std::string description;
@@ -18,9 +18,8 @@ struct FaultContent {
   bool clientsFault = false;  // soap:Client in place of soap:Server
 };
 
-// The answer element of an action. `result` is looked at for kExecute (its value) and kCreateUserSession (its
-// text is the session id); a result of the kind kFault is no answer and has to go to WriteFault. Throws
-// FaultError when a table is too large.
+// The answer to an action. `result` counts for kExecute (its value) and kCreateUserSession (its text is the
+// session id). Use WriteFault for a result of the kind kFault. Throws FaultError when a table is too large.
 HttpAnswer WriteAnswer(Action action, const ScriptResult& result, const Namespaces& spaces,
                        const OddForms& forms);
 

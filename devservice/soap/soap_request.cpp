@@ -1,8 +1,8 @@
 #include "devservice/soap/soap_request.h"
 
+#include "devservice/soap/xml_reader.h"
 #include "devservice/values/fault_codes.h"
 #include "devservice/values/value_types.h"
-#include "devservice/soap/xml_reader.h"
 
 namespace qv::devservice {
 namespace {
@@ -15,7 +15,7 @@ constexpr Action kActions[] = {Action::kCreateUserSession, Action::kCloseUserSes
   throw FaultError(code, "The parameter \"" + name + "\" " + why, "request");
 }
 
-// Reads the three messages. Holds no more than the namespaces, borrowed.
+// Reads the three messages. Borrows the namespaces.
 class RequestReader {
  public:
   explicit RequestReader(const Namespaces& spaces) : spaces_(spaces) {}
@@ -42,8 +42,8 @@ void ExpectCount(const Nodes& children, std::size_t count, std::string_view pare
                  " elements, not " + std::to_string(count));
 }
 
-// An attribute that tells a type. One that is not there leaves it to the WSDL; one of this name in another
-// namespace is a mistake.
+// The value of an attribute that declares a type. Without it the type of the WSDL counts; an attribute of
+// this name in another namespace is a mistake.
 std::optional<std::string> FindTypeAttribute(pugi::xml_node element, std::string_view space,
                                              std::string_view name) {
   std::optional<std::string> found = FindAttribute(element, space, name);
@@ -65,7 +65,7 @@ void ExpectType(pugi::xml_node element, std::string_view space, std::string_view
   throw XmlError("\"" + std::string(element.name()) + "\" has the type \"" + *written + "\"");
 }
 
-// Whoever adds a header may insist on its being understood.
+// A header that has to be understood is an error.
 void CheckHeaderElement(pugi::xml_node header) {
   ExpectElement(header, kSoapEnvelope, "Header");
   for (const pugi::xml_node entry : ChildElements(header)) {
@@ -79,8 +79,8 @@ bool IsStandardDateTime(const QualifiedName& type) {
   return type.space == kSchema && type.name == "dateTime";
 }
 
-// Fewer than three digits count tenths and hundredths here, as XML Schema has it. NormaliseText takes them
-// for milliseconds, as Scriptwells clients write them under their own name for the type.
+// One or two digits are tenths and hundredths here, as in XML Schema. NormaliseText reads them as
+// milliseconds, which is how Scriptwells clients write them under their own name for the type.
 std::string FillFraction(std::string text) {
   const std::size_t point = text.find('.');
   if (point == std::string::npos) return text;
@@ -178,7 +178,7 @@ void RequestReader::CheckArrayType(pugi::xml_node array, const std::string& boun
   throw XmlError("the array type \"" + *written + "\" is not that of an array Parameter" + bounds);
 }
 
-// The row of the type that an element declares. A text without a type is a text.
+// The row of the type that an element declares, without a declaration that of strings.
 const ValueType& RequestReader::FindType(pugi::xml_node value, const std::string& parameter) const {
   const std::optional<std::string> written = FindTypeAttribute(value, kSchemaInstance, "type");
   if (!written) return *FindValueType("string");
@@ -190,7 +190,7 @@ const ValueType& RequestReader::FindType(pugi::xml_node value, const std::string
                   "has the type \"" + *written + "\", which this service does not know.");
 }
 
-// One element with a type that has no prefix either.
+// One element, whose type has no prefix either.
 std::string RequestReader::ReadTicket(pugi::xml_node value) const {
   const Nodes children = ChildElements(value);
   ExpectCount(children, 1, "Value");
@@ -207,7 +207,7 @@ Parameter RequestReader::ReadParameter(pugi::xml_node element) const {
   ExpectElement(children[1], spaces_.service, "Value");
   Parameter parameter;
   parameter.name = ReadString(children[0], "Name");
-  // Without a prefix: that is how clients name this type.
+  // Clients write this type without a prefix.
   if (FindAttribute(children[1], kSchemaInstance, "type") == kFileTicketType)
     return {parameter.name, std::string(kFileTicketType), ReadTicket(children[1])};
   const ValueType& type = FindType(children[1], parameter.name);

@@ -1,4 +1,4 @@
-// From the bytes of a POST to a checked request.
+// Reads a SOAP request and checks its form.
 #pragma once
 
 #include <string>
@@ -24,11 +24,11 @@ struct SoapRequest {
   std::vector<Parameter> parameters;
 };
 
-// Parses and checks one envelope and the SOAPAction header (with or without quotes) that came with it. Takes
-// the form that Scriptwells clients write, and that of clients made from the WSDL: types that the WSDL tells
-// may be missing, but what is there has to be right. Throws FaultError: kBadRequest when the envelope has
-// another form, kActionMismatch when header and body differ, kBadParameter or kUnsupportedType for a
-// parameter. Pure; any thread.
+// Parses and checks one envelope and its SOAPAction header (with or without quotes). Accepts the form that
+// Scriptwells clients write, and that of clients made from the WSDL: types that the WSDL declares may be
+// missing, but must not be wrong. Throws FaultError: kBadRequest when the envelope has another form,
+// kActionMismatch when header and body differ, kBadParameter or kUnsupportedType for a parameter. Pure; any
+// thread.
 SoapRequest ParseSoapRequest(std::string_view body, std::string_view soapAction, const Namespaces& spaces);
 
 }  // namespace qv::devservice

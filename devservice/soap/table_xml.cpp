@@ -10,7 +10,7 @@
 namespace qv::devservice {
 namespace {
 
-// A short text of a script can stand for very many empty cells.
+// A short script can make very many empty cells.
 constexpr std::size_t kMostMarkup = std::size_t{256} << 20;
 
 std::string NewSchemaId() {
@@ -40,7 +40,7 @@ class TableWriter {
   }
 
  private:
-  // Bytes of the tags of one record, apart from its own.
+  // Bytes of the tags inside one record.
   std::size_t RecordMarkup() const {
     std::size_t bytes = 0;
     for (const TableColumn& column : table_.columns) bytes += 2 * column.name.size() + 5;
@@ -140,7 +140,7 @@ class TableWriter {
     xml_.append(" ").append(name).append("=\"").append(EscapeXml(value)).append("\"");
   }
 
-  // Breaks off in the middle of what stands behind `start`, but not inside a character.
+  // Cuts the text off in the middle of its part after `start`, but not inside a character.
   void CutFrom(std::size_t start) {
     std::size_t end = start + (xml_.size() - start) / 2;
     while (end > start && (static_cast<unsigned char>(xml_[end]) & 0xC0) == 0x80) --end;

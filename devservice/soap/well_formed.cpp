@@ -29,7 +29,7 @@ bool IsWellFormed(XML_Parser parser, std::string_view bytes) {
   return true;
 }
 
-// What stands at the place, if it is one of the two things that clients write.
+// The text at the place, if it is one of the two kinds that clients write.
 std::string Culprit(std::string_view bytes, std::size_t at) {
   if (at >= bytes.size()) return "";
   const auto byte = static_cast<unsigned char>(bytes[at]);

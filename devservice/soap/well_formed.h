@@ -1,4 +1,4 @@
-// Whether a text is well-formed XML, to the letter.
+// A strict check that a text is well-formed XML.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 
 namespace qv::devservice {
 
-// What keeps the bytes from being one well-formed XML document, in words without a full stop; empty when
-// nothing does. The encoding is that of `encoding` ("UTF-8"), or for null that of byte order mark and
-// declaration. Nothing outside the document is read. Pure; any thread.
+// The error message, without a full stop, if the bytes are not one well-formed XML document; empty if they
+// are. The encoding is `encoding` ("UTF-8"), or for null that of byte order mark and declaration. Nothing
+// outside the document is read. Pure; any thread.
 std::string FaultInXml(std::string_view bytes, const char* encoding);
 
 }  // namespace qv::devservice

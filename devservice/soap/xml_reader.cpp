@@ -17,9 +17,9 @@ struct Section {
   std::string_view end;
 };
 
-// Pieces in which "&" means itself.
+// Sections in which "&" means itself.
 constexpr Section kLiteralSections[] = {{"<![CDATA[", "]]>"}, {"<!--", "-->"}, {"<?", "?>"}};
-// More is no request of any client, and lookups among attributes are linear.
+// No client sends more, and lookups among attributes are linear.
 constexpr std::size_t kMostAttributes = 64;
 constexpr std::string_view kEntities[] = {"amp", "lt", "gt", "quot", "apos"};
 
@@ -35,7 +35,7 @@ bool IsReference(std::string_view name) {
   return std::find(std::begin(kEntities), std::end(kEntities), name) != std::end(kEntities);
 }
 
-// pugixml lets unknown references through as plain text, so they are looked for here.
+// pugixml passes unknown references as plain text, so they are checked here.
 void CheckReferences(std::string_view bytes) {
   constexpr std::size_t kLongestReference = 16;
   for (std::size_t at = bytes.find_first_of("&<"); at < bytes.size();) {
@@ -71,7 +71,7 @@ void CheckAttributes(pugi::xml_node element) {
   }
 }
 
-// Walks without recursion, since depth is the sender's choice.
+// Without recursion, since the sender chooses the depth.
 void CheckAllAttributes(pugi::xml_node root) {
   for (pugi::xml_node node = root; node;) {
     if (node.first_attribute()) CheckAttributes(node);
@@ -118,7 +118,7 @@ std::string_view LocalPart(std::string_view name) {
   return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
-// Joins surrogates that arrived as two references, and refuses bytes that are no UTF-8.
+// Joins surrogates that arrived as two references, and rejects bytes that are not UTF-8.
 std::string CleanText(std::string_view text) {
   std::u16string units;
   if (!Utf8ToUtf16(text, units)) throw XmlError("a text is not valid UTF-8");

@@ -1,4 +1,4 @@
-// Reading of request XML through pugixml, with the checks that pugixml leaves to its caller.
+// Reads XML with pugixml, and makes the checks that pugixml leaves to its caller.
 #pragma once
 
 #include <optional>
@@ -10,19 +10,19 @@
 
 namespace qv::devservice {
 
-// The text is no well-formed document, or not of the expected shape. `what()` says what is wrong.
+// The text is not a well-formed document, or not of the expected form. `what()` is the message.
 class XmlError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// One parsed document. Nodes handed out live as long as it does. One thread at a time.
+// One parsed document. Its nodes live as long as it does. One thread at a time.
 class XmlDocument {
  public:
-  // Parses `bytes` (UTF-8 unless byte order mark or declaration say otherwise; an encoding that is given
-  // holds against both). Throws XmlError on anything not well-formed that is recognised, on a document type
-  // declaration and on unknown entities. One leniency is wanted: control characters, and surrogates as
-  // references, pass, since clients write them.
+  // Parses `bytes`. The encoding is `encoding`; for encoding_auto it is that of byte order mark or
+  // declaration, else UTF-8. Throws XmlError on errors that pugixml finds, on a document type declaration and
+  // on unknown entities. Control characters, and surrogates as references, are accepted, since clients write
+  // them.
   explicit XmlDocument(std::string_view bytes, pugi::xml_encoding encoding = pugi::encoding_auto);
   pugi::xml_node Root() const { return document_.document_element(); }
 
@@ -30,7 +30,7 @@ class XmlDocument {
   pugi::xml_document document_;
 };
 
-// The position behind the comment, instruction or CDATA section that starts at `at` ("&" means itself in
+// The position after the comment, instruction or CDATA section that starts at `at` ("&" means itself in
 // these), or `at` itself when none does.
 std::size_t SkipLiteralSection(std::string_view bytes, std::size_t at);
 
@@ -55,7 +55,7 @@ QualifiedName ResolveName(pugi::xml_node context, std::string_view text);
 std::optional<std::string> FindAttribute(pugi::xml_node element, std::string_view space,
                                          std::string_view name);
 
-// The child elements in order. Throws XmlError when text other than white space stands between them.
+// The child elements in order. Throws XmlError when there is text other than white space between them.
 std::vector<pugi::xml_node> ChildElements(pugi::xml_node parent);
 
 // The text of an element without child elements, as valid UTF-8. Throws XmlError on child elements.

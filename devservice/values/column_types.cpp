@@ -3,7 +3,7 @@
 namespace qv::devservice {
 namespace {
 
-// First every value type under its own name, then the names that servers in the field use besides.
+// First every value type under its own name, then further names that real servers use.
 constexpr ColumnType kColumnTypes[] = {
     {"byte", "xsd:byte", "byte"},
     {"short", "xsd:short", "short"},

@@ -16,7 +16,7 @@ struct ColumnType {
 // The row with this exact name, or null. Rows live for the whole process.
 const ColumnType* FindColumnType(std::string_view name);
 
-// The names, for people, separated by ", ".
+// The names for a message, separated by ", ".
 std::string ColumnTypeNames();
 
 }  // namespace qv::devservice

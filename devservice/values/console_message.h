@@ -7,9 +7,9 @@
 
 namespace qv::devservice {
 
-// One call of console.log and its kin. `level` is the function's name: "log", "info", "warn", "error" or
-// "debug". `text` is valid UTF-8 and may hold anything that a script can make, line ends and control
-// characters included.
+// One call of console.log or a similar function. `level` is the function's name: "log", "info", "warn",
+// "error" or "debug". `text` is valid UTF-8 and may hold anything that a script can make, line ends and
+// control characters included.
 struct ConsoleMessage {
   std::string level;
   std::string text;
@@ -21,7 +21,8 @@ using ConsoleSink = std::function<void(const ConsoleMessage&)>;
 inline constexpr std::size_t kLongestConsoleText = 8192;
 inline constexpr std::size_t kMostConsoleMessages = 1000;
 
-// Passes on the messages of one run of a script within these limits. What is cut off or left out is told.
+// Passes on the messages of one run of a script within these limits. A message says that a text was cut, or
+// that messages were left out.
 class ConsoleLimit {
  public:
   explicit ConsoleLimit(ConsoleSink sink) : sink_(std::move(sink)) {}

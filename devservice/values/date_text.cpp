@@ -7,8 +7,8 @@ namespace {
 
 constexpr std::int64_t kMinute = 60000;
 constexpr std::int64_t kDay = 24 * 60 * kMinute;
-constexpr std::int64_t kFirstMoment = -62135596800000;       // 0001-01-01T00:00:00Z
-constexpr std::int64_t kBehindLastMoment = 253402300800000;  // 10000-01-01T00:00:00Z
+constexpr std::int64_t kFirstMoment = -62135596800000;      // 0001-01-01T00:00:00Z
+constexpr std::int64_t kAfterLastMoment = 253402300800000;  // 10000-01-01T00:00:00Z
 constexpr int kGreatestOffset = 14 * 60;
 
 struct Day {
@@ -77,7 +77,7 @@ bool ReadClock(TextScanner& text, std::int64_t& result) {
   return result <= kDay;
 }
 
-// The zone's distance from UTC; none means UTC. Nothing may stand behind it.
+// The zone's distance from UTC; none means UTC. It has to end the text.
 bool ReadZone(TextScanner& text, std::int64_t& offset) {
   offset = 0;
   if (text.Rest().empty() || text.Rest() == "Z") return true;
@@ -123,12 +123,12 @@ bool ParseDateTime(std::string_view text, std::int64_t& milliseconds) {
   if (!ReadDay(scanner, days) || !scanner.Take('T')) return false;
   if (!ReadClock(scanner, clock) || !ReadZone(scanner, offset)) return false;
   milliseconds = days * kDay + clock - offset;
-  return milliseconds >= kFirstMoment && milliseconds < kBehindLastMoment;
+  return milliseconds >= kFirstMoment && milliseconds < kAfterLastMoment;
 }
 
 bool IsDateInRange(double milliseconds) {
   return milliseconds >= static_cast<double>(kFirstMoment) &&
-         milliseconds < static_cast<double>(kBehindLastMoment);
+         milliseconds < static_cast<double>(kAfterLastMoment);
 }
 
 std::string FormatDate(std::int64_t milliseconds) {

@@ -8,19 +8,19 @@
 
 namespace qv::devservice {
 
-// Read a text and return false when it has another form or means nothing on the calendar. White space around
-// it is passed over. The milliseconds count from 1970 in UTC; a text without a zone means UTC.
+// Read a text. They return false when it has another form or is not a day of the calendar, and ignore white
+// space around it. The milliseconds count from 1970 in UTC; a text without a zone is UTC.
 //   ParseDate      "2024-03-05", also with a zone, which changes nothing: a day has no time to shift
-//   ParseTime      "10:15:30.7Z"; the result lies on 1 January 1970, whatever the zone
-//   ParseDateTime  "2024-03-05T10:15:30.7Z"; the result lies in the years 1 to 9999
+//   ParseTime      "10:15:30.7Z"; the result is on 1 January 1970, whatever the zone
+//   ParseDateTime  "2024-03-05T10:15:30.7Z"; the result is in the years 1 to 9999
 // Zones are "Z" and "+hh:mm" or "-hh:mm" up to 14 hours. "24:00:00" is the start of the next day.
-// Behind the point up to three digits COUNT milliseconds, as clients write them: ".7" is 7 ms and not 700. Of
+// Up to three digits after the point COUNT milliseconds, as clients write them: ".7" is 7 ms and not 700. Of
 // more digits, which no such client writes, the first three count.
 bool ParseDate(std::string_view text, std::int64_t& milliseconds);
 bool ParseTime(std::string_view text, std::int64_t& milliseconds);
 bool ParseDateTime(std::string_view text, std::int64_t& milliseconds);
 
-// Whether the moment lies in the years 1 to 9999; false for NaN.
+// Whether the moment is in the years 1 to 9999; false for NaN.
 bool IsDateInRange(double milliseconds);
 
 // The forms of XML Schema, in UTC and with three digits: "2024-03-05", "10:15:30.007Z",

@@ -22,7 +22,7 @@ bool ReadCounts(TextScanner& text, bool clock, Duration& result, bool& found) {
   return true;
 }
 
-// Moves behind a number such as "6", "6.5" or "1.23457e+07".
+// Moves past a number such as "6", "6.5" or "1.23457e+07".
 bool SkipNumber(TextScanner& text) {
   if (text.TakeDigits().empty()) return false;
   if (text.Take('.') && text.TakeDigits().empty()) return false;

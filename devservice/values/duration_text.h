@@ -1,4 +1,4 @@
-// Spans of time: their text, shaped as ISO 8601 and XML Schema say. All functions are pure and thread-safe.
+// Durations: their text as in ISO 8601 and XML Schema. All functions are pure and thread-safe.
 #pragma once
 
 #include <string>
@@ -17,11 +17,11 @@ struct Duration {
   double seconds = 0;
 };
 
-// The whole counts in the order of the text: the name that scripts see, and the letter behind the number.
+// The whole counts in the order of the text: the name that scripts see, and the letter after the number.
 struct DurationField {
   const char* name;
   char mark;
-  bool clock;  // Stands behind the "T".
+  bool clock;  // Comes after the "T".
   int Duration::*count;
 };
 inline constexpr DurationField kDurationFields[] = {
@@ -30,10 +30,10 @@ inline constexpr DurationField kDurationFields[] = {
     {"minutes", 'M', true, &Duration::minutes},
 };
 
-// Reads "P1Y2M3DT4H5M6.5S" and the like; false for another form. Every part may be left out, but one has to
-// be there, and one behind the "T"; "P0" is nothing at all. A "-" in front makes it negative. Whole counts go
-// up to 2147483647; seconds may have a fraction and an exponent ("1.23457e+07"), since clients write so.
-// White space around the text is passed over; `result` is undefined after a failure.
+// Reads texts such as "P1Y2M3DT4H5M6.5S"; false for another form. At least one part has to be there, and one
+// after the "T"; "P0" is an empty duration. A leading "-" makes it negative. Whole counts go up to
+// 2147483647; seconds may have a fraction and an exponent ("1.23457e+07"), since clients write them. White
+// space around the text is ignored; `result` is undefined after a failure.
 bool ParseDuration(std::string_view text, Duration& result);
 
 // Counts of 0 are left out, all 0 is "P0". The seconds have no exponent, and the fewest digits that read

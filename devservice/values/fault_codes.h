@@ -28,8 +28,8 @@ enum FaultCode : int {
   kTooManyFiles = 1018,
 };
 
-// Ends the handling of a request; becomes a SOAP fault. `what()` is the description, in UTF-8. `source` says
-// where it arose: "request", "session", "service", or the place in the script ("script, line 3").
+// Ends the handling of a request; becomes a SOAP fault. `what()` is the description, in UTF-8. `source` is
+// its origin: "request", "session", "service", or the place in the script ("script, line 3").
 class FaultError : public std::runtime_error {
  public:
   FaultError(int code, const std::string& description, std::string source)

@@ -1,4 +1,4 @@
-// Names that nobody can guess: sessions, tickets, published files.
+// Ids that nobody can guess: of sessions, tickets and published files.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 namespace qv::devservice {
 
 // 32 hexadecimal digits, lower case, from the system's random source. Throws FaultError with kUnavailable
-// when that gives nothing. Any thread.
+// when that fails. Any thread.
 std::string RandomId();
 
 // Whether the text has that form.

@@ -1,4 +1,4 @@
-// One run of a script: what it gets, and what comes of it.
+// One run of a script: its input and its result.
 #pragma once
 
 #include <cstddef>
@@ -47,15 +47,15 @@ struct ScriptJob {
   FileJob files{};
 };
 
-// A file that a script published: one with a ticket is that upload, those without have the numbers 1, 2, ...
-// in their order.
+// A file that a script published. With a ticket it is that upload; those without are the files 1, 2, ... that
+// the worker wrote, see NumberedPath.
 struct NewFile {
   std::string id;
   std::string name;
   std::string ticket;
 };
 
-// What a script has made of its FileJob. Of no use when it failed.
+// The tickets and files that a script has made. Not used when the script failed.
 struct MadeFiles {
   std::vector<std::string> tickets;
   std::vector<NewFile> files;
@@ -63,8 +63,8 @@ struct MadeFiles {
 
 enum class ResultKind { kValue, kNull, kNothing, kFault, kTable };
 
-// What a script came to: a value (`type` names a row of the type table, `text` is its text, unescaped), null,
-// nothing at all (undefined), a table, or a fault. `source` is the place in the script as far as it is known.
+// The result of a script: a value (`type` names a row of the type table, `text` is its text, unescaped),
+// null, nothing (undefined), a table, or a fault. `source` is the place in the script as far as it is known.
 struct ScriptResult {
   ResultKind kind = ResultKind::kNothing;
   std::string type;

@@ -1,4 +1,4 @@
-// Counts that tests and curious people read from GET /stats.
+// The counts that GET /stats answers.
 #pragma once
 
 #include <atomic>
@@ -8,11 +8,11 @@
 
 namespace qv::devservice {
 
-// Each field may be raised and read from any thread.
+// Each field may be incremented and read from any thread.
 struct ServiceStats {
   std::atomic<std::uint64_t> connections{0};
   std::atomic<std::uint64_t> requests{0};  // HTTP requests whose head and body arrived whole.
-  std::atomic<std::uint64_t> refused{0};   // Of these, closed without an answer on request.
+  std::atomic<std::uint64_t> refused{0};   // Of these, closed without an answer (odd answer "refuse2").
   std::atomic<std::uint64_t> createUserSession{0};
   std::atomic<std::uint64_t> closeUserSession{0};
   std::atomic<std::uint64_t> execute{0};

@@ -9,8 +9,8 @@
 
 namespace qv::devservice {
 
-// Owns the file: the destructor deletes it, so hold the object as long as its bytes are needed. Immutable, any
-// thread.
+// Owns the file: the destructor deletes it, so hold the object as long as its bytes are needed. Immutable,
+// any thread.
 class SpooledFile {
  public:
   SpooledFile(std::string path, std::uint64_t size) : path_(std::move(path)), size_(size) {}

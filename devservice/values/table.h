@@ -17,8 +17,9 @@ struct TableColumn {
 inline constexpr char kCellEnd = '\x1F';
 inline constexpr char kRecordEnd = '\x1E';
 
-// Records are one text, since a table has a million cells soon: each cell ends with kCellEnd, each record
-// with kRecordEnd. Cells stand in the order of the columns; those that a record lacks at its end are empty.
+// Records are one text, since a table can have a million cells: each cell ends with kCellEnd, each record
+// with kRecordEnd. Cells are in the order of the columns; those that are missing at the end of a record are
+// empty.
 struct Table {
   std::vector<TableColumn> columns;
   std::string records;

@@ -3,7 +3,7 @@
 
 namespace qv::devservice {
 
-// The names of a table's elements, which readers do not look at.
+// The names of a table's elements, which readers ignore.
 struct TableNames {
   const char* headers;
   const char* schema;
@@ -28,7 +28,7 @@ struct TableForms {
   bool noColumnTypes = false;
   bool extraCell = false;    // one after the last column, in every record
   bool missingCell = false;  // every record lacks its last one
-  bool cut = false;          // the markup breaks off amid the records
+  bool cut = false;          // the markup breaks off inside the records
 };
 
 }  // namespace qv::devservice

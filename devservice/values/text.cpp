@@ -50,7 +50,7 @@ std::size_t SequenceLength(unsigned char lead) {
   return lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
 }
 
-// Reads one character at `at` and moves behind it; false when the bytes form none.
+// Reads one character at `at` and moves past it; false when the bytes are not one.
 bool ReadCharacter(std::string_view text, std::size_t& at, char32_t& c) {
   const auto lead = static_cast<unsigned char>(text[at]);
   const std::size_t length = SequenceLength(lead);

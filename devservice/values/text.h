@@ -8,9 +8,9 @@
 
 namespace qv::devservice {
 
-// UTF-8 to UTF-16. Surrogates written as three bytes each are taken as units, so that a pair that arrived as
-// two character references becomes one character. Returns false on any other malformed byte; `result` is
-// then undefined.
+// UTF-8 to UTF-16. A surrogate written as three bytes is one unit, so that a pair that arrived as two
+// character references becomes one character. Returns false on any other malformed byte; `result` is then
+// undefined.
 bool Utf8ToUtf16(std::string_view text, std::u16string& result);
 
 // UTF-16 to UTF-8. A lone surrogate becomes U+FFFD.

@@ -11,8 +11,8 @@ struct UrlValue {
   std::string caption;
 };
 
-// Whether the text can stand as a link or caption: it holds none of the markup's own marks ("<URL>", "</C>",
-// ...), which the markup has no means to escape.
+// Whether the text can be a link or caption: it holds none of the markup's own marks ("<URL>", "</C>", ...),
+// since the markup cannot escape them.
 bool IsUrlPart(std::string_view text);
 
 // Reads "<URL>link</URL><C>caption</C>", where an empty part may also be "<URL/>" or "<C/>". A text that

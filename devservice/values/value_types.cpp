@@ -16,7 +16,7 @@ namespace {
 constexpr std::int64_t kLongMin = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t kLongMax = std::numeric_limits<std::int64_t>::max();
 
-// "float" goes out without a prefix: that is the only name under which readers in the field know it.
+// "float" is sent without a prefix: clients know the type under no other name.
 constexpr ValueType kValueTypes[] = {
     {"byte", "xsd:byte", ValueKind::kInteger, -128, 127},
     {"short", "xsd:short", ValueKind::kInteger, -32768, 32767},

@@ -1,5 +1,5 @@
-// The table of value types that scripts and the wire have in common. A new type is a new row here, plus a
-// kind where none of the present ones fits.
+// The table of value types that scripts and the wire have in common. A new type is a new row here, and a new
+// kind if no existing kind fits.
 #pragma once
 
 #include <cstdint>
@@ -38,7 +38,7 @@ const ValueType* EndValueTypes();
 
 // Checks and normalises the text of a parameter: integers and numbers in the C locale's digits, booleans as
 // "true" or "false", strings as they are, dates and times in UTC, durations and links in the form of their
-// writers (date_text.h, duration_text.h, url_text.h). Returns false when the text is no value of the type.
+// writers (date_text.h, duration_text.h, url_text.h). Returns false when the text is not a value of the type.
 bool NormaliseText(const ValueType& type, std::string_view text, std::string& result);
 
 // The texts of numbers on the wire: shortest digits that read back to the same number, "INF", "-INF", "NaN".
@@ -49,8 +49,8 @@ std::string FormatFloat(float value);
 std::int64_t ReadInteger(std::string_view text);
 double ReadDouble(std::string_view text);
 
-// A date, time or datetime (by kind) as milliseconds since 1970 in UTC, and back; other kinds are taken as
-// datetime. The moment to write has to lie in the years 1 to 9999.
+// A date, time or datetime (by kind) as milliseconds since 1970 in UTC, and back; other kinds are read as
+// datetime. The moment to write has to be in the years 1 to 9999.
 bool ParseMoment(ValueKind kind, std::string_view text, std::int64_t& milliseconds);
 std::string FormatMoment(ValueKind kind, std::int64_t milliseconds);
 

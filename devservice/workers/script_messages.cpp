@@ -7,7 +7,7 @@ std::string TakeText(nlohmann::json& object, const char* key) {
   return std::move(object.at(key).get_ref<std::string&>());
 }
 
-// Whole numbers only: what is none could not be converted, and a worker may send anything.
+// Whole numbers only: a worker may send anything, and converting another number is undefined.
 std::int64_t WholeIn(const nlohmann::json& message) {
   return message.get_ref<const nlohmann::json::number_integer_t&>();
 }

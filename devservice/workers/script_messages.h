@@ -12,11 +12,11 @@ nlohmann::json ToJson(const ScriptJob& job);
 nlohmann::json ToJson(const ConsoleMessage& message);
 nlohmann::json ToJson(const ScriptResult& result);
 
-// Whether the worker sent this on behalf of a running script, before the result.
+// Whether this is a console message, which the worker sends before the result.
 bool IsConsoleMessage(const nlohmann::json& message);
 
-// All throw nlohmann::json::exception when the message has another form. The job takes the texts out of the
-// message, since they can be large.
+// All throw nlohmann::json::exception when the message has another form. JobFromJson moves the texts, since
+// they can be large.
 ScriptJob JobFromJson(nlohmann::json message);
 ScriptResult ResultFromJson(const nlohmann::json& message);
 ConsoleMessage ConsoleFromJson(const nlohmann::json& message);

@@ -21,7 +21,7 @@
 namespace qv::devservice {
 namespace {
 
-// Ends the process when the service is gone, even while a script loops: the main thread would never notice.
+// Ends the process when the service has gone, also while a script loops: the main thread would not notice.
 void WatchOtherEnd(int descriptor) {
   pollfd watched{descriptor, POLLRDHUP, 0};
   while (poll(&watched, 1, -1) < 0 && errno == EINTR) {
@@ -29,7 +29,7 @@ void WatchOtherEnd(int descriptor) {
   _exit(0);
 }
 
-// Linux offers the process first when memory runs out, so that the machine survives a greedy script.
+// Linux kills this process first when memory runs out, so that the machine survives a greedy script.
 void VolunteerForOutOfMemory() {
   const int file = open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC);
   if (file < 0) return;
@@ -38,8 +38,8 @@ void VolunteerForOutOfMemory() {
   close(file);
 }
 
-// No core files. Limits on address space or data are of no use with this engine, which reserves many
-// gigabytes at its start.
+// No core files. Limits on address space or data cannot be used: the engine reserves many gigabytes when it
+// starts.
 void SetProcessLimits() {
   const rlimit none{0, 0};
   setrlimit(RLIMIT_CORE, &none);
@@ -75,7 +75,7 @@ int ServeScripts(int descriptor) {
   const ConsoleSink console = [descriptor](const ConsoleMessage& said) {
     SendAll(descriptor, PackMessage(ToJson(said)));  // Without the service the process ends anyway.
   };
-  // A first script warms the engine up, so that its start counts against nobody's time.
+  // A first script warms up the engine, so that its start does not count as time of a later script.
   engine.Run(ScriptJob{"1", {}, {}}, [](const ConsoleMessage&) {});
   if (!SendAll(descriptor, PackMessage({{"ready", true}}))) return 0;
   while (Receive(descriptor, buffer, message)) {

@@ -39,7 +39,7 @@ ScriptResult WorkerPool::Run(const ScriptJob& job) {
   Worker worker = Acquire();
   ++stats_.scriptsRun;
   const ExchangeLimits limits{options_.timeLimit, options_.memoryLimit, &stopping_,
-                              [this](const ConsoleMessage& message) { Tell(message); }};
+                              [this](const ConsoleMessage& message) { PassOn(message); }};
   nlohmann::json answer;
   ExchangeEnd end = ExchangeEnd::kCrashed;
   try {
@@ -52,7 +52,7 @@ ScriptResult WorkerPool::Run(const ScriptJob& job) {
   return Conclude(end, answer);
 }
 
-void WorkerPool::Tell(const ConsoleMessage& message) {
+void WorkerPool::PassOn(const ConsoleMessage& message) {
   const std::lock_guard<std::mutex> lock(consoleMutex_);
   if (options_.console) options_.console(message);
 }
@@ -142,8 +142,8 @@ void WorkerPool::ServeStartRequests() {
   }
 }
 
-// Null frees the slot of a worker that is gone. One that kept much memory is replaced too, so that the next
-// script does not pay for it.
+// Null frees the slot of a worker that has ended. A worker that kept much memory is replaced too, so that the
+// next script has the whole limit.
 void WorkerPool::GiveBack(Worker worker) {
   if (worker && worker->GrownBytes() > options_.memoryLimit / 4) worker.reset();
   if (!worker) return FreeSlot();

@@ -37,8 +37,7 @@ class WorkerPool {
   // (no worker can be started, or the pool is stopped). The worker is replaced after each of these.
   ScriptResult Run(const ScriptJob& job);
 
-  // Makes running and waiting scripts end with kUnavailable within milliseconds. May be called more than
-  // once.
+  // Running and waiting scripts end with kUnavailable within milliseconds. May be called more than once.
   void Stop();
 
  private:
@@ -50,7 +49,7 @@ class WorkerPool {
   Worker StartWorker();
   void GiveBack(Worker worker);
   void FreeSlot();
-  void Tell(const ConsoleMessage& message);
+  void PassOn(const ConsoleMessage& message);
   ScriptResult Conclude(ExchangeEnd end, const nlohmann::json& answer);
   void ServeStartRequests();
 

@@ -25,14 +25,14 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kGreetingTime{10000};
 // An answer is a script's text in JSON; a control character takes six bytes there.
 constexpr std::size_t kLongestMessage = std::size_t{1} << 30;
-// How often a running script's memory is looked at. A process can touch some megabytes in this time.
+// How often a running script's memory is checked. A process can touch some megabytes in this time.
 constexpr int kWatchMilliseconds = 4;
 
 [[noreturn]] void ThrowSystem(const std::string& what, int error) {
   throw std::runtime_error(what + ": " + std::strerror(error));
 }
 
-// What the child gets: the socket as descriptor 0, no other descriptor of ours, no blocked signals.
+// The child gets the socket as descriptor 0, no other descriptor of ours, and no blocked signals.
 class SpawnSettings {
  public:
   explicit SpawnSettings(int socket) {

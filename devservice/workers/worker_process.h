@@ -1,4 +1,4 @@
-// One script worker as the service sees it: a child process at the other end of a socket.
+// One script worker on the side of the service: a child process at the other end of a socket.
 #pragma once
 
 #include <sys/types.h>
@@ -16,7 +16,7 @@
 
 namespace qv::devservice {
 
-// What became of one exchange with a worker.
+// How one exchange with a worker ended.
 enum class ExchangeEnd { kAnswered, kTimeLimit, kMemoryLimit, kCrashed, kStopped };
 
 // Bounds of one exchange. `stop` is borrowed for the exchange; it ends early once it is true.
@@ -24,7 +24,7 @@ struct ExchangeLimits {
   std::chrono::milliseconds time{0};
   std::size_t memory = 0;
   const std::atomic<bool>* stop = nullptr;
-  ConsoleSink console{};  // What the script says; empty: nobody listens.
+  ConsoleSink console{};  // For messages of the script; may be empty.
 };
 
 // Owns the process: the destructor kills it and waits for its end, so none is left as a zombie. Used by one
@@ -41,7 +41,7 @@ class WorkerProcess {
   WorkerProcess(const WorkerProcess&) = delete;
   WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-  // Sends one message and waits for the answer. After any end but kAnswered the worker is of no further use.
+  // Sends one message and waits for the answer. After any end but kAnswered, destroy the worker.
   ExchangeEnd Exchange(const std::string& packed, const ExchangeLimits& limits, nlohmann::json& answer);
 
   // Whether the process still runs.
@@ -52,10 +52,10 @@ class WorkerProcess {
 
  private:
   WorkerProcess(pid_t process, int descriptor);
-  // Both move what the socket takes or has without waiting; false when the other end is gone.
+  // Both transfer as much as the socket allows without waiting; false when the other end has closed.
   bool SendPart(const std::string& packed, std::size_t& sent);
   bool ReceivePart();
-  // Takes the answer out of what was received, and passes on what came before it. False: not there yet.
+  // Takes the answer from the received bytes, and passes on console messages before it. False: not there yet.
   bool TakeAnswer(const ConsoleSink& console, nlohmann::json& answer);
   std::size_t ResidentBytes() const;
 
