@@ -69,6 +69,25 @@ std::string ClientTest::Run(const WideString& script, NamedValues values) {
   return Run(script, ParameterList(values).get());
 }
 
+void ClientTest::ExpectRuns(std::initializer_list<ScriptRow> rows) {
+  for (const ScriptRow& row : rows) {
+    std::string outcome = Run(row.script);
+    const std::string expected = row.outcome;
+    const std::size_t end = expected.rfind("...");
+    if (end != std::string::npos) outcome = outcome.substr(0, end) + "...";
+    EXPECT_EQ(outcome, expected) << Shown(row.script);
+  }
+}
+
+void ClientTest::UseLargeService() {
+  devservice::ServiceOptions options = devservice::testing::TestOptions();
+  options.scriptMemoryLimit = std::size_t{2} << 30;
+  options.scriptTimeLimit = std::chrono::seconds(60);
+  StartWith(options);
+  Use();
+  ASSERT_EQ(Open(), "ok");
+}
+
 int ClientTest::ScriptsRun() {
   return Stats()["scriptsRun"].get<int>();
 }

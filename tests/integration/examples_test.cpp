@@ -35,21 +35,19 @@ class Examples : public devservice::testing::ServiceTest {
  protected:
   void SetUp() override { StartWith(devservice::testing::TestOptions()); }
   Said Example(const std::string& program) { return RunProgram(program + " " + service_->Url()); }
+  void ExpectSays(const std::string& program, const char* out) {
+    const Said said = Example(program);
+    EXPECT_EQ(said.out, out);
+    EXPECT_EQ(said.exit, 0);
+  }
 };
 
-TEST_F(Examples, FirstCallAddsOnTheServer) {
-  const Said said = Example(FIRST_CALL);
-  EXPECT_EQ(said.out, "42\n");
-  EXPECT_EQ(said.exit, 0);
+TEST_F(Examples, FirstCallAddsAndWalkTableShowsColumnsAndRows) {
+  ExpectSays(FIRST_CALL, "42\n");
+  ExpectSays(WALK_TABLE, "city people\nRome 2748109\nBern 134591\n");
 }
 
-TEST_F(Examples, WalkTableShowsColumnsAndRows) {
-  const Said said = Example(WALK_TABLE);
-  EXPECT_EQ(said.out, "city people\nRome 2748109\nBern 134591\n");
-  EXPECT_EQ(said.exit, 0);
-}
-
-// Lets the shared library write itself into a registry of the test's own, as an installation does.
+// Lets the shared library write itself into the test's registry, as an installation does.
 void RegisterLibrary() {
   void* const library = ::dlopen(SHARED_LIBRARY, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(library, nullptr) << ::dlerror();
@@ -64,9 +62,7 @@ TEST_F(Examples, LateBindingFindsTheLibraryThroughTheRegistry) {
   const TemporaryDirectory directory;
   const EnvironmentVariable registry("QV_REGISTRY", directory.Path("registry.reg").c_str());
   RegisterLibrary();
-  const Said said = Example(LATE_BINDING);
-  EXPECT_EQ(said.out, "42\n");
-  EXPECT_EQ(said.exit, 0);
+  ExpectSays(LATE_BINDING, "42\n");
 }
 
 TEST_F(Examples, LateBindingWithoutRegistrationFails) {
@@ -80,7 +76,7 @@ TEST_F(Examples, LateBindingWithoutRegistrationFails) {
   EXPECT_EQ(said.out.rfind(start + directory.Path("registry.reg") + " (not there), ", 0), 0U) << said.out;
 }
 
-TEST_F(Examples, ServerThatIsNotThereIsToldInWords) {
+TEST_F(Examples, ServerThatIsNotThereIsReported) {
   const Said said = RunProgram(std::string(FIRST_CALL) + " http://127.0.0.1:1");
   EXPECT_EQ(said.out, "failed: Cannot create a soap call.\n");
   EXPECT_EQ(said.exit, 1);

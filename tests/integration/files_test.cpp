@@ -41,9 +41,9 @@ class Files : public ValueTest {
     const HRESULT code = model_->DownloadFile(Answer(script).Text(), target, &path);
     return code == S_OK ? NativePath(path) : OutcomeText(code);
   }
-  static std::string Content(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::string Content(const std::string& path) const {
+    EXPECT_EQ(path.rfind(directory_.Path(), 0), 0u) << path;
+    return directory_.Read(path.substr(directory_.Path().size() + 1));
   }
 
   TemporaryDirectory directory_;
@@ -132,7 +132,7 @@ TEST_F(Files, WhatIsSentComesBackAsItWas) {
   EXPECT_TRUE(Content(NativePath(path)) == bytes);
 }
 
-// The address stays the session's: its id goes along as a header.
+// The address stays the session's: its id is sent as a header.
 TEST_F(Files, AnotherSessionGetsTheErrorPage) {
   const WideString url = Answer(u"publish('out.txt', 'secret')").Text();
   ASSERT_EQ(Close(), "ok");

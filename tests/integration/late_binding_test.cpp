@@ -42,13 +42,10 @@ class LateBinding : public ClientTest {
   void SetUp() override {
     ClientTest::SetUp();
     client_ = CreateQvScriptwells();
-    const IQvServiceProviderPtr provider = CreateSimpleServiceProvider(host_.get());
-    const IDispatchPtr raw = As<IDispatch>(client_, kClientServiceRaw);
-    ASSERT_EQ(Call(raw.get(), u"init", {Variant::FromObject(provider.get())}).code, S_OK);
-    ASSERT_EQ(Call(client_.get(), u"ServerName", {Variant::FromString(FromUtf8(service_->Url()))},
-                   DISPATCH_PROPERTYPUT)
-                  .code,
-              S_OK);
+    const Variant provider = Variant::FromObject(CreateSimpleServiceProvider(host_.get()).get());
+    ASSERT_EQ(Does(As<IDispatch>(client_, kClientServiceRaw), u"init", {provider}), S_OK);
+    const Variant server = Variant::FromString(FromUtf8(service_->Url()));
+    ASSERT_EQ(Does(client_, u"ServerName", {server}, DISPATCH_PROPERTYPUT), S_OK);
     late_ = Made(u"ConnectionModel");
     ASSERT_NE(late_, nullptr);
     EnsureFormaters();  // another test of this process may have ended a model
@@ -59,6 +56,11 @@ class LateBinding : public ClientTest {
     ClientTest::TearDown();
   }
 
+  // The code of a call that has nothing else to look at.
+  static HRESULT Does(const IDispatchPtr& object, const char16_t* name, std::vector<Variant> arguments = {},
+                      std::uint16_t flags = DISPATCH_METHOD) {
+    return Call(object.get(), name, std::move(arguments), flags).code;
+  }
   IDispatchPtr Made(const char16_t* member) {
     const Outcome outcome = Call(client_.get(), member);
     EXPECT_EQ(outcome.code, S_OK) << ToUtf8(member);
@@ -68,7 +70,7 @@ class LateBinding : public ClientTest {
     return Call(late_.get(), u"execute", {Text(u"JavaScript"), Text(script), FromDispatch(parameters.get())});
   }
   void Open() {
-    ASSERT_EQ(Call(late_.get(), u"CreateUserSession", {Text(u"Username=joe;Password=secret;")}).code, S_OK);
+    ASSERT_EQ(Does(late_, u"CreateUserSession", {Text(u"Username=joe;Password=secret;")}), S_OK);
   }
 
   IDispatchPtr client_;
@@ -82,7 +84,7 @@ TEST_F(LateBinding, SessionScriptAndClose) {
   EXPECT_EQ(Call(parameters.get(), u"ADD", {Text(u"a"), Variant::FromInt(2)}).result.Tag(), VT_DISPATCH);
   Call(parameters.get(), u"Add", {Text(u"b"), Variant::FromInt(40)});
   EXPECT_EQ(ShownValue(Execute(u"parameters.a + parameters.b", parameters).result), "VT_INT 42");
-  EXPECT_EQ(Call(late_.get(), u"CloseUserSession").code, S_OK);
+  EXPECT_EQ(Does(late_, u"CloseUserSession"), S_OK);
   EXPECT_EQ(HostKnows().substr(0, 7), "closed ");
 }
 
@@ -112,7 +114,7 @@ TEST_F(LateBinding, NullParametersAreAMismatchOfTheLastArgument) {
 TEST_F(LateBinding, DurationGoesAndComesBack) {
   Open();
   const IDispatchPtr span = Made(u"Duration");
-  EXPECT_EQ(Call(span.get(), u"Day", {Text(u"12")}, DISPATCH_PROPERTYPUT).code, S_OK);
+  EXPECT_EQ(Does(span, u"Day", {Text(u"12")}, DISPATCH_PROPERTYPUT), S_OK);
   const IDispatchPtr parameters = Made(u"Parameters");
   Call(parameters.get(), u"Add", {Text(u"span"), FromDispatch(span.get())});
   const Outcome outcome = Execute(u"parameters.span", parameters);
@@ -137,7 +139,7 @@ TEST_F(LateBinding, UnreachableServerHasItsWords) {
   EXPECT_EQ(ToUtf8(outcome.failure.bstrDescription), "Cannot create a soap call.");
 }
 
-// What a host can hold, let go in every order: nothing leaks and nothing is used after its end.
+// What a host can hold, released in every order: nothing leaks and nothing is used after its end.
 TEST_F(LateBinding, ObjectsMayEndInAnyOrder) {
   Open();
   std::vector<int> order = {0, 1, 2, 3, 4};
@@ -156,7 +158,7 @@ TEST_F(LateBinding, ModelOutlivesItsClient) {
   const IDispatchPtr parameters = Made(u"Parameters");
   client_.reset();
   EXPECT_EQ(ShownValue(Execute(u"'alive'", parameters).result), "VT_BSTR alive");
-  EXPECT_EQ(Call(late_.get(), u"CloseUserSession").code, S_OK);
+  EXPECT_EQ(Does(late_, u"CloseUserSession"), S_OK);
 }
 
 }  // namespace

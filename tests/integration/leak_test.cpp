@@ -1,4 +1,4 @@
-// Many good and failing calls leave nothing behind: no descriptor, no object, no reference.
+// After many good and failing calls nothing is left: no descriptor, no object, no reference.
 #include <dirent.h>
 
 #include "client_fixture.h"

@@ -16,16 +16,20 @@ Variant ValueTest::Answer(const WideString& script, NamedValues values) {
 Variant ValueTest::OddAnswer(const std::string& name) {
   Use("/odd/" + name);
   Variant result = Answer(u"'replaced'");
-  Use("");
+  Use();
   return result;
 }
 
 std::string ValueTest::OddOutcome(const std::string& name) {
   Use("/odd/" + name);
   std::string outcome = Run(u"'replaced'");
-  Use("");
+  Use();
   EXPECT_EQ(Run(u"'next'"), "VT_BSTR next");
   return outcome;
+}
+
+void ValueTest::ExpectOdd(std::initializer_list<std::pair<const char*, const char*>> namesAndOutcomes) {
+  for (const auto& [name, outcome] : namesAndOutcomes) EXPECT_EQ(OddOutcome(name), outcome) << name;
 }
 
 void ValueTest::ExpectRefused(const Variant& value, const std::string& words) {

@@ -17,8 +17,26 @@ class ValueTest : public ClientTest {
   Variant OddAnswer(const std::string& name);
   // What Run says for such a script. The one that follows it has to work.
   std::string OddOutcome(const std::string& name);
-  // A script with this parameter ends in these words, no request goes out, and the next one works.
+  void ExpectOdd(std::initializer_list<std::pair<const char*, const char*>> namesAndOutcomes);
+  // A script with this parameter fails with this message, no request is sent, and the next one works.
   void ExpectRefused(const Variant& value, const std::string& words);
+  // The object that an answer holds.
+  template <class Interface>
+  static boost::intrusive_ptr<Interface> ObjectIn(const Variant& answer) {
+    EXPECT_EQ(answer.Tag(), VT_UNKNOWN) << ShownValue(answer);
+    return As<Interface>(answer.Object());
+  }
+  static void ExpectOnlyReference(const Variant& answer) {
+    ASSERT_EQ(answer.Tag(), VT_UNKNOWN);
+    EXPECT_EQ(answer.Object()->AddRef(), 2u);
+    EXPECT_EQ(answer.Object()->Release(), 1u);
+  }
+  // The model and the service are gone.
+  void EndEverything() {
+    model_.reset();
+    CloseKeptConnections();
+    service_->Stop();
+  }
 
  private:
   // How many requests the service was sent so far, this question among them.
