@@ -23,14 +23,14 @@ inline Variant R8(double value) {
 inline Variant Text(const WideString& value) {
   return Variant::FromString(value);
 }
-// A pointer to what stands at `place`, under `tag` with VT_BYREF.
+// A pointer to what is at `place`, under `tag` with VT_BYREF.
 inline Variant Reference(VARTYPE tag, void* place) {
   VariantData data;
   data.byref = place;
   return Variant::FromRaw(static_cast<VARTYPE>(tag | VT_BYREF), data);
 }
 
-// What nobody writes on his own: the call left the place alone.
+// What no call writes: an output parameter that still has it is untouched.
 constexpr std::uint32_t kUntouchedIndex = 0xCAFE;
 constexpr char16_t kUntouchedText[] = u"untouched";
 
@@ -60,7 +60,7 @@ class LateCall {
     arguments_.assign(arguments.rbegin(), arguments.rend());
     return *this;
   }
-  // The arguments as they stand in the block: the last one first, named ones before all.
+  // The arguments as they are in the block: the last one first, named ones before all.
   LateCall& WithBlock(const std::vector<Variant>& block) {
     arguments_ = block;
     return *this;
@@ -105,6 +105,22 @@ class LateCall {
 inline DISPID IdOf(IDispatch* object, const char16_t* name) {
   DISPID id = -1;
   return Succeeded(object->GetIDsOfNames(Guid{}, &name, 1, 0, &id)) ? id : -1;
+}
+
+// What comes of a call that succeeds, such as "VT_I2 5"; else its code.
+inline std::string Got(LateCall call) {
+  const std::string code = call.Code();
+  return code == "0x00000000" ? ShownValue(call.result) : code;
+}
+inline std::string ReadByName(IDispatch* object, const char16_t* name) {
+  return Got(LateCall(object, IdOf(object, name), DISPATCH_PROPERTYGET));
+}
+inline std::string WriteByName(IDispatch* object, const char16_t* name, const Variant& value) {
+  return Got(LateCall(object, IdOf(object, name), DISPATCH_PROPERTYPUT).With({value}));
+}
+inline std::string CallByName(IDispatch* object, const char16_t* name,
+                              const std::vector<Variant>& arguments = {}) {
+  return Got(LateCall(object, IdOf(object, name)).With(arguments));
 }
 
 }  // namespace qv

@@ -1,141 +1,208 @@
-// What every object of the library answers about itself.
+// What every object of the library answers about itself: its interfaces, its count, and the operations of
+// late binding that need no member.
 #include <gtest/gtest.h>
 
-#include <ostream>
+#include <algorithm>
 
+#include "automation/late_call.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
-#include "qvscriptwells/host_services.h"
 #include "qvscriptwells/http_component.h"
 
 namespace qv {
 namespace {
 
-IUnknownPtr MakeModel() {
-  return CreateConnectionModel();
-}
-IUnknownPtr MakeConnectionString() {
-  return CreateConnectionString();
-}
-IUnknownPtr MakeParameters() {
-  return CreateParameters();
-}
-IUnknownPtr MakeParameter() {
-  return CreateParameter();
-}
-IUnknownPtr MakeDuration() {
-  return CreateDuration();
-}
-IUnknownPtr MakeAttachedFile() {
-  return CreateAttachedFile();
-}
-IUnknownPtr MakeUrl() {
-  return CreateUrl();
-}
+struct Known {
+  const char* name;
+  Guid iid;
+};
+const Known kEverything[] = {{"IQvScriptwells", IQvScriptwells::kIid},
+                             {"IQvClientServiceRaw", IQvClientServiceRaw::kIid},
+                             {"IConnectionModel", IConnectionModel::kIid},
+                             {"IConnectionModelRaw", IConnectionModelRaw::kIid},
+                             {"IConnectionString", IConnectionString::kIid},
+                             {"IConnectionStringRaw", IConnectionStringRaw::kIid},
+                             {"IDuration", IDuration::kIid},
+                             {"IDurationRaw", IDurationRaw::kIid},
+                             {"IUrl", IUrl::kIid},
+                             {"IAttachedFile", IID_IAttachedFile},
+                             {"IParameter", IParameter::kIid},
+                             {"IParameters", IParameters::kIid},
+                             {"IProvideClassInfo", IProvideClassInfo::kIid},
+                             {"IDispatch", IDispatch::kIid},
+                             {"ISupportErrorInfo", ISupportErrorInfo::kIid},
+                             {"IUnknown", IUnknown::kIid},
+                             {"IQvClientServices", IQvClientServices::kIid},
+                             {"IHttpSession", IHttpSession::kIid},
+                             {"IRunnableObject", IRunnableObject::kIid}};
 
-struct Kind {
+// Beside IUnknown, IDispatch and ISupportErrorInfo an object offers `interfaces`, of which the first leaves
+// error records. Only the first one knows the name `member`.
+struct Coclass {
   const char* name;
   IUnknownPtr (*make)();
-  std::vector<Guid> interfaces;  // the first one leaves error records
-};
-void PrintTo(const Kind& row, std::ostream* out) {
-  *out << row.name;
-}
+  std::vector<std::string> interfaces;
+  const char16_t* member;
+  DISPID id;
 
-const Guid kAllInterfaces[] = {
-    IConnectionModel::kIid, IConnectionModelRaw::kIid, IConnectionString::kIid, IConnectionStringRaw::kIid,
-    IParameters::kIid,      IParameter::kIid,          IQvClientServices::kIid, IHttpSession::kIid,
-    IRunnableObject::kIid,  IDuration::kIid,           IDurationRaw::kIid,      IUrl::kIid,
-    IID_IAttachedFile};
-
-class ObjectIdentity : public testing::TestWithParam<Kind> {
- protected:
-  ObjectIdentity() : object_(GetParam().make()) {}
-
-  bool Offers(const Guid& iid) const {
-    for (const Guid& offered : GetParam().interfaces)
-      if (offered == iid) return true;
-    return false;
+  bool Offers(const std::string& wanted) const {
+    if (wanted == "IUnknown" || wanted == "IDispatch" || wanted == "ISupportErrorInfo") return true;
+    return std::find(interfaces.begin(), interfaces.end(), wanted) != interfaces.end();
   }
-  IUnknownPtr Query(const Guid& iid) { return As<IUnknown>(object_, iid); }
-
-  IUnknownPtr object_;
 };
 
-TEST_P(ObjectIdentity, OffersItsInterfacesAndNoOthers) {
-  for (const Guid& iid : kAllInterfaces) {
-    int stranger = 0;
-    void* found = &stranger;
-    const HRESULT code = object_->QueryInterface(iid, &found);
-    EXPECT_EQ(code, Offers(iid) ? S_OK : E_NOINTERFACE) << std::hex << iid.data1;
-    EXPECT_EQ(found != nullptr, Offers(iid)) << std::hex << iid.data1;
-    if (Succeeded(code)) object_->Release();
+template <class Pointer, Pointer (*kCreate)()>
+IUnknownPtr Make() {
+  return kCreate();
+}
+
+const Coclass kCoclasses[] = {
+    {"QvScriptwells",
+     &Make<IQvScriptwellsPtr, CreateQvScriptwells>,
+     {"IQvScriptwells", "IQvClientServiceRaw", "IProvideClassInfo"},
+     u"ServerName",
+     7},
+    {"ConnectionModel",
+     &Make<IConnectionModelPtr, CreateConnectionModel>,
+     {"IConnectionModel", "IConnectionModelRaw"},
+     u"SetUSID",
+     5},
+    {"ConnectionString",
+     &Make<IConnectionStringPtr, CreateConnectionString>,
+     {"IConnectionString", "IConnectionStringRaw"},
+     u"ReplicaID",
+     4},
+    {"Duration", &Make<IDurationPtr, CreateDuration>, {"IDuration", "IDurationRaw"}, u"Sec", 8},
+    {"Url", &Make<IUrlPtr, CreateUrl>, {"IUrl"}, u"UrlCaption", 2},
+    {"AttachedFile", &Make<IAttachedFilePtr, CreateAttachedFile>, {"IAttachedFile"}, u"TicketId", 6},
+    {"Parameter", &Make<IParameterPtr, CreateParameter>, {"IParameter"}, u"SetValues", 1},
+    {"Parameters", &Make<IParametersPtr, CreateParameters>, {"IParameters"}, u"Find", 3}};
+
+// Runs the check once for each class, with a new object of it.
+void ForEachObject(void (*check)(const Coclass& coclass, const IUnknownPtr& object)) {
+  for (const Coclass& coclass : kCoclasses) {
+    const testing::ScopedTrace trace(__FILE__, __LINE__, coclass.name);
+    check(coclass, coclass.make());
   }
 }
 
-TEST_P(ObjectIdentity, AnswersUnknownAlwaysWithTheSamePointer) {
-  const IUnknownPtr first = Query(IUnknown::kIid);
-  ASSERT_NE(first, nullptr);
-  std::vector<Guid> from = GetParam().interfaces;
-  from.push_back(ISupportErrorInfo::kIid);
-  for (const Guid& iid : from) {
-    const IUnknownPtr face = Query(iid);
-    ASSERT_NE(face, nullptr);
-    void* unknown = nullptr;
-    ASSERT_EQ(face->QueryInterface(IUnknown::kIid, &unknown), S_OK);
-    EXPECT_EQ(unknown, static_cast<void*>(first.get()));
-    object_->Release();
-  }
+// No typed pointer, but something that a query has to replace.
+template <class Type>
+Type* Stranger() {
+  static int stranger = 0;
+  return reinterpret_cast<Type*>(&stranger);
 }
 
-TEST_P(ObjectIdentity, EachInterfaceLeadsToEachOther) {
-  for (const Guid& from : GetParam().interfaces) {
-    const IUnknownPtr face = Query(from);
-    for (const Guid& to : GetParam().interfaces) {
-      void* found = nullptr;
-      EXPECT_EQ(face->QueryInterface(to, &found), S_OK);
-      object_->Release();
+TEST(ObjectIdentity, OffersItsInterfacesFromEachOfThem) {
+  ForEachObject([](const Coclass& coclass, const IUnknownPtr& object) {
+    for (const Known& from : kEverything) {
+      if (!coclass.Offers(from.name)) continue;
+      const IUnknownPtr face = As<IUnknown>(object, from.iid);
+      ASSERT_NE(face, nullptr) << from.name;
+      for (const Known& to : kEverything) {
+        void* found = Stranger<void>();
+        EXPECT_EQ(face->QueryInterface(to.iid, &found), coclass.Offers(to.name) ? S_OK : E_NOINTERFACE)
+            << from.name << " to " << to.name;
+        EXPECT_EQ(found != nullptr, coclass.Offers(to.name)) << from.name << " to " << to.name;
+        if (found != nullptr) object->Release();
+      }
     }
-  }
+    EXPECT_EQ(object->AddRef(), 2u);
+    EXPECT_EQ(object->Release(), 1u);
+  });
 }
 
-TEST_P(ObjectIdentity, QueryWithoutPlaceForTheAnswerIsRefused) {
-  EXPECT_EQ(object_->QueryInterface(IUnknown::kIid, nullptr), E_POINTER);
-  EXPECT_EQ(object_->QueryInterface(IHttpSession::kIid, nullptr), E_POINTER);
+TEST(ObjectIdentity, UnknownIsOnePointerFromEverywhere) {
+  ForEachObject([](const Coclass& coclass, const IUnknownPtr& object) {
+    const IUnknownPtr unknown = As<IUnknown>(object);
+    ASSERT_NE(unknown, nullptr);
+    for (const Known& from : kEverything) {
+      if (!coclass.Offers(from.name)) continue;
+      const IUnknownPtr face = As<IUnknown>(object, from.iid);
+      ASSERT_NE(face, nullptr) << from.name;
+      EXPECT_EQ(As<IUnknown>(face).get(), unknown.get()) << from.name;
+    }
+  });
 }
 
-TEST_P(ObjectIdentity, CountsAreReturned) {
-  EXPECT_EQ(object_->AddRef(), 2u);
-  EXPECT_EQ(object_->Release(), 1u);
-  const IUnknownPtr face = Query(ISupportErrorInfo::kIid);
-  EXPECT_EQ(face->AddRef(), 3u);
-  EXPECT_EQ(object_->Release(), 2u);
+TEST(ObjectIdentity, QueryWithoutOutputParameterIsRefused) {
+  ForEachObject([](const Coclass&, const IUnknownPtr& object) {
+    EXPECT_EQ(object->QueryInterface(IUnknown::kIid, nullptr), E_POINTER);
+    EXPECT_EQ(object->QueryInterface(IHttpSession::kIid, nullptr), E_POINTER);
+  });
 }
 
-TEST_P(ObjectIdentity, OnlyTheFirstInterfaceLeavesErrorRecords) {
-  const ISupportErrorInfoPtr support = As<ISupportErrorInfo>(object_);
-  ASSERT_NE(support, nullptr);
-  for (const Guid& iid : kAllInterfaces)
-    EXPECT_EQ(support->InterfaceSupportsErrorInfo(iid), iid == GetParam().interfaces.front() ? S_OK : S_FALSE)
-        << std::hex << iid.data1;
-  EXPECT_EQ(support->InterfaceSupportsErrorInfo(IUnknown::kIid), S_FALSE);
-  EXPECT_EQ(support->InterfaceSupportsErrorInfo(ISupportErrorInfo::kIid), S_FALSE);
+TEST(ObjectIdentity, EachObjectHasOneCountForAllItsInterfaces) {
+  ForEachObject([](const Coclass& coclass, const IUnknownPtr& object) {
+    EXPECT_NE(coclass.make(), object);
+    EXPECT_EQ(object->AddRef(), 2u);
+    EXPECT_EQ(object->Release(), 1u);
+    const IUnknownPtr face = As<IUnknown>(object, ISupportErrorInfo::kIid);
+    EXPECT_EQ(face->AddRef(), 3u);
+    EXPECT_EQ(object->Release(), 2u);
+  });
 }
 
-TEST_P(ObjectIdentity, EachCreationMakesANewObject) {
-  EXPECT_NE(GetParam().make(), GetParam().make());
+TEST(ObjectIdentity, OnlyTheFirstInterfaceLeavesErrorRecords) {
+  ForEachObject([](const Coclass& coclass, const IUnknownPtr& object) {
+    const ISupportErrorInfoPtr support = As<ISupportErrorInfo>(object);
+    ASSERT_NE(support, nullptr);
+    for (const Known& row : kEverything)
+      EXPECT_EQ(support->InterfaceSupportsErrorInfo(row.iid),
+                row.name == coclass.interfaces.front() ? S_OK : S_FALSE)
+          << row.name;
+  });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Objects, ObjectIdentity,
-    testing::Values(
-        Kind{"ConnectionModel", MakeModel, {IConnectionModel::kIid, IConnectionModelRaw::kIid}},
-        Kind{"ConnectionString", MakeConnectionString, {IConnectionString::kIid, IConnectionStringRaw::kIid}},
-        Kind{"Parameters", MakeParameters, {IParameters::kIid}},
-        Kind{"Parameter", MakeParameter, {IParameter::kIid}},
-        Kind{"Duration", MakeDuration, {IDuration::kIid, IDurationRaw::kIid}},
-        Kind{"AttachedFile", MakeAttachedFile, {IAttachedFile::kIid}}, Kind{"Url", MakeUrl, {IUrl::kIid}}),
-    [](const testing::TestParamInfo<Kind>& row) { return std::string(row.param.name); });
+TEST(ObjectIdentity, DispatchIsTheFirstInterface) {
+  ForEachObject([](const Coclass& coclass, const IUnknownPtr& object) {
+    const IDispatchPtr dispatch = As<IDispatch>(object);
+    ASSERT_NE(dispatch, nullptr);
+    EXPECT_EQ(IdOf(dispatch.get(), coclass.member), coclass.id);
+  });
+}
+
+TEST(ObjectIdentity, ThereIsNoTypeInformation) {
+  ForEachObject([](const Coclass&, const IUnknownPtr& object) {
+    const IDispatchPtr dispatch = As<IDispatch>(object);
+    std::uint32_t count = 7;
+    EXPECT_EQ(dispatch->GetTypeInfoCount(&count), S_OK);
+    EXPECT_EQ(count, 0u);
+    auto* info = Stranger<ITypeInfo>();
+    EXPECT_EQ(dispatch->GetTypeInfo(0, 0, &info), MakeResult(0x80029C4A));
+    EXPECT_EQ(info, nullptr);
+    for (const std::uint32_t index : {1u, 2u, 0x80000000u, 0xFFFFFFFFu}) {
+      info = Stranger<ITypeInfo>();
+      EXPECT_EQ(dispatch->GetTypeInfo(index, 0x409, &info), MakeResult(0x8002000B));
+      EXPECT_EQ(info, nullptr);
+    }
+    EXPECT_TRUE(Failed(dispatch->GetTypeInfoCount(nullptr)));
+    EXPECT_TRUE(Failed(dispatch->GetTypeInfo(0, 0, nullptr)));
+  });
+}
+
+TEST(ObjectIdentity, ClassInformationOfTheClientCannotBeLoaded) {
+  const auto provider = As<IProvideClassInfo>(CreateQvScriptwells());
+  ASSERT_NE(provider, nullptr);
+  auto* info = Stranger<ITypeInfo>();
+  EXPECT_EQ(provider->GetClassInfo(&info), MakeResult(0x80029C4A));
+  EXPECT_EQ(info, nullptr);
+  EXPECT_TRUE(Failed(provider->GetClassInfo(nullptr)));
+}
+
+// Two interfaces of one object have two tables.
+TEST(ObjectIdentity, RawInterfacesKnowTheirOwnNamesOnly) {
+  const IQvScriptwellsPtr client = CreateQvScriptwells();
+  const IQvClientServiceRawPtr raw = As<IQvClientServiceRaw>(client);
+  EXPECT_EQ(IdOf(raw.get(), u"Init"), 1);
+  EXPECT_EQ(IdOf(raw.get(), u"ServerName"), -1);
+  EXPECT_EQ(IdOf(client.get(), u"Init"), -1);
+  const IConnectionStringPtr credentials = CreateConnectionString();
+  const IConnectionStringRawPtr text = As<IConnectionStringRaw>(credentials);
+  EXPECT_EQ(IdOf(text.get(), u"Initialize"), 1);
+  EXPECT_EQ(IdOf(text.get(), u"UserName"), -1);
+  EXPECT_EQ(IdOf(credentials.get(), u"Initialize"), -1);
+}
 
 }  // namespace
 }  // namespace qv

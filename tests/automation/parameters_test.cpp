@@ -3,15 +3,26 @@
 
 #include "automation/waiting_record.h"
 #include "fixtures/counting_object.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
-#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
 
+// A tag that cannot be copied.
+Variant Strange() {
+  return Variant::FromRaw(0x77, VariantData());
+}
+
+std::string KeyOf(const IParameterPtr& parameter) {
+  WideString key(u"before");
+  EXPECT_EQ(parameter->get_ParamKey(&key), S_OK);
+  return Shown(key);
+}
+
 class ParametersObject : public testing::Test {
  protected:
-  ParametersObject() : list_(CreateParameters()) { ClearErrorInfo(); }
+  ParametersObject() { ClearErrorInfo(); }
   void TearDown() override {
     list_.reset();
     EXPECT_EQ(CountingObject::Live(), 0);
@@ -21,12 +32,21 @@ class ParametersObject : public testing::Test {
   void Fill(int count) {
     for (int i = 0; i < count; ++i) EXPECT_EQ(list_->Add(u"k", Variant::FromInt(i), nullptr), S_OK);
   }
+  void AddCountingObject() {
+    const CountingObjectPtr object(new CountingObject);
+    EXPECT_EQ(list_->Add(u"k", Variant::FromObject(object.get()), nullptr), S_OK);
+  }
   std::int16_t Size() {
     std::int16_t size = -1;
     EXPECT_EQ(list_->Size(&size), S_OK);
     return size;
   }
-  // Code and words of a failed Find, whose place must stay as it was.
+  IParameterPtr Found(std::int16_t index) {
+    IParameterPtr found;
+    EXPECT_EQ(list_->Find(index, Put(found)), S_OK);
+    return found;
+  }
+  // The message of a failed Find, whose output parameter must stay unchanged.
   std::string FindFails(std::int16_t index) {
     const IParameterPtr before = CreateParameter();
     IParameter* found = before.get();
@@ -38,31 +58,30 @@ class ParametersObject : public testing::Test {
     EXPECT_EQ(list_->Remove(index), DISP_E_EXCEPTION);
     return TakenWords();
   }
+  // The operation succeeds and clears the record of an earlier failure.
+  static void ExpectClears(HRESULT code) {
+    EXPECT_EQ(code, S_OK);
+    EXPECT_EQ(TakenWords(), "no record");
+    LeaveStaleRecord();
+  }
 
-  IParametersPtr list_;
+  IParametersPtr list_ = CreateParameters();
 };
 
-TEST_F(ParametersObject, AddedParameterIsHandedOutAndFound) {
-  IParameter* added = nullptr;
-  ASSERT_EQ(list_->Add(u"k", Variant::FromInt(7), &added), S_OK);
-  const IParameterPtr owned(added, false);
-  IParameter* found = nullptr;
-  ASSERT_EQ(list_->Find(0, &found), S_OK);
-  const IParameterPtr alsoOwned(found, false);
-  EXPECT_EQ(found, added);
-  WideString key;
-  EXPECT_EQ(found->get_ParamKey(&key), S_OK);
-  EXPECT_EQ(Shown(key), "k");
+TEST_F(ParametersObject, AddedParameterIsReturnedAndFound) {
+  IParameterPtr added;
+  ASSERT_EQ(list_->Add(u"k", Variant::FromInt(7), Put(added)), S_OK);
+  EXPECT_EQ(Found(0), added);
+  EXPECT_EQ(KeyOf(added), "k");
 }
 
-TEST_F(ParametersObject, EmptyListFailsWithItsWords) {
-  EXPECT_EQ(FindFails(0), "The are no parameters.");
-  EXPECT_EQ(FindFails(-1), "The are no parameters.");
-  EXPECT_EQ(FindFails(100), "The are no parameters.");
+TEST_F(ParametersObject, EmptyListFailsWithItsMessage) {
+  for (const std::int16_t index : std::initializer_list<std::int16_t>{0, -1, 100})
+    EXPECT_EQ(FindFails(index), "The are no parameters.");
   EXPECT_EQ(RemoveFails(0), "The are no parameters.");
 }
 
-TEST_F(ParametersObject, IndexesOutsideFailWithTheirWords) {
+TEST_F(ParametersObject, IndexesOutsideFailWithTheirMessages) {
   Fill(3);
   EXPECT_EQ(FindFails(3), "Cannot find parameter in the current index.");
   EXPECT_EQ(FindFails(-1), "Cannot find parameter in the current index.");
@@ -74,65 +93,55 @@ TEST_F(ParametersObject, IndexesOutsideFailWithTheirWords) {
   EXPECT_EQ(Size(), 3);
 }
 
-TEST_F(ParametersObject, StaleRecordIsClearedByEveryMember) {
+TEST_F(ParametersObject, EveryMemberClearsTheStaleRecord) {
   LeaveStaleRecord();
-  Fill(2);
-  EXPECT_EQ(TakenWords(), "no record");
-  LeaveStaleRecord();
-  EXPECT_EQ(Size(), 2);
-  EXPECT_EQ(TakenWords(), "no record");
-  LeaveStaleRecord();
-  IParameter* found = nullptr;
-  EXPECT_EQ(list_->Find(0, &found), S_OK);
-  found->Release();
-  EXPECT_EQ(TakenWords(), "no record");
-  LeaveStaleRecord();
-  EXPECT_EQ(list_->Remove(0), S_OK);
-  EXPECT_EQ(TakenWords(), "no record");
-  LeaveStaleRecord();
-  EXPECT_EQ(list_->Clear(), S_OK);
-  EXPECT_EQ(TakenWords(), "no record");
+  ExpectClears(list_->Add(u"k", Variant(), nullptr));
+  std::int16_t size = -1;
+  ExpectClears(list_->Size(&size));
+  IParameterPtr found;
+  ExpectClears(list_->Find(0, Put(found)));
+  ExpectClears(list_->Remove(0));
+  ExpectClears(list_->Clear());
+  EXPECT_EQ(size, 1);
 }
 
-TEST_F(ParametersObject, MissingPlacesAreRefused) {
+TEST_F(ParametersObject, NullOutputParametersAreRefused) {
   Fill(1);
   EXPECT_EQ(list_->Size(nullptr), E_POINTER);
   EXPECT_EQ(list_->Find(0, nullptr), E_POINTER);
 }
 
 TEST_F(ParametersObject, ValueThatCannotBeCopiedIsNotAppended) {
-  EXPECT_EQ(list_->Add(u"k", Variant::FromRaw(0x77, VariantData()), nullptr), DISP_E_BADVARTYPE);
+  EXPECT_EQ(list_->Add(u"k", Strange(), nullptr), DISP_E_BADVARTYPE);
   EXPECT_EQ(TakenWords(), "Unknown Error");
   EXPECT_EQ(Size(), 0);
 }
 
 TEST_F(ParametersObject, ValuesAreReleasedWithTheList) {
-  EXPECT_EQ(list_->Add(u"k", Variant::FromObject(CountingObjectPtr(new CountingObject).get()), nullptr),
-            S_OK);
+  AddCountingObject();
   EXPECT_EQ(CountingObject::Live(), 1);
   EXPECT_EQ(list_->Clear(), S_OK);
   EXPECT_EQ(CountingObject::Live(), 0);
 }
 
 TEST_F(ParametersObject, FoundParameterOutlivesItsList) {
-  EXPECT_EQ(list_->Add(u"k", Variant::FromObject(CountingObjectPtr(new CountingObject).get()), nullptr),
-            S_OK);
-  IParameter* found = nullptr;
-  ASSERT_EQ(list_->Find(0, &found), S_OK);
-  IParameterPtr owned(found, false);
+  AddCountingObject();
+  const IParameterPtr found = Found(0);
   list_.reset();
   EXPECT_EQ(CountingObject::Live(), 1);
-  WideString key;
-  EXPECT_EQ(owned->get_ParamKey(&key), S_OK);
-  EXPECT_EQ(Shown(key), "k");
+  EXPECT_EQ(KeyOf(found), "k");
 }
 
 class ParameterObject : public ParametersObject {
  protected:
-  ParameterObject() : parameter_(CreateParameter()) {}
   void TearDown() override {
     parameter_.reset();
     ParametersObject::TearDown();
+  }
+  Variant Value() {
+    Variant value = Variant::FromInt(1);
+    EXPECT_EQ(parameter_->get_ParamValue(&value), S_OK);
+    return value;
   }
   std::string TypeName() {
     WideString name(u"before");
@@ -140,28 +149,19 @@ class ParameterObject : public ParametersObject {
     return Shown(name);
   }
 
-  IParameterPtr parameter_;
+  IParameterPtr parameter_ = CreateParameter();
 };
 
 TEST_F(ParameterObject, NewParameterIsEmpty) {
-  WideString key(u"before");
-  Variant value = Variant::FromInt(1);
-  EXPECT_EQ(parameter_->get_ParamKey(&key), S_OK);
-  EXPECT_EQ(parameter_->get_ParamValue(&value), S_OK);
-  EXPECT_TRUE(key.IsNull());
-  EXPECT_EQ(value.Tag(), VT_EMPTY);
+  EXPECT_EQ(KeyOf(parameter_), "<null>");
+  EXPECT_EQ(Value().Tag(), VT_EMPTY);
   EXPECT_EQ(TypeName(), "no type");
 }
 
 TEST_F(ParameterObject, ValuesAreStoredAndTyped) {
   EXPECT_EQ(parameter_->SetValues(u"k", Variant::FromString(u"v")), S_OK);
-  Variant value;
-  EXPECT_EQ(parameter_->get_ParamValue(&value), S_OK);
-  EXPECT_EQ(Shown(value.Text()), "v");
+  EXPECT_EQ(Shown(Value().Text()), "v");
   EXPECT_EQ(TypeName(), "string");
-}
-
-TEST_F(ParameterObject, UnsignedByteHasNullTypeName) {
   EXPECT_EQ(parameter_->SetValues(u"k", Variant::FromRaw(VT_UI1, VariantData())), S_OK);
   EXPECT_EQ(TypeName(), "<null>");
 }
@@ -173,8 +173,7 @@ TEST_F(ParameterObject, DispatchObjectIsKeptAsUnknown) {
   data.punkVal = object.get();
   EXPECT_EQ(parameter_->SetValues(u"k", Variant::FromRaw(VT_DISPATCH, data)), S_OK);
   EXPECT_EQ(TypeName(), "duration");
-  Variant value;
-  EXPECT_EQ(parameter_->get_ParamValue(&value), S_OK);
+  Variant value = Value();
   EXPECT_EQ(value.Tag(), VT_UNKNOWN);
   EXPECT_EQ(value.Object(), object.get());
   value.Clear();
@@ -193,35 +192,26 @@ TEST_F(ParameterObject, ObjectWhoseQueryFailsBringsItsCode) {
 // Hosts that read the parameter after the failure know it like this.
 TEST_F(ParameterObject, ValueThatCannotBeCopiedKeepsTheOldOneUnderTheNewKey) {
   EXPECT_EQ(parameter_->SetValues(u"old", Variant::FromInt(5)), S_OK);
-  EXPECT_EQ(parameter_->SetValues(u"new", Variant::FromRaw(0x77, VariantData())), DISP_E_BADVARTYPE);
+  EXPECT_EQ(parameter_->SetValues(u"new", Strange()), DISP_E_BADVARTYPE);
   EXPECT_EQ(TakenWords(), "Unknown Error");
   EXPECT_EQ(TypeName(), "int");
-  WideString key;
-  EXPECT_EQ(parameter_->get_ParamKey(&key), S_OK);
-  EXPECT_EQ(Shown(key), "new");
+  EXPECT_EQ(KeyOf(parameter_), "new");
 }
 
-TEST_F(ParameterObject, MissingPlacesAreRefused) {
+TEST_F(ParameterObject, NullOutputParametersAreRefused) {
   EXPECT_EQ(parameter_->get_ParamKey(nullptr), E_POINTER);
   EXPECT_EQ(parameter_->get_ParamValue(nullptr), E_POINTER);
   EXPECT_EQ(parameter_->get_ParamTypeAsString(nullptr), E_POINTER);
 }
 
-TEST_F(ParameterObject, StaleRecordIsClearedByEveryMember) {
+TEST_F(ParameterObject, EveryMemberClearsTheStaleRecord) {
   LeaveStaleRecord();
-  EXPECT_EQ(parameter_->SetValues(u"k", Variant()), S_OK);
-  EXPECT_EQ(TakenWords(), "no record");
-  LeaveStaleRecord();
+  ExpectClears(parameter_->SetValues(u"k", Variant()));
   WideString text;
-  EXPECT_EQ(parameter_->get_ParamKey(&text), S_OK);
-  EXPECT_EQ(TakenWords(), "no record");
-  LeaveStaleRecord();
+  ExpectClears(parameter_->get_ParamKey(&text));
   Variant value;
-  EXPECT_EQ(parameter_->get_ParamValue(&value), S_OK);
-  EXPECT_EQ(TakenWords(), "no record");
-  LeaveStaleRecord();
-  EXPECT_EQ(parameter_->get_ParamTypeAsString(&text), S_OK);
-  EXPECT_EQ(TakenWords(), "no record");
+  ExpectClears(parameter_->get_ParamValue(&value));
+  ExpectClears(parameter_->get_ParamTypeAsString(&text));
 }
 
 }  // namespace

@@ -18,23 +18,19 @@
 namespace qv {
 namespace {
 
-constexpr char kNoUrlWords[] = "Cannot parse url, expecting 'http://' after protocol name.";
+constexpr char kNoUrl[] = "Cannot parse url, expecting 'http://' after protocol name.";
 
-// The words that wait, whatever else the record says.
-std::string WaitingWords() {
+// The message that waits, whatever else the record says.
+std::string WaitingMessage() {
   ErrorInfo info;
   return GetErrorInfo(&info) ? Shown(info.description) : "no record";
 }
 
 class ClientObject : public testing::Test {
  protected:
-  ClientObject()
-      : services_(new SpeakingServices(&log_)),
-        provider_(new SpeakingProvider(&log_, services_->Unknown())),
-        client_(CreateQvScriptwells()) {
+  ClientObject() {
     EnsureFormaters();
     services_->Answer("GetUsid", Nulls());
-    raw_ = As<IQvClientServiceRaw>(client_);
     LeaveStaleRecord();
   }
   void TearDown() override {
@@ -55,46 +51,53 @@ class ClientObject : public testing::Test {
     LeaveStaleRecord();
   }
   IConnectionModelPtr Model() {
-    IConnectionModel* model = nullptr;
-    EXPECT_EQ(client_->ConnectionModel(&model), S_OK);
-    return IConnectionModelPtr(model, false);
+    IConnectionModelPtr model;
+    EXPECT_EQ(client_->ConnectionModel(Put(model)), S_OK);
+    return model;
   }
-  void ExpectFailure(HRESULT code, std::uint32_t expected, const std::string& words) {
+  // What a host does that lets go of the client while the client asks it.
+  void ReleaseClient() {
+    raw_.reset();
+    client_.reset();
+  }
+  static void ExpectSuccess(HRESULT code) {
+    EXPECT_EQ(code, S_OK);
+    EXPECT_EQ(WaitingMessage(), "no record");
+    LeaveStaleRecord();
+  }
+  static void ExpectFailure(HRESULT code, std::uint32_t expected, const std::string& message) {
     EXPECT_EQ(static_cast<std::uint32_t>(code), expected);
-    EXPECT_EQ(WaitingWords(), words);
+    EXPECT_EQ(WaitingMessage(), message);
   }
   // The same through the table; source, help file and context are the object's own business.
-  void ExpectLateFailure(LateCall call, const char* code, const char* words, const char* result) {
+  static void ExpectLateFailure(LateCall call, const char* code, const char* message, const char* result) {
     EXPECT_EQ(call.Code(), code);
     EXPECT_EQ(ShownCode(call.failure.scode), code);
-    EXPECT_EQ(Shown(call.failure.bstrDescription), words);
+    EXPECT_EQ(Shown(call.failure.bstrDescription), message);
     EXPECT_EQ(call.failure.pfnDeferredFillIn, nullptr);
     EXPECT_EQ(ShownValue(call.result), result);
-    EXPECT_EQ(WaitingWords(), "no record");
+    EXPECT_EQ(WaitingMessage(), "no record");
   }
 
   HostLog log_;
-  SpeakingServicesPtr services_;
-  SpeakingProviderPtr provider_;
-  IQvScriptwellsPtr client_;
-  IQvClientServiceRawPtr raw_;
+  SpeakingServicesPtr services_{new SpeakingServices(&log_)};
+  SpeakingProviderPtr provider_{new SpeakingProvider(&log_, services_->Unknown())};
+  IQvScriptwellsPtr client_ = CreateQvScriptwells();
+  IQvClientServiceRawPtr raw_ = As<IQvClientServiceRaw>(client_);
 };
 
 TEST_F(ClientObject, WholeSessionRuns) {
   FakeHttp http;
   MakeReady();
   const IConnectionModelPtr model = Model();
-  IConnectionString* made = nullptr;
   services_->Answer("GetReplicaId", Replaces(u"r"));
   services_->Answer("GetUserName", Replaces(u"joe"));
-  ASSERT_EQ(client_->ConnectionString(&made), S_OK);
-  const IConnectionStringPtr credentials(made, false);
+  IConnectionStringPtr credentials;
+  ASSERT_EQ(client_->ConnectionString(Put(credentials)), S_OK);
   WideString text;
   ASSERT_EQ(credentials->ToString(&text), S_OK);
   EXPECT_EQ(Shown(text), "DbReplicationId=r;Username=joe;Password=;");
-  http.Answer(kSessionOpened);
-  http.Answer(kScriptRan);
-  http.Answer(kSessionClosed);
+  for (const std::u16string_view answer : {kSessionOpened, kScriptRan, kSessionClosed}) http.Answer(answer);
   EXPECT_EQ(model->CreateUserSession(text), S_OK);
   Variant result;
   EXPECT_EQ(model->Execute(u"VBScript", u"1", nullptr, &result), S_OK);
@@ -106,16 +109,10 @@ TEST_F(ClientObject, WholeSessionRuns) {
 
 TEST_F(ClientObject, WholeSessionRunsByName) {
   FakeHttp http;
-  LateCall init(raw_.get(), IdOf(raw_.get(), u"init"));
-  EXPECT_EQ(init.With({Variant::FromObject(provider_.get())}).Code(), "0x00000000");
-  EXPECT_EQ(ShownValue(init.result), "VT_EMPTY");
-  LateCall server(client_.get(), IdOf(client_.get(), u"servername"), DISPATCH_PROPERTYPUT);
-  EXPECT_EQ(server.With({Text(u"http://srv")}).Code(), "0x00000000");
-  LateCall proxy(client_.get(), IdOf(client_.get(), u"proxy"), DISPATCH_PROPERTYPUT);
-  EXPECT_EQ(proxy.With({Text(u"@PROXY@")}).Code(), "0x00000000");
-  LateCall read(client_.get(), IdOf(client_.get(), u"Proxy"), DISPATCH_PROPERTYGET);
-  EXPECT_EQ(read.Code(), "0x00000000");
-  EXPECT_EQ(ShownValue(read.result), "VT_BSTR ");
+  EXPECT_EQ(CallByName(raw_.get(), u"init", {Variant::FromObject(provider_.get())}), "VT_EMPTY");
+  EXPECT_EQ(WriteByName(client_.get(), u"servername", Text(u"http://srv")), "VT_EMPTY");
+  EXPECT_EQ(WriteByName(client_.get(), u"proxy", Text(u"@PROXY@")), "VT_EMPTY");
+  EXPECT_EQ(ReadByName(client_.get(), u"Proxy"), "VT_BSTR ");
   LateCall first(client_.get(), IdOf(client_.get(), u"CONNECTIONMODEL"), DISPATCH_PROPERTYGET);
   EXPECT_EQ(first.Code(), "0x00000000");
   LateCall second(client_.get(), 1);
@@ -126,41 +123,26 @@ TEST_F(ClientObject, WholeSessionRunsByName) {
   LateCall list(client_.get(), IdOf(client_.get(), u"Parameters"));
   EXPECT_EQ(list.Code(), "0x00000000");
 
-  http.Answer(kSessionOpened);
-  http.Answer(kScriptRan);
-  http.Answer(kSessionClosed);
-  LateCall open(model, IdOf(model, u"CreateUserSession"));
-  EXPECT_EQ(open.With({Text(u"Username=joe;")}).Code(), "0x00000000");
-  LateCall execute(model, IdOf(model, u"Execute"));
-  EXPECT_EQ(execute.With({Text(u"VBScript"), Text(u"1"), list.result}).Code(), "0x00000000");
-  EXPECT_EQ(ShownValue(execute.result), "VT_BSTR done");
-  EXPECT_EQ(LateCall(model, IdOf(model, u"CloseUserSession")).Code(), "0x00000000");
+  for (const std::u16string_view answer : {kSessionOpened, kScriptRan, kSessionClosed}) http.Answer(answer);
+  EXPECT_EQ(CallByName(model, u"CreateUserSession", {Text(u"Username=joe;")}), "VT_EMPTY");
+  EXPECT_EQ(CallByName(model, u"Execute", {Text(u"VBScript"), Text(u"1"), list.result}), "VT_BSTR done");
+  EXPECT_EQ(CallByName(model, u"CloseUserSession"), "VT_EMPTY");
   EXPECT_EQ(log_, (HostLog{"GetService(QvClientServices)", "GetUsid", "GetUsid", "GetUsid", "SetUsid",
                            "SetUserName", "SetDatabaseIds", "ClearSession"}));
   EXPECT_EQ(http.LiveObjects(), 0);
 }
 
 TEST_F(ClientObject, EverySuccessClearsTheStaleRecord) {
-  EXPECT_EQ(raw_->Init(provider_.get()), S_OK);
-  EXPECT_EQ(WaitingWords(), "no record");
-  LeaveStaleRecord();
-  EXPECT_EQ(client_->put_ServerName(u"http://srv"), S_OK);
-  EXPECT_EQ(WaitingWords(), "no record");
-  LeaveStaleRecord();
-  EXPECT_EQ(client_->put_Proxy(u""), S_OK);
-  EXPECT_EQ(WaitingWords(), "no record");
-  LeaveStaleRecord();
+  ExpectSuccess(raw_->Init(provider_.get()));
+  ExpectSuccess(client_->put_ServerName(u"http://srv"));
+  ExpectSuccess(client_->put_Proxy(u""));
   WideString text;
-  EXPECT_EQ(client_->get_ServerName(&text), S_OK);
-  EXPECT_EQ(WaitingWords(), "no record");
+  ExpectSuccess(client_->get_ServerName(&text));
   EXPECT_EQ(Shown(text), "http://srv");
-  LeaveStaleRecord();
-  EXPECT_EQ(client_->get_Proxy(&text), S_OK);
-  EXPECT_EQ(WaitingWords(), "no record");
+  ExpectSuccess(client_->get_Proxy(&text));
   EXPECT_EQ(Shown(text), "");
-  LeaveStaleRecord();
   Model();
-  EXPECT_EQ(WaitingWords(), "no record");
+  EXPECT_EQ(WaitingMessage(), "no record");
 }
 
 TEST_F(ClientObject, EachValueIsANewObjectWithOneReference) {
@@ -172,21 +154,17 @@ TEST_F(ClientObject, EachValueIsANewObjectWithOneReference) {
 
 TEST_F(ClientObject, ValuesComeByIdInTheirOrder) {
   MakeReady();
-  struct Row {
-    DISPID id;
-    Guid iid;
-  };
-  const Row rows[] = {{1, IConnectionModel::kIid},  {2, IUrl::kIid},          {3, IDuration::kIid},
-                      {4, IConnectionString::kIid}, {5, IAttachedFile::kIid}, {6, IParameters::kIid}};
-  for (const Row& row : rows) {
-    LateCall once(client_.get(), row.id);
-    LateCall again(client_.get(), row.id, DISPATCH_PROPERTYGET);
+  const Guid interfaces[] = {IConnectionModel::kIid,  IUrl::kIid,          IDuration::kIid,
+                             IConnectionString::kIid, IAttachedFile::kIid, IParameters::kIid};
+  DISPID id = 0;
+  for (const Guid& iid : interfaces) {
+    LateCall once(client_.get(), ++id);
+    LateCall again(client_.get(), id, DISPATCH_PROPERTYGET);
     EXPECT_EQ(once.Code(), "0x00000000");
     EXPECT_EQ(again.Code(), "0x00000000");
     ASSERT_NE(DispatchOf(once.result), nullptr);
-    EXPECT_EQ(DispatchOf(once.result) == DispatchOf(again.result), row.id == 1);
-    const IUnknownPtr face = As<IUnknown>(DispatchOf(once.result), row.iid);
-    EXPECT_NE(face, nullptr) << row.id;
+    EXPECT_EQ(DispatchOf(once.result) == DispatchOf(again.result), id == 1);
+    EXPECT_NE(As<IUnknown>(DispatchOf(once.result), iid), nullptr) << id;
     EXPECT_TRUE(once.FailureUntouched());
   }
 }
@@ -197,9 +175,8 @@ TEST_F(ClientObject, InitWithoutServicesIsANullReference) {
   ExpectFailure(raw_->Init(stranger.get()), 0x80004003, "Unknown Error");
   provider_->Provide(nullptr);
   ExpectFailure(raw_->Init(provider_.get()), 0x80004003, "Unknown Error");
-  LateCall byId(raw_.get(), 1);
-  byId.With({FromDispatch(nullptr)});
-  ExpectLateFailure(byId, "0x80004003", "Unknown Error", "VT_EMPTY");
+  ExpectLateFailure(LateCall(raw_.get(), 1).With({FromDispatch(nullptr)}), "0x80004003", "Unknown Error",
+                    "VT_EMPTY");
 }
 
 TEST_F(ClientObject, InitWithFailingProviderBringsItsCode) {
@@ -210,26 +187,26 @@ TEST_F(ClientObject, InitWithFailingProviderBringsItsCode) {
 TEST_F(ClientObject, ReadsBeforeInitAreNullReferences) {
   ASSERT_EQ(client_->put_ServerName(u"http://srv"), S_OK);
   int stranger = 0;
-  IConnectionModel* model = reinterpret_cast<IConnectionModel*>(&stranger);
+  auto* model = reinterpret_cast<IConnectionModel*>(&stranger);
   ExpectFailure(client_->ConnectionModel(&model), 0x80004003, "Unknown Error");
-  IConnectionString* credentials = reinterpret_cast<IConnectionString*>(&stranger);
+  auto* credentials = reinterpret_cast<IConnectionString*>(&stranger);
   ExpectFailure(client_->ConnectionString(&credentials), 0x80004003, "Unknown Error");
-  ExpectLateFailure(LateCall(client_.get(), 1), "0x80004003", "Unknown Error", "VT_DISPATCH null");
-  ExpectLateFailure(LateCall(client_.get(), 4), "0x80004003", "Unknown Error", "VT_DISPATCH null");
+  for (const DISPID id : {1, 4})
+    ExpectLateFailure(LateCall(client_.get(), id), "0x80004003", "Unknown Error", "VT_DISPATCH null");
 }
 
-TEST_F(ClientObject, BadServerNameBringsItsWords) {
+TEST_F(ClientObject, BadServerNameBringsItsMessage) {
   MakeReady();
   for (const char16_t* name : {u"srv", u""}) {
     ASSERT_EQ(client_->put_ServerName(name), S_OK);
     IConnectionModel* model = nullptr;
-    ExpectFailure(client_->ConnectionModel(&model), 0x80020009, kNoUrlWords);
+    ExpectFailure(client_->ConnectionModel(&model), 0x80020009, kNoUrl);
     EXPECT_EQ(model, nullptr);
-    ExpectLateFailure(LateCall(client_.get(), 1), "0x80020009", kNoUrlWords, "VT_DISPATCH null");
+    ExpectLateFailure(LateCall(client_.get(), 1), "0x80020009", kNoUrl, "VT_DISPATCH null");
   }
 }
 
-TEST_F(ClientObject, MissingPlacesAreRefused) {
+TEST_F(ClientObject, NullOutputParametersAreRefused) {
   MakeReady();
   EXPECT_EQ(client_->get_ServerName(nullptr), E_POINTER);
   EXPECT_EQ(client_->get_Proxy(nullptr), E_POINTER);
@@ -244,25 +221,18 @@ TEST_F(ClientObject, MissingPlacesAreRefused) {
 TEST_F(ClientObject, ReadyClientNeedsNoMore) {
   services_->Answer("GetUsid", Replaces(u"u1"));
   const IQvScriptwellsPtr ready = CreateQvScriptwells(u"http://srv", u"p:9", provider_.get());
-  LateCall model(ready.get(), 1);
-  EXPECT_EQ(model.Code(), "0x00000000");
-  WideString text;
-  EXPECT_EQ(ready->get_ServerName(&text), S_OK);
-  EXPECT_EQ(Shown(text), "http://srv");
-  EXPECT_EQ(ready->get_Proxy(&text), S_OK);
-  EXPECT_EQ(Shown(text), "p:9");
+  EXPECT_EQ(CallByName(ready.get(), u"ConnectionModel"), "VT_DISPATCH object");
+  EXPECT_EQ(ReadByName(ready.get(), u"ServerName"), "VT_BSTR http://srv");
+  EXPECT_EQ(ReadByName(ready.get(), u"Proxy"), "VT_BSTR p:9");
   EXPECT_EQ(Thrown([] { CreateQvScriptwells(u"http://srv", u"", nullptr); }).substr(0, 21),
             "_com_error 0x80004003");
 }
-
-// Hosts that let go of the client while it asks them.
 
 TEST_F(ClientObject, ClientOutlivesAReadInWhichItsHostReleasesIt) {
   MakeReady();
   services_->Answer("GetUsid", [this](BStr* text) {
     ReplaceString(text, u"u1");
-    raw_.reset();
-    client_.reset();
+    ReleaseClient();
   });
   IQvScriptwells* client = client_.get();
   IConnectionModel* model = nullptr;
@@ -273,20 +243,14 @@ TEST_F(ClientObject, ClientOutlivesAReadInWhichItsHostReleasesIt) {
 
 TEST_F(ClientObject, ClientOutlivesAnInvokeInWhichItsHostReleasesIt) {
   MakeReady();
-  services_->Answer("GetReplicaId", [this](BStr*) {
-    raw_.reset();
-    client_.reset();
-  });
+  services_->Answer("GetReplicaId", [this](BStr*) { ReleaseClient(); });
   LateCall call(client_.get(), 4);
   EXPECT_EQ(call.Code(), "0x00000000");
   EXPECT_EQ(ShownValue(call.result), "VT_DISPATCH object");
 }
 
 TEST_F(ClientObject, ClientOutlivesAnInitInWhichItsHostReleasesIt) {
-  services_->Answer("GetUsid", [this](BStr*) {
-    raw_.reset();
-    client_.reset();
-  });
+  services_->Answer("GetUsid", [this](BStr*) { ReleaseClient(); });
   IQvClientServiceRaw* raw = raw_.get();
   EXPECT_EQ(raw->Init(provider_.get()), S_OK);
 }
@@ -315,8 +279,7 @@ TEST_F(ClientObject, ClientThatEndsMayBeCalledByItsServices) {
     EXPECT_EQ(services->References(), 0u) << "released once more while they go";
   });
   services_.reset();
-  raw_.reset();
-  client_.reset();
+  ReleaseClient();
   EXPECT_EQ(SpeakingServices::Live(), 1);
   EXPECT_EQ(others->References(), 2u);
 }
