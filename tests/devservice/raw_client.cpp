@@ -10,6 +10,22 @@
 #include <stdexcept>
 
 namespace qv::devservice::testing {
+namespace {
+
+// Moves a whole head from the front of `bytes` to `head`; false while it is not whole.
+bool TakeHead(std::string& bytes, std::string& head) {
+  const std::size_t end = bytes.find("\r\n\r\n");
+  if (end == std::string::npos) return false;
+  head = bytes.substr(0, end + 4);
+  bytes.erase(0, end + 4);
+  return true;
+}
+
+std::size_t AnnouncedLength(const std::string& head) {
+  return std::strtoul(HeaderOf(head, "Content-Length").c_str(), nullptr, 10);
+}
+
+}  // namespace
 
 RawClient::RawClient(int port) : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
   sockaddr_in address{};
@@ -28,7 +44,7 @@ RawClient::~RawClient() {
 void RawClient::Send(const std::string& bytes) {
   for (std::size_t sent = 0; sent < bytes.size();) {
     const ssize_t count = send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
-    if (count <= 0) return;  // The service may close early; what it answered is still to be read.
+    if (count <= 0) return;  // The service may close early; its answer is still to be read.
     sent += static_cast<std::size_t>(count);
   }
 }
@@ -37,25 +53,26 @@ void RawClient::EndSending() {
   shutdown(socket_, SHUT_WR);
 }
 
+std::string RawClient::ReadPiece(std::chrono::milliseconds time, bool& closed) {
+  pollfd watched{socket_, POLLIN, 0};
+  if (poll(&watched, 1, static_cast<int>(std::max<long long>(time.count(), 0))) <= 0) return "";
+  char buffer[65536];
+  const ssize_t count = recv(socket_, buffer, sizeof buffer, 0);
+  closed = count <= 0;
+  return closed ? "" : std::string(buffer, static_cast<std::size_t>(count));
+}
+
 DrainedAnswer RawClient::Drain() {
   DrainedAnswer answer;
-  std::string piece;
-  std::size_t announced = 0;
-  char buffer[65536];
-  pollfd watched{socket_, POLLIN, 0};
-  while (answer.head.empty() || answer.bytes < announced) {
-    const ssize_t count = poll(&watched, 1, 60000) > 0 ? recv(socket_, buffer, sizeof buffer, 0) : 0;
-    if (count <= 0) break;
-    piece.append(buffer, static_cast<std::size_t>(count));
-    if (answer.head.empty()) {
-      const std::size_t end = piece.find("\r\n\r\n");
-      if (end == std::string::npos) continue;
-      answer.head = piece.substr(0, end + 4);
-      announced = std::strtoul(HeaderOf(answer.head, "Content-Length").c_str(), nullptr, 10);
-      piece.erase(0, end + 4);
-    }
-    for (const char byte : piece) answer.asPattern &= byte == PatternByte(answer.bytes++);
-    piece.clear();
+  std::string bytes;
+  bool closed = false;
+  while (answer.head.empty() || answer.bytes < AnnouncedLength(answer.head)) {
+    const std::string piece = ReadPiece(std::chrono::minutes(1), closed);
+    if (piece.empty()) break;
+    bytes += piece;
+    if (answer.head.empty() && !TakeHead(bytes, answer.head)) continue;
+    for (const char byte : bytes) answer.asPattern &= byte == PatternByte(answer.bytes++);
+    bytes.clear();
   }
   return answer;
 }
@@ -65,27 +82,19 @@ RawAnswer RawClient::Receive(std::chrono::milliseconds time) {
   RawAnswer answer;
   std::string bytes;
   for (;;) {
-    const std::size_t end = bytes.find("\r\n\r\n");
-    if (end != std::string::npos) {
-      answer.head = bytes.substr(0, end + 4);
-      answer.body = bytes.substr(end + 4);
-      const std::string length = HeaderOf(answer.head, "Content-Length");
-      if (length != "(none)" && answer.body.size() >= std::strtoul(length.c_str(), nullptr, 10))
-        return answer;
+    if (answer.head.empty()) TakeHead(bytes, answer.head);
+    if (!answer.head.empty()) {
+      answer.body += bytes;
+      bytes.clear();
+      const bool announced = HeaderOf(answer.head, "Content-Length") != "(none)";
+      if (announced && answer.body.size() >= AnnouncedLength(answer.head)) return answer;
     }
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now())
-            .count();
-    pollfd watched{socket_, POLLIN, 0};
-    if (poll(&watched, 1, static_cast<int>(std::max<long long>(left, 0))) <= 0) {
-      answer.timedOut = true;
-      return answer;
-    }
-    char buffer[65536];
-    const ssize_t count = recv(socket_, buffer, sizeof buffer, 0);
-    answer.closed = count <= 0;
-    if (answer.closed) return answer;
-    bytes.append(buffer, static_cast<std::size_t>(count));
+    const auto left = deadline - std::chrono::steady_clock::now();
+    const std::string piece =
+        ReadPiece(std::chrono::duration_cast<std::chrono::milliseconds>(left), answer.closed);
+    answer.timedOut = !answer.closed && piece.empty();
+    if (piece.empty()) return answer;
+    bytes += piece;
   }
 }
 
@@ -94,6 +103,10 @@ std::string HeaderOf(const std::string& head, const std::string& name) {
   if (start == std::string::npos) return "(none)";
   const std::size_t value = start + name.size() + 4;
   return head.substr(value, head.find("\r\n", value) - value);
+}
+
+std::string StatusOf(const RawAnswer& answer) {
+  return answer.head.compare(0, 9, "HTTP/1.1 ") == 0 ? answer.head.substr(9, 3) : "(none)";
 }
 
 }  // namespace qv::devservice::testing

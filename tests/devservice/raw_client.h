@@ -1,4 +1,4 @@
-// A client that knows nothing but sockets, so that tests see the very bytes of an answer.
+// A client that only knows sockets, so that tests see every byte of an answer.
 #pragma once
 
 #include <chrono>
@@ -18,7 +18,7 @@ struct RawAnswer {
 struct DrainedAnswer {
   std::string head;
   std::size_t bytes = 0;
-  bool asPattern = true;  // Every byte was the one that PatternByte tells.
+  bool asPattern = true;  // Every byte was that of PatternByte.
 };
 
 // One connection. Throws std::runtime_error when it cannot be made.
@@ -30,15 +30,18 @@ class RawClient {
   RawClient& operator=(const RawClient&) = delete;
 
   void Send(const std::string& bytes);
-  // Tells the service that nothing more will be sent.
+  // Closes our direction of the connection.
   void EndSending();
   // Reads to the end of the announced length, else to the end of the connection, but no longer than `time`.
   RawAnswer Receive(std::chrono::milliseconds time = std::chrono::seconds(60));
   // Reads like Receive, but keeps only the head: the body's bytes are compared with PatternByte and counted.
-  // No wait for a next byte is longer than a minute.
+  // Waits at most a minute for the next byte.
   DrainedAnswer Drain();
 
  private:
+  // The next bytes, empty after `time` or when the other side has closed (`closed`).
+  std::string ReadPiece(std::chrono::milliseconds time, bool& closed);
+
   int socket_;
 };
 
@@ -47,7 +50,10 @@ inline char PatternByte(std::size_t position) {
   return static_cast<char>(position % 251);
 }
 
-// The value of a header in a head, or "(none)". The name is compared as it stands.
+// The value of a header in a head, or "(none)". The name is compared exactly.
 std::string HeaderOf(const std::string& head, const std::string& name);
+
+// "200", for example; "(none)" without a head of HTTP 1.1.
+std::string StatusOf(const RawAnswer& answer);
 
 }  // namespace qv::devservice::testing

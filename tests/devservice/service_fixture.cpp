@@ -3,26 +3,24 @@
 namespace qv::devservice::testing {
 namespace {
 
-// What stands between two texts, "(none)" when one is missing.
-std::string Between(const std::string& text, const std::string& start, const std::string& end) {
-  const std::size_t from = text.find(start);
-  if (from == std::string::npos) return "(none)";
-  const std::size_t to = text.find(end, from + start.size());
-  if (to == std::string::npos) return "(none)";
-  return text.substr(from + start.size(), to - from - start.size());
-}
-
 void ReplaceAll(std::string& text, const std::string& from, const std::string& to) {
   for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
     text.replace(at, from.size(), to);
   }
 }
 
-std::string Envelope(const std::string& content) {
+constexpr char kServiceSpace[] = "http://quorvane.example/dev/ns/ivarnel/scriptwells";
+
+std::string Envelope(const std::string& method, const std::string& content) {
   return "<SOAP-ENV:Envelope xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" "
          "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
-         "xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\"><SOAP-ENV:Body>" +
-         content + "</SOAP-ENV:Body></SOAP-ENV:Envelope>";
+         "xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\"><SOAP-ENV:Body><" +
+         method + " xmlns=\"" + kServiceSpace + "\">" + content + "</" + method +
+         "></SOAP-ENV:Body></SOAP-ENV:Envelope>";
+}
+
+std::string TextElement(const std::string& name, const std::string& content) {
+  return "<" + name + " xsi:type=\"xsd:string\">" + content + "</" + name + ">";
 }
 
 }  // namespace
@@ -33,25 +31,30 @@ ServiceOptions TestOptions() {
   return options;
 }
 
-std::string PostRequest(const std::string& prefix, const std::string& action, const std::string& body) {
-  return "POST " + prefix + "/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\r\n" +
-         "Host: 127.0.0.1:80\r\nContent-Type: text/xml\r\n" +
-         "SOAPAction: http://quorvane.example/dev/ns/ivarnel/scriptwells#" + action + "\r\n" +
-         "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+std::string Request(const std::string& start, const std::string& headers) {
+  return start + " HTTP/1.1\r\n" + headers + "\r\n";
+}
+
+std::string PostRequest(const std::string& prefix, const std::string& action, const std::string& body,
+                        const std::string& headers) {
+  return Request("POST " + prefix + kServicePath,
+                 headers + "Content-Type: text/xml\r\nSOAPAction: " + kServiceSpace + "#" + action +
+                     "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n") +
+         body;
 }
 
 std::string CreateEnvelope(const std::string& connectionString) {
-  return Envelope(
-      "<CreateUserSession xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
-      "<ConnectionString xsi:type=\"xsd:string\">" +
-      Escape(connectionString) + "</ConnectionString></CreateUserSession>");
+  return Envelope("CreateUserSession", TextElement("ConnectionString", Escape(connectionString)));
 }
 
 std::string CloseEnvelope(const std::string& sessionId) {
-  return Envelope(
-      "<CloseUserSession xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
-      "<usid xsi:type=\"xsd:string\">" +
-      Escape(sessionId) + "</usid></CloseUserSession>");
+  return Envelope("CloseUserSession", TextElement("usid", Escape(sessionId)));
+}
+
+std::string DocumentEnvelope(const std::string& sessionId, const std::string& escapedDocument,
+                             const std::string& parameters) {
+  return Envelope("Execute", TextElement("usid", Escape(sessionId)) + TextElement("Script", escapedDocument) +
+                                 parameters);
 }
 
 std::string ExecuteEnvelope(const std::string& sessionId, const std::string& script,
@@ -63,11 +66,7 @@ std::string ExecuteEnvelope(const std::string& sessionId, const std::string& scr
       "http://quorvane.example/dev/schema/scriptwellsApp/scriptwell/1.0/scriptwell.xsd\" "
       "xmlns=\"http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0\"><Code>" +
       Escape(script) + "</Code></Scriptwell>";
-  return Envelope(
-      "<Execute xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
-      "<usid xsi:type=\"xsd:string\">" +
-      Escape(sessionId) + "</usid><Script xsi:type=\"xsd:string\">" + Escape(document) + "</Script>" +
-      parameters + "</Execute>");
+  return DocumentEnvelope(sessionId, Escape(document), parameters);
 }
 
 std::string NilParameters() {
@@ -83,9 +82,12 @@ std::string ArrayOf(int count, const std::string& elements) {
 }
 
 std::string ParameterElement(const std::string& name, const std::string& type, const std::string& text) {
-  return "<Parameter xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\"><Name "
-         "xsi:type=\"xsd:string\">" +
-         name + "</Name><Value xsi:type=\"" + type + "\">" + text + "</Value></Parameter>";
+  return std::string("<Parameter xmlns=\"") + kServiceSpace + "\">" + TextElement("Name", name) +
+         "<Value xsi:type=\"" + type + "\">" + text + "</Value></Parameter>";
+}
+
+std::string OneParameter(const std::string& type, const std::string& text) {
+  return type.empty() ? NilParameters() : ArrayOf(1, ParameterElement("p", type, text));
 }
 
 std::string Escape(const std::string& text) {
@@ -106,6 +108,20 @@ std::string Unescape(const std::string& text) {
   return result;
 }
 
+std::string Between(const std::string& text, const std::string& start, const std::string& end) {
+  const std::size_t from = text.find(start);
+  if (from == std::string::npos) return "(none)";
+  const std::size_t to = text.find(end, from + start.size());
+  if (to == std::string::npos) return "(none)";
+  return text.substr(from + start.size(), to - from - start.size());
+}
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  const std::size_t at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  return at == std::string::npos ? text : text.replace(at, from.size(), to);
+}
+
 std::string FaultIn(const std::string& body) {
   if (body.find("<soap:Fault>") == std::string::npos) return "(no fault)";
   const std::string text = Unescape(Between(body, "<faultstring>", "</faultstring>"));
@@ -122,21 +138,31 @@ std::string ValueIn(const std::string& body) {
   return element.substr(0, quote) + "|" + Unescape(element.substr(quote + 2));
 }
 
+::testing::AssertionResult Contains(const std::string& text, const std::string& part) {
+  if (text.find(part) != std::string::npos) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "\"" << part << "\" is missing in:\n" << text.substr(0, 5000);
+}
+
 void ServiceTest::StartWith(const ServiceOptions& options) {
+  session_.clear();
   service_ = std::make_unique<Service>(options);
   service_->Start();
 }
 
-RawAnswer ServiceTest::Post(const std::string& prefix, const std::string& action, const std::string& body) {
-  RawClient client(service_->Port());
-  client.Send(PostRequest(prefix, action, body));
-  return client.Receive();
+void ServiceTest::StartWith(const std::function<void(ServiceOptions&)>& change) {
+  ServiceOptions options = TestOptions();
+  change(options);
+  StartWith(options);
 }
 
-RawAnswer ServiceTest::Get(const std::string& path) {
-  RawClient client(service_->Port());
-  client.Send("GET " + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n");
-  return client.Receive();
+int ServiceTest::Port() {
+  if (!service_) StartWith(TestOptions());
+  return service_->Port();
+}
+
+const std::string& ServiceTest::Session() {
+  if (session_.empty()) session_ = Login();
+  return session_;
 }
 
 std::string ServiceTest::Login() {
@@ -144,10 +170,27 @@ std::string ServiceTest::Login() {
   return Between(body, "<CreateUserSessionResult xsi:type=\"xsd:string\">", "</CreateUserSessionResult>");
 }
 
+RawAnswer ServiceTest::Ask(const std::string& request) {
+  RawClient client(Port());
+  client.Send(request);
+  return client.Receive();
+}
+
+RawAnswer ServiceTest::Post(const std::string& prefix, const std::string& action, const std::string& body) {
+  return Ask(PostRequest(prefix, action, body));
+}
+
+RawAnswer ServiceTest::Get(const std::string& path) {
+  return Ask(Request("GET " + path));
+}
+
+RawAnswer ServiceTest::Run(const std::string& prefix, const std::string& script,
+                           const std::string& parameters) {
+  return Post(prefix, "Execute", ExecuteEnvelope(Session(), script, parameters));
+}
+
 std::string ServiceTest::Execute(const std::string& script, const std::string& parameters) {
-  if (!service_) StartWith(TestOptions());
-  if (session_.empty()) session_ = Login();
-  return Post("", "Execute", ExecuteEnvelope(session_, script, parameters)).body;
+  return Run("", script, parameters).body;
 }
 
 std::string ServiceTest::Value(const std::string& script, const std::string& parameters) {
@@ -162,6 +205,27 @@ std::string ServiceTest::Fault(const std::string& script, const std::string& par
   const std::string fault = FaultIn(body);
   EXPECT_NE(fault, "(no fault)") << body;
   return fault;
+}
+
+std::string ServiceTest::FaultCode(const std::string& script, const std::string& parameters) {
+  const std::string fault = Fault(script, parameters);
+  return fault.substr(0, fault.find('|'));
+}
+
+void ServiceTest::ExpectValues(ScriptRows rows) {
+  for (const ScriptRow& row : rows)
+    EXPECT_EQ(Value(row.script, OneParameter(row.type, row.text)), row.outcome)
+        << row.script << " " << row.text;
+}
+
+void ServiceTest::ExpectFaults(ScriptRows rows) {
+  for (const ScriptRow& row : rows)
+    EXPECT_EQ(Fault(row.script, OneParameter(row.type, row.text)), row.outcome)
+        << row.script << " " << row.text;
+}
+
+void ServiceTest::ExpectFaultStart(const std::string& start, std::initializer_list<std::string> scripts) {
+  for (const std::string& script : scripts) EXPECT_EQ(Fault(script).substr(0, start.size()), start) << script;
 }
 
 nlohmann::json ServiceTest::Stats() {

@@ -1,3 +1,4 @@
+// Start and stop of a service.
 #include <filesystem>
 #include <stdexcept>
 
@@ -8,24 +9,29 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-std::size_t CountOf(const char* directory) {
-  std::size_t count = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(directory))
-    count += entry.path().empty() ? 0 : 1;
-  return count;
-}
-
-std::string StartFailure(const ServiceOptions& options) {
-  Service service(options);
-  try {
-    service.Start();
-    return "(started)";
-  } catch (const std::runtime_error& error) {
-    return error.what();
+class StartStop : public ServiceTest {
+ protected:
+  std::string StartFailure(const std::function<void(ServiceOptions&)>& change) {
+    try {
+      StartWith(change);
+      return "(started)";
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
   }
+  // Stops, and expects that this does not take long.
+  void StopAtOnce() {
+    const auto start = Clock::now();
+    service_->Stop();
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(2));
+  }
+};
+
+std::ptrdiff_t CountOf(const char* directory) {
+  return std::distance(std::filesystem::directory_iterator(directory), {});
 }
 
-TEST(StartStop, PortAndUrlAreKnownWhileRunning) {
+TEST_F(StartStop, PortAndUrlAreKnownWhileRunning) {
   Service service(TestOptions());
   EXPECT_EQ(service.Port(), 0);
   EXPECT_EQ(service.Url(), "");
@@ -36,95 +42,64 @@ TEST(StartStop, PortAndUrlAreKnownWhileRunning) {
   EXPECT_EQ(service.Port(), 0);
 }
 
-TEST(StartStop, TakenPortIsAFailureWithWords) {
+TEST_F(StartStop, BadOptionsAreFailuresWithMessages) {
+  EXPECT_EQ(StartFailure([](ServiceOptions& options) { options.workerCommand.clear(); }),
+            "No command for the script worker is set.");
+  EXPECT_EQ(StartFailure([](ServiceOptions& options) { options.workerCommand = {"/no/such/program"}; }),
+            "The script worker \"/no/such/program\" is no program that can be run.");
+  EXPECT_EQ(StartFailure([](ServiceOptions& options) { options.port = 65536; }),
+            "The port is not between 0 and 65535.");
+  EXPECT_EQ(StartFailure([](ServiceOptions& options) { options.host = "203.0.113.7"; }).substr(0, 33),
+            "Cannot listen on 203.0.113.7 port");
   Service first(TestOptions());
   first.Start();
-  ServiceOptions options = TestOptions();
-  options.port = first.Port();
-  EXPECT_EQ(StartFailure(options),
+  EXPECT_EQ(StartFailure([&first](ServiceOptions& options) { options.port = first.Port(); }),
             "Cannot listen on 127.0.0.1 port " + std::to_string(first.Port()) +
                 ": the port is taken, not permitted, or the address is not one of this machine.");
 }
 
-TEST(StartStop, BadOptionsAreFailuresWithWords) {
-  ServiceOptions options = TestOptions();
-  options.workerCommand.clear();
-  EXPECT_EQ(StartFailure(options), "No command for the script worker is set.");
-  options.workerCommand = {"/no/such/program"};
-  EXPECT_EQ(StartFailure(options), "The script worker \"/no/such/program\" is no program that can be run.");
-  options = TestOptions();
-  options.port = 65536;
-  EXPECT_EQ(StartFailure(options), "The port is not between 0 and 65535.");
-  options = TestOptions();
-  options.host = "203.0.113.7";
-  EXPECT_EQ(StartFailure(options).substr(0, 33), "Cannot listen on 203.0.113.7 port");
-}
-
-TEST(StartStop, CanBeRepeatedOnOnePortWithoutLeaks) {
-  Service service(TestOptions());
-  service.Start();
-  service.Stop();
-  const std::size_t descriptors = CountOf("/proc/self/fd");
-  const std::size_t threads = CountOf("/proc/self/task");
+TEST_F(StartStop, CanBeRepeatedOnOnePortWithoutLeaks) {
+  StartWith(TestOptions());
+  service_->Stop();
+  const std::ptrdiff_t descriptors = CountOf("/proc/self/fd");
+  const std::ptrdiff_t threads = CountOf("/proc/self/task");
   for (int i = 0; i < 30; ++i) {
-    service.Start();
-    service.Start();
-    RawClient client(service.Port());
-    client.Send("GET / HTTP/1.1\r\nHost: localhost\r\n\r\n");
-    EXPECT_EQ(client.Receive().head.substr(0, 12), "HTTP/1.1 200");
-    service.Stop();
-    service.Stop();
+    service_->Start();
+    service_->Start();
+    EXPECT_EQ(StatusOf(Get("/")), "200");
+    service_->Stop();
+    service_->Stop();
   }
   EXPECT_EQ(CountOf("/proc/self/fd"), descriptors);
   EXPECT_EQ(CountOf("/proc/self/task"), threads);
 }
 
-TEST(StartStop, FixedPortIsFreeAgainAtOnce) {
-  Service first(TestOptions());
-  first.Start();
-  const int port = first.Port();
-  {
-    RawClient client(port);
-    client.Send("GET / HTTP/1.1\r\nHost: localhost\r\n\r\n");
-    client.Receive();
-  }
-  first.Stop();
-  ServiceOptions options = TestOptions();
-  options.port = port;
-  EXPECT_EQ(StartFailure(options), "(started)");
+TEST_F(StartStop, FixedPortIsFreeAgainAtOnce) {
+  const int port = Port();
+  Get("/");
+  service_->Stop();
+  EXPECT_EQ(StartFailure([port](ServiceOptions& options) { options.port = port; }), "(started)");
 }
 
-TEST(StartStop, StopDoesNotWaitForKeptConnections) {
-  Service service(TestOptions());
-  service.Start();
-  RawClient idle(service.Port());
-  RawClient half(service.Port());
+TEST_F(StartStop, StopDoesNotWaitForKeptConnections) {
+  RawClient idle(Port());
+  RawClient half(Port());
   half.Send("POST / HTTP/1.1\r\nContent-Length: 50\r\n\r\nabc");
-  idle.Send("GET / HTTP/1.1\r\nHost: localhost\r\n\r\n");
+  idle.Send(Request("GET /"));
   idle.Receive();
-  const auto start = Clock::now();
-  service.Stop();
-  EXPECT_LT(Clock::now() - start, std::chrono::seconds(2));
+  StopAtOnce();
   EXPECT_TRUE(idle.Receive().closed);
 }
 
-class BadWorker : public ServiceTest {};
-
-TEST_F(BadWorker, WorkerThatIsNoneIsAFault) {
-  ServiceOptions options = TestOptions();
-  options.workerCommand = {"/bin/true"};
-  StartWith(options);
-  session_ = Login();
+TEST_F(StartStop, OtherProgramsAsWorkersAreFaults) {
+  StartWith([](ServiceOptions& options) { options.workerCommand = {"/bin/true"}; });
   EXPECT_EQ(Fault("1"), "1016|The script worker \"/bin/true\" does not work.|service");
-  options.workerCommand = {"/bin/cat"};  // Sends nothing on its own.
-  StartWith(options);
-  session_ = Login();
-  RawClient client(service_->Port());
-  client.Send(PostRequest("", "Execute", ExecuteEnvelope(session_, "1", NilParameters())));
+  StartWith(
+      [](ServiceOptions& options) { options.workerCommand = {"/bin/cat"}; });  // Sends nothing by itself.
+  RawClient client(Port());
+  client.Send(PostRequest("", "Execute", ExecuteEnvelope(Session(), "1", NilParameters())));
   EXPECT_TRUE(client.Receive(std::chrono::milliseconds(200)).timedOut);
-  const auto start = Clock::now();
-  service_->Stop();
-  EXPECT_LT(Clock::now() - start, std::chrono::seconds(2));
+  StopAtOnce();
 }
 
 }  // namespace
