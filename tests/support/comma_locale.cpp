@@ -6,22 +6,17 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
+
+#include "fixtures/temporary_directory.h"
 
 namespace qv {
 namespace {
 
-class CommaNumbers : public std::numpunct<char> {
+template <typename Unit>
+class CommaNumbers : public std::numpunct<Unit> {
  protected:
-  char do_decimal_point() const override { return ','; }
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\3"; }
-};
-
-class WideCommaNumbers : public std::numpunct<wchar_t> {
- protected:
-  wchar_t do_decimal_point() const override { return L','; }
-  wchar_t do_thousands_sep() const override { return L'.'; }
+  Unit do_decimal_point() const override { return ','; }
+  Unit do_thousands_sep() const override { return '.'; }
   std::string do_grouping() const override { return "\3"; }
 };
 
@@ -42,27 +37,18 @@ bool RunLocaledef(const std::string& target) {
   return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-// A locale generated once per process; its directory goes with the process.
+// A locale generated once per process; its directory is removed with the process.
 class GeneratedLocale {
  public:
   GeneratedLocale() {
-    char directory[] = "/tmp/qv-locale-XXXXXX";
-    if (mkdtemp(directory) == nullptr) return;
-    directory_ = directory;
-    if (!RunLocaledef(directory_ + "/de_DE.UTF-8")) return;
-    setenv("LOCPATH", directory_.c_str(), 1);
+    if (!RunLocaledef(directory_.Path("de_DE.UTF-8"))) return;
+    setenv("LOCPATH", directory_.Path().c_str(), 1);
     works_ = Speaks("de_DE.UTF-8");
-  }
-  GeneratedLocale(const GeneratedLocale&) = delete;
-  GeneratedLocale& operator=(const GeneratedLocale&) = delete;
-  ~GeneratedLocale() {
-    std::error_code ignored;
-    if (!directory_.empty()) std::filesystem::remove_all(directory_, ignored);
   }
   bool Works() const { return works_; }
 
  private:
-  std::string directory_;
+  const TemporaryDirectory directory_;
   bool works_ = false;
 };
 
@@ -76,7 +62,8 @@ bool SpeakGerman() {
 }  // namespace
 
 CommaLocale::CommaLocale() : oldName_(std::setlocale(LC_ALL, nullptr)) {
-  const std::locale numbers(std::locale(std::locale::classic(), new CommaNumbers), new WideCommaNumbers);
+  const std::locale numbers(std::locale(std::locale::classic(), new CommaNumbers<char>),
+                            new CommaNumbers<wchar_t>);
   oldLocale_ = std::locale::global(numbers);
   if (!SpeakGerman())
     std::fprintf(stderr,

@@ -1,3 +1,4 @@
+// Whether the other tests of locales prove anything.
 #include "support/comma_locale.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,6 @@ std::string Streamed(double value) {
   return stream.str();
 }
 
-// The other tests of locales prove nothing unless this one holds.
 TEST(CommaLocale, ChangesStreamsWhileItLives) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
   {

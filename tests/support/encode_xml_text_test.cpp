@@ -1,8 +1,10 @@
+// The XML escape of texts.
 #include "support/wide_text_stream.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "support/comma_locale.h"
 #include "support/print_wide_string.h"
@@ -19,71 +21,49 @@ std::u16string Repeated(std::u16string_view piece, std::size_t count) {
   return text;
 }
 
-struct Escaped {
-  std::u16string_view plain;
-  std::u16string_view escaped;
-};
-
-TEST(EncodeXmlText, FiveCharactersBecomeEntities) {
-  const Escaped rows[] = {
-      {u"\"", u"&quot;"}, {u"&", u"&amp;"}, {u"'", u"&apos;"}, {u"<", u"&lt;"}, {u">", u"&gt;"}};
-  for (const Escaped& row : rows) EXPECT_EQ(EncodeXmlText(WideString(row.plain)).view(), row.escaped);
-  EXPECT_EQ(EncodeXmlText(u"a<b>&\"c'").view(), u"a&lt;b&gt;&amp;&quot;c&apos;"sv);
-}
-
-TEST(EncodeXmlText, UnitsFromDeleteUpBecomeDecimalReferences) {
-  const Escaped rows[] = {
-      {u"~", u"~"},
-      {u"\x7F", u"&#127;"},
-      {u"\u0080", u"&#128;"},
-      {u"\u00A0", u"&#160;"},
-      {u"\u00E9", u"&#233;"},
-      {u"\u00FF", u"&#255;"},
-      {u"\u0100", u"&#256;"},
-      {u"\u0122", u"&#290;"},   // its low byte is that of the double quote
-      {u"\u263C", u"&#9788;"},  // and this one's that of the less-than sign
-      {u"\u20AC", u"&#8364;"},
-      {u"\uFFFF", u"&#65535;"},
-  };
-  for (const Escaped& row : rows) EXPECT_EQ(EncodeXmlText(WideString(row.plain)).view(), row.escaped);
-}
-
-TEST(EncodeXmlText, SurrogatesAreEscapedOneByOne) {
+// The low byte of U+0122 is that of the double quote, of U+263C that of the less-than sign.
+TEST(EncodeXmlText, FiveCharactersBecomeEntitiesAndUnitsFromDeleteUpReferences) {
+  using Row = std::pair<std::u16string_view, std::u16string_view>;
+  const Row rows[] = {{u"\"", u"&quot;"},
+                      {u"&", u"&amp;"},
+                      {u"'", u"&apos;"},
+                      {u"<", u"&lt;"},
+                      {u">", u"&gt;"},
+                      {u"~", u"~"},
+                      {u"\x7F", u"&#127;"},
+                      {u"\u0080", u"&#128;"},
+                      {u"\u00A0", u"&#160;"},
+                      {u"\u00E9", u"&#233;"},
+                      {u"\u00FF", u"&#255;"},
+                      {u"\u0100", u"&#256;"},
+                      {u"\u0122", u"&#290;"},
+                      {u"\u263C", u"&#9788;"},
+                      {u"\u20AC", u"&#8364;"},
+                      {u"\uFFFF", u"&#65535;"},
+                      {u"&lt;", u"&amp;lt;"},
+                      {u"\xD800z"sv, u"&#55296;z"},
+                      {u"\xDFFF"sv, u"&#57343;"},
+                      {u"a<\0b>"sv, u"a&lt;"},
+                      {u"\0abc"sv, u""}};
+  for (const auto& [plain, escaped] : rows) EXPECT_EQ(EncodeXmlText(WideString(plain)).view(), escaped);
   EXPECT_EQ(EncodeXmlText(u"\U0001F600").view(), u"&#55357;&#56832;"sv);
-  EXPECT_EQ(EncodeXmlText(WideString(u"\xD800"
-                                     u"a"sv))
-                .view(),
-            u"&#55296;a"sv);
-  EXPECT_EQ(EncodeXmlText(WideString(u"\xDFFF"sv)).view(), u"&#57343;"sv);
+  EXPECT_EQ(EncodeXmlText(u"a<b>&\"c'").view(), u"a&lt;b&gt;&amp;&quot;c&apos;"sv);
 }
 
 TEST(EncodeXmlText, AllOtherUnitsBelowDeleteStay) {
   std::u16string plain;
   for (char16_t unit = 1; unit < 0x7F; ++unit)
-    if (unit != u'"' && unit != u'&' && unit != u'\'' && unit != u'<' && unit != u'>') plain += unit;
+    if (u"\"&'<>"sv.find(unit) == std::u16string_view::npos) plain += unit;
   EXPECT_EQ(plain.size(), 121u);
   EXPECT_EQ(EncodeXmlText(plain).view(), plain);
-}
-
-TEST(EncodeXmlText, ControlCharactersStay) {
   EXPECT_EQ(EncodeXmlText(u"\x01\x0B\x1F\t\r\n").view(), u"\x01\x0B\x1F\t\r\n"sv);
 }
 
-TEST(EncodeXmlText, EscapesAreEscapedAgain) {
-  EXPECT_EQ(EncodeXmlText(u"&lt;").view(), u"&amp;lt;"sv);
-}
-
-TEST(EncodeXmlText, StopsAtTheFirstNullUnit) {
-  EXPECT_EQ(EncodeXmlText(WideString(u"a<\0b>"sv)).view(), u"a&lt;"sv);
-  EXPECT_EQ(EncodeXmlText(WideString(u"\0abc"sv)).view(), u""sv);
-}
-
 TEST(EncodeXmlText, NullAndEmptyGiveAnEmptyTextThatIsNotNull) {
-  EXPECT_TRUE(EncodeXmlText(WideString()).IsEmpty());
-  EXPECT_FALSE(EncodeXmlText(WideString()).IsNull());
-  EXPECT_TRUE(EncodeXmlText(u"").IsEmpty());
-  EXPECT_FALSE(EncodeXmlText(u"").IsNull());
-  EXPECT_FALSE(EncodeXmlText(WideString(u"\0"sv)).IsNull());
+  for (const WideString& text : {WideString(), WideString(u""), WideString(u"\0"sv)}) {
+    EXPECT_TRUE(EncodeXmlText(text).IsEmpty());
+    EXPECT_FALSE(EncodeXmlText(text).IsNull());
+  }
 }
 
 TEST(EncodeXmlText, LeavesItsArgument) {
@@ -100,14 +80,15 @@ TEST(EncodeXmlText, HundredThousandAmpersands) {
 
 TEST(EncodeXmlText, EveryLengthGrowsAlike) {
   for (std::size_t length = 1; length <= 300; ++length) {
-    EXPECT_TRUE(EncodeXmlText(std::u16string(length, u'a')).view() == std::u16string(length, u'a')) << length;
-    EXPECT_TRUE(EncodeXmlText(std::u16string(length, u'"')).view() == Repeated(u"&quot;", length)) << length;
-    EXPECT_TRUE(EncodeXmlText(std::u16string(length, u'\uFFFF')).view() == Repeated(u"&#65535;", length))
-        << length;
-    const WideString mixed =
-        EncodeXmlText(std::u16string(length, u'a') + u"\uFFFF" + std::u16string(length, u'b'));
-    EXPECT_TRUE(mixed.view() == std::u16string(length, u'a') + u"&#65535;" + std::u16string(length, u'b'))
-        << length;
+    const auto expectEscaped = [length](const std::u16string& plain, const std::u16string& escaped) {
+      EXPECT_TRUE(EncodeXmlText(plain).view() == escaped) << length;
+    };
+    const std::u16string a(length, u'a');
+    const std::u16string b(length, u'b');
+    expectEscaped(a, a);
+    expectEscaped(std::u16string(length, u'"'), Repeated(u"&quot;", length));
+    expectEscaped(std::u16string(length, u'\uFFFF'), Repeated(u"&#65535;", length));
+    expectEscaped(a + u"\uFFFF" + b, a + u"&#65535;" + b);
   }
 }
 

@@ -1,3 +1,4 @@
+// The namespaces of the service and of the standards.
 #include "support/namespaces.h"
 
 #include <gtest/gtest.h>

@@ -1,11 +1,13 @@
+// Numbers from texts and to texts.
 #include "support/numbers.h"
 
 #include <gtest/gtest.h>
 
 #include <cfloat>
 #include <cmath>
+#include <initializer_list>
 #include <limits>
-#include <vector>
+#include <utility>
 
 #include "support/comma_locale.h"
 #include "support/print_wide_string.h"
@@ -14,194 +16,106 @@ namespace qv {
 namespace {
 
 using std::literals::string_view_literals::operator""sv;
+using TextList = std::initializer_list<std::u16string_view>;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-struct ReadInt {
-  std::u16string_view text;
-  std::int32_t value;
-};
-
-void ExpectInts(const std::vector<ReadInt>& rows) {
-  for (const ReadInt& row : rows)
-    EXPECT_EQ(ParseInt(row.text), row.value) << testing::PrintToString(WideString(row.text));
+void ExpectInt(std::int32_t value, TextList texts) {
+  for (const std::u16string_view text : texts) EXPECT_EQ(ParseInt(text), value) << Shown(WideString(text));
 }
 
 TEST(ParseInt, BlanksSignAndDigitsAsFarAsTheyGo) {
-  ExpectInts({{u"0", 0},
-              {u"42", 42},
-              {u"-42", -42},
-              {u"+42", 42},
-              {u"007", 7},
-              {u" \t\n\v\f\r42", 42},
-              {u"  -42", -42},
-              {u"12abc", 12},
-              {u"12.9", 12},
-              {u"1,000", 1},
-              {u"1e3", 1},
-              {u"0x10", 0},
-              {u"1 2", 1},
-              {u"2147483647", 2147483647},
-              {u"-2147483648", INT32_MIN}});
+  ExpectInt(0, {u"0", u"0x10"});
+  ExpectInt(42, {u"42", u"+42", u" \t\n\v\f\r42"});
+  ExpectInt(-42, {u"-42", u"  -42"});
+  ExpectInt(12, {u"12abc", u"12.9"});
+  ExpectInt(1, {u"1,000", u"1e3", u"1 2"});
+  ExpectInt(7, {u"007"});
+  ExpectInt(2147483647, {u"2147483647"});
+  ExpectInt(INT32_MIN, {u"-2147483648"});
 }
 
 TEST(ParseInt, NoDigitsGiveZero) {
-  ExpectInts({{u"", 0},
-              {u"abc", 0},
-              {u"-", 0},
-              {u"+", 0},
-              {u"--5", 0},
-              {u"+-5", 0},
-              {u"-+5", 0},
-              {u"- 5", 0},
-              {u".5", 0},
-              {u"   ", 0}});
+  ExpectInt(0, {u"", u"abc", u"-", u"+", u"--5", u"+-5", u"-+5", u"- 5", u".5", u"   "});
 }
 
-TEST(ParseInt, BeyondThirtyTwoBitsTheLowOnesRemain) {
-  ExpectInts({{u"2147483648", INT32_MIN},
-              {u"-2147483649", 2147483647},
-              {u"4294967295", -1},
-              {u"4294967296", 0},
-              {u"4294967301", 5},
-              {u"-4294967301", -5},
-              {u"99999999999", 1215752191},
-              {u"9223372036854775807", -1}});
+TEST(ParseInt, BeyondItsRangeTheLowBitsRemain) {
+  ExpectInt(INT32_MIN, {u"2147483648"});
+  ExpectInt(2147483647, {u"-2147483649"});
+  ExpectInt(0, {u"4294967296", u"9223372036854775808", u"10000000000000000000000000000000000000000"});
+  ExpectInt(1, {u"18446744073709551617", u"-" + std::u16string(100, u'9')});
+  ExpectInt(-1, {u"4294967295", u"9223372036854775807", u"18446744073709551615", u"-18446744073709551617",
+                 std::u16string(100, u'9')});
+  ExpectInt(5, {u"4294967301", u"36893488147419103237"});
+  ExpectInt(-5, {u"-4294967301"});
+  ExpectInt(1215752191, {u"99999999999"});
 }
 
-TEST(ParseInt, BeyondSixtyFourBitsTheLowOnesRemain) {
-  ExpectInts({{u"9223372036854775808", 0},
-              {u"18446744073709551615", -1},
-              {u"18446744073709551617", 1},
-              {u"-18446744073709551617", -1},
-              {u"36893488147419103237", 5},
-              {u"10000000000000000000000000000000000000000", 0}});
-  EXPECT_EQ(ParseInt(std::u16string(100, u'9')), -1);
-  EXPECT_EQ(ParseInt(u"-" + std::u16string(100, u'9')), 1);
-}
-
+// The low byte of U+0131 is that of "1", of U+0120 that of a blank, of U+012D that of "-".
 TEST(ParseInt, UnitsThatOnlyLookLikeDigitsEndIt) {
-  ExpectInts({{u"\uFF11", 0},
-              {u"\u0131", 0},  // its low byte is that of "1"
-              {u"1\u0132", 1},
-              {u"\u0661", 0},
-              {u"\u0120"
-               u"5",
-               0},  // its low byte is that of a blank
-              {u"\u00A0"
-               u"5",
-               0},
-              {u"\u2003"
-               u"5",
-               0},
-              {u"\u012D"
-               u"5",
-               0},  // its low byte is that of "-"
-              {u"1\0"
-               u"2"sv,
-               1},
-              {u"\0"
-               u"12"sv,
-               0}});
+  ExpectInt(0, {u"\uFF11", u"\u0131", u"\u0661",
+                u"\u0120"
+                u"5",
+                u"\u00A0"
+                u"5",
+                u"\u2003"
+                u"5",
+                u"\u012D"
+                u"5",
+                u"\0"
+                u"12"sv});
+  ExpectInt(1, {u"1\u0132",
+                u"1\0"
+                u"2"sv});
 }
 
-struct ReadDouble {
-  std::u16string_view text;
-  double value;
-};
-
-void ExpectDoubles(const std::vector<ReadDouble>& rows) {
-  for (const ReadDouble& row : rows)
-    EXPECT_EQ(ParseDouble(row.text), row.value) << testing::PrintToString(WideString(row.text));
+void ExpectDouble(double value, TextList texts) {
+  for (const std::u16string_view text : texts) EXPECT_EQ(ParseDouble(text), value) << Shown(WideString(text));
 }
 
 TEST(ParseDouble, DecimalTextsAsFarAsTheyGo) {
-  ExpectDoubles({{u"0", 0.0},
-                 {u"3.14", 3.14},
-                 {u"+1.5", 1.5},
-                 {u"  -2.5e3xyz", -2500.0},
-                 {u" \t\n\v\f\r1.5", 1.5},
-                 {u".5", 0.5},
-                 {u"5.", 5.0},
-                 {u"-.5e1", -5.0},
-                 {u"1E2", 100.0},
-                 {u"1e+2", 100.0},
-                 {u"1e-2", 0.01},
-                 {u"1,5", 1.0},
-                 {u"1.5.5", 1.5},
-                 {u"1 2", 1.0},
-                 {u"0000001", 1.0}});
+  ExpectDouble(1.5, {u"+1.5", u" \t\n\v\f\r1.5", u"1.5.5", u"1.5\u0131",
+                     u"1.5\0"
+                     u"6"sv});
+  ExpectDouble(1.0, {u"1,5", u"1 2", u"0000001",
+                     u"1\u012E"
+                     u"5"});
+  ExpectDouble(100.0, {u"1E2", u"1e+2"});
+  const std::pair<std::u16string_view, double> rows[] = {
+      {u"3.14", 3.14},  {u"  -2.5e3xyz", -2500.0}, {u".5", 0.5},         {u"5.", 5.0},
+      {u"-.5e1", -5.0}, {u"1e-2", 0.01},           {u"2\U0001F600", 2.0}};
+  for (const auto& [text, value] : rows) ExpectDouble(value, {text});
 }
 
-TEST(ParseDouble, BrokenExponentIsLeftBehind) {
-  ExpectDoubles({{u"1e", 1.0}, {u"1e+", 1.0}, {u"1e-", 1.0}, {u"2.5ex", 2.5}, {u"1e 5", 1.0}});
+TEST(ParseDouble, ABrokenExponentEndsIt) {
+  ExpectDouble(1.0, {u"1e", u"1e+", u"1e-", u"1e 5"});
+  ExpectDouble(2.5, {u"2.5ex"});
 }
 
 TEST(ParseDouble, NoNumberGivesZero) {
-  ExpectDoubles({{u"", 0.0},
-                 {u"abc", 0.0},
-                 {u".", 0.0},
-                 {u"-", 0.0},
-                 {u"+-1", 0.0},
-                 {u"--1", 0.0},
-                 {u"- 1", 0.0},
-                 {u"e5", 0.0},
-                 {u".e5", 0.0},
-                 {u"in", 0.0},
-                 {u"na", 0.0},
-                 {u"\uFF11", 0.0},
-                 {u"\u0131", 0.0},
-                 {u"\u00A0"
-                  u"1",
-                  0.0}});
-}
-
-TEST(ParseDouble, UnitsBeyondAsciiEndIt) {
-  ExpectDoubles({{u"1.5\u0131", 1.5},
-                 {u"1\u012E"
-                  u"5",
-                  1.0},
-                 {u"2\U0001F600", 2.0},
-                 {u"1.5\0"
-                  u"6"sv,
-                  1.5}});
+  ExpectDouble(0.0, {u"0", u"", u"abc", u".", u"-", u"+-1", u"--1", u"- 1", u"e5", u".e5", u"in", u"na",
+                     u"\uFF11", u"\u0131",
+                     u"\u00A0"
+                     u"1"});
 }
 
 TEST(ParseDouble, HexadecimalIsRead) {
-  ExpectDoubles({{u"0x10", 16.0},
-                 {u"0X1P4", 16.0},
-                 {u"0x1.8p1", 3.0},
-                 {u"-0x1p-1", -0.5},
-                 {u"0x.8", 0.5},
-                 {u"0x1p", 1.0},
-                 {u"0x", 0.0},
-                 {u"0xg", 0.0}});
+  const std::pair<std::u16string_view, double> rows[] = {
+      {u"0x10", 16.0}, {u"0X1P4", 16.0}, {u"0x1.8p1", 3.0}, {u"-0x1p-1", -0.5},
+      {u"0x.8", 0.5},  {u"0x1p", 1.0},   {u"0x", 0.0},      {u"0xg", 0.0}};
+  for (const auto& [text, value] : rows) ExpectDouble(value, {text});
 }
 
-TEST(ParseDouble, InfinityIsRead) {
-  ExpectDoubles({{u"inf", kInfinity},
-                 {u"INF", kInfinity},
-                 {u"+Infinity", kInfinity},
-                 {u"-inf", -kInfinity},
-                 {u" -INFINITYx", -kInfinity},
-                 {u"infinit", kInfinity}});
+TEST(ParseDouble, InfinityIsReadAndReachedBeyondTheRange) {
+  ExpectDouble(kInfinity, {u"inf", u"INF", u"+Infinity", u"infinit", u"1e400", u"1e99999999999999999999",
+                           u"1.7976931348623159e308", u"0x1p99999", std::u16string(400, u'9')});
+  ExpectDouble(-kInfinity, {u"-inf", u" -INFINITYx", u"-1e400"});
+  ExpectDouble(0.0, {u"1e-400", u"1e-99999999999999999999", u"0e99999999999999999999"});
 }
 
 TEST(ParseDouble, NotANumberIsRead) {
   for (const std::u16string_view text : {u"nan"sv, u"NaN"sv, u"-nan"sv, u" NAN"sv, u"nan(12)"sv, u"nanx"sv})
-    EXPECT_TRUE(std::isnan(ParseDouble(text))) << testing::PrintToString(WideString(text));
-}
-
-TEST(ParseDouble, OutOfRangeBecomesInfinityOrZero) {
-  ExpectDoubles({{u"1e400", kInfinity},
-                 {u"-1e400", -kInfinity},
-                 {u"1e99999999999999999999", kInfinity},
-                 {u"1.7976931348623159e308", kInfinity},
-                 {u"1e-400", 0.0},
-                 {u"1e-99999999999999999999", 0.0},
-                 {u"0e99999999999999999999", 0.0},
-                 {u"0x1p99999", kInfinity}});
-  EXPECT_EQ(ParseDouble(std::u16string(400, u'9')), kInfinity);
+    EXPECT_TRUE(std::isnan(ParseDouble(text))) << Shown(WideString(text));
 }
 
 TEST(ParseDouble, SignSurvivesZeroAndUnderflow) {
@@ -211,70 +125,65 @@ TEST(ParseDouble, SignSurvivesZeroAndUnderflow) {
 }
 
 TEST(ParseDouble, IsRoundedCorrectly) {
-  ExpectDoubles({{u"0.1", 0.1},
-                 {u"0.30000000000000004", 0.30000000000000004},
-                 {u"9007199254740993", 9007199254740992.0},
-                 {u"2.2250738585072011e-308", 2.2250738585072011e-308},
-                 {u"4.9406564584124654e-324", DBL_TRUE_MIN},
-                 {u"1.7976931348623157e308", DBL_MAX},
-                 {u"1.7976931348623158e308", DBL_MAX}});
-  EXPECT_EQ(ParseDouble(u"1." + std::u16string(1000, u'0') + u"1"), 1.0);
-  EXPECT_EQ(ParseDouble(u"0." + std::u16string(350, u'0') + u"1e351"), 1.0);
+  ExpectDouble(0.1, {u"0.1"});
+  ExpectDouble(0.30000000000000004, {u"0.30000000000000004"});
+  ExpectDouble(9007199254740992.0, {u"9007199254740993"});
+  ExpectDouble(2.2250738585072011e-308, {u"2.2250738585072011e-308"});
+  ExpectDouble(DBL_TRUE_MIN, {u"4.9406564584124654e-324"});
+  ExpectDouble(DBL_MAX, {u"1.7976931348623157e308", u"1.7976931348623158e308"});
+  ExpectDouble(1.0,
+               {u"1." + std::u16string(1000, u'0') + u"1", u"0." + std::u16string(350, u'0') + u"1e351"});
 }
 
 TEST(DecimalText, IsPlainDecimal) {
-  EXPECT_EQ(DecimalText(0).view(), u"0"sv);
-  EXPECT_EQ(DecimalText(-7).view(), u"-7"sv);
-  EXPECT_EQ(DecimalText(1234567).view(), u"1234567"sv);
-  EXPECT_EQ(DecimalText(INT64_MAX).view(), u"9223372036854775807"sv);
-  EXPECT_EQ(DecimalText(INT64_MIN).view(), u"-9223372036854775808"sv);
+  const std::pair<std::int64_t, std::u16string_view> rows[] = {{0, u"0"},
+                                                               {-7, u"-7"},
+                                                               {1234567, u"1234567"},
+                                                               {INT64_MAX, u"9223372036854775807"},
+                                                               {INT64_MIN, u"-9223372036854775808"}};
+  for (const auto& [value, text] : rows) EXPECT_EQ(DecimalText(value).view(), text);
 }
 
-struct Written {
-  double value;
-  std::u16string_view text;
-};
+void ExpectSixSignificantDigits() {
+  const std::pair<double, std::u16string_view> rows[] = {{0.0, u"0"},
+                                                         {1.0, u"1"},
+                                                         {-2.5, u"-2.5"},
+                                                         {3.14159265, u"3.14159"},
+                                                         {0.1, u"0.1"},
+                                                         {123456.0, u"123456"},
+                                                         {123456.789, u"123457"},
+                                                         {100000.0, u"100000"},
+                                                         {999999.5, u"1e+06"},
+                                                         {1000000.0, u"1e+06"},
+                                                         {1234567.0, u"1.23457e+06"},
+                                                         {0.0001, u"0.0001"},
+                                                         {0.00001, u"1e-05"},
+                                                         {1e-7, u"1e-07"},
+                                                         {1e15, u"1e+15"},
+                                                         {1e100, u"1e+100"},
+                                                         {-1.5e-200, u"-1.5e-200"},
+                                                         {DBL_MAX, u"1.79769e+308"},
+                                                         {-0.0, u"-0"},
+                                                         {std::nan(""), u"nan"},
+                                                         {kInfinity, u"inf"},
+                                                         {-kInfinity, u"-inf"}};
+  for (const auto& [value, text] : rows) EXPECT_EQ(GeneralText(value).view(), text);
+  EXPECT_EQ(GeneralText(0.000123456789).view(), u"0.000123457"sv);
+  EXPECT_EQ(GeneralText(DBL_TRUE_MIN).view(), u"4.94066e-324"sv);
+}
 
 TEST(GeneralText, HasSixSignificantDigits) {
-  const Written rows[] = {
-      {0.0, u"0"},
-      {1.0, u"1"},
-      {-2.5, u"-2.5"},
-      {3.14159265, u"3.14159"},
-      {0.1, u"0.1"},
-      {123456.0, u"123456"},
-      {123456.789, u"123457"},
-      {100000.0, u"100000"},
-      {999999.5, u"1e+06"},
-      {1000000.0, u"1e+06"},
-      {1234567.0, u"1.23457e+06"},
-      {0.0001, u"0.0001"},
-      {0.00001, u"1e-05"},
-      {1e-7, u"1e-07"},
-      {0.000123456789, u"0.000123457"},
-      {1e15, u"1e+15"},
-      {1e100, u"1e+100"},
-      {-1.5e-200, u"-1.5e-200"},
-      {DBL_MAX, u"1.79769e+308"},
-      {DBL_TRUE_MIN, u"4.94066e-324"},
-      {-0.0, u"-0"},
-  };
-  for (const Written& row : rows) EXPECT_EQ(GeneralText(row.value).view(), row.text);
-}
-
-TEST(GeneralText, NamesWhatIsNoNumber) {
-  EXPECT_EQ(GeneralText(std::nan("")).view(), u"nan"sv);
-  EXPECT_EQ(GeneralText(kInfinity).view(), u"inf"sv);
-  EXPECT_EQ(GeneralText(-kInfinity).view(), u"-inf"sv);
+  ExpectSixSignificantDigits();
 }
 
 TEST(Numbers, KnowNoLocale) {
   const CommaLocale comma;
-  EXPECT_EQ(ParseDouble(u"1.5"), 1.5);
-  EXPECT_EQ(ParseDouble(u"1,5"), 1.0);
-  EXPECT_EQ(ParseInt(u"1.234"), 1);
+  ExpectDouble(1.5, {u"1.5"});
+  ExpectDouble(1.0, {u"1,5"});
+  ExpectInt(1, {u"1.234"});
   EXPECT_EQ(DecimalText(1234567).view(), u"1234567"sv);
   EXPECT_EQ(GeneralText(1234.5).view(), u"1234.5"sv);
+  ExpectSixSignificantDigits();
 }
 
 }  // namespace

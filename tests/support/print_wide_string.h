@@ -2,29 +2,14 @@
 #pragma once
 
 #include <ostream>
-#include <string>
 
-#include "qvscriptwells/wide_string.h"
+#include "fixtures/shown_text.h"
 
 namespace qv {
 
-// "null", or the units in quotes with everything but printable ASCII as \uXXXX.
+// "null", or the text in quotes.
 inline void PrintTo(const WideString& text, std::ostream* out) {
-  if (text.IsNull()) {
-    *out << "null";
-    return;
-  }
-  static const char kDigits[] = "0123456789ABCDEF";
-  std::string shown = "\"";
-  for (const char16_t unit : text.view()) {
-    if (unit >= 0x20 && unit < 0x7F) {
-      shown += static_cast<char>(unit);
-      continue;
-    }
-    shown += "\\u";
-    for (int shift = 12; shift >= 0; shift -= 4) shown += kDigits[(unit >> shift) & 0xF];
-  }
-  *out << shown << '"';
+  *out << (text.IsNull() ? "null" : '"' + Shown(text) + '"');
 }
 
 }  // namespace qv

@@ -1,3 +1,4 @@
+// Texts cut at a separator, neighbouring separators included.
 #include "support/tokenize_string.h"
 
 #include <gtest/gtest.h>
@@ -9,97 +10,84 @@ namespace {
 
 using std::literals::string_view_literals::operator""sv;
 
+using Pieces = std::vector<WideString>;
+
 struct Split {
-  const char* name;
   std::u16string_view text;
   std::u16string_view separator;
-  std::vector<WideString> pieces;  // those that count
+  Pieces pieces;  // those that count
 };
 
-void ExpectSplit(const Split& row) {
-  std::vector<WideString> tokens;
-  EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), row.pieces.size()) << row.name;
-  ASSERT_GE(tokens.size(), row.pieces.size()) << row.name;
-  EXPECT_LE(tokens.size(), row.pieces.size() + 1) << row.name;
-  for (std::size_t i = 0; i < row.pieces.size(); ++i)
-    EXPECT_EQ(tokens[i], row.pieces[i]) << row.name << ", " << i;
+void ExpectSplit(const std::vector<Split>& rows) {
+  for (const Split& row : rows) {
+    SCOPED_TRACE(Shown(WideString(row.text)));
+    Pieces tokens;
+    EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), row.pieces.size());
+    ASSERT_GE(tokens.size(), row.pieces.size());
+    EXPECT_LE(tokens.size(), row.pieces.size() + 1);
+    for (std::size_t i = 0; i < row.pieces.size(); ++i) EXPECT_EQ(tokens[i], row.pieces[i]) << i;
+  }
 }
 
 TEST(TokenizeString, PiecesBetweenSeparatorsCount) {
-  const Split rows[] = {
-      {"one separator", u"a=b", u"=", {u"a", u"b"}},
-      {"two separators", u"a=b=c", u"=", {u"a", u"b", u"c"}},
-      {"longer pieces", u"host:8080", u":", {u"host", u"8080"}},
-      {"closing separator", u"a=1;", u";", {u"a=1", u""}},
-      {"closing separator behind two", u"a=1;b=2;", u";", {u"a=1", u"b=2", u""}},
-      {"other characters stay", u" a ; b ", u";", {u" a ", u" b "}},
-      {"null unit inside", u"a\0b=c"sv, u"=", {WideString(u"a\0b"sv), u"c"}},
-      {"null unit as separator", u"a\0b"sv, u"\0"sv, {u"a", u"b"}},
-      {"case counts", u"aXbxc", u"x", {u"aXb", u"c"}},
-  };
-  for (const Split& row : rows) ExpectSplit(row);
+  const std::vector<Split> rows = {{u"a=b", u"=", {u"a", u"b"}},       {u"a=b=c", u"=", {u"a", u"b", u"c"}},
+                                   {u"a=1;", u";", {u"a=1", u""}},     {u" a ; b ", u";", {u" a ", u" b "}},
+                                   {u"a\0b"sv, u"\0"sv, {u"a", u"b"}}, {u"aXbxc", u"x", {u"aXb", u"c"}}};
+  ExpectSplit(rows);
+  ExpectSplit({{u"host:8080", u":", {u"host", u"8080"}},
+               {u"a=1;b=2;", u";", {u"a=1", u"b=2", u""}},
+               {u"a\0b=c"sv, u"=", {WideString(u"a\0b"sv), u"c"}}});
 }
 
-TEST(TokenizeString, SeparatorRightBehindASeparatorIsPartOfThePiece) {
-  const Split rows[] = {
-      {"two neighbours", u"a=1;;b=2", u";", {u"a=1", u";b=2"}},
-      {"two equal signs", u"a==b", u"=", {u"a", u"=b"}},
-      {"three neighbours", u"a===b", u"=", {u"a", u"=", u"b"}},
-      {"four neighbours", u"a====b", u"=", {u"a", u"=", u"=b"}},
-      {"two at the end", u"a==", u"=", {u"a", u"="}},
-      {"three at the end", u"a===", u"=", {u"a", u"=", u""}},
-      {"neighbours further on", u"a=b==c", u"=", {u"a", u"b", u"=c"}},
-      {"one unit between", u"a=b=", u"=", {u"a", u"b", u""}},
-  };
-  for (const Split& row : rows) ExpectSplit(row);
+TEST(TokenizeString, SeparatorRightAfterASeparatorIsPartOfThePiece) {
+  const std::vector<Split> rows = {
+      {u"a=1;;b=2", u";", {u"a=1", u";b=2"}}, {u"a==b", u"=", {u"a", u"=b"}},
+      {u"a===b", u"=", {u"a", u"=", u"b"}},   {u"a====b", u"=", {u"a", u"=", u"=b"}},
+      {u"a==", u"=", {u"a", u"="}},           {u"a===", u"=", {u"a", u"=", u""}},
+      {u"a=b==c", u"=", {u"a", u"b", u"=c"}}, {u"a=b=", u"=", {u"a", u"b", u""}}};
+  ExpectSplit(rows);
 }
 
+// A neighbour is not seen, one after at least one unit is.
 TEST(TokenizeString, SeparatorOfSeveralUnits) {
-  const Split rows[] = {
-      {"protocol", u"scheme://srv/a", u"://", {u"scheme", u"srv/a"}},
-      {"twice", u"a://b://c", u"://", {u"a", u"b", u"c"}},
-      {"nothing behind", u"a://", u"://", {u"a", u""}},
-      {"neighbour not seen", u"a://://b", u"://", {u"a", u"://b"}},
-      {"one unit between is seen", u"a://x://b", u"://", {u"a", u"x", u"b"}},
-      {"three neighbours", u"a://://://b", u"://", {u"a", u"://", u"b"}},
-      {"overlapping", u"aXXXb", u"XX", {u"a", u"Xb"}},
-      {"overlapping longer", u"aXXXXb", u"XX", {u"a", u"XXb"}},
-      {"five in a row", u"aXXXXXb", u"XX", {u"a", u"X", u"b"}},
-      {"slash before the path", u"a:///b", u"://", {u"a", u"/b"}},
-      {"backslashes", u"scheme:\\\\srv/a", u":\\\\", {u"scheme", u"srv/a"}},
-      {"first at one, one unit text", u"a::b", u"::", {u"a", u"b"}},
-  };
-  for (const Split& row : rows) ExpectSplit(row);
+  const std::vector<Split> rows = {{u"scheme://srv/a", u"://", {u"scheme", u"srv/a"}},
+                                   {u"a://b://c", u"://", {u"a", u"b", u"c"}},
+                                   {u"a://", u"://", {u"a", u""}},
+                                   {u"a://://b", u"://", {u"a", u"://b"}},
+                                   {u"a://x://b", u"://", {u"a", u"x", u"b"}},
+                                   {u"a://://://b", u"://", {u"a", u"://", u"b"}},
+                                   {u"aXXXb", u"XX", {u"a", u"Xb"}},
+                                   {u"aXXXXb", u"XX", {u"a", u"XXb"}},
+                                   {u"aXXXXXb", u"XX", {u"a", u"X", u"b"}},
+                                   {u"a:///b", u"://", {u"a", u"/b"}},
+                                   {u"a::b", u"::", {u"a", u"b"}}};
+  ExpectSplit(rows);
+  ExpectSplit({{u"scheme:\\\\srv/a", u":\\\\", {u"scheme", u"srv/a"}}});
 }
+
+struct Unsplit {
+  std::u16string_view text, separator;
+};
 
 TEST(TokenizeString, WithoutSeparatorThereIsNothing) {
-  const Split rows[] = {
-      {"none in the text", u"Username=joe", u";", {}},
-      {"empty text", u"", u";", {}},
-      {"empty separator", u"abc", u"", {}},
-      {"both empty", u"", u"", {}},
-      {"separator longer than the text", u":/", u"://", {}},
-      {"half a separator", u"a:/b", u"://", {}},
-  };
-  for (const Split& row : rows) {
+  const Unsplit rows[] = {{u"Username=joe", u";"}, {u"", u";"},      {u"abc", u""}, {u"", u""},
+                          {u":/", u"://"},         {u"a:/b", u"://"}};
+  for (const Unsplit& row : rows) {
     std::vector<WideString> tokens = {u"old", u"older"};
-    EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), 0u) << row.name;
-    EXPECT_TRUE(tokens.empty()) << row.name;
+    EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), 0u) << Shown(WideString(row.text));
+    EXPECT_TRUE(tokens.empty()) << Shown(WideString(row.text));
   }
 }
 
 TEST(TokenizeString, SeparatorAtTheStartGivesZeroAndOneEmptyToken) {
-  const Split rows[] = {
-      {"text behind", u";a;b", u";", {}},         {"separator only", u";", u";", {}},
-      {"separators only", u";;;", u";", {}},      {"several units", u"://srv/a", u"://", {}},
-      {"several units only", u"://", u"://", {}},
-  };
-  for (const Split& row : rows) {
+  const Unsplit rows[] = {
+      {u";a;b", u";"}, {u";", u";"}, {u";;;", u";"}, {u"://srv/a", u"://"}, {u"://", u"://"}};
+  for (const Unsplit& row : rows) {
     std::vector<WideString> tokens = {u"old", u"older"};
-    EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), 0u) << row.name;
-    ASSERT_EQ(tokens.size(), 1u) << row.name;
-    EXPECT_TRUE(tokens[0].IsEmpty()) << row.name;
-    EXPECT_FALSE(tokens[0].IsNull()) << row.name;
+    EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), 0u) << Shown(WideString(row.text));
+    ASSERT_EQ(tokens.size(), 1u) << Shown(WideString(row.text));
+    EXPECT_TRUE(tokens[0].IsEmpty()) << Shown(WideString(row.text));
+    EXPECT_FALSE(tokens[0].IsNull()) << Shown(WideString(row.text));
   }
 }
 
