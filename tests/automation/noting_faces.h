@@ -71,7 +71,7 @@ class Noting {
   template <class... Arguments>
   HRESULT Note(const char* member, const Arguments&... arguments) {
     std::string line = member;
-    const char* separator = "(";
+    [[maybe_unused]] const char* separator = "(";
     ((line += separator + ShownArgument(arguments), separator = ", "), ...);
     script_->calls.push_back(line + (sizeof...(arguments) == 0 ? "" : ")"));
     if (Failed(script_->code) && script_->leaveRecord) SetErrorInfo(script_->record);
