@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "tests/documents/markdown.h"
-#include "tests/documents/output_of.h"
+#include "tests/fixtures/output_of.h"
 
 namespace qv::documents {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "fixtures/raw_server.h"
 #include "tests/documents/markdown.h"
-#include "tests/documents/output_of.h"
+#include "tests/fixtures/output_of.h"
 
 namespace qv::documents {
 namespace {

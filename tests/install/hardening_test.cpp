@@ -1,20 +1,12 @@
 // What optimised builds have against attacks through memory errors, read from the binaries themselves.
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <memory>
 #include <ostream>
 #include <string>
 
-namespace {
+#include "fixtures/output_of.h"
 
-std::string Output(const std::string& command) {
-  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-  std::string text;
-  char piece[4096];
-  while (pipe != nullptr && std::fgets(piece, sizeof piece, pipe.get()) != nullptr) text += piece;
-  return text;
-}
+namespace {
 
 bool Has(const std::string& text, const char* piece) {
   return text.find(piece) != std::string::npos;
@@ -32,7 +24,7 @@ void PrintTo(const Binary& binary, std::ostream* out) {
 class Hardening : public testing::TestWithParam<Binary> {
  protected:
   static std::string ReadElf(const char* options) {
-    return Output(std::string("LC_ALL=C readelf -W ") + options + " '" + GetParam().path + "'");
+    return qv::OutputOf(std::string("LC_ALL=C readelf -W ") + options + " '" + GetParam().path + "'").text;
   }
 };
 
@@ -65,8 +57,9 @@ TEST_P(Hardening, CallsOfTheCLibraryAreChecked) {
 #ifdef CF_PROTECTION
 // Functions whose address is taken begin with a mark, without which the processor may refuse the jump.
 TEST_P(Hardening, TargetsOfJumpsAreMarked) {
-  EXPECT_TRUE(Has(Output(std::string("LC_ALL=C objdump -d --no-show-raw-insn '") + GetParam().path + "'"),
-                  "endbr64"));
+  EXPECT_TRUE(
+      Has(qv::OutputOf(std::string("LC_ALL=C objdump -d --no-show-raw-insn '") + GetParam().path + "'").text,
+          "endbr64"));
 }
 #endif
 

@@ -1,12 +1,10 @@
 // The examples as their readers run them, against the development service.
 #include <dlfcn.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
 #include <string>
 
 #include "fixtures/environment.h"
+#include "fixtures/output_of.h"
 #include "fixtures/temporary_directory.h"
 #include "qvscriptwells/result_codes.h"
 #include "service_fixture.h"
@@ -14,30 +12,15 @@
 namespace qv {
 namespace {
 
-struct Said {
-  std::string out;
-  int exit = -1;
-};
-
-Said RunProgram(const std::string& command) {
-  Said said;
-  std::FILE* const pipe = ::popen((command + " 2>&1").c_str(), "r");
-  if (pipe == nullptr) return said;
-  std::array<char, 4096> piece;
-  while (std::size_t count = std::fread(piece.data(), 1, piece.size(), pipe))
-    said.out.append(piece.data(), count);
-  const int status = ::pclose(pipe);
-  said.exit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return said;
-}
-
 class Examples : public devservice::testing::ServiceTest {
  protected:
   void SetUp() override { StartWith(devservice::testing::TestOptions()); }
-  Said Example(const std::string& program) { return RunProgram(program + " " + service_->Url()); }
+  CommandOutput Example(const std::string& program) {
+    return OutputOf(program + " " + service_->Url() + " 2>&1");
+  }
   void ExpectSays(const std::string& program, const char* out) {
-    const Said said = Example(program);
-    EXPECT_EQ(said.out, out);
+    const CommandOutput said = Example(program);
+    EXPECT_EQ(said.text, out);
     EXPECT_EQ(said.exit, 0);
   }
 };
@@ -69,16 +52,16 @@ TEST_F(Examples, LateBindingWithoutRegistrationFails) {
   const TemporaryDirectory directory;
   const EnvironmentVariable registry("QV_REGISTRY", directory.Path("registry.reg").c_str());
   const EnvironmentVariable config("XDG_CONFIG_HOME", directory.Path().c_str());
-  const Said said = Example(LATE_BINDING);
+  const CommandOutput said = Example(LATE_BINDING);
   EXPECT_EQ(said.exit, 1);
   const std::string start =
       "failed: The registry knows no class named \"QvScriptwells.QvScriptwells\"; looked in ";
-  EXPECT_EQ(said.out.rfind(start + directory.Path("registry.reg") + " (not there), ", 0), 0U) << said.out;
+  EXPECT_EQ(said.text.rfind(start + directory.Path("registry.reg") + " (not there), ", 0), 0U) << said.text;
 }
 
 TEST_F(Examples, ServerThatIsNotThereIsReported) {
-  const Said said = RunProgram(std::string(FIRST_CALL) + " http://127.0.0.1:1");
-  EXPECT_EQ(said.out, "failed: Cannot create a soap call.\n");
+  const CommandOutput said = OutputOf(FIRST_CALL " http://127.0.0.1:1 2>&1");
+  EXPECT_EQ(said.text, "failed: Cannot create a soap call.\n");
   EXPECT_EQ(said.exit, 1);
 }
 

@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <string>
 
-#include "certificates.h"
 #include "child_process.h"
+#include "fixtures/certificates.h"
 #include "fixtures/environment.h"
 #include "fixtures/temporary_directory.h"
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "fixtures/environment.h"
-#include "tests/components/http/tls_server.h"
+#include "tests/fixtures/tls_server.h"
 #include "tests/tools/options_fixture.h"
 #include "tests/tools/process.h"
 #include "tests/tools/transfer_server.h"

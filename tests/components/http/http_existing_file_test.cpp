@@ -1,7 +1,4 @@
 // HttpOptions::replaceFiles is false: what is there stays, whatever happens and on any file system.
-#include <linux/fs.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,45 +7,21 @@
 
 #include "file_fixture.h"
 #include "fixtures/progress_listener.h"
-
-namespace {
-
-// What a file system is without.
-bool g_noRenameToFreeName = false;
-bool g_noLinks = false;
-
-int Refused(int error) noexcept {
-  errno = error;
-  return -1;
-}
-
-}  // namespace
-
-// In place of the C library's, so that a test can have such a file system.
-extern "C" int renameat2(int fromDirectory, const char* from, int toDirectory, const char* to,
-                         unsigned flags) noexcept {
-  if (g_noRenameToFreeName) return Refused(EINVAL);
-  return static_cast<int>(syscall(SYS_renameat2, fromDirectory, from, toDirectory, to, flags));
-}
-
-extern "C" int link(const char* from, const char* to) noexcept {
-  if (g_noLinks) return Refused(EPERM);
-  return static_cast<int>(syscall(SYS_link, from, to));
-}
+#include "system_calls.h"
 
 namespace qv::test {
 namespace {
 
 class ExistingFile : public HttpFileTest {
  protected:
-  ~ExistingFile() override { g_noRenameToFreeName = g_noLinks = false; }
-
-  // Runs `test` on each kind of file system, in an empty directory.
+  // Runs `test` on each kind of file system, in an empty directory: one that can do everything, one that
+  // cannot rename to a free name, and one that has no links either.
   void OnEachFileSystem(const std::function<void()>& test) {
-    for (const auto& [noRename, noLinks] : {std::pair(false, false), {true, false}, {true, true}}) {
-      SCOPED_TRACE(::testing::Message() << "without renaming " << noRename << ", without links " << noLinks);
-      g_noRenameToFreeName = noRename;
-      g_noLinks = noLinks;
+    for (int missing = 0; missing <= 2; ++missing) {
+      SCOPED_TRACE(missing);
+      SystemCalls calls;
+      if (missing > 0) calls.Fail("renameat2", EINVAL, 1000);
+      if (missing > 1) calls.Fail("link", EPERM, 1000);
       StartAnew();
       test();
       std::filesystem::remove(Path("f"));

@@ -11,7 +11,7 @@
 #include "file_fixture.h"
 #include "fixtures/ordinary_user.h"
 #include "fixtures/progress_listener.h"
-#include "sync_calls.h"
+#include "system_calls.h"
 
 namespace qv::test {
 namespace {
@@ -165,7 +165,7 @@ class HttpFileSyncTest : public HttpFileTest {
     return Receive(Path(name));
   }
 
-  SyncCalls calls_;
+  SystemCalls calls_;
 };
 
 TEST_F(HttpFileSyncTest, FileIsOnTheDiskBeforeItIsSeenAndItsNameAfterwards) {
@@ -176,7 +176,7 @@ TEST_F(HttpFileSyncTest, FileIsOnTheDiskBeforeItIsSeenAndItsNameAfterwards) {
 
 TEST_F(HttpFileSyncTest, FileThatDoesNotReachTheDiskLeavesTheOldOne) {
   files_.Write("f", "old");
-  calls_.FailSync(EIO, 1);
+  calls_.Fail("fsync", EIO, 1);
   EXPECT_EQ(ReceiveNew("f"), HTTP_E_WRITE_FAULT);
   ExpectWriteFailure("Input/output error");
   ExpectOnly("old");
@@ -184,15 +184,15 @@ TEST_F(HttpFileSyncTest, FileThatDoesNotReachTheDiskLeavesTheOldOne) {
 }
 
 TEST_F(HttpFileSyncTest, FullDiskHasItsOwnCode) {
-  calls_.FailSync(ENOSPC, 1);
+  calls_.Fail("fsync", ENOSPC, 1);
   EXPECT_EQ(ReceiveNew("f"), HTTP_E_DISK_FULL);
   EXPECT_EQ(files_.Count(), 0);
 }
 
 TEST_F(HttpFileSyncTest, SignalsAndFileSystemsWithoutSyncDoNoHarm) {
-  calls_.FailSync(EINTR, 3);
+  calls_.Fail("fsync", EINTR, 3);
   EXPECT_EQ(ReceiveNew("f"), S_OK);
-  calls_.FailSync(EINVAL, 2);
+  calls_.Fail("fsync", EINVAL, 2);
   EXPECT_EQ(ReceiveNew("g"), S_OK);
   ExpectContent("g", "new");
 }

@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "http_fixture.h"
-#include "interrupted_connect.h"
+#include "system_calls.h"
 
 namespace qv::test {
 namespace {
@@ -36,22 +36,25 @@ TEST_F(HttpSignalTest, SignalsDoNotDisturbAWait) {
 
 TEST_F(HttpSignalTest, ConnectThatASignalInterruptsIsTriedAgain) {
   Answer("ok");
-  const FailingConnects interrupted(EINTR, 3);
+  SystemCalls calls;
+  calls.Fail("connect", EINTR, 3);
   ExpectText("ok");
-  EXPECT_EQ(interrupted.Left(), 0);
+  EXPECT_EQ(calls.Left("connect"), 0);
   EXPECT_EQ(server_.Connections(), 1u);
 }
 
 TEST_F(HttpSignalTest, EndlessSignalsEndWithTheTimeToConnect) {
   Limit(&HttpOptions::connectTimeout, 50);
-  const FailingConnects interrupted(EINTR, 1'000'000'000);
+  SystemCalls calls;
+  calls.Fail("connect", EINTR, 1'000'000'000);
   EXPECT_EQ(Exchange(2).code, HTTP_E_TIMED_OUT);
 }
 
 TEST_F(HttpSignalTest, ConnectThatIsRefusedIsNotTriedAgain) {
-  const FailingConnects refused(ECONNREFUSED, 2);
+  SystemCalls calls;
+  calls.Fail("connect", ECONNREFUSED, 2);
   EXPECT_EQ(Exchange(2).code, HTTP_E_NOT_CONNECTED);
-  EXPECT_EQ(refused.Left(), 1);
+  EXPECT_EQ(calls.Left("connect"), 1);
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 
 #include "fixtures/environment.h"
 #include "fixtures/temporary_directory.h"
+#include "fixtures/tls_server.h"
 #include "http_fixture.h"
-#include "tls_server.h"
 
 namespace qv::test {
 namespace {
