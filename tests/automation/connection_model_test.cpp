@@ -11,7 +11,7 @@
 #include "qvscriptwells/create_objects.h"
 #include "script/execute_envelope.h"
 #include "script/fake_parameters.h"
-#include "session/session_answers.h"
+#include "fixtures/soap_texts.h"
 
 namespace qv {
 namespace {

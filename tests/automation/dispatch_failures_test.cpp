@@ -10,7 +10,7 @@
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
-#include "session/session_answers.h"
+#include "fixtures/soap_texts.h"
 
 namespace qv {
 namespace {

@@ -13,7 +13,7 @@
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
-#include "session/session_answers.h"
+#include "fixtures/soap_texts.h"
 
 namespace qv {
 namespace {

@@ -17,7 +17,7 @@
 #include "qvscriptwells/error_info.h"
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/xml_library_hold.h"
-#include "session/session_answers.h"
+#include "fixtures/soap_texts.h"
 
 namespace qv {
 namespace {

@@ -1,67 +1,29 @@
 // Attached files as parameters: the request that names them, and the uploads that come before it.
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "fixtures/counting_object.h"
 #include "script/fake_attached_file.h"
-#include "script/fake_parameters.h"
 #include "script/upload_fixture.h"
-#include "soap/soap_call.h"
 
 namespace qv {
 namespace {
 
-constexpr char16_t kDone[] =
-    u"<soap:Envelope><soap:Body><ExecuteResponse><r xsi:type=\"xsd:int\">1</r></ExecuteResponse></soap:Body>"
-    u"</soap:Envelope>";
-
-std::string TicketElement(const std::string& name, const std::string& ticket) {
-  return ParameterElement(name, "FileTicket", "<Id xsi:type=\"string\">" + ticket + "</Id>");
+Variant Object(const IUnknownPtr& object) {
+  return Variant::FromObject(object.get());
 }
 
 class AttachedFileOnWire : public UploadFixture {
  protected:
-  AttachedFileOnWire() {
-    map_[u"ScriptLanguage"] = Variant::FromString(u"VBScript");
-    map_[u"Script"] = Variant::FromString(u"a<b");
-  }
-  void TearDown() override {
-    UploadFixture::TearDown();
-    EXPECT_EQ(CountingObject::Live(), 0);
+  AttachedFileOnWire() { PutScript(); }
+  // A list of the library's with the file under this key.
+  IParametersPtr One(const WideString& key = u"doc") { return List({{key, Object(file_)}}); }
+  static std::string RequestFor(const std::string& ticket, const std::string& key = "doc") {
+    return RequestWith(ParameterArray("1", TicketElement(key, ticket)));
   }
 
-  void Run(IUnknown* parameters) {
-    map_[u"parameters"] = Variant::FromObject(parameters);
-    CSOAPCall().Run(CQvUrl(u"http://srv:8080/svc"), u"Execute", u"", map_);
-  }
-  std::string RunThrows(IUnknown* parameters) {
-    return Thrown([&] { Run(parameters); });
-  }
-  // The last request, which is the host's.
-  std::string Sent(IUnknown* parameters) {
-    http_.Answer(kDone);
-    Run(parameters);
-    return http_.Bodies().back();
-  }
-  void Add(const WideString& key, IUnknown* object) {
-    EXPECT_EQ(list_->Add(key, Variant::FromObject(object), nullptr), S_OK);
-  }
-  // A list from elsewhere with one parameter "k".
-  FakeParametersPtr Foreign(const Variant& value, const WideString& typeName) {
-    FakeParametersPtr list(new FakeParameters(&log_));
-    list->Put(u"k", value, typeName);
-    return list;
-  }
-
-  FakeLog log_;
-  IParametersPtr list_ = CreateParameters();
+  const IAttachedFilePtr second_ = CreateAttachedFile(u"/second");
 };
 
-TEST_F(AttachedFileOnWire, ElementStandsLikeThis) {
+TEST_F(AttachedFileOnWire, ElementIsWrittenLikeThis) {
   AnswerUpload(u"http://files/up?t=t1");
-  Add(u"doc", file_.get());
-  EXPECT_EQ(Sent(list_.get()),
+  EXPECT_EQ(Sent(One()),
             RequestWith("<parameters xmlns:ns1=\"http://schemas.xmlsoap.org/soap/encoding/\" "
                         "xmlns:ns2=\"http://quorvane.example/dev/ns/SOF/2.0\" "
                         "ns1:arrayType=\"ns2:Parameter[1]\">"
@@ -72,93 +34,68 @@ TEST_F(AttachedFileOnWire, ElementStandsLikeThis) {
                         "</parameters>"));
 }
 
-TEST_F(AttachedFileOnWire, TicketIsEscaped) {
+TEST_F(AttachedFileOnWire, TicketIsEscapedAndNullOrEmptyIsEmpty) {
   AnswerUpload(u"http://files/up?t=&lt;&quot;&amp;&apos;&gt;&#233;&#128512;");
-  Add(u"<k>", file_.get());
-  EXPECT_EQ(Sent(list_.get()),
-            RequestWith(ParameterArray(
-                "1", TicketElement("&lt;k&gt;", "&lt;&quot;&amp;&apos;&gt;&#233;&#55357;&#56832;"))));
-}
-
-TEST_F(AttachedFileOnWire, NullAndEmptyTicketsGoOutEmpty) {
+  EXPECT_EQ(Sent(One(u"<k>")), RequestFor("&lt;&quot;&amp;&apos;&gt;&#233;&#55357;&#56832;", "&lt;k&gt;"));
+  file_ = CreateAttachedFile(u"/a");
   AnswerUpload(u"http://files/up");
-  Add(u"a", file_.get());
-  EXPECT_EQ(Sent(list_.get()), RequestWith(ParameterArray("1", TicketElement("a", ""))));
-  EXPECT_EQ(TicketOf(file_.get()), "<null>, -1");
+  EXPECT_EQ(Sent(One()), RequestFor(""));
+  EXPECT_EQ(TicketOf(file_), "<null>, -1");
   AnswerUpload(u"http://files/up?t=");
-  EXPECT_EQ(Sent(list_.get()), RequestWith(ParameterArray("1", TicketElement("a", ""))));
+  EXPECT_EQ(Sent(One()), RequestFor(""));
 }
 
-TEST_F(AttachedFileOnWire, UploadIsCompleteBeforeTheRequestGoesOut) {
+TEST_F(AttachedFileOnWire, UploadIsCompleteBeforeTheRequestIsSent) {
   map_[u"Proxy"] = Variant::FromString(u"proxy");
   AnswerUpload(u"http://files/up?t=t1");
-  Add(u"doc", file_.get());
-  Sent(list_.get());
-  EXPECT_EQ(Opens(), (Lines{"Open(http, srv, 8080, , , )", "Open(http, files, 80, , , proxy)",
-                            "Open(http, srv, 8080, , , proxy)"}));
-  EXPECT_EQ(Closes(), "RSRSRS");
-  EXPECT_EQ(http_.Bodies(),
-            (Lines{FreshRequest(), RequestWith(ParameterArray("1", TicketElement("doc", "t1")))}));
-  EXPECT_EQ(TicketOf(file_.get()), "t1, -1");
+  Sent(One());
+  EXPECT_EQ(http_.Opens(), (Lines{"Open(http, srv, 8080, , , )", "Open(http, files, 80, , , proxy)",
+                                  "Open(http, srv, 8080, , , proxy)"}));
+  EXPECT_EQ(http_.Closes(), "RSRSRS");
+  EXPECT_EQ(http_.Bodies(), (Lines{FreshRequest(), RequestFor("t1")}));
+  EXPECT_EQ(TicketOf(file_), "t1, -1");
 }
 
-TEST_F(AttachedFileOnWire, FilesGoOutOneAfterAnotherInListOrder) {
-  const IAttachedFilePtr second = CreateAttachedFile(u"/second");
-  EXPECT_EQ(second->put_TicketId(u"old"), S_OK);
+TEST_F(AttachedFileOnWire, FilesAreSentOneAfterAnotherInListOrder) {
+  EXPECT_EQ(second_->put_TicketId(u"old"), S_OK);
   AnswerUpload(u"http://files/up?t=t1");
   AnswerUpload(u"http://files/up?t=t2");
-  Add(u"a", file_.get());
-  EXPECT_EQ(list_->Add(u"n", Variant::FromInt(7), nullptr), S_OK);
-  Add(u"b", second.get());
-  Sent(list_.get());
+  Sent(List({{u"a", Object(file_)}, {u"n", Variant::FromInt(7)}, {u"b", Object(second_)}}));
   EXPECT_EQ(http_.CallsNamed("SendFile("), (Lines{"SendFile(c:\\data\\a b.txt)", "SendFile(/second)"}));
   EXPECT_EQ(http_.Bodies(), (Lines{FreshRequest(), AgainRequest("old"),
                                    RequestWith(ParameterArray("3", TicketElement("a", "t1") +
                                                                        ParameterElement("n", "xsd:int", "7") +
                                                                        TicketElement("b", "t2")))}));
-  EXPECT_EQ(TicketOf(file_.get()), "t1, -1");
-  EXPECT_EQ(TicketOf(second.get()), "t2, -1");
+  EXPECT_EQ(TicketOf(file_), "t1, -1");
+  EXPECT_EQ(TicketOf(second_), "t2, -1");
 }
 
 TEST_F(AttachedFileOnWire, SameFileTwiceIsSentUnderItsFirstTicket) {
   AnswerUpload(u"http://files/up?t=t1");
   AnswerUpload(u"http://files/up?t=t2");
-  Add(u"a", file_.get());
-  Add(u"b", file_.get());
-  Sent(list_.get());
+  Sent(List({{u"a", Object(file_)}, {u"b", Object(file_)}}));
   EXPECT_EQ(http_.Bodies(),
             (Lines{FreshRequest(), AgainRequest("t1"),
                    RequestWith(ParameterArray("2", TicketElement("a", "t1") + TicketElement("b", "t2")))}));
 }
 
-TEST_F(AttachedFileOnWire, FailureAtTheSecondFileLeavesTheTicketOfTheFirst) {
-  const IAttachedFilePtr second = CreateAttachedFile(u"/second");
+TEST_F(AttachedFileOnWire, FailureAfterAFileKeepsItsTicket) {
   AnswerUpload(u"http://files/up?t=t1");
-  http_.Answer(UrlAnswer(u"http://files/up?t=t2"));
-  http_.Fail(HttpStep::kSendFile, HTTP_E_FILE_NOT_FOUND, u"no such file", 2);
-  Add(u"a", file_.get());
-  Add(u"b", second.get());
-  EXPECT_EQ(RunThrows(list_.get()), "EQvException 0x00000000 no such file");
-  EXPECT_EQ(http_.Bodies(), (Lines{FreshRequest(), FreshRequest()}));
-  EXPECT_EQ(TicketOf(file_.get()), "t1, -1");
-  EXPECT_EQ(TicketOf(second.get()), "t2, -1");
-}
-
-TEST_F(AttachedFileOnWire, FailureBehindAFileKeepsItsTicketAndSendsNothing) {
-  AnswerUpload(u"http://files/up?t=t1");
-  Add(u"a", file_.get());
-  EXPECT_EQ(list_->Add(u"b", Variant(), nullptr), S_OK);
-  EXPECT_EQ(RunThrows(list_.get()), kNoDocument);
+  EXPECT_EQ(RunThrows(List({{u"a", Object(file_)}, {u"b", Variant()}})), kNoDocument);
   EXPECT_EQ(http_.Bodies(), Lines{FreshRequest()});
-  EXPECT_EQ(TicketOf(file_.get()), "t1, -1");
+  EXPECT_EQ(TicketOf(file_), "t1, -1");
+  AnswerUpload(u"http://files/up?t=t3");
+  http_.Answer(UrlAnswer(u"http://files/up?t=t2"));
+  http_.Fail(HttpStep::kSendFile, HTTP_E_FILE_NOT_FOUND, u"no such file", 3);
+  EXPECT_EQ(RunThrows(List({{u"a", Object(file_)}, {u"b", Object(second_)}})), Refused("no such file"));
+  EXPECT_EQ(http_.Bodies(), (Lines{FreshRequest(), FreshRequest(), FreshRequest()}));
+  EXPECT_EQ(TicketOf(file_), "t3, -1");
+  EXPECT_EQ(TicketOf(second_), "t2, -1");
 }
 
-TEST_F(AttachedFileOnWire, FaultOfTheNestedCallIsTheCallsOwn) {
-  http_.Answer(
-      u"<soap:Envelope><soap:Body><soap:Fault><faultstring>no room</faultstring></soap:Fault>"
-      u"</soap:Body></soap:Envelope>");
-  Add(u"a", file_.get());
-  EXPECT_EQ(RunThrows(list_.get()), "EQvException 0x00000000 no room");
+TEST_F(AttachedFileOnWire, FaultOfTheNestedCallFailsTheCall) {
+  http_.Answer(FaultAnswer(u"no room"));
+  EXPECT_EQ(RunThrows(One()), Refused("no room"));
   EXPECT_EQ(http_.Bodies().size(), 1u);
 }
 
@@ -166,56 +103,39 @@ TEST_F(AttachedFileOnWire, TypeNameMatchesInAnyCase) {
   int calls = 0;
   for (const char16_t* name : {u"attachedfile", u"ATTACHEDFILE", u"aTTACHEDfILE", u"AttachedFile"}) {
     AnswerUpload(u"http://files/up?t=t" + std::u16string(1, static_cast<char16_t>(u'0' + calls)));
-    EXPECT_EQ(Sent(Foreign(Variant::FromObject(file_.get()), name).get()),
-              RequestWith(ParameterArray("1", TicketElement("k", "t" + std::to_string(calls++)))));
+    EXPECT_EQ(Sent(Foreign(Object(file_), name)), RequestFor("t" + std::to_string(calls++), "k"));
   }
 }
 
-TEST_F(AttachedFileOnWire, SimilarTypeNameIsNone) {
-  for (const char16_t* name : {u"AttachedFiles", u"AttachedFil", u" AttachedFile", u"xsd:AttachedFile"}) {
-    EXPECT_EQ(RunThrows(Foreign(Variant::FromObject(file_.get()), name).get()), kNoDocument);
-    EXPECT_TRUE(http_.Calls().empty());
-  }
-  EXPECT_EQ(TicketOf(file_.get()), "<null>, 0");
-}
-
-TEST_F(AttachedFileOnWire, FileUnderAnotherTypeNameIsWrittenByThatType) {
-  EXPECT_EQ(Sent(Foreign(Variant::FromObject(file_.get()), u"boolean").get()).find("FileTicket"),
-            std::string::npos);
+TEST_F(AttachedFileOnWire, FileUnderAnotherTypeNameIsNotUploaded) {
+  for (const char16_t* name : {u"AttachedFiles", u"AttachedFil", u" AttachedFile", u"xsd:AttachedFile"})
+    ExpectRefused(Foreign(Object(file_), name));
+  EXPECT_EQ(TicketOf(file_), "<null>, 0");
+  EXPECT_EQ(Sent(Foreign(Object(file_), u"boolean")).find("FileTicket"), std::string::npos);
   EXPECT_EQ(http_.Bodies().size(), 1u);
 }
 
-TEST_F(AttachedFileOnWire, ObjectThatIsNoFileIsAnUnknownProblem) {
+TEST_F(AttachedFileOnWire, ValueThatIsNotAFileIsAnUnknownProblem) {
   const CountingObjectPtr object(new CountingObject);
-  EXPECT_EQ(RunThrows(Foreign(Variant::FromObject(object.get()), u"AttachedFile").get()), kUnknownProblem);
-  EXPECT_TRUE(http_.Calls().empty());
-  map_.clear();
-  EXPECT_EQ(object->References(), 1u);
-}
-
-TEST_F(AttachedFileOnWire, ValueThatIsNoObjectIsAnUnknownProblem) {
-  for (const Variant& value : {Variant::FromObject(nullptr), Variant::FromString(u"/a"), Variant::FromInt(1),
-                               Variant(), Variant::Null()}) {
-    EXPECT_EQ(RunThrows(Foreign(value, u"AttachedFile").get()), kUnknownProblem) << value.Tag();
-    EXPECT_TRUE(http_.Calls().empty());
+  for (const Variant& value : {Object(object), Object(nullptr), Variant::FromString(u"/a"),
+                               Variant::FromInt(1), Variant(), Variant::Null()}) {
+    SCOPED_TRACE(value.Tag());
+    ExpectRefused(Foreign(value, u"AttachedFile"), kUnknownProblem);
   }
+  EXPECT_EQ(object->References(), 1u);
 }
 
 TEST_F(AttachedFileOnWire, MissingKeyOfTheUploadIsRefused) {
   map_.erase(u"UploadFile");
-  Add(u"a", file_.get());
-  EXPECT_EQ(RunThrows(list_.get()), kNoDocument);
-  EXPECT_TRUE(http_.Calls().empty());
+  ExpectRefused(One());
 }
 
 TEST_F(AttachedFileOnWire, ReferencesAreGivenBack) {
   const FakeAttachedFilePtr file(new FakeAttachedFile(&http_, u"/a"));
   AnswerUpload(u"http://files/up?t=t1");
-  Sent(Foreign(Variant::FromObject(file.get()), u"AttachedFile").get());
+  Sent(Foreign(Object(file), u"AttachedFile"));
   http_.Fail(HttpStep::kOpen, E_FAIL, u"no route", 4);
-  EXPECT_EQ(RunThrows(Foreign(Variant::FromObject(file.get()), u"AttachedFile").get()),
-            "EQvException 0x00000000 Cannot create a soap call.");
-  map_.clear();
+  EXPECT_EQ(RunThrows(Foreign(Object(file), u"AttachedFile")), kNoSoapCall);
   EXPECT_EQ(file->References(), 1u);
 }
 

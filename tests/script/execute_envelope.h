@@ -1,27 +1,35 @@
-// The pieces around a request's script and parameters, written out as they stand on the wire.
+// The pieces of a request for a script, written out as they stand on the wire.
 #pragma once
 
 #include <string>
 
+#include "fixtures/soap_texts.h"
+
 namespace qv {
 
-// The whole request for session "u1", language "VBScript", script "a<b" and this "parameters" element.
-inline std::string RequestWith(const std::string& parameters) {
-  return "<SOAP-ENV:Envelope xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" "
-         "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
-         "xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\">"
-         "<SOAP-ENV:Body>"
-         "<Execute xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
-         "<usid xsi:type=\"xsd:string\">u1</usid>"
-         "<Script xsi:type=\"xsd:string\">"
-         "&lt;Scriptwell Language=&quot;VBScript&quot; "
-         "xmlns:xsi=&quot;http://www.w3.org/2001/XMLSchema-instance&quot; "
+// The whole request for session "u1" with this text in its "Script" element, and this "parameters" element.
+inline std::string RequestOfFile(const std::string& script, const std::string& parameters) {
+  return SoapRequest(
+      "<Execute xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
+      "<usid xsi:type=\"xsd:string\">u1</usid>"
+      "<Script xsi:type=\"xsd:string\">" +
+      script + "</Script>" + parameters + "</Execute>");
+}
+
+// The text that a script in this language makes; both are escaped already, the script twice.
+inline std::string ScriptDocument(const std::string& language, const std::string& script) {
+  return "&lt;Scriptwell Language=&quot;" + language +
+         "&quot; xmlns:xsi=&quot;http://www.w3.org/2001/XMLSchema-instance&quot; "
          "xsi:schemaLocation=&quot;http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0 "
          "http://quorvane.example/dev/schema/scriptwellsApp/scriptwell/1.0/scriptwell.xsd&quot; "
          "xmlns=&quot;http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0&quot;&gt;"
-         "&lt;Code&gt;a&amp;lt;b&lt;/Code&gt;&lt;/Scriptwell&gt;"
-         "</Script>" +
-         parameters + "</Execute></SOAP-ENV:Body></SOAP-ENV:Envelope>";
+         "&lt;Code&gt;" +
+         script + "&lt;/Code&gt;&lt;/Scriptwell&gt;";
+}
+
+// The whole request for session "u1", language "VBScript", script "a<b" and this "parameters" element.
+inline std::string RequestWith(const std::string& parameters) {
+  return RequestOfFile(ScriptDocument("VBScript", "a&amp;lt;b"), parameters);
 }
 
 constexpr char kNoParameters[] =
@@ -44,6 +52,15 @@ inline std::string ParameterElement(const std::string& name, const std::string& 
   return "<Parameter xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
          "<Name xsi:type=\"xsd:string\">" +
          name + "</Name><Value xsi:type=\"" + type + "\">" + content + "</Value></Parameter>";
+}
+// That of an attached file under this ticket.
+inline std::string TicketElement(const std::string& name, const std::string& ticket) {
+  return ParameterElement(name, "FileTicket", "<Id xsi:type=\"string\">" + ticket + "</Id>");
+}
+
+// The whole request for one parameter "k".
+inline std::string RequestWithOne(const std::string& type, const std::string& content) {
+  return RequestWith(ParameterArray("1", ParameterElement("k", type, content)));
 }
 
 }  // namespace qv

@@ -1,5 +1,5 @@
-// An attached file as another program might bring it: it notes what it is asked, and how many calls the HTTP
-// component had seen by then, keeps ticket and flag by the usual rule, and fails where a test says.
+// An attached file as another program might bring it: it notes its calls, each with the number of calls that
+// the HTTP component had by then, keeps ticket and flag by the usual rule, and fails where a test says.
 #pragma once
 
 #include <map>
@@ -8,46 +8,26 @@
 
 #include "automation/dispatch_faces.h"
 #include "fixtures/fake_http.h"
+#include "fixtures/fake_object.h"
 #include "fixtures/shown_text.h"
 #include "qvscriptwells/value_objects.h"
 
 namespace qv {
 
-class FakeAttachedFile final : public AttachedFileDispatch {
+class FakeAttachedFile final : public FakeObject<AttachedFileDispatch> {
  public:
   FakeAttachedFile(const FakeHttp* http, const WideString& name) : http_(http), name_(name) {}
 
   // The operation of this name fails and changes nothing.
   void Fail(const std::string& operation, HRESULT code) { failures_[operation] = code; }
-  void Hold(const WideString& ticket) {
-    ticket_ = ticket;
-    flag_ = VARIANT_TRUE;
-  }
-  // From other languages truth comes as 1, too.
-  void Hold(const WideString& ticket, VARIANT_BOOL flag) {
+  // Other languages say true with other numbers, too.
+  void Hold(const WideString& ticket, VARIANT_BOOL flag = VARIANT_TRUE) {
     ticket_ = ticket;
     flag_ = flag;
   }
   // Such as "put_TicketId(t1) after 15".
   const std::vector<std::string>& Log() const { return log_; }
-  const WideString& Ticket() const { return ticket_; }
   VARIANT_BOOL Flag() const { return flag_; }
-  std::uint32_t References() const { return references_; }
-
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (iid != IUnknown::kIid && iid != IAttachedFile::kIid) return E_NOINTERFACE;
-    *object = static_cast<IAttachedFile*>(this);
-    AddRef();
-    return S_OK;
-  }
-  std::uint32_t AddRef() noexcept override { return ++references_; }
-  std::uint32_t Release() noexcept override {
-    const std::uint32_t left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
 
   HRESULT get_Filename(WideString* value) noexcept override {
     const HRESULT code = Note("get_Filename");
@@ -86,8 +66,6 @@ class FakeAttachedFile final : public AttachedFileDispatch {
   HRESULT put_CleanUp(std::int32_t) noexcept override { return Unwanted("put_CleanUp"); }
 
  private:
-  ~FakeAttachedFile() = default;
-
   HRESULT Note(const std::string& operation, const std::string& argument = "") {
     log_.push_back(operation + argument + " after " + std::to_string(http_->Calls().size()));
     const auto failure = failures_.find(operation);
@@ -104,7 +82,6 @@ class FakeAttachedFile final : public AttachedFileDispatch {
   VARIANT_BOOL flag_ = VARIANT_FALSE;
   std::map<std::string, HRESULT> failures_;
   std::vector<std::string> log_;
-  std::uint32_t references_ = 0;
 };
 
 using FakeAttachedFilePtr = boost::intrusive_ptr<FakeAttachedFile>;

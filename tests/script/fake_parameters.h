@@ -1,5 +1,5 @@
-// A parameter list and its parameters as another program might bring them: they note what they are asked,
-// give what a test puts in, and fail where it says.
+// A parameter list and its parameters as another program might bring them: they note their calls, return what
+// a test puts in, and fail where it says.
 #pragma once
 
 #include <map>
@@ -7,32 +7,19 @@
 #include <vector>
 
 #include "automation/dispatch_faces.h"
+#include "fixtures/fake_object.h"
 
 namespace qv {
 
 using FakeLog = std::vector<std::string>;
 
-class FakeParameter final : public ParameterDispatch {
+class FakeParameter final : public FakeObject<ParameterDispatch> {
  public:
   FakeParameter(FakeLog* log, const WideString& key, const Variant& value, const WideString& typeName)
       : log_(log), key_(key), value_(value), typeName_(typeName) {}
   // The operation of this name fails.
   void Fail(const std::string& operation, HRESULT code) { failures_[operation] = code; }
 
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (iid != IUnknown::kIid && iid != IParameter::kIid) return E_NOINTERFACE;
-    *object = static_cast<IParameter*>(this);
-    AddRef();
-    return S_OK;
-  }
-  std::uint32_t AddRef() noexcept override { return ++references_; }
-  std::uint32_t Release() noexcept override {
-    const std::uint32_t left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
   HRESULT SetValues(const WideString&, const Variant&) noexcept override { return Note("SetValues"); }
   HRESULT get_ParamKey(WideString* key) noexcept override {
     *key = key_;
@@ -48,7 +35,6 @@ class FakeParameter final : public ParameterDispatch {
   }
 
  private:
-  ~FakeParameter() = default;
   HRESULT Note(const std::string& operation) {
     log_->push_back(operation);
     const auto failure = failures_.find(operation);
@@ -60,10 +46,9 @@ class FakeParameter final : public ParameterDispatch {
   Variant value_;
   WideString typeName_;
   std::map<std::string, HRESULT> failures_;
-  std::uint32_t references_ = 0;
 };
 
-class FakeParameters final : public ParametersDispatch {
+class FakeParameters final : public FakeObject<ParametersDispatch> {
  public:
   explicit FakeParameters(FakeLog* log) : log_(log) {}
   FakeParameter* Put(const WideString& key, const Variant& value, const WideString& typeName) {
@@ -75,22 +60,7 @@ class FakeParameters final : public ParametersDispatch {
   void SayNegativeSize(std::int16_t size) { size_ = size; }
   void FailSize(HRESULT code) { sizeFailure_ = code; }
   void FailFind(std::size_t index, HRESULT code) { findFailures_[index] = code; }
-  std::uint32_t References() const { return references_; }
 
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (iid != IUnknown::kIid && iid != IParameters::kIid) return E_NOINTERFACE;
-    *object = static_cast<IParameters*>(this);
-    AddRef();
-    return S_OK;
-  }
-  std::uint32_t AddRef() noexcept override { return ++references_; }
-  std::uint32_t Release() noexcept override {
-    const std::uint32_t left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
   HRESULT Add(const WideString&, const Variant&, IParameter**) noexcept override { return Unwanted("Add"); }
   HRESULT Remove(std::int16_t) noexcept override { return Unwanted("Remove"); }
   HRESULT Clear() noexcept override { return Unwanted("Clear"); }
@@ -111,7 +81,6 @@ class FakeParameters final : public ParametersDispatch {
   }
 
  private:
-  ~FakeParameters() = default;
   HRESULT Unwanted(const char* operation) {
     log_->push_back(operation);
     return E_NOTIMPL;
@@ -122,7 +91,6 @@ class FakeParameters final : public ParametersDispatch {
   std::int16_t size_ = 0;
   HRESULT sizeFailure_ = S_OK;
   std::map<std::size_t, HRESULT> findFailures_;
-  std::uint32_t references_ = 0;
 };
 
 using FakeParametersPtr = boost::intrusive_ptr<FakeParameters>;

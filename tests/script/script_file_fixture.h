@@ -1,19 +1,19 @@
-// The content of the "Script" element that a script document makes, and what a bad one raises.
+// The content of the "Script" element that a script document makes, and what a bad one throws.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "fixtures/known_failures.h"
 #include "fixtures/shown_text.h"
+#include "fixtures/temporary_directory.h"
 #include "fixtures/thrown.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "script/execute_command.h"
-#include "script/script_files.h"
+#include "script/execute_envelope.h"
 
 namespace qv {
-
-constexpr char kScriptFileRefused[] = "EQvException 0x00000000 Cannot create the xml document.";
 
 class ScriptFileFixture : public testing::Test {
  protected:
@@ -22,20 +22,23 @@ class ScriptFileFixture : public testing::Test {
     CExecuteCommand().Serialize(stream, u"", u"", u"", map);
     return Shown(WideString(stream.view()));
   }
-  static std::string RequestFor(const WideString& name) {
-    return RequestFor(NamedArguments{{u"ContextHandle", Variant::FromString(u"u1")},
-                                     {u"ScriptFile", Variant::FromString(name)}});
-  }
   // The "Script" element's content for a file name as a host gives it.
   static std::string Named(const WideString& name) {
     const std::string start = "<Script xsi:type=\"xsd:string\">";
-    const std::string text = RequestFor(name);
+    const std::string text = RequestFor(
+        {{u"ContextHandle", Variant::FromString(u"u1")}, {u"ScriptFile", Variant::FromString(name)}});
     const std::size_t from = text.find(start) + start.size();
     return text.substr(from, text.find("</Script>") - from);
   }
   static std::string Named(const std::string& name) { return Named(FromUtf8(name)); }
-  // The same for a file with these bytes.
-  std::string Script(const std::string& bytes) const { return Named(files_.Write("script.xml", bytes)); }
+  // The same for a file with these bytes, without the two line ends that follow every document.
+  std::string Script(const std::string& bytes) const {
+    const std::string content = Named(files_.Write("script.xml", bytes));
+    const std::string ends = "\\u000A\\u000A";
+    if (content.size() < ends.size() || content.substr(content.size() - ends.size()) != ends)
+      return "no line ends after " + content;
+    return content.substr(0, content.size() - ends.size());
+  }
 
   static std::string Refusal(const WideString& name) {
     return Thrown([&name] { Named(name); });
@@ -45,7 +48,7 @@ class ScriptFileFixture : public testing::Test {
     return Refusal(files_.Write("script.xml", bytes));
   }
 
-  ScriptFiles files_;
+  TemporaryDirectory files_;
 
  private:
   XmlLibraryHold library_;

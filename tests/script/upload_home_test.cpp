@@ -1,9 +1,8 @@
 // Where an upload finds its scripts.
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <string>
 
+#include "fixtures/current_directory.h"
 #include "script/upload_fixture.h"
 
 namespace qv {
@@ -11,11 +10,15 @@ namespace {
 
 class UploadHome : public UploadFixture {
  protected:
-  // The request that goes out for the file.
+  // The request that is sent for the file.
   std::string Sent() {
-    AnswerUpload(u"http://files/up?ticket=t1");
+    AnswerUpload();
     EXPECT_EQ(UploadThrows(), "nothing");
     return http_.Bodies().empty() ? "nothing" : http_.Bodies().back();
+  }
+  std::string SentFrom(const std::string& home) {
+    SetHome(home);
+    return Sent();
   }
   void ExpectNoScript() {
     EXPECT_EQ(UploadThrows(), kNoDocument);
@@ -23,27 +26,19 @@ class UploadHome : public UploadFixture {
   }
 };
 
-TEST_F(UploadHome, DirectoryMayEndInABackslashOrNot) {
-  SetHome(home_.Path());
-  EXPECT_EQ(Sent(), FreshRequest());
-  SetHome(home_.Path() + "\\\\");
-  EXPECT_EQ(TicketOf(file_.get()), "t1, -1");
-  EXPECT_EQ(Sent(), FreshRequest());
-}
-
-TEST_F(UploadHome, DirectoryMayEndInASlashOrBeWrittenWithBackslashes) {
-  SetHome(home_.Path() + "/");
-  EXPECT_EQ(Sent(), FreshRequest());
-  home_.Write("in ner/ClientScripts/UploadScriptWithoutTicketdId.xml", "<inner/>");
-  SetHome(home_.Path() + "\\\\in ner");
-  EXPECT_EQ(Sent(), RequestOfFile("&lt;inner/&gt;\\u000A\\u000A",
-                                  ParameterArray("1", ParameterElement("fileTicket", "xsd:string", "t1"))));
+TEST_F(UploadHome, DirectoryMayEndInASeparatorOrNotAndBeWrittenWithBackslashes) {
+  for (const char* end : {"", "\\\\", "/"}) {
+    EXPECT_EQ(SentFrom(home_.Path() + end), FreshRequest());
+    EXPECT_EQ(TicketOf(file_), "t1, -1");
+  }
+  home_.Write("in ner/ClientScripts/UploadScript.xml", "<inner/>");
+  EXPECT_EQ(SentFrom(home_.Path() + "\\\\in ner"),
+            RequestOfFile("&lt;inner/&gt;\\u000A\\u000A", kNoParameters));
 }
 
 TEST_F(UploadHome, WithoutADirectoryTheScriptsAreBelowTheCurrentOne) {
-  SetHome("");
   const CurrentDirectory current(home_.Path());
-  EXPECT_EQ(Sent(), FreshRequest());
+  EXPECT_EQ(SentFrom(""), FreshRequest());
   EXPECT_EQ(Sent(), AgainRequest("t1"));
 }
 
@@ -52,22 +47,20 @@ TEST_F(UploadHome, WithoutADirectoryAndScriptsThereIsNoUpload) {
   const TemporaryDirectory elsewhere;
   const CurrentDirectory current(elsewhere.Path());
   ExpectNoScript();
-  EXPECT_EQ(TicketOf(file_.get()), "<null>, 0");
+  EXPECT_EQ(TicketOf(file_), "<null>, 0");
 }
 
-// 130 units do not fit where the home directory is read.
-TEST_F(UploadHome, DirectoryThatIsTooLongIsNone) {
+// 130 units are too many for the place that the home directory is read into.
+TEST_F(UploadHome, DirectoryThatIsTooLongCountsAsNone) {
   const std::string path = home_.Path();
   const std::string fill(128 - path.size(), 'd');
   home_.Write(fill + "/ClientScripts/UploadScript.xml", "<longest/>");
   home_.Write(fill + "d/ClientScripts/UploadScript.xml", "<long/>");
   ASSERT_EQ((path + "/" + fill).size(), 129u);
-  SetHome(path + "/" + fill);
-  EXPECT_EQ(Sent(), RequestOfFile("&lt;longest/&gt;\\u000A\\u000A", kNoParameters));
-  EXPECT_EQ(TicketOf(file_.get()), "t1, -1");
-  SetHome(path + "/" + fill + "d");
+  EXPECT_EQ(SentFrom(path + "/" + fill), RequestOfFile("&lt;longest/&gt;\\u000A\\u000A", kNoParameters));
+  EXPECT_EQ(TicketOf(file_), "t1, -1");
   const CurrentDirectory current(path);
-  EXPECT_EQ(Sent(), FreshRequest());
+  EXPECT_EQ(SentFrom(path + "/" + fill + "d"), FreshRequest());
 }
 
 TEST_F(UploadHome, EachUseHasItsOwnScript) {
@@ -78,29 +71,28 @@ TEST_F(UploadHome, EachUseHasItsOwnScript) {
   EXPECT_EQ(Sent(), FreshRequest());
 }
 
+TEST_F(UploadHome, ScriptIsReadAgainForEachFile) {
+  EXPECT_EQ(Sent(), FreshRequest());
+  home_.Write("ClientScripts/UploadScriptWithoutTicketdId.xml", "<changed/>");
+  EXPECT_EQ(Sent(), AgainRequest("t1", "changed"));
+}
+
 TEST_F(UploadHome, MissingScriptKeepsTheTicketAndClearsTheFlag) {
   EXPECT_EQ(file_->put_TicketId(u"t0"), S_OK);
   SetHome("/nowhere");
   ExpectNoScript();
-  EXPECT_EQ(TicketOf(file_.get()), "t0, 0");
+  EXPECT_EQ(TicketOf(file_), "t0, 0");
 }
 
 TEST_F(UploadHome, BrokenScriptIsNotSent) {
-  home_.Write("ClientScripts/UploadScript.xml", "<fresh>");
-  ExpectNoScript();
-  home_.Write("ClientScripts/UploadScript.xml", "");
-  ExpectNoScript();
-  EXPECT_EQ(TicketOf(file_.get()), "<null>, 0");
+  for (const char* script : {"<fresh>", ""}) {
+    home_.Write("ClientScripts/UploadScript.xml", script);
+    ExpectNoScript();
+  }
+  EXPECT_EQ(TicketOf(file_), "<null>, 0");
 }
 
-TEST_F(UploadHome, ScriptIsReadAfreshForEachFile) {
-  EXPECT_EQ(Sent(), FreshRequest());
-  home_.Write("ClientScripts/UploadScriptWithoutTicketdId.xml", "<changed/>");
-  EXPECT_EQ(Sent(), RequestOfFile("&lt;changed/&gt;\\u000A\\u000A",
-                                  ParameterArray("1", ParameterElement("fileTicket", "xsd:string", "t1"))));
-}
-
-// What stands before a ":" counts as a scheme, and none is fetched.
+// The text before a ":" counts as a scheme, and nothing is fetched.
 TEST_F(UploadHome, DirectoryThatLooksLikeAUrlIsRefused) {
   SetHome("ab:c");
   ExpectNoScript();
