@@ -66,7 +66,7 @@ class ConnectionModelObject : public testing::Test {
 };
 
 TEST_F(ConnectionModelObject, SessionOpensRunsAScriptAndCloses) {
-  for (const std::u16string_view answer : {kSessionOpened, kScriptRan, kSessionClosed}) http_.Answer(answer);
+  for (const std::u16string_view answer : {kSessionOpened, kScriptDone, kSessionClosed}) http_.Answer(answer);
   ExpectSuccess(Open());
   ExpectSuccess(Execute());
   ExpectSuccess(model_->CloseUserSession());
@@ -86,7 +86,7 @@ TEST_F(ConnectionModelObject, EveryMemberClearsTheStaleRecord) {
 TEST_F(ConnectionModelObject, ParametersTravel) {
   const IParametersPtr list = CreateParameters();
   list->Add(u"a", Variant::FromInt(1), nullptr);
-  ExpectSuccess(ExecuteIn(kScriptRan, list.get()));
+  ExpectSuccess(ExecuteIn(kScriptDone, list.get()));
   EXPECT_EQ(http_.Bodies().back(), RequestWith(ParameterArray("1", ParameterElement("a", "xsd:int", "1"))));
 }
 
@@ -173,7 +173,7 @@ TEST_F(ConnectionModelObject, ResultIsReplacedOnSuccessOnly) {
   EXPECT_EQ(Execute(), DISP_E_EXCEPTION);
   EXPECT_EQ(Shown(result_.Text()), "before");
   LeaveStaleRecord();
-  ExpectSuccess(ExecuteIn(kScriptRan));
+  ExpectSuccess(ExecuteIn(kScriptDone));
   EXPECT_EQ(Shown(result_.Text()), "done");
 }
 
@@ -236,7 +236,7 @@ TEST_F(ConnectionModelObject, ReferencesToAListAreReturned) {
   const FakeParametersPtr list(new FakeParameters(&log));
   list->Put(u"a", Variant::FromInt(1), u"int");
   model_->SetUSID(u"u1");
-  http_.Answer(kScriptRan);
+  http_.Answer(kScriptDone);
   ExpectSuccess(Execute(list.get()));
   http_.Fail(HttpStep::kSend, E_FAIL, u"reset", 2);
   EXPECT_EQ(Execute(list.get()), DISP_E_EXCEPTION);

@@ -186,7 +186,7 @@ TEST_F(DispatchModelFailures, RefusedDownloadGivesANullText) {
 
 TEST_F(DispatchModelFailures, SuccessLeavesTheFailureAlone) {
   AdoptSession();
-  http_.Answer(kScriptRan);
+  http_.Answer(kScriptDone);
   LateCall call = Execute();
   EXPECT_EQ(call.Code(), "0x00000000");
   EXPECT_EQ(ShownValue(call.result), "VT_BSTR done");

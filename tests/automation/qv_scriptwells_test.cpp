@@ -97,7 +97,7 @@ TEST_F(ClientObject, WholeSessionRuns) {
   WideString text;
   ASSERT_EQ(credentials->ToString(&text), S_OK);
   EXPECT_EQ(Shown(text), "DbReplicationId=r;Username=joe;Password=;");
-  for (const std::u16string_view answer : {kSessionOpened, kScriptRan, kSessionClosed}) http.Answer(answer);
+  for (const std::u16string_view answer : {kSessionOpened, kScriptDone, kSessionClosed}) http.Answer(answer);
   EXPECT_EQ(model->CreateUserSession(text), S_OK);
   Variant result;
   EXPECT_EQ(model->Execute(u"VBScript", u"1", nullptr, &result), S_OK);
@@ -123,7 +123,7 @@ TEST_F(ClientObject, WholeSessionRunsByName) {
   LateCall list(client_.get(), IdOf(client_.get(), u"Parameters"));
   EXPECT_EQ(list.Code(), "0x00000000");
 
-  for (const std::u16string_view answer : {kSessionOpened, kScriptRan, kSessionClosed}) http.Answer(answer);
+  for (const std::u16string_view answer : {kSessionOpened, kScriptDone, kSessionClosed}) http.Answer(answer);
   EXPECT_EQ(CallByName(model, u"CreateUserSession", {Text(u"Username=joe;")}), "VT_EMPTY");
   EXPECT_EQ(CallByName(model, u"Execute", {Text(u"VBScript"), Text(u"1"), list.result}), "VT_BSTR done");
   EXPECT_EQ(CallByName(model, u"CloseUserSession"), "VT_EMPTY");

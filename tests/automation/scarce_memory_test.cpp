@@ -87,7 +87,7 @@ TEST(ScarceMemory, ExecuteFailsWithACodeAndTheNextOneWorks) {
             (std::set<std::string>{failed, "_com_error 0x8000FFFF <null>"}));  // the latter for the arguments
   EXPECT_EQ(codesWithout(Memory::kTexts), (std::set<std::string>{failed, "_com_error 0x8007000E <null>"}));
   RegisterClassCreator(CLSID_HttpComponent, fake);
-  http.Answer(kScriptRan);
+  http.Answer(kScriptDone);
   EXPECT_EQ(model->Execute(language, script, nullptr, &result), S_OK);
   EXPECT_EQ(Shown(result.Text()), "done");
   ClearErrorInfo();
@@ -97,7 +97,7 @@ TEST(ScarceMemory, ExecuteFailsWithACodeAndTheNextOneWorks) {
 TEST(ScarceMemory, CallsOnAFreshThreadNeedNoMemoryOfTheCLibrary) {
   EnsureFormaters();
   FakeHttp http;
-  http.Answer(kScriptRan);
+  http.Answer(kScriptDone);
   const int before = RememberedThreadEnds();
   std::thread([] {
     const IConnectionModelPtr model = CreateConnectionModel();

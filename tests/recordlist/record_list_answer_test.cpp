@@ -129,7 +129,7 @@ TEST_F(RecordListCall, AnsweredTableCannotBeSentBack) {
 // A parameter of another program may name its type itself, and then the table travels.
 TEST_F(RecordListCall, ForeignParameterThatNamesTheTypeIsSent) {
   AdoptSession();
-  http_.Answer(kScriptRan);
+  http_.Answer(kScriptDone);
   FakeLog log;
   const FakeParametersPtr list(new FakeParameters(&log));
   list->Put(u"t", Variant::FromObject(List().get()), u"recordlist");

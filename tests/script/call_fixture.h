@@ -43,7 +43,7 @@ class CallFixture : public testing::Test {
   // The request that is sent for this list, the last one when uploads come first.
   std::string Sent(const IUnknownPtr& parameters) {
     map_[u"parameters"] = Variant::FromObject(parameters.get());
-    http_.Answer(kScriptRan);
+    http_.Answer(kScriptDone);
     Run();
     map_.erase(u"parameters");
     EXPECT_EQ(http_.LiveObjects(), 0);

@@ -12,7 +12,7 @@ class ParametersOnWire : public CallFixture {
 };
 
 TEST_F(ParametersOnWire, AbsentListIsTheNilForm) {
-  http_.Answer(kScriptRan);
+  http_.Answer(kScriptDone);
   Run();
   EXPECT_EQ(http_.Bodies().back(), RequestWith(kNoParameters));
 }

@@ -1,4 +1,4 @@
-// The client's logic with a host that notes what it is asked, and a look at what its model sends.
+// The client's logic with a host that notes its calls, and a look at what its model sends.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,14 +11,13 @@
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
+#include "fixtures/known_failures.h"
+#include "fixtures/soap_texts.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/thrown.h"
 #include "session/qv_scriptwells_impl.h"
-#include "session/session_answers.h"
 
 namespace qv {
-
-inline constexpr char kNoPointer[] = "_com_error 0x80004003 <null>";
 
 class ClientLogic : public testing::Test {
  protected:
@@ -26,7 +25,7 @@ class ClientLogic : public testing::Test {
       : services_(new SpeakingServices(&log_)), provider_(new SpeakingProvider(&log_, services_->Unknown())) {
     EnsureFormaters();
     services_->Answer("GetUsid", Nulls());
-    client_.reset(new QvScriptwellsImpl);
+    Restart();
   }
   void TearDown() override {
     client_.reset();
@@ -38,20 +37,28 @@ class ClientLogic : public testing::Test {
     EXPECT_EQ(ModuleLocks(), 0);
   }
 
+  // A new client, with nothing noted. The one before has to release the module.
+  void Restart() {
+    client_.reset();
+    EXPECT_EQ(ModuleLocks(), 0);
+    client_ = std::make_unique<QvScriptwellsImpl>();
+    log_.clear();
+  }
   std::string Init(IUnknown* provider) {
     return Thrown([&] { client_->Init(provider); });
   }
+  std::string Init() { return Init(provider_.get()); }
   // Ready for ConnectionModel, with nothing noted.
   void MakeReady() {
-    ASSERT_EQ(Init(provider_.get()), "nothing");
+    ASSERT_EQ(Init(), "nothing");
     client_->put_ServerName(u"http://srv");
     log_.clear();
   }
   std::string ReadModel() {
     return Thrown([this] { client_->get_ConnectionModel(); });
   }
-  // The session that a model holds: what it sends when it closes it; "none" when nothing goes out.
-  std::string SessionOf(IConnectionModel* model) {
+  // The session that a model holds: what it sends when it closes it; "none" when it sends nothing.
+  std::string SessionOf(const IConnectionModelPtr& model) {
     FakeHttp http;
     http.Answer(kSessionClosed);
     model->CloseUserSession();
@@ -61,8 +68,9 @@ class ClientLogic : public testing::Test {
     const std::size_t start = body.find(opening) + opening.size();
     return body.substr(start, body.find("</usid>") - start);
   }
+  std::string SessionOfModel() { return SessionOf(client_->get_ConnectionModel()); }
   // Where a model sends its requests.
-  std::string ServerOf(IConnectionModel* model) {
+  std::string ServerOf(const IConnectionModelPtr& model) {
     FakeHttp http;
     EXPECT_EQ(model->SetUSID(u"u"), S_OK);
     http.Answer(kSessionClosed);

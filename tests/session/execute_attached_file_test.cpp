@@ -1,12 +1,8 @@
 // Scripts with attached files, run through the model.
-#include <gtest/gtest.h>
-
 #include <string>
 
-#include "script/fake_attached_file.h"
 #include "script/upload_fixture.h"
 #include "session/connection_model_impl.h"
-#include "session/session_answers.h"
 
 namespace qv {
 namespace {
@@ -16,27 +12,25 @@ class ModelAttachedFile : public UploadFixture {
   ModelAttachedFile() {
     model_.SetServer(u"http://srv:8080", u"proxy:3128");
     model_.SetUSID(u"u1");
-    EXPECT_EQ(list_->Add(u"doc", Variant::FromObject(file_.get()), nullptr), S_OK);
   }
   std::string ExecuteThrows() {
     return Thrown([this] { model_.Execute(u"VBScript", u"a<b", list_.get()); });
   }
   static std::string RequestFor(const std::string& ticket) {
-    return RequestWith(ParameterArray(
-        "1", ParameterElement("doc", "FileTicket", "<Id xsi:type=\"string\">" + ticket + "</Id>")));
+    return RequestWith(ParameterArray("1", TicketElement("doc", ticket)));
   }
 
-  IParametersPtr list_ = CreateParameters();
+  const IParametersPtr list_ = List({{u"doc", Variant::FromObject(file_.get())}});
   ConnectionModelImpl model_;
 };
 
-// The script goes to the server directly, the file and the host's request through the proxy.
+// The script is sent to the server directly, the file and the host's request through the proxy.
 TEST_F(ModelAttachedFile, UploadsComeFirstAndTheProxyIsForTheFile) {
   AnswerUpload(u"http://files/up?t=t1");
-  http_.Answer(kScriptRan);
+  http_.Answer(kScriptDone);
   EXPECT_EQ(ExecuteThrows(), "nothing");
-  EXPECT_EQ(Opens(), (Lines{"Open(http, srv, 8080, , , )", "Open(http, files, 80, , , proxy)",
-                            "Open(http, srv, 8080, , , proxy)"}));
+  EXPECT_EQ(http_.Opens(), (Lines{"Open(http, srv, 8080, , , )", "Open(http, files, 80, , , proxy)",
+                                  "Open(http, srv, 8080, , , proxy)"}));
   EXPECT_EQ(http_.CallsNamed("OpenRequest("),
             (Lines{"OpenRequest(POST, /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx, text/xml, 0)",
                    "OpenRequest(POST, /up?t=t1, */*, 0)",
@@ -46,19 +40,19 @@ TEST_F(ModelAttachedFile, UploadsComeFirstAndTheProxyIsForTheFile) {
 
 TEST_F(ModelAttachedFile, SecondCallSendsTheFileUnderItsTicket) {
   AnswerUpload(u"http://files/up?t=t1");
-  http_.Answer(kScriptRan);
+  http_.Answer(kScriptDone);
   AnswerUpload(u"http://files/up?t=t2");
-  http_.Answer(kScriptRan);
+  http_.Answer(kScriptDone);
   EXPECT_EQ(ExecuteThrows(), "nothing");
   EXPECT_EQ(ExecuteThrows(), "nothing");
   EXPECT_EQ(http_.Bodies(), (Lines{FreshRequest(), RequestFor("t1"), AgainRequest("t1"), RequestFor("t2")}));
-  EXPECT_EQ(TicketOf(file_.get()), "t2, -1");
+  EXPECT_EQ(TicketOf(file_), "t2, -1");
 }
 
 TEST_F(ModelAttachedFile, FailedUploadKeepsSessionAndState) {
   AnswerUpload(u"http://files/up?t=t1");
   http_.Fail(HttpStep::kSendFile, E_FAIL, u"no such file");
-  EXPECT_EQ(ExecuteThrows(), "EQvException 0x00000000 no such file");
+  EXPECT_EQ(ExecuteThrows(), Refused("no such file"));
   EXPECT_EQ(model_.State(), SessionState::kOpen);
   EXPECT_EQ(Shown(model_.ContextHandle()), "u1");
   EXPECT_EQ(Shown(model_.CookieHandle()), "");
@@ -67,7 +61,7 @@ TEST_F(ModelAttachedFile, FailedUploadKeepsSessionAndState) {
 
 TEST_F(ModelAttachedFile, WithoutASessionNothingIsUploaded) {
   model_.SetUSID(u"");
-  EXPECT_EQ(ExecuteThrows(), "EQvException 0x00000000 Session does not exist.");
+  EXPECT_EQ(ExecuteThrows(), kNoSession);
   EXPECT_TRUE(http_.Calls().empty());
 }
 

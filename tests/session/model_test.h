@@ -3,15 +3,23 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
+#include "fixtures/known_failures.h"
 #include "fixtures/shown_text.h"
+#include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
 #include "session/connection_model_impl.h"
-#include "session/session_answers.h"
 
 namespace qv {
+
+using Lines = std::vector<std::string>;
+
+constexpr char kServerFault[] = "EQvException 0x80040005 server words";  // kFaultFive as an exception
 
 class ModelTest : public testing::Test {
  protected:
@@ -20,8 +28,13 @@ class ModelTest : public testing::Test {
     model_.SetServer(u"http://srv", u"");
     model_.SetClientServices(host_->Unknown());
   }
+  void TearDown() override {
+    EXPECT_EQ(http_.LiveObjects(), 0);
+    model_.SetClientServices(nullptr);
+    EXPECT_EQ(host_->References(), 1u);
+  }
 
-  // A session "u1" that was opened elsewhere: no request, no word to the host.
+  // A session "u1" that was opened elsewhere: no request, no call of the host.
   void AdoptSession() { model_.SetUSID(u"u1"); }
   std::string CreateThrows(const WideString& connectionString = u"Username=joe;") {
     return Thrown([&] { model_.CreateUserSession(connectionString); });
@@ -32,12 +45,16 @@ class ModelTest : public testing::Test {
   std::string ExecuteThrows(IParameters* parameters = nullptr) {
     return Thrown([&] { model_.Execute(u"VBScript", u"a<b", parameters); });
   }
+  // Session id and cookie in the form of shown_text.h.
+  void ExpectSession(SessionState state, const std::string& id, const std::string& cookie) const {
+    EXPECT_EQ(model_.State(), state);
+    EXPECT_EQ(Shown(model_.ContextHandle()), id);
+    EXPECT_EQ(Shown(model_.CookieHandle()), cookie);
+  }
 
   FakeHttp http_;
   FakeHostPtr host_;
   ConnectionModelImpl model_;
 };
-
-using Lines = std::vector<std::string>;
 
 }  // namespace qv

@@ -1,154 +1,111 @@
-// The logic behind the client object: its model. What it asks the host, in which order, and what reaches the
-// model.
+// The client's logic and its model: what it asks the host, in which order, and what reaches the model.
 #include "session/client_logic.h"
-
-#include <ostream>
-
-#include "automation/slot_order.h"
-#include "qvscriptwells/com_error.h"
 
 namespace qv {
 namespace {
 
-constexpr char kNoUrl[] = "_com_error 0x80020009 Cannot parse url, expecting 'http://' after protocol name.";
+constexpr char kBadServer[] =
+    "_com_error 0x80020009 Cannot parse url, expecting 'http://' after protocol name.";
 
-TEST_F(ClientLogic, InitAsksForTheServicesAndThenForTheSession) {
-  EXPECT_EQ(Init(provider_.get()), "nothing");
-  EXPECT_EQ(log_, (HostLog{"GetService(QvClientServices)", "GetUsid"}));
-}
+class ClientInit : public ClientLogic {
+ protected:
+  // A new client's Init locks the module so often and makes these calls.
+  void ExpectInit(IUnknown* provider, const std::string& thrown, int locks, const HostLog& log) {
+    Restart();
+    EXPECT_EQ(Init(provider), thrown);
+    EXPECT_EQ(ModuleLocks(), locks);
+    EXPECT_EQ(log_, log);
+  }
+};
 
-TEST_F(ClientLogic, InitKeepsTheServicesAndNotTheProvider) {
-  EXPECT_EQ(Init(provider_.get()), "nothing");
-  EXPECT_EQ(provider_->References(), 1u);
-  // The test, the provider, the client.
-  EXPECT_EQ(services_->References(), 3u);
-  EXPECT_EQ(Init(provider_.get()), "nothing");
-  EXPECT_EQ(services_->References(), 3u);
-}
-
-TEST_F(ClientLogic, InitMakesTheModelOnce) {
-  EXPECT_EQ(Init(provider_.get()), "nothing");
-  EXPECT_EQ(ModuleLocks(), 1);
-  EXPECT_EQ(Init(provider_.get()), "nothing");
-  EXPECT_EQ(ModuleLocks(), 1);
-}
-
-TEST_F(ClientLogic, InitGivesTheServiceRoomFor256Units) {
-  EXPECT_EQ(Init(provider_.get()), "nothing");
+TEST_F(ClientInit, AsksForTheServicesAndThenForTheSession) {
+  ExpectInit(provider_.get(), "nothing", 1, {"GetService(QvClientServices)", "GetUsid"});
   EXPECT_EQ(services_->Found(), "256 zero units");
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(provider_->References(), 1u);
+    EXPECT_EQ(services_->References(), 3u);  // the test, the provider, the client
+    EXPECT_EQ(ModuleLocks(), 1);
+    EXPECT_EQ(Init(), "nothing");
+  }
 }
 
-TEST_F(ClientLogic, InitWithoutProviderIsANullReference) {
-  EXPECT_EQ(Init(nullptr), kNoPointer);
+TEST_F(ClientInit, WithoutProviderOrServicesIsANullReference) {
   const CountingObjectPtr stranger(new CountingObject);
-  EXPECT_EQ(Init(stranger.get()), kNoPointer);
+  ExpectInit(nullptr, kNoPointer, 0, {});
+  ExpectInit(stranger.get(), kNoPointer, 0, {});
   EXPECT_EQ(stranger->References(), 1u);
-  // Nothing was made, nobody was asked.
-  EXPECT_EQ(ModuleLocks(), 0);
-  EXPECT_TRUE(log_.empty());
-}
-
-TEST_F(ClientLogic, InitWithProviderWhoseQueryFailsBringsItsCode) {
-  provider_->FailQuery(E_ACCESSDENIED);
-  EXPECT_EQ(Init(provider_.get()), "_com_error 0x80070005 <null>");
-  EXPECT_EQ(ModuleLocks(), 0);
-  EXPECT_TRUE(log_.empty());
-}
-
-TEST_F(ClientLogic, InitWithoutServiceIsANullReferenceAfterTheModelWasMade) {
+  // From here on the model was made.
   provider_->Provide(nullptr);
-  EXPECT_EQ(Init(provider_.get()), kNoPointer);
-  EXPECT_EQ(log_, HostLog{"GetService(QvClientServices)"});
-  EXPECT_EQ(ModuleLocks(), 1);
-}
-
-TEST_F(ClientLogic, InitWithProviderThatFailsIsANullReference) {
-  provider_->Fail(E_FAIL);
-  EXPECT_EQ(Init(provider_.get()), kNoPointer);
-  EXPECT_EQ(ModuleLocks(), 1);
-}
-
-TEST_F(ClientLogic, InitWithServiceOfAnotherKindIsANullReference) {
-  const CountingObjectPtr stranger(new CountingObject);
+  ExpectInit(provider_.get(), kNoPointer, 1, {"GetService(QvClientServices)"});
   provider_->Provide(stranger.get());
-  EXPECT_EQ(Init(provider_.get()), kNoPointer);
-  EXPECT_EQ(ModuleLocks(), 1);
+  ExpectInit(provider_.get(), kNoPointer, 1, {"GetService(QvClientServices)"});
   EXPECT_EQ(stranger->References(), 2u);  // the test, the provider
-  provider_->Provide(nullptr);
+  provider_->Provide(services_->Unknown());
+  provider_->Fail(E_FAIL);
+  ExpectInit(provider_.get(), kNoPointer, 1, {"GetService(QvClientServices)"});
 }
 
-TEST_F(ClientLogic, InitWithServiceWhoseQueryFailsBringsItsCodeBeforeTheModelIsMade) {
+TEST_F(ClientInit, FailedQueryBringsItsCodeBeforeTheModelIsMade) {
   services_->FailQuery(E_FAIL);
-  EXPECT_EQ(Init(provider_.get()), "_com_error 0x80004005 <null>");
-  EXPECT_EQ(ModuleLocks(), 0);
+  ExpectInit(provider_.get(), "_com_error 0x80004005 <null>", 0, {"GetService(QvClientServices)"});
   EXPECT_EQ(services_->References(), 2u);
+  provider_->FailQuery(E_ACCESSDENIED);
+  ExpectInit(provider_.get(), "_com_error 0x80070005 <null>", 0, {});
 }
 
-TEST_F(ClientLogic, InitWithoutServicesLetsTheEarlierOnesGo) {
+TEST_F(ClientInit, WithoutServicesReleasesTheEarlierOnes) {
   MakeReady();
   provider_->Provide(nullptr);
   EXPECT_EQ(services_->References(), 2u);  // the test, the client
-  EXPECT_EQ(Init(provider_.get()), kNoPointer);
+  EXPECT_EQ(Init(), kNoPointer);
   EXPECT_EQ(services_->References(), 1u);
   EXPECT_EQ(ReadModel(), kNoPointer);
 }
 
-TEST_F(ClientLogic, FailedInitWithoutProviderKeepsTheEarlierServices) {
+TEST_F(ClientInit, WithoutProviderKeepsTheEarlierServices) {
   MakeReady();
   EXPECT_EQ(Init(nullptr), kNoPointer);
   EXPECT_EQ(ReadModel(), "nothing");
 }
 
-TEST_F(ClientLogic, SecondInitReplacesTheServices) {
+TEST_F(ClientInit, SecondOneReplacesTheServices) {
   MakeReady();
   const SpeakingServicesPtr second(new SpeakingServices(&log_));
   second->Answer("GetUsid", Replaces(u"other"));
   provider_->Provide(second->Unknown());
-  EXPECT_EQ(Init(provider_.get()), "nothing");
+  EXPECT_EQ(Init(), "nothing");
   EXPECT_EQ(services_->References(), 1u);
   EXPECT_EQ(second->References(), 3u);
-  EXPECT_EQ(SessionOf(client_->get_ConnectionModel().get()), "other");
+  EXPECT_EQ(SessionOfModel(), "other");
   provider_->Provide(nullptr);
 }
 
-struct UsidRow {
-  const char* name;
-  TextAnswer answer;
-  std::string session;
-};
-void PrintTo(const UsidRow& row, std::ostream* out) {
-  *out << row.name;
-}
-class AdoptedSession : public ClientLogic, public testing::WithParamInterface<UsidRow> {
- protected:
-  // The model, reached without a further question to the services.
-  IConnectionModelPtr ModelWithoutQuestion() {
-    services_->Answer("GetUsid", Nulls());
-    return client_->get_ConnectionModel();
+// The session.
+
+TEST_F(ClientLogic, SessionIsAdoptedByInitAndByEachReadOfTheModel) {
+  const struct {
+    const char* name;
+    TextAnswer answer;
+    std::string session;
+  } rows[] = {{"filled", Fills(u"u1"), "u1"},
+              {"replaced", Replaces(u"u2"), "u2"},
+              {"replaced by a long one", Replaces(std::u16string(300, u'x')), std::string(300, 'x')},
+              {"filled to the last unit", Fills(std::u16string(256, u'y')), std::string(256, 'y')},
+              {"nulled", Nulls(), "none"},
+              {"left alone", TextAnswer(), "none"},
+              {"emptied", Replaces(u""), "none"}};
+  for (const auto& row : rows) {
+    for (const bool byInit : {true, false}) {
+      SCOPED_TRACE(std::string(row.name) + (byInit ? " by Init" : " by a read"));
+      Restart();
+      services_->Answer("GetUsid", byInit ? row.answer : Nulls());
+      MakeReady();
+      services_->Answer("GetUsid", byInit ? Nulls() : row.answer);
+      EXPECT_EQ(SessionOfModel(), row.session);
+      EXPECT_EQ(ModuleLocks(), 1);
+    }
   }
-};
-
-TEST_P(AdoptedSession, ByInit) {
-  services_->Answer("GetUsid", GetParam().answer);
-  EXPECT_EQ(Init(provider_.get()), "nothing");
-  client_->put_ServerName(u"http://srv");
-  EXPECT_EQ(SessionOf(ModelWithoutQuestion().get()), GetParam().session);
 }
-
-TEST_P(AdoptedSession, ByEachReadOfTheModel) {
-  MakeReady();
-  services_->Answer("GetUsid", GetParam().answer);
-  EXPECT_EQ(SessionOf(client_->get_ConnectionModel().get()), GetParam().session);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Answers, AdoptedSession,
-    testing::Values(UsidRow{"Filled", Fills(u"u1"), "u1"}, UsidRow{"Replaced", Replaces(u"u2"), "u2"},
-                    UsidRow{"ReplacedByALongOne", Replaces(std::u16string(300, u'x')), std::string(300, 'x')},
-                    UsidRow{"FilledToTheLastUnit", Fills(std::u16string(256, u'y')), std::string(256, 'y')},
-                    UsidRow{"Nulled", Nulls(), "none"}, UsidRow{"LeftAlone", TextAnswer(), "none"},
-                    UsidRow{"Emptied", Replaces(u""), "none"}),
-    [](const testing::TestParamInfo<UsidRow>& row) { return std::string(row.param.name); });
 
 TEST_F(ClientLogic, CodesOfTheServicesAreNotLookedAt) {
   services_->Fail(E_FAIL);
@@ -156,31 +113,24 @@ TEST_F(ClientLogic, CodesOfTheServicesAreNotLookedAt) {
   services_->Answer("GetReplicaId", Replaces(u"r"));
   services_->Answer("GetUserName", Replaces(u"joe"));
   MakeReady();
-  EXPECT_EQ(SessionOf(client_->get_ConnectionModel().get()), "u1");
+  EXPECT_EQ(SessionOfModel(), "u1");
   WideString user;
   EXPECT_EQ(client_->get_ConnectionString()->get_UserName(&user), S_OK);
   EXPECT_EQ(Shown(user), "joe");
 }
 
-TEST_F(ClientLogic, InitWithoutSessionTakesTheModelsOwn) {
+TEST_F(ClientLogic, SessionOfTheModelStaysUnlessTheServicesHaveATextOrInitRuns) {
   MakeReady();
   const IConnectionModelPtr model = client_->get_ConnectionModel();
   EXPECT_EQ(model->SetUSID(u"mine"), S_OK);
-  EXPECT_EQ(Init(provider_.get()), "nothing");
-  EXPECT_EQ(SessionOf(model.get()), "none");
-}
-
-TEST_F(ClientLogic, ReadOfTheModelWithoutSessionLeavesTheModelsOwn) {
-  MakeReady();
-  EXPECT_EQ(client_->get_ConnectionModel()->SetUSID(u"mine"), S_OK);
-  EXPECT_EQ(SessionOf(client_->get_ConnectionModel().get()), "mine");
-}
-
-TEST_F(ClientLogic, ReadOfTheModelTakesAnEmptySessionToo) {
-  MakeReady();
-  EXPECT_EQ(client_->get_ConnectionModel()->SetUSID(u"mine"), S_OK);
+  EXPECT_EQ(SessionOfModel(), "mine");
+  EXPECT_EQ(model->SetUSID(u"mine"), S_OK);
   services_->Answer("GetUsid", Replaces(u""));
-  EXPECT_EQ(SessionOf(client_->get_ConnectionModel().get()), "none");
+  EXPECT_EQ(SessionOfModel(), "none");
+  services_->Answer("GetUsid", Nulls());
+  EXPECT_EQ(model->SetUSID(u"mine"), S_OK);
+  EXPECT_EQ(Init(), "nothing");
+  EXPECT_EQ(SessionOf(model), "none");
 }
 
 // ConnectionModel.
@@ -189,7 +139,7 @@ TEST_F(ClientLogic, ModelIsOneAndTheSame) {
   MakeReady();
   const IConnectionModelPtr first = client_->get_ConnectionModel();
   EXPECT_EQ(client_->get_ConnectionModel(), first);
-  EXPECT_EQ(Init(provider_.get()), "nothing");
+  EXPECT_EQ(Init(), "nothing");
   EXPECT_EQ(client_->get_ConnectionModel(), first);
   EXPECT_EQ(ModuleLocks(), 1);
 }
@@ -213,67 +163,52 @@ TEST_F(ClientLogic, ModelHoldsTheServicesToo) {
   EXPECT_EQ(services_->References(), 3u);
 }
 
-TEST_F(ClientLogic, ModelTellsTheServicesOfItsSession) {
+TEST_F(ClientLogic, ModelReportsToTheServicesAndOutlivesTheClientWithItsSession) {
   MakeReady();
   services_->Answer("GetUsid", Replaces(u"u1"));
   const IConnectionModelPtr model = client_->get_ConnectionModel();
   log_.clear();
-  EXPECT_EQ(SessionOf(model.get()), "u1");
-  EXPECT_EQ(log_, HostLog{"ClearSession"});
-}
-
-TEST_F(ClientLogic, ModelOutlivesTheClientAndItsSessionStays) {
-  MakeReady();
-  services_->Answer("GetUsid", Replaces(u"u1"));
-  const IConnectionModelPtr model = client_->get_ConnectionModel();
   FakeHttp http;
   client_.reset();
   EXPECT_TRUE(http.Calls().empty());
-  EXPECT_EQ(SessionOf(model.get()), "u1");
+  EXPECT_EQ(SessionOf(model), "u1");
+  EXPECT_EQ(log_, HostLog{"ClearSession"});
 }
 
 TEST_F(ClientLogic, ServerAndProxyReachTheModelAtTheNextRead) {
   MakeReady();
   const IConnectionModelPtr model = client_->get_ConnectionModel();
-  EXPECT_EQ(ServerOf(model.get()), "Open(http, srv, 80, , , )");
+  EXPECT_EQ(ServerOf(model), "Open(http, srv, 80, , , )");
   client_->put_ServerName(u"http://other:81");
   client_->put_Proxy(u"p:99");
-  EXPECT_EQ(ServerOf(model.get()), "Open(http, srv, 80, , , )");
+  EXPECT_EQ(ServerOf(model), "Open(http, srv, 80, , , )");
   client_->get_ConnectionModel();
-  EXPECT_EQ(ServerOf(model.get()), "Open(http, other, 81, , , p)");
+  EXPECT_EQ(ServerOf(model), "Open(http, other, 81, , , p)");
   client_->put_Proxy(u"@PROXY@");
   client_->get_ConnectionModel();
-  EXPECT_EQ(ServerOf(model.get()), "Open(http, other, 81, , , )");
+  EXPECT_EQ(ServerOf(model), "Open(http, other, 81, , , )");
 }
 
-TEST_F(ClientLogic, ModelBeforeInitIsANullReference) {
+TEST_F(ClientLogic, ModelBeforeInitIsANullReferenceAfterItsServerIsChecked) {
+  client_->put_ServerName(u"srv");
+  EXPECT_EQ(ReadModel(), kBadServer);
   client_->put_ServerName(u"http://srv");
-  EXPECT_EQ(ReadModel(), kNoPointer);
-  // It was made all the same.
-  EXPECT_EQ(ModuleLocks(), 1);
-  EXPECT_EQ(ReadModel(), kNoPointer);
-  EXPECT_EQ(ModuleLocks(), 1);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(ReadModel(), kNoPointer);
+    EXPECT_EQ(ModuleLocks(), 1);  // it was made all the same
+  }
 }
 
-TEST_F(ClientLogic, BadServerNameIsFoundBeforeMissingServices) {
-  client_->put_ServerName(u"srv");
-  EXPECT_EQ(ReadModel(), kNoUrl);
-}
-
-TEST_F(ClientLogic, BadServerNameBringsItsWordsAndAsksNobody) {
+TEST_F(ClientLogic, BadServerNameBringsItsMessageAndAsksNobody) {
   MakeReady();
-  client_->put_ServerName(u"srv");
-  EXPECT_EQ(ReadModel(), kNoUrl);
-  EXPECT_TRUE(log_.empty());
-  EXPECT_EQ(services_->References(), 3u);
-}
-
-TEST_F(ClientLogic, EmptyServerNameIsABadOne) {
-  MakeReady();
-  client_->put_ServerName(u"");
-  EXPECT_EQ(ReadModel(), kNoUrl);
-  client_->put_ServerName(WideString());
-  EXPECT_EQ(ReadModel(), kNoUrl);
+  for (const WideString& name : {WideString(u"srv"), WideString(u""), WideString()}) {
+    client_->put_ServerName(name);
+    EXPECT_EQ(ReadModel(), kBadServer) << Shown(name);
+    EXPECT_TRUE(log_.empty());
+    EXPECT_EQ(services_->References(), 3u);
+  }
+  client_->put_ServerName(u"http://srv");
+  EXPECT_EQ(ReadModel(), "nothing");
 }
 
 TEST_F(ClientLogic, ServicesThatTheModelCannotAskBringTheirCode) {
@@ -283,25 +218,16 @@ TEST_F(ClientLogic, ServicesThatTheModelCannotAskBringTheirCode) {
   EXPECT_TRUE(log_.empty());
 }
 
-TEST_F(ClientLogic, ModelAfterAFailedReadWorks) {
-  MakeReady();
-  client_->put_ServerName(u"srv");
-  EXPECT_EQ(ReadModel(), kNoUrl);
-  client_->put_ServerName(u"http://srv");
-  EXPECT_EQ(ReadModel(), "nothing");
-}
-
-// Without services the model's own reference goes too.
-TEST_F(ClientLogic, ReadWithoutServicesTakesThemFromTheModel) {
+TEST_F(ClientLogic, ReadWithoutServicesReleasesThoseOfTheModel) {
   MakeReady();
   services_->Answer("GetUsid", Replaces(u"u1"));
   const IConnectionModelPtr model = client_->get_ConnectionModel();
   provider_->Provide(nullptr);
-  EXPECT_EQ(Init(provider_.get()), kNoPointer);
+  EXPECT_EQ(Init(), kNoPointer);
   EXPECT_EQ(services_->References(), 2u);  // the test, the model
   EXPECT_EQ(ReadModel(), kNoPointer);
   EXPECT_EQ(services_->References(), 1u);
-  EXPECT_EQ(SessionOf(model.get()), "u1");  // Init did not come so far as to take it
+  EXPECT_EQ(SessionOf(model), "u1");  // Init did not come so far as to change it
 }
 
 }  // namespace

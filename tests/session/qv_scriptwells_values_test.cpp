@@ -1,67 +1,52 @@
-// The logic behind the client object: what it hands out beside the model.
-#include "session/client_logic.h"
-
-#include <ostream>
+// The client's logic: the objects that it returns beside the model.
+#include <iterator>
 
 #include "automation/slot_order.h"
-#include "qvscriptwells/com_error.h"
+#include "session/client_logic.h"
 
 namespace qv {
 namespace {
 
-std::string UserOf(IConnectionString* credentials) {
-  WideString user(u"?");
-  EXPECT_EQ(credentials->get_UserName(&user), S_OK);
-  return Shown(user);
-}
-std::string ReplicaOf(IConnectionString* credentials) {
-  WideString replica(u"?");
-  EXPECT_EQ(credentials->get_ReplicaID(&replica), S_OK);
-  return Shown(replica);
+using Getter = HRESULT (IConnectionString::*)(WideString*);
+std::string FieldOf(const IConnectionStringPtr& credentials, Getter get) {
+  WideString text(u"?");
+  EXPECT_EQ((credentials.get()->*get)(&text), S_OK);
+  return Shown(text);
 }
 
-struct PrefillRow {
-  const char* name;
-  TextAnswer replica;
-  TextAnswer user;
-  const char* replicaId;
-  const char* userName;
-  const char* foundByUser;  // the text as GetUserName found it
-};
-void PrintTo(const PrefillRow& row, std::ostream* out) {
-  *out << row.name;
-}
-class PrefilledString : public ClientLogic, public testing::WithParamInterface<PrefillRow> {};
-
-TEST_P(PrefilledString, HoldsTheReplicaIdAndTheUserName) {
-  MakeReady();
-  services_->Answer("GetReplicaId", GetParam().replica);
-  services_->Answer("GetUserName", GetParam().user);
-  const IConnectionStringPtr credentials = client_->get_ConnectionString();
-  EXPECT_EQ(ReplicaOf(credentials.get()), GetParam().replicaId);
-  EXPECT_EQ(UserOf(credentials.get()), GetParam().userName);
-  EXPECT_EQ(services_->Found(), GetParam().foundByUser);
-  EXPECT_EQ(log_, (HostLog{"GetReplicaId", "GetUserName"}));
-  for (const auto get : {&IConnectionString::get_UserPassword, &IConnectionString::get_DatabaseName,
-                         &IConnectionString::get_DatabaseID}) {
-    WideString text(u"?");
-    EXPECT_EQ((credentials.get()->*get)(&text), S_OK);
-    EXPECT_TRUE(text.IsNull());
+// The services are asked twice, each time with one and the same text.
+TEST_F(ClientLogic, ConnectionStringHoldsTheReplicaIdAndTheUserName) {
+  const struct {
+    const char* name;
+    TextAnswer replica;
+    TextAnswer user;
+    const char* replicaId;
+    const char* userName;
+    const char* foundByUser;  // the text as GetUserName found it
+  } rows[] = {{"replaced", Replaces(u"rep"), Replaces(u"joe"), "rep", "joe", "rep"},
+              {"filled", Fills(u"replica"), Fills(u"joe"), "replica", "joe", "replica"},
+              {"user left alone", Replaces(u"rep"), TextAnswer(), "rep", "rep", "rep"},
+              {"no replica", Nulls(), Replaces(u"joe"), "<null>", "joe", "<null>"},
+              {"no user", Replaces(u"rep"), Nulls(), "rep", "<null>", "rep"},
+              {"neither", Nulls(), Nulls(), "<null>", "<null>", "<null>"},
+              {"both left alone", TextAnswer(), TextAnswer(), "", "", "256 zero units"},
+              {"empty replica", Replaces(u""), Replaces(u"joe"), "", "joe", "0 zero units"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    Restart();
+    MakeReady();
+    services_->Answer("GetReplicaId", row.replica);
+    services_->Answer("GetUserName", row.user);
+    const IConnectionStringPtr credentials = client_->get_ConnectionString();
+    EXPECT_EQ(FieldOf(credentials, &IConnectionString::get_ReplicaID), row.replicaId);
+    EXPECT_EQ(FieldOf(credentials, &IConnectionString::get_UserName), row.userName);
+    EXPECT_EQ(services_->Found(), row.foundByUser);
+    EXPECT_EQ(log_, (HostLog{"GetReplicaId", "GetUserName"}));
+    for (const Getter get : {&IConnectionString::get_UserPassword, &IConnectionString::get_DatabaseName,
+                             &IConnectionString::get_DatabaseID})
+      EXPECT_EQ(FieldOf(credentials, get), "<null>");
   }
 }
-
-// Both are asked with one and the same text.
-INSTANTIATE_TEST_SUITE_P(
-    Answers, PrefilledString,
-    testing::Values(PrefillRow{"Replaced", Replaces(u"rep"), Replaces(u"joe"), "rep", "joe", "rep"},
-                    PrefillRow{"Filled", Fills(u"replica"), Fills(u"joe"), "replica", "joe", "replica"},
-                    PrefillRow{"UserLeavesWhatItFinds", Replaces(u"rep"), TextAnswer(), "rep", "rep", "rep"},
-                    PrefillRow{"NoReplica", Nulls(), Replaces(u"joe"), "<null>", "joe", "<null>"},
-                    PrefillRow{"NoUser", Replaces(u"rep"), Nulls(), "rep", "<null>", "rep"},
-                    PrefillRow{"Neither", Nulls(), Nulls(), "<null>", "<null>", "<null>"},
-                    PrefillRow{"BothLeaveTheRoom", TextAnswer(), TextAnswer(), "", "", "256 zero units"},
-                    PrefillRow{"EmptyReplica", Replaces(u""), Replaces(u"joe"), "", "joe", "0 zero units"}),
-    [](const testing::TestParamInfo<PrefillRow>& row) { return std::string(row.param.name); });
 
 TEST_F(ClientLogic, ReplicaIdGetsRoomFor256Units) {
   MakeReady();
@@ -71,13 +56,10 @@ TEST_F(ClientLogic, ReplicaIdGetsRoomFor256Units) {
   EXPECT_EQ(room, 256u);
 }
 
-TEST_F(ClientLogic, ConnectionStringBeforeInitIsANullReference) {
+TEST_F(ClientLogic, ConnectionStringNeedsInitAndNoServerName) {
   EXPECT_EQ(Thrown([this] { client_->get_ConnectionString(); }), kNoPointer);
   EXPECT_EQ(ModuleLocks(), 0);
-}
-
-TEST_F(ClientLogic, ConnectionStringNeedsNoServerName) {
-  ASSERT_EQ(Init(provider_.get()), "nothing");
+  ASSERT_EQ(Init(), "nothing");
   EXPECT_NE(client_->get_ConnectionString(), nullptr);
 }
 
@@ -114,43 +96,34 @@ TEST_F(ClientLogic, ValuesNeedNoInit) {
   EXPECT_EQ(url->Release(), 1u);
 }
 
-TEST_F(ClientLogic, NamesAreEmptyAtFirst) {
-  EXPECT_EQ(Shown(client_->get_ServerName()), "");
-  EXPECT_EQ(Shown(client_->get_Proxy()), "");
-}
-
 TEST_F(ClientLogic, ServerNameIsKeptUnchecked) {
-  for (const char16_t* text : {u"srv", u"http://srv/", u"", u"@PROXY@", u" \u00e9\n"}) {
+  EXPECT_EQ(Shown(client_->get_ServerName()), "");
+  for (const WideString& text : {WideString(u"srv"), WideString(u"http://srv/"), WideString(u""),
+                                 WideString(u"@PROXY@"), WideString(u" \u00e9\n"), WideString()}) {
     client_->put_ServerName(text);
-    EXPECT_EQ(client_->get_ServerName(), WideString(text));
+    EXPECT_EQ(Shown(client_->get_ServerName()), Shown(text));
   }
-  client_->put_ServerName(WideString());
-  EXPECT_TRUE(client_->get_ServerName().IsNull());
 }
 
-TEST_F(ClientLogic, ProxyIsKeptButForTheWordForNone) {
-  struct Row {
-    const char16_t* text;
+TEST_F(ClientLogic, ProxyIsKeptUnlessItIsThePlaceholderForNone) {
+  EXPECT_EQ(Shown(client_->get_Proxy()), "");
+  const struct {
+    WideString text;
     const char* kept;
-  };
-  const Row rows[] = {{u"host:8080", "host:8080"},
-                      {u"@PROXY@", ""},
-                      {u"@proxy@", "@proxy@"},
-                      {u"@PROXY@ ", "@PROXY@ "},
-                      {u"@PROXY", "@PROXY"},
-                      {u" @PROXY@", " @PROXY@"},
-                      {u"", ""},
-                      {nullptr, "<null>"}};
-  for (const Row& row : rows) {
+  } rows[] = {{u"host:8080", "host:8080"},
+              {u"@PROXY@", ""},
+              {u"@proxy@", "@proxy@"},
+              {u"@PROXY@ ", "@PROXY@ "},
+              {u"@PROXY", "@PROXY"},
+              {u" @PROXY@", " @PROXY@"},
+              {std::u16string_view(u"@PROXY@\0x", 9), "@PROXY@\\u0000x"},
+              {u"", ""},
+              {WideString(), "<null>"}};
+  for (const auto& row : rows) {
     client_->put_Proxy(u"before");
     client_->put_Proxy(row.text);
     EXPECT_EQ(Shown(client_->get_Proxy()), row.kept);
   }
-}
-
-TEST_F(ClientLogic, ProxyWithANullUnitBehindTheWordIsAnother) {
-  client_->put_Proxy(WideString(std::u16string_view(u"@PROXY@\0x", 9)));
-  EXPECT_EQ(client_->get_Proxy().size(), 9u);
 }
 
 TEST_F(ClientLogic, ReadsShareTheText) {
@@ -165,39 +138,37 @@ TEST_F(ClientLogic, ReadsShareTheText) {
 
 TEST_F(ClientLogic, ServicesMayBeReplacedWhileTheyAreAsked) {
   MakeReady();
-  SpeakingServices* first = services_.get();
   const SpeakingServicesPtr second(new SpeakingServices(&log_));
   second->Answer("GetUsid", Nulls());
-  first->Answer("GetUsid", [&](BStr* text) {
+  services_->Answer("GetUsid", [&](BStr* text) {
     ReplaceString(text, u"u1");
     provider_->Provide(second->Unknown());
-    EXPECT_EQ(Init(provider_.get()), "nothing");
-    EXPECT_EQ(ReadModel(), "nothing");  // takes the model's reference too
+    EXPECT_EQ(Init(), "nothing");
+    EXPECT_EQ(ReadModel(), "nothing");  // releases the model's reference, too
     services_.reset();
     EXPECT_EQ(SpeakingServices::Live(), 2);
   });
-  const IConnectionModelPtr model = client_->get_ConnectionModel();
-  EXPECT_EQ(SessionOf(model.get()), "u1");
+  EXPECT_EQ(SessionOfModel(), "u1");
   provider_->Provide(nullptr);
 }
 
 TEST_F(ClientLogic, ServicesMayGoWhileInitAsksThem) {
   services_->Answer("GetUsid", [&](BStr*) {
     provider_->Provide(nullptr);
-    EXPECT_EQ(Init(provider_.get()), kNoPointer);
+    EXPECT_EQ(Init(), kNoPointer);
     services_.reset();
     EXPECT_EQ(SpeakingServices::Live(), 1);
   });
-  EXPECT_EQ(Init(provider_.get()), "nothing");
+  EXPECT_EQ(Init(), "nothing");
   EXPECT_EQ(SpeakingServices::Live(), 0);
 }
 
-TEST_F(ClientLogic, ServicesMayGoWhileTheyPrefill) {
+TEST_F(ClientLogic, ServicesMayGoWhileTheyFillTheConnectionString) {
   MakeReady();
   services_->Answer("GetReplicaId", [&](BStr* text) {
     ReplaceString(text, u"rep");
     provider_->Provide(nullptr);
-    EXPECT_EQ(Init(provider_.get()), kNoPointer);
+    EXPECT_EQ(Init(), kNoPointer);
     services_.reset();
   });
   IConnectionStringPtr credentials;
@@ -205,22 +176,18 @@ TEST_F(ClientLogic, ServicesMayGoWhileTheyPrefill) {
   EXPECT_TRUE(thrown == "nothing" || thrown == kNoPointer) << thrown;
 }
 
-TEST(ClientLogicOrder, OperationsStandInTheirOrder) {
-  const auto model = &QvScriptwellsImpl::get_ConnectionModel;
-  const auto url = &QvScriptwellsImpl::get_Url;
-  const auto span = &QvScriptwellsImpl::get_Duration;
-  const auto credentials = &QvScriptwellsImpl::get_ConnectionString;
-  const auto file = &QvScriptwellsImpl::get_AttachedFile;
-  const auto list = &QvScriptwellsImpl::get_Parameters;
-  const auto getServer = &QvScriptwellsImpl::get_ServerName;
-  const auto putServer = &QvScriptwellsImpl::put_ServerName;
-  const auto getProxy = &QvScriptwellsImpl::get_Proxy;
-  const auto putProxy = &QvScriptwellsImpl::put_Proxy;
-  const auto init = &QvScriptwellsImpl::Init;
-  const void* const rest[] = {&url,       &span,      &credentials, &file,     &list,
-                              &getServer, &putServer, &getProxy,    &putProxy, &init};
-  std::ptrdiff_t place = PlaceOf(&model);
-  for (const void* operation : rest) EXPECT_EQ(PlaceOf(operation), place += kSlot);
+template <class... Operations>
+void ExpectOrder(Operations... operations) {
+  const std::ptrdiff_t places[] = {PlaceOf(&operations)...};
+  for (std::size_t i = 1; i < std::size(places); ++i) EXPECT_EQ(places[i], places[i - 1] + kSlot);
+}
+
+TEST(ClientLogicOrder, OperationsAreInTheirOrder) {
+  using Client = QvScriptwellsImpl;
+  ExpectOrder(&Client::get_ConnectionModel, &Client::get_Url, &Client::get_Duration,
+              &Client::get_ConnectionString, &Client::get_AttachedFile, &Client::get_Parameters,
+              &Client::get_ServerName, &Client::put_ServerName, &Client::get_Proxy, &Client::put_Proxy,
+              &Client::Init);
 }
 
 }  // namespace

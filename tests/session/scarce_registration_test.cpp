@@ -1,5 +1,5 @@
 // The first model of a process when memory runs out while it registers the value types. Each attempt is the
-// first one of its process, so each has a process of its own.
+// first one of its process, so each has its own process.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,11 +9,11 @@
 
 #include "fixtures/fake_http.h"
 #include "fixtures/scarce_memory.h"
+#include "fixtures/soap_texts.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/value_types_hold.h"
-#include "session/session_answers.h"
 
 namespace qv {
 namespace {
@@ -25,7 +25,7 @@ bool TypesAreThere() {
   FakeHttp http;
   const IConnectionModelPtr model = CreateConnectionModel(u"http://srv", u"", nullptr);
   if (Failed(model->SetUSID(u"u1"))) return false;
-  http.Answer(kScriptRan);
+  http.Answer(kScriptDone);
   Variant answer;
   return Succeeded(model->Execute(u"VBScript", u"1", nullptr, &answer)) && answer.Tag() == VT_BSTR;
 }
@@ -74,15 +74,13 @@ constexpr long kTypes = 27;  // each of which takes memory
 
 TEST(ScarceRegistration, TypesThatTheFirstServerCouldNotRegisterComeWithTheNext) {
   const WideString server(u"http://srv");
-  void* raw = nullptr;
-  const IConnectionModelPtr kept = CreateConnectionModel();
-  ASSERT_EQ(kept->QueryInterface(IConnectionModelRaw::kIid, &raw), S_OK);
-  const IConnectionModelRawPtr model(static_cast<IConnectionModelRaw*>(raw), false);
+  const IConnectionModelRawPtr model = As<IConnectionModelRaw>(CreateConnectionModel());
+  ASSERT_NE(model, nullptr);
   const Attempt set{[&] { ThrowIfFailed(model->SetServer(server, server)); }};
   EXPECT_GT(AllocationsUntil(kRegistered, set), kTypes);
 }
 
-// A model that cannot be made ends, and takes all types with it once they are registered; not before.
+// A model that cannot be made ends, which unregisters all types; before they are registered it does nothing.
 TEST(ScarceRegistration, TypesThatAFailedCreationCouldNotRegisterComeWithTheNext) {
   const WideString server(u"http://srv");
   static IConnectionModelPtr made;

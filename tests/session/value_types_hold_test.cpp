@@ -1,3 +1,4 @@
+// How long the value types of the process stay registered when models end.
 #include "qvscriptwells/value_types_hold.h"
 
 #include <gtest/gtest.h>
@@ -7,10 +8,10 @@
 
 #include "fixtures/fake_http.h"
 #include "fixtures/shown_text.h"
+#include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
-#include "session/session_answers.h"
 
 namespace qv {
 namespace {
@@ -23,7 +24,7 @@ IConnectionModelPtr NewModel() {
 std::string Answer(IConnectionModel* model) {
   FakeHttp http;
   EXPECT_EQ(model->SetUSID(u"u1"), S_OK);
-  http.Answer(kScriptRan);
+  http.Answer(kScriptDone);
   Variant answer;
   EXPECT_EQ(model->Execute(u"VBScript", u"1", nullptr, &answer), S_OK);
   return answer.Tag() == VT_EMPTY ? "empty" : Shown(answer.Text());
@@ -36,7 +37,7 @@ std::string AnswerOfANewModel() {
 HRESULT SendParameter(IConnectionModel* model) {
   FakeHttp http;
   EXPECT_EQ(model->SetUSID(u"u1"), S_OK);
-  http.Answer(kScriptRan);
+  http.Answer(kScriptDone);
   const IParametersPtr list = CreateParameters();
   EXPECT_EQ(list->Add(u"k", Variant::FromInt(1), nullptr), S_OK);
   Variant answer;
