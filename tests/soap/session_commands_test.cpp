@@ -1,41 +1,30 @@
+// The requests that open and close a session.
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <stdexcept>
 
 #include "fixtures/shown_text.h"
+#include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
 #include "soap/qv_command.h"
 
 namespace qv {
 namespace {
 
-constexpr char kCreateHead[] =
-    "<SOAP-ENV:Envelope xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\""
-    " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
-    " xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\">"
-    "<SOAP-ENV:Body>"
-    "<CreateUserSession xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
-    "<ConnectionString xsi:type=\"xsd:string\">";
-constexpr char kCreateTail[] =
-    "</ConnectionString></CreateUserSession></SOAP-ENV:Body></SOAP-ENV:Envelope>\\u0000";
-
-std::string Written(CQvCommand& command, const NamedArguments& map) {
+// A command with the key of its one value.
+template <class Command>
+std::string Written(const WideString& key, const Variant& value) {
   WideTextStream stream;
-  command.Serialize(stream, u"ignored", u"ignored", u"ignored", map);
+  Command().Serialize(stream, u"ignored", u"ignored", u"ignored", {{key, value}});
   return Shown(WideString(stream.view()));
 }
-
 std::string CreateEnvelope(const Variant& connectionString) {
-  CCreateSessionCommand command;
-  return Written(command, {{u"ConnectionString", connectionString}});
+  return Written<CCreateSessionCommand>(u"ConnectionString", connectionString);
 }
-
 std::string ReleaseEnvelope(const Variant& contextHandle) {
-  CReleaseSessionCommand command;
-  return Written(command, {{u"ContextHandle", contextHandle}});
+  return Written<CReleaseSessionCommand>(u"ContextHandle", contextHandle);
 }
-
 Variant Text(const WideString& text) {
   return Variant::FromString(text);
 }
@@ -51,67 +40,7 @@ TEST(CreateSessionCommand, TextGivesWholeEnvelopeAndClosingNull) {
             "</CreateUserSession></SOAP-ENV:Body></SOAP-ENV:Envelope>\\u0000");
 }
 
-TEST(CreateSessionCommand, AmpersandIsEscapedAndSemicolonIsNot) {
-  EXPECT_EQ(CreateEnvelope(Text(u"Username=a&b;")),
-            std::string(kCreateHead) + "Username=a&amp;b;" + kCreateTail);
-}
-
-TEST(CreateSessionCommand, FiveXmlCharactersAreEscaped) {
-  EXPECT_EQ(CreateEnvelope(Text(u"\"&'<>")),
-            std::string(kCreateHead) + "&quot;&amp;&apos;&lt;&gt;" + kCreateTail);
-}
-
-TEST(CreateSessionCommand, UnitsFrom7FAreDecimalReferencesOneForEachUnit) {
-  EXPECT_EQ(CreateEnvelope(Text(u"~\x7F\u00E9\U0001F600")),
-            std::string(kCreateHead) + "~&#127;&#233;&#55357;&#56832;" + kCreateTail);
-}
-
-TEST(CreateSessionCommand, ControlCharactersStay) {
-  EXPECT_EQ(CreateEnvelope(Text(u"\x01\n")), std::string(kCreateHead) + "\\u0001\\u000A" + kCreateTail);
-}
-
-TEST(CreateSessionCommand, TextEndsAtItsFirstNull) {
-  EXPECT_EQ(CreateEnvelope(Text(std::u16string_view(u"a\0b", 3))),
-            std::string(kCreateHead) + "a" + kCreateTail);
-}
-
-TEST(CreateSessionCommand, EmptyTextKeepsBothTags) {
-  EXPECT_EQ(CreateEnvelope(Text(u"")), std::string(kCreateHead) + kCreateTail);
-}
-
-TEST(CreateSessionCommand, NullTextKeepsBothTags) {
-  EXPECT_EQ(CreateEnvelope(Text(WideString())), std::string(kCreateHead) + kCreateTail);
-}
-
-TEST(CreateSessionCommand, ValueThatIsNoTextIsEmpty) {
-  EXPECT_EQ(CreateEnvelope(Variant::FromInt(5)), std::string(kCreateHead) + kCreateTail);
-}
-
-TEST(CreateSessionCommand, SameValueGivesSameTextAgain) {
-  EXPECT_EQ(CreateEnvelope(Text(u"Username=u;")), CreateEnvelope(Text(u"Username=u;")));
-}
-
-TEST(CreateSessionCommand, EnvelopeIsAppendedToWhatStandsInTheStream) {
-  WideTextStream stream;
-  stream.Append(u"before");
-  CCreateSessionCommand().Serialize(stream, u"", u"", u"", {{u"ConnectionString", Text(u"a")}});
-  EXPECT_EQ(Shown(stream.TakeText()).substr(0, 25), "before<SOAP-ENV:Envelope ");
-}
-
-TEST(CreateSessionCommand, MissingKeyThrowsOutOfRange) {
-  CCreateSessionCommand command;
-  WideTextStream stream;
-  EXPECT_THROW(command.Serialize(stream, u"", u"", u"", {}), std::out_of_range);
-}
-
-TEST(CreateSessionCommand, CloneIsAnotherCommandOfTheSameClass) {
-  const CCreateSessionCommand command;
-  const std::unique_ptr<CQvCommand> clone(command.clone());
-  ASSERT_NE(dynamic_cast<CCreateSessionCommand*>(clone.get()), nullptr);
-  EXPECT_NE(clone.get(), &command);
-}
-
-TEST(ReleaseSessionCommand, ContextHandleTravelsAsUsid) {
+TEST(ReleaseSessionCommand, ContextHandleIsTheUsid) {
   EXPECT_EQ(ReleaseEnvelope(Text(u"s&1")),
             "<SOAP-ENV:Envelope xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" "
             "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
@@ -120,23 +49,53 @@ TEST(ReleaseSessionCommand, ContextHandleTravelsAsUsid) {
             "<CloseUserSession xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
             "<usid xsi:type=\"xsd:string\">s&amp;1</usid>"
             "</CloseUserSession></SOAP-ENV:Body></SOAP-ENV:Envelope>\\u0000");
+  EXPECT_EQ(ReleaseEnvelope(Text(u"")), CloseSessionRequest("") + "\\u0000");
 }
 
-TEST(ReleaseSessionCommand, EmptyHandleKeepsBothTags) {
-  EXPECT_NE(ReleaseEnvelope(Text(u"")).find("<usid xsi:type=\"xsd:string\"></usid>"), std::string::npos);
+TEST(CreateSessionCommand, TextIsEscapedOnce) {
+  const struct {
+    const char* name;
+    Variant value;
+    const char* written;
+  } rows[] = {
+      {"ampersand and semicolon", Text(u"Username=a&b;"), "Username=a&amp;b;"},
+      {"XML's five characters", Text(u"\"&'<>"), "&quot;&amp;&apos;&lt;&gt;"},
+      {"units from 7F on", Text(u"~\x7F\u00E9\U0001F600"), "~&#127;&#233;&#55357;&#56832;"},
+      {"control characters", Text(u"\x01\n"), "\\u0001\\u000A"},
+      {"null unit", Text(std::u16string_view(u"a\0b", 3)), "a"},
+      {"empty text", Text(u""), ""},
+      {"null text", Text(WideString()), ""},
+      {"another value", Variant::FromInt(5), ""},
+  };
+  for (const auto& row : rows)
+    for (int i = 0; i < 2; ++i)  // the same value gives the same text again
+      EXPECT_EQ(CreateEnvelope(row.value), CreateSessionRequest(row.written) + "\\u0000") << row.name;
 }
 
-TEST(ReleaseSessionCommand, MissingKeyThrowsOutOfRange) {
-  CReleaseSessionCommand command;
+TEST(CreateSessionCommand, EnvelopeIsAppendedToTheStream) {
   WideTextStream stream;
-  EXPECT_THROW(command.Serialize(stream, u"", u"", u"", {}), std::out_of_range);
+  stream.Append(u"before");
+  CCreateSessionCommand().Serialize(stream, u"", u"", u"", {{u"ConnectionString", Text(u"a")}});
+  EXPECT_EQ(Shown(stream.TakeText()).substr(0, 25), "before<SOAP-ENV:Envelope ");
 }
 
-TEST(ReleaseSessionCommand, CloneIsAnotherCommandOfTheSameClass) {
-  const CReleaseSessionCommand command;
+template <class Command>
+void ExpectOwnClone() {
+  const Command command;
   const std::unique_ptr<CQvCommand> clone(command.clone());
-  ASSERT_NE(dynamic_cast<CReleaseSessionCommand*>(clone.get()), nullptr);
+  ASSERT_NE(dynamic_cast<Command*>(clone.get()), nullptr);
   EXPECT_NE(clone.get(), &command);
+}
+
+TEST(SessionCommands, CloneIsAnotherCommandOfTheSameClass) {
+  ExpectOwnClone<CCreateSessionCommand>();
+  ExpectOwnClone<CReleaseSessionCommand>();
+}
+
+TEST(SessionCommands, MissingKeyThrowsOutOfRange) {
+  WideTextStream stream;
+  EXPECT_THROW(CCreateSessionCommand().Serialize(stream, u"", u"", u"", {}), std::out_of_range);
+  EXPECT_THROW(CReleaseSessionCommand().Serialize(stream, u"", u"", u"", {}), std::out_of_range);
 }
 
 }  // namespace
