@@ -1,8 +1,9 @@
+// Types of columns: their names in XML, both ways, and their formaters.
 #include "recordlist/column_types.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <string_view>
 
 #include "support/print_wide_string.h"
 
@@ -59,106 +60,46 @@ const WrittenType kTypesWritten[] = {
     {18, u"xsd:date", u"date"},         {23, u"sof:url", u"url"},
 };
 
-const std::int32_t kUnknownTypes[] = {0,
-                                      7,
-                                      9,
-                                      15,
-                                      19,
-                                      20,
-                                      21,
-                                      22,
-                                      24,
-                                      25,
-                                      -1,
-                                      -5,
-                                      1000,
-                                      65537,
-                                      std::numeric_limits<std::int32_t>::max(),
-                                      std::numeric_limits<std::int32_t>::min()};
+const std::int32_t kUnknownTypes[] = {0,  7,  9,  15, 19,   20,    21,        22,
+                                      24, 25, -1, -5, 1000, 65537, INT32_MAX, INT32_MIN};
+
+void ExpectUnknown(std::initializer_list<std::u16string_view> names) {
+  for (const std::u16string_view name : names) EXPECT_EQ(ColumnTypeOf(name), 0) << ToUtf8(name);
+}
 
 TEST(ColumnTypes, EachXmlNameHasItsType) {
   for (const NamedType& row : kNamesRead) EXPECT_EQ(ColumnTypeOf(row.name), row.type) << ToUtf8(row.name);
 }
 
 TEST(ColumnTypes, XmlNamesAreComparedWithCase) {
-  for (const char16_t* name : {u"XSD:BYTE",
-                               u"xsd:String",
-                               u"xsd:STRING",
-                               u"qvdt:char",
-                               u"qvdt:memo",
-                               u"qvdt:html",
-                               u"qvdt:Html",
-                               u"qvdt:url",
-                               u"qvdt:Url",
-                               u"xsd:Boolean",
-                               u"xsd:Short",
-                               u"xsd:smallInt",
-                               u"xsd:SmallInt",
-                               u"xsd:Double",
-                               u"qvdt:money",
-                               u"qvdt:reltimestamp",
-                               u"qvdt:RelTimestamp",
-                               u"xsd:Int",
-                               u"xsd:ObjectIdentifier",
-                               u"qvdt:objectidentifier",
-                               u"xsd:Date",
-                               u"qvdt:effectivedatefrom",
-                               u"qvdt:effectivedateuntil",
-                               u"xsd:Time",
-                               u"xsd:DateTime",
-                               u"xsd:Datetime",
-                               u"sof:Url",
-                               u"SOF:URL",
-                               u"xsd:Duration",
-                               u"qvdt:blob",
-                               u"QVDT:Blob"})
-    EXPECT_EQ(ColumnTypeOf(name), 0) << ToUtf8(name);
+  ExpectUnknown({u"XSD:BYTE", u"xsd:String", u"xsd:STRING", u"xsd:Boolean", u"xsd:Short", u"xsd:smallInt",
+                 u"xsd:SmallInt", u"xsd:Double", u"xsd:Int", u"xsd:ObjectIdentifier", u"xsd:Date",
+                 u"xsd:Time", u"xsd:DateTime", u"xsd:Datetime", u"sof:Url", u"SOF:URL", u"xsd:Duration"});
+  ExpectUnknown({u"qvdt:char", u"qvdt:memo", u"qvdt:html", u"qvdt:Html", u"qvdt:url", u"qvdt:Url",
+                 u"qvdt:money", u"qvdt:reltimestamp", u"qvdt:RelTimestamp", u"qvdt:objectidentifier",
+                 u"qvdt:effectivedatefrom", u"qvdt:effectivedateuntil", u"qvdt:blob", u"QVDT:Blob"});
 }
 
 TEST(ColumnTypes, OtherXmlNamesAreUnknown) {
-  for (const char16_t* name : {u"",
-                               u" ",
-                               u"string",
-                               u"int",
-                               u"xsd:",
-                               u"xsd:strin",
-                               u"xsd:strings",
-                               u" xsd:string",
-                               u"xsd:string ",
-                               u"xsd:float",
-                               u"xsd:long",
-                               u"xsd:unsignedShort",
-                               u"unsigned short",
-                               u"Undefined",
-                               u"xsd:Char",
-                               u"xsd:Blob",
-                               u"qvdt:String",
-                               u"q1:RecordList",
-                               u"qvrl:Char",
-                               u"xsd:url",
-                               u"xsd:decimal"})
-    EXPECT_EQ(ColumnTypeOf(name), 0) << ToUtf8(name);
-  EXPECT_EQ(ColumnTypeOf(std::u16string_view(u"xsd:int\0", 8)), 0);
-  EXPECT_EQ(ColumnTypeOf(std::u16string_view()), 0);
+  ExpectUnknown({u"", u" ", u"string", u"int", u"xsd:", u"xsd:strin", u"xsd:strings", u" xsd:string",
+                 u"xsd:string ", std::u16string_view(u"xsd:int\0", 8), std::u16string_view()});
+  ExpectUnknown({u"xsd:float", u"xsd:long", u"xsd:unsignedShort", u"unsigned short", u"Undefined",
+                 u"xsd:Char", u"xsd:Blob", u"qvdt:String", u"q1:RecordList", u"qvrl:Char", u"xsd:url",
+                 u"xsd:decimal"});
 }
 
-TEST(ColumnTypes, EachTypeIsWrittenUnderOneName) {
-  for (const WrittenType& row : kTypesWritten)
+TEST(ColumnTypes, EachTypeIsWrittenUnderOneNameAndHasItsFormater) {
+  for (const WrittenType& row : kTypesWritten) {
     EXPECT_EQ(WideString(XmlTypeNameOf(row.type)), row.xmlName) << row.type;
-}
-
-TEST(ColumnTypes, UnknownTypesAreWrittenUndefined) {
-  for (const std::int32_t type : kUnknownTypes)
-    EXPECT_EQ(WideString(XmlTypeNameOf(type)), u"Undefined") << type;
-}
-
-TEST(ColumnTypes, EachTypeHasItsFormater) {
-  for (const WrittenType& row : kTypesWritten)
     EXPECT_EQ(WideString(FormaterNameOf(row.type)), row.formater) << row.type;
+  }
 }
 
-TEST(ColumnTypes, UnknownTypesHaveNoFormater) {
-  for (const std::int32_t type : kUnknownTypes) EXPECT_EQ(FormaterNameOf(type).size(), 0u) << type;
+TEST(ColumnTypes, UnknownTypesAreWrittenUndefinedAndHaveNoFormater) {
+  for (const std::int32_t type : kUnknownTypes) {
+    EXPECT_EQ(WideString(XmlTypeNameOf(type)), u"Undefined") << type;
+    EXPECT_EQ(FormaterNameOf(type).size(), 0u) << type;
+  }
 }
 
 }  // namespace

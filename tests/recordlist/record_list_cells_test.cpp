@@ -7,18 +7,18 @@
 namespace qv {
 namespace {
 
-using RecordListCells = RecordListTest;
-
-constexpr char kNoDate[] = "EQvException 0x00000000 Unable to convert a value with the given accuracy";
-
-struct ReadRow {
-  const char16_t* type;
-  const char16_t* content;
-  const char* value;
+class RecordListCells : public RecordListTest {
+ protected:
+  // The one cell that was read last.
+  const Variant& Cell() const { return fake_.Table().rows.at(0).cells.at(0); }
 };
 
 TEST_F(RecordListCells, TextIsReadByTheColumnsType) {
-  const ReadRow rows[] = {
+  const struct {
+    const char16_t* type;
+    const char16_t* content;
+    std::string value;
+  } rows[] = {
       {u"xsd:byte", u"5", "VT_I1 5"},
       {u"xsd:string", u"a b", "VT_BSTR a b"},
       {u"qvdt:Char", u"x", "VT_BSTR x"},
@@ -50,45 +50,44 @@ TEST_F(RecordListCells, TextIsReadByTheColumnsType) {
       {u"xsd:float", u"1.5", "VT_EMPTY"},
       {u"Undefined", u"5", "VT_EMPTY"},
       {u"", u"5", "VT_EMPTY"},
+      // Without text it is what the formater makes of nothing.
+      {u"xsd:byte", u"", "VT_I1 0"},
+      {u"xsd:string", u"", "VT_BSTR "},
+      {u"qvdt:URL", u"", "VT_BSTR "},
+      {u"qvdt:Blob", u"", "VT_BSTR "},
+      {u"xsd:boolean", u"", "VT_BOOL 0"},
+      {u"xsd:short", u"", "VT_I2 0"},
+      {u"xsd:double", u"", "VT_R8 0"},
+      {u"xsd:int", u"", "VT_INT 0"},
+      {u"xsd:date", u"", kNotAccurate},
+      {u"xsd:time", u"", kNotAccurate},
+      {u"xsd:datetime", u"", kNotAccurate},
+      {u"xsd:duration", u"", kCannotCreate},
+      {u"sof:url", u"", "VT_EMPTY"},
+      {u"made up", u"", "VT_EMPTY"},
+      // A bad text fails as the formater does.
+      {u"xsd:date", u"2024", kNotAccurate},
+      {u"xsd:date", u"2024-13-01", Refused("Invalid argument to date encode")},
+      {u"xsd:time", u"25:00", Refused("Invalid argument to time encode")},
+      {u"xsd:datetime", u"2024-03T10:15", Refused("Expecting a full date value")},
+      {u"sof:url", u"a://b/c", Refused("Cannot build a url object.")},
+      {u"xsd:duration", u"1D", kCannotCreate},
+      // Only text nodes are text, and references in them are resolved.
+      {u"xsd:string", u"<!--c-->x", "VT_BSTR x"},
+      {u"xsd:string", u"<b>y</b>x", "VT_BSTR x"},
+      {u"xsd:string", u"<?p i?>x", "VT_BSTR x"},
+      {u"xsd:string", u"x<b/>y", "VT_BSTR x"},
+      {u"xsd:string", u"x<!--c-->y", "VT_BSTR x"},
+      {u"xsd:string", u"<![CDATA[x]]>", "VT_BSTR "},
+      {u"xsd:string", u"<![CDATA[x]]>y", "VT_BSTR y"},
+      {u"xsd:int", u"<b>5</b>", "VT_INT 0"},
+      {u"xsd:int", u"<!--5-->", "VT_INT 0"},
+      {u"xsd:date", u"<![CDATA[2024-03-05]]>", kNotAccurate},
+      {u"xsd:string", u"a&amp;b&lt;c&#233;d", "VT_BSTR a&b<c\\u00E9d"},
+      {u"xsd:string", u" a\nb ", "VT_BSTR  a\\u000Ab "},
   };
-  for (const ReadRow& row : rows)
+  for (const auto& row : rows)
     EXPECT_EQ(CellRead(row.type, row.content), row.value) << Shown(row.type) << " " << Shown(row.content);
-}
-
-TEST_F(RecordListCells, CellWithoutTextIsWhatTheFormaterMakesOfNothing) {
-  const ReadRow rows[] = {
-      {u"xsd:byte", u"", "VT_I1 0"},      {u"xsd:string", u"", "VT_BSTR "},
-      {u"qvdt:URL", u"", "VT_BSTR "},     {u"qvdt:Blob", u"", "VT_BSTR "},
-      {u"xsd:boolean", u"", "VT_BOOL 0"}, {u"xsd:short", u"", "VT_I2 0"},
-      {u"xsd:double", u"", "VT_R8 0"},    {u"xsd:int", u"", "VT_INT 0"},
-      {u"xsd:date", u"", kNoDate},        {u"xsd:time", u"", kNoDate},
-      {u"xsd:datetime", u"", kNoDate},    {u"xsd:duration", u"", kCannotCreate},
-      {u"sof:url", u"", "VT_EMPTY"},      {u"made up", u"", "VT_EMPTY"},
-  };
-  for (const ReadRow& row : rows) EXPECT_EQ(CellRead(row.type, row.content), row.value) << Shown(row.type);
-}
-
-TEST_F(RecordListCells, BadTextIsTheFormatersAffair) {
-  EXPECT_EQ(CellRead(u"xsd:date", u"2024"), kNoDate);
-  EXPECT_EQ(CellRead(u"xsd:date", u"2024-13-01"), "EQvException 0x00000000 Invalid argument to date encode");
-  EXPECT_EQ(CellRead(u"xsd:time", u"25:00"), "EQvException 0x00000000 Invalid argument to time encode");
-  EXPECT_EQ(CellRead(u"xsd:datetime", u"2024-03T10:15"),
-            "EQvException 0x00000000 Expecting a full date value");
-  EXPECT_EQ(CellRead(u"sof:url", u"a://b/c"), "EQvException 0x00000000 Cannot build a url object.");
-  EXPECT_EQ(CellRead(u"xsd:duration", u"1D"), kCannotCreate);
-}
-
-TEST_F(RecordListCells, OnlyTextNodesAreText) {
-  EXPECT_EQ(CellRead(u"xsd:string", u"<!--c-->x"), "VT_BSTR x");
-  EXPECT_EQ(CellRead(u"xsd:string", u"<b>y</b>x"), "VT_BSTR x");
-  EXPECT_EQ(CellRead(u"xsd:string", u"<?p i?>x"), "VT_BSTR x");
-  EXPECT_EQ(CellRead(u"xsd:string", u"x<b/>y"), "VT_BSTR x");
-  EXPECT_EQ(CellRead(u"xsd:string", u"x<!--c-->y"), "VT_BSTR x");
-  EXPECT_EQ(CellRead(u"xsd:string", u"<![CDATA[x]]>"), "VT_BSTR ");
-  EXPECT_EQ(CellRead(u"xsd:string", u"<![CDATA[x]]>y"), "VT_BSTR y");
-  EXPECT_EQ(CellRead(u"xsd:int", u"<b>5</b>"), "VT_INT 0");
-  EXPECT_EQ(CellRead(u"xsd:int", u"<!--5-->"), "VT_INT 0");
-  EXPECT_EQ(CellRead(u"xsd:date", u"<![CDATA[2024-03-05]]>"), kNoDate);
 }
 
 TEST_F(RecordListCells, FormaterGetsTheTextNode) {
@@ -100,96 +99,77 @@ TEST_F(RecordListCells, FormaterGetsTheTextNode) {
   EXPECT_EQ(Shown(creator.formater.lastName), "");
 }
 
-TEST_F(RecordListCells, ReferencesInTextAreResolved) {
-  EXPECT_EQ(CellRead(u"xsd:string", u"a&amp;b&lt;c&#233;d"), "VT_BSTR a&b<c\\u00E9d");
-  EXPECT_EQ(CellRead(u"xsd:string", u" a\nb "), "VT_BSTR  a\\u000Ab ");
-}
-
 TEST_F(RecordListCells, LongTextIsWhole) {
   EXPECT_EQ(CellRead(u"xsd:string", std::u16string(200000, u'x')), "VT_BSTR " + std::string(200000, 'x'));
 }
 
-TEST_F(RecordListCells, EmptyStringIsNoNull) {
+TEST_F(RecordListCells, EmptyStringIsNotNull) {
   EXPECT_EQ(CellRead(u"xsd:string", u""), "VT_BSTR ");
-  const Variant& cell = fake_.Table().rows.at(0).cells.at(0);
-  EXPECT_FALSE(cell.Text().IsNull());
+  EXPECT_FALSE(Cell().Text().IsNull());
 }
 
-TEST_F(RecordListCells, DurationIsReadWithItsText) {
+TEST_F(RecordListCells, DurationIsReadWithItsTextAndAUrlAsAUrl) {
   EXPECT_EQ(CellRead(u"xsd:duration", u"-P1DT2H"), "VT_UNKNOWN object");
-  IUnknown* const object = fake_.Table().rows.at(0).cells.at(0).Object();
-  const IDurationRawPtr raw = As<IDurationRaw>(object);
+  const IDurationRawPtr raw = As<IDurationRaw>(Cell().Object());
   ASSERT_NE(raw, nullptr);
   WideString text;
   EXPECT_EQ(raw->GetText(&text), S_OK);
   EXPECT_EQ(Shown(text), "-P1DT2H");
-}
-
-TEST_F(RecordListCells, UrlIsReadAsAUrl) {
   EXPECT_EQ(CellRead(u"sof:url", u"&lt;URL&gt;u&lt;/URL&gt;&lt;C&gt;c&lt;/C&gt;"), "VT_UNKNOWN object");
-  IUnknown* const object = fake_.Table().rows.at(0).cells.at(0).Object();
-  EXPECT_NE(As<IUrl>(object), nullptr);
+  EXPECT_NE(As<IUrl>(Cell().Object()), nullptr);
 }
 
-struct WrittenRow {
-  std::int32_t type;
-  Variant value;
-  const char* cell;
-};
-
-Variant DurationOf(const char16_t* text) {
-  return Variant::FromObject(CreateDuration(text).get());
-}
-
-TEST_F(RecordListCells, ValueIsWrittenByTheColumnsType) {
-  const WrittenRow rows[] = {
-      {1, Variant::FromString(u"a b"), "<a>a b</a>"},
+TEST_F(RecordListCells, ValueIsWrittenByTheColumnsTypeAndEscapedTwice) {
+  const auto text = [](const WideString& value) { return Variant::FromString(value); };
+  const struct {
+    std::int32_t type;
+    Variant value;
+    const char* cell;
+  } rows[] = {
+      {1, text(u"a b"), "<a>a b</a>"},
       {2, Variant::FromBool(true), "<a>1</a>"},
       {2, Variant::FromBool(false), "<a>0</a>"},
       {3, Variant::FromFloat(1.5F), "<a>1.5</a>"},
       {4, Variant::FromDouble(3.14159265), "<a>3.14159</a>"},
-      {5, DurationOf(u"-P1DT2H"), "<a>-P1DT2H</a>"},
-      {6, Variant::FromString(u"AAEC/w=="), "<a>AAEC/w==</a>"},
-      {8, Variant::FromString(u"http://a/b"), "<a>http://a/b</a>"},
+      {5, Variant::FromObject(CreateDuration(u"-P1DT2H").get()), "<a>-P1DT2H</a>"},
+      {6, text(u"AAEC/w=="), "<a>AAEC/w==</a>"},
+      {8, text(u"http://a/b"), "<a>http://a/b</a>"},
       {10, Variant::FromInt(-7), "<a>-7</a>"},
       {11, Variant::FromShort(-300), "<a>-300</a>"},
       {12, Variant::FromLong(12345678901234), "<a>12345678901234</a>"},
       {13, Variant::FromByte(-5), "<a>-5</a>"},
-      {13, Variant::FromString(u"12"), "<a>12</a>"},
+      {13, text(u"12"), "<a>12</a>"},
       {14, Variant::FromInt(5), "<a/>"},
       {16, Variant::FromDate(45356.75), "<a>2024-03-05T18:00:00.0Z</a>"},
       {17, Variant::FromDate(45356.25), "<a>06:00:00.0Z</a>"},
       {18, Variant::FromDate(45356.75), "<a>2024-03-05</a>"},
       {23, Variant::FromObject(CreateUrl().get()), "<a/>"},
-      {0, Variant::FromString(u"x"), "<a/>"},
+      {0, text(u"x"), "<a/>"},
       {7, Variant::FromInt(5), "<a/>"},
       {99, Variant::FromInt(5), "<a/>"},
-      {-1, Variant::FromString(u"x"), "<a/>"},
+      {-1, text(u"x"), "<a/>"},
+      // A cell that was never set is written by its type.
+      {1, Variant(), "<a/>"},
+      {2, Variant(), "<a>0</a>"},
+      {4, Variant(), "<a>0</a>"},
+      {6, Variant(), "<a/>"},
+      {10, Variant(), "<a>0</a>"},
+      {11, Variant(), "<a>0</a>"},
+      {13, Variant(), "<a>0</a>"},
+      {17, Variant(), "<a>00:00:00.0Z</a>"},
+      {23, Variant(), "<a/>"},
+      {0, Variant(), "<a/>"},
+      {1, text(u"a&b"), "<a>a&amp;amp;b</a>"},
+      {1, text(u"<>\"'"), "<a>&amp;lt;&amp;gt;&amp;quot;&amp;apos;</a>"},
+      {6, text(u"\u00E9"), "<a>&amp;#233;</a>"},
+      {8, text(u"a?b=1&c=2"), "<a>a?b=1&amp;amp;c=2</a>"},
+      {1, text(u""), "<a/>"},
+      {1, text(WideString()), "<a/>"},
+      {1, text(u" "), "<a> </a>"},
+      {1, text(std::u16string_view(u"\0x", 2)), "<a/>"},
   };
-  for (const WrittenRow& row : rows) EXPECT_EQ(CellWritten(row.type, row.value), row.cell) << row.type;
-}
-
-TEST_F(RecordListCells, CellThatWasNeverSetIsWrittenByItsType) {
-  const WrittenRow rows[] = {{1, Variant(), "<a/>"},      {2, Variant(), "<a>0</a>"},
-                             {4, Variant(), "<a>0</a>"},  {6, Variant(), "<a/>"},
-                             {10, Variant(), "<a>0</a>"}, {11, Variant(), "<a>0</a>"},
-                             {13, Variant(), "<a>0</a>"}, {17, Variant(), "<a>00:00:00.0Z</a>"},
-                             {23, Variant(), "<a/>"},     {0, Variant(), "<a/>"}};
-  for (const WrittenRow& row : rows) EXPECT_EQ(CellWritten(row.type, row.value), row.cell) << row.type;
-}
-
-TEST_F(RecordListCells, StringIsEscapedTwice) {
-  EXPECT_EQ(CellWritten(1, Variant::FromString(u"a&b")), "<a>a&amp;amp;b</a>");
-  EXPECT_EQ(CellWritten(1, Variant::FromString(u"<>\"'")), "<a>&amp;lt;&amp;gt;&amp;quot;&amp;apos;</a>");
-  EXPECT_EQ(CellWritten(6, Variant::FromString(u"\u00E9")), "<a>&amp;#233;</a>");
-  EXPECT_EQ(CellWritten(8, Variant::FromString(u"a?b=1&c=2")), "<a>a?b=1&amp;amp;c=2</a>");
-}
-
-TEST_F(RecordListCells, EmptyTextIsAnEmptyElement) {
-  EXPECT_EQ(CellWritten(1, Variant::FromString(u"")), "<a/>");
-  EXPECT_EQ(CellWritten(1, Variant::FromString(WideString())), "<a/>");
-  EXPECT_EQ(CellWritten(1, Variant::FromString(u" ")), "<a> </a>");
-  EXPECT_EQ(CellWritten(1, Variant::FromString(std::u16string_view(u"\0x", 2))), "<a/>");
+  for (const auto& row : rows)
+    EXPECT_EQ(CellWritten(row.type, row.value), row.cell) << row.type << " " << ShownValue(row.value);
 }
 
 TEST_F(RecordListCells, TextOfTheFormaterIsWhatIsEscaped) {

@@ -1,29 +1,16 @@
-// Tables in answers that cannot be read. Whatever fails, nothing of the list stays behind.
-#include <functional>
-#include <memory>
-#include <stdexcept>
-
+// Tables in answers that cannot be read. Whatever fails, nothing of the list stays.
 #include "format/probe_formater.h"
-#include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
-#include "qvscriptwells/e_qv_exception.h"
 #include "recordlist/record_list_test.h"
 
 namespace qv {
 namespace {
 
-class RecordListReaderFailures : public RecordListTest {
- protected:
-  // Two columns, two records: every step is met.
-  std::string ReadTwoThrows() {
-    return ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", u"xsd:string"),
-                               u"<i><a>5</a><b>x</b></i><i><a>6</a><b>y</b></i>"));
-  }
-};
+using RecordListReaderFailures = RecordListTest;
 
 TEST_F(RecordListReaderFailures, NullNodeIsAnEmptyResponse) {
   EXPECT_EQ(Thrown([this] { formater_.ReadValue(XmlNode()); }),
-            "EQvException 0x00000000 Cannot deserializer - empty response.");
+            Refused("Cannot deserializer - empty response."));
   EXPECT_TRUE(fake_.Calls().empty());
 }
 
@@ -66,23 +53,9 @@ TEST_F(RecordListReaderFailures, EachFailedCallEndsTheReading) {
     for (const HRESULT code : {E_FAIL, E_OUTOFMEMORY, E_NOINTERFACE}) {
       FakeRecordList fake;
       fake.Fail(row.step, code, u"words of the component", row.nth);
-      EXPECT_EQ(ReadTwoThrows(), kCannotCreate) << row.lastCall;
-      ASSERT_FALSE(fake.Calls().empty()) << row.lastCall;
-      EXPECT_EQ(fake.Calls().back(), row.lastCall);
-      EXPECT_EQ(fake.LiveObjects(), 0) << row.lastCall;
+      EXPECT_EQ(ReadThrows(TwoByTwoXml()), kCannotCreate) << row.lastCall;
+      ExpectEnd(fake, row.lastCall);
     }
-  }
-}
-
-TEST_F(RecordListReaderFailures, SuccessCodesAreNoFailure) {
-  for (const ListStep step :
-       {ListStep::kCreate, ListStep::kRun, ListStep::kLockList, ListStep::kGetHeaders, ListStep::kLockHeaders,
-        ListStep::kAddHeader, ListStep::kSetDisplayName, ListStep::kNewRecord, ListStep::kLockRecord,
-        ListStep::kGetHeader, ListStep::kGetType, ListStep::kSetValue}) {
-    FakeRecordList fake;
-    fake.Fail(step, S_FALSE);
-    EXPECT_EQ(ReadTwoThrows(), "nothing") << fake.Calls().back();
-    EXPECT_EQ(fake.CallsWith("SetValue").size(), 4u);
   }
 }
 
@@ -99,27 +72,26 @@ TEST_F(RecordListReaderFailures, NullInPlaceOfAnObjectFailsAtItsFirstUse) {
   for (const StepRow& row : rows) {
     FakeRecordList fake;
     fake.GiveNull(row.step, row.nth);
-    EXPECT_EQ(ReadTwoThrows(), kCannotCreate) << row.lastCall;
-    EXPECT_EQ(fake.Calls().back(), row.lastCall);
-    EXPECT_EQ(fake.LiveObjects(), 0) << row.lastCall;
+    EXPECT_EQ(ReadThrows(TwoByTwoXml()), kCannotCreate) << row.lastCall;
+    ExpectEnd(fake, row.lastCall);
   }
 }
 
-TEST_F(RecordListReaderFailures, ClassThatIsNoListFails) {
-  fake_.Fail(ListStep::kQueryList, E_NOINTERFACE);
-  EXPECT_EQ(ReadTwoThrows(), kCannotCreate);
-  EXPECT_EQ(fake_.Calls(), (Lines{"CoCreate IUnknown", "Run", "List.Query"}));
-}
-
-TEST_F(RecordListReaderFailures, NewRecordThatIsNoRecordFails) {
-  fake_.Fail(ListStep::kQueryRecord, E_NOINTERFACE);
-  EXPECT_EQ(ReadTwoThrows(), kCannotCreate);
-  EXPECT_EQ(fake_.Calls().back(), "Record(0).Query");
+TEST_F(RecordListReaderFailures, SuccessCodesAreNoFailure) {
+  for (const ListStep step :
+       {ListStep::kCreate, ListStep::kRun, ListStep::kLockList, ListStep::kGetHeaders, ListStep::kLockHeaders,
+        ListStep::kAddHeader, ListStep::kSetDisplayName, ListStep::kNewRecord, ListStep::kLockRecord,
+        ListStep::kGetHeader, ListStep::kGetType, ListStep::kSetValue}) {
+    FakeRecordList fake;
+    fake.Fail(step, S_FALSE);
+    EXPECT_EQ(ReadThrows(TwoByTwoXml()), "nothing") << fake.Calls().back();
+    EXPECT_EQ(fake.CallsWith("SetValue").size(), 4u);
+  }
 }
 
 TEST_F(RecordListReaderFailures, MissingClassFails) {
   const ClassCreator before = RegisterClassCreator(CLSID_RecordList, nullptr);
-  EXPECT_EQ(ReadTwoThrows(), kCannotCreate);
+  EXPECT_EQ(ReadThrows(TwoByTwoXml()), kCannotCreate);
   EXPECT_EQ(Thrown([] { CreateRecordList(); }).substr(0, 21), "_com_error 0x80040154");
   RegisterClassCreator(CLSID_RecordList, before);
 }
@@ -163,55 +135,46 @@ TEST_F(RecordListReaderFailures, MoreCellsThanColumnsFail) {
   EXPECT_EQ(ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int"), u"<i><a>5</a> </i>")), kCannotCreate);
 }
 
-class ProbedReader : public RecordListReaderFailures {
- protected:
-  // From now on this formater is the test's.
-  void Probe(const char16_t* formater, const std::function<Variant(const XmlNode&)>& read) {
-    Factory()->Clear();
-    probe_ = std::make_unique<ProbeFormaterCreator>(formater);
-    probe_->formater.read = read;
-    EnsureFormaters();
+TEST_F(RecordListReaderFailures, FailureOfAFormaterIsItsOwnOrHasOneMessage) {
+  Factory()->Clear();
+  FailingFormaterCreator creator(u"double");
+  EnsureFormaters();
+  for (const auto& row : kFormaterFailures) {
+    creator.formater.fail = row.fail;
+    EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), row.thrown);
+    EXPECT_EQ(fake_.LiveObjects(), 0);
   }
-  std::unique_ptr<ProbeFormaterCreator> probe_;
-};
-
-TEST_F(ProbedReader, NullFromAFormaterIsRefused) {
-  Probe(u"double", [](const XmlNode&) { return Variant::Null(); });
-  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")),
-            "EQvException 0x00000000 Value from type 4 doesn't exist.");
-  EXPECT_EQ(fake_.Calls().back(), "Header(0).GetType");
-  EXPECT_EQ(ReadThrows(OneCellXml(u"qvdt:Money", u"")),
-            "EQvException 0x00000000 Value from type 4 doesn't exist.");
 }
 
-TEST_F(ProbedReader, NullIsRefusedWithTheNumberOfItsType) {
-  Probe(u"url", [](const XmlNode&) { return Variant::Null(); });
-  EXPECT_EQ(ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", u"sof:URL"),
-                                u"<i><a>5</a><b>6</b></i>")),
-            "EQvException 0x00000000 Value from type 23 doesn't exist.");
-  EXPECT_EQ(fake_.CallsWith("SetValue"), Lines{"Record(0).SetValue(0, VT_INT 5)"});
+TEST_F(RecordListReaderFailures, NullFromAFormaterIsRefusedWithItsType) {
+  const struct {
+    const char16_t* formater;
+    const char16_t* type;
+    const char16_t* content;
+    const char* message;
+  } rows[] = {{u"double", u"xsd:double", u"5", "Value from type 4 doesn't exist."},
+              {u"double", u"qvdt:Money", u"", "Value from type 4 doesn't exist."},
+              {u"url", u"sof:URL", u"6", "Value from type 23 doesn't exist."}};
+  for (const auto& row : rows) {
+    Factory()->Clear();
+    ProbeFormaterCreator creator(row.formater);
+    creator.formater.read = [](const XmlNode&) { return Variant::Null(); };
+    EnsureFormaters();
+    FakeRecordList fake;
+    EXPECT_EQ(ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", row.type),
+                                  u"<i><a>5</a><b>" + std::u16string(row.content) + u"</b></i>")),
+              Refused(row.message));
+    EXPECT_EQ(fake.CallsWith("SetValue"), Lines{"Record(0).SetValue(0, VT_INT 5)"});
+    ExpectEnd(fake, "Header(1).GetType");
+  }
 }
 
-TEST_F(ProbedReader, EmptyFromAFormaterIsSet) {
-  Probe(u"double", [](const XmlNode&) { return Variant(); });
+TEST_F(RecordListReaderFailures, EmptyFromAFormaterIsSet) {
+  Factory()->Clear();
+  ProbeFormaterCreator creator(u"double");
+  creator.formater.read = [](const XmlNode&) { return Variant(); };
   ReadAway(OneCellXml(u"xsd:double", u"5"));
   EXPECT_EQ(fake_.CallsWith("SetValue"), Lines{"Record(0).SetValue(0, VT_EMPTY)"});
-}
-
-TEST_F(ProbedReader, FormatersOwnWordsPassWithTheirCode) {
-  Probe(u"double", [](const XmlNode&) -> Variant { throw EQvException(u"my words", 7); });
-  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), "EQvException 0x80040007 my words");
-  Probe(u"double", [](const XmlNode&) -> Variant { throw EQvException(WideString()); });
-  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), "EQvException 0x00000000 <null>");
-}
-
-TEST_F(ProbedReader, AnyOtherFailureOfAFormaterHasOneText) {
-  Probe(u"double", [](const XmlNode&) -> Variant { _com_raise_error(E_POINTER); });
-  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), kCannotCreate);
-  Probe(u"double", [](const XmlNode&) -> Variant { throw std::runtime_error("words"); });
-  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), kCannotCreate);
-  Probe(u"double", [](const XmlNode&) -> Variant { throw 5; });
-  EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), kCannotCreate);
 }
 
 using CreateRecordListTest = RecordListTest;
@@ -222,11 +185,6 @@ TEST_F(CreateRecordListTest, ListIsMadeStartedAndAsked) {
   EXPECT_EQ(fake_.Calls(), (Lines{"CoCreate IUnknown", "Run", "List.Query"}));
   EXPECT_EQ(list->AddRef(), 2u);
   EXPECT_EQ(list->Release(), 1u);
-}
-
-TEST_F(CreateRecordListTest, ClassWithoutTheInterfaceGivesNull) {
-  fake_.Fail(ListStep::kQueryList, E_NOINTERFACE);
-  EXPECT_EQ(CreateRecordList(), nullptr);
 }
 
 TEST_F(CreateRecordListTest, FailedStepIsReportedWithItsCode) {
@@ -245,6 +203,8 @@ TEST_F(CreateRecordListTest, FailedStepIsReportedWithItsCode) {
     EXPECT_EQ(Thrown([] { CreateRecordList(); }).substr(0, 21), row.error);
     EXPECT_EQ(fake.LiveObjects(), 0);
   }
+  fake_.Fail(ListStep::kQueryList, E_NOINTERFACE);
+  EXPECT_EQ(CreateRecordList(), nullptr);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // Tables in answers: what is read from where, and which calls the list gets for it.
+#include "qvscriptwells/com_call.h"
 #include "recordlist/record_list_test.h"
 
 namespace qv {
@@ -6,53 +7,50 @@ namespace {
 
 using RecordListReader = RecordListTest;
 
-std::vector<std::string> NamesOf(const FakeTable& table) {
-  std::vector<std::string> names;
+// "a:10 b:1"
+std::string ColumnsOf(const FakeTable& table) {
+  std::string columns;
   for (const FakeColumn& column : table.columns)
-    names.push_back(Shown(column.name) + ":" + std::to_string(column.type));
-  return names;
+    columns += (columns.empty() ? "" : " ") + Shown(column.name) + ":" + std::to_string(column.type);
+  return columns;
 }
-Lines CellsOf(const FakeRow& row) {
-  Lines cells;
-  for (const Variant& cell : row.cells) cells.push_back(ShownValue(cell));
-  return cells;
+// "0.1 VT_INT 5; 1.0 VT_BSTR x": each SetValue with the numbers of record and column.
+std::string ValuesSet(const FakeRecordList& fake) {
+  std::string values;
+  for (const std::string& call : fake.CallsWith("SetValue")) {
+    const std::size_t comma = call.find(", ");
+    const std::string column = call.substr(call.find("SetValue(") + 9, comma - call.find("SetValue(") - 9);
+    values += (values.empty() ? "" : "; ") + call.substr(7, call.find(')') - 7) + "." + column + " " +
+              call.substr(comma + 2, call.size() - comma - 3);
+  }
+  return values;
+}
+
+// The calls for one record of two columns.
+Lines RecordCalls(int number, const std::string& first, const std::string& second) {
+  const std::string record = "Record(" + std::to_string(number) + ").";
+  return {"List.NewRecord",        record + "Query",    record + "SetLocked(0)",
+          "Headers.GetHeader(0)",  "Header(0).GetType", record + "SetValue(0, " + first + ")",
+          "Headers.GetHeader(1)",  "Header(1).GetType", record + "SetValue(1, " + second + ")",
+          record + "SetLocked(-1)"};
 }
 
 TEST_F(RecordListReader, CallsComeInOneOrder) {
-  ReadAway(TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", u"xsd:string"),
-                    u"<i><a>5</a><b>x</b></i><i><a>6</a><b>y</b></i>"));
-  EXPECT_EQ(fake_.Calls(), (Lines{"CoCreate IUnknown",
-                                  "Run",
-                                  "List.Query",
-                                  "List.SetLocked(0)",
-                                  "List.GetHeaders",
-                                  "Headers.SetLocked(0)",
-                                  "Headers.AddHeader(a, 10)",
-                                  "Header(0).SetDisplayName(a)",
-                                  "Headers.AddHeader(b, 1)",
-                                  "Header(1).SetDisplayName(b)",
-                                  "List.NewRecord",
-                                  "Record(0).Query",
-                                  "Record(0).SetLocked(0)",
-                                  "Headers.GetHeader(0)",
-                                  "Header(0).GetType",
-                                  "Record(0).SetValue(0, VT_INT 5)",
-                                  "Headers.GetHeader(1)",
-                                  "Header(1).GetType",
-                                  "Record(0).SetValue(1, VT_BSTR x)",
-                                  "Record(0).SetLocked(-1)",
-                                  "List.NewRecord",
-                                  "Record(1).Query",
-                                  "Record(1).SetLocked(0)",
-                                  "Headers.GetHeader(0)",
-                                  "Header(0).GetType",
-                                  "Record(1).SetValue(0, VT_INT 6)",
-                                  "Headers.GetHeader(1)",
-                                  "Header(1).GetType",
-                                  "Record(1).SetValue(1, VT_BSTR y)",
-                                  "Record(1).SetLocked(-1)",
-                                  "List.SetLocked(-1)",
-                                  "Headers.SetLocked(-1)"}));
+  ReadAway(TwoByTwoXml());
+  Lines expected{"CoCreate IUnknown",
+                 "Run",
+                 "List.Query",
+                 "List.SetLocked(0)",
+                 "List.GetHeaders",
+                 "Headers.SetLocked(0)",
+                 "Headers.AddHeader(a, 10)",
+                 "Header(0).SetDisplayName(a)",
+                 "Headers.AddHeader(b, 1)",
+                 "Header(1).SetDisplayName(b)"};
+  for (const Lines& more : {RecordCalls(0, "VT_INT 5", "VT_BSTR x"), RecordCalls(1, "VT_INT 6", "VT_BSTR y"),
+                            Lines{"List.SetLocked(-1)", "Headers.SetLocked(-1)"}})
+    expected.insert(expected.end(), more.begin(), more.end());
+  EXPECT_EQ(fake_.Calls(), expected);
 }
 
 TEST_F(RecordListReader, ListIsLockedThroughout) {
@@ -62,41 +60,22 @@ TEST_F(RecordListReader, ListIsLockedThroughout) {
   EXPECT_TRUE(fake_.Table().rows.at(0).locked);
 }
 
-TEST_F(RecordListReader, ValueIsTheOnlyOwnerOfTheList) {
+TEST_F(RecordListReader, ValueIsTheInterfaceOfANewListAndItsOnlyOwner) {
   const Variant value = Read(OneCellXml(u"xsd:int", u"5"));
   ASSERT_EQ(value.Tag(), VT_UNKNOWN);
   ASSERT_NE(value.Object(), nullptr);
   EXPECT_EQ(fake_.LiveObjects(), 1);
   EXPECT_EQ(value.Object()->AddRef(), 2u);
   EXPECT_EQ(value.Object()->Release(), 1u);
-}
-
-TEST_F(RecordListReader, ValueHoldsTheInterfaceOfTheList) {
-  const Variant value = Read(OneCellXml(u"xsd:int", u"5"));
-  void* raw = nullptr;
-  ASSERT_EQ(value.Object()->QueryInterface(IRecordList::kIid, &raw), S_OK);
-  const IRecordListPtr list(static_cast<IRecordList*>(raw), false);
-  EXPECT_EQ(static_cast<IUnknown*>(list.get()), value.Object());
-}
-
-TEST_F(RecordListReader, EachReadMakesANewList) {
-  const Variant first = Read(OneCellXml(u"xsd:int", u"5"));
-  const Variant second = Read(OneCellXml(u"xsd:int", u"6"));
-  EXPECT_NE(first.Object(), second.Object());
+  EXPECT_EQ(static_cast<IUnknown*>(As<IRecordList>(value.Object()).get()), value.Object());
+  EXPECT_NE(Read(OneCellXml(u"xsd:int", u"6")).Object(), value.Object());
   EXPECT_EQ(fake_.TableCount(), 2u);
 }
 
-TEST_F(RecordListReader, ListWithoutStartOfItsOwnIsUsedAllTheSame) {
+TEST_F(RecordListReader, ListThatNeedsNoStartIsUsedAllTheSame) {
   fake_.OfferNoRunnable();
   ReadAway(OneCellXml(u"xsd:int", u"5"));
   EXPECT_EQ(fake_.Calls()[1], "List.Query");
-}
-
-TEST_F(RecordListReader, ColumnsKeepTheirOrder) {
-  ReadAway(TableXml(ColumnXml(u"z", u"xsd:string") + ColumnXml(u"a", u"xsd:int") +
-                        ColumnXml(u"m", u"qvdt:Blob") + ColumnXml(u"a", u"sof:URL"),
-                    u""));
-  EXPECT_EQ(NamesOf(fake_.Table()), (Lines{"z:1", "a:10", "m:6", "a:23"}));
 }
 
 TEST_F(RecordListReader, EachTypeNameGivesItsColumnType) {
@@ -116,7 +95,7 @@ TEST_F(RecordListReader, EachTypeNameGivesItsColumnType) {
               {u" xsd:int", "a:0"}};
   for (const auto& row : rows) {
     ReadAway(TableXml(ColumnXml(u"a", row.name), u""));
-    EXPECT_EQ(NamesOf(fake_.Table()), Lines{row.column}) << Shown(row.name);
+    EXPECT_EQ(ColumnsOf(fake_.Table()), row.column) << Shown(row.name);
   }
 }
 
@@ -129,41 +108,11 @@ TEST_F(RecordListReader, DisplayNameIsTheName) {
   EXPECT_EQ(Shown(fake_.Table().columns.at(0).displayName), "n&\\u00E9");
 }
 
-TEST_F(RecordListReader, EmptyNameIsAName) {
-  ReadAway(TableXml(ColumnXml(u"", u"xsd:int"), u"<i><a>5</a></i>"));
-  EXPECT_EQ(NamesOf(fake_.Table()), Lines{":10"});
-  EXPECT_EQ(CellsOf(fake_.Table().rows.at(0)), Lines{"VT_INT 5"});
-}
-
-TEST_F(RecordListReader, AttributesMayStandInAnyOrderAmongOthers) {
-  ReadAway(TableXml(u"<c name='x' type='xsd:string' xsd:type='xsd:int' other='y' xsd:name='a'/>", u""));
-  EXPECT_EQ(NamesOf(fake_.Table()), Lines{"a:10"});
-}
-
-TEST_F(RecordListReader, ContentOfAColumnIsNotLookedAt) {
-  ReadAway(TableXml(u"<c xsd:name='a' xsd:type='xsd:int'>text<b xsd:name='c'/></c>", u""));
-  EXPECT_EQ(NamesOf(fake_.Table()), Lines{"a:10"});
-}
-
-TEST_F(RecordListReader, NoRecordsGiveColumnsOnly) {
-  ReadAway(TableXml(ColumnXml(u"a", u"xsd:int"), u""));
-  EXPECT_EQ(fake_.Table().columns.size(), 1u);
-  EXPECT_EQ(fake_.Table().rows.size(), 0u);
-  EXPECT_TRUE(fake_.Table().locked);
-  EXPECT_TRUE(fake_.Table().headersLocked);
-}
-
 TEST_F(RecordListReader, EmptySchemaGivesNoColumns) {
   ReadAway(u"<h><s/></h><d/>");
   EXPECT_EQ(fake_.Calls(),
             (Lines{"CoCreate IUnknown", "Run", "List.Query", "List.SetLocked(0)", "List.GetHeaders",
                    "Headers.SetLocked(0)", "List.SetLocked(-1)", "Headers.SetLocked(-1)"}));
-}
-
-TEST_F(RecordListReader, EmptySchemaMayHaveRecordsWithoutCells) {
-  ReadAway(TableXml(u"", u"<i/><i></i>"));
-  EXPECT_EQ(fake_.Table().columns.size(), 0u);
-  EXPECT_EQ(fake_.Table().rows.size(), 2u);
 }
 
 TEST_F(RecordListReader, RecordWithoutCellsHasNoValuesSet) {
@@ -173,67 +122,61 @@ TEST_F(RecordListReader, RecordWithoutCellsHasNoValuesSet) {
   EXPECT_EQ(fake_.CallsWith("GetHeader("), Lines{});
 }
 
-TEST_F(RecordListReader, RecordMayHaveFewerCellsThanColumns) {
-  ReadAway(TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", u"xsd:string"), u"<i><a>5</a></i>"));
-  EXPECT_EQ(fake_.CallsWith("SetValue"), Lines{"Record(0).SetValue(0, VT_INT 5)"});
-  EXPECT_EQ(CellsOf(fake_.Table().rows.at(0)), (Lines{"VT_INT 5", "VT_EMPTY"}));
-}
-
-TEST_F(RecordListReader, CellsBelongToColumnsByPosition) {
-  ReadAway(
-      TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", u"xsd:string"), u"<i><b>5</b><a>6</a></i>"));
-  EXPECT_EQ(CellsOf(fake_.Table().rows.at(0)), (Lines{"VT_INT 5", "VT_BSTR 6"}));
-}
-
-TEST_F(RecordListReader, ElementNamesDoNotMatter) {
-  ReadAway(u"<x><x><x xsd:name='a' xsd:type='xsd:int'/></x></x><x><x><x>5</x></x></x>");
-  EXPECT_EQ(NamesOf(fake_.Table()), Lines{"a:10"});
-  EXPECT_EQ(CellsOf(fake_.Table().rows.at(0)), Lines{"VT_INT 5"});
-}
-
-TEST_F(RecordListReader, FirstBlockIsTheHeadersWhateverItsName) {
-  ReadAway(u"<q1:Records><o/></q1:Records><q1:Headers><one/><two/></q1:Headers>");
-  EXPECT_EQ(fake_.Table().columns.size(), 0u);
-  EXPECT_EQ(fake_.Table().rows.size(), 2u);
-}
-
-TEST_F(RecordListReader, ElementNamesOfTheWireRead) {
-  ReadAway(
-      u"<q1:Headers><xsd:schema targetNamespace='uuid:x'><xsd:element xsd:name='a' xsd:type='xsd:int' "
-      u"xsd:displayName='A' qvrl:valueSize='' qvrl:valueSize2=''/></xsd:schema></q1:Headers>"
-      u"<q1:Records><q1:Record><a>5</a></q1:Record></q1:Records>");
-  EXPECT_EQ(NamesOf(fake_.Table()), Lines{"a:10"});
-  EXPECT_EQ(CellsOf(fake_.Table().rows.at(0)), Lines{"VT_INT 5"});
-}
-
-TEST_F(RecordListReader, OnlyTheFirstSchemaAndTheSecondBlockCount) {
-  ReadAway(u"<h><s>" + ColumnXml(u"a", u"xsd:int") + u"</s><s>" + ColumnXml(u"b", u"xsd:int") +
-           u"</s></h><d><i><a>5</a></i></d><d><i><a>6</a></i></d>");
-  EXPECT_EQ(NamesOf(fake_.Table()), Lines{"a:10"});
-  ASSERT_EQ(fake_.Table().rows.size(), 1u);
-  EXPECT_EQ(CellsOf(fake_.Table().rows[0]), Lines{"VT_INT 5"});
-}
-
-// The wire form has no white space between its elements. Where there is some it counts as what should stand
-// there.
-TEST_F(RecordListReader, TextBetweenRecordsIsARecordWithoutCells) {
-  ReadAway(TableXml(ColumnXml(u"a", u"xsd:int"), u"\n<i><a>5</a></i> <i/>"));
-  ASSERT_EQ(fake_.Table().rows.size(), 4u);
-  EXPECT_EQ(fake_.CallsWith("SetValue"), Lines{"Record(1).SetValue(0, VT_INT 5)"});
-}
-
-TEST_F(RecordListReader, TextBetweenCellsIsACellWithoutText) {
-  ReadAway(TableXml(ColumnXml(u"a", u"xsd:string") + ColumnXml(u"b", u"xsd:int"), u"<i> <b>5</b></i>"));
-  EXPECT_EQ(fake_.CallsWith("SetValue"),
-            (Lines{"Record(0).SetValue(0, VT_BSTR )", "Record(0).SetValue(1, VT_INT 5)"}));
-}
-
-TEST_F(RecordListReader, CommentsCountAsRecordsAndCells) {
-  ReadAway(TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", u"xsd:int"),
-                    u"<!--r--><i><!--c--><b>5</b></i>"));
-  EXPECT_EQ(fake_.Table().rows.size(), 2u);
-  EXPECT_EQ(fake_.CallsWith("SetValue"),
-            (Lines{"Record(1).SetValue(0, VT_INT 0)", "Record(1).SetValue(1, VT_INT 5)"}));
+// Elements count by their places, not by their names. The wire form has no white space between its elements;
+// a text or a comment there counts as the element that is expected in its place.
+TEST_F(RecordListReader, ElementsAreReadByTheirPlaces) {
+  const std::u16string a = ColumnXml(u"a", u"xsd:int");
+  const struct {
+    const char* name;
+    std::u16string content;
+    const char* columns;
+    std::size_t records;
+    const char* values;
+  } rows[] = {
+      {"columns keep their order",
+       TableXml(ColumnXml(u"z", u"xsd:string") + a + ColumnXml(u"a", u"sof:URL"), u""), "z:1 a:10 a:23", 0,
+       ""},
+      {"empty name", TableXml(ColumnXml(u"", u"xsd:int"), u"<i><a>5</a></i>"), ":10", 1, "0.0 VT_INT 5"},
+      {"attributes in any order",
+       TableXml(u"<c name='x' type='xsd:string' xsd:type='xsd:int' other='y' xsd:name='a'/>", u""), "a:10", 0,
+       ""},
+      {"content of a column", TableXml(u"<c xsd:name='a' xsd:type='xsd:int'>text<b xsd:name='c'/></c>", u""),
+       "a:10", 0, ""},
+      {"no records", TableXml(a, u""), "a:10", 0, ""},
+      {"records without columns", TableXml(u"", u"<i/><i></i>"), "", 2, ""},
+      {"fewer cells than columns", TableXml(TwoColumnsXml(), u"<i><a>5</a></i>"), "a:10 b:1", 1,
+       "0.0 VT_INT 5"},
+      {"cells in another order", TableXml(TwoColumnsXml(), u"<i><b>5</b><a>6</a></i>"), "a:10 b:1", 1,
+       "0.0 VT_INT 5; 0.1 VT_BSTR 6"},
+      {"any names", u"<x><x><x xsd:name='a' xsd:type='xsd:int'/></x></x><x><x><x>5</x></x></x>", "a:10", 1,
+       "0.0 VT_INT 5"},
+      {"records named like headers", u"<q1:Records><o/></q1:Records><q1:Headers><one/><two/></q1:Headers>",
+       "", 2, ""},
+      {"names of the wire",
+       u"<q1:Headers><xsd:schema targetNamespace='uuid:x'><xsd:element xsd:name='a' xsd:type='xsd:int' "
+       u"xsd:displayName='A' qvrl:valueSize='' qvrl:valueSize2=''/></xsd:schema></q1:Headers>"
+       u"<q1:Records><q1:Record><a>5</a></q1:Record></q1:Records>",
+       "a:10", 1, "0.0 VT_INT 5"},
+      {"first schema and second block",
+       u"<h><s>" + a + u"</s><s><c/></s></h><d><i><a>5</a></i></d><d><i><a>6</a></i></d>", "a:10", 1,
+       "0.0 VT_INT 5"},
+      {"text between records", TableXml(a, u"\n<i><a>5</a></i> <i/>"), "a:10", 4, "1.0 VT_INT 5"},
+      {"text between cells", TableXml(ColumnXml(u"a", u"xsd:string") + a, u"<i> <b>5</b></i>"), "a:1 a:10", 1,
+       "0.0 VT_BSTR ; 0.1 VT_INT 5"},
+      {"comments", TableXml(a + a, u"<!--r--><i><!--c--><b>5</b></i>"), "a:10 a:10", 2,
+       "1.0 VT_INT 0; 1.1 VT_INT 5"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    FakeRecordList fake;
+    ReadAway(row.content);
+    EXPECT_EQ(ColumnsOf(fake.Table()), row.columns);
+    EXPECT_EQ(fake.Table().rows.size(), row.records);
+    EXPECT_EQ(ValuesSet(fake), row.values);
+    EXPECT_TRUE(fake.Table().locked);
+    EXPECT_TRUE(fake.Table().headersLocked);
+    EXPECT_EQ(fake.LiveObjects(), 0);
+  }
 }
 
 TEST_F(RecordListReader, ManyColumnsAndRecordsAreRead) {

@@ -1,5 +1,5 @@
 // Tables as text: the whole document, and which calls the list gets for it.
-#include "format/probe_formater.h"
+#include "fixtures/guid_shape.h"
 #include "recordlist/record_list_test.h"
 
 namespace qv {
@@ -13,7 +13,11 @@ constexpr char kListStart[] = "<RecordList xmlns:q1=\"" QV_NAMESPACE_HOST
 
 class RecordListWriter : public RecordListTest {
  protected:
-  // The text with the schema's id, wherever it stands, as "ID".
+  // The text of this table or list with the schema's id as "ID".
+  template <class List>
+  std::string Plain(const List& list) {
+    return WithoutId(Written(list));
+  }
   static std::string WithoutId(std::string text) {
     const std::string id = IdOf(text);
     if (id.empty()) return "no id in: " + text;
@@ -21,7 +25,7 @@ class RecordListWriter : public RecordListTest {
       text.replace(at, id.size(), "ID");
     return text;
   }
-  // "uuid:" and the 36 characters behind it.
+  // "uuid:" and the 36 characters after it.
   static std::string IdOf(const std::string& text) {
     const std::size_t at = text.find("uuid:");
     return at == std::string::npos ? std::string() : text.substr(at, 41);
@@ -43,18 +47,14 @@ class RecordListWriter : public RecordListTest {
     return "<xsd:element xsd:name=\"" + name + "\" xsd:type=\"" + type + "\" xsd:displayName=\"" + shown +
            "\" qvrl:valueSize=\"\" qvrl:valueSize2=\"\"/>";
   }
-  // Two columns, two records.
-  static FakeTable TwoByTwo() {
-    return FakeTable{{{u"a", 10, u"A"}, {u"b", 1, u"B"}},
-                     {{{Variant::FromInt(5), Variant::FromString(u"x")}},
-                      {{Variant::FromInt(6), Variant::FromString(u"y")}}}};
-  }
+  // The columns of TwoByTwo, and its records.
+  static std::string TwoColumns() { return Column("a", "xsd:int", "A") + Column("b", "xsd:string", "B"); }
+  static constexpr char kFirst[] = "<q1:Record><a>5</a><b>x</b></q1:Record>";
+  static constexpr char kSecond[] = "<q1:Record><a>6</a><b>y</b></q1:Record>";
 };
 
 TEST_F(RecordListWriter, DocumentHasNoSpaceBetweenItsPieces) {
-  EXPECT_EQ(WithoutId(Written(TwoByTwo())),
-            Document(Column("a", "xsd:int", "A") + Column("b", "xsd:string", "B"),
-                     "<q1:Record><a>5</a><b>x</b></q1:Record><q1:Record><a>6</a><b>y</b></q1:Record>"));
+  EXPECT_EQ(Plain(TwoByTwo()), Document(TwoColumns(), std::string(kFirst) + kSecond));
 }
 
 TEST_F(RecordListWriter, TextHasNoNullUnits) {
@@ -64,47 +64,23 @@ TEST_F(RecordListWriter, TextHasNoNullUnits) {
   EXPECT_EQ(text.view().back(), u'>');
 }
 
+// The calls for one cell.
+Lines CellCalls(const std::string& record, const std::string& place) {
+  return {record + "GetHeaders", "Headers.GetHeader(" + place + ")", "Header(" + place + ").GetType",
+          record + "GetValue(" + place + ")", "Header(" + place + ").GetName"};
+}
+
 TEST_F(RecordListWriter, CallsComeInOneOrder) {
   Written(TwoByTwo());
-  EXPECT_EQ(fake_.Calls(), (Lines{"List.Query",
-                                  "List.GetHeaders",
-                                  "Headers.GetCount",
-                                  "Headers.GetHeader(0)",
-                                  "Header(0).GetType",
-                                  "Header(0).GetName",
-                                  "Header(0).GetDisplayName",
-                                  "Headers.GetHeader(1)",
-                                  "Header(1).GetType",
-                                  "Header(1).GetName",
-                                  "Header(1).GetDisplayName",
-                                  "List.OpenCursor(-1)",
-                                  "Cursor.HasMore",
-                                  "Cursor.Next",
-                                  "Record(0).Query",
-                                  "Record(0).GetHeaders",
-                                  "Headers.GetHeader(0)",
-                                  "Header(0).GetType",
-                                  "Record(0).GetValue(0)",
-                                  "Header(0).GetName",
-                                  "Record(0).GetHeaders",
-                                  "Headers.GetHeader(1)",
-                                  "Header(1).GetType",
-                                  "Record(0).GetValue(1)",
-                                  "Header(1).GetName",
-                                  "Cursor.HasMore",
-                                  "Cursor.Next",
-                                  "Record(1).Query",
-                                  "Record(1).GetHeaders",
-                                  "Headers.GetHeader(0)",
-                                  "Header(0).GetType",
-                                  "Record(1).GetValue(0)",
-                                  "Header(0).GetName",
-                                  "Record(1).GetHeaders",
-                                  "Headers.GetHeader(1)",
-                                  "Header(1).GetType",
-                                  "Record(1).GetValue(1)",
-                                  "Header(1).GetName",
-                                  "Cursor.HasMore"}));
+  Lines expected{"List.Query",        "List.GetHeaders",   "Headers.GetCount",         "Headers.GetHeader(0)",
+                 "Header(0).GetType", "Header(0).GetName", "Header(0).GetDisplayName", "Headers.GetHeader(1)",
+                 "Header(1).GetType", "Header(1).GetName", "Header(1).GetDisplayName", "List.OpenCursor(-1)"};
+  for (const std::string record : {"Record(0).", "Record(1)."})
+    for (const Lines& more : {Lines{"Cursor.HasMore", "Cursor.Next", record + "Query"},
+                              CellCalls(record, "0"), CellCalls(record, "1")})
+      expected.insert(expected.end(), more.begin(), more.end());
+  expected.push_back("Cursor.HasMore");
+  EXPECT_EQ(fake_.Calls(), expected);
 }
 
 TEST_F(RecordListWriter, ReferencesAreGivenBack) {
@@ -115,14 +91,11 @@ TEST_F(RecordListWriter, ReferencesAreGivenBack) {
   EXPECT_EQ(list->Release(), 1u);
 }
 
-TEST_F(RecordListWriter, IdIsAGuidBehindItsMark) {
+TEST_F(RecordListWriter, IdIsAGuidAfterItsMark) {
   const std::string text = Written(FakeTable{});
   const std::string id = IdOf(text);
   ASSERT_EQ(id.size(), 41u) << text;
-  for (std::size_t i = 5; i < id.size(); ++i) {
-    const bool dash = i == 13 || i == 18 || i == 23 || i == 28;
-    EXPECT_TRUE(dash ? id[i] == '-' : std::string("0123456789ABCDEF").find(id[i]) != std::string::npos) << id;
-  }
+  EXPECT_TRUE(IsGuid(id.substr(5))) << id;
   EXPECT_NE(text.find("targetNamespace=\"" + id + "\""), std::string::npos);
   EXPECT_NE(text.find("xmlns:tns=\"" + id + "\""), std::string::npos);
 }
@@ -135,18 +108,6 @@ TEST_F(RecordListWriter, EachCallHasAnIdOfItsOwn) {
   EXPECT_EQ(WithoutId(first), WithoutId(second));
 }
 
-TEST_F(RecordListWriter, ListWithoutColumnsHasEmptyRecords) {
-  EXPECT_EQ(WithoutId(Written(FakeTable{})), Document("", ""));
-  EXPECT_EQ(WithoutId(Written(FakeTable{{}, {FakeRow{}, FakeRow{}}})),
-            Document("", "<q1:Record></q1:Record><q1:Record></q1:Record>"));
-}
-
-TEST_F(RecordListWriter, ListWithoutRecordsHasColumnsOnly) {
-  EXPECT_EQ(WithoutId(Written(FakeTable{{{u"a", 13, u"A"}}, {}})),
-            Document(Column("a", "xsd:byte", "A"), ""));
-  EXPECT_EQ(fake_.Calls().back(), "Cursor.HasMore");
-}
-
 TEST_F(RecordListWriter, EachColumnTypeHasItsName) {
   const struct {
     std::int32_t type;
@@ -157,75 +118,68 @@ TEST_F(RecordListWriter, EachColumnTypeHasItsName) {
               {16, "xsd:datetime"}, {17, "xsd:time"},   {18, "xsd:date"},  {23, "sof:url"},
               {0, "Undefined"},     {7, "Undefined"},   {-1, "Undefined"}, {1000, "Undefined"}};
   for (const auto& row : rows)
-    EXPECT_EQ(WithoutId(Written(FakeTable{{{u"a", row.type, u"A"}}, {}})),
-              Document(Column("a", row.name, "A"), ""));
+    EXPECT_EQ(Plain(FakeTable{{{u"a", row.type, u"A"}}, {}}), Document(Column("a", row.name, "A"), ""));
 }
 
-TEST_F(RecordListWriter, DisplayNameIsEscaped) {
-  EXPECT_EQ(WithoutId(Written(FakeTable{{{u"a", 1, u"A & \"B\" <c> 'd' \u00E9"}}, {}})),
-            Document(Column("a", "xsd:string", "A &amp; &quot;B&quot; &lt;c&gt; &apos;d&apos; &#233;"), ""));
-}
-
-TEST_F(RecordListWriter, NullNamesAreEmpty) {
-  EXPECT_EQ(WithoutId(Written(FakeTable{{{WideString(), 10, WideString()}}, {{{Variant::FromInt(5)}}}})),
-            Document(Column("", "xsd:int", ""), "<q1:Record><>5</></q1:Record>"));
-}
-
-TEST_F(RecordListWriter, NameThatXmlForbidsOtherwiseStandsAsItIs) {
-  EXPECT_EQ(WithoutId(Written(FakeTable{{{u"a b/1", 10, u"A"}}, {{{Variant::FromInt(5)}}}})),
-            Document(Column("a b/1", "xsd:int", "A"), "<q1:Record><a b/1>5</a b/1></q1:Record>"));
-}
-
-TEST_F(RecordListWriter, CellsWithoutTextAreEmptyElements) {
-  EXPECT_EQ(
-      WithoutId(Written(FakeTable{{{u"a", 1}, {u"b", 0}, {u"c", 14}},
-                                  {{{Variant(), Variant::FromInt(5), Variant::FromInt(6)}}}})),
-      Document(Column("a", "xsd:string", "") + Column("b", "Undefined", "") + Column("c", "Undefined", ""),
-               "<q1:Record><a/><b/><c/></q1:Record>"));
-}
-
-TEST_F(RecordListWriter, UndefinedColumnsWriteTheirCellsAllTheSame) {
-  EXPECT_EQ(WithoutId(Written(FakeTable{{{u"a", 3}, {u"b", 12}},
-                                        {{{Variant::FromFloat(1.5F), Variant::FromLong(1LL << 40)}}}})),
-            Document(Column("a", "Undefined", "") + Column("b", "Undefined", ""),
-                     "<q1:Record><a>1.5</a><b>1099511627776</b></q1:Record>"));
+TEST_F(RecordListWriter, TablesAreWrittenLikeThis) {
+  const Variant five = Variant::FromInt(5);
+  const std::string undefined = Column("b", "Undefined", "");
+  const struct {
+    const char* name;
+    FakeTable table;
+    std::string columns;
+    const char* records;
+  } rows[] = {
+      {"neither columns nor records", FakeTable{}, "", ""},
+      {"no columns", FakeTable{{}, {FakeRow{}, FakeRow{}}}, "",
+       "<q1:Record></q1:Record><q1:Record></q1:Record>"},
+      {"no records", FakeTable{{{u"a", 13, u"A"}}, {}}, Column("a", "xsd:byte", "A"), ""},
+      {"escaped display name", FakeTable{{{u"a", 1, u"A & \"B\" <c> 'd' \u00E9"}}, {}},
+       Column("a", "xsd:string", "A &amp; &quot;B&quot; &lt;c&gt; &apos;d&apos; &#233;"), ""},
+      {"null names", FakeTable{{{WideString(), 10, WideString()}}, {{{five}}}}, Column("", "xsd:int", ""),
+       "<q1:Record><>5</></q1:Record>"},
+      {"name that XML forbids", FakeTable{{{u"a b/1", 10, u"A"}}, {{{five}}}},
+       Column("a b/1", "xsd:int", "A"), "<q1:Record><a b/1>5</a b/1></q1:Record>"},
+      {"cells without text", FakeTable{{{u"a", 1}, {u"b", 0}, {u"b", 14}}, {{{Variant(), five, five}}}},
+       Column("a", "xsd:string", "") + undefined + undefined, "<q1:Record><a/><b/><b/></q1:Record>"},
+      {"undefined columns",
+       FakeTable{{{u"b", 3}, {u"b", 12}}, {{{Variant::FromFloat(1.5F), Variant::FromLong(1LL << 40)}}}},
+       undefined + undefined, "<q1:Record><b>1.5</b><b>1099511627776</b></q1:Record>"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(Plain(row.table), Document(row.columns, row.records)) << row.name;
+    EXPECT_EQ(fake_.Calls().back(), "Cursor.HasMore");
+  }
 }
 
 TEST_F(RecordListWriter, TagOfTheValueIsNotLookedAt) {
   VariantData data;
   data.punkVal = fake_.MakeList(TwoByTwo()).detach();
   const Variant list = Variant::FromRaw(VT_DISPATCH, data);
-  EXPECT_EQ(WithoutId(Written(list)),
-            Document(Column("a", "xsd:int", "A") + Column("b", "xsd:string", "B"),
-                     "<q1:Record><a>5</a><b>x</b></q1:Record><q1:Record><a>6</a><b>y</b></q1:Record>"));
+  EXPECT_EQ(Plain(list), Document(TwoColumns(), std::string(kFirst) + kSecond));
 }
 
-TEST_F(RecordListWriter, RecordsThatAreNoneAreSkipped) {
+TEST_F(RecordListWriter, OtherObjectsThanRecordsAreSkipped) {
   fake_.Fail(ListStep::kQueryRecord, E_NOINTERFACE);
-  EXPECT_EQ(WithoutId(Written(TwoByTwo())),
-            Document(Column("a", "xsd:int", "A") + Column("b", "xsd:string", "B"),
-                     "<q1:Record><a>6</a><b>y</b></q1:Record>"));
+  EXPECT_EQ(Plain(TwoByTwo()), Document(TwoColumns(), kSecond));
 }
 
 TEST_F(RecordListWriter, NullRecordsAreSkipped) {
   fake_.GiveNull(ListStep::kNext, 2);
-  EXPECT_EQ(WithoutId(Written(TwoByTwo())),
-            Document(Column("a", "xsd:int", "A") + Column("b", "xsd:string", "B"),
-                     "<q1:Record><a>5</a><b>x</b></q1:Record>"));
+  EXPECT_EQ(Plain(TwoByTwo()), Document(TwoColumns(), kFirst));
   EXPECT_EQ(fake_.Calls().back(), "Cursor.HasMore");
 }
 
 TEST_F(RecordListWriter, CountOfColumnsIsTakenOnce) {
   fake_.SayCount(1);
-  EXPECT_EQ(WithoutId(Written(TwoByTwo())),
-            Document(Column("a", "xsd:int", "A"),
-                     "<q1:Record><a>5</a></q1:Record><q1:Record><a>6</a></q1:Record>"));
+  EXPECT_EQ(Plain(TwoByTwo()), Document(Column("a", "xsd:int", "A"),
+                                        "<q1:Record><a>5</a></q1:Record><q1:Record><a>6</a></q1:Record>"));
   EXPECT_EQ(fake_.CallsWith("GetCount").size(), 1u);
 }
 
 TEST_F(RecordListWriter, NegativeCountIsNoColumns) {
   fake_.SayCount(-1);
-  EXPECT_EQ(WithoutId(Written(TwoByTwo())), Document("", "<q1:Record></q1:Record><q1:Record></q1:Record>"));
+  EXPECT_EQ(Plain(TwoByTwo()), Document("", "<q1:Record></q1:Record><q1:Record></q1:Record>"));
 }
 
 TEST_F(RecordListWriter, ListIsNotChanged) {
@@ -243,7 +197,7 @@ TEST_F(RecordListWriter, ManyRecordsAreWritten) {
     table.rows.push_back({{Variant::FromInt(7)}});
     records += "<q1:Record><a>7</a></q1:Record>";
   }
-  EXPECT_EQ(WithoutId(Written(table)), Document(Column("a", "xsd:int", "A"), records));
+  EXPECT_EQ(Plain(table), Document(Column("a", "xsd:int", "A"), records));
 }
 
 }  // namespace

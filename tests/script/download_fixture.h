@@ -8,6 +8,7 @@
 
 #include "fixtures/environment.h"
 #include "fixtures/fake_http.h"
+#include "fixtures/guid_shape.h"
 #include "fixtures/known_failures.h"
 #include "fixtures/shown_text.h"
 #include "fixtures/temporary_directory.h"
@@ -36,18 +37,11 @@ class DownloadFixture : public testing::Test {
     return Thrown([&] { Path(url, target); });
   }
 
-  // What comes after the temporary directory in this path, with the 36 units of a new directory's name
-  // (capitals, digits and "-" in their places) as "*".
+  // What comes after the temporary directory in this path, with the name of a new directory as "*".
   std::string Below(const std::string& path) const {
-    if (path.compare(0, files_.Path().size(), files_.Path()) != 0) return path;
-    std::string below = path.substr(files_.Path().size());
-    const std::string shape = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
-    if (below.size() < 1 + shape.size()) return path;
-    for (std::size_t i = 0; i < shape.size(); ++i) {
-      const bool digit = std::string("0123456789ABCDEF").find(below[1 + i]) != std::string::npos;
-      if (shape[i] == '-' ? below[1 + i] != '-' : !digit) return path;
-    }
-    return below.replace(1, shape.size(), "*");
+    const std::string start = files_.Path() + "\\";
+    if (path.compare(0, start.size(), start) != 0 || !IsGuid(path.substr(start.size(), 36))) return path;
+    return "\\*" + path.substr(start.size() + 36);
   }
 
   TemporaryDirectory files_;
