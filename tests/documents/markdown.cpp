@@ -133,6 +133,13 @@ std::vector<std::string> Documents() {
   return documents;
 }
 
+std::string TestName(const testing::TestParamInfo<std::string>& document) {
+  std::string name = document.param;
+  for (char& c : name)
+    if (std::isalnum(static_cast<unsigned char>(c)) == 0) c = '_';
+  return name;
+}
+
 std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

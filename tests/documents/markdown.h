@@ -1,6 +1,8 @@
 // Reads Markdown: commands, blocks, tables, names of files.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -36,6 +38,9 @@ std::vector<NamedFile> FilesNamedIn(const std::string& document);
 
 // All documents of the project, as paths below its root.
 std::vector<std::string> Documents();
+
+// The name of a document in a list of tests.
+std::string TestName(const testing::TestParamInfo<std::string>& document);
 
 std::string ReadFile(const std::string& path);
 

@@ -104,12 +104,7 @@ TEST_P(NamedFiles, LinksToSectionsFindTheirHeadings) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Documents, NamedFiles, ::testing::ValuesIn(Documents()), [](const auto& document) {
-  std::string name = document.param;
-  for (char& c : name)
-    if (std::isalnum(static_cast<unsigned char>(c)) == 0) c = '_';
-  return name;
-});
+INSTANTIATE_TEST_SUITE_P(Documents, NamedFiles, ::testing::ValuesIn(Documents()), TestName);
 
 TEST(NamedFilesOfADocument, AreFoundOutsideOfBlocks) {
   const std::vector<NamedFile> files =

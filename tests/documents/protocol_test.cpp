@@ -5,18 +5,13 @@
 
 #include "fixtures/raw_server.h"
 #include "tests/documents/markdown.h"
+#include "tests/documents/typing.h"
 #include "tests/fixtures/output_of.h"
 
 namespace qv::documents {
 namespace {
 
 const std::string kPage = ReadFile(std::string(QV_SOURCE_DIR) + "/docs/protocol.md");
-
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-    text.replace(at, from.size(), to);
-  return text;
-}
 
 // The lines of a head end with CR LF, and a body has no line end.
 std::string OnTheWire(const std::string& block) {
@@ -30,9 +25,11 @@ std::string InEnvelope(const std::string& body) {
          "</soap:Body></soap:Envelope>";
 }
 
-std::string Quoted(const std::string& text) {
-  return "'" + Replaced(text, "'", "'\\''") + "'";
+std::string Executed(const std::string& value) {
+  return InEnvelope("<ExecuteResponse>" + value + "</ExecuteResponse>");
 }
+
+constexpr char kOne[] = "<r xsi:type=\"xsd:int\">1</r>";
 
 class Protocol : public ::testing::Test {
  protected:
@@ -50,11 +47,12 @@ class Protocol : public ::testing::Test {
     return OutputOf(command).text;
   }
   // A run whose script gets this answer.
-  std::string RunWith(const std::string& envelope, const std::string& more = "-e 1 --json") {
-    Answer(
-        {test::RawAnswerText(InEnvelope("<CreateUserSessionResponse><r>1</r></CreateUserSessionResponse>")),
-         test::RawAnswerText(envelope), test::RawAnswerText(InEnvelope("<CloseUserSessionResponse/>"))});
+  std::string RunWithAnswer(const std::string& answer, const std::string& more = "-e 1") {
+    Answer({opened_, answer, closed_});
     return Run(more);
+  }
+  std::string RunWith(const std::string& envelope, const std::string& more = "-e 1 --json") {
+    return RunWithAnswer(test::RawAnswerText(envelope), more);
   }
   static void ExpectRow(const Row& row, const std::string& printed) {
     if (row.second.rfind("{", 0) == 0)
@@ -64,6 +62,9 @@ class Protocol : public ::testing::Test {
                                                                                 << printed;
   }
 
+  const std::string opened_ =
+      test::RawAnswerText(InEnvelope("<CreateUserSessionResponse><r>1</r></CreateUserSessionResponse>"));
+  const std::string closed_ = test::RawAnswerText(InEnvelope("<CloseUserSessionResponse/>"));
   test::RawServer server_;
 };
 
@@ -83,54 +84,47 @@ TEST_F(Protocol, SessionIsAsThePageShowsIt) {
             Replaced(requests, "127.0.0.1:8080", "127.0.0.1:" + std::to_string(server_.Port())));
 }
 
-TEST_F(Protocol, EnvelopesAreReadAsThePageSays) {
-  const std::vector<Row> rows = RowsOf(kPage, "Envelope");
-  EXPECT_EQ(rows.size(), 6u);
-  for (const Row& row : rows) ExpectRow(row, RunWith(row.first));
-}
-
-TEST_F(Protocol, BodiesAreReadAsThePageSays) {
-  const std::vector<Row> rows = RowsOf(kPage, "Body");
-  EXPECT_EQ(rows.size(), 12u);
-  for (const Row& row : rows) ExpectRow(row, RunWith(InEnvelope(row.first)));
-}
-
-TEST_F(Protocol, ValuesAreReadAsThePageSays) {
-  const std::vector<Row> rows = RowsOf(kPage, "Value element");
-  EXPECT_EQ(rows.size(), 26u);
-  for (const Row& row : rows)
-    ExpectRow(row, RunWith(InEnvelope("<ExecuteResponse>" + row.first + "</ExecuteResponse>")));
+TEST_F(Protocol, AnswersAreReadAsThePageSays) {
+  const struct {
+    const char* head;  // of the table
+    std::size_t rows;
+    std::string (*answer)(const std::string& cell);
+  } tables[] = {
+      {"Envelope", 6, [](const std::string& envelope) { return envelope; }},
+      {"Body", 12, [](const std::string& body) { return InEnvelope(body); }},
+      {"Value element", 26, [](const std::string& value) { return Executed(value); }},
+  };
+  for (const auto& table : tables) {
+    const std::vector<Row> rows = RowsOf(kPage, table.head);
+    EXPECT_EQ(rows.size(), table.rows) << table.head;
+    for (const Row& row : rows) ExpectRow(row, RunWith(table.answer(row.first)));
+  }
 }
 
 TEST_F(Protocol, ParametersAreWrittenAsThePageSays) {
   const std::vector<Row> rows = RowsOf(kPage, "Parameter");
   EXPECT_EQ(rows.size(), 11u);
   for (const Row& row : rows) {
-    RunWith(InEnvelope("<ExecuteResponse><r xsi:type=\"xsd:int\">1</r></ExecuteResponse>"),
-            "-e 1 -p " + Quoted(row.first));
+    RunWith(Executed(kOne), "-e 1 -p " + Quoted(row.first));
     EXPECT_NE(server_.Received().back().find(row.second), std::string::npos) << row.first << "\n"
                                                                              << server_.Received().back();
   }
 }
 
 TEST_F(Protocol, HeadsAreReadAsThePageSays) {
-  const std::string answer = InEnvelope("<ExecuteResponse><r xsi:type=\"xsd:int\">1</r></ExecuteResponse>");
+  const std::string answer = Executed(kOne);
   const std::string chunk = "Transfer-Encoding: chunked\r\n\r\n" + [&] {
     std::ostringstream size;
     size << std::hex << answer.size();
     return size.str();
   }() + "\r\n" + answer + "\r\n0\r\n\r\n";
-  const std::string opened =
-      test::RawAnswerText(InEnvelope("<CreateUserSessionResponse><r>1</r></CreateUserSessionResponse>"));
-  const std::string closed = test::RawAnswerText(InEnvelope("<CloseUserSessionResponse/>"));
-  Answer({opened, "HTTP/1.1 200 OK\r\n" + chunk, closed});
-  EXPECT_NE(Run("-e 1").find("Unknown Http problem."), std::string::npos);
-  Answer({opened, "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n", closed});
-  EXPECT_NE(Run("-e 1").find("Unknown Http problem."), std::string::npos);
-  Answer({opened, Replaced(test::RawAnswerText(answer), "200 OK", "500 Internal Server Error"), closed});
-  EXPECT_EQ(Run("-e 1"), "1\n");
-  Answer({opened, test::RawAnswerText(answer, "Content-Encoding: gzip\r\n"), closed});
-  EXPECT_EQ(Run("-e 1"), "1\n");
+  for (const std::string& bad :
+       {"HTTP/1.1 200 OK\r\n" + chunk, std::string("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n")})
+    EXPECT_NE(RunWithAnswer(bad).find("Unknown Http problem."), std::string::npos) << bad;
+  for (const std::string& good :
+       {Replaced(test::RawAnswerText(answer), "200 OK", "500 Internal Server Error"),
+        test::RawAnswerText(answer, "Content-Encoding: gzip\r\n")})
+    EXPECT_EQ(RunWithAnswer(good), "1\n") << good;
 }
 
 TEST_F(Protocol, SessionWithoutAnIdIsNotOpen) {

@@ -25,12 +25,6 @@ constexpr char kHome[] = "/home/joe";
 constexpr const char* kPorts[] = {"8080", "8081"};
 constexpr char kSeconds[] = "100";  // for a whole document
 
-std::string FreshFolder() {
-  std::string pattern = fs::temp_directory_path().string() + "/documents-XXXXXX";
-  if (::mkdtemp(pattern.data()) == nullptr) std::abort();
-  return pattern;
-}
-
 // Keeps a free port of the system bound.
 class FreePort {
  public:
@@ -51,16 +45,6 @@ class FreePort {
   int socket_;
   sockaddr_in address_ = {};
 };
-
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
-    text.replace(at, from.size(), to);
-  return text;
-}
-
-std::string Quoted(const std::string& text) {
-  return "'" + Replaced(text, "'", "'\\''") + "'";
-}
 
 bool IsInBackground(const std::string& command) {
   return command.size() > 2 && command.substr(command.size() - 2) == " &";
@@ -103,23 +87,28 @@ bool AreTheSame(const std::vector<std::string>& lines, const std::vector<std::st
 
 }  // namespace
 
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+    text.replace(at, from.size(), to);
+  return text;
+}
+
+std::string Quoted(const std::string& text) {
+  return "'" + Replaced(text, "'", "'\\''") + "'";
+}
+
 bool Agrees(const Command& command, const Typed& typed) {
   if (IsInBackground(command.text))
     return !command.output.empty() && HoldsAll(LinesOf(typed.output), command.output);
   return command.output.empty() ? typed.exit == 0 : AreTheSame(LinesOf(typed.output), command.output);
 }
 
-Typist::Typist() : root_(FreshFolder()), home_(root_ + "/joe") {
+Typist::Typist() {
   const FreePort ports[std::size(kPorts)];
   for (const FreePort& port : ports) ports_.push_back(port.Number());
-  for (const char* folder : {"/joe/scriptwells/build/demo", "/tmp", "/out"})
-    fs::create_directories(root_ + folder);
+  for (const char* folder : {"joe/scriptwells/build/demo", "tmp", "out"})
+    fs::create_directories(root_.Path(folder));
   MakeCheckout();
-}
-
-Typist::~Typist() {
-  std::error_code ignored;
-  fs::remove_all(root_, ignored);
 }
 
 void Typist::MakeCheckout() const {
@@ -150,7 +139,7 @@ std::string Typist::Script(const std::vector<Command>& commands) const {
   std::ostringstream script;
   script << "trap 'kill $(jobs -p) 2>/dev/null; wait' EXIT\n";
   for (std::size_t i = 0; i < commands.size(); ++i) {
-    const std::string out = root_ + "/out/" + std::to_string(i);
+    const std::string out = root_.Path("out/" + std::to_string(i));
     const std::string text = ForShell(commands[i].text);
     if (!IsInBackground(text)) {
       script << "{ " << text << "\n} >" << out << " 2>&1\necho $? >" << out << ".exit\n";
@@ -172,11 +161,11 @@ std::vector<Typed> Typist::Type(const std::vector<Command>& commands) {
 }
 
 void Typist::RunShell(const std::string& script) {
-  const std::string path = root_ + "/script";
+  const std::string path = root_.Path("script");
   std::ofstream(path) << script;
   const std::string home = "HOME=" + home_;
   const std::string config = "XDG_CONFIG_HOME=" + home_ + "/.config";
-  const std::string temp = "TMPDIR=" + root_ + "/tmp";
+  const std::string temp = "TMPDIR=" + root_.Path("tmp");
   shell_ = ::fork();
   if (shell_ == 0) {
     ::setpgid(0, 0);
@@ -190,7 +179,7 @@ void Typist::RunShell(const std::string& script) {
 }
 
 Typed Typist::Result(std::size_t index) const {
-  const std::string out = root_ + "/out/" + std::to_string(index);
+  const std::string out = root_.Path("out/" + std::to_string(index));
   Typed typed;
   typed.output = ForDocument(ReadFile(out));
   std::ifstream(out + ".exit") >> typed.exit;
@@ -205,7 +194,7 @@ int Typist::ProcessesLeft() const {
 
 std::string Typist::TemporaryFilesLeft() const {
   std::string names;
-  for (const auto& entry : fs::directory_iterator(root_ + "/tmp"))
+  for (const auto& entry : fs::directory_iterator(root_.Path("tmp")))
     names += entry.path().filename().string() + "\n";
   return names;
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "fixtures/temporary_directory.h"
 #include "tests/documents/markdown.h"
 
 namespace qv::documents {
@@ -19,14 +20,16 @@ struct Typed {
 // may print further lines. A command without output has to succeed.
 bool Agrees(const Command& command, const Typed& typed);
 
+// All of `from` in `text` as `to`.
+std::string Replaced(std::string text, const std::string& from, const std::string& to);
+// One word of the shell.
+std::string Quoted(const std::string& text);
+
 // Works in a home directory that contains only scriptwells/, a view of the project with the built programs in
 // build/demo/. Free ports replace the ports 8080 and 8081.
 class Typist {
  public:
   Typist();
-  ~Typist();
-  Typist(const Typist&) = delete;
-  Typist& operator=(const Typist&) = delete;
 
   // Runs all commands in one shell, and then ends the processes that it started.
   std::vector<Typed> Type(const std::vector<Command>& commands);
@@ -43,8 +46,8 @@ class Typist {
   std::string ForShell(const std::string& text) const;
   std::string ForDocument(const std::string& text) const;
 
-  std::string root_;
-  std::string home_;
+  const TemporaryDirectory root_;
+  const std::string home_ = root_.Path("joe");
   std::vector<std::string> ports_;  // they replace those of the documents
   pid_t shell_ = -1;
 };

@@ -32,7 +32,7 @@ if(NOT registered STREQUAL installed)
   message(FATAL_ERROR "Registration changed ${registry} from\n${installed}\nto\n${registered}")
 endif()
 
-# An administrator's words outlive the next installation.
+# What an administrator wrote is kept by the next installation.
 file(APPEND "${registry}" "; mine\n")
 run_expecting("" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --component development)
 file(READ "${registry}" kept)
