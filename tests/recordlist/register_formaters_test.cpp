@@ -18,52 +18,39 @@ namespace {
 
 using RegisterFormatersTest = FactoryFixture;
 
-struct Registration {
+// The name of a type, the same with a prefix (null if there is none), and its formater.
+const struct {
   const char16_t* name;
+  const char16_t* prefixed;
   std::type_index formater;
+} kRegistrations[] = {
+    {u"boolean", u"xsd:boolean", typeid(FormaterBool)},
+    {u"byte", u"xsd:byte", typeid(FormaterByte)},
+    {u"date", u"xsd:date", typeid(FormaterDate)},
+    {u"datetime", u"xsd:datetime", typeid(FormaterDateTime)},
+    {u"double", u"xsd:double", typeid(FormaterDouble)},
+    {u"float", nullptr, typeid(FormaterFloat)},
+    {u"int", u"xsd:int", typeid(FormaterInt)},
+    {u"long", u"xsd:long", typeid(FormaterLong)},
+    {u"short", u"xsd:short", typeid(FormaterShort)},
+    {u"string", u"xsd:string", typeid(FormaterString)},
+    {u"time", u"xsd:time", typeid(FormaterTime)},
+    {u"recordlist", u"sof:recordlist", typeid(FormaterRecordList)},
+    {u"duration", u"xsd:duration", typeid(FormaterDuration)},
+    {u"url", u"sof:url", typeid(FormaterUrl)},
 };
 
-const Registration kRegistrations[] = {
-    {u"boolean", typeid(FormaterBool)},
-    {u"xsd:boolean", typeid(FormaterBool)},
-    {u"byte", typeid(FormaterByte)},
-    {u"xsd:byte", typeid(FormaterByte)},
-    {u"date", typeid(FormaterDate)},
-    {u"xsd:date", typeid(FormaterDate)},
-    {u"datetime", typeid(FormaterDateTime)},
-    {u"xsd:datetime", typeid(FormaterDateTime)},
-    {u"double", typeid(FormaterDouble)},
-    {u"xsd:double", typeid(FormaterDouble)},
-    {u"float", typeid(FormaterFloat)},
-    {u"int", typeid(FormaterInt)},
-    {u"xsd:int", typeid(FormaterInt)},
-    {u"long", typeid(FormaterLong)},
-    {u"xsd:long", typeid(FormaterLong)},
-    {u"short", typeid(FormaterShort)},
-    {u"xsd:short", typeid(FormaterShort)},
-    {u"string", typeid(FormaterString)},
-    {u"xsd:string", typeid(FormaterString)},
-    {u"time", typeid(FormaterTime)},
-    {u"xsd:time", typeid(FormaterTime)},
-    {u"recordlist", typeid(FormaterRecordList)},
-    {u"sof:recordlist", typeid(FormaterRecordList)},
-    {u"duration", typeid(FormaterDuration)},
-    {u"xsd:duration", typeid(FormaterDuration)},
-    {u"url", typeid(FormaterUrl)},
-    {u"sof:url", typeid(FormaterUrl)},
-};
-
-TEST_F(RegisterFormatersTest, EachNameHasTheFormaterOfItsType) {
-  for (const Registration& row : kRegistrations) {
-    const FormaterSerializer* const formater = Get(row.name);
-    ASSERT_NE(formater, nullptr) << ToUtf8(row.name);
-    EXPECT_TRUE(std::type_index(typeid(*formater)) == row.formater) << ToUtf8(row.name);
-  }
-}
-
-TEST_F(RegisterFormatersTest, EachNameHasACreatorOfItsOwn) {
+TEST_F(RegisterFormatersTest, EachNameHasItsOwnFormaterOfItsType) {
   std::set<FormaterSerializer*> formaters;
-  for (const Registration& row : kRegistrations) formaters.insert(Get(row.name));
+  for (const auto& row : kRegistrations) {
+    for (const char16_t* name : {row.name, row.prefixed}) {
+      if (name == nullptr) continue;
+      FormaterSerializer* const formater = Get(name);
+      ASSERT_NE(formater, nullptr) << ToUtf8(name);
+      EXPECT_TRUE(std::type_index(typeid(*formater)) == row.formater) << ToUtf8(name);
+      formaters.insert(formater);
+    }
+  }
   EXPECT_EQ(formaters.size(), 27u);
 }
 
@@ -80,7 +67,8 @@ TEST_F(RegisterFormatersTest, SecondCallRegistersNothing) {
   EXPECT_EQ(Get(u"int"), before);
   Factory()->Clear();
   RegisterFormaters();
-  for (const Registration& row : kRegistrations) EXPECT_EQ(Get(row.name), nullptr);
+  for (const auto& row : kRegistrations)
+    for (const char16_t* name : {row.name, row.prefixed}) EXPECT_EQ(Get(name), nullptr);
 }
 
 }  // namespace

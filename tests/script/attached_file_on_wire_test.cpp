@@ -21,19 +21,6 @@ class AttachedFileOnWire : public UploadFixture {
   const IAttachedFilePtr second_ = CreateAttachedFile(u"/second");
 };
 
-TEST_F(AttachedFileOnWire, ElementIsWrittenLikeThis) {
-  AnswerUpload(u"http://files/up?t=t1");
-  EXPECT_EQ(Sent(One()),
-            RequestWith("<parameters xmlns:ns1=\"http://schemas.xmlsoap.org/soap/encoding/\" "
-                        "xmlns:ns2=\"http://quorvane.example/dev/ns/SOF/2.0\" "
-                        "ns1:arrayType=\"ns2:Parameter[1]\">"
-                        "<Parameter xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
-                        "<Name xsi:type=\"xsd:string\">doc</Name>"
-                        "<Value xsi:type=\"FileTicket\"><Id xsi:type=\"string\">t1</Id></Value>"
-                        "</Parameter>"
-                        "</parameters>"));
-}
-
 TEST_F(AttachedFileOnWire, TicketIsEscapedAndNullOrEmptyIsEmpty) {
   AnswerUpload(u"http://files/up?t=&lt;&quot;&amp;&apos;&gt;&#233;&#128512;");
   EXPECT_EQ(Sent(One(u"<k>")), RequestFor("&lt;&quot;&amp;&apos;&gt;&#233;&#55357;&#56832;", "&lt;k&gt;"));

@@ -39,26 +39,7 @@ Variant Text(const WideString& text) {
 }
 
 TEST_F(ExecuteCommand, ScriptWithoutParametersGivesWholeEnvelopeAndClosingNull) {
-  EXPECT_EQ(Written(),
-            "<SOAP-ENV:Envelope xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\" "
-            "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
-            "xmlns:SOAP-ENV=\"http://schemas.xmlsoap.org/soap/envelope/\">"
-            "<SOAP-ENV:Body>"
-            "<Execute xmlns=\"http://quorvane.example/dev/ns/ivarnel/scriptwells\">"
-            "<usid xsi:type=\"xsd:string\">u1</usid>"
-            "<Script xsi:type=\"xsd:string\">"
-            "&lt;Scriptwell Language=&quot;VBScript&quot; "
-            "xmlns:xsi=&quot;http://www.w3.org/2001/XMLSchema-instance&quot; "
-            "xsi:schemaLocation=&quot;http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0 "
-            "http://quorvane.example/dev/schema/scriptwellsApp/scriptwell/1.0/scriptwell.xsd&quot; "
-            "xmlns=&quot;http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0&quot;&gt;"
-            "&lt;Code&gt;a&amp;lt;b&lt;/Code&gt;&lt;/Scriptwell&gt;"
-            "</Script>"
-            "<parameters xsi:nil=\"true\" xsi:type=\"ns1:Parameter\" "
-            "xmlns:ns1=\"http://quorvane.example/dev/ns/SOF/2.0\" "
-            "xmlns:ns2=\"http://schemas.xmlsoap.org/soap/encoding/\" "
-            "ns2:arrayType=\"ns1:Parameter[]\"/>"
-            "</Execute></SOAP-ENV:Body></SOAP-ENV:Envelope>\\u0000");
+  EXPECT_EQ(Written(), RequestWith(kNoParameters) + "\\u0000");
   EXPECT_EQ(Written(), Written());
 }
 

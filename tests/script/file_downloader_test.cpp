@@ -5,6 +5,7 @@
 #include <string>
 #include <type_traits>
 
+#include "fixtures/transfer_calls.h"
 #include "script/download_fixture.h"
 
 namespace qv {
@@ -25,10 +26,9 @@ TEST_F(FileDownloader, DownloadMakesTheseCallsInThisOrder) {
   http_.AnswerNamed(u"a.txt");
   EXPECT_EQ(Path(u"http://files:81/get/f?id=7"), "c:\\tmp\\a.txt");
   EXPECT_EQ(http_.PlainCalls(),
-            (Lines{"CoCreate IUnknown", "Run", "Query IHttpSession", "Open(http, files, 81, , , )",
-                   "OpenRequest(GET, /get/f?id=7, */*, 0)", "SetHeader(usid, u1)", "Send(body, )",
-                   "GetHeader(Content-Disposition)", "ReadToFile(c:\\tmp\\a.txt, 0)", "Close request",
-                   "Close session"}));
+            TransferCalls("http, files, 81, , , ", "GET, /get/f?id=7, */*, 0",
+                          {"SetHeader(usid, u1)", "Send(body, )", "GetHeader(Content-Disposition)",
+                           "ReadToFile(c:\\tmp\\a.txt, 0)"}));
   EXPECT_EQ(http_.Bodies(), Lines{""});
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <type_traits>
 
+#include "fixtures/transfer_calls.h"
 #include "script/fake_attached_file.h"
 #include "script/upload_fixture.h"
 
@@ -19,33 +20,15 @@ Variant Text(const WideString& text) {
 
 class FileUploader : public UploadFixture {
  protected:
-  // The calls that an upload has to make, the second transfer with this session.
+  // The calls that an upload has to make: the nested call, and the transfer with this session.
   static Lines ExpectedCalls(const std::string& session) {
-    return {"CoCreate IUnknown",
-            "Run",
-            "Query IHttpSession",
-            "Open(http, srv, 8080, , , )",
-            "OpenRequest(POST, /svc, text/xml, 0)",
-            "SetHeader(Host, srv:8080)",
-            "SetHeader(Content-Type, text/xml)",
-            ActionHeader("Execute"),
-            "Send(body, )",
-            "GetHeader(StatusCode)",
-            "GetHeader(Content-Length)",
-            "Read(146)",
-            "Close request",
-            "Close session",
-            "CoCreate IUnknown",
-            "Run",
-            "Query IHttpSession",
-            "Open(http, files, 81, , , )",
-            "OpenRequest(POST, /up?ticket=t1, */*, 0)",
-            "SetHeader(Cache-Control, no-cache)",
-            "SetHeader(usid, " + session + ")",
-            "SendFile(c:\\data\\a b.txt)",
-            "GetHeader(StatusCode)",
-            "Close request",
-            "Close session"};
+    Lines calls = ExchangeCalls("srv", "8080", "/svc", "Execute", 146);
+    const Lines transfer =
+        TransferCalls("http, files, 81, , , ", "POST, /up?ticket=t1, */*, 0",
+                      {"SetHeader(Cache-Control, no-cache)", "SetHeader(usid, " + session + ")",
+                       "SendFile(c:\\data\\a b.txt)", "GetHeader(StatusCode)"});
+    calls.insert(calls.end(), transfer.begin(), transfer.end());
+    return calls;
   }
   // The session's text in the nested request is this.
   void ExpectUsid(const std::string& text) {

@@ -18,7 +18,7 @@ class ScriptFileNames : public ScriptFileFixture {};
 TEST_F(ScriptFileNames, AnyNameOfAnExistingFileIsRead) {
   for (const char* name : {"a.xml", "a b/my script.xml", "100%.xml", "%41%20.xml", "&<>\"'.xml",
                            "a?b#c.xml",  // query and fragment belong to URLs alone
-                           "a:b.xml",    // and a scheme stands at the start
+                           "a:b.xml",    // and so do schemes, which come first
                            "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80.xml"})
     EXPECT_EQ(Named(files_.Write(name, kDocument)), kFound) << name;
 }

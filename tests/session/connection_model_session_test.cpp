@@ -1,7 +1,8 @@
-// Opening and closing a session, and what the host is told of it.
+// Opening and closing a session, and the calls of the host that belong to it.
 #include <string>
 
 #include "fixtures/speaking_host.h"
+#include "fixtures/transfer_calls.h"
 #include "session/model_test.h"
 
 namespace qv {
@@ -12,12 +13,8 @@ using ModelSession = ModelTest;
 TEST_F(ModelSession, OpenMakesTheseCallsInThisOrder) {
   http_.Answer(kSessionOpened);
   model_.CreateUserSession(u"Username=joe;");
-  EXPECT_EQ(http_.Calls(),
-            (Lines{"CoCreate IUnknown", "Run", "Query IHttpSession", "Open(http, srv, 80, , , )",
-                   "OpenRequest(POST, /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx, text/xml, 0)",
-                   "SetHeader(Host, srv:80)", "SetHeader(Content-Type, text/xml)",
-                   ActionHeader("CreateUserSession"), "Send(body, )", "GetHeader(StatusCode)",
-                   "GetHeader(Content-Length)", "Read(162)", "Close request", "Close session"}));
+  EXPECT_EQ(http_.Calls(), ExchangeCalls("srv", "80", "/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx",
+                                         "CreateUserSession", 162));
   ExpectSession(SessionState::kOpen, "u1", "<null>");
 }
 
@@ -65,7 +62,7 @@ TEST_F(ModelSession, AnswerWithoutTextSucceedsAndKeepsTheHandle) {
   ExpectSession(SessionState::kOpen, "<null>", "<null>");
   EXPECT_EQ(ExecuteThrows(), kNoSession);
   AdoptSession();
-  model_.SetClientServices(nullptr);  // there is nothing to tell them
+  model_.SetClientServices(nullptr);  // there is nothing to report
   http_.Answer(kNoAnswerElement);
   EXPECT_EQ(CreateThrows(), "nothing");
   ExpectSession(SessionState::kOpen, "u1", "<null>");

@@ -3,6 +3,7 @@
 
 #include "fixtures/environment.h"
 #include "fixtures/temporary_directory.h"
+#include "fixtures/transfer_calls.h"
 #include "session/model_test.h"
 
 namespace qv {
@@ -23,10 +24,9 @@ TEST_F(ModelDownloadFile, SessionIsSentToTheServerOfTheUrl) {
   http_.AnswerNamed(u"a.txt");
   EXPECT_EQ(Path(u"http://files:81/get?id=7", u"c:\\tmp"), "c:\\tmp\\a.txt");
   EXPECT_EQ(http_.PlainCalls(),
-            (Lines{"CoCreate IUnknown", "Run", "Query IHttpSession", "Open(http, files, 81, , , )",
-                   "OpenRequest(GET, /get?id=7, */*, 0)", "SetHeader(usid, u1)", "Send(body, )",
-                   "GetHeader(Content-Disposition)", "ReadToFile(c:\\tmp\\a.txt, 0)", "Close request",
-                   "Close session"}));
+            TransferCalls("http, files, 81, , , ", "GET, /get?id=7, */*, 0",
+                          {"SetHeader(usid, u1)", "Send(body, )", "GetHeader(Content-Disposition)",
+                           "ReadToFile(c:\\tmp\\a.txt, 0)"}));
   ExpectSession(SessionState::kOpen, "u1", "");
   EXPECT_EQ(Shown(model_.ServiceUrl().host), "srv");
   EXPECT_TRUE(host_->Calls().empty());
