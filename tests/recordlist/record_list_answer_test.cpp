@@ -105,8 +105,7 @@ TEST_F(RecordListCall, TableIsAnsweredAndCannotBeSentBack) {
 }
 
 TEST_F(RecordListCall, TableThatCannotBeReadKeepsItsMessage) {
-  http_.Answer(ExecuteAnswer(ValueElement(u"SOF:RecordList", u"<h/>")));
-  EXPECT_EQ(ExecuteThrows(), kCannotCreate);
+  EXPECT_EQ(ExecuteThrows(nullptr, ExecuteAnswer(ValueElement(u"SOF:RecordList", u"<h/>"))), kCannotCreate);
 }
 
 TEST_F(RecordListCall, TableAsParameterIsRefusedBeforeAnythingIsSent) {

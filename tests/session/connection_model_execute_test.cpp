@@ -22,8 +22,9 @@ class ModelExecuteFile : public ModelTest {
   Variant RunFile(const std::string& name, IParameters* parameters = nullptr) {
     return model_.ExecuteFile(FromUtf8(name), parameters);
   }
-  std::string RunFileThrows(const std::string& name, IParameters* parameters = nullptr) {
-    return Thrown([&] { RunFile(name, parameters); });
+  std::string RunFileThrows(const std::string& name, IParameters* parameters = nullptr,
+                            const std::u16string& answer = u"") {
+    return Throws(answer, [&] { RunFile(name, parameters); });
   }
 
   TemporaryDirectory files_;
@@ -39,8 +40,8 @@ class ModelExecute : public ModelExecuteFile, public testing::WithParamInterface
   Variant Run(IParameters* parameters = nullptr) {
     return IsFile() ? RunFile(file_, parameters) : model_.Execute(u"VBScript", u"a<b", parameters);
   }
-  std::string RunThrows(IParameters* parameters = nullptr) {
-    return Thrown([&] { Run(parameters); });
+  std::string RunThrows(IParameters* parameters = nullptr, const std::u16string& answer = u"") {
+    return Throws(answer, [&] { Run(parameters); });
   }
   std::string Request(const std::string& parameters) const {
     return IsFile() ? RequestOfFile(kOnTheWire, parameters) : RequestWith(parameters);
@@ -54,8 +55,7 @@ TEST_P(ModelExecute, NewModelEmptyIdAndClosedSessionAreNoSession) {
   EXPECT_EQ(RunThrows(), kNoSession);
   EXPECT_TRUE(http_.Calls().empty());
   AdoptSession();
-  http_.Answer(kSessionClosed);
-  model_.CloseUserSession();
+  EXPECT_EQ(CloseThrows(kSessionClosed), "nothing");
   EXPECT_EQ(RunThrows(), kNoSession);
   EXPECT_EQ(http_.Bodies().size(), 1u);
 }
@@ -92,8 +92,7 @@ TEST_P(ModelExecute, ProxyIsABareNameAndNoHostServicesAreNeeded) {
   model_.SetServer(u"http://srv:8080", u"proxy:3128");
   model_.SetClientServices(nullptr);
   AdoptSession();
-  http_.Answer(kScriptDone);
-  EXPECT_EQ(RunThrows(), "nothing");
+  EXPECT_EQ(RunThrows(nullptr, kScriptDone), "nothing");
   EXPECT_EQ(http_.CallsNamed("Open("), Lines{"Open(http, srv, 8080, , , proxy)"});
 }
 
@@ -102,11 +101,9 @@ TEST_P(ModelExecute, FailureKeepsTheSessionAndTheNextCallWorks) {
   http_.Fail(HttpStep::kSend, E_FAIL, u"reset");
   EXPECT_EQ(RunThrows(), Refused("reset"));
   ExpectSession(SessionState::kOpen, "u1", "");
-  http_.Answer(kFaultFive);
-  EXPECT_EQ(RunThrows(), kServerFault);
+  EXPECT_EQ(RunThrows(nullptr, kFaultFive), kServerFault);
   ExpectSession(SessionState::kOpen, "u1", "");
-  http_.Answer(ExecuteAnswer(u""));
-  EXPECT_EQ(RunThrows(), kNotValid);
+  EXPECT_EQ(RunThrows(nullptr, ExecuteAnswer(u"")), kNotValid);
   ExpectSession(SessionState::kOpen, "u1", "");
   http_.Answer(kNoAnswerElement);
   EXPECT_EQ(Run().Tag(), VT_EMPTY);
@@ -116,8 +113,7 @@ TEST_P(ModelExecute, FailureKeepsTheSessionAndTheNextCallWorks) {
 TEST_P(ModelExecute, ListIsReadOnlyAndItsReferencesAreGivenBack) {
   AdoptSession();
   list_->Put(u"a", Variant::FromInt(1), u"int");
-  http_.Answer(kScriptDone);
-  EXPECT_EQ(RunThrows(list_.get()), "nothing");
+  EXPECT_EQ(RunThrows(list_.get(), kScriptDone), "nothing");
   EXPECT_EQ(log_, (FakeLog{"Size", "Find(0)", "get_ParamValue", "get_ParamKey", "get_ParamTypeAsString"}));
   EXPECT_EQ(list_->References(), 1u);
 }
@@ -167,10 +163,8 @@ TEST_F(ModelExecuteFile, BrokenFileSendsNothingAndChangesNothing) {
 TEST_F(ModelExecuteFile, CallAfterABrokenFileWorks) {
   AdoptSession();
   EXPECT_EQ(RunFileThrows(files_.Write("broken.xml", "<r>")), kNoDocument);
-  http_.Answer(kScriptDone);
-  EXPECT_EQ(RunFileThrows(file_), "nothing");
-  http_.Answer(kScriptDone);
-  EXPECT_EQ(ExecuteThrows(), "nothing");
+  EXPECT_EQ(RunFileThrows(file_, nullptr, kScriptDone), "nothing");
+  EXPECT_EQ(ExecuteThrows(nullptr, kScriptDone), "nothing");
   EXPECT_EQ(http_.Bodies(), (Lines{RequestOfFile(kOnTheWire, kNoParameters), RequestWith(kNoParameters)}));
 }
 

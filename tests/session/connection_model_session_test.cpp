@@ -11,8 +11,7 @@ namespace {
 using ModelSession = ModelTest;
 
 TEST_F(ModelSession, OpenMakesTheseCallsInThisOrder) {
-  http_.Answer(kSessionOpened);
-  model_.CreateUserSession(u"Username=joe;");
+  EXPECT_EQ(CreateThrows(kSessionOpened), "nothing");
   EXPECT_EQ(http_.Calls(), ExchangeCalls("srv", "80", "/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx",
                                          "CreateUserSession", 162));
   ExpectSession(SessionState::kOpen, "u1", "<null>");
@@ -47,41 +46,34 @@ TEST_F(ModelSession, ProxyIsSentAsABareNameAndThePlaceholderAsNone) {
   } rows[] = {{u"proxy:8080", "Open(http, srv, 80, , , proxy)"}, {u"@PROXY@", "Open(http, srv, 80, , , )"}};
   for (const auto& row : rows) {
     model_.SetServer(u"http://srv", row.proxy);
-    http_.Answer(kSessionOpened);
-    model_.CreateUserSession(u"");
+    EXPECT_EQ(CreateThrows(kSessionOpened), "nothing");
     EXPECT_EQ(http_.CallsNamed("Open(").back(), row.open);
-    http_.Answer(kSessionClosed);
-    model_.CloseUserSession();
+    EXPECT_EQ(CloseThrows(kSessionClosed), "nothing");
     EXPECT_EQ(http_.CallsNamed("Open(").back(), row.open);
   }
 }
 
 TEST_F(ModelSession, AnswerWithoutTextSucceedsAndKeepsTheHandle) {
-  http_.Answer(kNoAnswerElement);
-  EXPECT_EQ(CreateThrows(), "nothing");
+  EXPECT_EQ(CreateThrows(kNoAnswerElement), "nothing");
   ExpectSession(SessionState::kOpen, "<null>", "<null>");
   EXPECT_EQ(ExecuteThrows(), kNoSession);
   AdoptSession();
   model_.SetClientServices(nullptr);  // there is nothing to report
-  http_.Answer(kNoAnswerElement);
-  EXPECT_EQ(CreateThrows(), "nothing");
+  EXPECT_EQ(CreateThrows(kNoAnswerElement), "nothing");
   ExpectSession(SessionState::kOpen, "u1", "<null>");
   EXPECT_TRUE(host_->Calls().empty());
 }
 
 TEST_F(ModelSession, AnswerWithEmptyIdIsTakenAndReported) {
   AdoptSession();
-  http_.Answer(kSessionWithoutId);
-  EXPECT_EQ(CreateThrows(), "nothing");
+  EXPECT_EQ(CreateThrows(kSessionWithoutId), "nothing");
   ExpectSession(SessionState::kOpen, "", "<null>");
   EXPECT_EQ(host_->Calls().front(), "SetUsid()");
 }
 
 TEST_F(ModelSession, SecondOpenOverwritesTheHandleAndClosesNothing) {
-  http_.Answer(kSessionOpened);
-  http_.Answer(kSessionOpenedAgain);
-  model_.CreateUserSession(u"");
-  model_.CreateUserSession(u"");
+  EXPECT_EQ(CreateThrows(kSessionOpened), "nothing");
+  EXPECT_EQ(CreateThrows(kSessionOpenedAgain), "nothing");
   EXPECT_EQ(Shown(model_.ContextHandle()), "u2");
   EXPECT_EQ(http_.Bodies().size(), 2u);
 }
@@ -91,8 +83,7 @@ TEST_F(ModelSession, HostThatFailsEndsTheOpenAtItsCall) {
   const char* const operations[] = {"SetUsid", "SetUserName", "SetDatabaseIds"};
   for (std::ptrdiff_t i = 0; i < 3; ++i) {
     host_->Fail(operations[i], E_FAIL, u"host words");
-    http_.Answer(kSessionOpened);
-    EXPECT_EQ(CreateThrows(), "_com_error 0x80004005 host words");
+    EXPECT_EQ(CreateThrows(kSessionOpened), "_com_error 0x80004005 host words");
     EXPECT_EQ(host_->TakeCalls(), Lines(calls.begin(), calls.begin() + i + 1));
     ExpectSession(SessionState::kNew, "u1", "<null>");
     host_->Fail(operations[i], S_OK);
@@ -120,12 +111,10 @@ TEST_F(ModelSession, WithoutSinkOrServicesTheCallFailsAfterItsWork) {
 }
 
 TEST_F(ModelSession, RefusedOpenChangesNothingAndTheNextOneWorks) {
-  http_.Answer(kFaultFive);
-  EXPECT_EQ(CreateThrows(), kServerFault);
+  EXPECT_EQ(CreateThrows(kFaultFive), kServerFault);
   ExpectSession(SessionState::kNew, "<null>", "");
   EXPECT_TRUE(host_->Calls().empty());
-  http_.Answer(kSessionOpened);
-  EXPECT_EQ(CreateThrows(), "nothing");
+  EXPECT_EQ(CreateThrows(kSessionOpened), "nothing");
   EXPECT_EQ(Shown(model_.ContextHandle()), "u1");
 }
 
@@ -150,16 +139,14 @@ TEST_F(ModelSession, CloseWithoutSessionSendsNothing) {
 
 TEST_F(ModelSession, CloseSendsTheHandleAndTellsTheHost) {
   AdoptSession();
-  http_.Answer(kSessionClosed);
-  model_.CloseUserSession();
+  EXPECT_EQ(CloseThrows(kSessionClosed), "nothing");
   EXPECT_EQ(http_.Bodies(), Lines{CloseSessionRequest("u1")});
   EXPECT_EQ(http_.CallsNamed("SetHeader(SOAPAction"), Lines{ActionHeader("CloseUserSession")});
   EXPECT_EQ(host_->Calls(), Lines{"ClearSession()"});
   ExpectSession(SessionState::kClosed, "", "");
   EXPECT_EQ(CloseThrows(), "nothing");
   EXPECT_EQ(http_.Bodies().size(), 1u);
-  http_.Answer(kSessionOpenedAgain);
-  model_.CreateUserSession(u"");
+  EXPECT_EQ(CreateThrows(kSessionOpenedAgain), "nothing");
   ExpectSession(SessionState::kOpen, "u2", "<null>");
 }
 
@@ -170,34 +157,30 @@ TEST_F(ModelSession, HandlesAreEmptyBeforeTheHostIsTold) {
     ExpectSession(SessionState::kClosed, "", "");
     ++calls;
   });
-  http_.Answer(kSessionClosed);
-  model_.CloseUserSession();
+  EXPECT_EQ(CloseThrows(kSessionClosed), "nothing");
   EXPECT_EQ(calls, 1);
 }
 
 TEST_F(ModelSession, RefusedCloseKeepsTheSessionAndMayBeRepeated) {
   AdoptSession();
-  http_.Answer(kFaultFive);
-  EXPECT_EQ(CloseThrows(), kServerFault);
+  EXPECT_EQ(CloseThrows(kFaultFive), kServerFault);
   ExpectSession(SessionState::kOpen, "u1", "");
   EXPECT_TRUE(host_->Calls().empty());
-  http_.Answer(kSessionClosed);
-  EXPECT_EQ(CloseThrows(), "nothing");
+  EXPECT_EQ(CloseThrows(kSessionClosed), "nothing");
   EXPECT_EQ(model_.State(), SessionState::kClosed);
 }
 
 TEST_F(ModelSession, HostThatFailsToClearFailsTheCloseAfterTheLocalReset) {
   AdoptSession();
   host_->Fail("ClearSession", E_FAIL, u"host words");
-  http_.Answer(kSessionClosed);
-  EXPECT_EQ(CloseThrows(), "_com_error 0x80004005 host words");
+  EXPECT_EQ(CloseThrows(kSessionClosed), "_com_error 0x80004005 host words");
   ExpectSession(SessionState::kClosed, "", "");
 }
 
 TEST_F(ModelSession, HostThatAdoptsAnotherSessionInTheCallKeepsItsArgument) {
   http_.Answer(kSessionOpened);
   host_->OnSinkCall([this] { model_.SetUSID(u"another"); });
-  model_.CreateUserSession(u"Username=joe;");
+  EXPECT_EQ(CreateThrows(), "nothing");
   EXPECT_EQ(host_->LastUsid(), "u1");
   EXPECT_EQ(host_->Calls().front(), "SetUsid(u1)");
   EXPECT_EQ(Shown(model_.ContextHandle()), "another");
@@ -220,11 +203,9 @@ TEST_F(ModelSession, ServicesOutliveTheQueryInWhichTheirHostTakesThemAway) {
 }
 
 TEST_F(ModelSession, ReferencesToTheHostAreGivenBackAfterEachCall) {
-  http_.Answer(kSessionOpened);
-  http_.Answer(kSessionClosed);
-  model_.CreateUserSession(u"");
+  EXPECT_EQ(CreateThrows(kSessionOpened), "nothing");
   EXPECT_EQ(host_->References(), 2u);
-  model_.CloseUserSession();
+  EXPECT_EQ(CloseThrows(kSessionClosed), "nothing");
   EXPECT_EQ(host_->References(), 2u);
 }
 

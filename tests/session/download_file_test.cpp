@@ -17,6 +17,11 @@ class ModelDownloadFile : public ModelTest {
   std::string DownloadThrows(const WideString& url = u"http://files/f") {
     return Thrown([&] { Path(url); });
   }
+  // The path of an answer with this name.
+  std::string PathNamed(const std::u16string& name, const WideString& url = u"http://files/f") {
+    http_.AnswerNamed(name);
+    return Path(url);
+  }
 };
 
 TEST_F(ModelDownloadFile, SessionIsSentToTheServerOfTheUrl) {
@@ -33,8 +38,7 @@ TEST_F(ModelDownloadFile, SessionIsSentToTheServerOfTheUrl) {
 }
 
 TEST_F(ModelDownloadFile, WithoutASessionTheIdIsEmptyOrNull) {
-  http_.AnswerNamed(u"a.txt");
-  EXPECT_EQ(Path(), "/t\\a.txt");
+  EXPECT_EQ(PathNamed(u"a.txt"), "/t\\a.txt");
   ASSERT_EQ(http_.CallsNamed("SetHeader(").size(), 1u);
   const std::string header = http_.CallsNamed("SetHeader(")[0];
   EXPECT_TRUE(header == "SetHeader(usid, )" || header == "SetHeader(usid, <null>)") << header;
@@ -54,20 +58,16 @@ TEST_F(ModelDownloadFile, ProxyIsSentWithItsPort) {
       {u"proxy:3128", "proxy:3128"}, {u"proxy", "proxy:80"}, {u"proxy:0", ""}, {u"proxy:x", ""}, {u"", ""}};
   for (const auto& row : rows) {
     model_.SetServer(u"http://srv:8080", row.proxy);
-    http_.AnswerNamed(u"a");
-    Path(u"http://files:81/f");
+    PathNamed(u"a", u"http://files:81/f");
     EXPECT_EQ(http_.Opens().back(), "Open(http, files, 81, , , " + std::string(row.sent) + ")");
   }
 }
 
 TEST_F(ModelDownloadFile, CookieOfANewAndOfAUsedModelMakesNoHeader) {
   AdoptSession();
-  http_.AnswerNamed(u"a");
-  Path();
-  http_.Answer(kScriptDone);
-  EXPECT_EQ(ExecuteThrows(), "nothing");
-  http_.AnswerNamed(u"a");
-  Path();
+  PathNamed(u"a");
+  EXPECT_EQ(ExecuteThrows(nullptr, kScriptDone), "nothing");
+  PathNamed(u"a");
   EXPECT_TRUE(http_.CallsNamed("SetHeader(Cookie").empty());
 }
 

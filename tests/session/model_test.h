@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,14 +37,19 @@ class ModelTest : public testing::Test {
 
   // A session "u1" that was opened elsewhere: no request, no call of the host.
   void AdoptSession() { model_.SetUSID(u"u1"); }
-  std::string CreateThrows(const WideString& connectionString = u"Username=joe;") {
-    return Thrown([&] { model_.CreateUserSession(connectionString); });
+  // The next call of the model, which gets this answer; an empty one is none.
+  std::string CreateThrows(const std::u16string& answer = u"") {
+    return Throws(answer, [this] { model_.CreateUserSession(u"Username=joe;"); });
   }
-  std::string CloseThrows() {
-    return Thrown([this] { model_.CloseUserSession(); });
+  std::string CloseThrows(const std::u16string& answer = u"") {
+    return Throws(answer, [this] { model_.CloseUserSession(); });
   }
-  std::string ExecuteThrows(IParameters* parameters = nullptr) {
-    return Thrown([&] { model_.Execute(u"VBScript", u"a<b", parameters); });
+  std::string ExecuteThrows(IParameters* parameters = nullptr, const std::u16string& answer = u"") {
+    return Throws(answer, [&] { model_.Execute(u"VBScript", u"a<b", parameters); });
+  }
+  std::string Throws(const std::u16string& answer, const std::function<void()>& call) {
+    if (!answer.empty()) http_.Answer(answer);
+    return Thrown(call);
   }
   // Session id and cookie in the form of shown_text.h.
   void ExpectSession(SessionState state, const std::string& id, const std::string& cookie) const {
