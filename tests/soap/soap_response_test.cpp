@@ -7,6 +7,7 @@
 #include "fixtures/formaters.h"
 #include "fixtures/known_failures.h"
 #include "fixtures/shown_text.h"
+#include "fixtures/shown_value.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/temporary_directory.h"
 #include "fixtures/thrown.h"
