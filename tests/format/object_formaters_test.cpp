@@ -126,10 +126,7 @@ TEST_F(FormaterDurationTest, TextOfAForeignDurationIsEscaped) {
 }
 
 TEST_F(FormaterDurationTest, ObjectUnderDispatchIsWrittenToo) {
-  foreign_->AddRef();
-  VariantData data;
-  data.punkVal = foreign_.get();
-  EXPECT_EQ(Shown(duration_.WriteValue(Variant::FromRaw(VT_DISPATCH, data))), "P1D");
+  EXPECT_EQ(Shown(duration_.WriteValue(UnderDispatch(foreign_.get()))), "P1D");
 }
 
 TEST_F(FormaterDurationTest, OtherValuesAreNoDurations) {

@@ -4,134 +4,82 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <ostream>
-#include <string>
 
-#include "fixtures/shown_text.h"
-#include "fixtures/thrown.h"
 #include "values/duration_state.h"
 
 namespace qv {
 namespace {
 
-using Getter = std::int16_t (DurationImpl::*)();
-using Setter = void (DurationImpl::*)(std::int16_t);
+using Shorts = std::initializer_list<std::int16_t>;
 
-struct Count {
-  const char* name;
-  Getter get;
-  Setter put;
-  const char* refusal;
-  const char* stateWithSeven;
-  const char* textWithSeven;
-};
-void PrintTo(const Count& row, std::ostream* out) {
-  *out << row.name;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+std::string TextOf(DurationImpl& duration) {
+  return Shown(duration.GetText());
 }
 
-class DurationCount : public testing::TestWithParam<Count> {
- protected:
-  std::int16_t Get() { return (duration_.*GetParam().get)(); }
-  void Put(int value) { (duration_.*GetParam().put)(static_cast<std::int16_t>(value)); }
-
-  DurationImpl duration_;
-};
-
-TEST_P(DurationCount, StartsAtZero) {
-  EXPECT_EQ(Get(), 0);
-}
-
-TEST_P(DurationCount, KeepsWhatWasPut) {
-  for (const int value : {1, 90, 32767, 0}) {
-    Put(value);
-    EXPECT_EQ(Get(), value);
+TEST(DurationImpl, EachCountHasAFieldAndADesignatorOfItsOwn) {
+  const struct {
+    const char* name;
+    std::int16_t (DurationImpl::*get)();
+    void (DurationImpl::*put)(std::int16_t);
+    const char* stateWithSeven;
+    const char* textWithSeven;
+  } rows[] = {{"day", &DurationImpl::get_Day, &DurationImpl::put_Day, "0/0/7 0:0:0", "P7D"},
+              {"month", &DurationImpl::get_Month, &DurationImpl::put_Month, "0/7/0 0:0:0", "P7M"},
+              {"year", &DurationImpl::get_Year, &DurationImpl::put_Year, "7/0/0 0:0:0", "P7Y"},
+              {"hour", &DurationImpl::get_Hour, &DurationImpl::put_Hour, "0/0/0 7:0:0", "PT7H"},
+              {"minutes", &DurationImpl::get_Min, &DurationImpl::put_Min, "0/0/0 0:7:0", "PT7M"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    DurationImpl duration;
+    EXPECT_EQ((duration.*row.get)(), 0);
+    for (const std::int16_t value : Shorts{1, 90, 32767, 0, 7}) {
+      (duration.*row.put)(value);
+      EXPECT_EQ((duration.*row.get)(), value);
+    }
+    EXPECT_EQ(State(duration), row.stateWithSeven);
+    EXPECT_EQ(TextOf(duration), row.textWithSeven);
+    for (const std::int16_t value : Shorts{-1, -32768})
+      EXPECT_EQ(
+          Thrown([&] { (duration.*row.put)(value); }),
+          std::string("EQvException 0x00000000 Invalid duration format: ") + row.name + " can't be negative.")
+          << value;
+    EXPECT_EQ(State(duration), row.stateWithSeven);
   }
 }
-
-TEST_P(DurationCount, HasAFieldOfItsOwn) {
-  Put(7);
-  EXPECT_EQ(State(duration_), GetParam().stateWithSeven);
-}
-
-TEST_P(DurationCount, IsWrittenWithItsDesignator) {
-  Put(7);
-  EXPECT_EQ(Shown(duration_.GetText()), GetParam().textWithSeven);
-}
-
-TEST_P(DurationCount, RefusesNegativesAndKeepsItsValue) {
-  Put(7);
-  for (const int value : {-1, -32768})
-    EXPECT_EQ(Thrown([this, value] { Put(value); }), GetParam().refusal) << value;
-  EXPECT_EQ(State(duration_), GetParam().stateWithSeven);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Counts, DurationCount,
-    testing::Values(Count{"Day", &DurationImpl::get_Day, &DurationImpl::put_Day,
-                          "EQvException 0x00000000 Invalid duration format: day can't be negative.",
-                          "0/0/7 0:0:0", "P7D"},
-                    Count{"Month", &DurationImpl::get_Month, &DurationImpl::put_Month,
-                          "EQvException 0x00000000 Invalid duration format: month can't be negative.",
-                          "0/7/0 0:0:0", "P7M"},
-                    Count{"Year", &DurationImpl::get_Year, &DurationImpl::put_Year,
-                          "EQvException 0x00000000 Invalid duration format: year can't be negative.",
-                          "7/0/0 0:0:0", "P7Y"},
-                    Count{"Hour", &DurationImpl::get_Hour, &DurationImpl::put_Hour,
-                          "EQvException 0x00000000 Invalid duration format: hour can't be negative.",
-                          "0/0/0 7:0:0", "PT7H"},
-                    Count{"Min", &DurationImpl::get_Min, &DurationImpl::put_Min,
-                          "EQvException 0x00000000 Invalid duration format: minutes can't be negative.",
-                          "0/0/0 0:7:0", "PT7M"}),
-    [](const testing::TestParamInfo<Count>& row) { return std::string(row.param.name); });
-
-constexpr char kNegativeSeconds[] =
-    "EQvException 0x00000000 Invalid duration format: seconds can't be negative.";
 
 TEST(DurationImpl, FreshOneIsAllZero) {
   DurationImpl duration;
   EXPECT_EQ(State(duration), "0/0/0 0:0:0");
-  EXPECT_EQ(Shown(duration.GetText()), "P0");
+  EXPECT_EQ(TextOf(duration), "P0");
 }
 
-TEST(DurationImpl, SecondsKeepTheirFraction) {
+TEST(DurationImpl, SecondsKeepTheirFractionAndRefuseNegatives) {
   DurationImpl duration;
-  for (const double value : {0.1, 12345678.9, 90.0, std::numeric_limits<double>::infinity(), 0.0}) {
+  for (const double value : {0.1, 12345678.9, 90.0, kInfinity, 0.0, 1.5}) {
     duration.put_Sec(value);
     EXPECT_EQ(duration.get_Sec(), value);
   }
-}
-
-TEST(DurationImpl, NegativeSecondsAreRefusedAndTheOldStay) {
-  DurationImpl duration;
-  duration.put_Sec(1.5);
-  for (const double value : {-0.5, -1.0, -1e-300, -std::numeric_limits<double>::infinity()})
-    EXPECT_EQ(Thrown([&] { duration.put_Sec(value); }), kNegativeSeconds) << value;
+  for (const double value : {-0.5, -1.0, -1e-300, -kInfinity})
+    EXPECT_EQ(Thrown([&] { duration.put_Sec(value); }),
+              "EQvException 0x00000000 Invalid duration format: seconds can't be negative.")
+        << value;
   EXPECT_EQ(State(duration), "0/0/0 0:0:1.5");
-}
-
-TEST(DurationImpl, NegativeZeroSecondsAreZero) {
-  DurationImpl duration;
   EXPECT_EQ(Thrown([&] { duration.put_Sec(-0.0); }), "nothing");
-  EXPECT_EQ(Shown(duration.GetText()), "P0");
+  EXPECT_EQ(TextOf(duration), "P0");
 }
 
 TEST(DurationImpl, AnySignIsKeptAndWrittenAsMinus) {
   DurationImpl duration;
-  duration.put_Day(1);
-  for (const int value : {-1, 1, 5, 32767, -32768}) {
-    duration.put_Negative(static_cast<VARIANT_BOOL>(value));
-    EXPECT_EQ(duration.get_Negative(), value);
-    EXPECT_EQ(Shown(duration.GetText()), "-P1D") << value;
-  }
-  duration.put_Negative(0);
-  EXPECT_EQ(duration.get_Negative(), 0);
-  EXPECT_EQ(Shown(duration.GetText()), "P1D");
-}
-
-TEST(DurationImpl, NegativeZeroDurationHasItsMinus) {
-  DurationImpl duration;
   duration.put_Negative(VARIANT_TRUE);
-  EXPECT_EQ(Shown(duration.GetText()), "-P0");
+  EXPECT_EQ(TextOf(duration), "-P0");
+  duration.put_Day(1);
+  for (const std::int16_t value : Shorts{-1, 1, 5, 32767, -32768, 0}) {
+    duration.put_Negative(value);
+    EXPECT_EQ(duration.get_Negative(), value);
+    EXPECT_EQ(TextOf(duration), value == 0 ? "P1D" : "-P1D") << value;
+  }
 }
 
 TEST(DurationImpl, NothingIsCarriedFromFieldToField) {
@@ -141,7 +89,7 @@ TEST(DurationImpl, NothingIsCarriedFromFieldToField) {
   duration.put_Hour(90);
   duration.put_Day(90);
   duration.put_Month(90);
-  EXPECT_EQ(Shown(duration.GetText()), "P90M90DT90H90M90S");
+  EXPECT_EQ(TextOf(duration), "P90M90DT90H90M90S");
 }
 
 TEST(DurationImpl, TextsThatComeBackUnchanged) {
@@ -150,51 +98,40 @@ TEST(DurationImpl, TextsThatComeBackUnchanged) {
         u"-P1Y2M3DT4H5M6.5S", u"P32767Y", u"PT123456S", u"PT1.00001S"}) {
     DurationImpl duration;
     duration.SetText(text);
-    EXPECT_EQ(Shown(duration.GetText()), Shown(text));
+    EXPECT_EQ(TextOf(duration), Shown(text));
   }
 }
 
 TEST(DurationImpl, WritingChangesNothing) {
   DurationImpl duration;
   duration.SetText(u"-P1DT2.5S");
-  EXPECT_EQ(Shown(duration.GetText()), "-P1DT2.5S");
-  EXPECT_EQ(Shown(duration.GetText()), "-P1DT2.5S");
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(TextOf(duration), "-P1DT2.5S");
   EXPECT_EQ(State(duration), "0/0/1 0:0:2.5 negative -1");
 }
 
-struct Seconds {
-  double value;
-  const char* text;
-};
-
 TEST(DurationImpl, SecondsAreWrittenWithSixSignificantDigits) {
-  const Seconds rows[] = {
-      {12345678.9, "PT1.23457e+07S"},
-      {1234567.0, "PT1.23457e+06S"},
-      {1000000.0, "PT1e+06S"},
-      {123456.789, "PT123457S"},
-      {100000.0, "PT100000S"},
-      {3.14159265, "PT3.14159S"},
-      {0.1, "PT0.1S"},
-      {0.0001, "PT0.0001S"},
-      {0.00001, "PT1e-05S"},
-      {1e100, "PT1e+100S"},
-      {std::numeric_limits<double>::denorm_min(), "PT4.94066e-324S"},
-      {std::numeric_limits<double>::infinity(), "PTinfS"},
-      {std::numeric_limits<double>::quiet_NaN(), "PTnanS"},
-  };
-  for (const Seconds& row : rows) {
+  const std::pair<double, const char*> rows[] = {{12345678.9, "1.23457e+07"},
+                                                 {1234567.0, "1.23457e+06"},
+                                                 {1000000.0, "1e+06"},
+                                                 {123456.789, "123457"},
+                                                 {100000.0, "100000"},
+                                                 {3.14159265, "3.14159"},
+                                                 {0.1, "0.1"},
+                                                 {0.0001, "0.0001"},
+                                                 {0.00001, "1e-05"},
+                                                 {1e100, "1e+100"},
+                                                 {4.9406564584124654e-324, "4.94066e-324"},
+                                                 {kInfinity, "inf"},
+                                                 {std::numeric_limits<double>::quiet_NaN(), "nan"}};
+  for (const auto& [value, digits] : rows) {
     DurationImpl duration;
-    EXPECT_EQ(Thrown([&] { duration.put_Sec(row.value); }), "nothing") << row.text;
-    EXPECT_EQ(Shown(duration.GetText()), row.text);
+    EXPECT_EQ(Thrown([&, seconds = value] { duration.put_Sec(seconds); }), "nothing") << digits;
+    EXPECT_EQ(TextOf(duration), std::string("PT") + digits + "S");
   }
-}
-
-TEST(DurationImpl, DigitsAreLostOnlyInTheText) {
-  DurationImpl duration;
-  duration.SetText(u"PT12345678.9S");
-  EXPECT_EQ(duration.get_Sec(), 12345678.9);
-  EXPECT_EQ(Shown(duration.GetText()), "PT1.23457e+07S");
+  DurationImpl read;
+  read.SetText(u"PT12345678.9S");
+  EXPECT_EQ(read.get_Sec(), 12345678.9);
+  EXPECT_EQ(TextOf(read), "PT1.23457e+07S");
 }
 
 TEST(DurationImpl, CopiesHaveTheirOwnFields) {

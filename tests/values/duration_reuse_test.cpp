@@ -1,152 +1,113 @@
-// One duration that reads several texts: what an earlier one leaves behind.
+// One duration that reads several texts: what an earlier one leaves in it.
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
-#include "fixtures/shown_text.h"
-#include "fixtures/thrown.h"
-#include "values/duration_impl.h"
 #include "values/duration_state.h"
 
 namespace qv {
 namespace {
 
-constexpr char kMinus[] =
-    "EQvException 0x00000000 Invalid duration format:  '-' is allowd only in the beginning of the string.";
-constexpr char kPlaceOfP[] =
-    "EQvException 0x00000000 Invalid duration format:  'P' is allowd only in the beginning of the string or "
-    "after '-'.";
+constexpr char kAllFields[] = "1/2/3 4:5:6.5";
 
-std::string Reading(DurationImpl& duration, const WideString& text) {
-  return Thrown([&] { duration.SetText(text); });
-}
+class DurationReuse : public testing::Test {
+ protected:
+  DurationReuse() { full_.SetText(u"P1Y2M3DT4H5M6.5S"); }
 
-TEST(DurationReuse, WithoutTTheTimeStays) {
-  DurationImpl duration;
-  duration.SetText(u"P1Y2M3DT4H5M6.5S");
-  duration.SetText(u"P7D");
-  EXPECT_EQ(State(duration), "0/0/7 4:5:6.5");
-  duration.SetText(u"P");
-  EXPECT_EQ(State(duration), "0/0/0 4:5:6.5");
-}
-
-TEST(DurationReuse, WithTEveryFieldIsReadAnew) {
-  DurationImpl duration;
-  duration.SetText(u"P1Y2M3DT4H5M6.5S");
-  duration.SetText(u"PT8M");
-  EXPECT_EQ(State(duration), "0/0/0 0:8:0");
-  duration.SetText(u"P1DT");
-  EXPECT_EQ(State(duration), "0/0/1 0:0:0");
-}
-
-TEST(DurationReuse, SignStaysWithoutMinus) {
-  DurationImpl duration;
-  duration.SetText(u"-P1D");
-  EXPECT_EQ(Reading(duration, u"P2D"), kPlaceOfP);
-  EXPECT_EQ(State(duration), "0/0/1 0:0:0 negative -1");
-  EXPECT_EQ(Reading(duration, u"-P3D"), "nothing");
-  EXPECT_EQ(State(duration), "0/0/3 0:0:0 negative -1");
-}
-
-// A negative object wants its "P" in second place and drops whatever stands first.
-TEST(DurationReuse, NegativeObjectTakesAnyUnitForTheMinus) {
-  for (const char16_t* text : {u"1P2D", u"XP2D", u" P2D", u"+P2D", u"TP2D"}) {
-    DurationImpl duration;
-    duration.put_Negative(VARIANT_TRUE);
+  static void ExpectRead(DurationImpl& duration, const WideString& text, const std::string& state) {
     EXPECT_EQ(Reading(duration, text), "nothing") << Shown(text);
-    EXPECT_EQ(State(duration), "0/0/2 0:0:0 negative -1") << Shown(text);
+    EXPECT_EQ(State(duration), state) << Shown(text);
   }
-}
-
-TEST(DurationReuse, NegativeObjectRefusesAnotherPlaceOfP) {
-  for (const char16_t* text : {u"P1D", u"PP1D", u"P", u"12P3D", u"1D", u""}) {
+  static void ExpectRefused(DurationImpl& duration, const WideString& text, const char* thrown,
+                            const std::string& state) {
+    EXPECT_EQ(Reading(duration, text), thrown) << Shown(text);
+    EXPECT_EQ(State(duration), state) << Shown(text);
+  }
+  static DurationImpl WithSign(int sign) {
     DurationImpl duration;
-    duration.put_Negative(VARIANT_TRUE);
-    EXPECT_EQ(Reading(duration, text), kPlaceOfP) << Shown(text);
-    EXPECT_EQ(State(duration), "0/0/0 0:0:0 negative -1") << Shown(text);
+    duration.put_Negative(static_cast<VARIANT_BOOL>(sign));
+    return duration;
   }
-  DurationImpl duration;
-  duration.put_Negative(VARIANT_TRUE);
-  EXPECT_EQ(Reading(duration, WideString()), kPlaceOfP);
-}
 
-TEST(DurationReuse, SignThatIsTakenBackAllowsPlainTexts) {
-  DurationImpl duration;
-  duration.SetText(u"-P1D");
-  duration.put_Negative(VARIANT_FALSE);
-  EXPECT_EQ(Reading(duration, u"P2D"), "nothing");
-  EXPECT_EQ(State(duration), "0/0/2 0:0:0");
-}
-
-struct Odd {
-  const char16_t* text;
-  const char* state;
+  DurationImpl full_;
 };
 
-// Neither place of "P" is asked for, and the first unit goes.
-TEST(DurationReuse, OddSignTakesAnyTextAndDropsItsFirstUnit) {
-  const Odd rows[] = {
+TEST_F(DurationReuse, WithoutTTheTimeStays) {
+  ExpectRead(full_, u"P7D", "0/0/7 4:5:6.5");
+  ExpectRead(full_, u"P", "0/0/0 4:5:6.5");
+}
+
+TEST_F(DurationReuse, WithTEveryFieldIsReadAgain) {
+  ExpectRead(full_, u"PT8M", "0/0/0 0:8:0");
+  ExpectRead(full_, u"P1DT", "0/0/1 0:0:0");
+}
+
+TEST_F(DurationReuse, SignStaysWithoutMinusAndMayBeTakenBack) {
+  DurationImpl duration;
+  duration.SetText(u"-P1D");
+  ExpectRefused(duration, u"P2D", kPlaceOfP, "0/0/1 0:0:0 negative -1");
+  ExpectRead(duration, u"-P3D", "0/0/3 0:0:0 negative -1");
+  duration.put_Negative(VARIANT_FALSE);
+  ExpectRead(duration, u"P2D", "0/0/2 0:0:0");
+}
+
+// A negative object wants its "P" in second place and drops whatever is first.
+TEST_F(DurationReuse, NegativeObjectTakesAnyUnitForTheMinus) {
+  for (const char16_t* text : {u"1P2D", u"XP2D", u" P2D", u"+P2D", u"TP2D"}) {
+    DurationImpl duration = WithSign(-1);
+    ExpectRead(duration, text, "0/0/2 0:0:0 negative -1");
+  }
+  for (const char16_t* text :
+       {u"P1D", u"PP1D", u"P", u"12P3D", u"1D", u"", static_cast<const char16_t*>(nullptr)}) {
+    DurationImpl duration = WithSign(-1);
+    ExpectRefused(duration, text, kPlaceOfP, "0/0/0 0:0:0 negative -1");
+  }
+}
+
+// Neither place of "P" is asked for, and the first unit is dropped.
+TEST_F(DurationReuse, OddSignTakesAnyTextAndDropsItsFirstUnit) {
+  const std::pair<const char16_t*, const char*> rows[] = {
       {u"P1D", "0/0/1 0:0:0 negative 5"},  {u"12D", "0/0/2 0:0:0 negative 5"},
       {u"1P2D", "0/0/2 0:0:0 negative 5"}, {u"XY3D", "0/0/3 0:0:0 negative 5"},
       {u"PP1D", "0/0/1 0:0:0 negative 5"}, {u"1D", "0/0/0 0:0:0 negative 5"},
       {u"D", "0/0/0 0:0:0 negative 5"},    {u"P1DT2H", "0/0/1 2:0:0 negative 5"},
-      {u"", "0/0/0 0:0:0 negative 5"},     {u"-P1D", "0/0/1 0:0:0 negative -1"},
-  };
-  for (const Odd& row : rows) {
-    DurationImpl duration;
-    duration.put_Negative(5);
-    EXPECT_EQ(Reading(duration, row.text), "nothing") << Shown(row.text);
-    EXPECT_EQ(State(duration), row.state) << Shown(row.text);
+      {u"", "0/0/0 0:0:0 negative 5"},     {u"-P1D", "0/0/1 0:0:0 negative -1"}};
+  for (const auto& [text, state] : rows) {
+    DurationImpl duration = WithSign(5);
+    ExpectRead(duration, text, state);
   }
-  DurationImpl duration;
-  duration.put_Negative(5);
-  EXPECT_EQ(Reading(duration, u"P-1D"), kMinus);
-}
-
-TEST(DurationReuse, AnyOddSignDoesSo) {
+  DurationImpl refusing = WithSign(5);
+  EXPECT_EQ(Reading(refusing, u"P-1D"), kMinus);
   for (const int sign : {1, 2, -2, 32767, -32768}) {
-    DurationImpl duration;
-    duration.put_Negative(static_cast<VARIANT_BOOL>(sign));
-    EXPECT_EQ(Reading(duration, u"P1D"), "nothing") << sign;
-    EXPECT_EQ(State(duration), "0/0/1 0:0:0 negative " + std::to_string(sign));
+    DurationImpl duration = WithSign(sign);
+    ExpectRead(duration, u"P1D", "0/0/1 0:0:0 negative " + std::to_string(sign));
   }
 }
 
 // A "T" in front separates nothing: the text counts as one without "T".
-TEST(DurationReuse, TThatBecomesTheFirstUnitLeavesTheTime) {
-  DurationImpl duration;
-  duration.SetText(u"P1DT4H5M6S");
-  duration.put_Negative(5);
-  EXPECT_EQ(Reading(duration, u"PT7H"), "nothing");
-  EXPECT_EQ(State(duration), "0/0/0 4:5:6 negative 5");
-  EXPECT_EQ(Reading(duration, u"PT7M3D"), "nothing");
-  EXPECT_EQ(State(duration), "0/0/3 4:5:6 negative 5");
+TEST_F(DurationReuse, TThatBecomesTheFirstUnitLeavesTheTime) {
+  full_.put_Negative(5);
+  ExpectRead(full_, u"PT7H", "0/0/0 4:5:6.5 negative 5");
+  ExpectRead(full_, u"PT7M3D", "0/0/3 4:5:6.5 negative 5");
 }
 
-TEST(DurationReuse, RefusedTextLeavesTheCounts) {
+TEST_F(DurationReuse, RefusedTextLeavesTheCounts) {
   for (const char16_t* text : {u"p9d", u"P-9D", u"9D", u"", u"XP9D"}) {
-    DurationImpl duration;
-    duration.SetText(u"P1Y2M3DT4H5M6.5S");
+    DurationImpl duration = full_;
     EXPECT_NE(Reading(duration, text), "nothing") << Shown(text);
-    EXPECT_EQ(State(duration), "1/2/3 4:5:6.5") << Shown(text);
+    EXPECT_EQ(State(duration), kAllFields) << Shown(text);
   }
 }
 
-TEST(DurationReuse, MinusIsKeptOnceItHasBeenSeenInFront) {
+TEST_F(DurationReuse, MinusIsKeptOnceItHasBeenSeenInFront) {
   DurationImpl duration;
-  EXPECT_EQ(Reading(duration, u"-1D"), kPlaceOfP);
-  EXPECT_EQ(State(duration), "0/0/0 0:0:0 negative -1");
+  ExpectRefused(duration, u"-1D", kPlaceOfP, "0/0/0 0:0:0 negative -1");
   DurationImpl unseen;
   EXPECT_NE(Reading(unseen, u"-p1d"), "nothing");
-  EXPECT_EQ(Reading(unseen, u"P-1D"), kMinus);
-  EXPECT_EQ(State(unseen), "0/0/0 0:0:0");
+  ExpectRefused(unseen, u"P-1D", kMinus, "0/0/0 0:0:0");
 }
 
-TEST(DurationReuse, TextsPastTheSettersChecksAreKept) {
+TEST_F(DurationReuse, TextsPastTheSettersChecksAreKept) {
   DurationImpl duration;
-  duration.SetText(u"-P32768DT-5S");
-  EXPECT_EQ(State(duration), "0/0/-32768 0:0:-5 negative -1");
+  ExpectRead(duration, u"-P32768DT-5S", "0/0/-32768 0:0:-5 negative -1");
   EXPECT_EQ(Shown(duration.GetText()), "-P-32768DT-5S");
 }
 

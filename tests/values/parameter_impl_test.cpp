@@ -1,33 +1,22 @@
+// One parameter: key, value, and the name of the type on the wire.
 #include "values/parameter_impl.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 #include <utility>
 
 #include "com/asked_object.h"
-#include "qvscriptwells/com_error.h"
+#include "fixtures/shown_value.h"
+#include "fixtures/thrown.h"
+#include "fixtures/variant_makers.h"
 #include "qvscriptwells/objects.h"
 #include "support/print_wide_string.h"
 
 namespace qv {
 namespace {
-
-constexpr VARTYPE kUnknownTag = 77;
-
-Variant Raw(VARTYPE tag, std::int64_t bytes) {
-  VariantData data;
-  data.llVal = bytes;
-  return Variant::FromRaw(tag, data);
-}
-
-Variant Dispatch(AskedObject* object) {
-  object->AddRef();
-  VariantData data;
-  data.punkVal = object;
-  return Variant::FromRaw(VT_DISPATCH, data);
-}
 
 WideString TypeNameOf(Variant value) {
   ParameterImpl parameter;
@@ -35,169 +24,103 @@ WideString TypeNameOf(Variant value) {
   return parameter.get_ParamTypeAsString();
 }
 
-WideString TypeNameOfDate(double date) {
-  return TypeNameOf(Variant::FromDate(date));
+void ExpectTypeName(const WideString& name, std::initializer_list<Variant> values) {
+  for (const Variant& value : values) EXPECT_EQ(TypeNameOf(value), name) << ShownValue(value);
+}
+void ExpectTypeNameOfDates(const WideString& name, std::initializer_list<double> dates) {
+  for (const double date : dates) ExpectTypeName(name, {Date(date)});
 }
 
-HRESULT CodeOfTypeName(AskedObject* object) {
-  try {
-    TypeNameOf(Variant::FromObject(object));
-  } catch (const _com_error& error) {
-    return error.Error();
-  }
-  return S_OK;
-}
-
-TEST(ParameterImpl, FreshOneHasNoKeyNoValueAndNoType) {
+TEST(ParameterImpl, KeepsKeyAndValueUntilOthersReplaceThem) {
   ParameterImpl parameter;
   EXPECT_TRUE(parameter.get_ParamKey().IsNull());
   EXPECT_EQ(parameter.get_ParamValue().Tag(), VT_EMPTY);
   EXPECT_EQ(parameter.get_ParamTypeAsString(), u"no type");
-}
-
-TEST(ParameterImpl, KeyAndValueAreKept) {
-  ParameterImpl parameter;
-  parameter.SetValues(u"key", Variant::FromInt(7));
-  EXPECT_EQ(parameter.get_ParamKey(), u"key");
-  EXPECT_EQ(parameter.get_ParamValue().Tag(), VT_INT);
-  EXPECT_EQ(parameter.get_ParamValue().Data().intVal, 7);
-}
-
-TEST(ParameterImpl, LaterValuesReplaceTheEarlierOnes) {
-  ParameterImpl parameter;
-  parameter.SetValues(u"first", Variant::FromString(u"text"));
-  parameter.SetValues(WideString(), Variant());
-  EXPECT_TRUE(parameter.get_ParamKey().IsNull());
-  EXPECT_EQ(parameter.get_ParamValue().Tag(), VT_EMPTY);
-  EXPECT_EQ(parameter.get_ParamValue().Data().llVal, 0);
-}
-
-TEST(ParameterImpl, NullAndEmptyKeysStayApart) {
-  ParameterImpl parameter;
-  parameter.SetValues(u"", Variant());
-  EXPECT_FALSE(parameter.get_ParamKey().IsNull());
-  parameter.SetValues(WideString(), Variant());
-  EXPECT_TRUE(parameter.get_ParamKey().IsNull());
+  const std::pair<const char16_t*, Variant> rows[] = {
+      {u"key", Int(7)}, {u"first", Text(u"text")}, {nullptr, Variant()}, {u"", UI1(200)}};
+  for (const auto& [key, value] : rows) {
+    parameter.SetValues(key, value);
+    EXPECT_EQ(Shown(parameter.get_ParamKey()), Shown(key));
+    EXPECT_EQ(ShownValue(parameter.get_ParamValue()), ShownValue(value));
+  }
 }
 
 TEST(ParameterImpl, CallersValueIsNotTouched) {
   AskedObject object;
-  const Variant mine = Dispatch(&object);
+  const Variant mine = UnderDispatch(&object);
   ParameterImpl parameter;
   parameter.SetValues(u"key", mine);
   EXPECT_EQ(mine.Tag(), VT_DISPATCH);
   EXPECT_EQ(mine.Object(), &object);
 }
 
-struct NamedType {
-  const char* name;
-  Variant value;
-  std::u16string_view typeName;
-};
-
 TEST(ParameterImpl, TypeNameFollowsTheTag) {
-  const NamedType rows[] = {
-      {"empty", Variant(), u"no type"},
-      {"null", Variant::Null(), u"no type"},
-      {"I2", Variant::FromShort(1), u"short"},
-      {"I4", Raw(VT_I4, 1), u"int"},
-      {"R4", Variant::FromFloat(1), u"float"},
-      {"R8", Variant::FromDouble(1), u"double"},
-      {"BSTR", Variant::FromString(u"x"), u"string"},
-      {"BSTR, null", Variant::FromString(WideString()), u"string"},
-      {"BOOL", Variant::FromBool(false), u"boolean"},
-      {"I1", Variant::FromByte(1), u"byte"},
-      {"I8", Variant::FromLong(1), u"long"},
-      {"INT", Variant::FromInt(1), u"int"},
-  };
-  for (const NamedType& row : rows) EXPECT_EQ(TypeNameOf(row.value).view(), row.typeName) << row.name;
+  ExpectTypeName(u"no type", {Variant(), Variant::Null()});
+  ExpectTypeName(u"string", {Text(u"x"), NullText()});
+  ExpectTypeName(u"int", {I4(1), Int(1)});
+  ExpectTypeName(u"short", {I2(1)});
+  ExpectTypeName(u"float", {R4(1)});
+  ExpectTypeName(u"double", {R8(1)});
+  ExpectTypeName(u"boolean", {Bool(false)});
+  ExpectTypeName(u"byte", {I1(1)});
+  ExpectTypeName(u"long", {I8(1)});
+  for (const Variant& value : {UI1(5), Pointer(VT_I4, nullptr), Pointer(VT_VARIANT, nullptr)})
+    EXPECT_TRUE(TypeNameOf(value).IsNull()) << ShownValue(value);
 }
 
-TEST(ParameterImpl, OtherTagsHaveANullTypeName) {
-  EXPECT_TRUE(TypeNameOf(Raw(VT_UI1, 5)).IsNull());
-  EXPECT_TRUE(TypeNameOf(Raw(static_cast<VARTYPE>(VT_BYREF | VT_I4), 0)).IsNull());
-  EXPECT_TRUE(TypeNameOf(Raw(static_cast<VARTYPE>(VT_BYREF | VT_VARIANT), 0)).IsNull());
+TEST(ParameterImpl, TypeNameOfADateFollowsItsParts) {
+  ExpectTypeNameOfDates(u"time", {0.0, -0.0, 0.5, 0.25, -0.25, 0.9999999999, -0.9999999999, 4.9e-324});
+  ExpectTypeNameOfDates(u"date", {1.0, -1.0, 2.0, 36526.0, -36526.0, 2147483647.0, -2147483648.0});
+  ExpectTypeNameOfDates(u"datetime",
+                        {1.5, -1.5, 1.0000001, 36526.999, -36526.25, 2147483646.5, -2147483647.5});
 }
 
-TEST(ParameterImpl, UnsignedByteStaysInTheParameter) {
-  ParameterImpl parameter;
-  parameter.SetValues(u"key", Raw(VT_UI1, 200));
-  EXPECT_EQ(parameter.get_ParamValue().Tag(), VT_UI1);
-  EXPECT_EQ(parameter.get_ParamValue().Data().bVal, 200);
-}
-
-TEST(ParameterImpl, DateWithoutWholeDaysIsATime) {
-  for (const double date : {0.0, -0.0, 0.5, 0.25, -0.25, 0.9999999999, -0.9999999999, 4.9e-324})
-    EXPECT_EQ(TypeNameOfDate(date), u"time") << date;
-}
-
-TEST(ParameterImpl, DateOfWholeDaysIsADate) {
-  for (const double date : {1.0, -1.0, 2.0, 36526.0, -36526.0, 2147483647.0, -2147483648.0})
-    EXPECT_EQ(TypeNameOfDate(date), u"date") << date;
-}
-
-TEST(ParameterImpl, DateWithDaysAndTimeIsADatetime) {
-  for (const double date : {1.5, -1.5, 1.0000001, 36526.999, -36526.25, 2147483646.5, -2147483647.5})
-    EXPECT_EQ(TypeNameOfDate(date), u"datetime") << date;
-}
-
-TEST(ParameterImpl, DateBeyondThirtyTwoBitsIsNoTimeAndNoFailure) {
+TEST(ParameterImpl, DateBeyondThirtyTwoBitsIsNeitherATimeNorAFailure) {
   const double infinity = std::numeric_limits<double>::infinity();
   for (const double date :
        {2147483648.0, -2147483649.0, 4294967296.0, 1e300, -1e300, infinity, -infinity, std::nan("")}) {
-    const WideString name = TypeNameOfDate(date);
-    EXPECT_TRUE(name == u"date" || name == u"datetime") << date << " is " << testing::PrintToString(name);
+    const WideString name = TypeNameOf(Date(date));
+    EXPECT_TRUE(name == u"date" || name == u"datetime") << date << " is " << Shown(name);
   }
 }
 
-TEST(ParameterImpl, AttachedFileIsNamedByItsInterface) {
-  AskedObject object;
-  object.Answer(IID_IAttachedFile, S_OK);
-  EXPECT_EQ(TypeNameOf(Variant::FromObject(&object)), u"AttachedFile");
-}
-
-TEST(ParameterImpl, DurationIsNamedByItsInterface) {
-  AskedObject object;
-  object.Answer(IID_IDuration, S_OK);
-  EXPECT_EQ(TypeNameOf(Variant::FromObject(&object)), u"duration");
-}
-
-TEST(ParameterImpl, AttachedFileIsAskedForBeforeDuration) {
+TEST(ParameterImpl, ObjectIsNamedByItsInterface) {
+  AskedObject file;
+  file.Answer(IID_IAttachedFile, S_OK);
+  AskedObject duration;
+  duration.Answer(IID_IDuration, S_OK);
   AskedObject both;
   both.Answer(IID_IAttachedFile, S_OK);
   both.Answer(IID_IDuration, S_OK);
-  EXPECT_EQ(TypeNameOf(Variant::FromObject(&both)), u"AttachedFile");
-
-  AskedObject neither;
-  TypeNameOf(Variant::FromObject(&neither));
-  ASSERT_EQ(neither.asked.size(), 2u);
-  EXPECT_TRUE(neither.asked[0] == IID_IAttachedFile);
-  EXPECT_TRUE(neither.asked[1] == IID_IDuration);
+  ExpectTypeName(u"AttachedFile", {Variant::FromObject(&file), Variant::FromObject(&both)});
+  ExpectTypeName(u"duration", {Variant::FromObject(&duration)});
 }
 
 TEST(ParameterImpl, OtherObjectsHaveANullTypeName) {
-  AskedObject object;
-  EXPECT_TRUE(TypeNameOf(Variant::FromObject(&object)).IsNull());
+  AskedObject neither;
+  EXPECT_TRUE(TypeNameOf(Variant::FromObject(&neither)).IsNull());
+  ASSERT_EQ(neither.asked.size(), 2u);
+  EXPECT_TRUE(neither.asked[0] == IID_IAttachedFile);
+  EXPECT_TRUE(neither.asked[1] == IID_IDuration);
   EXPECT_TRUE(TypeNameOf(Variant::FromObject(nullptr)).IsNull());
 }
 
-TEST(ParameterImpl, FailureOfTheQuestionIsRaised) {
+TEST(ParameterImpl, FailureOfTheQuestionIsRaisedButForAMissingInterface) {
+  const auto codeOf = [](AskedObject* object) {
+    return Thrown([object] { TypeNameOf(Variant::FromObject(object)); }).substr(0, 21);
+  };
   for (const HRESULT code : {E_FAIL, E_POINTER, E_UNEXPECTED}) {
     AskedObject first;
     first.Answer(IID_IAttachedFile, code);
     first.Answer(IID_IDuration, S_OK);
-    EXPECT_EQ(CodeOfTypeName(&first), code);
     AskedObject second;
     second.Answer(IID_IDuration, code);
-    EXPECT_EQ(CodeOfTypeName(&second), code);
+    for (AskedObject* object : {&first, &second}) EXPECT_EQ(codeOf(object), "_com_error " + ShownCode(code));
   }
-}
-
-TEST(ParameterImpl, MissingInterfaceIsNoFailure) {
-  AskedObject object;
-  object.Answer(IID_IAttachedFile, E_NOINTERFACE);
-  object.Answer(IID_IDuration, E_NOINTERFACE);
-  EXPECT_EQ(CodeOfTypeName(&object), S_OK);
+  AskedObject missing;
+  missing.Answer(IID_IAttachedFile, E_NOINTERFACE);
+  missing.Answer(IID_IDuration, E_NOINTERFACE);
+  EXPECT_EQ(codeOf(&missing), "nothing");
 }
 
 TEST(ParameterImpl, DispatchObjectIsStoredAsUnknown) {
@@ -205,7 +128,7 @@ TEST(ParameterImpl, DispatchObjectIsStoredAsUnknown) {
   object.Answer(IID_IDuration, S_OK);
   {
     ParameterImpl parameter;
-    parameter.SetValues(u"key", Dispatch(&object));
+    parameter.SetValues(u"key", UnderDispatch(&object));
     EXPECT_EQ(object.count, 2u);
     EXPECT_EQ(parameter.get_ParamValue().Tag(), VT_UNKNOWN);
     EXPECT_EQ(parameter.get_ParamValue().Object(), &object);
@@ -239,13 +162,8 @@ TEST(ParameterImpl, ObjectIsSharedAndReleased) {
 
 TEST(ParameterImpl, ValueThatCannotBeCopiedReplacesTheKeyOnly) {
   ParameterImpl parameter;
-  parameter.SetValues(u"old", Variant::FromInt(7));
-  try {
-    parameter.SetValues(u"new", Raw(kUnknownTag, 5));
-    FAIL() << "nothing was thrown";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), DISP_E_BADVARTYPE);
-  }
+  parameter.SetValues(u"old", Int(7));
+  EXPECT_EQ(Thrown([&] { parameter.SetValues(u"new", Raw(77, 5)); }), "_com_error 0x80020008 <null>");
   EXPECT_EQ(parameter.get_ParamKey(), u"new");
   EXPECT_EQ(parameter.get_ParamValue().Tag(), VT_INT);
   EXPECT_EQ(parameter.get_ParamValue().Data().intVal, 7);

@@ -1,22 +1,27 @@
+// The list of parameters: its order, its indexes, and who holds what.
 #include "values/parameters_impl.h"
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 #include "com/asked_object.h"
-#include "qvscriptwells/com_error.h"
-#include "qvscriptwells/e_qv_exception.h"
+#include "fixtures/shown_value.h"
+#include "fixtures/thrown.h"
 #include "support/print_wide_string.h"
 
 namespace qv {
 namespace {
 
-constexpr const char16_t* kNoParameters = u"The are no parameters.";
-constexpr const char16_t* kOutOfRange = u"The index is out of range.";
-constexpr const char16_t* kCannotFind = u"Cannot find parameter in the current index.";
-constexpr const char16_t* kCannotRemove = u"Cannot remove parameter.";
+constexpr char kDone[] = "nothing";  // what Thrown says of a call that succeeds
+constexpr char kNoParameters[] = "EQvException 0x00000000 The are no parameters.";
+constexpr char kOutOfRange[] = "EQvException 0x00000000 The index is out of range.";
+constexpr char kCannotFind[] = "EQvException 0x00000000 Cannot find parameter in the current index.";
+constexpr char kCannotRemove[] = "EQvException 0x00000000 Cannot remove parameter.";
+
+using Keys = std::vector<WideString>;
 
 WideString KeyOf(const IParameterPtr& parameter) {
   WideString key;
@@ -24,8 +29,8 @@ WideString KeyOf(const IParameterPtr& parameter) {
   return key;
 }
 
-std::vector<WideString> KeysOf(ParametersImpl& list) {
-  std::vector<WideString> keys;
+Keys KeysOf(ParametersImpl& list) {
+  Keys keys;
   for (std::int16_t i = 0; i < list.Size(); ++i) keys.push_back(KeyOf(list.Find(i)));
   return keys;
 }
@@ -35,41 +40,22 @@ void Fill(ParametersImpl& list, int count) {
   for (int i = 0; i < count; ++i) list.Add(keys[i], Variant::FromInt(i));
 }
 
-// Null when the call did not fail.
-WideString MessageOfFind(ParametersImpl& list, std::int16_t index) {
-  try {
-    list.Find(index);
-  } catch (const EQvException& error) {
-    EXPECT_EQ(error.Code(), 0);
-    return error.Description();
-  }
-  return WideString();
+std::string Finding(ParametersImpl& list, std::int16_t index) {
+  return Thrown([&] { list.Find(index); });
 }
-
-WideString MessageOfRemove(ParametersImpl& list, std::int16_t index) {
-  try {
-    list.Remove(index);
-  } catch (const EQvException& error) {
-    EXPECT_EQ(error.Code(), 0);
-    return error.Description();
-  }
-  return WideString();
-}
-
-TEST(ParametersImpl, FreshListIsEmpty) {
-  ParametersImpl list;
-  EXPECT_EQ(list.Size(), 0);
+std::string Removing(ParametersImpl& list, std::int16_t index) {
+  return Thrown([&] { list.Remove(index); });
 }
 
 TEST(ParametersImpl, AddAppendsANewParameterAndReturnsIt) {
   ParametersImpl list;
+  EXPECT_EQ(list.Size(), 0);
   const IParameterPtr added = list.Add(u"key", Variant::FromInt(7));
   ASSERT_NE(added, nullptr);
   EXPECT_EQ(KeyOf(added), u"key");
   Variant value;
   EXPECT_EQ(added->get_ParamValue(&value), S_OK);
-  EXPECT_EQ(value.Tag(), VT_INT);
-  EXPECT_EQ(value.Data().intVal, 7);
+  EXPECT_EQ(ShownValue(value), "VT_INT 7");
   EXPECT_EQ(list.Size(), 1);
   EXPECT_EQ(list.Find(0), added);
 }
@@ -94,106 +80,60 @@ TEST(ParametersImpl, NullKeyIsTaken) {
 TEST(ParametersImpl, FailedAddRaisesTheCodeAndAppendsNothing) {
   ParametersImpl list;
   Fill(list, 1);
-  try {
-    list.Add(u"bad", Variant::FromRaw(77, VariantData()));
-    FAIL() << "nothing was thrown";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), DISP_E_BADVARTYPE);
-  }
-  EXPECT_EQ(KeysOf(list), (std::vector<WideString>{u"a"}));
+  EXPECT_EQ(Thrown([&] { list.Add(u"bad", Variant::FromRaw(77, VariantData())); }).substr(0, 21),
+            "_com_error 0x80020008");
+  EXPECT_EQ(KeysOf(list), (Keys{u"a"}));
 }
 
-struct IndexRow {
-  int size;
-  std::int16_t index;
-  const char16_t* findMessage;  // null: found
-  const char16_t* removeMessage;
-};
-
-const IndexRow kIndexRows[] = {
-    {0, 0, kNoParameters, kNoParameters},
-    {0, -1, kNoParameters, kNoParameters},
-    {0, 1, kNoParameters, kNoParameters},
-    {0, 32767, kNoParameters, kNoParameters},
-    {0, -32768, kNoParameters, kNoParameters},
-    {1, 0, nullptr, nullptr},
-    {1, 1, kCannotFind, kCannotRemove},
-    {1, 2, kOutOfRange, kOutOfRange},
-    {1, -1, kCannotFind, kCannotRemove},
-    {3, 0, nullptr, nullptr},
-    {3, 2, nullptr, nullptr},
-    {3, 3, kCannotFind, kCannotRemove},
-    {3, 4, kOutOfRange, kOutOfRange},
-    {3, 32767, kOutOfRange, kOutOfRange},
-    {3, -1, kCannotFind, kCannotRemove},
-    {3, -3, kCannotFind, kCannotRemove},
-    {3, -32768, kCannotFind, kCannotRemove},
-};
-
-void ExpectMessage(const WideString& message, const char16_t* expected, const IndexRow& row) {
-  EXPECT_EQ(message.IsNull(), expected == nullptr) << row.size << " elements, index " << row.index;
-  EXPECT_EQ(message, WideString(expected)) << row.size << " elements, index " << row.index;
-}
-
-TEST(ParametersImpl, FindHasItsMessageForEachIndex) {
-  for (const IndexRow& row : kIndexRows) {
+void ExpectOutcomes(int size, const char* finding, const char* removing,
+                    std::initializer_list<std::int16_t> indexes) {
+  for (const std::int16_t index : indexes) {
+    SCOPED_TRACE(std::to_string(size) + " elements, index " + std::to_string(index));
     ParametersImpl list;
-    Fill(list, row.size);
-    ExpectMessage(MessageOfFind(list, row.index), row.findMessage, row);
-    EXPECT_EQ(list.Size(), row.size);
+    Fill(list, size);
+    const Keys before = KeysOf(list);
+    EXPECT_EQ(Finding(list, index), finding);
+    EXPECT_EQ(KeysOf(list), before);
+    EXPECT_EQ(Removing(list, index), removing);
+    EXPECT_EQ(KeysOf(list) == before, removing != kDone);
+    EXPECT_EQ(list.Size(), removing == kDone ? size - 1 : size);
   }
 }
 
-TEST(ParametersImpl, RemoveHasItsMessageForEachIndex) {
-  for (const IndexRow& row : kIndexRows) {
-    ParametersImpl list;
-    Fill(list, row.size);
-    ExpectMessage(MessageOfRemove(list, row.index), row.removeMessage, row);
-    EXPECT_EQ(list.Size(), row.removeMessage == nullptr ? row.size - 1 : row.size);
-  }
-}
-
-const std::int16_t kBadIndexesOfThree[] = {-32768, -1, 3, 4, 32767};
-
-TEST(ParametersImpl, FailuresLeaveTheListUnchanged) {
-  ParametersImpl list;
-  Fill(list, 3);
-  for (const std::int16_t index : kBadIndexesOfThree) {
-    EXPECT_FALSE(MessageOfFind(list, index).IsNull());
-    EXPECT_FALSE(MessageOfRemove(list, index).IsNull());
-  }
-  EXPECT_EQ(KeysOf(list), (std::vector<WideString>{u"a", u"b", u"c"}));
+TEST(ParametersImpl, FindAndRemoveHaveTheirMessageForEachIndex) {
+  ExpectOutcomes(0, kNoParameters, kNoParameters, {0, -1, 1, 32767, -32768});
+  ExpectOutcomes(1, kDone, kDone, {0});
+  ExpectOutcomes(1, kCannotFind, kCannotRemove, {1, -1});
+  ExpectOutcomes(1, kOutOfRange, kOutOfRange, {2});
+  ExpectOutcomes(3, kDone, kDone, {0, 2});
+  ExpectOutcomes(3, kCannotFind, kCannotRemove, {3, -1, -3, -32768});
+  ExpectOutcomes(3, kOutOfRange, kOutOfRange, {4, 32767});
 }
 
 TEST(ParametersImpl, RemoveMovesTheOthersDownInOrder) {
   ParametersImpl list;
   Fill(list, 4);
   list.Remove(1);
-  EXPECT_EQ(KeysOf(list), (std::vector<WideString>{u"a", u"c", u"d"}));
+  EXPECT_EQ(KeysOf(list), (Keys{u"a", u"c", u"d"}));
   list.Remove(2);
-  EXPECT_EQ(KeysOf(list), (std::vector<WideString>{u"a", u"c"}));
+  EXPECT_EQ(KeysOf(list), (Keys{u"a", u"c"}));
   list.Remove(0);
-  EXPECT_EQ(KeysOf(list), (std::vector<WideString>{u"c"}));
-}
-
-TEST(ParametersImpl, RemovingTheOnlyOneLeavesNoParameters) {
-  ParametersImpl list;
-  Fill(list, 1);
+  EXPECT_EQ(KeysOf(list), (Keys{u"c"}));
   list.Remove(0);
   EXPECT_EQ(list.Size(), 0);
-  EXPECT_EQ(MessageOfRemove(list, 0), u"The are no parameters.");
+  EXPECT_EQ(Removing(list, 0), kNoParameters);
 }
 
 TEST(ParametersImpl, ClearEmptiesTheListAndMayBeRepeated) {
   ParametersImpl list;
   Fill(list, 3);
-  list.Clear();
-  EXPECT_EQ(list.Size(), 0);
-  list.Clear();
-  EXPECT_EQ(list.Size(), 0);
-  EXPECT_EQ(MessageOfFind(list, 0), u"The are no parameters.");
+  for (int i = 0; i < 2; ++i) {
+    list.Clear();
+    EXPECT_EQ(list.Size(), 0);
+  }
+  EXPECT_EQ(Finding(list, 0), kNoParameters);
   Fill(list, 2);
-  EXPECT_EQ(KeysOf(list), (std::vector<WideString>{u"a", u"b"}));
+  EXPECT_EQ(KeysOf(list), (Keys{u"a", u"b"}));
 }
 
 TEST(ParametersImpl, FoundParameterOutlivesClear) {
@@ -238,8 +178,7 @@ TEST(ParametersImpl, HoldsManyParametersInOrder) {
   ParametersImpl list;
   for (int i = 0; i < 1000; ++i) list.Add(u"key", Variant::FromInt(i));
   EXPECT_EQ(list.Size(), 1000);
-  const std::int16_t kSamples[] = {0, 1, 499, 998, 999};
-  for (const std::int16_t index : kSamples) {
+  for (const std::int16_t index : std::initializer_list<std::int16_t>{0, 1, 499, 998, 999}) {
     Variant value;
     EXPECT_EQ(list.Find(index)->get_ParamValue(&value), S_OK);
     EXPECT_EQ(value.Data().intVal, index);

@@ -1,3 +1,4 @@
+// A link with its caption, and their text form.
 #include "values/url_impl.h"
 
 #include <gtest/gtest.h>
@@ -48,21 +49,16 @@ TEST(UrlImpl, LinkIsKeptWhole) {
   }
 }
 
-TEST(UrlImpl, BackslashesOfTheSeparatorBecomeSlashes) {
+TEST(UrlImpl, BackslashesOfTheSeparatorBecomeSlashesAndAnEmptyLinkChangesNothing) {
   UrlImpl url;
-  url.put_Url(u"scheme:\\\\srv/a\\b");
-  EXPECT_EQ(Shown(url.get_Url()), "scheme://srv/a/b");
-  url.put_Url(u"scheme://srv/a\\b");
-  EXPECT_EQ(Shown(url.get_Url()), "scheme://srv/a\\b");
-}
-
-TEST(UrlImpl, EmptyLinkChangesNothing) {
-  UrlImpl url;
-  url.put_Url(u"scheme://srv/a");
-  url.put_Url(u"");
-  EXPECT_EQ(Shown(url.get_Url()), "scheme://srv/a");
-  url.put_Url(WideString());
-  EXPECT_EQ(Shown(url.get_Url()), "scheme://srv/a");
+  const std::pair<const char16_t*, const char*> rows[] = {{u"scheme:\\\\srv/a\\b", "scheme://srv/a/b"},
+                                                          {u"scheme://srv/a\\b", "scheme://srv/a\\b"},
+                                                          {u"", "scheme://srv/a\\b"},
+                                                          {nullptr, "scheme://srv/a\\b"}};
+  for (const auto& [link, stored] : rows) {
+    url.put_Url(link);
+    EXPECT_EQ(Shown(url.get_Url()), stored);
+  }
 }
 
 TEST(UrlImpl, RefusedLinkLeavesTheOldOneAndTheCaption) {
@@ -117,24 +113,15 @@ TEST(UrlImpl, TextIsNotReadBack) {
 }
 
 TEST(UrlImpl, TextHasLinkAndCaptionWithAColonBetween) {
+  const auto text = [](const std::string& data) {
+    return "<Object>Url<DataType>string:string</DataType><Data>" + data + "</Data></Object>";
+  };
   UrlImpl url;
+  EXPECT_EQ(Shown(url.ToText()), text(":"));
   url.Init(u"u://u/u", u"c");
-  EXPECT_EQ(Shown(url.ToText()),
-            "<Object>Url<DataType>string:string</DataType><Data>u://u/u:c</Data></Object>");
-}
-
-TEST(UrlImpl, TextOfAFreshOneHasTheColonOnly) {
-  UrlImpl url;
-  EXPECT_EQ(Shown(url.ToText()), "<Object>Url<DataType>string:string</DataType><Data>:</Data></Object>");
-}
-
-TEST(UrlImpl, TextEscapesNothingAndDoesNotGrow) {
-  UrlImpl url;
+  EXPECT_EQ(Shown(url.ToText()), text("u://u/u:c"));
   url.Init(u"u://u/<&\"\u00E9", u"a<b>&c</Data>");
-  const std::string text =
-      "<Object>Url<DataType>string:string</DataType><Data>u://u/<&\"\\u00E9:a<b>&c</Data></Data></Object>";
-  EXPECT_EQ(Shown(url.ToText()), text);
-  EXPECT_EQ(Shown(url.ToText()), text);
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(Shown(url.ToText()), text("u://u/<&\"\\u00E9:a<b>&c</Data>"));
 }
 
 }  // namespace

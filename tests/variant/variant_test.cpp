@@ -177,10 +177,7 @@ TEST(Variant, ObjectIsBorrowedByItsReader) {
 TEST(Variant, DispatchObjectIsOwnedLikeAnyObject) {
   AskedObject object;
   {
-    object.AddRef();
-    VariantData data;
-    data.punkVal = &object;
-    const Variant value = Variant::FromRaw(VT_DISPATCH, data);
+    const Variant value = UnderDispatch(&object);
     EXPECT_EQ(object.count, 2u);
     EXPECT_EQ(value.Object(), &object);
     const Variant copy(value);
