@@ -175,7 +175,7 @@ ScriptResult Endpoint::RunScript(const SoapRequest& request, const TransferUrls&
     ExpectWellFormed(request.scriptDocument, "UTF-8", kBadScriptDocument, "The script document");
   ScriptJob job{ReadScriptDocument(request.scriptDocument, spaces_), request.parameters};
   files.Prepare(job, urls);
-  const ScriptResult result = pool_.Run(job);
+  ScriptResult result = pool_.Run(job);
   if (result.kind != ResultKind::kFault) files.Keep(result.files);
   return result;
 }

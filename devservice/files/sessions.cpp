@@ -1,5 +1,7 @@
 #include "devservice/files/sessions.h"
 
+#include <algorithm>
+
 #include "devservice/values/fault_codes.h"
 #include "devservice/values/random_id.h"
 
@@ -28,7 +30,7 @@ std::string SessionTable::Open(std::string_view connectionString) {
   std::shared_ptr<SessionFiles> dropped;  // Its files are deleted outside the lock.
   const std::lock_guard<std::mutex> lock(mutex_);
   if (sessions_.size() >= limits_.sessions) dropped = DropOldestIdle();
-  const std::string id = RandomId();
+  std::string id = RandomId();
   sessions_[id] = {Clock::now(), std::make_shared<SessionFiles>(limits_.tickets)};
   return id;
 }
@@ -49,18 +51,14 @@ std::shared_ptr<SessionFiles> SessionTable::Find(const std::string& id) {
 
 bool SessionTable::KnowsTicket(const std::string& ticket) const {
   const std::lock_guard<std::mutex> lock(mutex_);
-  for (const auto& [id, session] : sessions_) {
-    if (session.files->HasTicket(ticket)) return true;
-  }
-  return false;
+  return std::any_of(sessions_.begin(), sessions_.end(),
+                     [&ticket](const auto& entry) { return entry.second.files->HasTicket(ticket); });
 }
 
-bool SessionTable::KnowsPublished(const std::string& published) const {
+bool SessionTable::KnowsPublished(const std::string& id) const {
   const std::lock_guard<std::mutex> lock(mutex_);
-  for (const auto& [id, session] : sessions_) {
-    if (session.files->Published(published)) return true;
-  }
-  return false;
+  return std::any_of(sessions_.begin(), sessions_.end(),
+                     [&id](const auto& entry) { return entry.second.files->Published(id).has_value(); });
 }
 
 void SessionTable::Close(const std::string& id) {

@@ -188,13 +188,13 @@ class HttpServer::Implementation : public httplib::Server {
   }
 
   // Nothing may follow a request whose body was not read to its end.
-  void RefuseWith(HttpAnswer answer) {
+  static void RefuseWith(HttpAnswer answer) {
     if (answer.delivery != Delivery::kDrop) currentConnection->AbandonRest();
     currentConnection->TakeOver(std::move(answer));
   }
 
   // The rest of such a request is not read, so nothing may follow it.
-  void Refuse(httplib::Response& response, int status) {
+  static void Refuse(httplib::Response& response, int status) {
     response.status = status;
     currentConnection->CloseAfterwards();
   }

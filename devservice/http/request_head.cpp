@@ -2,6 +2,7 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <charconv>
 
 namespace qv::devservice {
@@ -27,9 +28,8 @@ std::optional<std::uint64_t> BodyLength(const httplib::Request& request) {
 }
 
 bool HasParameter(const httplib::Request& request, const char* name) {
-  for (const auto& [key, value] : request.params)
-    if (strcasecmp(key.c_str(), name) == 0) return true;
-  return false;
+  return std::any_of(request.params.begin(), request.params.end(),
+                     [name](const auto& entry) { return strcasecmp(entry.first.c_str(), name) == 0; });
 }
 
 // All values of a header. Several values make a text that is different from any single value.

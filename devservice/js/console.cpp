@@ -38,7 +38,7 @@ std::optional<std::string> JsonOf(JSContextRef context, JSValueRef value) {
 }
 
 std::string TextOfSymbol(JSContextRef context, JSValueRef value) {
-  const JSObjectRef object = JSValueToObject(context, value, nullptr);
+  JSObjectRef object = JSValueToObject(context, value, nullptr);
   const JSValueRef description = object ? GetProperty(context, object, "description") : nullptr;
   const bool described = description && JSValueIsString(context, description);
   return "Symbol(" + (described ? TextOf(context, description).value_or("") : "") + ")";
@@ -47,7 +47,7 @@ std::string TextOfSymbol(JSContextRef context, JSValueRef value) {
 // Errors have their line added; objects without a text of their class are shown as JSON.
 std::string TextOfObject(JSContextRef context, JSValueRef value) {
   if (const TypedValue* typed = TypedValueOf(context, value)) return typed->text;
-  const JSObjectRef object = JSValueToObject(context, value, nullptr);
+  JSObjectRef object = JSValueToObject(context, value, nullptr);
   const std::optional<std::string> text = TextOf(context, value);
   if (JSValueIsArray(context, value) || !text || *text == "[object Object]")
     return JsonOf(context, value).value_or(text.value_or("(an object without a text)"));
@@ -74,7 +74,7 @@ JSValueRef CallFunction(JSContextRef context, JSObjectRef function, JSObjectRef,
 }
 
 JSClassRef FunctionClass() {
-  static const JSClassRef shared = MakeClass("ConsoleFunction", CallFunction, DeletePrivate<Function>);
+  static JSClassRef shared = MakeClass("ConsoleFunction", CallFunction, DeletePrivate<Function>);
   return shared;
 }
 
@@ -83,7 +83,7 @@ JSClassRef FunctionClass() {
 void InstallConsole(JSContextRef context, JSObjectRef global, const std::shared_ptr<ConsoleLimit>& console) {
   const JSValueRef value = GetProperty(context, global, "console");
   if (!value || !JSValueIsObject(context, value)) return;
-  const JSObjectRef object = JSValueToObject(context, value, nullptr);
+  JSObjectRef object = JSValueToObject(context, value, nullptr);
   for (const char* level : kLevels)
     SetProperty(context, object, level, JSObjectMake(context, FunctionClass(), new Function{console, level}));
 }

@@ -22,7 +22,7 @@ DateReader::DateReader(JSContextGroupRef group) : clean_(JSGlobalContextCreateIn
 
 double DateReader::TimeOf(JSContextRef context, JSValueRef value) const {
   if (!JSValueIsDate(context, value)) return kNone;
-  const JSObjectRef date = JSValueToObject(context, value, nullptr);
+  JSObjectRef date = JSValueToObject(context, value, nullptr);
   const JSValueRef time = JSObjectCallAsFunction(clean_.get(), getTime_, date, 0, nullptr, nullptr);
   return time ? JSValueToNumber(clean_.get(), time, nullptr) : kNone;
 }

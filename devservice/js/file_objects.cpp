@@ -1,7 +1,7 @@
 #include "devservice/js/file_objects.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 #include "devservice/files/worker_files.h"
 #include "devservice/js/handles.h"
@@ -47,7 +47,7 @@ JSValueRef BytesOfFile(JSContextRef context, const ReadableFile& file, JSValueRe
   if (bytes.empty()) return JSObjectMakeTypedArray(context, kJSTypedArrayTypeUint8Array, 0, exception);
   void* copy = std::malloc(bytes.size());
   if (!copy) throw FaultError(kScriptThrew, "There is no memory for the file.", "script");
-  std::memcpy(copy, bytes.data(), bytes.size());
+  std::copy(bytes.begin(), bytes.end(), static_cast<char*>(copy));
   return JSObjectMakeTypedArrayWithBytesNoCopy(context, kJSTypedArrayTypeUint8Array, copy, bytes.size(),
                                                FreeBytes, nullptr, exception);
 }
@@ -77,7 +77,7 @@ constexpr JSStaticFunction kFileFunctions[] = {{"text", CallText, kFixed | kJSPr
                                                {nullptr, nullptr, 0}};
 
 JSClassRef FileClass() {
-  static const JSClassRef shared = MakeClass("File", nullptr, DeletePrivate<ReadableFile>, kFileFunctions);
+  static JSClassRef shared = MakeClass("File", nullptr, DeletePrivate<ReadableFile>, kFileFunctions);
   return shared;
 }
 
@@ -88,7 +88,7 @@ void SetFixed(JSContextRef context, JSObjectRef object, const char* name, JSValu
 }  // namespace
 
 JSValueRef MakeFileObject(JSContextRef context, const ReadableFile& file) {
-  const JSObjectRef object = JSObjectMake(context, FileClass(), new ReadableFile(file));
+  JSObjectRef object = JSObjectMake(context, FileClass(), new ReadableFile(file));
   SetFixed(context, object, "ticket", MakeText(context, file.ticket));
   SetFixed(context, object, "size", JSValueMakeNumber(context, static_cast<double>(file.size)));
   return object;
@@ -100,7 +100,7 @@ const ReadableFile* FileOfObject(JSContextRef context, JSValueRef value) {
 
 void ThrowInScript(JSContextRef context, const FaultError& error, JSValueRef* exception) {
   const JSValueRef thrown = MakeError(context, error.what());
-  const JSObjectRef object = JSValueToObject(context, thrown, nullptr);
+  JSObjectRef object = JSValueToObject(context, thrown, nullptr);
   SetProperty(context, object, "name", MakeText(context, "ScriptError"));
   SetProperty(context, object, "code", JSValueMakeNumber(context, error.Code()));
   *exception = thrown;

@@ -26,7 +26,7 @@ class InferredTable {
   bool AddRow(JSValueRef value) {
     if (!objects_.IsPlain(value)) return false;
     ++row_;
-    const JSObjectRef row = JSValueToObject(context_, value, nullptr);
+    JSObjectRef row = JSValueToObject(context_, value, nullptr);
     if (objects_.ReadKeys(row)) FindColumns();
     for (std::size_t i = 0; i < columns_.size(); ++i)
       AddCell(columns_[i],

@@ -64,7 +64,7 @@ JSValueRef MakeParameterValue(JSContextRef context, const Parameter& parameter, 
 
 // An object without a prototype, so that "__proto__" and "toString" are names like any other.
 JSObjectRef MakeBareObject(JSContextRef context) {
-  const JSObjectRef object = JSObjectMake(context, nullptr, nullptr);
+  JSObjectRef object = JSObjectMake(context, nullptr, nullptr);
   JSObjectSetPrototype(context, object, JSValueMakeNull(context));
   return object;
 }
@@ -73,9 +73,9 @@ JSObjectRef MakeBareObject(JSContextRef context) {
 
 void InstallParameters(JSContextRef context, JSObjectRef global, const std::vector<Parameter>& parameters,
                        const WorkerFiles& files) {
-  const JSObjectRef values = MakeBareObject(context);
-  const JSObjectRef types = MakeBareObject(context);
-  const JSObjectRef list = JSObjectMakeArray(context, 0, nullptr, nullptr);
+  JSObjectRef values = MakeBareObject(context);
+  JSObjectRef types = MakeBareObject(context);
+  JSObjectRef list = JSObjectMakeArray(context, 0, nullptr, nullptr);
   SetProperty(context, global, "parameters", values);
   SetProperty(context, global, "parameterTypes", types);
   SetProperty(context, global, "parameterList", list);
@@ -85,7 +85,7 @@ void InstallParameters(JSContextRef context, JSObjectRef global, const std::vect
     const JSValueRef type = MakeText(context, parameter.type);
     SetProperty(context, values, parameter.name, value);
     SetProperty(context, types, parameter.name, type);
-    const JSObjectRef entry = JSObjectMake(context, nullptr, nullptr);
+    JSObjectRef entry = JSObjectMake(context, nullptr, nullptr);
     JSObjectSetPropertyAtIndex(context, list, i, entry, nullptr);
     SetProperty(context, entry, "name", MakeText(context, parameter.name));
     SetProperty(context, entry, "type", type);

@@ -113,7 +113,7 @@ JSValueRef CallFunction(JSContextRef context, JSObjectRef function, JSObjectRef,
 }
 
 JSClassRef FunctionClass() {
-  static const JSClassRef shared = MakeClass("FileFunction", CallFunction, DeletePrivate<Function>);
+  static JSClassRef shared = MakeClass("FileFunction", CallFunction, DeletePrivate<Function>);
   return shared;
 }
 

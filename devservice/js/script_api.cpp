@@ -19,7 +19,7 @@ constexpr char kPrelude[] =
 void InstallScriptApi(JSGlobalContextRef context, const ScriptJob& job, const ValueReaders& readers,
                       const std::shared_ptr<WorkerFiles>& files,
                       const std::shared_ptr<ConsoleLimit>& console) {
-  const JSObjectRef global = JSContextGetGlobalObject(context);
+  JSObjectRef global = JSContextGetGlobalObject(context);
   InstallParameters(context, global, job.parameters, *files);
   InstallTable(context, InstallTyped(context, global, readers.dates), readers);
   InstallPublish(context, global, files);

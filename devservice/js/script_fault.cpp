@@ -50,7 +50,7 @@ ScriptResult MakeFault(int code, const std::string& description) {
 ScriptResult ResultOfException(JSContextRef context, JSValueRef exception) {
   ScriptResult fault = MakeFault(kScriptThrew, "The script threw a value without a description.");
   if (JSValueIsObject(context, exception)) {
-    const JSObjectRef thrown = JSValueToObject(context, exception, nullptr);
+    JSObjectRef thrown = JSValueToObject(context, exception, nullptr);
     TakeDescription(context, thrown, fault);
     TakeCode(context, thrown, fault);
   } else if (const auto text = TextOfValue(context, exception, nullptr)) {

@@ -34,7 +34,7 @@ bool PlainObjects::IsPlain(JSValueRef value) const {
 
 bool PlainObjects::ReadKeys(JSObjectRef object) {
   JSValueRef exception = nullptr;
-  const JSObjectRef list = reader_.KeysOf(context_, object, list_, &exception);
+  JSObjectRef list = reader_.KeysOf(context_, object, list_, &exception);
   ThrowIfSet(exception);
   if (list == list_) return false;
   JSValueProtect(context_, list);
@@ -80,7 +80,7 @@ void ColumnKeys::Add(JSStringRef key) {
   if (!IsColumnName(units)) {
     throw TableError(
         "\"" + Utf16ToUtf8(units) +
-        "\" is no name for a column (a letter or \"_\", then letters, digits, \"-\", \".\" and \"_\")");
+        R"(" is no name for a column (a letter or "_", then letters, digits, "-", "." and "_"))");
   }
   numbers_.emplace(units, keys_.size());
   keys_.emplace_back(JSStringRetain(key));

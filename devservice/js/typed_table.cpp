@@ -19,7 +19,7 @@ class TypedTable {
 
   void AddColumns(JSValueRef columns) {
     if (!objects_.IsPlain(columns)) throw TableError("the columns are no object such as {name: \"string\"}");
-    const JSObjectRef object = JSValueToObject(context_, columns, nullptr);
+    JSObjectRef object = JSValueToObject(context_, columns, nullptr);
     objects_.ReadKeys(object);
     for (const JsString& key : objects_.Keys()) AddColumn(key.get(), ValueOfKey(context_, object, key.get()));
     FindColumns();
@@ -27,7 +27,7 @@ class TypedTable {
 
   void AddRows(JSValueRef rows) {
     if (!JSValueIsArray(context_, rows)) throw TableError("the rows are no array");
-    const JSObjectRef array = JSValueToObject(context_, rows, nullptr);
+    JSObjectRef array = JSValueToObject(context_, rows, nullptr);
     const unsigned count = LengthOf(context_, array);
     for (unsigned i = 0; i < count; ++i) AddRow(ValueAt(context_, array, i));
   }
@@ -142,7 +142,7 @@ class TypedTable {
 };
 
 JSClassRef TableClass() {
-  static const JSClassRef shared = MakeClass("Table", nullptr, DeletePrivate<Table>);
+  static JSClassRef shared = MakeClass("Table", nullptr, DeletePrivate<Table>);
   return shared;
 }
 
@@ -170,7 +170,7 @@ JSValueRef CallTable(JSContextRef context, JSObjectRef function, JSObjectRef, st
 }
 
 JSClassRef TableFunctionClass() {
-  static const JSClassRef shared = MakeClass("TableFunction", CallTable, nullptr);
+  static JSClassRef shared = MakeClass("TableFunction", CallTable, nullptr);
   return shared;
 }
 

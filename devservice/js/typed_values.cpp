@@ -117,7 +117,7 @@ bool WriteTyped(JSContextRef context, const Converter& converter, const Argument
 }
 
 JSClassRef TypedValueClass() {
-  static const JSClassRef shared = MakeClass("TypedValue", nullptr, DeletePrivate<TypedValue>);
+  static JSClassRef shared = MakeClass("TypedValue", nullptr, DeletePrivate<TypedValue>);
   return shared;
 }
 
@@ -165,14 +165,14 @@ JSValueRef CallTyped(JSContextRef context, JSObjectRef function, JSObjectRef, st
 }
 
 JSClassRef ConverterClass() {
-  static const JSClassRef shared = MakeClass("TypedConverter", CallTyped, DeletePrivate<Converter>);
+  static JSClassRef shared = MakeClass("TypedConverter", CallTyped, DeletePrivate<Converter>);
   return shared;
 }
 
 }  // namespace
 
 JSObjectRef InstallTyped(JSContextRef context, JSObjectRef global, const DateReader& dates) {
-  const JSObjectRef typed = JSObjectMake(context, nullptr, nullptr);
+  JSObjectRef typed = JSObjectMake(context, nullptr, nullptr);
   SetProperty(context, global, "typed", typed);
   for (const ValueType* type = BeginValueTypes(); type != EndValueTypes(); ++type) {
     SetProperty(context, typed, type->name,

@@ -30,12 +30,12 @@ constexpr JSStaticFunction kUrlFunctions[] = {{"toString", UrlToString, kJSPrope
                                               {nullptr, nullptr, 0}};
 
 JSClassRef DurationClass() {
-  static const JSClassRef shared = MakeClass("Duration", nullptr, nullptr, kDurationFunctions);
+  static JSClassRef shared = MakeClass("Duration", nullptr, nullptr, kDurationFunctions);
   return shared;
 }
 
 JSClassRef UrlClass() {
-  static const JSClassRef shared = MakeClass("Url", nullptr, nullptr, kUrlFunctions);
+  static JSClassRef shared = MakeClass("Url", nullptr, nullptr, kUrlFunctions);
   return shared;
 }
 
@@ -76,7 +76,7 @@ bool ReadUrlPart(JSContextRef context, JSValueRef value, std::string& part) {
 }  // namespace
 
 JSValueRef MakeDurationObject(JSContextRef context, const Duration& duration) {
-  const JSObjectRef object = JSObjectMake(context, DurationClass(), nullptr);
+  JSObjectRef object = JSObjectMake(context, DurationClass(), nullptr);
   SetProperty(context, object, "negative", JSValueMakeBoolean(context, duration.negative));
   for (const DurationField& field : kDurationFields) {
     SetProperty(context, object, field.name, JSValueMakeNumber(context, duration.*field.count));
@@ -91,7 +91,7 @@ bool IsDurationObject(JSContextRef context, JSValueRef value) {
 
 bool ReadDurationFields(JSContextRef context, JSValueRef value, Duration& result) {
   if (!JSValueIsObject(context, value)) return false;
-  const JSObjectRef object = JSValueToObject(context, value, nullptr);
+  JSObjectRef object = JSValueToObject(context, value, nullptr);
   if (ReadSign(context, object, result.negative) == FieldEnd::kBad) return false;
   FieldEnd end = ReadNumber(context, object, "seconds", result.seconds);
   bool found = end == FieldEnd::kRead;
@@ -104,7 +104,7 @@ bool ReadDurationFields(JSContextRef context, JSValueRef value, Duration& result
 }
 
 JSValueRef MakeUrlObject(JSContextRef context, const UrlValue& url) {
-  const JSObjectRef object = JSObjectMake(context, UrlClass(), nullptr);
+  JSObjectRef object = JSObjectMake(context, UrlClass(), nullptr);
   SetProperty(context, object, "url", MakeText(context, url.link));
   SetProperty(context, object, "caption", MakeText(context, url.caption));
   return object;
@@ -116,7 +116,7 @@ bool IsUrlObject(JSContextRef context, JSValueRef value) {
 
 bool ReadUrlFields(JSContextRef context, JSValueRef value, UrlValue& result) {
   if (!JSValueIsObject(context, value)) return false;
-  const JSObjectRef object = JSValueToObject(context, value, nullptr);
+  JSObjectRef object = JSValueToObject(context, value, nullptr);
   const JSValueRef link = GetProperty(context, object, "url");
   return ReadUrlParts(context, link, GetProperty(context, object, "caption"), result);
 }

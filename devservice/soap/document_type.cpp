@@ -1,6 +1,7 @@
 #include "devservice/soap/document_type.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 #include "devservice/soap/xml_reader.h"
@@ -14,6 +15,7 @@ using Entities = std::map<std::string_view, std::string>;
 constexpr std::string_view kStart = "<!DOCTYPE";
 constexpr std::string_view kEntityStart = "<!ENTITY";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kPredefined[] = {"&lt;", "&gt;", "&amp;", "&quot;", "&apos;"};
 constexpr std::size_t kMostAddedBytes = std::size_t{1} << 20;
 constexpr std::size_t kLongestName = 200;
 
@@ -56,10 +58,8 @@ bool IsMarkupNumber(std::string_view reference) {
 
 bool IsPlainReference(std::string_view reference) {
   if (reference.substr(0, 2) == "&#") return !IsMarkupNumber(reference);
-  for (const std::string_view name : {"&lt;", "&gt;", "&amp;", "&quot;", "&apos;"}) {
-    if (StartsWith(reference, name)) return true;
-  }
-  return false;
+  return std::any_of(std::begin(kPredefined), std::end(kPredefined),
+                     [reference](std::string_view name) { return StartsWith(reference, name); });
 }
 
 // Whether the text means the same in the document as in its declaration.

@@ -45,7 +45,7 @@ void CheckLanguage(pugi::xml_node root) {
 
 std::string ReadCode(pugi::xml_node root, const Namespaces& spaces) {
   const std::vector<pugi::xml_node> children = ChildElements(root);
-  if (children.size() != 1) throw XmlError("\"Scriptwell\" does not hold exactly one element");
+  if (children.size() != 1) throw XmlError(R"("Scriptwell" does not hold exactly one element)");
   ExpectElement(children[0], spaces.script, "Code");
   return TextOf(children[0]);
 }

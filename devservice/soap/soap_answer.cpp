@@ -40,7 +40,7 @@ std::string Element(const std::string& name, const std::string& content) {
 }
 
 std::string Envelope(const std::string& body, const OddForms& forms) {
-  std::string xml = std::string("<?xml version=\"1.0\" encoding=\"") + CharsetName(forms.charset) + "\"?>";
+  std::string xml = std::string(R"(<?xml version="1.0" encoding=")") + CharsetName(forms.charset) + "\"?>";
   xml += "<soap:Envelope" + Attribute("xmlns:soap", kSoapEnvelope) + Attribute("xmlns:xsi", kSchemaInstance) +
          Attribute("xmlns:xsd", kSchema) + "><soap:Body>";
   xml += (forms.leadingSpace ? "\r\n  " : "") + body;

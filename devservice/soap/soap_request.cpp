@@ -22,7 +22,7 @@ class RequestReader {
   SoapRequest Read(pugi::xml_node envelope) const;
 
  private:
-  pugi::xml_node FindMethod(pugi::xml_node envelope) const;
+  static pugi::xml_node FindMethod(pugi::xml_node envelope);
   Action ReadAction(pugi::xml_node method) const;
   std::string ReadString(pugi::xml_node element, const char* name) const;
   void ReadExecute(const Nodes& children, SoapRequest& request) const;
@@ -95,7 +95,7 @@ bool HasStandardDateTime(pugi::xml_node value) {
   return IsStandardDateTime(ResolveName(value, FindAttribute(value, kSchemaInstance, "type").value_or("")));
 }
 
-pugi::xml_node RequestReader::FindMethod(pugi::xml_node envelope) const {
+pugi::xml_node RequestReader::FindMethod(pugi::xml_node envelope) {
   ExpectElement(envelope, kSoapEnvelope, "Envelope");
   const Nodes parts = ChildElements(envelope);
   const bool hasHeader = parts.size() == 2;
@@ -196,7 +196,7 @@ std::string RequestReader::ReadTicket(pugi::xml_node value) const {
   ExpectCount(children, 1, "Value");
   ExpectElement(children[0], spaces_.service, "Id");
   const std::string type = FindAttribute(children[0], kSchemaInstance, "type").value_or("");
-  if (type != "string") throw XmlError("\"Id\" has the type \"" + type + "\"");
+  if (type != "string") throw XmlError(R"("Id" has the type ")" + type + "\"");
   return TextOf(children[0]);
 }
 

@@ -15,7 +15,7 @@ constexpr std::size_t kMostMarkup = std::size_t{256} << 20;
 
 std::string NewSchemaId() {
   std::string id = RandomId();
-  for (const std::size_t at : {20, 16, 12, 8}) id.insert(at, "-");
+  for (const std::size_t at : {20U, 16U, 12U, 8U}) id.insert(at, "-");
   return "uuid:" + id;
 }
 

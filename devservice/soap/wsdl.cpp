@@ -36,7 +36,7 @@ std::string Element(const std::string& name, const char* content) {
 }
 
 std::string Message(const std::string& name) {
-  return "<wsdl:message name=\"" + name + "\"><wsdl:part name=\"parameters\" element=\"tns:" + name +
+  return "<wsdl:message name=\"" + name + R"("><wsdl:part name="parameters" element="tns:)" + name +
          "\"/></wsdl:message>\n";
 }
 
@@ -60,9 +60,11 @@ std::string Messages() {
 std::string PortType() {
   std::string xml = "<wsdl:portType name=\"Scriptwells\">\n";
   for (const Operation& operation : kOperations) {
-    const std::string name = operation.name;
-    xml += "<wsdl:operation name=\"" + name + "\"><wsdl:input message=\"tns:" + name +
-           "\"/><wsdl:output message=\"tns:" + name + "Response\"/></wsdl:operation>\n";
+    xml.append(R"(<wsdl:operation name=")").append(operation.name);
+    xml.append(R"("><wsdl:input message="tns:)").append(operation.name);
+    xml.append(R"("/><wsdl:output message="tns:)")
+        .append(operation.name)
+        .append("Response\"/></wsdl:operation>\n");
   }
   return xml + "</wsdl:portType>\n";
 }
@@ -73,10 +75,10 @@ std::string Binding(const std::string& space) {
       "<wsdl:binding name=\"Scriptwells\" type=\"tns:Scriptwells\">"
       "<soap:binding style=\"document\" transport=\"http://schemas.xmlsoap.org/soap/http\"/>\n";
   for (const Operation& operation : kOperations) {
-    const std::string name = operation.name;
-    xml += "<wsdl:operation name=\"" + name + "\"><soap:operation soapAction=\"" + space + "#" + name +
-           "\"/><wsdl:input>" + kBody + "</wsdl:input><wsdl:output>" + kBody +
-           "</wsdl:output></wsdl:operation>\n";
+    xml.append(R"(<wsdl:operation name=")").append(operation.name);
+    xml.append(R"("><soap:operation soapAction=")").append(space).append("#").append(operation.name);
+    xml.append("\"/><wsdl:input>").append(kBody).append("</wsdl:input><wsdl:output>").append(kBody);
+    xml.append("</wsdl:output></wsdl:operation>\n");
   }
   return xml + "</wsdl:binding>\n";
 }

@@ -5,8 +5,10 @@
 namespace qv::devservice {
 namespace {
 
-constexpr std::int64_t kMinute = 60000;
-constexpr std::int64_t kDay = 24 * 60 * kMinute;
+constexpr std::int64_t kSecond = 1000;
+constexpr std::int64_t kMinute = 60 * kSecond;
+constexpr std::int64_t kHour = 60 * kMinute;
+constexpr std::int64_t kDay = 24 * kHour;
 constexpr std::int64_t kFirstMoment = -62135596800000;      // 0001-01-01T00:00:00Z
 constexpr std::int64_t kAfterLastMoment = 253402300800000;  // 10000-01-01T00:00:00Z
 constexpr int kGreatestOffset = 14 * 60;
@@ -69,11 +71,14 @@ bool ReadMilliseconds(TextScanner& text, int& milliseconds) {
 }
 
 bool ReadClock(TextScanner& text, std::int64_t& result) {
-  int hour = 0, minute = 0, second = 0, milliseconds = 0;
+  int hour = 0;
+  int minute = 0;
+  int second = 0;
+  int milliseconds = 0;
   const bool shaped = text.TakeNumber(2, hour) && text.Take(':') && text.TakeNumber(2, minute) &&
                       text.Take(':') && text.TakeNumber(2, second) && ReadMilliseconds(text, milliseconds);
   if (!shaped || minute > 59 || second > 59) return false;
-  result = (hour * 60 + minute) * kMinute + second * 1000 + milliseconds;
+  result = hour * kHour + minute * kMinute + second * kSecond + milliseconds;
   return result <= kDay;
 }
 
@@ -83,7 +88,8 @@ bool ReadZone(TextScanner& text, std::int64_t& offset) {
   if (text.Rest().empty() || text.Rest() == "Z") return true;
   const bool west = text.Take('-');
   if (!west && !text.Take('+')) return false;
-  int hours = 0, minutes = 0;
+  int hours = 0;
+  int minutes = 0;
   if (!text.TakeNumber(2, hours) || !text.Take(':') || !text.TakeNumber(2, minutes)) return false;
   if (!text.Rest().empty() || minutes > 59 || hours * 60 + minutes > kGreatestOffset) return false;
   offset = (hours * 60 + minutes) * (west ? -kMinute : kMinute);
@@ -103,7 +109,8 @@ std::string Filled(std::int64_t value, std::size_t width) {
 
 bool ParseDate(std::string_view text, std::int64_t& milliseconds) {
   TextScanner scanner(Trim(text));
-  std::int64_t days = 0, offset = 0;
+  std::int64_t days = 0;
+  std::int64_t offset = 0;
   if (!ReadDay(scanner, days) || !ReadZone(scanner, offset)) return false;
   milliseconds = days * kDay;
   return true;
@@ -111,7 +118,8 @@ bool ParseDate(std::string_view text, std::int64_t& milliseconds) {
 
 bool ParseTime(std::string_view text, std::int64_t& milliseconds) {
   TextScanner scanner(Trim(text));
-  std::int64_t clock = 0, offset = 0;
+  std::int64_t clock = 0;
+  std::int64_t offset = 0;
   if (!ReadClock(scanner, clock) || !ReadZone(scanner, offset)) return false;
   milliseconds = TimeOfDay(clock - offset);
   return true;
@@ -119,7 +127,9 @@ bool ParseTime(std::string_view text, std::int64_t& milliseconds) {
 
 bool ParseDateTime(std::string_view text, std::int64_t& milliseconds) {
   TextScanner scanner(Trim(text));
-  std::int64_t days = 0, clock = 0, offset = 0;
+  std::int64_t days = 0;
+  std::int64_t clock = 0;
+  std::int64_t offset = 0;
   if (!ReadDay(scanner, days) || !scanner.Take('T')) return false;
   if (!ReadClock(scanner, clock) || !ReadZone(scanner, offset)) return false;
   milliseconds = days * kDay + clock - offset;
@@ -138,8 +148,8 @@ std::string FormatDate(std::int64_t milliseconds) {
 
 std::string FormatTime(std::int64_t milliseconds) {
   const std::int64_t clock = TimeOfDay(milliseconds);
-  return Filled(clock / (60 * kMinute), 2) + ":" + Filled(clock / kMinute % 60, 2) + ":" +
-         Filled(clock / 1000 % 60, 2) + "." + Filled(clock % 1000, 3) + "Z";
+  return Filled(clock / kHour, 2) + ":" + Filled(clock / kMinute % 60, 2) + ":" +
+         Filled(clock / kSecond % 60, 2) + "." + Filled(clock % kSecond, 3) + "Z";
 }
 
 std::string FormatDateTime(std::int64_t milliseconds) {

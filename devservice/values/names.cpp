@@ -1,6 +1,8 @@
 #include "devservice/values/names.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 namespace qv::devservice {
 namespace {
@@ -19,10 +21,8 @@ constexpr LetterRange kLetters[] = {
 };
 
 bool IsLetter(char16_t unit) {
-  for (const LetterRange& range : kLetters) {
-    if (unit >= range.first && unit <= range.last) return true;
-  }
-  return false;
+  return std::any_of(std::begin(kLetters), std::end(kLetters),
+                     [unit](const LetterRange& range) { return unit >= range.first && unit <= range.last; });
 }
 
 bool IsNameUnit(char16_t unit) {
@@ -41,11 +41,7 @@ bool IsControl(std::string_view name, std::size_t at) {
 }  // namespace
 
 bool IsColumnName(std::u16string_view text) {
-  if (text.empty() || !IsLetter(text[0])) return false;
-  for (const char16_t unit : text) {
-    if (!IsNameUnit(unit)) return false;
-  }
-  return true;
+  return !text.empty() && IsLetter(text[0]) && std::all_of(text.begin(), text.end(), IsNameUnit);
 }
 
 bool IsFileName(std::string_view name) {

@@ -55,7 +55,7 @@ bool ReadCharacter(std::string_view text, std::size_t& at, char32_t& c) {
   const auto lead = static_cast<unsigned char>(text[at]);
   const std::size_t length = SequenceLength(lead);
   if (length == 0 || text.size() - at < length) return false;
-  c = length == 1 ? lead : lead & (0xFFu >> (length + 1));
+  c = length == 1 ? lead : lead & (0xFFU >> (length + 1));
   for (std::size_t i = 1; i < length; ++i) {
     const auto next = static_cast<unsigned char>(text[at + i]);
     if ((next & 0xC0) != 0x80) return false;
@@ -75,7 +75,7 @@ bool IsCarriable(char32_t c) {
 char32_t ReadCharacter(std::u16string_view text, std::size_t& at) {
   const char32_t first = text[at++];
   if (!IsHighSurrogate(first) || at == text.size() || !IsLowSurrogate(text[at])) return first;
-  return 0x10000 + ((first - 0xD800) << 10) + (text[at++] - 0xDC00u);
+  return 0x10000 + ((first - 0xD800) << 10) + (text[at++] - 0xDC00U);
 }
 
 const char* EntityFor(char c) {

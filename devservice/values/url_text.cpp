@@ -1,5 +1,8 @@
 #include "devservice/values/url_text.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "devservice/values/text_scanner.h"
 
 namespace qv::devservice {
@@ -9,7 +12,9 @@ constexpr std::string_view kMarks[] = {"<URL>", "</URL>", "<URL/>", "<C>", "</C>
 
 // Reads one part from the front of `text`, in its long or its empty form.
 bool TakePart(std::string_view& text, const std::string& name, std::string& part) {
-  const std::string start = "<" + name + ">", end = "</" + name + ">", empty = "<" + name + "/>";
+  const std::string start = "<" + name + ">";
+  const std::string end = "</" + name + ">";
+  const std::string empty = "<" + name + "/>";
   part.clear();
   if (StartsWith(text, empty)) {
     text.remove_prefix(empty.size());
@@ -25,10 +30,8 @@ bool TakePart(std::string_view& text, const std::string& name, std::string& part
 }  // namespace
 
 bool IsUrlPart(std::string_view text) {
-  for (const std::string_view mark : kMarks) {
-    if (text.find(mark) != std::string_view::npos) return false;
-  }
-  return true;
+  return std::all_of(std::begin(kMarks), std::end(kMarks),
+                     [text](std::string_view mark) { return text.find(mark) == std::string_view::npos; });
 }
 
 bool ParseUrl(std::string_view text, UrlValue& result) {

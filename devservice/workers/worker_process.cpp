@@ -62,6 +62,7 @@ class SpawnSettings {
 
 pid_t Spawn(const std::vector<std::string>& command, int socket) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
   arguments.push_back(nullptr);
   const SpawnSettings settings(socket);
@@ -140,7 +141,7 @@ bool WorkerProcess::TakeAnswer(const ConsoleSink& console, nlohmann::json& answe
   return false;
 }
 
-bool WorkerProcess::SendPart(const std::string& packed, std::size_t& sent) {
+bool WorkerProcess::SendPart(const std::string& packed, std::size_t& sent) const {
   const ssize_t count =
       send(descriptor_, packed.data() + sent, packed.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
   if (count < 0) return errno == EAGAIN || errno == EINTR;

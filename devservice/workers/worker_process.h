@@ -53,7 +53,7 @@ class WorkerProcess {
  private:
   WorkerProcess(pid_t process, int descriptor);
   // Both transfer as much as the socket allows without waiting; false when the other end has closed.
-  bool SendPart(const std::string& packed, std::size_t& sent);
+  bool SendPart(const std::string& packed, std::size_t& sent) const;
   bool ReceivePart();
   // Takes the answer from the received bytes, and passes on console messages before it. False: not there yet.
   bool TakeAnswer(const ConsoleSink& console, nlohmann::json& answer);

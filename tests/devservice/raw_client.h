@@ -25,6 +25,8 @@ struct DrainedAnswer {
 class RawClient {
  public:
   explicit RawClient(int port);
+  // Sends at once.
+  RawClient(int port, const std::string& bytes) : RawClient(port) { Send(bytes); }
   ~RawClient();
   RawClient(const RawClient&) = delete;
   RawClient& operator=(const RawClient&) = delete;

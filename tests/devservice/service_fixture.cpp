@@ -155,6 +155,12 @@ void ServiceTest::StartWith(const std::function<void(ServiceOptions&)>& change) 
   StartWith(options);
 }
 
+void ServiceTest::StopAtOnce() {
+  const auto start = std::chrono::steady_clock::now();
+  service_->Stop();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+}
+
 int ServiceTest::Port() {
   if (!service_) StartWith(TestOptions());
   return service_->Port();
@@ -167,7 +173,10 @@ const std::string& ServiceTest::Session() {
 
 std::string ServiceTest::Login() {
   const std::string body = Post("", "CreateUserSession", CreateEnvelope("Username=joe;Password=x;")).body;
-  return Between(body, "<CreateUserSessionResult xsi:type=\"xsd:string\">", "</CreateUserSessionResult>");
+  const std::string id =
+      Between(body, "<CreateUserSessionResult xsi:type=\"xsd:string\">", "</CreateUserSessionResult>");
+  EXPECT_NE(id, "(none)") << body;
+  return id;
 }
 
 RawAnswer ServiceTest::Ask(const std::string& request) {

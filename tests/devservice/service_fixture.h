@@ -75,6 +75,8 @@ class ServiceTest : public ::testing::Test {
   // TestOptions with a change.
   void StartWith(const std::function<void(ServiceOptions&)>& change);
   int Port();
+  // Expects that this is quick, whatever the service is doing.
+  void StopAtOnce();
   // The test's session, opened when it is first needed.
   const std::string& Session();
   // Another one.

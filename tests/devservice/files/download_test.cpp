@@ -70,8 +70,7 @@ TEST_F(Downloads, ContentsGoUpTo64Megabytes) {
     options.scriptTimeLimit = std::chrono::seconds(60);
   });
   const std::string path = PathIn(Text("publish('a', 'x'.repeat(64 << 20))"));
-  RawClient client(Port());
-  client.Send(FileRequest("GET " + path));
+  RawClient client(Port(), FileRequest("GET " + path));
   EXPECT_EQ(client.Drain().bytes, std::size_t{64} << 20);
   for (const char* content :
        {"'x'.repeat((64 << 20) + 1)", "'\xC3\xA9'.repeat((32 << 20) + 1)", "new Uint8Array((64 << 20) + 1)"})
