@@ -1,3 +1,4 @@
+// The layers of the registry: which file decides, which is written, and what is refused.
 #include "qvscriptwells/registry.h"
 
 #include <gtest/gtest.h>
@@ -21,12 +22,12 @@
 namespace qv {
 namespace {
 
-using std::string_literals::operator""s;
-
-constexpr const char* kOwnKey = "[HKEY_LOCAL_MACHINE\\own\\key]\n";
+constexpr char16_t kKey[] = u"own\\key";
+constexpr char kUserFile[] = "home/config/quorvane/registry.reg";
+constexpr char kInstalledFile[] = "share/registry.reg";
 
 std::string Saying(const std::string& value) {
-  return kOwnKey + ("@=\"" + value) + "\"\n";
+  return "[HKEY_LOCAL_MACHINE\\own\\key]\n@=\"" + value + "\"\n";
 }
 
 mode_t ModeOf(const std::string& path) {
@@ -34,30 +35,31 @@ mode_t ModeOf(const std::string& path) {
   return stat(path.c_str(), &facts) == 0 ? facts.st_mode & 07777 : 0;
 }
 
-// The failure of a writing or removing as "0x80004005 words".
-std::string Refusal(const std::function<void()>& action) {
-  const std::string thrown = Thrown(action);
-  const std::string kind = "_com_error ";
-  return thrown.substr(0, kind.size()) == kind ? thrown.substr(kind.size()) : thrown;
-}
-
 class RegistryTest : public testing::Test {
  protected:
-  std::vector<RegistryPlace> Places() const {
-    return {{At("named.reg"), RegistryPlaceKind::kNamed},
-            {At("home/config/quorvane/registry.reg"), RegistryPlaceKind::kUser},
-            {At("share/registry.reg"), RegistryPlaceKind::kInstalled}};
-  }
-  // Without the file that is named.
-  std::vector<RegistryPlace> LowerPlaces() const {
-    std::vector<RegistryPlace> places = Places();
-    places.erase(places.begin());
-    return places;
-  }
+  using Places = std::vector<RegistryPlace>;
+
   std::string At(const std::string& name) const { return directory_.Path(name); }
-  WideString Found() const { return FindInRegistry(Places(), u"OWN\\Key"); }
+  WideString Found() const { return FindInRegistry(all_, u"OWN\\Key"); }
+  std::string Write(const WideString& value) const { return WriteToRegistry(all_, kKey, value); }
+
+  // "0x80004005 message"
+  static std::string Refusal(const std::function<void()>& action) {
+    const std::string thrown = Thrown(action);
+    const std::string kind = "_com_error ";
+    return thrown.substr(0, kind.size()) == kind ? thrown.substr(kind.size()) : thrown;
+  }
+  static std::string Writing(const Places& places, const WideString& key, const WideString& value = u"x") {
+    return Refusal([&] { WriteToRegistry(places, key, value); });
+  }
+  static std::string Removing(const Places& places, const WideString& key) {
+    return Refusal([&] { RemoveFromRegistry(places, key); });
+  }
 
   TemporaryDirectory directory_;
+  const Places lower_ = {{At(kUserFile), RegistryPlaceKind::kUser},
+                         {At(kInstalledFile), RegistryPlaceKind::kInstalled}};
+  const Places all_ = {{At("named.reg"), RegistryPlaceKind::kNamed}, lower_[0], lower_[1]};
 };
 
 class RegistryEnvironmentTest : public RegistryTest {
@@ -82,7 +84,7 @@ TEST_F(RegistryEnvironmentTest, WithoutVariablesOnlyTheInstalledFileIsThere) {
   EXPECT_EQ(path[0], '/');
 }
 
-TEST_F(RegistryEnvironmentTest, FilesStandInTheirOrder) {
+TEST_F(RegistryEnvironmentTest, FilesAreInTheirOrder) {
   named_.Set("a.reg");
   config_.Set("/config");
   home_.Set("/home/me");
@@ -91,7 +93,7 @@ TEST_F(RegistryEnvironmentTest, FilesStandInTheirOrder) {
   EXPECT_EQ(Paths()[1], "/config/quorvane/registry.reg");
 }
 
-TEST_F(RegistryEnvironmentTest, HomeStandsInForTheConfigDirectory) {
+TEST_F(RegistryEnvironmentTest, HomeReplacesTheConfigDirectory) {
   home_.Set("/home/me");
   for (const char* value : {static_cast<const char*>(nullptr), "", "relative/dir"}) {
     config_.Set(value);
@@ -111,46 +113,46 @@ TEST_F(RegistryEnvironmentTest, EmptyAndRelativeVariablesAreLikeNone) {
 
 TEST_F(RegistryEnvironmentTest, ValuesAreWrittenReadAndRemoved) {
   named_.Set(At("named.reg").c_str());
-  EXPECT_TRUE(ReadRegistryValue(u"own\\key").IsNull());
-  EXPECT_EQ(WriteRegistryValue(u"own\\key", u"c:\\x"), At("named.reg"));
+  EXPECT_TRUE(ReadRegistryValue(kKey).IsNull());
+  EXPECT_EQ(WriteRegistryValue(kKey, u"c:\\x"), At("named.reg"));
   EXPECT_EQ(ReadRegistryValue(u"OWN\\KEY"), u"c:\\x");
   EXPECT_EQ(RemoveRegistryValue(u"Own\\key"), At("named.reg"));
-  EXPECT_TRUE(ReadRegistryValue(u"own\\key").IsNull());
+  EXPECT_TRUE(ReadRegistryValue(kKey).IsNull());
 }
 
 TEST_F(RegistryEnvironmentTest, UserFileIsMadeBelowHome) {
   home_.Set(directory_.Path().c_str());
-  EXPECT_EQ(WriteRegistryValue(u"own\\key", u"x"), At(".config/quorvane/registry.reg"));
+  EXPECT_EQ(WriteRegistryValue(kKey, u"x"), At(".config/quorvane/registry.reg"));
   EXPECT_EQ(directory_.Read(".config/quorvane/registry.reg"), Saying("x"));
 }
 
-TEST_F(RegistryEnvironmentTest, DamageIsToldAndTheFileCountsAsAbsent) {
+TEST_F(RegistryEnvironmentTest, DamageIsReportedAndTheFileCountsAsAbsent) {
   named_.Set(directory_.Write("named.reg", "; c\nstray\n").c_str());
   config_.Set(directory_.Path().c_str());
   directory_.Write("quorvane/registry.reg", Saying("user"));
-  EXPECT_EQ(ReadRegistryValue(u"own\\key"), u"user");
+  EXPECT_EQ(ReadRegistryValue(kKey), u"user");
   const std::vector<RegistryLayer> layers = ReadRegistry();
   EXPECT_EQ(layers[0].damage, "line 2: neither a section nor a value nor a comment");
   EXPECT_TRUE(layers[0].entries.empty());
   EXPECT_EQ(layers[1].damage, "");
   ASSERT_EQ(layers[1].entries.size(), 1u);
-  EXPECT_EQ(layers[1].entries[0].key, u"own\\key");
+  EXPECT_EQ(layers[1].entries[0].key, kKey);
   EXPECT_EQ(layers[1].entries[0].value, u"user");
 }
 
 TEST_F(RegistryTest, FirstFileThatHasTheKeyDecides) {
-  directory_.Write("share/registry.reg", Saying("installed"));
+  directory_.Write(kInstalledFile, Saying("installed"));
   EXPECT_EQ(Found(), u"installed");
-  directory_.Write("home/config/quorvane/registry.reg", Saying("user"));
+  directory_.Write(kUserFile, Saying("user"));
   EXPECT_EQ(Found(), u"user");
   directory_.Write("named.reg", "[HKEY_LOCAL_MACHINE\\other]\n@=\"x\"\n");
   EXPECT_EQ(Found(), u"user");
-  directory_.Write("named.reg", Saying(""));
+  Write(nullptr);
   EXPECT_FALSE(Found().IsNull());
   EXPECT_EQ(Found(), u"");
 }
 
-TEST_F(RegistryTest, FileThatIsNotThereIsEmptyAndSound) {
+TEST_F(RegistryTest, MissingFileIsEmptyAndSound) {
   directory_.Write("file", "");
   for (const char* name : {"missing", "missing/below", "file/below"}) {
     const RegistryLayer layer = ReadRegistryLayer(At(name));
@@ -162,33 +164,22 @@ TEST_F(RegistryTest, FileThatIsNotThereIsEmptyAndSound) {
 
 TEST_F(RegistryTest, OnlyRegularFilesAreRead) {
   ASSERT_EQ(mkfifo(At("pipe").c_str(), 0600), 0);
-  EXPECT_EQ(ReadRegistryLayer(At("pipe")).damage, "Not a regular file");
-  EXPECT_EQ(ReadRegistryLayer(directory_.Path()).damage, "Not a regular file");
-  EXPECT_EQ(ReadRegistryLayer("/dev/null").damage, "Not a regular file");
-}
-
-TEST_F(RegistryTest, LoopOfLinksIsDamage) {
+  for (const std::string& path : {At("pipe"), directory_.Path(), std::string("/dev/null")})
+    EXPECT_EQ(ReadRegistryLayer(path).damage, "Not a regular file");
   std::filesystem::create_symlink("loop", At("loop"));
   EXPECT_EQ(ReadRegistryLayer(At("loop")).damage, "Too many levels of symbolic links");
 }
 
-TEST_F(RegistryTest, LongestFileIsOneMebibyte) {
-  const std::string text = Saying("x");
-  const std::string filled = text + ";" + std::string(1024 * 1024 - text.size() - 1, 'c');
-  EXPECT_EQ(ReadRegistryLayer(directory_.Write("a.reg", filled)).damage, "");
+TEST_F(RegistryTest, LongestFileIsOneMebibyteReadAndWritten) {
+  const std::string filled = Saying("x") + ";" + std::string(1024 * 1024 - Saying("x").size() - 1, 'c');
+  EXPECT_EQ(ReadRegistryLayer(directory_.Write("named.reg", filled)).damage, "");
   EXPECT_EQ(ReadRegistryLayer(directory_.Write("b.reg", filled + "c")).damage, "Longer than 1 MiB");
-}
-
-TEST_F(RegistryTest, FileDoesNotGrowBeyondWhatIsRead) {
-  const std::string filled = ";" + std::string(1024 * 1024 - 1, 'c');
-  directory_.Write("named.reg", filled);
-  EXPECT_EQ(Refusal([&] { WriteToRegistry(Places(), u"a", u"x"); }),
-            "0x80004005 " + At("named.reg") + ": It would be longer than 1 MiB");
+  EXPECT_EQ(Writing(all_, u"a"), "0x80004005 " + At("named.reg") + ": It would be longer than 1 MiB");
   EXPECT_EQ(directory_.Read("named.reg"), filled);
 }
 
 TEST_F(RegistryTest, NewFileIsReadableForAllAndNothingElseIsLeft) {
-  EXPECT_EQ(WriteToRegistry(Places(), u"own\\key", u"x"), At("named.reg"));
+  EXPECT_EQ(Write(u"x"), At("named.reg"));
   EXPECT_EQ(directory_.Read("named.reg"), Saying("x"));
   EXPECT_EQ(ModeOf(At("named.reg")), 0644u);
   EXPECT_EQ(directory_.Count(), 1);
@@ -197,7 +188,7 @@ TEST_F(RegistryTest, NewFileIsReadableForAllAndNothingElseIsLeft) {
 TEST_F(RegistryTest, ModeOfAnOldFileIsKept) {
   directory_.Write("named.reg", "; c\n");
   ASSERT_EQ(chmod(At("named.reg").c_str(), 0640), 0);
-  WriteToRegistry(Places(), u"own\\key", u"x");
+  Write(u"x");
   EXPECT_EQ(ModeOf(At("named.reg")), 0640u);
   EXPECT_EQ(directory_.Read("named.reg"), "; c\n\n" + Saying("x"));
 }
@@ -206,7 +197,7 @@ TEST_F(RegistryTest, RootLeavesAUsersFileToTheUser) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can give files away";
   const std::string path = directory_.Write("named.reg", "; c\n");
   ASSERT_EQ(chown(path.c_str(), 65534, 65533), 0);
-  WriteToRegistry(Places(), u"own\\key", u"x");
+  Write(u"x");
   struct stat facts {};
   ASSERT_EQ(stat(path.c_str(), &facts), 0);
   EXPECT_EQ(facts.st_uid, 65534u);
@@ -219,130 +210,112 @@ TEST_F(RegistryTest, NoDescriptorStaysOpen) {
     return std::distance(all, std::filesystem::directory_iterator());
   };
   const auto before = openOnes();
-  WriteToRegistry(Places(), u"own\\key", u"x");
+  Write(u"x");
   EXPECT_EQ(Found(), u"x");
-  RemoveFromRegistry(Places(), u"own\\key");
+  RemoveFromRegistry(all_, kKey);
   ReadRegistryLayer(directory_.Path());
   EXPECT_EQ(openOnes(), before);
 }
 
-TEST_F(RegistryTest, SymbolicLinkStaysAndItsFileIsWritten) {
-  directory_.Write("dotfiles/mine.reg", Saying("old"));
+TEST_F(RegistryTest, SymbolicLinkStaysUnlessItLeadsNowhere) {
   std::filesystem::create_symlink("dotfiles/mine.reg", At("named.reg"));
-  EXPECT_EQ(WriteToRegistry(Places(), u"own\\key", u"new"), At("named.reg"));
+  directory_.Write("dotfiles/mine.reg", Saying("old"));
+  EXPECT_EQ(Write(u"new"), At("named.reg"));
   EXPECT_TRUE(std::filesystem::is_symlink(At("named.reg")));
   EXPECT_EQ(directory_.Read("dotfiles/mine.reg"), Saying("new"));
-}
-
-TEST_F(RegistryTest, LinkThatLeadsNowhereIsReplaced) {
-  std::filesystem::create_symlink("missing", At("named.reg"));
-  WriteToRegistry(Places(), u"own\\key", u"new");
+  std::filesystem::remove(At("dotfiles/mine.reg"));
+  Write(u"newer");
   EXPECT_FALSE(std::filesystem::is_symlink(At("named.reg")));
-  EXPECT_EQ(directory_.Read("named.reg"), Saying("new"));
+  EXPECT_EQ(directory_.Read("named.reg"), Saying("newer"));
 }
 
 TEST_F(RegistryTest, DirectoriesOfTheUserAreMadeForTheUserOnly) {
   std::filesystem::create_directory(At("home"));
   const mode_t old = umask(0);
-  EXPECT_EQ(WriteToRegistry(LowerPlaces(), u"own\\key", u"x"), At("home/config/quorvane/registry.reg"));
+  EXPECT_EQ(WriteToRegistry(lower_, kKey, u"x"), At(kUserFile));
   umask(old);
-  EXPECT_EQ(ModeOf(At("home/config")), 0700u);
-  EXPECT_EQ(ModeOf(At("home/config/quorvane")), 0700u);
-  EXPECT_EQ(directory_.Read("home/config/quorvane/registry.reg"), Saying("x"));
+  for (const char* directory : {"home/config", "home/config/quorvane"})
+    EXPECT_EQ(ModeOf(At(directory)), 0700u);
+  EXPECT_EQ(directory_.Read(kUserFile), Saying("x"));
 }
 
-TEST_F(RegistryTest, HomeItselfIsNotMadeAndTheNextFileIsWritten) {
+TEST_F(RegistryTest, MissingOrBadHomeIsPassedOver) {
   std::filesystem::create_directory(At("share"));
-  EXPECT_EQ(WriteToRegistry(LowerPlaces(), u"own\\key", u"x"), At("share/registry.reg"));
+  EXPECT_EQ(WriteToRegistry(lower_, kKey, u"x"), At(kInstalledFile));
   EXPECT_FALSE(std::filesystem::exists(At("home")));
-}
-
-TEST_F(RegistryTest, HomeThatIsNoDirectoryIsPassedOver) {
   directory_.Write("home", "");
-  std::filesystem::create_directory(At("share"));
-  EXPECT_EQ(WriteToRegistry(LowerPlaces(), u"own\\key", u"x"), At("share/registry.reg"));
+  EXPECT_EQ(WriteToRegistry(lower_, kKey, u"y"), At(kInstalledFile));
 }
 
 TEST_F(RegistryTest, NamedFileIsNeverPassedOver) {
   std::filesystem::create_directory(At("share"));
-  std::vector<RegistryPlace> places = Places();
+  Places places = all_;
   places[0].path = At("missing/named.reg");
-  EXPECT_EQ(Refusal([&] { WriteToRegistry(places, u"a", u"x"); }),
-            "0x80004005 " + At("missing/named.reg") + ": No such file or directory");
+  EXPECT_EQ(Writing(places, u"a"), "0x80004005 " + At("missing/named.reg") + ": No such file or directory");
   EXPECT_EQ(directory_.Count(), 1);
 }
 
-TEST_F(RegistryTest, WhenNoFileCanBeWrittenEveryReasonIsTold) {
+TEST_F(RegistryTest, WhenNoFileCanBeWrittenEveryReasonIsReported) {
   directory_.Write("home", "");
-  EXPECT_EQ(Refusal([&] { WriteToRegistry(LowerPlaces(), u"a", u"x"); }),
-            "0x80004005 No registry file can be written: " + At("home/config/quorvane/registry.reg") +
-                ": Not a directory; " + At("share/registry.reg") + ": No such file or directory");
+  EXPECT_EQ(Writing(lower_, u"a"), "0x80004005 No registry file can be written: " + At(kUserFile) +
+                                       ": Not a directory; " + At(kInstalledFile) +
+                                       ": No such file or directory");
 }
 
 TEST_F(RegistryTest, FileWithoutTheRightToWriteIsPassedOverUnlessItHidesTheKey) {
-  const std::string user = directory_.Write("home/config/quorvane/registry.reg", Saying("old"));
+  const std::string user = directory_.Write(kUserFile, Saying("old"));
   std::filesystem::create_directory(At("share"));
   ASSERT_EQ(chmod(user.c_str(), 0444), 0);
   const OrdinaryUser nobody(directory_.Path());
-  EXPECT_EQ(Refusal([&] { WriteToRegistry(LowerPlaces(), u"own\\key", u"x"); }),
-            "0x80004005 " + user + ": Permission denied");
-  EXPECT_EQ(WriteToRegistry(LowerPlaces(), u"other", u"x"), At("share/registry.reg"));
-  EXPECT_EQ(directory_.Read("home/config/quorvane/registry.reg"), Saying("old"));
+  EXPECT_EQ(Writing(lower_, kKey), "0x80004005 " + user + ": Permission denied");
+  EXPECT_EQ(WriteToRegistry(lower_, u"other", u"x"), At(kInstalledFile));
+  EXPECT_EQ(directory_.Read(kUserFile), Saying("old"));
 }
 
 TEST_F(RegistryTest, DamagedFileStopsWritingAndRemoving) {
-  directory_.Write("named.reg", kOwnKey + "@=\"x\n"s);
-  directory_.Write("share/registry.reg", Saying("x"));
-  const std::string words = "0x80004005 " + At("named.reg") + ": line 2: the quote is not closed";
-  EXPECT_EQ(Refusal([&] { WriteToRegistry(Places(), u"a", u"x"); }), words);
-  EXPECT_EQ(Refusal([&] { RemoveFromRegistry(Places(), u"own\\key"); }), words);
-  EXPECT_EQ(directory_.Read("named.reg"), kOwnKey + "@=\"x\n"s);
-  EXPECT_EQ(directory_.Read("share/registry.reg"), Saying("x"));
+  const std::string damaged = "[HKEY_LOCAL_MACHINE\\own\\key]\n@=\"x\n";
+  directory_.Write("named.reg", damaged);
+  directory_.Write(kInstalledFile, Saying("x"));
+  const std::string message = "0x80004005 " + At("named.reg") + ": line 2: the quote is not closed";
+  EXPECT_EQ(Writing(all_, u"a"), message);
+  EXPECT_EQ(Removing(all_, kKey), message);
+  EXPECT_EQ(directory_.Read("named.reg"), damaged);
+  EXPECT_EQ(directory_.Read(kInstalledFile), Saying("x"));
 }
 
 TEST_F(RegistryTest, PipeInPlaceOfAFileIsNotReplaced) {
   ASSERT_EQ(mkfifo(At("named.reg").c_str(), 0600), 0);
-  EXPECT_EQ(Refusal([&] { WriteToRegistry(Places(), u"a", u"x"); }),
-            "0x80004005 " + At("named.reg") + ": Not a regular file");
+  EXPECT_EQ(Writing(all_, u"a"), "0x80004005 " + At("named.reg") + ": Not a regular file");
   EXPECT_TRUE(std::filesystem::is_fifo(At("named.reg")));
 }
 
 TEST_F(RegistryTest, RemovingTakesTheFirstFileThatHasTheKey) {
-  directory_.Write("home/config/quorvane/registry.reg", "; c\n" + Saying("user"));
-  directory_.Write("share/registry.reg", Saying("installed"));
-  EXPECT_EQ(RemoveFromRegistry(Places(), u"own\\KEY"), At("home/config/quorvane/registry.reg"));
-  EXPECT_EQ(directory_.Read("home/config/quorvane/registry.reg"), "; c\n");
+  directory_.Write(kUserFile, "; c\n" + Saying("user"));
+  directory_.Write(kInstalledFile, Saying("installed"));
+  EXPECT_EQ(RemoveFromRegistry(all_, u"own\\KEY"), At(kUserFile));
+  EXPECT_EQ(directory_.Read(kUserFile), "; c\n");
   EXPECT_EQ(Found(), u"installed");
   EXPECT_FALSE(std::filesystem::exists(At("named.reg")));
-}
-
-TEST_F(RegistryTest, RemovingAKeyThatNoFileHasTellsSo) {
-  directory_.Write("share/registry.reg", Saying("installed"));
-  EXPECT_EQ(RemoveFromRegistry(Places(), u"own"), "");
-  EXPECT_EQ(directory_.Count(), 1);
+  EXPECT_EQ(RemoveFromRegistry(all_, u"own"), "");
+  EXPECT_EQ(directory_.Count(), 2);
 }
 
 TEST_F(RegistryTest, KeysAndValuesThatNoLineCanHoldAreRefused) {
-  const auto writing = [this](const WideString& key, const WideString& value) {
-    return Refusal([&] { WriteToRegistry(Places(), key, value); });
-  };
-  EXPECT_EQ(writing(u"", u"x"), "0x80070057 The key is empty");
-  EXPECT_EQ(writing(nullptr, u"x"), "0x80070057 The key is empty");
-  EXPECT_EQ(writing(u"a\n", u"x"), "0x80070057 The key holds a control character");
-  EXPECT_EQ(writing(u"a", u"x\r"), "0x80070057 The value holds a control character");
-  EXPECT_EQ(writing(u"a", std::u16string_view(u"x\0", 2)), "0x80070057 The value holds a control character");
-  EXPECT_EQ(writing(u"a", u"x\u0085"), "0x80070057 The value holds a control character");
-  EXPECT_EQ(writing(std::u16string(1, 0xD800), u"x"), "0x80070057 The key holds half a character");
-  EXPECT_EQ(Refusal([&] { RemoveFromRegistry(Places(), u""); }), "0x80070057 The key is empty");
-  EXPECT_EQ(Refusal([&] { RemoveFromRegistry(Places(), u"\x7f"); }),
-            "0x80070057 The key holds a control character");
+  const struct {
+    WideString key, value;
+    const char* message;
+  } rows[] = {{u"", u"x", "The key is empty"},
+              {nullptr, u"x", "The key is empty"},
+              {u"a\n", u"x", "The key holds a control character"},
+              {u"a", u"x\r", "The value holds a control character"},
+              {u"a", std::u16string_view(u"x\0", 2), "The value holds a control character"},
+              {u"a", u"x\u0085", "The value holds a control character"},
+              {std::u16string(1, 0xD800), u"x", "The key holds half a character"}};
+  for (const auto& row : rows)
+    EXPECT_EQ(Writing(all_, row.key, row.value), std::string("0x80070057 ") + row.message);
+  EXPECT_EQ(Removing(all_, u""), "0x80070057 The key is empty");
+  EXPECT_EQ(Removing(all_, u"\x7f"), "0x80070057 The key holds a control character");
   EXPECT_EQ(directory_.Count(), 0);
-}
-
-TEST_F(RegistryTest, NullValueIsWrittenAsEmptyText) {
-  WriteToRegistry(Places(), u"own\\key", nullptr);
-  EXPECT_FALSE(Found().IsNull());
-  EXPECT_EQ(directory_.Read("named.reg"), Saying(""));
 }
 
 }  // namespace
