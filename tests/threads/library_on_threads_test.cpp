@@ -1,5 +1,5 @@
-// Threads of a late-bound program with sessions of their own through the shared library, which is unloaded
-// when they have ended, and loaded again.
+// Threads of a late-bound program, each with its sessions through the shared library, which is unloaded when
+// they have ended, and loaded again.
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
@@ -43,17 +43,16 @@ Variant Call(IDispatch* object, const char16_t* name, std::uint16_t flags, std::
 
 IDispatchPtr NewClient() {
   Guid classId{};
-  void* raw = nullptr;
   ThrowIfFailed(CLSIDFromProgID(u"QvScriptwells.QvScriptwells", &classId));
-  ThrowIfFailed(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, &raw));
-  return IDispatchPtr(static_cast<IDispatch*>(raw), false);
+  IDispatchPtr client;
+  ThrowIfFailed(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, Put(client)));
+  return client;
 }
 
 void Init(IDispatch* client) {
   const auto provider = CreateSimpleServiceProvider(CreateSimpleHost({u"joe"}).get());
-  void* raw = nullptr;
-  ThrowIfFailed(client->QueryInterface(IQvClientServiceRaw::kIid, &raw));
-  const IQvClientServiceRawPtr receiver(static_cast<IQvClientServiceRaw*>(raw), false);
+  IQvClientServiceRawPtr receiver;
+  ThrowIfFailed(client->QueryInterface(IQvClientServiceRaw::kIid, Put(receiver)));
   Call(receiver.get(), u"Init", DISPATCH_METHOD, {Variant::FromObject(provider.get())});
 }
 
@@ -91,7 +90,7 @@ TEST(LibraryOnThreads, IsLoadedUsedAndUnloadedRoundAfterRound) {
   const EnvironmentVariable config("XDG_CONFIG_HOME", directory.Path("none").c_str());
   Register();
   test::RawServer server;
-  const WideString address = FromUtf8("http://127.0.0.1:" + std::to_string(server.Port()));
+  const WideString address = FromUtf8(server.Url());
   for (std::size_t round = 1; round <= 3; ++round) {
     std::vector<std::string> results(kThreads);
     std::vector<std::thread> threads;

@@ -1,5 +1,5 @@
-// Each of several threads makes, uses and ends models of its own under a hold on the value types. Meant for
-// the thread sanitizer, but what arrives is looked at in every build.
+// Each of several threads makes, uses and ends its models under a hold on the value types. Meant for the
+// thread sanitizer, but what arrives is looked at in every build.
 #include <gtest/gtest.h>
 
 #include <condition_variable>
@@ -19,7 +19,7 @@ namespace {
 constexpr int kThreads = 4;
 constexpr int kModels = 6;  // of each thread
 
-// A whole session with a client of its own: the answer of its script.
+// A whole session with a new client: the answer of its script.
 std::string RunSession(const WideString& server) {
   const auto provider = CreateSimpleServiceProvider(CreateSimpleHost({u"joe"}).get());
   const auto client = CreateQvScriptwells(server, u"", provider.get());
@@ -101,7 +101,7 @@ class ModelsOnThreads : public testing::Test {
   }
 
   test::RawServer server_;
-  const std::string address_ = "http://127.0.0.1:" + std::to_string(server_.Port());
+  const std::string address_ = server_.Url();
   Meeting start_;
   Meeting made_;
 };

@@ -7,22 +7,17 @@
 
 namespace qv::test {
 
-inline std::string Envelope(const std::string& answer) {
-  return RawAnswerText("<soap:Envelope><soap:Body>" + answer + "</soap:Body></soap:Envelope>",
-                       "Content-Type: text/xml; charset=utf-8\r\n");
-}
-
 // Sessions one after the other, with one script in each that answers "done".
 inline RawScript Sessions(int count) {
   RawScript script;
   for (int i = 0; i < count; ++i)
-    script.ReadRequest()
-        .Write(Envelope("<CreateUserSessionResponse><CreateUserSessionResult>u1</CreateUserSessionResult>"
-                        "</CreateUserSessionResponse>"))
-        .ReadRequest()
-        .Write(Envelope("<ExecuteResponse><r xsi:type=\"xsd:string\">done</r></ExecuteResponse>"))
-        .ReadRequest()
-        .Write(Envelope("<CloseUserSessionResponse/>"));
+    for (const char* answer :
+         {"<CreateUserSessionResponse><CreateUserSessionResult>u1</CreateUserSessionResult>"
+          "</CreateUserSessionResponse>",
+          "<ExecuteResponse><r xsi:type=\"xsd:string\">done</r></ExecuteResponse>",
+          "<CloseUserSessionResponse/>"})
+      script.Answer(std::string("<soap:Envelope><soap:Body>") + answer + "</soap:Body></soap:Envelope>",
+                    "Content-Type: text/xml; charset=utf-8\r\n");
   return script;
 }
 

@@ -94,7 +94,7 @@ int FailWith(const Kind* kind) noexcept {
   return -1;
 }
 
-// A call that moves bytes; `move` is told how many at most.
+// A call that moves bytes; `move` gets the greatest number.
 template <class Move>
 ssize_t Transfer(Call call, std::size_t size, Move move) {
   const Kind* kind = Struck(call);
@@ -196,7 +196,7 @@ int open64(const char* path, int flags, ...) {
   return Opened(path, flags | O_LARGEFILE, mode);
 }
 
-// The C library's own checks stand in front of open where the flags are not known to the compiler.
+// The C library's own checks come before open where the compiler does not know the flags.
 int __open_2(const char* path, int flags) {
   return Opened(path, flags, 0);
 }

@@ -16,6 +16,7 @@
 #include <system_error>
 #include <thread>
 
+#include "fixtures/temporary_directory.h"
 #include "torture/answering_server.h"
 #include "torture/process_start.h"
 
@@ -70,19 +71,10 @@ class Campaign {
         gate_(gate),
         kinds_(gate.Kinds()),
         jobs_(std::max(1u, std::thread::hardware_concurrency())) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "qv_torture_XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary directory");
-    root_ = pattern;
-    CurrentStage().home = root_ / "home";
+    CurrentStage().home = files_.Path("home");
     CurrentStage().port = server_.Port();
     SetUpHome();
   }
-  ~Campaign() {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
-  }
-  Campaign(const Campaign&) = delete;
-  Campaign& operator=(const Campaign&) = delete;
 
   int Run() {
     const bool wantsStart = options_.flow.empty() || options_.flow == "start";
@@ -116,23 +108,16 @@ class Campaign {
 
  private:
   void SetUpHome() const {
-    const std::filesystem::path home = CurrentStage().home;
-    std::filesystem::create_directories(home / "ClientScripts");
-    Write(home / "ClientScripts/UploadScript.xml", "<upload-script/>");
-    Write(home / "ClientScripts/UploadScriptWithoutTicketdId.xml", "<upload-script/>");
-    setenv("XDG_CONFIG_HOME", (root_ / "none").c_str(), 1);
-    setenv("QV_REGISTRY", (home / "registry.reg").c_str(), 1);
-    Write(home / "registry.reg", RegistryText(home.string()));
-  }
-  static void Write(const std::filesystem::path& path, const std::string& text) {
-    std::FILE* file = std::fopen(path.c_str(), "w");
-    if (file == nullptr || std::fputs(text.c_str(), file) < 0 || std::fclose(file) != 0)
-      throw std::runtime_error("cannot write " + path.string());
+    for (const char* script : {"UploadScript.xml", "UploadScriptWithoutTicketdId.xml"})
+      files_.Write(std::string("home/ClientScripts/") + script, "<upload-script/>");
+    setenv("XDG_CONFIG_HOME", files_.Path("none").c_str(), 1);
+    const std::string registry = files_.Write("home/registry.reg", RegistryText(CurrentStage().home));
+    setenv("QV_REGISTRY", registry.c_str(), 1);
   }
 
   // A directory for the files of this process, which is also the temporary one.
   void EnterDirectory() const {
-    const std::filesystem::path own = root_ / std::to_string(getpid());
+    const std::string own = files_.Path(std::to_string(getpid()));
     std::filesystem::create_directory(own);
     CurrentStage().directory = own;
     setenv("TEMP", own.c_str(), 1);
@@ -219,7 +204,7 @@ class Campaign {
     Judge(found->second, status);
     running_.erase(found);
     std::error_code ignored;
-    std::filesystem::remove_all(root_ / std::to_string(child), ignored);
+    std::filesystem::remove_all(files_.Path(std::to_string(child)), ignored);
   }
 
   void Judge(const Running& done, int status) {
@@ -243,7 +228,7 @@ class Campaign {
   Gate& gate_;
   std::vector<std::string> kinds_;
   std::size_t jobs_;
-  std::filesystem::path root_;
+  TemporaryDirectory files_;
   AnsweringServer server_;
   std::map<pid_t, Running> running_;
   Tally tally_;

@@ -1,4 +1,4 @@
-// All refusals of all flows, each in a process of its own, and what came of them.
+// All refusals of all flows, each in a new process, and what came of them.
 #pragma once
 
 #include <string>

@@ -10,32 +10,13 @@ namespace {
 
 constexpr Guid kClientServiceRaw = ParseGuid("1dceed1f-5c5c-4df1-9055-ddf102dbab4c");
 
-HRESULT CreateClient(IDispatchPtr* client) {
+IDispatchPtr CreateClient() {
   static const WideString progId(u"QvScriptwells.QvScriptwells");
   Guid classId{};
-  HRESULT code = CLSIDFromProgID(progId, &classId);
-  void* raw = nullptr;
-  if (Succeeded(code)) code = CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, &raw);
-  if (Failed(code)) return code;
-  *client = IDispatchPtr(static_cast<IDispatch*>(raw), false);
-  return S_OK;
-}
-
-// Arguments in reverse, as they travel.
-HRESULT CallByName(IDispatch* object, const char16_t* name, std::uint16_t flags,
-                   const std::vector<Variant>& arguments, Variant* result) {
-  DISPID id = DISPID_UNKNOWN;
-  const HRESULT found = object->GetIDsOfNames(Guid{}, &name, 1, 0, &id);
-  if (Failed(found)) return found;
-  DISPPARAMS block;
-  block.rgvarg = arguments.data();
-  block.cArgs = static_cast<std::uint32_t>(arguments.size());
-  return object->Invoke(id, Guid{}, 0, flags, &block, result, nullptr, nullptr);
-}
-
-HRESULT Init(IDispatch* client, const std::vector<Variant>& provider) {
-  const IDispatchPtr raw = As<IDispatch>(client, kClientServiceRaw);
-  return CallByName(raw.get(), u"Init", DISPATCH_METHOD, provider, nullptr);
+  ThrowIfFailed(CLSIDFromProgID(progId, &classId));
+  IDispatchPtr client;
+  ThrowIfFailed(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, Put(client)));
+  return client;
 }
 
 Variant ServerName() {
@@ -46,20 +27,20 @@ Variant Provider() {
   return Variant::FromObject(CreateSimpleServiceProvider(CreateSimpleHost({u"joe"}).get()).get());
 }
 
-// Loads the library, makes an object, lets both go.
+struct Unloading {
+  ~Unloading() { CoFreeUnusedLibraries(); }
+};
+
+// Loads the library, makes an object, releases both.
 class LoadScene : public Scene {
  public:
-  Outcome Call() override {
-    IDispatchPtr client;
-    HRESULT code = CreateClient(&client);
-    if (Failed(code)) return {code, false};
-    code = CallByName(client.get(), u"put_ServerName", DISPATCH_PROPERTYPUT, server_, nullptr);
+  bool Call() override {
+    const Unloading unloading;
+    const IDispatchPtr client = CreateClient();
+    CallByName(client.get(), u"put_ServerName", DISPATCH_PROPERTYPUT, server_);
     Variant name;
-    if (Succeeded(code))
-      code = CallByName(client.get(), u"get_ServerName", DISPATCH_PROPERTYGET, none_, &name);
-    client.reset();
-    CoFreeUnusedLibraries();
-    return {code, name.Text().view() == server_[0].Text().view()};
+    CallByName(client.get(), u"get_ServerName", DISPATCH_PROPERTYGET, none_, &name);
+    return name.Text().view() == server_[0].Text().view();
   }
 
  private:
@@ -70,13 +51,11 @@ class LoadScene : public Scene {
 // A client that is ready, in a library that stays.
 class ClientScene : public Scene {
  protected:
-  ClientScene() {
-    ThrowIfFailed(CreateClient(&client_));
-    ThrowIfFailed(Init(client_.get(), {Provider()}));
-    ThrowIfFailed(
-        CallByName(client_.get(), u"put_ServerName", DISPATCH_PROPERTYPUT, {ServerName()}, nullptr));
+  ClientScene() : client_(CreateClient()) {
+    CallByName(As<IDispatch>(client_, kClientServiceRaw).get(), u"Init", DISPATCH_METHOD, {Provider()});
+    CallByName(client_.get(), u"put_ServerName", DISPATCH_PROPERTYPUT, {ServerName()});
     Variant model;
-    ThrowIfFailed(CallByName(client_.get(), u"ConnectionModel", DISPATCH_METHOD, {}, &model));
+    CallByName(client_.get(), u"ConnectionModel", DISPATCH_METHOD, {}, &model);
     model_ = IDispatchPtr(DispatchOf(model));
   }
 
@@ -87,11 +66,10 @@ class ClientScene : public Scene {
 
 class LateSessionScene : public ClientScene {
  public:
-  Outcome Call() override {
-    HRESULT code = CallByName(model_.get(), u"CreateUserSession", DISPATCH_METHOD, connection_, nullptr);
-    if (Succeeded(code))
-      code = CallByName(model_.get(), u"CloseUserSession", DISPATCH_METHOD, none_, nullptr);
-    return {code, true};
+  bool Call() override {
+    CallByName(model_.get(), u"CreateUserSession", DISPATCH_METHOD, connection_);
+    CallByName(model_.get(), u"CloseUserSession", DISPATCH_METHOD, none_);
+    return true;
   }
 
  private:
@@ -102,33 +80,24 @@ class LateSessionScene : public ClientScene {
 class LateExecuteScene : public ClientScene {
  public:
   LateExecuteScene() {
-    ThrowIfFailed(
-        CallByName(model_.get(), u"SetUSID", DISPATCH_METHOD, {Variant::FromString(u"u1")}, nullptr));
+    CallByName(model_.get(), u"SetUSID", DISPATCH_METHOD, {Variant::FromString(u"u1")});
     script_.resize(3);
     script_[2] = Variant::FromString(u"JavaScript");
     script_[1] = Variant::FromString(u"'done'");
   }
-  Outcome Call() override {
-    Variant list;
-    HRESULT code = CallByName(client_.get(), u"Parameters", DISPATCH_METHOD, none_, &list);
-    if (Succeeded(code)) code = CallByName(DispatchOf(list), u"Add", DISPATCH_METHOD, pair_, nullptr);
-    if (Failed(code)) return {code, false};
-    script_[0] = list;
-    Variant result;
-    code = CallByName(model_.get(), u"Execute", DISPATCH_METHOD, script_, &result);
+  bool Call() override {
     script_[0].Clear();
-    return {code, result.Text().view() == u"done"};
+    CallByName(client_.get(), u"Parameters", DISPATCH_METHOD, none_, &script_[0]);
+    CallByName(DispatchOf(script_[0]), u"Add", DISPATCH_METHOD, pair_);
+    Variant result;
+    CallByName(model_.get(), u"Execute", DISPATCH_METHOD, script_, &result);
+    return result.Text().view() == u"done";
   }
 
  private:
   const std::vector<Variant> pair_{Variant::FromInt(42), Variant::FromString(u"key")};
   std::vector<Variant> script_;
 };
-
-template <class T>
-std::unique_ptr<Scene> Make() {
-  return std::make_unique<T>();
-}
 
 }  // namespace
 

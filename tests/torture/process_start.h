@@ -12,7 +12,7 @@ constexpr char kStartedOption[] = "--started";
 int ShowThatItWorks(long passed);
 
 // Prints a line of figures for each mode. Returns how many starts ended by a signal, or let the call fail. A
-// start that the loader or a library ends with an exit code and words is as good as one that works.
+// start that the loader or a library ends with an exit code and a message is as good as one that works.
 int TortureProcessStart(long stride);
 
 }  // namespace qv::torture

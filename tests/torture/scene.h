@@ -6,14 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "qvscriptwells/result_codes.h"
+#include "qvscriptwells/com_call.h"
+#include "qvscriptwells/dispatch.h"
 
 namespace qv::torture {
-
-struct Outcome {
-  HRESULT code = S_OK;
-  bool right = true;  // whether a success gave what it should
-};
 
 // One host and its objects. Constructor and destructor run with nothing refused.
 class Scene {
@@ -22,10 +18,10 @@ class Scene {
   virtual ~Scene() = default;
   Scene(const Scene&) = delete;
   Scene& operator=(const Scene&) = delete;
-  // The calls under test; may throw what the library's headers allow, which counts as its code. Called again
-  // and again on the same scene, whatever came of the call before.
-  virtual Outcome Call() = 0;
-  // What a call that failed has left behind, such as half a file; empty if nothing. Nothing is refused here.
+  // The calls under test. Whether they returned what they should; throws what the library's headers allow
+  // when one fails. Called again and again on the same scene, whatever came of the call before.
+  virtual bool Call() = 0;
+  // What a call that failed has not removed, such as half a file; empty if nothing. Nothing is refused here.
   virtual std::string Litter() { return {}; }
 };
 
@@ -37,6 +33,24 @@ struct Flow {
 
 // The flows of the program that this is linked into.
 const std::vector<Flow>& Flows();
+
+// The scene of this class.
+template <class T>
+std::unique_ptr<Scene> Make() {
+  return std::make_unique<T>();
+}
+
+// Throws for a failed call of the member `name`. The arguments are in reverse, as they travel.
+inline void CallByName(IDispatch* object, const char16_t* name, std::uint16_t flags,
+                       const std::vector<Variant>& arguments = {}, Variant* result = nullptr,
+                       EXCEPINFO* failure = nullptr) {
+  DISPID id = DISPID_UNKNOWN;
+  ThrowIfFailed(object->GetIDsOfNames(Guid{}, &name, 1, 0, &id));
+  DISPPARAMS block;
+  block.rgvarg = arguments.data();
+  block.cArgs = static_cast<std::uint32_t>(arguments.size());
+  ThrowIfFailed(object->Invoke(id, Guid{}, 0, flags, &block, result, failure, nullptr));
+}
 
 // Keeps the XML library started while it lives, where the program can.
 std::shared_ptr<void> HoldXmlLibrary();

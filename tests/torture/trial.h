@@ -12,9 +12,9 @@ enum class Verdict {
   kXmlRefused,      // good: a start of the XML library that failed inside is the one failure that stays
   kWrongSuccess,    // S_OK with another result than the call has
   kFailedUnasked,   // a failure though nothing was refused
-  kOddException,    // thrown, and not one that the headers tell of
+  kOddException,    // thrown, and not one that the headers name
   kNextCallFails,   // with nothing refused any more
-  kTransientFails,  // a failure though what was refused is to be tried again
+  kTransientFails,  // a failure though the call is to be tried again
   kOpenFiles,       // the same refusal leaves more open files each time
   kLeak,            // the same refusal costs more memory each time
   kLitter,          // half a file, a directory

@@ -39,16 +39,16 @@ IConnectionModelPtr ModelWithSession() {
 // client.
 class LifeScene : public Scene {
  public:
-  Outcome Call() override {
+  bool Call() override {
     if (!types_.has_value()) types_.emplace();
     const IQvServiceProviderPtr provider = Provider();
     const IQvScriptwellsPtr client = CreateQvScriptwells(server_, u"", provider.get());
     const IConnectionModelPtr model = ModelOf(client.get());
-    HRESULT code = model->CreateUserSession(connection_);
+    ThrowIfFailed(model->CreateUserSession(connection_));
     Variant result;
-    if (Succeeded(code)) code = model->Execute(language_, script_, nullptr, &result);
-    if (Succeeded(code)) code = model->CloseUserSession();
-    return {code, result.Text().view() == u"done"};
+    ThrowIfFailed(model->Execute(language_, script_, nullptr, &result));
+    ThrowIfFailed(model->CloseUserSession());
+    return result.Text().view() == u"done";
   }
 
  private:
@@ -61,10 +61,10 @@ class LifeScene : public Scene {
 
 class SessionScene : public Scene {
  public:
-  Outcome Call() override {
-    HRESULT code = model_->CreateUserSession(connection_);
-    if (Succeeded(code)) code = model_->CloseUserSession();
-    return {code, true};
+  bool Call() override {
+    ThrowIfFailed(model_->CreateUserSession(connection_));
+    ThrowIfFailed(model_->CloseUserSession());
+    return true;
   }
 
  private:
@@ -90,14 +90,14 @@ class ExecuteScene : public Scene {
   explicit ExecuteScene(const char16_t* script, IParametersPtr parameters = nullptr)
       : script_(script), parameters_(std::move(parameters)) {}
 
-  Outcome Call() override {
+  bool Call() override {
     Variant result;
-    const HRESULT code = model_->Execute(language_, script_, parameters_.get(), &result);
-    return Succeeded(code) ? Look(result) : Outcome{code, false};
+    ThrowIfFailed(model_->Execute(language_, script_, parameters_.get(), &result));
+    return IsRight(result);
   }
 
  protected:
-  virtual Outcome Look(const Variant& result) { return {S_OK, result.Text().view() == u"done"}; }
+  virtual bool IsRight(const Variant& result) { return result.Text().view() == u"done"; }
 
  private:
   const IConnectionModelPtr model_ = ModelWithSession();
@@ -111,13 +111,11 @@ class DurationScene : public ExecuteScene {
   DurationScene() : ExecuteScene(u"give a duration") {}
 
  protected:
-  Outcome Look(const Variant& result) override {
-    if (result.Tag() != VT_UNKNOWN) return {S_OK, false};
+  bool IsRight(const Variant& result) override {
     const IDurationPtr duration = As<IDuration>(result.Object());
     std::int16_t days = 0;
-    if (duration == nullptr) return {S_OK, false};
-    const HRESULT code = duration->get_Day(&days);
-    return {code, days == 1};
+    if (duration != nullptr) ThrowIfFailed(duration->get_Day(&days));
+    return days == 1;
   }
 };
 
@@ -125,13 +123,15 @@ class DurationScene : public ExecuteScene {
 class FaultScene : public ExecuteScene {
  public:
   FaultScene() : ExecuteScene(u"give a fault") {}
-  Outcome Call() override {
-    const Outcome outcome = ExecuteScene::Call();
-    return outcome.code == MakeResult(0x80040005) ? Outcome{S_OK, true} : outcome;
+  bool Call() override {
+    try {
+      ExecuteScene::Call();
+      return false;
+    } catch (const _com_error& error) {
+      if (error.Error() != MakeResult(0x80040005)) throw;
+      return true;
+    }
   }
-
- protected:
-  Outcome Look(const Variant&) override { return {S_OK, false}; }
 };
 
 class TableScene : public ExecuteScene {
@@ -139,31 +139,19 @@ class TableScene : public ExecuteScene {
   TableScene() : ExecuteScene(u"give a table") {}
 
  protected:
-  Outcome Look(const Variant& result) override {
-    if (result.Tag() != VT_UNKNOWN) return {S_OK, false};
+  bool IsRight(const Variant& result) override {
     const IRecordListPtr table = As<IRecordList>(result.Object());
-    if (table == nullptr) return {S_OK, false};
-    IRecordListCursor* raw = nullptr;
-    const HRESULT code = table->OpenCursor(VARIANT_TRUE, &raw);
-    if (Failed(code)) return {code, false};
-    return Walk(IRecordListCursorPtr(raw, false).get());
-  }
-
- private:
-  static Outcome Walk(IRecordListCursor* cursor) {
+    if (table == nullptr) return false;
+    IRecordListCursorPtr cursor;
+    ThrowIfFailed(table->OpenCursor(VARIANT_TRUE, Put(cursor)));
     std::int32_t sum = 0;
-    VARIANT_BOOL more = VARIANT_FALSE;
-    for (;;) {
-      HRESULT code = cursor->HasMore(&more);
-      if (Failed(code) || more == VARIANT_FALSE) return {code, sum == 5 + 6};
-      IUnknown* raw = nullptr;
-      code = cursor->Next(&raw);
-      if (Failed(code)) return {code, false};
-      const IUnknownPtr row(raw, false);
-      const IRecordListRecordPtr record = As<IRecordListRecord>(row);
+    for (VARIANT_BOOL more = VARIANT_FALSE;;) {
+      ThrowIfFailed(cursor->HasMore(&more));
+      if (more == VARIANT_FALSE) return sum == 5 + 6;
+      IUnknownPtr row;
+      ThrowIfFailed(cursor->Next(Put(row)));
       Variant cell;
-      code = record->GetValue(0, &cell);
-      if (Failed(code)) return {code, false};
+      ThrowIfFailed(As<IRecordListRecord>(row)->GetValue(0, &cell));
       sum += cell.Data().intVal;
     }
   }
@@ -184,10 +172,10 @@ class DocumentScene : public Scene {
                  "<?xml version=\"1.0\"?><Scriptwell Language=\"JavaScript\"><Code>1 &lt; 2"
                  "<![CDATA[ && 3]]></Code></Scriptwell>");
   }
-  Outcome Call() override {
+  bool Call() override {
     Variant result;
-    const HRESULT code = model_->ExecuteFile(file_, parameters_.get(), &result);
-    return {code, result.Text().view() == u"done"};
+    ThrowIfFailed(model_->ExecuteFile(file_, parameters_.get(), &result));
+    return result.Text().view() == u"done";
   }
 
  private:
@@ -208,10 +196,10 @@ std::string OtherFiles(const std::string& expected) {
 
 class DownloadScene : public Scene {
  public:
-  Outcome Call() override {
+  bool Call() override {
     WideString path;
-    const HRESULT code = model_->DownloadFile(url_, target_, &path);
-    return {code, path.view().substr(0, target_.view().size()) == target_.view()};
+    ThrowIfFailed(model_->DownloadFile(url_, target_, &path));
+    return path.view().substr(0, target_.view().size()) == target_.view();
   }
   std::string Litter() override { return OtherFiles("got.txt"); }
 
@@ -224,11 +212,11 @@ class DownloadScene : public Scene {
 // Into a new directory of the library's own.
 class FreshDownloadScene : public Scene {
  public:
-  Outcome Call() override {
+  bool Call() override {
     WideString path;
-    const HRESULT code = model_->DownloadFile(url_, WideString(), &path);
-    arrived_ += Succeeded(code) ? 1 : 0;
-    return {code, !path.IsEmpty()};
+    ThrowIfFailed(model_->DownloadFile(url_, WideString(), &path));
+    ++arrived_;
+    return !path.IsEmpty();
   }
   std::string Litter() override {
     const auto begin = std::filesystem::directory_iterator(CurrentStage().directory);
@@ -245,95 +233,61 @@ class FreshDownloadScene : public Scene {
 // The small objects and their texts.
 class ValuesScene : public Scene {
  public:
-  Outcome Call() override {
-    const IConnectionStringPtr connection = CreateConnectionString();
-    HRESULT code = connection->put_UserName(name_);
-    if (Succeeded(code)) code = connection->put_UserPassword(name_);
+  bool Call() override {
     WideString text;
-    if (Succeeded(code)) code = connection->ToString(&text);
-    if (Failed(code)) return {code, false};
-    return Link();
+    const IConnectionStringPtr connection = CreateConnectionString();
+    ThrowIfFailed(connection->put_UserName(name_));
+    ThrowIfFailed(connection->put_UserPassword(name_));
+    ThrowIfFailed(connection->ToString(&text));
+    const IUrlPtr url = CreateUrl();
+    ThrowIfFailed(url->put_Url(link_));
+    ThrowIfFailed(url->put_UrlCaption(name_));
+    ThrowIfFailed(url->ToString(&text));
+    const IParametersPtr list = CreateParameters();
+    ThrowIfFailed(list->Add(name_, Variant::FromString(link_), nullptr));
+    ThrowIfFailed(list->Add(name_, Variant::FromObject(CreateDuration(span_).get()), nullptr));
+    IParameterPtr parameter;
+    ThrowIfFailed(list->Find(1, Put(parameter)));
+    WideString type;
+    ThrowIfFailed(parameter->get_ParamTypeAsString(&type));
+    return type.view() == u"duration";
   }
 
  private:
-  Outcome Link() {
-    const IUrlPtr url = CreateUrl();
-    HRESULT code = url->put_Url(link_);
-    if (Succeeded(code)) code = url->put_UrlCaption(name_);
-    WideString text;
-    if (Succeeded(code)) code = url->ToString(&text);
-    if (Failed(code)) return {code, false};
-    return List();
-  }
-  Outcome List() {
-    const IParametersPtr list = CreateParameters();
-    HRESULT code = list->Add(name_, Variant::FromString(link_), nullptr);
-    if (Succeeded(code)) code = list->Add(name_, Variant::FromObject(CreateDuration(span_).get()), nullptr);
-    IParameter* raw = nullptr;
-    if (Succeeded(code)) code = list->Find(1, &raw);
-    if (Failed(code)) return {code, false};
-    const IParameterPtr parameter(raw, false);
-    WideString type;
-    code = parameter->get_ParamTypeAsString(&type);
-    return {code, type.view() == u"duration"};
-  }
-
   const WideString name_{u"joe"};
   const WideString link_{u"http://srv/a?b=c"};
   const WideString span_{u"P1DT2H"};
 };
 
-HRESULT CallByName(IDispatch* object, const char16_t* name, std::uint16_t flags, const Variant* arguments,
-                   std::uint32_t count, Variant* result) {
-  DISPID id = DISPID_UNKNOWN;
-  const HRESULT found = object->GetIDsOfNames(Guid{}, &name, 1, 0, &id);
-  if (Failed(found)) return found;
-  DISPPARAMS block;
-  block.rgvarg = arguments;
-  block.cArgs = count;
-  EXCEPINFO failure;
-  return object->Invoke(id, Guid{}, 0, flags, &block, result, &failure, nullptr);
-}
-
 // The same members by their names.
 class MembersScene : public Scene {
  public:
-  MembersScene() {
-    add_[0] = Variant::FromInt(42);
-    add_[1] = Variant::FromString(u"key");
-    server_ = Variant::FromString(u"http://srv");
-  }
-  Outcome Call() override {
+  bool Call() override {
     const IQvScriptwellsPtr client = CreateQvScriptwells();
-    HRESULT code = CallByName(client.get(), u"put_ServerName", DISPATCH_PROPERTYPUT, &server_, 1, nullptr);
-    Variant list;
-    if (Succeeded(code)) code = CallByName(client.get(), u"Parameters", DISPATCH_METHOD, nullptr, 0, &list);
-    if (Failed(code)) return {code, false};
-    if (DispatchOf(list) == nullptr) return {S_OK, false};
-    Variant added;
-    code = CallByName(DispatchOf(list), u"Add", DISPATCH_METHOD, add_, 2, &added);
-    Variant type;
-    if (Succeeded(code))
-      code = CallByName(DispatchOf(added), u"get_ParamTypeAsString", DISPATCH_METHOD, nullptr, 0, &type);
-    return {code, type.Text().view() == u"int"};
+    Variant list, added, type;
+    EXCEPINFO failure;
+    CallByName(client.get(), u"put_ServerName", DISPATCH_PROPERTYPUT, server_, nullptr, &failure);
+    CallByName(client.get(), u"Parameters", DISPATCH_METHOD, none_, &list, &failure);
+    if (DispatchOf(list) == nullptr) return false;
+    CallByName(DispatchOf(list), u"Add", DISPATCH_METHOD, add_, &added, &failure);
+    CallByName(DispatchOf(added), u"get_ParamTypeAsString", DISPATCH_METHOD, none_, &type, &failure);
+    return type.Text().view() == u"int";
   }
 
  private:
-  Variant add_[2];
-  Variant server_;
+  const std::vector<Variant> add_{Variant::FromInt(42), Variant::FromString(u"key")};
+  const std::vector<Variant> server_{Variant::FromString(u"http://srv")};
+  const std::vector<Variant> none_;
 };
 
 // The class that the program itself carries, by its id.
 class FactoryScene : public Scene {
  public:
-  Outcome Call() override {
-    void* raw = nullptr;
-    HRESULT code = CoCreateInstance(CLSID_QvScriptwells, nullptr, CLSCTX_ALL, IDispatch::kIid, &raw);
-    if (Failed(code)) return {code, false};
-    const IDispatchPtr client(static_cast<IDispatch*>(raw), false);
-    WideString home;
-    home = ReadRegistryValue(kHomeDirectoryKey);
-    return {S_OK, client != nullptr};
+  bool Call() override {
+    IDispatchPtr client;
+    ThrowIfFailed(CoCreateInstance(CLSID_QvScriptwells, nullptr, CLSCTX_ALL, IDispatch::kIid, Put(client)));
+    ReadRegistryValue(kHomeDirectoryKey);
+    return client != nullptr;
   }
 };
 
@@ -344,9 +298,9 @@ class RegistryScene : public Scene {
     setenv("QV_REGISTRY", (CurrentStage().directory + "/registry.reg").c_str(), 1);
     WriteRegistryValue(key_, value_);
   }
-  Outcome Call() override {
+  bool Call() override {
     WriteRegistryValue(key_, value_);
-    return {S_OK, true};
+    return true;
   }
   // Whatever came of the call, the file is whole.
   std::string Litter() override {
@@ -357,11 +311,6 @@ class RegistryScene : public Scene {
   const WideString key_{u"SOFTWARE\\Quorvane\\Test"};
   const WideString value_{u"text"};
 };
-
-template <class T>
-std::unique_ptr<Scene> Make() {
-  return std::make_unique<T>();
-}
 
 std::unique_ptr<Scene> MakeExecute() {
   return std::make_unique<ExecuteScene>(u"'done'", EveryKind());
