@@ -15,13 +15,13 @@ class CellFormatersTest : public FactoryFixture {
     return Thrown([&] { cells_.ReadCell(type, XmlNode()); });
   }
   std::string WriteOf(std::int32_t type) {
-    return Thrown([&] { cells_.WriteCell(type, Variant::FromInt(5)); });
+    return Thrown([&] { cells_.WriteCell(type, Int(5)); });
   }
   // A cell of this type reads empty and writes nothing.
   void ExpectNothing(std::int32_t type) {
     const XmlText xml(u"<a>5</a>");
     EXPECT_EQ(ShownValue(cells_.ReadCell(type, xml.Root().FirstChild())), "VT_EMPTY") << type;
-    EXPECT_TRUE(cells_.WriteCell(type, Variant::FromInt(5)).IsEmpty()) << type;
+    EXPECT_TRUE(cells_.WriteCell(type, Int(5)).IsEmpty()) << type;
   }
 
   CellFormaters cells_;

@@ -42,7 +42,7 @@ TEST_F(RecordListAnswer, NullTableIsNull) {
 }
 
 TEST_F(RecordListAnswer, WrittenTableIsAnAnswer) {
-  const FakeTable table{{{u"a", 10, u"A"}}, {{{Variant::FromInt(5)}}}};
+  const FakeTable table{{{u"a", 10, u"A"}}, {{{Int(5)}}}};
   const WideString text = formater_.WriteValue(Variant::FromObject(fake_.MakeList(table).get()));
   const XmlText xml(u"<r>" + std::u16string(text.view()) + u"</r>");
   EXPECT_EQ(ShownValue(ReadResponseValue(xml.Root())), "VT_UNKNOWN object");
@@ -68,7 +68,7 @@ class RecordListCall : public ModelTest {
     EXPECT_EQ(fake_.LiveObjects(), 0);
   }
   Variant Table() {
-    const IRecordListPtr list = fake_.MakeList({{{u"a", 10, u"A"}}, {{{Variant::FromInt(5)}}}});
+    const IRecordListPtr list = fake_.MakeList({{{u"a", 10, u"A"}}, {{{Int(5)}}}});
     return Variant::FromObject(list.get());
   }
   // The answer to a script that is a table with these records.
@@ -81,7 +81,7 @@ class RecordListCall : public ModelTest {
   void ExpectRefused(const Variant& value) {
     const std::size_t sent = http_.Bodies().size();
     const IParametersPtr list = CreateParameters();
-    for (const Variant& parameter : {Variant::FromInt(1), value, Variant::FromInt(2)})
+    for (const Variant& parameter : {Int(1), value, Int(2)})
       ASSERT_EQ(list->Add(u"t", parameter, nullptr), S_OK);
     EXPECT_EQ(ExecuteThrows(list.get()), kNoDocument);
     EXPECT_EQ(http_.Bodies().size(), sent);

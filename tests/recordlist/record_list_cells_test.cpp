@@ -120,34 +120,33 @@ TEST_F(RecordListCells, DurationIsReadWithItsTextAndAUrlAsAUrl) {
 }
 
 TEST_F(RecordListCells, ValueIsWrittenByTheColumnsTypeAndEscapedTwice) {
-  const auto text = [](const WideString& value) { return Variant::FromString(value); };
   const struct {
     std::int32_t type;
     Variant value;
     const char* cell;
   } rows[] = {
-      {1, text(u"a b"), "<a>a b</a>"},
-      {2, Variant::FromBool(true), "<a>1</a>"},
-      {2, Variant::FromBool(false), "<a>0</a>"},
-      {3, Variant::FromFloat(1.5F), "<a>1.5</a>"},
-      {4, Variant::FromDouble(3.14159265), "<a>3.14159</a>"},
+      {1, Text(u"a b"), "<a>a b</a>"},
+      {2, Bool(true), "<a>1</a>"},
+      {2, Bool(false), "<a>0</a>"},
+      {3, R4(1.5F), "<a>1.5</a>"},
+      {4, R8(3.14159265), "<a>3.14159</a>"},
       {5, Variant::FromObject(CreateDuration(u"-P1DT2H").get()), "<a>-P1DT2H</a>"},
-      {6, text(u"AAEC/w=="), "<a>AAEC/w==</a>"},
-      {8, text(u"http://a/b"), "<a>http://a/b</a>"},
-      {10, Variant::FromInt(-7), "<a>-7</a>"},
-      {11, Variant::FromShort(-300), "<a>-300</a>"},
-      {12, Variant::FromLong(12345678901234), "<a>12345678901234</a>"},
-      {13, Variant::FromByte(-5), "<a>-5</a>"},
-      {13, text(u"12"), "<a>12</a>"},
-      {14, Variant::FromInt(5), "<a/>"},
-      {16, Variant::FromDate(45356.75), "<a>2024-03-05T18:00:00.0Z</a>"},
-      {17, Variant::FromDate(45356.25), "<a>06:00:00.0Z</a>"},
-      {18, Variant::FromDate(45356.75), "<a>2024-03-05</a>"},
+      {6, Text(u"AAEC/w=="), "<a>AAEC/w==</a>"},
+      {8, Text(u"http://a/b"), "<a>http://a/b</a>"},
+      {10, Int(-7), "<a>-7</a>"},
+      {11, I2(-300), "<a>-300</a>"},
+      {12, I8(12345678901234), "<a>12345678901234</a>"},
+      {13, I1(-5), "<a>-5</a>"},
+      {13, Text(u"12"), "<a>12</a>"},
+      {14, Int(5), "<a/>"},
+      {16, Date(45356.75), "<a>2024-03-05T18:00:00.0Z</a>"},
+      {17, Date(45356.25), "<a>06:00:00.0Z</a>"},
+      {18, Date(45356.75), "<a>2024-03-05</a>"},
       {23, Variant::FromObject(CreateUrl().get()), "<a/>"},
-      {0, text(u"x"), "<a/>"},
-      {7, Variant::FromInt(5), "<a/>"},
-      {99, Variant::FromInt(5), "<a/>"},
-      {-1, text(u"x"), "<a/>"},
+      {0, Text(u"x"), "<a/>"},
+      {7, Int(5), "<a/>"},
+      {99, Int(5), "<a/>"},
+      {-1, Text(u"x"), "<a/>"},
       // A cell that was never set is written by its type.
       {1, Variant(), "<a/>"},
       {2, Variant(), "<a>0</a>"},
@@ -159,14 +158,14 @@ TEST_F(RecordListCells, ValueIsWrittenByTheColumnsTypeAndEscapedTwice) {
       {17, Variant(), "<a>00:00:00.0Z</a>"},
       {23, Variant(), "<a/>"},
       {0, Variant(), "<a/>"},
-      {1, text(u"a&b"), "<a>a&amp;amp;b</a>"},
-      {1, text(u"<>\"'"), "<a>&amp;lt;&amp;gt;&amp;quot;&amp;apos;</a>"},
-      {6, text(u"\u00E9"), "<a>&amp;#233;</a>"},
-      {8, text(u"a?b=1&c=2"), "<a>a?b=1&amp;amp;c=2</a>"},
-      {1, text(u""), "<a/>"},
-      {1, text(WideString()), "<a/>"},
-      {1, text(u" "), "<a> </a>"},
-      {1, text(std::u16string_view(u"\0x", 2)), "<a/>"},
+      {1, Text(u"a&b"), "<a>a&amp;amp;b</a>"},
+      {1, Text(u"<>\"'"), "<a>&amp;lt;&amp;gt;&amp;quot;&amp;apos;</a>"},
+      {6, Text(u"\u00E9"), "<a>&amp;#233;</a>"},
+      {8, Text(u"a?b=1&c=2"), "<a>a?b=1&amp;amp;c=2</a>"},
+      {1, Text(u""), "<a/>"},
+      {1, NullText(), "<a/>"},
+      {1, Text(u" "), "<a> </a>"},
+      {1, Text(std::u16string_view(u"\0x", 2)), "<a/>"},
   };
   for (const auto& row : rows)
     EXPECT_EQ(CellWritten(row.type, row.value), row.cell) << row.type << " " << ShownValue(row.value);
@@ -175,7 +174,7 @@ TEST_F(RecordListCells, ValueIsWrittenByTheColumnsTypeAndEscapedTwice) {
 TEST_F(RecordListCells, TextOfTheFormaterIsWhatIsEscaped) {
   Factory()->Clear();
   ProbeFormaterCreator creator(u"double");
-  EXPECT_EQ(CellWritten(4, Variant::FromInt(5)), "<a>probe</a>");
+  EXPECT_EQ(CellWritten(4, Int(5)), "<a>probe</a>");
 }
 
 TEST_F(RecordListCells, ValueThatTheFormaterRefusesFailsTheTable) {
@@ -183,10 +182,13 @@ TEST_F(RecordListCells, ValueThatTheFormaterRefusesFailsTheTable) {
   const struct {
     std::int32_t type;
     Variant value;
-  } rows[] = {
-      {13, Variant::FromObject(object.get())}, {13, Variant::FromString(u"abc")}, {13, Variant::Null()},
-      {5, Variant::FromObject(object.get())},  {5, Variant::FromObject(nullptr)}, {5, Variant()},
-      {5, Variant::FromString(u"P1D")}};
+  } rows[] = {{13, Variant::FromObject(object.get())},
+              {13, Text(u"abc")},
+              {13, Variant::Null()},
+              {5, Variant::FromObject(object.get())},
+              {5, Variant::FromObject(nullptr)},
+              {5, Variant()},
+              {5, Text(u"P1D")}};
   for (const auto& row : rows)
     EXPECT_EQ(WriteThrows(FakeTable{{{u"a", row.type}}, {{{row.value}}}}), kCannotCreate) << row.type;
 }

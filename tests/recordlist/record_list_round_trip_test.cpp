@@ -24,10 +24,8 @@ const FakeTable kEveryKind{
      {u"t", 17, u"Time"},
      {u"da", 18, u"Date"},
      {u"x", 23, u"Link"}},
-    {{{Variant::FromString(u"a&b"), Variant::FromBool(true), Variant::FromFloat(1.5F),
-       Variant::FromDouble(-2.25), Variant::FromString(u"AAEC/w=="), Variant::FromString(u"http://a/b"),
-       Variant::FromInt(-7), Variant::FromShort(300), Variant::FromLong(12), Variant::FromByte(-5),
-       Variant::FromDate(45356.75), Variant::FromDate(0.25), Variant::FromDate(45356), Variant()}}}};
+    {{{Text(u"a&b"), Bool(true), R4(1.5F), R8(-2.25), Text(u"AAEC/w=="), Text(u"http://a/b"), Int(-7),
+       I2(300), I8(12), I1(-5), Date(45356.75), Date(0.25), Date(45356), Variant()}}}};
 
 class RecordListRoundTrip : public RecordListTest {
  protected:
@@ -35,13 +33,13 @@ class RecordListRoundTrip : public RecordListTest {
     const XmlText xml(text.view());
     return formater_.ReadValue(xml.Root());
   }
-  WideString Text(const FakeTable& table) {
+  WideString TextOf(const FakeTable& table) {
     return formater_.WriteValue(Variant::FromObject(fake_.MakeList(table).get()));
   }
 };
 
 TEST_F(RecordListRoundTrip, EveryKindOfColumnComesBack) {
-  ReadBack(Text(kEveryKind));
+  ReadBack(TextOf(kEveryKind));
   const FakeTable& read = fake_.Table();
   Lines columns;
   for (const FakeColumn& column : read.columns)
@@ -58,12 +56,12 @@ TEST_F(RecordListRoundTrip, EveryKindOfColumnComesBack) {
 }
 
 TEST_F(RecordListRoundTrip, EmptyListsComeBack) {
-  ReadBack(Text(FakeTable{}));
+  ReadBack(TextOf(FakeTable{}));
   EXPECT_EQ(fake_.Table().columns.size(), 0u);
   EXPECT_EQ(fake_.Table().rows.size(), 0u);
-  ReadBack(Text(FakeTable{{}, {FakeRow{}, FakeRow{}, FakeRow{}}}));
+  ReadBack(TextOf(FakeTable{{}, {FakeRow{}, FakeRow{}, FakeRow{}}}));
   EXPECT_EQ(fake_.Table().rows.size(), 3u);
-  ReadBack(Text(FakeTable{{{u"a", 10, u"A"}}, {}}));
+  ReadBack(TextOf(FakeTable{{{u"a", 10, u"A"}}, {}}));
   EXPECT_EQ(fake_.Table().columns.size(), 1u);
   EXPECT_EQ(fake_.Table().rows.size(), 0u);
 }
@@ -93,7 +91,7 @@ class OwnRecordList : public FactoryFixture {
   static std::string ReadThrows(const std::u16string& content) {
     return Thrown([&content] { Read(u"<v>" + content + u"</v>"); });
   }
-  static WideString Text(const IRecordListPtr& list) {
+  static WideString Written(const IRecordListPtr& list) {
     return FormaterRecordList().WriteValue(Variant::FromObject(list.get()));
   }
   static void AddColumn(const IRecordListPtr& list, const WideString& name, std::int32_t type) {
@@ -133,9 +131,9 @@ TEST_F(OwnRecordList, IsWrittenAndReadBack) {
   AddColumn(list, u"i", kColumnInt);
   AddColumn(list, u"s", kColumnString);
   AddColumn(list, u"d", kColumnDate);
-  AddRecord(list, {Variant::FromInt(1), Variant::FromString(u"one"), Variant::FromDate(45356)});
-  AddRecord(list, {Variant::FromInt(2), Variant::FromString(u"<2>"), Variant::FromDate(45357)});
-  const Variant back = Read(std::u16string(Text(list).view()));
+  AddRecord(list, {Int(1), Text(u"one"), Date(45356)});
+  AddRecord(list, {Int(2), Text(u"<2>"), Date(45357)});
+  const Variant back = Read(std::u16string(Written(list).view()));
   EXPECT_EQ(CellsOf(ListIn(back), 3), (Lines{"VT_INT 1", "VT_BSTR one", "VT_DATE 45356", "VT_INT 2",
                                              "VT_BSTR &lt;2&gt;", "VT_DATE 45357"}));
 }
@@ -148,7 +146,7 @@ TEST_F(OwnRecordList, ReadListRefusesChange) {
   EXPECT_EQ(Thrown([&] { AddColumn(list, u"b", 1); }).substr(0, 21), denied);
   EXPECT_EQ(list->SetLocked(VARIANT_FALSE), S_OK);
   EXPECT_EQ(Thrown([&] { AddColumn(list, u"b", 1); }).substr(0, 21), denied);
-  EXPECT_EQ(Thrown([&] { AddRecord(list, {Variant::FromInt(6)}); }), "nothing");
+  EXPECT_EQ(Thrown([&] { AddRecord(list, {Int(6)}); }), "nothing");
 }
 
 TEST_F(OwnRecordList, MoreCellsThanColumnsFail) {
@@ -174,7 +172,7 @@ TEST_F(OwnRecordList, RecordsThatFillFarTooLittleFail) {
 TEST_F(OwnRecordList, BadNameOfAColumnIsRefusedOnWriting) {
   const IRecordListPtr list = CreateRecordList();
   AddColumn(list, u"a&b", kColumnInt);
-  EXPECT_EQ(Thrown([&] { Text(list); }), kBadHeader);
+  EXPECT_EQ(Thrown([&] { Written(list); }), kBadHeader);
 }
 
 }  // namespace

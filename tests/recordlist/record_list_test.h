@@ -10,6 +10,7 @@
 #include "fixtures/known_failures.h"
 #include "fixtures/shown_value.h"
 #include "fixtures/thrown.h"
+#include "fixtures/variant_makers.h"
 #include "fixtures/xml_text.h"
 #include "format/factory_fixture.h"
 #include "recordlist/failing_formater.h"
@@ -44,9 +45,7 @@ inline std::u16string TwoByTwoXml() {
   return TableXml(TwoColumnsXml(), u"<i><a>5</a><b>x</b></i><i><a>6</a><b>y</b></i>");
 }
 inline FakeTable TwoByTwo() {
-  return FakeTable{{{u"a", 10, u"A"}, {u"b", 1, u"B"}},
-                   {{{Variant::FromInt(5), Variant::FromString(u"x")}},
-                    {{Variant::FromInt(6), Variant::FromString(u"y")}}}};
+  return FakeTable{{{u"a", 10, u"A"}, {u"b", 1, u"B"}}, {{{Int(5), Text(u"x")}}, {{Int(6), Text(u"y")}}}};
 }
 
 class RecordListTest : public FactoryFixture {

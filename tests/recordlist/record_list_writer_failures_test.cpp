@@ -77,8 +77,8 @@ TEST_F(RecordListWriterFailures, NullInPlaceOfAnObjectIsNoObject) {
 
 TEST_F(RecordListWriterFailures, AnythingButAListIsANullReference) {
   const CountingObjectPtr object(new CountingObject);
-  for (const Variant& value : {Variant::FromObject(nullptr), Variant(), Variant::Null(), Variant::FromInt(5),
-                               Variant::FromString(u"<RecordList/>"), Variant::FromObject(object.get())})
+  for (const Variant& value : {Variant::FromObject(nullptr), Variant(), Variant::Null(), Int(5),
+                               Text(u"<RecordList/>"), Variant::FromObject(object.get())})
     EXPECT_EQ(WriteThrows(value), kNoPointer) << ShownValue(value);
   EXPECT_EQ(object->References(), 1u);
 }

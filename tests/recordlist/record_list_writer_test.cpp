@@ -122,7 +122,7 @@ TEST_F(RecordListWriter, EachColumnTypeHasItsName) {
 }
 
 TEST_F(RecordListWriter, TablesAreWrittenLikeThis) {
-  const Variant five = Variant::FromInt(5);
+  const Variant five = Int(5);
   const std::string undefined = Column("b", "Undefined", "");
   const struct {
     const char* name;
@@ -142,8 +142,7 @@ TEST_F(RecordListWriter, TablesAreWrittenLikeThis) {
        Column("a b/1", "xsd:int", "A"), "<q1:Record><a b/1>5</a b/1></q1:Record>"},
       {"cells without text", FakeTable{{{u"a", 1}, {u"b", 0}, {u"b", 14}}, {{{Variant(), five, five}}}},
        Column("a", "xsd:string", "") + undefined + undefined, "<q1:Record><a/><b/><b/></q1:Record>"},
-      {"undefined columns",
-       FakeTable{{{u"b", 3}, {u"b", 12}}, {{{Variant::FromFloat(1.5F), Variant::FromLong(1LL << 40)}}}},
+      {"undefined columns", FakeTable{{{u"b", 3}, {u"b", 12}}, {{{R4(1.5F), I8(1LL << 40)}}}},
        undefined + undefined, "<q1:Record><b>1.5</b><b>1099511627776</b></q1:Record>"},
   };
   for (const auto& row : rows) {
@@ -194,7 +193,7 @@ TEST_F(RecordListWriter, ManyRecordsAreWritten) {
   FakeTable table{{{u"a", 10, u"A"}}, {}};
   std::string records;
   for (int i = 0; i < 2000; ++i) {
-    table.rows.push_back({{Variant::FromInt(7)}});
+    table.rows.push_back({{Int(7)}});
     records += "<q1:Record><a>7</a></q1:Record>";
   }
   EXPECT_EQ(Plain(table), Document(Column("a", "xsd:int", "A"), records));

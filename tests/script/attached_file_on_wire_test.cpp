@@ -5,10 +5,6 @@
 namespace qv {
 namespace {
 
-Variant Object(const IUnknownPtr& object) {
-  return Variant::FromObject(object.get());
-}
-
 class AttachedFileOnWire : public UploadFixture {
  protected:
   AttachedFileOnWire() { PutScript(); }
@@ -33,7 +29,7 @@ TEST_F(AttachedFileOnWire, TicketIsEscapedAndNullOrEmptyIsEmpty) {
 }
 
 TEST_F(AttachedFileOnWire, UploadIsCompleteBeforeTheRequestIsSent) {
-  map_[u"Proxy"] = Variant::FromString(u"proxy");
+  map_[u"Proxy"] = Text(u"proxy");
   AnswerUpload(u"http://files/up?t=t1");
   Sent(One());
   EXPECT_EQ(http_.Opens(), (Lines{"Open(http, srv, 8080, , , )", "Open(http, files, 80, , , proxy)",
@@ -47,7 +43,7 @@ TEST_F(AttachedFileOnWire, FilesAreSentOneAfterAnotherInListOrder) {
   EXPECT_EQ(second_->put_TicketId(u"old"), S_OK);
   AnswerUpload(u"http://files/up?t=t1");
   AnswerUpload(u"http://files/up?t=t2");
-  Sent(List({{u"a", Object(file_)}, {u"n", Variant::FromInt(7)}, {u"b", Object(second_)}}));
+  Sent(List({{u"a", Object(file_)}, {u"n", Int(7)}, {u"b", Object(second_)}}));
   EXPECT_EQ(http_.CallsNamed("SendFile("), (Lines{"SendFile(c:\\data\\a b.txt)", "SendFile(/second)"}));
   EXPECT_EQ(http_.Bodies(), (Lines{FreshRequest(), AgainRequest("old"),
                                    RequestWith(ParameterArray("3", TicketElement("a", "t1") +
@@ -104,8 +100,8 @@ TEST_F(AttachedFileOnWire, FileUnderAnotherTypeNameIsNotUploaded) {
 
 TEST_F(AttachedFileOnWire, ValueThatIsNotAFileIsAnUnknownProblem) {
   const CountingObjectPtr object(new CountingObject);
-  for (const Variant& value : {Object(object), Object(nullptr), Variant::FromString(u"/a"),
-                               Variant::FromInt(1), Variant(), Variant::Null()}) {
+  for (const Variant& value :
+       {Object(object), Object(nullptr), Text(u"/a"), Int(1), Variant(), Variant::Null()}) {
     SCOPED_TRACE(value.Tag());
     ExpectRefused(Foreign(value, u"AttachedFile"), kUnknownProblem);
   }

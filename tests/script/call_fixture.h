@@ -15,6 +15,7 @@
 #include "fixtures/known_failures.h"
 #include "fixtures/shown_text.h"
 #include "fixtures/thrown.h"
+#include "fixtures/variant_makers.h"
 #include "qvscriptwells/create_objects.h"
 #include "script/execute_envelope.h"
 #include "script/fake_parameters.h"
@@ -23,6 +24,10 @@
 namespace qv {
 
 using Lines = std::vector<std::string>;
+
+inline Variant Object(const IUnknownPtr& object) {
+  return Variant::FromObject(object.get());
+}
 
 class CallFixture : public testing::Test {
  protected:
@@ -36,13 +41,13 @@ class CallFixture : public testing::Test {
 
   // The script "a<b" for the next calls.
   void PutScript() {
-    map_[u"ScriptLanguage"] = Variant::FromString(u"VBScript");
-    map_[u"Script"] = Variant::FromString(u"a<b");
+    map_[u"ScriptLanguage"] = Text(u"VBScript");
+    map_[u"Script"] = Text(u"a<b");
   }
   void Run() { CSOAPCall().Run(CQvUrl(u"http://srv:8080/svc"), u"Execute", u"", map_); }
   // The request that is sent for this list, the last one when uploads come first.
   std::string Sent(const IUnknownPtr& parameters) {
-    map_[u"parameters"] = Variant::FromObject(parameters.get());
+    map_[u"parameters"] = Object(parameters);
     http_.Answer(kScriptDone);
     Run();
     map_.erase(u"parameters");
@@ -56,9 +61,7 @@ class CallFixture : public testing::Test {
     EXPECT_EQ(http_.LiveObjects(), 0);
     return thrown;
   }
-  std::string RunThrows(const IUnknownPtr& parameters) {
-    return RunThrows(Variant::FromObject(parameters.get()));
-  }
+  std::string RunThrows(const IUnknownPtr& parameters) { return RunThrows(Object(parameters)); }
   // The call fails before the component is made.
   template <class List>
   void ExpectRefused(const List& parameters, const std::string& thrown = kNoDocument) {
@@ -80,7 +83,7 @@ class CallFixture : public testing::Test {
 
   FakeLog log_;  // of foreign lists
   FakeHttp http_;
-  NamedArguments map_{{u"ContextHandle", Variant::FromString(u"u1")}};
+  NamedArguments map_{{u"ContextHandle", Text(u"u1")}};
 };
 
 }  // namespace qv

@@ -34,10 +34,6 @@ class ExecuteCommand : public CallFixture {
   }
 };
 
-Variant Text(const WideString& text) {
-  return Variant::FromString(text);
-}
-
 TEST_F(ExecuteCommand, ScriptWithoutParametersGivesWholeEnvelopeAndClosingNull) {
   EXPECT_EQ(Written(), RequestWith(kNoParameters) + "\\u0000");
   EXPECT_EQ(Written(), Written());
@@ -45,8 +41,8 @@ TEST_F(ExecuteCommand, ScriptWithoutParametersGivesWholeEnvelopeAndClosingNull) 
 
 TEST_F(ExecuteCommand, ContextHandleIsEscapedOnceAndKeepsBothTags) {
   EXPECT_TRUE(HasUsid(Text(u"a&\u00E9\""), "a&amp;&#233;&quot;"));
-  EXPECT_TRUE(HasUsid(Text(WideString()), ""));
-  EXPECT_TRUE(HasUsid(Variant::FromInt(1), ""));
+  EXPECT_TRUE(HasUsid(NullText(), ""));
+  EXPECT_TRUE(HasUsid(Int(1), ""));
 }
 
 TEST_F(ExecuteCommand, ScriptIsEscapedTwiceAndItsLanguageOnce) {
@@ -67,8 +63,8 @@ TEST_F(ExecuteCommand, ScriptIsEscapedTwiceAndItsLanguageOnce) {
       {"markup in the language", Text(u"V\"<&'>"), Text(u"x"), "V&quot;&lt;&amp;&apos;&gt;", "x"},
       {"language beyond ASCII", Text(u"\u00E9"), Text(u"x"), "&#233;", "x"},
       {"empty language", Text(u""), Text(u"x"), "", "x"},
-      {"null texts", Text(WideString()), Text(WideString()), "", ""},
-      {"other values", Variant::FromInt(1), Variant::FromObject(nullptr), "", ""},
+      {"null texts", NullText(), NullText(), "", ""},
+      {"other values", Int(1), Variant::FromObject(nullptr), "", ""},
   };
   for (const auto& row : rows)
     EXPECT_EQ(ScriptText(row.language, row.script), ScriptDocument(row.writtenLanguage, row.writtenScript))
@@ -102,7 +98,7 @@ TEST_F(ExecuteCommand, ScriptFileTakesThePlaceOfScriptAndLanguage) {
   const XmlLibraryHold library;
   map_[u"ScriptFile"] = Text(u"/nowhere/script.xml");
   EXPECT_EQ(Thrown([this] { Written(); }), kNoDocument);
-  map_[u"ScriptFile"] = Text(WideString());
+  map_[u"ScriptFile"] = NullText();
   EXPECT_EQ(Thrown([this] { Written(); }), kNoFileName);
 }
 
@@ -120,16 +116,11 @@ TEST_F(ExecuteCommand, FormatValueTakesTheFormaterOfTheName) {
     WideString typeName;
     Variant value;
     const char* text;
-  } rows[] = {{u"int", Variant::FromInt(-5), "-5"},
-              {u"XSD:Int", Variant::FromInt(-5), "-5"},
-              {u"boolean", Variant::FromBool(true), "1"},
-              {u"string", Text(u"a<b"), "a&lt;b"},
-              {u"lang", Text(u"a<b"), "a&lt;b"},
-              {u"string", Variant::FromInt(5), ""},  // another tag
-              {u"xsd:float", Variant::FromFloat(1), "<null>"},
-              {u"no type", Variant(), "<null>"},
-              {u"", Variant(), "<null>"},
-              {WideString(), Variant(), "<null>"}};
+  } rows[] = {{u"int", Int(-5), "-5"},           {u"XSD:Int", Int(-5), "-5"},
+              {u"boolean", Bool(true), "1"},     {u"string", Text(u"a<b"), "a&lt;b"},
+              {u"lang", Text(u"a<b"), "a&lt;b"}, {u"string", Int(5), ""},  // another tag
+              {u"xsd:float", R4(1), "<null>"},   {u"no type", Variant(), "<null>"},
+              {u"", Variant(), "<null>"},        {WideString(), Variant(), "<null>"}};
   for (const auto& row : rows)
     EXPECT_EQ(Shown(CExecuteCommand::FormatValue(row.typeName, row.value)), row.text) << Shown(row.typeName);
   EXPECT_EQ(Thrown([] { CExecuteCommand::FormatValue(u"byte", Text(u"abc")); }), kNoDocument);

@@ -14,10 +14,6 @@ namespace {
 
 static_assert(std::has_virtual_destructor_v<CFileUploader>);
 
-Variant Text(const WideString& text) {
-  return Variant::FromString(text);
-}
-
 class FileUploader : public UploadFixture {
  protected:
   // The calls that an upload has to make: the nested call, and the transfer with this session.
@@ -58,7 +54,7 @@ TEST_F(FileUploader, NestedRequestHoldsTheRenderingOfTheScript) {
 
 TEST_F(FileUploader, CookieIsSentWithBothRequestsUnlessItIsEmpty) {
   for (const WideString& cookie : {WideString(), WideString(u"")}) {
-    map_[u"CookieHandle"] = Text(cookie);
+    map_[u"CookieHandle"] = Variant::FromString(cookie);
     Ticket();
   }
   EXPECT_TRUE(http_.CallsNamed("SetHeader(Cookie").empty());
@@ -76,7 +72,7 @@ TEST_F(FileUploader, CookieIsSentWithBothRequestsUnlessItIsEmpty) {
 }
 
 TEST_F(FileUploader, ProxyIsForTheFileOnlyAndWithoutItsPort) {
-  map_[u"ProxyPort"] = Variant::FromInt(3128);
+  map_[u"ProxyPort"] = Int(3128);
   Ticket();
   EXPECT_EQ(http_.Opens(), (Lines{"Open(http, srv, 8080, , , )", "Open(http, files, 81, , , )"}));
   for (const char16_t* proxy : {u"proxy", u"", u"@PROXY@", u"p:1", u" p "}) {

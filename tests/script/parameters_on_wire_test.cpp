@@ -4,7 +4,7 @@
 namespace qv {
 namespace {
 
-const Variant kOne = Variant::FromInt(1);
+const Variant kOne = Int(1);
 
 class ParametersOnWire : public CallFixture {
  protected:
@@ -22,9 +22,7 @@ TEST_F(ParametersOnWire, EmptyListIsTheArrayFormWithCountZero) {
 }
 
 TEST_F(ParametersOnWire, ElementsComeInListOrderWithDuplicateKeys) {
-  EXPECT_EQ(Sent(List({{u"k", Variant::FromInt(2)},
-                       {u"k", Variant::FromString(u"one")},
-                       {u"d", Variant::FromObject(CreateDuration(u"-P2D").get())}})),
+  EXPECT_EQ(Sent(List({{u"k", Int(2)}, {u"k", Text(u"one")}, {u"d", Object(CreateDuration(u"-P2D"))}})),
             RequestWith(ParameterArray("3", ParameterElement("k", "xsd:int", "2") +
                                                 ParameterElement("k", "xsd:string", "one") +
                                                 ParameterElement("d", "xsd:duration", "-P2D"))));
@@ -34,7 +32,7 @@ TEST_F(ParametersOnWire, CountOfManyIsDecimal) {
   const IParametersPtr list = CreateParameters();
   std::string elements;
   for (int i = 0; i < 12; ++i) {
-    list->Add(u"k", Variant::FromBool(true), nullptr);
+    list->Add(u"k", Bool(true), nullptr);
     elements += ParameterElement("k", "xsd:boolean", "1");
   }
   EXPECT_EQ(Sent(list), RequestWith(ParameterArray("12", elements)));
@@ -52,7 +50,7 @@ TEST_F(ParametersOnWire, KeyIsEscapedOnceAndKeepsBothTags) {
 
 TEST_F(ParametersOnWire, ListIsAskedInThisOrderAndGivenBack) {
   const FakeParametersPtr list = Foreign(kOne, u"int");
-  list->Put(u"b", Variant::FromInt(2), u"int");
+  list->Put(u"b", Int(2), u"int");
   EXPECT_EQ(Sent(list), RequestWith(ParameterArray("2", ParameterElement("k", "xsd:int", "1") +
                                                             ParameterElement("b", "xsd:int", "2"))));
   EXPECT_EQ(log_, (FakeLog{"Size", "Find(0)", "get_ParamValue", "get_ParamKey", "get_ParamTypeAsString",
@@ -71,8 +69,7 @@ TEST_F(ParametersOnWire, AnythingButAListIsRefused) {
   const CountingObjectPtr stranger(new CountingObject);
   const CountingObjectPtr failing(new CountingObject);
   failing->FailQueries(E_OUTOFMEMORY);
-  for (const Variant& value : {Variant::FromObject(nullptr), Variant::FromInt(5),
-                               Variant::FromObject(stranger.get()), Variant::FromObject(failing.get())})
+  for (const Variant& value : {Object(nullptr), Int(5), Object(stranger), Object(failing)})
     ExpectRefused(value);
 }
 

@@ -14,22 +14,8 @@ constexpr double kHalfPastTenAndThirty = 36930000.0 / 86400000.0;  // 10:15:30
 constexpr double kMoment = 45356 + kHalfPastTenAndThirty;
 constexpr double kMillisecond = 1.0 / 86400000.0;
 
-Variant Date(double serialDate) {
-  return Variant::FromDate(serialDate);
-}
-Variant Text(const WideString& text) {
-  return Variant::FromString(text);
-}
-Variant Object(const IUnknownPtr& object) {
-  return Variant::FromObject(object.get());
-}
 Variant Duration(const WideString& text) {
   return Object(CreateDuration(text));
-}
-Variant Raw(VARTYPE tag, std::int32_t value) {
-  VariantData data;
-  data.lVal = value;
-  return Variant::FromRaw(tag, data);
 }
 IUrlPtr FilledUrl() {
   const IUrlPtr url = CreateUrl();
@@ -48,7 +34,7 @@ class ValuesOnWire : public CallFixture {
     return Foreign(value, typeName);
   }
   IUnknownPtr Second(const Variant& value, const char16_t* typeName) {
-    if (typeName == nullptr) return List({{u"before", Variant::FromInt(1)}, {u"bad", value}});
+    if (typeName == nullptr) return List({{u"before", Int(1)}, {u"bad", value}});
     return Foreign(value, typeName);
   }
 };
@@ -61,29 +47,29 @@ TEST_F(ValuesOnWire, EachValueIsWrittenLikeThis) {
     const char* type;
     const char* content;
   } rows[] = {
-      {"byte", Variant::FromByte(-128), nullptr, "xsd:byte", "-128"},
-      {"upper byte", Variant::FromByte(127), nullptr, "xsd:byte", "127"},
-      {"short", Variant::FromShort(-32768), nullptr, "xsd:short", "-32768"},
-      {"int", Variant::FromInt(-2147483647 - 1), nullptr, "xsd:int", "-2147483648"},
-      {"int under VT_I4", Raw(VT_I4, 42), nullptr, "xsd:int", "42"},
-      {"long", Variant::FromLong(9223372036854775807), nullptr, "xsd:long", "9223372036854775807"},
-      {"true", Variant::FromBool(true), nullptr, "xsd:boolean", "1"},
-      {"false", Variant::FromBool(false), nullptr, "xsd:boolean", "0"},
-      {"float", Variant::FromFloat(3.14159265F), nullptr, "xsd:float", "3.14159"},
-      {"small float", Variant::FromFloat(1e-7F), nullptr, "xsd:float", "1e-07"},
-      {"double", Variant::FromDouble(0.1), nullptr, "xsd:double", "0.1"},
-      {"double that loses digits", Variant::FromDouble(123456.789), nullptr, "xsd:double", "123457"},
-      {"large double", Variant::FromDouble(1234567.0), nullptr, "xsd:double", "1.23457e+06"},
-      {"zero", Variant::FromDouble(0.0), nullptr, "xsd:double", "0"},
-      {"not a number", Variant::FromDouble(kNotANumber), nullptr, "xsd:double", "nan"},
-      {"infinity", Variant::FromDouble(-kInfinity), nullptr, "xsd:double", "-inf"},
-      {"type name in any case", Variant::FromInt(5), u"iNT", "xsd:iNT", "5"},
-      {"type name with prefix", Variant::FromInt(5), u"xsd:int", "xsd:xsd:int", "5"},
+      {"byte", I1(-128), nullptr, "xsd:byte", "-128"},
+      {"upper byte", I1(127), nullptr, "xsd:byte", "127"},
+      {"short", I2(-32768), nullptr, "xsd:short", "-32768"},
+      {"int", Int(-2147483647 - 1), nullptr, "xsd:int", "-2147483648"},
+      {"int under VT_I4", I4(42), nullptr, "xsd:int", "42"},
+      {"long", I8(9223372036854775807), nullptr, "xsd:long", "9223372036854775807"},
+      {"true", Bool(true), nullptr, "xsd:boolean", "1"},
+      {"false", Bool(false), nullptr, "xsd:boolean", "0"},
+      {"float", R4(3.14159265F), nullptr, "xsd:float", "3.14159"},
+      {"small float", R4(1e-7F), nullptr, "xsd:float", "1e-07"},
+      {"double", R8(0.1), nullptr, "xsd:double", "0.1"},
+      {"double that loses digits", R8(123456.789), nullptr, "xsd:double", "123457"},
+      {"large double", R8(1234567.0), nullptr, "xsd:double", "1.23457e+06"},
+      {"zero", R8(0.0), nullptr, "xsd:double", "0"},
+      {"not a number", R8(kNotANumber), nullptr, "xsd:double", "nan"},
+      {"infinity", R8(-kInfinity), nullptr, "xsd:double", "-inf"},
+      {"type name in any case", Int(5), u"iNT", "xsd:iNT", "5"},
+      {"type name with prefix", Int(5), u"xsd:int", "xsd:xsd:int", "5"},
 
       {"string", Text(u"text"), nullptr, "xsd:string", "text"},
       {"escaped once", Text(u"\"&'<>\u00E9"), nullptr, "xsd:string", "&quot;&amp;&apos;&lt;&gt;&#233;"},
       {"ends at a null unit", Text(std::u16string_view(u"a\0b", 3)), nullptr, "xsd:string", "a"},
-      {"null string", Text(WideString()), nullptr, "xsd:string", ""},
+      {"null string", NullText(), nullptr, "xsd:string", ""},
       {"empty string", Text(u""), nullptr, "xsd:string", ""},
       {"type name inside \"language\"", Text(u"a<b"), u"lang", "xsd:lang", "a&lt;b"},
 
@@ -154,7 +140,7 @@ TEST_F(ValuesOnWire, OtherValuesAreRefusedBeforeAnythingIsSent) {
   } rows[] = {
       {"empty", Variant()},
       {"null", Variant::Null()},
-      {"unsigned byte", Raw(VT_UI1, 5)},
+      {"unsigned byte", UI1(5)},
       {"null object", Object(nullptr)},
       {"object of no kind", Object(stranger)},
       {"object whose query fails", Object(failing)},
@@ -167,11 +153,11 @@ TEST_F(ValuesOnWire, OtherValuesAreRefusedBeforeAnythingIsSent) {
       {"null object as a duration", Object(nullptr), u"duration"},
       {"URL as a duration", Object(CreateUrl()), u"duration"},
       {"object of no kind as a duration", Object(stranger), u"duration"},
-      {"type name \"no type\"", Variant::FromInt(5), u"no type"},
-      {"empty type name", Variant::FromInt(5), u""},
-      {"float with prefix", Variant::FromInt(5), u"xsd:float"},
-      {"decimal", Variant::FromInt(5), u"decimal"},
-      {"type name inside \"xsd:id\"", Variant::FromInt(5), u"xsd:idref"},
+      {"type name \"no type\"", Int(5), u"no type"},
+      {"empty type name", Int(5), u""},
+      {"float with prefix", Int(5), u"xsd:float"},
+      {"decimal", Int(5), u"decimal"},
+      {"type name inside \"xsd:id\"", Int(5), u"xsd:idref"},
       {"day before the first", Date(-693594), nullptr, kNoDate},
       {"day after the last", Date(2958466), nullptr, kNoDate},
       {"moment before the first day", Date(-693594.5), nullptr, kNoDate},
@@ -190,7 +176,7 @@ TEST_F(ValuesOnWire, OtherValuesAreRefusedBeforeAnythingIsSent) {
     SCOPED_TRACE(row.name);
     ExpectRefused(Second(row.value, row.typeName), row.thrown);
   }
-  ExpectRefused(Foreign(Variant::FromInt(5), WideString()));
+  ExpectRefused(Foreign(Int(5), WideString()));
 }
 
 TEST_F(ValuesOnWire, SecondsLoseDigitsOnTheWireOnly) {

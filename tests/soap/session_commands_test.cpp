@@ -7,6 +7,7 @@
 #include "fixtures/shown_text.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
+#include "fixtures/variant_makers.h"
 #include "soap/qv_command.h"
 
 namespace qv {
@@ -25,10 +26,6 @@ std::string CreateEnvelope(const Variant& connectionString) {
 std::string ReleaseEnvelope(const Variant& contextHandle) {
   return Written<CReleaseSessionCommand>(u"ContextHandle", contextHandle);
 }
-Variant Text(const WideString& text) {
-  return Variant::FromString(text);
-}
-
 // With a closing null unit.
 TEST(ReleaseSessionCommand, ContextHandleIsTheUsid) {
   EXPECT_EQ(ReleaseEnvelope(Text(u"s&1")), CloseSessionRequest("s&amp;1") + "\\u0000");
@@ -48,8 +45,8 @@ TEST(CreateSessionCommand, TextIsEscapedOnce) {
       {"control characters", Text(u"\x01\n"), "\\u0001\\u000A"},
       {"null unit", Text(std::u16string_view(u"a\0b", 3)), "a"},
       {"empty text", Text(u""), ""},
-      {"null text", Text(WideString()), ""},
-      {"another value", Variant::FromInt(5), ""},
+      {"null text", NullText(), ""},
+      {"another value", Int(5), ""},
   };
   for (const auto& row : rows)
     for (int i = 0; i < 2; ++i)  // the same value gives the same text again

@@ -11,16 +11,13 @@
 #include "fixtures/shown_text.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
+#include "fixtures/variant_makers.h"
 #include "script/execute_command.h"
 
 namespace qv {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-Variant Text(const WideString& text) {
-  return Variant::FromString(text);
-}
 
 class SoapCall : public testing::Test {
  protected:
@@ -65,17 +62,17 @@ TEST_F(SoapCall, OtherActionsGetNoCommand) {
 TEST_F(SoapCall, ProxyAndCookieAreTheTextsUnderTheirKeys) {
   EXPECT_EQ(Shown(CSOAPCall::GetProxy({{u"Proxy", Text(u"p")}})), "p");
   EXPECT_EQ(Shown(CSOAPCall::GetProxy({})), "");
-  EXPECT_TRUE(CSOAPCall::GetProxy({{u"Proxy", Variant::FromInt(7)}}).IsEmpty());
+  EXPECT_TRUE(CSOAPCall::GetProxy({{u"Proxy", Int(7)}}).IsEmpty());
   EXPECT_EQ(Shown(CSOAPCall::GetCookieHandle({{u"CookieHandle", Text(u"c")}})), "c");
   EXPECT_EQ(Shown(CSOAPCall::GetCookieHandle({})), "");
-  EXPECT_EQ(Shown(CSOAPCall::GetCookieHandle({{u"CookieHandle", Text(WideString())}})), "<null>");
+  EXPECT_EQ(Shown(CSOAPCall::GetCookieHandle({{u"CookieHandle", NullText()}})), "<null>");
 }
 
 TEST_F(SoapCall, ProxyPortIsLowSixteenBits) {
-  EXPECT_EQ(CSOAPCall::GetProxyPort({{u"ProxyPort", Variant::FromInt(8080)}}), 8080);
-  EXPECT_EQ(CSOAPCall::GetProxyPort({{u"ProxyPort", Variant::FromInt(0x12345)}}), 0x2345);
-  EXPECT_EQ(CSOAPCall::GetProxyPort({{u"ProxyPort", Variant::FromInt(-1)}}), 65535);
-  EXPECT_EQ(CSOAPCall::GetProxyPort({{u"ProxyPort", Variant::FromLong(0x100001F90)}}), 8080);
+  EXPECT_EQ(CSOAPCall::GetProxyPort({{u"ProxyPort", Int(8080)}}), 8080);
+  EXPECT_EQ(CSOAPCall::GetProxyPort({{u"ProxyPort", Int(0x12345)}}), 0x2345);
+  EXPECT_EQ(CSOAPCall::GetProxyPort({{u"ProxyPort", Int(-1)}}), 65535);
+  EXPECT_EQ(CSOAPCall::GetProxyPort({{u"ProxyPort", I8(0x100001F90)}}), 8080);
   EXPECT_EQ(CSOAPCall::GetProxyPort({}), 0);
   EXPECT_EQ(CSOAPCall::GetProxyPort({{u"ProxyPort", Variant()}}), 0);
 }
@@ -94,7 +91,7 @@ TEST_F(SoapCall, ProxyIsSentAsABareNameAndTheCookieAsAHeader) {
   http_.Answer(kSessionClosed);
   NamedArguments map = close_;
   map.insert({u"Proxy", Text(u"proxy")});
-  map.insert({u"ProxyPort", Variant::FromInt(8080)});
+  map.insert({u"ProxyPort", Int(8080)});
   map.insert({u"CookieHandle", Text(u"k=v")});
   Run(u"CloseUserSession", map);
   EXPECT_EQ(http_.CallsNamed("Open("), Lines{"Open(http, srv, 80, <null>, <null>, proxy)"});

@@ -3,10 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fixtures/fake_record_list.h"
 #include "fixtures/formaters.h"
 #include "fixtures/known_failures.h"
-#include "fixtures/shown_text.h"
 #include "fixtures/shown_value.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/temporary_directory.h"
