@@ -10,8 +10,8 @@
 #include <iostream>
 #include <sstream>
 
-#include "devservice/workers/script_worker.h"
 #include "devservice/service.h"
+#include "devservice/workers/script_worker.h"
 #include "qvscriptwells/qvscriptwells.h"
 #include "tools/answer_format.h"
 #include "tools/object_text.h"

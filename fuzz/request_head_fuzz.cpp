@@ -9,11 +9,11 @@
 #include <cstdlib>
 #include <string>
 
+#include "devservice/files/transfer_urls.h"
 #include "devservice/http/access_rule.h"
 #include "devservice/http/connection.h"
 #include "devservice/http/odd_forms.h"
 #include "devservice/http/request_head.h"
-#include "devservice/files/transfer_urls.h"
 
 namespace {
 

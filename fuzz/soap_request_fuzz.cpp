@@ -8,8 +8,8 @@
 
 #include <utf8.h>
 
-#include "devservice/values/fault_codes.h"
 #include "devservice/soap/soap_request.h"
+#include "devservice/values/fault_codes.h"
 
 namespace {
 

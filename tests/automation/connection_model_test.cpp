@@ -5,13 +5,13 @@
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
+#include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "script/execute_envelope.h"
 #include "script/fake_parameters.h"
-#include "fixtures/soap_texts.h"
 
 namespace qv {
 namespace {

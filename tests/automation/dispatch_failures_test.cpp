@@ -7,10 +7,10 @@
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
+#include "fixtures/soap_texts.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
-#include "fixtures/soap_texts.h"
 
 namespace qv {
 namespace {

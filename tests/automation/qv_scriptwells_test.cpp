@@ -7,13 +7,13 @@
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
+#include "fixtures/soap_texts.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/thrown.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
-#include "fixtures/soap_texts.h"
 
 namespace qv {
 namespace {

@@ -11,13 +11,13 @@
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
 #include "fixtures/scarce_memory.h"
+#include "fixtures/soap_texts.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/xml_library_hold.h"
-#include "fixtures/soap_texts.h"
 
 namespace qv {
 namespace {
