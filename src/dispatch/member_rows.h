@@ -101,9 +101,12 @@ struct MemberSignature<HRESULT (Interface::*)(Types...) noexcept> {
   static constexpr std::size_t kArguments = (0 + ... + (MemberParameter<Types>::kResult == VT_EMPTY));
   static constexpr VARTYPE kResult = (VT_EMPTY | ... | MemberParameter<Types>::kResult);
   static constexpr const Guid* ResultIid() {
-    for (const Guid* iid : {MemberParameter<Types>::kResultIid..., static_cast<const Guid*>(nullptr)})
-      if (iid != nullptr) return iid;
-    return nullptr;
+    // Sanitizers keep the compiler from comparing the addresses with null here.
+    const VARTYPE results[] = {MemberParameter<Types>::kResult..., VT_EMPTY};
+    const Guid* const iids[] = {MemberParameter<Types>::kResultIid..., nullptr};
+    std::size_t at = 0;
+    while (at < sizeof...(Types) && results[at] != VT_DISPATCH) ++at;
+    return iids[at];
   }
 
   template <auto kMember, std::size_t... kAt>
