@@ -13,11 +13,11 @@
 #include "devservice/service.h"
 #include "devservice/workers/script_worker.h"
 #include "qvscriptwells/qvscriptwells.h"
-#include "tools/answer_format.h"
-#include "tools/object_text.h"
-#include "tools/private_home.h"
-#include "tools/record_list_output.h"
-#include "tools/text_table.h"
+#include "tools/output/answer_format.h"
+#include "tools/output/record_list_output.h"
+#include "tools/output/text_table.h"
+#include "tools/service/private_home.h"
+#include "tools/values/object_text.h"
 
 namespace {
 

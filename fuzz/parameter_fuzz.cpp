@@ -9,9 +9,9 @@
 #include <utf8.h>
 
 #include "qvscriptwells/xml_library_hold.h"
-#include "tools/answer_format.h"
-#include "tools/failure.h"
-#include "tools/parameter_text.h"
+#include "tools/output/answer_format.h"
+#include "tools/report/failure.h"
+#include "tools/values/parameter_text.h"
 
 namespace {
 

@@ -1,12 +1,13 @@
-#include "tools/describe_command.h"
+#include "tools/commands.h"
 
 #include <algorithm>
 #include <ostream>
 
-#include "tools/closest_name.h"
-#include "tools/describe_text.h"
-#include "tools/failed_output.h"
-#include "tools/failure.h"
+#include "tools/output/describe_text.h"
+#include "tools/report/failure.h"
+#include "tools/report/standard_output.h"
+#include "tools/report/typed_name.h"
+#include "tools/report/unsafe_characters.h"
 
 namespace qv::cli {
 
@@ -17,29 +18,20 @@ using Interfaces = std::vector<InterfaceDescription>;
 constexpr std::size_t kAccessorPrefix = 4;  // "get_" and "put_"
 constexpr std::size_t kLongestEcho = 60;    // characters of a wrong name
 
-char Lowered(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool IsSame(const std::string& a, const std::string& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return Lowered(x) == Lowered(y); });
-}
-
 // "IParameters" and "Parameters"
 bool IsNameOf(const std::string& given, const InterfaceDescription& one) {
   const std::string name = ToUtf8(one.name);
-  return IsSame(given, name) || IsSame(given, name.substr(1));
+  return IsSameName(given, name) || IsSameName(given, name.substr(1));
 }
 
 bool IsAccessor(const std::string& member) {
   return member.size() > kAccessorPrefix && member[kAccessorPrefix - 1] == '_';
 }
 
-// A property answers to "ServerName", "get_ServerName" and "put_ServerName".
+// A property has three names: "ServerName", "get_ServerName" and "put_ServerName".
 bool IsNameOf(const std::string& given, const MemberDescription& member) {
   const std::string name = ToUtf8(member.name);
-  return IsSame(given, name) || (IsAccessor(name) && IsSame(given, name.substr(kAccessorPrefix)));
+  return IsSameName(given, name) || (IsAccessor(name) && IsSameName(given, name.substr(kAccessorPrefix)));
 }
 
 std::vector<std::string> ObjectNames(const Interfaces& all) {
@@ -48,7 +40,7 @@ std::vector<std::string> ObjectNames(const Interfaces& all) {
   return names;
 }
 
-// Those of properties also without "get_" and "put_".
+// Names of properties also without "get_" and "put_".
 std::vector<std::string> MemberNames(const InterfaceDescription& one) {
   std::vector<std::string> names;
   for (const MemberDescription& member : one.members) {
@@ -58,15 +50,15 @@ std::vector<std::string> MemberNames(const InterfaceDescription& one) {
   return names;
 }
 
-// "QvClientServiceRaw.Init" for "init", whichever object has it; empty when none has.
+// "QvClientServiceRaw.Init" for "init"; empty if no object has such a member.
 std::string WhereItIs(const Interfaces& all, const std::string& name) {
   for (const InterfaceDescription& one : all)
     for (const std::string& member : MemberNames(one))
-      if (IsSame(name, member)) return ToUtf8(one.name).substr(1) + "." + member;
+      if (IsSameName(name, member)) return ToUtf8(one.name).substr(1) + "." + member;
   return "";
 }
 
-// One line, and not much more of a name than anybody would type.
+// The name in one line, cut if it is long.
 std::string Echoed(const std::string& name) {
   std::size_t characters = 0;
   for (std::size_t i = 0; i < name.size(); ++i) {
@@ -76,8 +68,7 @@ std::string Echoed(const std::string& name) {
   return OneLine(name);
 }
 
-// That very member of whatever object, else the nearest candidate, else the nearest member of all; or
-// nothing.
+// This member of any object, else the closest candidate, else the closest member of any object; or nothing.
 std::string WhatWasMeant(const Interfaces& all, const std::string& name,
                          const std::vector<std::string>& candidates) {
   std::string meant = WhereItIs(all, name);
@@ -114,7 +105,7 @@ InterfaceDescription WithMember(const Interfaces& all, const InterfaceDescriptio
 }
 
 Interfaces Selected(const std::string& object) {
-  const Interfaces all = DescribeInterfaces();
+  Interfaces all = DescribeInterfaces();
   if (object.empty()) return all;
   const std::size_t dot = object.find('.');
   const InterfaceDescription one = FindObject(all, object.substr(0, dot));

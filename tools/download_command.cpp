@@ -1,20 +1,20 @@
-#include "tools/download_command.h"
+#include "tools/commands.h"
 
 #include <ostream>
 #include <string_view>
 
-#include "tools/failure.h"
-#include "tools/local_files.h"
-#include "tools/password.h"
-#include "tools/saved_file.h"
-#include "tools/server_address.h"
-#include "tools/session_frame.h"
+#include "tools/input/password.h"
+#include "tools/input/server_address.h"
+#include "tools/report/failure.h"
+#include "tools/system/local_files.h"
+#include "tools/transfer/saved_file.h"
+#include "tools/transfer/session_frame.h"
 
 namespace qv::cli {
 
 namespace {
 
-// A server gives a session's files to that session only, and this one was opened for the download alone.
+// A server sends a session's files to that session only, and this one was opened for the download.
 Failure WithHintAtSessions(const Failure& failure, const DownloadOptions& options) {
   const char* kind = failure.OwnKind();
   const bool isRefused = kind != nullptr && std::string_view(kind) == "download refused";
@@ -33,7 +33,7 @@ void DownloadCommand(const DownloadOptions& options, std::ostream& out, std::ost
   settings.http.replaceFiles = options.force;
   if (options.usid.empty()) settings.password = FindPassword(options);
   try {
-    InSession(settings, options.json, err,
+    InSession(settings, Reporter(err, FormOf(options.json)),
               [&](ScriptSession& session) { SaveFile(session, url, directory, options.json, out); });
   } catch (const Failure& failure) {
     throw WithHintAtSessions(failure, options);

@@ -6,34 +6,26 @@
 #include <ostream>
 
 #include "devservice/workers/script_worker.h"
-#include "qvscriptwells/com_error.h"
-#include "qvscriptwells/e_qv_exception.h"
-#include "tools/describe_command.h"
-#include "tools/download_command.h"
-#include "tools/failed_output.h"
-#include "tools/failure.h"
-#include "tools/interrupt.h"
-#include "tools/options.h"
-#include "tools/registry_command.h"
-#include "tools/run_command.h"
-#include "tools/serve_command.h"
-#include "tools/session_command.h"
-#include "tools/standard_streams.h"
-#include "tools/temp_directory.h"
+#include "tools/commands.h"
+#include "tools/options/options.h"
+#include "tools/report/reporter.h"
+#include "tools/report/standard_output.h"
+#include "tools/system/interrupt.h"
+#include "tools/system/process_start.h"
 
 namespace qv::cli {
 
 namespace {
 
-// Only for the width of characters in tables; numbers stay as they are everywhere.
+// Only for the width of characters in tables; numbers do not depend on it.
 void SetLocale() {
   const char* set = std::setlocale(LC_CTYPE, "");
-  if (set == nullptr || std::string(set) == "C") std::setlocale(LC_CTYPE, "C.UTF-8");
+  if (set == nullptr || std::string(set) == "C") static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));
 }
 
-ExitStatus ReportUsage(const ParsedArguments& parsed, std::ostream& err) {
+ExitStatus ReportUsage(const ParsedArguments& parsed, const Reporter& reporter) {
   const std::string text = parsed.text + "; try '" + parsed.hint + "'";
-  ReportFailure(Failure(ExitStatus::kUsage, text), parsed.json, err);
+  reporter.Report(Failure(ExitStatus::kUsage, text));
   return ExitStatus::kUsage;
 }
 
@@ -44,7 +36,7 @@ ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostre
       if (!out) throw FailedOutput(out, "cannot write to standard output");
       return ExitStatus::kOk;
     case Command::kUsageError:
-      return ReportUsage(parsed, err);
+      break;
     case Command::kRun:
       RunCommand(parsed.run, out, err);
       return ExitStatus::kOk;
@@ -61,27 +53,29 @@ ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostre
       return RegistryCommand(parsed.registry, out, err);
     case Command::kDescribe:
       return DescribeCommand(parsed.describe, out);
-    // The script engine's threads are still running, so nothing may be torn down.
+    // The script engine's threads are still running, so no destructor may run.
     case Command::kScriptWorker:
       _exit(devservice::RunScriptWorker(STDIN_FILENO));
   }
   return ExitStatus::kFault;
 }
 
+ReportForm FormFor(const ParsedArguments& parsed) {
+  return parsed.command == Command::kServe ? ReportForm::kTextOnly : FormOf(parsed.json);
+}
+
 ExitStatus Guarded(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
+  const Reporter reporter(err, FormFor(parsed));
   try {
+    if (parsed.command == Command::kUsageError) return ReportUsage(parsed, reporter);
     return Dispatch(parsed, out, err);
   } catch (const Failure& failure) {
-    ReportFailure(failure, parsed.json, err);
+    reporter.Report(failure);
     return failure.Status();
-  } catch (const EQvException& error) {
-    ReportFailure(Failure(ExitStatus::kFault, ToUtf8(error.Description())), parsed.json, err);
-  } catch (const _com_error& error) {
-    ReportFailure(Failure(ExitStatus::kFault, "failure " + HexCode(error.Error())), parsed.json, err);
   } catch (const std::exception& error) {
-    ReportFailure(Failure(ExitStatus::kFault, error.what()), parsed.json, err);
+    reporter.Report(Failure(ExitStatus::kFault, error.what()));
+    return ExitStatus::kFault;
   }
-  return ExitStatus::kFault;
 }
 
 }  // namespace

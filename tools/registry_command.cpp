@@ -1,19 +1,19 @@
-#include "tools/registry_command.h"
+#include "tools/commands.h"
 
 #include <utf8.h>
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <ostream>
 
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/registry.h"
-#include "tools/failed_output.h"
-#include "tools/failure.h"
-#include "tools/json_text.h"
-#include "tools/terminal_output.h"
-#include "tools/text_table.h"
+#include "tools/output/text_table.h"
+#include "tools/report/failure.h"
+#include "tools/report/json_text.h"
+#include "tools/report/reporter.h"
+#include "tools/report/standard_output.h"
+#include "tools/report/typed_name.h"
 
 namespace qv::cli {
 
@@ -21,27 +21,18 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-char Lowered(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool IsSameKey(const std::string& a, const std::string& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return Lowered(x) == Lowered(y); });
-}
-
 WideString ToWide(const std::string& text, const char* what) {
   if (!utf8::is_valid(text.begin(), text.end()))
     throw Failure(ExitStatus::kLocal, std::string("the ") + what + " is not valid UTF-8");
   return FromUtf8(text);
 }
 
-// As the keys stand in exported files and in other programs.
+// Exported files and other programs write keys with these roots.
 std::string WithoutRoot(const std::string& key) {
   const std::pair<std::string, std::string> roots[] = {
       {"HKEY_LOCAL_MACHINE\\", ""}, {"HKEY_CLASSES_ROOT\\", ToUtf8(WideString(kClassesKey)) + "\\"}};
   for (const auto& [root, place] : roots)
-    if (IsSameKey(key.substr(0, root.size()), root)) return place + key.substr(root.size());
+    if (IsSameName(key.substr(0, root.size()), root)) return place + key.substr(root.size());
   return key;
 }
 
@@ -49,20 +40,20 @@ std::string WithoutRoot(const std::string& key) {
   throw Failure(ExitStatus::kLocal, "the key '" + key + "' " + reason);
 }
 
-// Nothing else would ever look for such a key.
+// No program reads such a key.
 void CheckComponents(const std::string& key) {
   const bool hasBackslash = key.find('\\') != std::string::npos;
   if (!hasBackslash && key.find('/') != std::string::npos)
     RefuseKey(key, "has '/'; the components of a key are separated by a backslash '\\'");
   if (key.front() == '\\' || key.back() == '\\' || key.find("\\\\") != std::string::npos)
-    RefuseKey(key, "has an empty component: a backslash '\\' stands between two components only");
+    RefuseKey(key, "has an empty component: a backslash '\\' separates two components");
 }
 
 WideString FullKey(const std::string& given) {
-  if (IsSameKey(given, "home")) return WideString(kHomeDirectoryKey);
+  if (IsSameName(given, "home")) return WideString(kHomeDirectoryKey);
   const std::string key = WithoutRoot(given);
   if (key.empty()) throw Failure(ExitStatus::kLocal, "the key is empty");
-  const WideString wide = ToWide(key, "key");
+  WideString wide = ToWide(key, "key");
   CheckComponents(key);
   return wide;
 }
@@ -76,12 +67,12 @@ void Write(const std::string& text, std::ostream& out) {
   if (!out) throw FailedOutput(out, "cannot write to standard output");
 }
 
-ExitStatus ReportDamage(const std::vector<RegistryLayer>& layers, bool asJson, std::ostream& err) {
+ExitStatus ReportDamage(const std::vector<RegistryLayer>& layers, const Reporter& reporter) {
   ExitStatus status = ExitStatus::kOk;
   for (const RegistryLayer& layer : layers) {
     if (layer.damage.empty()) continue;
     status = ExitStatus::kLocal;
-    ReportFailure(Failure(status, layer.path + ": " + layer.damage), asJson, err);
+    reporter.Report(Failure(status, layer.path + ": " + layer.damage));
   }
   return status;
 }
@@ -90,12 +81,12 @@ ExitStatus ReportDamage(const std::vector<RegistryLayer>& layers, bool asJson, s
   throw Failure(ExitStatus::kFault, "no file has the key '" + options.key + "'").Called("no such key");
 }
 
-ExitStatus Get(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
+ExitStatus Get(const RegistryOptions& options, std::ostream& out, const Reporter& reporter) {
   const WideString key = FullKey(options.key);
-  const ExitStatus damage = ReportDamage(ReadRegistry(), options.json, err);
+  const ExitStatus damage = ReportDamage(ReadRegistry(), reporter);
   const WideString value = ReadRegistryValue(key);
   if (value.IsNull() && damage == ExitStatus::kOk) RefuseMissing(options);
-  if (value.IsNull()) return damage;  // it may stand in the damaged file
+  if (value.IsNull()) return damage;  // the damaged file may have it
   Json line;
   line["key"] = ToUtf8(key);
   line["value"] = ToUtf8(value);
@@ -109,7 +100,7 @@ void WritePath(const std::string& path, const RegistryOptions& options, std::ost
   Write(options.json ? Dump(line) : path + "\n", out);
 }
 
-// What the library makes of such a home directory; empty when nothing is odd about it.
+// Why the library does not read this home directory as the user may expect; else empty.
 std::string OddityOfHome(const WideString& home) {
   if (home.size() == 0) return "an empty home directory is read as none";
   if (home.size() > kLongestHomeDirectory)
@@ -120,34 +111,34 @@ std::string OddityOfHome(const WideString& home) {
          "program";
 }
 
-void WarnOfHome(const WideString& key, const WideString& value, bool asJson, std::ostream& err) {
-  if (!IsSameKey(ToUtf8(key), ToUtf8(WideString(kHomeDirectoryKey)))) return;
+void WarnOfHome(const WideString& key, const WideString& value, const Reporter& reporter) {
+  if (!IsSameName(ToUtf8(key), ToUtf8(WideString(kHomeDirectoryKey)))) return;
   const std::string oddity = OddityOfHome(value);
-  if (!oddity.empty()) ReportNote("warning", oddity, asJson, err);
+  if (!oddity.empty()) reporter.Warn(oddity);
 }
 
-ExitStatus Set(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
+ExitStatus Set(const RegistryOptions& options, std::ostream& out, const Reporter& reporter) {
   const WideString key = FullKey(options.key);
   const WideString value = ToWide(options.value, "value");
   WritePath(WriteRegistryValue(key, value), options, out);
-  WarnOfHome(key, value, options.json, err);
+  WarnOfHome(key, value, reporter);
   return ExitStatus::kOk;
 }
 
-ExitStatus Remove(const RegistryOptions& options, std::ostream& out, std::ostream&) {
+ExitStatus Remove(const RegistryOptions& options, std::ostream& out, const Reporter&) {
   const std::string path = RemoveRegistryValue(FullKey(options.key));
   if (path.empty()) RefuseMissing(options);
   WritePath(path, options, out);
   return ExitStatus::kOk;
 }
 
-// One text of a file. What is null is not there: the key of a file without any, the name of a key's own text.
+// One text of a file. The key is null for a file without texts, the name for the text of the key itself.
 struct ListedText {
   const RegistryLayer* layer;
   RegistryValue text;
 };
 
-// Of each file the keys' own texts, then those with names; one row for a file without any.
+// For each file the texts of the keys themselves, then those with names; one row for a file without texts.
 std::vector<ListedText> AllTexts(const std::vector<RegistryLayer>& layers) {
   std::vector<ListedText> all;
   for (const RegistryLayer& layer : layers) {
@@ -161,6 +152,7 @@ std::vector<ListedText> AllTexts(const std::vector<RegistryLayer>& layers) {
 
 std::string TableOf(const std::vector<ListedText>& texts) {
   std::vector<std::vector<std::string>> rows;
+  rows.reserve(texts.size());
   for (const auto& [layer, text] : texts)
     rows.push_back({layer->path, ToUtf8(text.key), ToUtf8(text.name), ToUtf8(text.value), layer->damage});
   return FormatColumns({"FILE", "KEY", "NAME", "VALUE", "DAMAGE"}, rows);
@@ -184,16 +176,16 @@ std::string JsonOf(const std::vector<ListedText>& texts) {
   return lines;
 }
 
-ExitStatus List(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
+ExitStatus List(const RegistryOptions& options, std::ostream& out, const Reporter& reporter) {
   const std::vector<RegistryLayer> layers = ReadRegistry();
   const std::vector<ListedText> texts = AllTexts(layers);
   Write(options.json ? JsonOf(texts) : TableOf(texts), out);
-  return ReportDamage(layers, options.json, err);
+  return ReportDamage(layers, reporter);
 }
 
 struct VerbRow {
   RegistryVerb verb;
-  ExitStatus (*run)(const RegistryOptions&, std::ostream&, std::ostream&);
+  ExitStatus (*run)(const RegistryOptions&, std::ostream&, const Reporter&);
 };
 
 constexpr VerbRow kVerbs[] = {{RegistryVerb::kGet, Get},
@@ -201,20 +193,15 @@ constexpr VerbRow kVerbs[] = {{RegistryVerb::kGet, Get},
                               {RegistryVerb::kRemove, Remove},
                               {RegistryVerb::kList, List}};
 
-std::string WordsOf(const _com_error& error) {
-  const std::string words = ToUtf8(error.Description());
-  return words.empty() ? "failure " + HexCode(error.Error()) : words;
-}
-
 }  // namespace
 
 ExitStatus RegistryCommand(const RegistryOptions& options, std::ostream& out, std::ostream& err) {
   try {
     for (const VerbRow& row : kVerbs)
-      if (row.verb == options.verb) return row.run(options, out, err);
+      if (row.verb == options.verb) return row.run(options, out, Reporter(err, FormOf(options.json)));
     return ExitStatus::kFault;
   } catch (const _com_error& error) {
-    throw Failure(ExitStatus::kLocal, WordsOf(error));
+    throw Failure(ExitStatus::kLocal, MessageOf(error));
   }
 }
 

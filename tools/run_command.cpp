@@ -1,45 +1,45 @@
-#include "tools/run_command.h"
+#include "tools/commands.h"
 
+#include <algorithm>
 #include <optional>
 #include <ostream>
 #include <set>
 
-#include "tools/answer_format.h"
-#include "tools/document_file.h"
-#include "tools/failure.h"
-#include "tools/file_parameter.h"
-#include "tools/home_directory.h"
-#include "tools/input_text.h"
-#include "tools/local_files.h"
-#include "tools/local_service.h"
-#include "tools/object_text.h"
-#include "tools/parameter_text.h"
-#include "tools/password.h"
-#include "tools/private_home.h"
-#include "tools/record_list_output.h"
-#include "tools/saved_file.h"
-#include "tools/script_console.h"
-#include "tools/server_address.h"
-#include "tools/session_frame.h"
-#include "tools/terminal_output.h"
-#include "tools/wire_characters.h"
+#include "tools/input/document_file.h"
+#include "tools/input/input_text.h"
+#include "tools/input/password.h"
+#include "tools/input/server_address.h"
+#include "tools/output/answer_format.h"
+#include "tools/output/record_list_output.h"
+#include "tools/report/failure.h"
+#include "tools/report/standard_output.h"
+#include "tools/service/home_directory.h"
+#include "tools/service/local_service.h"
+#include "tools/service/private_home.h"
+#include "tools/service/script_console.h"
+#include "tools/system/local_files.h"
+#include "tools/transfer/saved_file.h"
+#include "tools/transfer/session_frame.h"
+#include "tools/values/object_text.h"
+#include "tools/values/parameter_text.h"
+#include "tools/values/wire_characters.h"
 
 namespace qv::cli {
 
 namespace {
 
-// What the library's list can count.
+// The library counts parameters in 16 bits.
 constexpr std::size_t kMostParameters = 32767;
 
 struct Job {
-  std::string script;  // or the document, as CheckDocument gives it
+  std::string script;  // or the document's URL from CheckDocument
   std::vector<ScriptParameter> parameters;
   bool hasFiles = false;      // among the parameters
-  std::string saveDirectory;  // empty: the answer is no file
+  std::string saveDirectory;  // empty: the answer is not a file
   SessionSettings settings;
 };
 
-std::vector<ScriptParameter> ParseParameters(const RunOptions& options, std::ostream& err) {
+std::vector<ScriptParameter> ParseParameters(const RunOptions& options, const Reporter& reporter) {
   const std::vector<std::string>& texts = options.parameters;
   if (texts.size() > kMostParameters) throw Failure(ExitStatus::kLocal, "more than 32767 parameters");
   std::vector<ScriptParameter> parameters;
@@ -49,8 +49,7 @@ std::vector<ScriptParameter> ParseParameters(const RunOptions& options, std::ost
     const ScriptParameter& last = parameters.back();
     if (!names.insert(last.name).second)
       throw Failure(ExitStatus::kLocal, "parameter '" + last.name + "' is given twice");
-    for (const std::string& note : last.notes)
-      ReportNote("note", "parameter '" + last.name + "' " + note, options.json, err);
+    for (const std::string& note : last.notes) reporter.Note("parameter '" + last.name + "' " + note);
   }
   return parameters;
 }
@@ -63,64 +62,58 @@ SessionSettings CheckRunSettings(const RunOptions& options) {
   return settings;
 }
 
-std::string TakeScript(const RunOptions& options, std::ostream& err) {
+std::string TakeScript(const RunOptions& options, const Reporter& reporter) {
   if (options.document) return CheckDocument(options.file);
   std::string script = options.file.empty() ? CheckScript(options.code) : ReadScript(options.file);
   if (LooksLikeDocument(script))
-    ReportNote("note", "this looks like a script document, which scriptwells run-document runs", options.json,
-               err);
+    reporter.Note("this looks like a script document, which scriptwells run-document runs");
   const std::string odd = RefusedCharacterNote(script);
-  if (!odd.empty()) ReportNote("note", "the script " + odd, options.json, err);
+  if (!odd.empty()) reporter.Note("the script " + odd);
   return script;
 }
 
 bool HasFiles(const std::vector<ScriptParameter>& parameters) {
-  for (const ScriptParameter& parameter : parameters)
-    if (IsFileParameter(parameter.value)) return true;
-  return false;
+  return std::any_of(parameters.begin(), parameters.end(),
+                     [](const ScriptParameter& parameter) { return IsFileParameter(parameter.value); });
 }
 
-// Everything that can be wrong on this side is told before any server is asked.
-Job Prepare(const RunOptions& options, std::ostream& err) {
+// Reports everything that is wrong on this side before any request is sent.
+Job Prepare(const RunOptions& options, const Reporter& reporter) {
   Job job;
-  job.parameters = ParseParameters(options, err);
+  job.parameters = ParseParameters(options, reporter);
   job.hasFiles = HasFiles(job.parameters);
   if (!options.local && job.hasFiles) CheckUploadScripts();
   if (!options.saveDirectory.empty()) job.saveDirectory = CheckTargetDirectory(options.saveDirectory);
   job.settings = CheckRunSettings(options);
   job.settings.http.replaceFiles = options.force;
-  job.script = TakeScript(options, err);
+  job.script = TakeScript(options, reporter);
   return job;
 }
 
-// What the library reads of some answers, whatever was sent.
-void TellWhatWasLost(const Variant& answer, bool asJson, std::ostream& err) {
+// The library does not read these answers as they were sent.
+void NoteLosses(const Variant& answer, const Reporter& reporter) {
   if (answer.Tag() == VT_EMPTY)
-    ReportNote(
-        "note",
+    reporter.Note(
         "the answer arrived as an empty value: a long, a type that the library does not read, or a URL "
-        "without text",
-        asJson, err);
+        "without text");
   if (HasWrappedCount(answer))
-    ReportNote("note", "a count of the duration does not fit 16 bits and arrived changed", asJson, err);
-  if (answer.Tag() == VT_I1)
-    ReportNote("note", "the answer arrived as 0, as every answer of the type byte does", asJson, err);
+    reporter.Note("a count of the duration does not fit 16 bits and arrived changed");
+  if (answer.Tag() == VT_I1) reporter.Note("the answer arrived as 0, as every answer of the type byte does");
   if (TypeName(answer) == "url")
-    ReportNote("note", "the link of a URL answer does not arrive; let the script answer with a string",
-               asJson, err);
+    reporter.Note("the link of a URL answer does not arrive; let the script answer with a string");
 }
 
-void WriteTable(const RunOptions& options, IRecordListPtr list, std::ostream& out, std::ostream& err) {
+void WriteTable(const RunOptions& options, IRecordListPtr list, std::ostream& out, const Reporter& reporter) {
   const ListForm form{options.output, options.csvNull, TerminalWidth(out)};
-  for (const std::string& loss : WriteRecordList(std::move(list), form, out))
-    ReportNote("note", loss, options.json, err);
+  for (const std::string& loss : WriteRecordList(std::move(list), form, out)) reporter.Note(loss);
 }
 
-void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream& out, std::ostream& err) {
-  if (IRecordListPtr list = AsRecordList(answer)) return WriteTable(options, std::move(list), out, err);
+void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream& out,
+                 const Reporter& reporter) {
+  if (IRecordListPtr list = AsRecordList(answer)) return WriteTable(options, std::move(list), out, reporter);
   out << TextFor(out, FormatAnswer(options.output, answer, options.csvNull)) << std::flush;
   CheckWritten(out);
-  TellWhatWasLost(answer, options.json, err);
+  NoteLosses(answer, reporter);
 }
 
 Variant Execute(ScriptSession& session, const Job& job, const RunOptions& options) {
@@ -128,14 +121,13 @@ Variant Execute(ScriptSession& session, const Job& job, const RunOptions& option
   return session.Execute(options.language, job.script, job.parameters);
 }
 
-void RunJob(const Job& job, const RunOptions& options, std::ostream& out, std::ostream& err) {
-  InSession(job.settings, options.json, err, [&](ScriptSession& session) {
+void RunJob(const Job& job, const RunOptions& options, std::ostream& out, const Reporter& reporter) {
+  InSession(job.settings, reporter, [&](ScriptSession& session) {
     const Variant answer = Execute(session, job, options);
-    if (job.saveDirectory.empty()) return WriteAnswer(options, answer, out, err);
+    if (job.saveDirectory.empty()) return WriteAnswer(options, answer, out, reporter);
     const std::string url = UrlOfAnswer(answer);
     if (OriginOf(url) != OriginOf(job.settings.server))
-      ReportNote("warning", "the session's id goes to " + OriginOf(url) + ", where the file lies",
-                 options.json, err);
+      reporter.Warn("the session's id is sent to " + OriginOf(url) + ", which has the file");
     SaveFile(session, url, job.saveDirectory, options.output == OutputFormat::kJson, out);
   });
 }
@@ -143,11 +135,12 @@ void RunJob(const Job& job, const RunOptions& options, std::ostream& out, std::o
 }  // namespace
 
 void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err) {
-  Job job = Prepare(options, err);
-  if (!options.local) return RunJob(job, options, out, err);
+  const Reporter reporter(err, FormOf(options.json));
+  Job job = Prepare(options, reporter);
+  if (!options.local) return RunJob(job, options, out, reporter);
   std::optional<PrivateHome> home;
   if (job.hasFiles) home.emplace();
-  // Everybody on this machine can connect to the service, so that only this program may know its user.
+  // Everybody on this machine can connect to the service, so only this program knows its user.
   const devservice::ServiceUser user = RandomUser();
   devservice::ServiceOptions serviceOptions = CommonServiceOptions();
   serviceOptions.users = {user};
@@ -157,7 +150,7 @@ void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err)
   job.settings.server = service.Url();
   job.settings.user = user.name;
   job.settings.password = user.password;
-  RunJob(job, options, out, err);
+  RunJob(job, options, out, reporter);
 }
 
 }  // namespace qv::cli

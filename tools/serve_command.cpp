@@ -1,20 +1,19 @@
-#include "tools/serve_command.h"
+#include "tools/commands.h"
 
 #include <filesystem>
 #include <optional>
 #include <ostream>
 
-#include "tools/failed_output.h"
-#include "tools/failure.h"
-#include "tools/home_directory.h"
-#include "tools/input_text.h"
-#include "tools/interrupt.h"
-#include "tools/lent_home.h"
-#include "tools/local_files.h"
-#include "tools/local_service.h"
-#include "tools/script_console.h"
-#include "tools/time_span.h"
-#include "tools/users_file.h"
+#include "tools/input/input_text.h"
+#include "tools/report/reporter.h"
+#include "tools/report/standard_output.h"
+#include "tools/service/home_directory.h"
+#include "tools/service/lent_home.h"
+#include "tools/service/local_service.h"
+#include "tools/service/script_console.h"
+#include "tools/service/users_file.h"
+#include "tools/system/interrupt.h"
+#include "tools/system/local_files.h"
 
 namespace qv::cli {
 
@@ -35,10 +34,6 @@ bool IsLoopback(const std::string& host) {
   return host == "localhost" || host == "::1" || host.rfind("127.", 0) == 0;
 }
 
-void Tell(const std::string& words, std::ostream& err) {
-  ReportNote("note", words, false, err);
-}
-
 std::string CheckedHome(const std::string& directory) {
   std::string home = std::filesystem::path(AbsolutePath(directory, "home directory")).lexically_normal();
   if (home.size() > 1 && home.back() == '/') home.pop_back();
@@ -46,63 +41,62 @@ std::string CheckedHome(const std::string& directory) {
   return home;
 }
 
-void InstallHome(const std::string& directory, std::ostream& err) {
+void InstallHome(const std::string& directory, const Reporter& reporter) {
   const std::string home = CheckedHome(directory);
   InstallMissingScripts(home);
   const std::string file = SetHomeDirectory(home);
-  Tell("the home directory is " + home + " now, as " + file + " tells", err);
+  reporter.Note("the home directory is now " + home + ", set in " + file);
 }
 
-void CompleteHome(std::ostream& err) {
+void CompleteHome(const Reporter& reporter) {
   const std::string home = HomeDirectory();
   if (home.empty())
     throw Failure(ExitStatus::kLocal, "no home directory is known; --install-home needs --home DIR");
   CheckHomePath(home);
   if (InstallMissingScripts(home))
-    Tell("wrote the upload scripts into the home directory " + home, err);
+    reporter.Note("wrote the upload scripts into the home directory " + home);
   else
-    Tell("the home directory " + home + " has its upload scripts", err);
+    reporter.Note("the home directory " + home + " has its upload scripts");
 }
 
 constexpr char kWithoutUploads[] =
     "scripts and downloads work; clients on this machine cannot upload files: ";
 
-// What works without a home of the service's.
-void TellWhatWorks(std::ostream& err) {
+// Without a home directory from the service.
+void NoteWhatWorks(const Reporter& reporter) {
   const std::string home = HomeDirectory();
   if (home.empty())
-    Tell(std::string(kWithoutUploads) +
-             "no home directory is known (serve --home DIR lends one, with --install-home for good)",
-         err);
+    reporter.Note(std::string(kWithoutUploads) +
+                  "no home directory is known (serve --home DIR lends one, with --install-home permanently)");
   else if (HasUploadScripts(home))
-    Tell("scripts, downloads and uploads work; the upload scripts are those of " + home, err);
+    reporter.Note("scripts, downloads and uploads work; the upload scripts are those of " + home);
   else
-    Tell(std::string(kWithoutUploads) + "the home directory " + home +
-             " has no upload scripts (serve --install-home writes them, serve --home DIR lends another home)",
-         err);
+    reporter.Note(
+        std::string(kWithoutUploads) + "the home directory " + home +
+        " has no upload scripts (serve --install-home writes them, serve --home DIR lends another home)");
 }
 
-void TellHowToBorrow(const LentHome& lent, std::ostream& err) {
-  Tell("scripts and downloads work; uploads work for clients on this machine that run with QV_REGISTRY=" +
-           lent.Registry() + ", until the service stops",
-       err);
+void NoteHowToBorrow(const LentHome& lent, const Reporter& reporter) {
+  reporter.Note(
+      "scripts and downloads work; uploads work for clients on this machine that run with QV_REGISTRY=" +
+      lent.Registry() + ", until the service stops");
 }
 
 }  // namespace
 
 void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& err) {
+  const Reporter reporter(err, ReportForm::kTextOnly);
   std::optional<LentHome> lent;  // before the service and its threads
   if (!options.home.empty() && !options.installHome) lent.emplace(CheckedHome(options.home));
   devservice::ServiceOptions serviceOptions = ToServiceOptions(options);
   serviceOptions.console = WriteConsole(false, err);
   devservice::Service service(std::move(serviceOptions));
   StartService(service);
-  if (options.installHome && !options.home.empty()) InstallHome(options.home, err);
-  if (options.installHome && options.home.empty()) CompleteHome(err);
-  if (lent) TellHowToBorrow(*lent, err);
-  if (options.home.empty() && !options.installHome) TellWhatWorks(err);
-  if (!IsLoopback(options.host))
-    ReportNote("warning", "others can reach this service and run code on this machine", false, err);
+  if (options.installHome && !options.home.empty()) InstallHome(options.home, reporter);
+  if (options.installHome && options.home.empty()) CompleteHome(reporter);
+  if (lent) NoteHowToBorrow(*lent, reporter);
+  if (options.home.empty() && !options.installHome) NoteWhatWorks(reporter);
+  if (!IsLoopback(options.host)) reporter.Warn("others can reach this service and run code on this machine");
   out << service.Url() << std::endl;
   if (!out) throw FailedOutput(out, "cannot write the address to standard output");
   WaitForInterrupt();

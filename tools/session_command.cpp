@@ -1,14 +1,14 @@
-#include "tools/session_command.h"
+#include "tools/commands.h"
 
 #include <nlohmann/json.hpp>
 #include <ostream>
 
-#include "tools/failed_output.h"
-#include "tools/failure.h"
-#include "tools/json_text.h"
-#include "tools/password.h"
-#include "tools/server_address.h"
-#include "tools/session_frame.h"
+#include "tools/input/password.h"
+#include "tools/input/server_address.h"
+#include "tools/report/failure.h"
+#include "tools/report/json_text.h"
+#include "tools/report/standard_output.h"
+#include "tools/transfer/session_frame.h"
 
 namespace qv::cli {
 
@@ -23,16 +23,16 @@ void PrintId(const std::string& usid, bool asJson, std::ostream& out) {
   if (!out) throw FailedOutput(out, "cannot write the session's id to standard output");
 }
 
-void Open(const SessionCommandOptions& options, SessionSettings settings, std::ostream& out,
+void Open(const SessionCommandOptions& options, SessionSettings& settings, std::ostream& out,
           std::ostream& err) {
   settings.password = FindPassword(options);
-  LeaveSessionOpen(settings, options.json, err,
+  LeaveSessionOpen(settings, Reporter(err, FormOf(options.json)),
                    [&](ScriptSession& session) { PrintId(session.Id(), options.json, out); });
 }
 
-// The server's reason is that of a request of this program, and no script's fault.
+// In a catch block. The server rejected a request of this program, so this is not a script's fault.
 [[noreturn]] void RethrowAsNotClosed(const Failure& failure) {
-  if (failure.Status() != ExitStatus::kFault) throw failure;
+  if (failure.Status() != ExitStatus::kFault) throw;
   throw Failure(failure.Status(), "the session was not closed: " + failure.Message())
       .Called("session not closed");
 }
@@ -55,7 +55,7 @@ void SessionCommand(const SessionCommandOptions& options, std::ostream& out, std
   SessionSettings settings = CheckSettings(options);
   settings.server = CheckServer(options.server);
   if (options.verb == SessionVerb::kOpen)
-    Open(options, std::move(settings), out, err);
+    Open(options, settings, out, err);
   else
     Close(options, settings, out);
 }

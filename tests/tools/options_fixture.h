@@ -1,56 +1,58 @@
-// The command line is read with an environment of its own.
+// The parser of the command line, in an environment without SCRIPTWELLS_ variables.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <string>
-#include <vector>
 
-#include "tools/options.h"
+#include "tests/tools/words.h"
+#include "tools/options/options.h"
 
 namespace qv::cli::testing {
-
-inline constexpr const char* kVariables[] = {
-    "SCRIPTWELLS_SERVER",  "SCRIPTWELLS_USER",     "SCRIPTWELLS_PROXY",
-    "SCRIPTWELLS_OUTPUT",  "SCRIPTWELLS_REPLICA",  "SCRIPTWELLS_LANGUAGE",
-    "SCRIPTWELLS_TIMEOUT", "SCRIPTWELLS_PASSWORD", "SCRIPTWELLS_CONNECT_TIMEOUT",
-    "SCRIPTWELLS_USID",    "SCRIPTWELLS_MAX_TIME", "SCRIPTWELLS_CA_FILE",
-    "SCRIPTWELLS_CERT",    "SCRIPTWELLS_KEY"};
 
 class OptionsTest : public ::testing::Test {
  protected:
   void SetUp() override { ForgetVariables(); }
   void TearDown() override { ForgetVariables(); }
 
-  static void ForgetVariables() {
-    for (const char* name : kVariables) ::unsetenv(name);
+  // Sets SCRIPTWELLS_`name`.
+  static void Set(const std::string& name, const std::string& value) {
+    ::setenv(("SCRIPTWELLS_" + name).c_str(), value.c_str(), 1);
   }
 
-  static RunOptions Run(const std::vector<std::string>& arguments) {
-    const ParsedArguments parsed = ParseArguments(arguments);
-    EXPECT_EQ(parsed.command, Command::kRun) << parsed.text;
-    return parsed.run;
+  static ParsedArguments Parsed(Command command, const std::string& line, const Words& more = {}) {
+    ParsedArguments parsed = ParseArguments(Line(line, more));
+    EXPECT_EQ(parsed.command, command) << line << "\n" << parsed.text;
+    return parsed;
   }
-  static DownloadOptions Download(const std::vector<std::string>& arguments) {
-    const ParsedArguments parsed = ParseArguments(arguments);
-    EXPECT_EQ(parsed.command, Command::kDownload) << parsed.text;
-    return parsed.download;
+  static RunOptions Run(const std::string& line, const Words& more = {}) {
+    return Parsed(Command::kRun, line, more).run;
   }
-  static ServeOptions Serve(const std::vector<std::string>& arguments) {
-    const ParsedArguments parsed = ParseArguments(arguments);
-    EXPECT_EQ(parsed.command, Command::kServe) << parsed.text;
-    return parsed.serve;
+  static DownloadOptions Download(const std::string& line) {
+    return Parsed(Command::kDownload, line).download;
   }
-  static RegistryOptions Registry(const std::vector<std::string>& arguments) {
-    const ParsedArguments parsed = ParseArguments(arguments);
-    EXPECT_EQ(parsed.command, Command::kRegistry) << parsed.text;
-    return parsed.registry;
+  static SessionCommandOptions Session(const std::string& line) {
+    return Parsed(Command::kSession, line).session;
   }
-  // What is wrong, and the hint behind a bar.
-  static std::string Refusal(const std::vector<std::string>& arguments) {
-    const ParsedArguments parsed = ParseArguments(arguments);
+  static ServeOptions Serve(const std::string& line) { return Parsed(Command::kServe, line).serve; }
+  static RegistryOptions Registry(const std::string& line) {
+    return Parsed(Command::kRegistry, line).registry;
+  }
+  // Help and version.
+  static std::string TextOf(const std::string& line) { return Parsed(Command::kText, line).text; }
+
+  // The error message and, after a bar, the hint; or "accepted".
+  static std::string Refusal(const std::string& line, const Words& more = {}) {
+    const ParsedArguments parsed = ParseArguments(Line(line, more));
     return parsed.command == Command::kUsageError ? parsed.text + "|" + parsed.hint : "accepted";
+  }
+
+ private:
+  static void ForgetVariables() {
+    for (const std::string& name : Each("SERVER|USER|PROXY|OUTPUT|REPLICA|LANGUAGE|TIMEOUT|PASSWORD|"
+                                        "CONNECT_TIMEOUT|USID|MAX_TIME|CA_FILE|CERT|KEY"))
+      ::unsetenv(("SCRIPTWELLS_" + name).c_str());
   }
 };
 

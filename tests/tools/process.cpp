@@ -14,6 +14,8 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
+#include <thread>
 #include <utility>
 
 extern char** environ;
@@ -34,23 +36,13 @@ struct Pipe {
   int ends[2];
 };
 
-bool IsOf(const std::string& line, const std::string& name) {
-  return line.rfind(name + "=", 0) == 0;
-}
-
-bool IsGiven(const std::string& line, const Variables& variables) {
-  for (const auto& [name, value] : variables)
-    if (IsOf(line, name)) return true;
-  return false;
-}
-
-std::vector<std::string> EnvironmentWith(Variables variables) {
-  for (const auto& usual : {Variables::value_type{"QV_REGISTRY", NO_HOME_REGISTRY}, {"TERM", "xterm"}})
-    if (!IsGiven(usual.first + "=", variables)) variables.push_back(usual);
+std::vector<std::string> EnvironmentWith(Variables variables, const TemporaryDirectory& registry) {
+  variables.insert({{"QV_REGISTRY", registry.Path("no_home.reg")}, {"TERM", "xterm"}});
   std::vector<std::string> lines;
-  for (char** line = environ; *line != nullptr; ++line)
-    if (std::string(*line).rfind("SCRIPTWELLS_", 0) != 0 && !IsGiven(*line, variables))
-      lines.emplace_back(*line);
+  for (char** line = environ; *line != nullptr; ++line) {
+    const std::string name(*line, std::strcspn(*line, "="));
+    if (!StartsWith(name, "SCRIPTWELLS_") && variables.count(name) == 0) lines.emplace_back(*line);
+  }
   for (const auto& [name, value] : variables) lines.push_back(name + "=" + value);
   return lines;
 }
@@ -66,8 +58,9 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
 // one of them may hold a lock of the allocator at that moment, which nobody would release in the child.
 class Start {
  public:
-  Start(Words words, const Variables& variables)
-      : words_(std::move(words)), lines_(EnvironmentWith(variables)) {
+  Start(Words words, const Variables& variables, const TemporaryDirectory& registry)
+      : words_(std::move(words)), lines_(EnvironmentWith(variables, registry)) {
+    registry.Write("no_home.reg", kNoHome);
     words_.insert(words_.begin(), SCRIPTWELLS_PROGRAM);
     arguments_ = Pointers(words_);
     environment_ = Pointers(lines_);
@@ -123,12 +116,108 @@ void Close(int& descriptor) {
   descriptor = -1;
 }
 
+std::string Joined(const Words& words) {
+  std::string command;
+  for (const std::string& word : words) command += " " + word;
+  return command;
+}
+
+std::string Printed(const std::string& message) {
+  if (message.empty()) return "";
+  return (message[0] == '{' ? "" : "scriptwells: ") + message + "\n";
+}
+
+// The page at `path`, with its head.
+std::string Fetch(const std::string& url, const std::string& path) {
+  const std::string port = url.substr(url.rfind(':') + 1);
+  int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address = {};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(static_cast<std::uint16_t>(std::stoi(port)));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  std::string page;
+  const std::string request = "GET " + path + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n";
+  if (::connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+      ::write(connection, request.data(), request.size()) > 0)
+    while (Drain(connection, page)) {
+    }
+  Close(connection);
+  return page;
+}
+
 }  // namespace
 
-Process::Process(const Words& arguments, const Variables& variables, const char* output,
-                 const ClosedStreams& closed) {
+void Outcome::Succeeds(const std::string& text, const std::string& message) const {
+  EXPECT_EQ(out, text) << command;
+  EXPECT_EQ(err, Printed(message)) << command;
+  EXPECT_EQ(exit, 0) << command;
+}
+
+void Outcome::Fails(int status, const std::string& message) const {
+  EXPECT_EQ(out, "") << command;
+  EXPECT_EQ(err, Printed(message)) << command;
+  EXPECT_EQ(exit, status) << command;
+}
+
+void Outcome::FailsLike(int status, const std::string& start) const {
+  EXPECT_EQ(out, "") << command;
+  const std::string line = start[0] == '{' ? start : "scriptwells: " + start;
+  EXPECT_EQ(err.substr(0, line.size()), line) << command << "\n" << err;
+  EXPECT_EQ(exit, status) << command;
+}
+
+Tool& Tool::Add(const Words& more) {
+  words_.insert(words_.end(), more.begin(), more.end());
+  return *this;
+}
+
+Tool& Tool::Set(const std::string& name, const std::string& value) {
+  variables_[name] = value;
+  return *this;
+}
+
+Tool& Tool::WriteTo(const std::string& file) {
+  output_ = file;
+  return *this;
+}
+
+Tool& Tool::Close(const std::vector<int>& streams) {
+  closed_ = streams;
+  return *this;
+}
+
+Outcome Tool::Run(const std::string& input) const {
+  return Process(*this).Finish(input);
+}
+
+Outcome Tool::OnTerminal(const std::string& question, const std::string& typed, unsigned short width) const {
+  int terminal = -1;
+  const winsize size = {24, width, 0, 0};
+  const TemporaryDirectory registry;
+  const Start start(words_, variables_, registry);
+  const pid_t pid = ::forkpty(&terminal, nullptr, nullptr, &size);
+  if (pid == 0) start.Become();
+  Outcome outcome;
+  outcome.command = Joined(words_);
+  bool asked = false;
+  const auto end = Clock::now() + kPatience;
+  for (;;) {
+    pollfd wait{terminal, POLLIN, 0};
+    if (::poll(&wait, 1, LeftOf(end)) <= 0 || !Drain(terminal, outcome.out)) break;
+    if (asked || !Holds(outcome.out, question)) continue;
+    asked = ::write(terminal, typed.data(), typed.size()) == static_cast<ssize_t>(typed.size());
+  }
+  if (LeftOf(end) == 0) ::kill(pid, SIGKILL);
+  termios state = {};
+  outcome.echo = ::tcgetattr(terminal, &state) == 0 && (state.c_lflag & ECHO) != 0;
+  ::close(terminal);
+  outcome.exit = ExitOf(pid);
+  return outcome;
+}
+
+Process::Process(const Tool& tool) : command_(Joined(tool.words_)) {
   ::signal(SIGPIPE, SIG_IGN);
-  const Start start(arguments, variables);
+  const Start start(tool.words_, tool.variables_, registry_);
   Pipe in;
   Pipe out;
   Pipe err;
@@ -137,9 +226,9 @@ Process::Process(const Words& arguments, const Variables& variables, const char*
     ::dup2(in.ends[0], 0);
     ::dup2(out.ends[1], 1);
     ::dup2(err.ends[1], 2);
-    if (output != nullptr) ::dup2(::open(output, O_WRONLY | O_CLOEXEC), 1);
+    if (!tool.output_.empty()) ::dup2(::open(tool.output_.c_str(), O_WRONLY | O_CLOEXEC), 1);
     ::signal(SIGPIPE, SIG_DFL);
-    for (const int stream : closed) ::close(stream);
+    for (const int stream : tool.closed_) ::close(stream);
     start.Become();
   }
   ::close(in.ends[0]);
@@ -155,9 +244,7 @@ Process::~Process() {
     ::kill(pid_, SIGKILL);
     ExitOf(pid_);
   }
-  Close(in_);
-  Close(out_);
-  Close(err_);
+  for (int* descriptor : {&in_, &out_, &err_}) Close(*descriptor);
 }
 
 void Process::Signal(int signal) const {
@@ -178,6 +265,7 @@ std::string Process::ReadErrorLine() {
 
 Outcome Process::Finish(const std::string& input) {
   Outcome outcome;
+  outcome.command = command_;
   if (::write(in_, input.data(), input.size()) < 0) outcome.err = "(the program takes no input)\n";
   Close(in_);
   const auto end = Clock::now() + kPatience;
@@ -193,45 +281,8 @@ Outcome Process::Finish(const std::string& input) {
   return outcome;
 }
 
-Outcome RunTool(const Words& arguments, const std::string& input, const Variables& variables) {
-  return Process(arguments, variables).Finish(input);
-}
-
-namespace {
-
-Words ServeWords(const Words& more) {
-  Words words{"serve"};
-  words.insert(words.end(), more.begin(), more.end());
-  return words;
-}
-
-Variables WithTemp(Variables variables, const std::string& directory) {
-  variables.emplace_back("TMPDIR", directory);
-  return variables;
-}
-
-// The page at `path`, with its head.
-std::string Fetch(const std::string& url, const std::string& path) {
-  const std::string port = url.substr(url.rfind(':') + 1);
-  const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<std::uint16_t>(std::stoi(port)));
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  std::string page;
-  const std::string request = "GET " + path + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n";
-  if (::connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-      ::write(connection, request.data(), request.size()) > 0)
-    while (Drain(connection, page)) {
-    }
-  ::close(connection);
-  return page;
-}
-
-}  // namespace
-
-ServeProcess::ServeProcess(const Words& more, const Variables& variables)
-    : process_(ServeWords(more), WithTemp(variables, temp_.Path())), url_(process_.ReadLine()) {}
+ServeProcess::ServeProcess(const std::string& options, const Words& more)
+    : process_(Tool("serve " + options, more).Set("TMPDIR", temp_.Path())), url_(process_.ReadLine()) {}
 
 int ServeProcess::Count(const std::string& name) const {
   const std::string page = Fetch(url_, "/stats");
@@ -239,28 +290,10 @@ int ServeProcess::Count(const std::string& name) const {
   return found == std::string::npos ? -1 : std::atoi(page.c_str() + found + name.size() + 3);
 }
 
-Outcome RunOnTerminal(const Words& arguments, const std::string& question, const std::string& typed,
-                      const Variables& variables, unsigned short width) {
-  int terminal = -1;
-  const winsize size = {24, width, 0, 0};
-  const Start start(arguments, variables);
-  const pid_t pid = ::forkpty(&terminal, nullptr, nullptr, &size);
-  if (pid == 0) start.Become();
-  Outcome outcome;
-  bool asked = false;
-  const auto end = Clock::now() + kPatience;
-  for (;;) {
-    pollfd wait{terminal, POLLIN, 0};
-    if (::poll(&wait, 1, LeftOf(end)) <= 0 || !Drain(terminal, outcome.out)) break;
-    if (asked || outcome.out.find(question) == std::string::npos) continue;
-    asked = ::write(terminal, typed.data(), typed.size()) == static_cast<ssize_t>(typed.size());
-  }
-  if (LeftOf(end) == 0) ::kill(pid, SIGKILL);
-  termios state = {};
-  outcome.echo = ::tcgetattr(terminal, &state) == 0 && (state.c_lflag & ECHO) != 0;
-  ::close(terminal);
-  outcome.exit = ExitOf(pid);
-  return outcome;
+bool ServeProcess::Reaches(const std::string& name, int count) const {
+  for (int i = 0; i < 400 && Count(name) != count; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(25));
+  return Count(name) == count;
 }
 
 }  // namespace qv::cli::testing

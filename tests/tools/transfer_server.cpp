@@ -1,9 +1,5 @@
 #include "tests/tools/transfer_server.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
 namespace qv::cli::testing {
 
 namespace {
@@ -32,13 +28,13 @@ std::string FileAnswer(const std::string& name, const std::string& body) {
   return test::RawAnswerText(body, "Content-Disposition: attachment; filename=" + name + "\r\n");
 }
 
+std::string StatusAnswer(const std::string& status, const std::string& body) {
+  return "HTTP/1.1 " + status + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
 std::string FileStart(const std::string& name, std::size_t length, const std::string& start) {
   return "HTTP/1.1 200 OK\r\nContent-Disposition: attachment; filename=" + name +
          "\r\nContent-Length: " + std::to_string(length) + "\r\n\r\n" + start;
-}
-
-std::string StatusAnswer(const std::string& status) {
-  return "HTTP/1.1 " + status + "\r\nContent-Length: 0\r\n\r\n";
 }
 
 void TransferServer::Answer(const std::vector<std::string>& answers) {
@@ -47,26 +43,19 @@ void TransferServer::Answer(const std::vector<std::string>& answers) {
   server_.Expect(script);
 }
 
-Words TransferServer::Adopted(const Words& more) const {
-  Words words{"download", Url(), folder_.Path(), "--usid", "abc"};
-  words.insert(words.end(), more.begin(), more.end());
-  return words;
+void TransferServer::AnswerCalls(const std::vector<std::string>& answers) {
+  std::vector<std::string> all{SessionOpened()};
+  all.insert(all.end(), answers.begin(), answers.end());
+  all.push_back(SessionClosed());
+  Answer(all);
 }
 
-Words TransferServer::AsJoe(const std::string& command, const Words& more) const {
-  Words words{command, "--server", Origin(), "--user", "joe"};
-  words.insert(words.end(), more.begin(), more.end());
-  return words;
+Tool TransferServer::Joe(const std::string& line, const Words& more) const {
+  return Tool(line, more).Add({"--user", "joe", "--server", Origin()}).Set("SCRIPTWELLS_PASSWORD", "x");
 }
 
-std::string TransferServer::Read(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-std::ptrdiff_t TransferServer::Count() const {
-  return std::distance(std::filesystem::directory_iterator(folder_.Path()),
-                       std::filesystem::directory_iterator());
+Tool TransferServer::Adopted(const std::string& options) const {
+  return Tool("download " + Url() + " " + folder_.Path() + " --usid abc " + options);
 }
 
 }  // namespace qv::cli::testing

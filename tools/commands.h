@@ -1,0 +1,38 @@
+// The commands of the program. All of them throw Failure.
+#pragma once
+
+#include <iosfwd>
+
+#include "tools/input/parsed_options.h"
+#include "tools/report/failure.h"
+
+namespace qv::cli {
+
+// `scriptwells run` and `scriptwells run-document`: opens a session, runs the script, prints its answer on
+// `out` and always closes the session. Throws the first failure; prints notes on `err`.
+void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err);
+
+// `scriptwells download`: opens a session (or uses that of --usid), downloads the file, prints its path on
+// `out` and always closes the session. Prints notes on `err`.
+void DownloadCommand(const DownloadOptions& options, std::ostream& out, std::ostream& err);
+
+// `scriptwells session open` and `scriptwells session close`: opens a session, prints its id on `out` and
+// leaves it open; or closes the session of --usid. Closes a new session again if its id cannot be printed.
+// Prints notes on `err`.
+void SessionCommand(const SessionCommandOptions& options, std::ostream& out, std::ostream& err);
+
+// `scriptwells serve`: runs the development service until Ctrl-C or SIGTERM. Prints its address as the only
+// line on `out`, and notes on `err`.
+void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& err);
+
+// `scriptwells registry`: prints the result on `out`, and damaged files on `err`. Returns kLocal if a file is
+// damaged. Throws kFault if no file has the key, kLocal if no file can be written, and for a key or value
+// that a file cannot hold.
+ExitStatus RegistryCommand(const RegistryOptions& options, std::ostream& out, std::ostream& err);
+
+// `scriptwells describe`: prints all interfaces, one of them, or one member ("Parameters", "IParameters",
+// "Parameters.Add", in any case). Throws kUsage for an unknown name, with the object that has such a member,
+// else with the closest name, if there is one.
+ExitStatus DescribeCommand(const DescribeOptions& options, std::ostream& out);
+
+}  // namespace qv::cli

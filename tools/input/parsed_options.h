@@ -1,0 +1,117 @@
+// What the parser of the command line produces: a command and its settings.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tools/output/answer_format.h"
+
+namespace qv::cli {
+
+enum class Command {
+  kText,
+  kUsageError,
+  kRun,
+  kDownload,
+  kSession,
+  kServe,
+  kRegistry,
+  kDescribe,
+  kScriptWorker
+};
+
+// In milliseconds, rounded up, so that a short time never becomes 0 (no limit).
+inline std::int64_t Milliseconds(double seconds) {
+  return static_cast<std::int64_t>(std::ceil(seconds * 1000));
+}
+
+// How a session is opened, and how failures are reported. Times are in seconds.
+struct SessionOptions {
+  std::string server;
+  std::string proxy;
+  std::string user;
+  std::string replica;
+  std::string passwordFile;
+  std::string caFile;           // for https, PEM: trusts only these authorities; empty: the usual ones
+  std::string certificateFile;  // of this client, PEM
+  std::string keyFile;          // empty: in the same file
+  bool passwordFromInput = false;
+  std::string usid;   // of a session to use; empty: a new one is opened
+  bool json = false;  // result and failure, both as JSON
+  double timeoutSeconds = 60;
+  double connectTimeoutSeconds = 30;
+  double maxTimeSeconds = 0;  // for all requests together; 0: no limit
+};
+
+// Of `run` and `run-document`.
+struct RunOptions : SessionOptions {
+  bool document = false;  // `file` is a script document; `code` and `language` are unused
+  std::string file;       // "-" is standard input; empty if there is code
+  std::string code;
+  std::vector<std::string> parameters;  // "name=type:value", not checked yet
+  bool local = false;                   // run in a service of this process; else on `server`
+  std::string language = "JavaScript";
+  OutputFormat output = OutputFormat::kText;
+  std::string csvNull;  // no value in CSV; as IsCsvNull (csv_text.h) allows it
+  std::string
+      saveDirectory;   // the answer is the URL of a file to download into this directory; empty: print it
+  bool force = false;  // with a directory: as in DownloadOptions
+};
+
+struct DownloadOptions : SessionOptions {
+  std::string url;
+  std::string directory;  // empty: the current one
+  bool force = false;     // replace a file, and save a name that begins with "."
+};
+
+enum class SessionVerb { kOpen, kClose };
+
+struct SessionCommandOptions : SessionOptions {
+  SessionVerb verb = SessionVerb::kOpen;
+};
+
+struct ServeOptions {
+  std::string host = "127.0.0.1";
+  std::vector<std::string> names;  // further names of the host
+  int port = 0;
+  std::string usersFile;
+  double scriptTimeoutSeconds = 5;
+  int scriptMemoryMegabytes = 256;
+  std::string home;          // home directory for clients on this machine, while the service runs
+  bool installHome = false;  // permanently: in the registry
+};
+
+enum class RegistryVerb { kGet, kSet, kRemove, kList };
+
+struct RegistryOptions {
+  RegistryVerb verb = RegistryVerb::kList;
+  std::string key;    // as typed, also "home"; not for kList
+  std::string value;  // for kSet
+  bool json = false;
+};
+
+struct DescribeOptions {
+  std::string object;  // "Parameters" or "Parameters.Add"; empty: all
+  bool json = false;
+  bool markdown = false;
+};
+
+struct ParsedArguments {
+  Command command = Command::kUsageError;
+  RunOptions run;                 // for kRun
+  DownloadOptions download;       // for kDownload
+  SessionCommandOptions session;  // for kSession
+  ServeOptions serve;             // for kServe
+  RegistryOptions registry;       // for kRegistry
+  DescribeOptions describe;       // for kDescribe
+  bool json = false;              // report failures as JSON
+  // kText: help or version, to be printed on standard output. kUsageError: the message, in one line without a
+  // full stop.
+  std::string text;
+  // kUsageError: the command that explains it, such as "scriptwells run --help".
+  std::string hint;
+};
+
+}  // namespace qv::cli

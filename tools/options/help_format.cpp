@@ -1,0 +1,84 @@
+#include "tools/options/help_format.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <sstream>
+#include <utility>
+
+namespace qv::cli {
+
+namespace {
+
+constexpr std::size_t kColumns = 100;
+constexpr std::size_t kFirstColumn = 30;
+
+// Breaks lines at blanks, so that no line is longer than `columns` unless a word is.
+std::string Wrapped(const std::string& text, std::size_t columns) {
+  std::string lines;
+  std::size_t width = 0;
+  std::istringstream words(text);
+  for (std::string word; words >> word;) {
+    const bool fits = width + 1 + word.size() <= columns;
+    if (!lines.empty()) lines += fits ? ' ' : '\n';
+    width = fits && !lines.empty() ? width + 1 + word.size() : word.size();
+    lines += word;
+  }
+  return lines;
+}
+
+bool IsText(const std::string& line) {
+  return !line.empty() && line.front() != ' ';
+}
+
+// Wraps paragraphs. Empty lines and lines that begin with a blank are not changed.
+std::string Reflowed(const std::string& text) {
+  std::string whole;
+  std::string paragraph;
+  const auto finish = [&] {
+    if (!paragraph.empty()) whole += Wrapped(paragraph, kColumns) + "\n";
+    paragraph.clear();
+  };
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (IsText(line)) {
+      paragraph += line + " ";
+      continue;
+    }
+    finish();
+    whole += line + "\n";
+  }
+  finish();
+  if (!whole.empty()) whole.pop_back();
+  return whole;
+}
+
+class HelpFormat : public CLI::Formatter {
+ public:
+  explicit HelpFormat(std::string examples) : examples_(std::move(examples)) { column_width(kFirstColumn); }
+
+  std::string make_usage(const CLI::App* app, std::string name) const override {
+    const std::string usage = CLI::Formatter::make_usage(app, std::move(name));
+    return examples_.empty() ? usage : usage + "\nExamples:\n" + examples_ + "\n";
+  }
+  std::string make_option_desc(const CLI::Option* option) const override {
+    return Wrapped(option->get_description(), kColumns - kFirstColumn);
+  }
+  std::string make_subcommand(const CLI::App* command) const override {
+    std::ostringstream out;
+    CLI::detail::format_help(out, command->get_display_name(true),
+                             Wrapped(command->get_description(), kColumns - kFirstColumn), kFirstColumn);
+    return out.str();
+  }
+
+ private:
+  std::string examples_;
+};
+
+}  // namespace
+
+void SetHelp(CLI::App& app, const std::string& examples, const std::string& notes) {
+  app.formatter(std::make_shared<HelpFormat>(examples));
+  app.footer(Reflowed(notes));
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,158 @@
+// The help texts of all commands, in the form of help_format.h: examples and notes.
+#pragma once
+
+namespace qv::cli {
+
+inline constexpr char kProgramExamples[] = R"(  scriptwells run --local -e '6 * 7'
+  scriptwells run report.js --server https://scripts.example --user joe -p year=int:2024
+  scriptwells run-document report.xml --server https://scripts.example --user joe
+  scriptwells run --local -e 'parameters.doc.size' -p doc=file:report.pdf
+  scriptwells download 'http://scripts.example/files/7?t=1' /tmp --user joe
+  scriptwells serve --port 8080
+  scriptwells registry list)";
+
+inline constexpr char kProgramNotes[] =
+    R"(Exit codes: 0 ok, 1 script or server fault, 2 usage, 3 server not reached, 4 timeout, 5 session refused,
+6 local file or parameter, 7 answer not understood, 130 interrupted.)";
+
+inline constexpr char kHelpExamples[] = R"(  scriptwells help run
+  scriptwells help registry set)";
+
+// The namespace is inserted between these two.
+inline constexpr char kDocumentStart[] =
+    R"(FILE is an XML document that names its language and holds its code:
+  <Scriptwell Language="JavaScript"
+              xmlns=")";
+inline constexpr char kDocumentEnd[] = R"(">
+    <Code>parameters.a + 1</Code>
+  </Scriptwell>
+It may be in any encoding. Its path cannot hold '#', '?' or '\'.
+
+)";
+
+// For scripts and script documents.
+inline constexpr char kValuesNotes[] =
+    R"(Parameters are written name=type:value. Types: byte, short, int, long, boolean, float, double, string,
+date, time, datetime, duration, file. Everything after the first ':' is the value, so a string may hold '='
+and ':' and may be empty.
+  date      YYYY-MM-DD                              -p on=date:2024-03-05
+  time      hh:mm or hh:mm:ss or hh:mm:ss.sss       -p at=time:10:15:30
+  datetime  a date, T and a time                    -p when=datetime:2024-03-05T10:15:30
+  duration  P[nY][nM][nD][T[nH][nM][nS]], - before  -p for=duration:P1DT2H
+  file      the path of a file, which is uploaded   -p doc=file:report.pdf
+Dates and times are sent without a time zone. float, double and the seconds of a duration are sent with 6
+significant digits. A datetime at midnight is sent as a date, and 1899-12-30 as a time.
+
+An upload needs the server's upload scripts in the folder ClientScripts of the home directory ('scriptwells
+registry set home DIR'); --local needs none. A file's path cannot hold '\'. Long transfers show their
+progress on a terminal, but not with --json. Without --force, --save replaces no file and saves no file
+whose name begins with '.'.
+
+The password is never on the command line. It comes from the first of: --password-file,
+--password-stdin, the variable SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.
+A user name, password or replica id cannot hold ';' or '='.
+
+A table is printed with aligned columns, cut to the width of a terminal but never in a pipe; with -o csv as
+CSV (RFC 4180), where --null sets the text for no value; with -o json as {"columns":...,"rows":...}. CSV
+keeps texts that a spreadsheet reads as formulas. Tables cannot be sent as parameters.
+
+Some answers do not arrive as they were sent: a long arrives as an empty value, a byte as 0, a time without
+its fraction of a second, a URL without its link, and a count of a duration above 32767 changed. Where that
+matters, let the script answer with a string or a double. A cell of a table without text arrives as 0, false
+or an empty string; a date without text makes the whole table fail (exit code 7). A script that returns null
+or nothing (undefined) fails with exit code 7.)";
+
+inline constexpr char kRunExamples[] =
+    R"(  scriptwells run --local -e 'parameters.a + parameters.b' -p a=int:2 -p b=int:40
+  scriptwells run --local examples/hello.js -p name=string:World --output table
+  scriptwells run --local -e 'parameters.doc.text().length' -p doc=file:notes.txt
+  scriptwells run --local -e 'publish("out.txt", "text")' --save /tmp
+  scriptwells run --local -e '[{city: "Rome", people: 2748109}]' --output csv --null NULL
+  echo '6 * 7' | scriptwells run - --server http://127.0.0.1:8080 --user joe --json)";
+
+inline constexpr char kDocumentExamples[] =
+    R"(  scriptwells run-document --local examples/document.xml -p for=duration:P1DT2H
+  scriptwells run-document report.xml -p year=int:2024 --server http://127.0.0.1:8080 --user joe)";
+
+inline constexpr char kDownloadExamples[] =
+    R"(  scriptwells download 'http://127.0.0.1:8080/files/7?ticket=1' /tmp --user joe
+  scriptwells download "$URL" --usid "$SESSION" --json)";
+
+inline constexpr char kDownloadNotes[] =
+    R"(The server gives the file its name. A failed download leaves no file. A name that exists in DIR is
+rejected, and so is one that begins with '.', unless --force is given. Names with control characters are
+always rejected. The path is printed.
+
+Without --server, the session is opened on the server of the URL. Its id is sent with the request. A file
+that a script publishes for its own session only is saved with run --save, or with the --usid of that
+session (scriptwells session open).
+
+The password comes from the first of: --password-file, --password-stdin, the variable
+SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.)";
+
+inline constexpr char kServeExamples[] =
+    R"(  scriptwells serve --port 8080 --users-file users.txt
+  scriptwells serve --home ~/scripts-home
+  scriptwells serve --home ~/.local/share/quorvane --install-home)";
+
+inline constexpr char kSessionExamples[] =
+    R"(  export SCRIPTWELLS_SERVER=https://scripts.example
+  export SCRIPTWELLS_USID=$(scriptwells session open --user joe)
+  url=$(scriptwells run -e 'publish("out.txt", "text")')
+  scriptwells download "$url" /tmp
+  scriptwells session close)";
+
+inline constexpr char kSessionOpenExamples[] =
+    "  export SCRIPTWELLS_USID=$(scriptwells session open --server http://127.0.0.1:8080 --user joe)";
+
+inline constexpr char kSessionCloseExamples[] =
+    R"(  scriptwells session close --server http://127.0.0.1:8080
+  scriptwells session close --server http://127.0.0.1:8080 --usid "$SESSION")";
+
+inline constexpr char kSessionNotes[] =
+    R"(open prints the id of a session that stays open until it is closed, or until the server removes it. run,
+run-document, download and close take it with --usid. Everybody who knows the id can use the session. Others
+on this machine can read the list of processes, so prefer the variable SCRIPTWELLS_USID to --usid.)";
+
+inline constexpr char kServeNotes[] =
+    R"(The service is for development: it loses all data when it stops, and it runs every script that it receives.
+It prints its address on standard output and stops at Ctrl-C or SIGTERM.
+The users file holds one name:password per line; '#' starts a comment line. Without it every user name
+is accepted, with any password.
+Scripts and downloads always work. To upload files, a client needs the upload scripts in its home directory,
+which its registry names. --home DIR writes missing upload scripts into DIR, and DIR/serve.reg, a registry that names DIR:
+clients on this machine that run with QV_REGISTRY=DIR/serve.reg can upload files until the service stops and
+removes it. Only --install-home changes settings.)";
+
+inline constexpr char kDescribeExamples[] = R"(  scriptwells describe Parameters
+  scriptwells describe Parameters.Add)";
+
+inline constexpr char kDescribeNotes[] =
+    R"(OBJECT is Parameters, IParameters or, for one member, Parameters.Add; without it all are shown.
+Late-binding programs call every member by its id, or by its name in any case.)";
+
+inline constexpr char kRegistryExamples[] =
+    R"(  scriptwells registry get home
+  scriptwells registry set home /usr/share/quorvane
+  scriptwells registry remove home
+  scriptwells registry list --json)";
+
+inline constexpr char kRegistryNotes[] =
+    R"(The library reads the home directory of the installation from the registry. Keys are paths such as
+SOFTWARE\Quorvane\Quorvane\HomeDir, for which "home" is a short name. The first of these files that has a
+key is used: the one that the variable QV_REGISTRY names, quorvane/registry.reg below $XDG_CONFIG_HOME (else
+~/.config), the installed one. set writes to the first of them that can be written. The root
+"HKEY_LOCAL_MACHINE\" may be left out; "HKEY_CLASSES_ROOT\" is short for "SOFTWARE\Classes\". list also shows
+texts with a name, which get, set and remove do not support.
+
+A damaged file is ignored and reported on standard error (exit code 6). get and remove return 1 if no file
+has the key.)";
+
+inline constexpr char kRegistrySetExamples[] =
+    R"(  scriptwells registry set home /usr/share/quorvane
+  scriptwells registry set --json -- 'SOFTWARE\Example\Offset' -5)";
+
+inline constexpr char kRegistrySetNotes[] =
+    R"(Put "--" before a KEY or VALUE that begins with '-', and options before "--".)";
+
+}  // namespace qv::cli

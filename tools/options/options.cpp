@@ -1,0 +1,152 @@
+#include "tools/options/options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "tools/options/describe_options.h"
+#include "tools/options/download_options.h"
+#include "tools/options/help_format.h"
+#include "tools/options/help_options.h"
+#include "tools/options/help_texts.h"
+#include "tools/options/meant_word.h"
+#include "tools/options/registry_options.h"
+#include "tools/options/run_options.h"
+#include "tools/options/serve_options.h"
+#include "tools/options/session_command_options.h"
+
+#ifndef SCRIPTWELLS_VERSION
+#define SCRIPTWELLS_VERSION "unknown"
+#endif
+
+namespace qv::cli {
+
+namespace {
+
+constexpr char kVersion[] = "scriptwells " SCRIPTWELLS_VERSION;
+
+CLI::App& Prepared(CLI::App& app) {
+  SetHelp(app, kProgramExamples, kProgramNotes);
+  app.set_version_flag("-V,--version", kVersion, "Print the version and exit");
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.require_subcommand(0, 1);
+  return app;
+}
+
+// Reads the whole command line. Owns the CLI11 objects.
+class ArgumentParser {
+ public:
+  explicit ArgumentParser(ParsedArguments& result) : result_(result) {
+    worker_ = app_.add_subcommand("script-worker", "Run scripts for a service");
+    worker_->group("");
+  }
+
+  void Parse(std::vector<std::string> arguments) {
+    std::reverse(arguments.begin(), arguments.end());  // CLI11 takes them from the end
+    try {
+      app_.parse(arguments);
+      Decide();
+    } catch (const CLI::CallForVersion& version) {
+      Print(version.what());
+    } catch (const CLI::CallForHelp&) {
+      Print(app_.help());
+    } catch (const CLI::ExtrasError& error) {
+      Refuse(error.what() + MeantWord(app_));
+    } catch (const CLI::ParseError& error) {
+      Refuse(error.what());
+    }
+  }
+
+ private:
+  void Decide() {
+    if (worker_->parsed()) {
+      result_.command = Command::kScriptWorker;
+    } else if (serve_.Parsed()) {
+      Accept(Command::kServe, serve_.Check());
+    } else if (run_.Parsed()) {
+      Accept(Command::kRun, run_.Check());
+    } else if (document_.Parsed()) {
+      Accept(Command::kRun, document_.Check());
+    } else if (download_.Parsed()) {
+      Accept(Command::kDownload, download_.Check());
+    } else if (session_.Parsed()) {
+      Accept(Command::kSession, session_.Check());
+    } else if (registry_.Parsed()) {
+      Accept(Command::kRegistry, registry_.Check());
+    } else if (describe_.Parsed()) {
+      Accept(Command::kDescribe, describe_.Check());
+    } else if (help_.AsksForVersion()) {
+      Print(kVersion);
+    } else if (help_.AsksForHelp()) {
+      PrintHelp();
+    } else {
+      Refuse("no command given");
+    }
+  }
+
+  void Accept(Command command, const char* wrong) {
+    if (wrong != nullptr) return Refuse(wrong);
+    result_.command = command;
+    result_.run = document_.Parsed() ? document_.Options() : run_.Options();
+    result_.download = download_.Options();
+    result_.session = session_.Options();
+    result_.serve = serve_.Options();
+    result_.registry = registry_.Options();
+    result_.describe = describe_.Options();
+    result_.json = result_.run.json || result_.download.json || result_.session.json ||
+                   result_.registry.json || result_.describe.json;
+  }
+
+  void PrintHelp() {
+    const std::string text = help_.Text();
+    if (text.empty()) return Refuse(help_.Wrong());
+    Print(text);
+  }
+
+  void Print(const std::string& text) {
+    result_.command = Command::kText;
+    result_.text = text;
+    if (result_.text.empty() || result_.text.back() != '\n') result_.text += '\n';
+  }
+
+  void Refuse(const std::string& text) {
+    result_.command = Command::kUsageError;
+    result_.text = text;
+    result_.hint = CommandPath() + " --help";
+  }
+
+  // "scriptwells registry get", as far as it was parsed.
+  std::string CommandPath() const {
+    std::string path = app_.get_name();
+    const CLI::App* command = &app_;
+    while (!command->get_subcommands().empty()) {
+      command = command->get_subcommands().back();
+      path += " " + command->get_name();
+    }
+    return path;
+  }
+
+  ParsedArguments& result_;
+  CLI::App app_{"Runs scripts on a Scriptwells server, or in a service inside this program.", "scriptwells"};
+  RunArguments run_{Prepared(app_), RunArguments::Kind::kScript};
+  RunArguments document_{app_, RunArguments::Kind::kDocument};
+  DownloadArguments download_{app_};
+  SessionCommandArguments session_{app_};
+  ServeArguments serve_{app_};
+  RegistryArguments registry_{app_};
+  DescribeArguments describe_{app_};
+  HelpArguments help_{app_};
+  CLI::App* worker_ = nullptr;
+};
+
+}  // namespace
+
+ParsedArguments ParseArguments(const std::vector<std::string>& arguments) {
+  ParsedArguments result;
+  ArgumentParser(result).Parse(arguments);
+  // Programs expect JSON also when parsing failed before the flag.
+  if (result.command == Command::kUsageError || result.command == Command::kText)
+    result.json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
+  return result;
+}
+
+}  // namespace qv::cli

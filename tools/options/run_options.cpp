@@ -1,0 +1,148 @@
+#include "tools/options/run_options.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <map>
+
+#include "tools/options/help_format.h"
+#include "tools/options/help_texts.h"
+#include "tools/output/csv_text.h"
+#include "tools/service/local_service.h"
+
+namespace qv::cli {
+
+namespace {
+
+const std::map<std::string, OutputFormat> kOutputs = {{"text", OutputFormat::kText},
+                                                      {"json", OutputFormat::kJson},
+                                                      {"table", OutputFormat::kTable},
+                                                      {"csv", OutputFormat::kCsv}};
+
+}  // namespace
+
+RunArguments::RunArguments(CLI::App& app, Kind kind) {
+  if (kind == Kind::kScript)
+    DefineScript(app);
+  else
+    DefineDocument(app);
+  DefineParameters();
+  session_.emplace(*command_, run_);
+  DefineOutput();
+}
+
+void RunArguments::DefineParameters() {
+  command_->add_option("-p,--parameter", run_.parameters, "A parameter of the script; may be repeated")
+      ->type_name("NAME=TYPE:VALUE")
+      ->take_all()
+      ->expected(1)
+      ->allow_extra_args(false);
+  command_->add_flag(
+      "--local", run_.local,
+      "Run in a service inside this program; nothing else is needed. A script has 5 s and 256 MiB "
+      "there; for more: serve --script-timeout, --script-memory, and --server. User and password are random, "
+      "so that nobody else can use it");
+}
+
+void RunArguments::DefineScript(CLI::App& app) {
+  command_ = app.add_subcommand("run", "Run a script on a server and print its answer");
+  SetHelp(*command_, kRunExamples, kValuesNotes);
+  command_->add_option("FILE", run_.file, "The script; - reads it from standard input")->type_name("");
+  code_ =
+      command_->add_option("-e,--eval", run_.code, "The script itself, in place of FILE")->type_name("CODE");
+  command_->add_option("--language", run_.language, "Language of the script")
+      ->capture_default_str()
+      ->type_name("NAME")
+      ->envname("SCRIPTWELLS_LANGUAGE");
+}
+
+void RunArguments::DefineDocument(CLI::App& app) {
+  run_.document = true;
+  command_ = app.add_subcommand("run-document", "Run a script document, which names its own language");
+  SetHelp(*command_, kDocumentExamples, kDocumentStart + ScriptNamespace() + kDocumentEnd + kValuesNotes);
+  command_->add_option("FILE", run_.file, "The script document, an XML file")->type_name("");
+}
+
+void RunArguments::DefineOutput() {
+  outputOption_ =
+      command_
+          ->add_option("-o,--output", output_, "How the answer is printed (environment: SCRIPTWELLS_OUTPUT)")
+          ->capture_default_str()
+          ->type_name("FORMAT")
+          ->check(CLI::IsMember(kOutputs));
+  null_ = command_->add_option("--null", run_.csvNull, "What CSV prints for no value; default: nothing")
+              ->type_name("TEXT");
+  save_ = command_
+              ->add_option("--save", run_.saveDirectory,
+                           "The answer is the URL of a file: download it into this directory, in the same "
+                           "session, and print its path")
+              ->type_name("DIR");
+  command_->add_flag(
+      "--force", run_.force,
+      "With --save: replace a file of the same name, and save a file whose name begins with '.'");
+}
+
+bool RunArguments::Parsed() const {
+  return command_->parsed();
+}
+
+const char* RunArguments::Check() {
+  const char* wrong = WrongWithOutput();
+  if (wrong == nullptr) wrong = WrongWithNull();
+  if (wrong == nullptr) wrong = WrongWithScript();
+  if (wrong == nullptr) wrong = WrongWithServer();
+  if (wrong == nullptr) wrong = WrongWithSave();
+  if (wrong == nullptr) wrong = session_->Check();
+  if (run_.local) run_.usid.clear();  // that of the environment belongs to a server
+  return wrong;
+}
+
+// The variable is only a default, so --json overrides it.
+const char* RunArguments::WrongWithOutput() {
+  const bool chosen = outputOption_->count() > 0;
+  const char* usual = std::getenv("SCRIPTWELLS_OUTPUT");
+  if (!chosen && !run_.json && usual != nullptr && *usual != '\0') output_ = usual;
+  const auto found = kOutputs.find(output_);
+  if (found == kOutputs.end()) return "SCRIPTWELLS_OUTPUT must be text, json, table or csv";
+  run_.output = run_.json ? OutputFormat::kJson : found->second;
+  if (chosen && found->second != run_.output) return "give --json or another --output, not both";
+  return nullptr;
+}
+
+const char* RunArguments::WrongWithNull() const {
+  if (null_->count() == 0) return nullptr;
+  if (run_.output != OutputFormat::kCsv) return "--null needs --output csv";
+  if (IsCsvNull(run_.csvNull)) return nullptr;
+  return "--null must be UTF-8 without commas, quotes, line ends, and blanks at its ends";
+}
+
+const char* RunArguments::WrongWithScript() const {
+  const bool hasFile = !run_.file.empty();
+  if (run_.document && !hasFile) return "no script document given (FILE)";
+  if (run_.document && run_.file == "-")
+    return "a script document is read by its name and cannot come from standard input";
+  if (run_.document) return nullptr;
+  if (hasFile && code_->count() > 0) return "give the script as FILE or with -e, not both";
+  if (!hasFile && code_->count() == 0) return "no script given (FILE, - or -e CODE)";
+  return nullptr;
+}
+
+// The variable is only a default, so --local overrides it.
+const char* RunArguments::WrongWithServer() {
+  if (run_.passwordFromInput && run_.file == "-")
+    return "standard input cannot hold both the script and the password";
+  if (run_.local && session_->HasServer()) return "give --local or --server, not both";
+  if (run_.local && session_->HasUsid()) return "a session of --local ends with it; use --usid with --server";
+  if (run_.local) run_.proxy.clear();
+  if (run_.local || session_->TakeServer()) return nullptr;
+  return "no server given (--local or --server URL)";
+}
+
+const char* RunArguments::WrongWithSave() const {
+  if (save_->count() == 0) return run_.force ? "--force needs --save" : nullptr;
+  if (run_.saveDirectory.empty()) return "--save must name a directory";
+  if (outputOption_->count() == 0) return nullptr;
+  if (run_.output == OutputFormat::kTable) return "--save prints a path, for which there is no table";
+  return run_.output == OutputFormat::kCsv ? "--save prints a path, for which there is no CSV" : nullptr;
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,53 @@
+// The options of `run` and of `run-document`, which differ in the script only.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "tools/input/parsed_options.h"
+#include "tools/options/session_options.h"
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
+
+namespace qv::cli {
+
+class RunArguments {
+ public:
+  enum class Kind { kScript, kDocument };
+
+  // Adds the command to `app`, which owns it. Parsing sets the options of this object.
+  RunArguments(CLI::App& app, Kind kind);
+  RunArguments(const RunArguments&) = delete;
+  RunArguments& operator=(const RunArguments&) = delete;
+
+  bool Parsed() const;
+  // To be called once, after parsing: applies the environment and checks options that depend on each other.
+  // Returns an error message, or null.
+  const char* Check();
+  const RunOptions& Options() const { return run_; }
+
+ private:
+  void DefineScript(CLI::App& app);
+  void DefineDocument(CLI::App& app);
+  void DefineParameters();
+  void DefineOutput();
+  const char* WrongWithOutput();
+  const char* WrongWithNull() const;
+  const char* WrongWithScript() const;
+  const char* WrongWithServer();
+  const char* WrongWithSave() const;
+
+  RunOptions run_;
+  std::string output_ = "text";
+  CLI::App* command_ = nullptr;
+  std::optional<SessionArguments> session_;
+  CLI::Option* code_ = nullptr;  // null for a document
+  CLI::Option* outputOption_ = nullptr;
+  CLI::Option* null_ = nullptr;
+  CLI::Option* save_ = nullptr;
+};
+
+}  // namespace qv::cli

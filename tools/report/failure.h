@@ -1,0 +1,86 @@
+// A failure on its way to the user: exit status and message.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "qvscriptwells/com_error.h"
+#include "qvscriptwells/result_codes.h"
+
+namespace qv::cli {
+
+// The exit codes of the program. Scripts compare these numbers.
+enum class ExitStatus : int {
+  kOk = 0,
+  kFault = 1,          // the script or the server reported a fault; also a failure of the program itself
+  kUsage = 2,          // an invalid command line
+  kUnreachable = 3,    // the server was not reached, the connection broke, or TLS refused it
+  kTimeout = 4,        // the server was silent for too long
+  kRefused = 5,        // the server refused the session
+  kLocal = 6,          // a local file or a parameter
+  kAnswer = 7,         // an answer came and was not understood
+  kInterrupted = 130,  // as shells report SIGINT
+};
+
+// `status` is never kOk. `message` is UTF-8 without the program's name and without a full stop.
+class Failure : public std::exception {
+ public:
+  Failure(ExitStatus status, std::string message) : status_(status), message_(std::move(message)) {}
+  // A fault that the server reported, with its result code.
+  Failure(ExitStatus status, std::string message, HRESULT code)
+      : status_(status), message_(std::move(message)), code_(code) {}
+
+  // The same failure with `more` at the end of its message.
+  Failure With(const std::string& more) const {
+    Failure longer = *this;
+    longer.message_ += more;
+    return longer;
+  }
+
+  // The same failure with `kind` in place of the name of its status. Borrowed: a literal.
+  Failure Called(const char* kind) const {
+    Failure renamed = *this;
+    renamed.kind_ = kind;
+    return renamed;
+  }
+
+  // The same failure without a message: only the exit status reports it.
+  Failure Silent() const {
+    Failure silent = *this;
+    silent.isSilent_ = true;
+    return silent;
+  }
+
+  bool IsSilent() const noexcept { return isSilent_; }
+  ExitStatus Status() const noexcept { return status_; }
+  // The kind that Called gave; else null.
+  const char* OwnKind() const noexcept { return kind_; }
+  const std::string& Message() const noexcept { return message_; }
+  // The code, if it says more than the message.
+  const std::optional<HRESULT>& Code() const noexcept { return code_; }
+  const char* what() const noexcept override { return message_.c_str(); }
+
+ private:
+  ExitStatus status_;
+  std::string message_;
+  std::optional<HRESULT> code_;
+  const char* kind_ = nullptr;
+  bool isSilent_ = false;
+};
+
+// "script fault", "timeout", ...: one short name per status, for people and for JSON.
+const char* StatusName(ExitStatus status);
+
+// The server's error number in a fault: the code without the bits that every fault has.
+std::uint32_t FaultNumber(HRESULT code);
+
+// "0x80040005"
+std::string HexCode(HRESULT code);
+
+// The error's message as UTF-8, or "failure 0x80004005" if it has none.
+std::string MessageOf(const _com_error& error);
+
+}  // namespace qv::cli

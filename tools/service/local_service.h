@@ -1,0 +1,30 @@
+// The development service as this program runs it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "devservice/service.h"
+
+namespace qv::cli {
+
+// The command that starts this program as a script worker. Throws Failure (kLocal) if the program's path is
+// unknown.
+std::vector<std::string> WorkerCommand();
+
+// The host of all namespaces, set by the build, such as "http://quorvane.example".
+std::string NamespaceHost();
+
+// The namespace of script documents, on that host.
+std::string ScriptNamespace();
+
+// The options that all services of this program share: worker and namespaces. Throws as WorkerCommand.
+devservice::ServiceOptions CommonServiceOptions();
+
+// A random user name and password. Throws Failure (kLocal) if the system has no random numbers.
+devservice::ServiceUser RandomUser();
+
+// Starts the service. Throws Failure (kLocal).
+void StartService(devservice::Service& service);
+
+}  // namespace qv::cli

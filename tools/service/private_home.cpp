@@ -1,0 +1,96 @@
+#include "tools/service/private_home.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "tools/report/failure.h"
+#include "tools/service/home_directory.h"
+#include "tools/system/interrupt.h"
+
+namespace qv::cli {
+
+namespace {
+
+constexpr std::size_t kLongestPath = 256;
+constexpr std::size_t kMostPaths = 5;
+
+// What a signal handler removes: files, then directories. Empty texts are unused.
+char g_files[kMostPaths][kLongestPath];
+char g_directories[kMostPaths][kLongestPath];
+
+void RemoveAtOnce() {
+  for (const auto& file : g_files)
+    if (file[0] != '\0') unlink(file);
+  for (const auto& directory : g_directories)
+    if (directory[0] != '\0') rmdir(directory);
+}
+
+void Keep(char (&slot)[kLongestPath], const std::string& path) {
+  if (path.size() < kLongestPath) slot[path.copy(slot, path.size())] = '\0';
+}
+
+std::vector<std::string> Places() {
+  std::vector<std::string> places;
+  for (const char* name : {"TEMP", "TMP"}) {
+    const char* value = std::getenv(name);
+    if (value != nullptr && value[0] == '/') places.emplace_back(value);
+  }
+  places.emplace_back("/tmp");
+  return places;
+}
+
+// Empty if that fails, or if the library could not open scripts below it.
+std::string MakeIn(const std::string& place) {
+  std::string path = place + "/scriptwells-XXXXXX";
+  try {
+    CheckHomePath(path);
+  } catch (const Failure&) {
+    return "";
+  }
+  return ::mkdtemp(path.data()) != nullptr ? path : "";
+}
+
+}  // namespace
+
+PrivateHome::PrivateHome() {
+  for (const std::string& place : Places())
+    if (path_.empty()) path_ = MakeIn(place);
+  if (path_.empty()) throw Failure(ExitStatus::kLocal, "cannot make a temporary directory");
+  try {
+    Fill();
+  } catch (...) {
+    Remove();
+    throw;
+  }
+}
+
+PrivateHome::~PrivateHome() {
+  Remove();
+}
+
+void PrivateHome::Fill() {
+  const std::string registry = path_ + "/registry.reg";
+  const std::vector<std::string> scripts = UploadScripts(path_);
+  Keep(g_files[0], registry);
+  Keep(g_files[1], scripts[0]);
+  Keep(g_files[2], scripts[1]);
+  Keep(g_directories[0], std::filesystem::path(scripts[0]).parent_path().string());
+  Keep(g_directories[1], path_);
+  OnForcedExit(&RemoveAtOnce);
+  variable_.emplace(registry);
+  SetHomeDirectory(path_);
+  InstallMissingScripts(path_);
+}
+
+void PrivateHome::Remove() noexcept {
+  variable_.reset();
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+  OnForcedExit(nullptr);
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,14 @@
+// The console output of scripts that run in a service of this program.
+#pragma once
+
+#include <iosfwd>
+
+#include "devservice/values/console_message.h"
+
+namespace qv::cli {
+
+// Writes each message to `err`, which must outlive the sink: "console.log: text" for each of its lines, with
+// unsafe characters escaped; as JSON {"console": {"level": "log", "text": ...}}.
+devservice::ConsoleSink WriteConsole(bool asJson, std::ostream& err);
+
+}  // namespace qv::cli

@@ -1,0 +1,96 @@
+#include "tools/system/interrupt.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <string>
+
+#include "tools/report/failure.h"
+
+namespace qv::cli {
+
+namespace {
+
+constexpr unsigned kSecondsToLeave = 5;
+
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
+std::atomic<bool> g_interrupted{false};
+using CleanUp = void (*)();
+static_assert(std::atomic<CleanUp>::is_always_lock_free, "a signal handler may not wait");
+std::atomic<CleanUp> g_cleanUp{nullptr};
+
+// The handler writes a byte that nobody reads, so that a poll returns also when the signal came just before
+// it.
+int g_pipe[2] = {-1, -1};
+
+// Everything here is allowed in a signal handler.
+[[noreturn]] void LeaveAtOnce() {
+  if (const CleanUp cleanUp = g_cleanUp) cleanUp();
+  _exit(static_cast<int>(ExitStatus::kInterrupted));
+}
+
+extern "C" void OnInterrupt(int) {
+  const int error = errno;
+  if (g_interrupted.exchange(true)) LeaveAtOnce();
+  alarm(kSecondsToLeave);
+  const char byte = 0;
+  [[maybe_unused]] const ssize_t written = write(g_pipe[1], &byte, 1);
+  errno = error;
+}
+
+extern "C" void OnAlarm(int) {
+  LeaveAtOnce();
+}
+
+void Handle(int signal, void (*handler)(int)) {
+  struct sigaction action = {};
+  action.sa_handler = handler;  // without SA_RESTART: a blocking read has to return
+  sigemptyset(&action.sa_mask);
+  sigaction(signal, &action, nullptr);
+}
+
+// Waits for the descriptor or a signal; poll passes over a negative descriptor.
+void WaitForEither(int descriptor) {
+  pollfd waits[] = {{descriptor, POLLIN, 0}, {g_pipe[0], POLLIN, 0}};
+  while (poll(waits, 2, -1) < 0 && errno == EINTR && !Interrupted()) {
+  }
+}
+
+}  // namespace
+
+void WatchForInterrupt() {
+  if (pipe2(g_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+    throw Failure(ExitStatus::kLocal, std::string("cannot make a pipe: ") + std::strerror(errno));
+  Handle(SIGINT, OnInterrupt);
+  Handle(SIGTERM, OnInterrupt);
+  Handle(SIGALRM, OnAlarm);
+  Handle(SIGPIPE, SIG_IGN);
+}
+
+bool Interrupted() noexcept {
+  return g_interrupted;
+}
+
+void OnForcedExit(void (*cleanUp)()) noexcept {
+  g_cleanUp = cleanUp;
+}
+
+void ThrowIfInterrupted() {
+  if (Interrupted()) throw Failure(ExitStatus::kInterrupted, "interrupted");
+}
+
+void WaitReadable(int descriptor) {
+  WaitForEither(descriptor);
+  ThrowIfInterrupted();
+}
+
+void WaitForInterrupt() {
+  WaitForEither(-1);
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,27 @@
+// Ctrl-C and SIGTERM.
+#pragma once
+
+namespace qv::cli {
+
+// Installs the signal handlers; once per process. The first signal is kept and ends the waits below, so that
+// the program can close its session and exit. A second signal, or 5 seconds after the first, exits at once
+// with status 130. Writing to a closed pipe fails without a signal. Throws Failure (kLocal).
+void WatchForInterrupt();
+
+bool Interrupted() noexcept;
+
+// `cleanUp` is called before a signal ends the program at once; it may do only what a signal handler may.
+// Null removes it.
+void OnForcedExit(void (*cleanUp)()) noexcept;
+
+// Throws Failure (kInterrupted) after a signal.
+void ThrowIfInterrupted();
+
+// Waits until a read of `descriptor` would not block. Throws Failure (kInterrupted) after a signal, also
+// after one that came before the call.
+void WaitReadable(int descriptor);
+
+// Waits for the first signal. The program then has 5 seconds to exit.
+void WaitForInterrupt();
+
+}  // namespace qv::cli
