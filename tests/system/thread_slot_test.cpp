@@ -1,3 +1,4 @@
+// One pointer for each thread, dropped with its thread.
 #include "system/thread_slot.h"
 
 #include <gtest/gtest.h>
@@ -10,9 +11,8 @@ namespace {
 
 int dropped = 0;
 
-void Count(void* place) {
+void Count(void* /*place*/) {
   ++dropped;
-  static_cast<void>(place);
 }
 
 class ThreadSlotTest : public testing::Test {
@@ -36,7 +36,7 @@ TEST_F(ThreadSlotTest, KeepsOnePointerForEachThread) {
   EXPECT_TRUE(slot.Set(nullptr));
 }
 
-TEST_F(ThreadSlotTest, WhatWasTakenOutIsNotDropped) {
+TEST_F(ThreadSlotTest, PointerThatIsTakenOutIsNotDropped) {
   ThreadSlot slot(&Count);
   int place = 0;
   std::thread([&] {

@@ -1,9 +1,11 @@
+// The exception of the library: its code, its message, and copies of it.
 #include "qvscriptwells/e_qv_exception.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 #include "fixtures/scarce_memory.h"
 #include "support/print_wide_string.h"
@@ -11,41 +13,28 @@
 namespace qv {
 namespace {
 
-struct Merged {
-  std::uint32_t given;
-  std::uint32_t stored;
-};
-
-const Merged kMerged[] = {
-    {0x00000000, 0x00000000}, {0x00000001, 0x80040001}, {0x00000005, 0x80040005}, {0x00040000, 0x80040000},
-    {0x80000000, 0x80040000}, {0x80004005, 0x80044005}, {0x80020009, 0x80060009}, {0x80040005, 0x80040005},
-    {0x80070057, 0x80070057}, {0x7FFFFFFF, 0xFFFFFFFF}, {0xFFFFFFFF, 0xFFFFFFFF}, {0x000003E8, 0x800403E8},
-};
-
 TEST(EQvException, CodeGetsTheBitsOfItsFacilityUnlessItIsZero) {
-  for (const Merged& row : kMerged) {
-    const EQvException error(u"words", static_cast<HRESULT>(row.given));
-    EXPECT_EQ(static_cast<std::uint32_t>(error.Code()), row.stored) << std::hex << row.given;
-  }
+  const std::pair<std::uint32_t, std::uint32_t> rows[] = {
+      {0x00000000, 0x00000000}, {0x00000001, 0x80040001}, {0x00000005, 0x80040005}, {0x00040000, 0x80040000},
+      {0x80000000, 0x80040000}, {0x80004005, 0x80044005}, {0x80020009, 0x80060009}, {0x80040005, 0x80040005},
+      {0x80070057, 0x80070057}, {0x7FFFFFFF, 0xFFFFFFFF}, {0xFFFFFFFF, 0xFFFFFFFF}, {0x000003E8, 0x800403E8}};
+  for (const auto& [given, stored] : rows)
+    EXPECT_EQ(static_cast<std::uint32_t>(EQvException(u"message", static_cast<HRESULT>(given)).Code()),
+              stored)
+        << std::hex << given;
+  EXPECT_EQ(EQvException(u"message").Code(), 0);
 }
 
-TEST(EQvException, CodeIsZeroWhenNotGiven) {
-  EXPECT_EQ(EQvException(u"words").Code(), 0);
-}
-
-TEST(EQvException, WordsStayAsTheyAre) {
+TEST(EQvException, MessageStaysAsItIs) {
   EXPECT_EQ(EQvException(u"The are no parameters.").Description(), u"The are no parameters.");
   EXPECT_TRUE(EQvException(WideString(), 5).Description().IsNull());
   EXPECT_FALSE(EQvException(u"").Description().IsNull());
 }
 
-TEST(EQvException, WhatIsTheMessageInUtf8) {
+TEST(EQvException, WhatIsTheMessageInUtf8OrTheCode) {
   const EQvException error(u"Can\u2019t find caf\u00E9", 5);
   const std::exception& base = error;
   EXPECT_STREQ(base.what(), "Can\xE2\x80\x99t find caf\xC3\xA9");
-}
-
-TEST(EQvException, WhatIsTheCodeWhenThereIsNoMessage) {
   EXPECT_STREQ(EQvException(WideString(), 5).what(), "0x80040005");
   EXPECT_STREQ(EQvException(u"", 5).what(), "0x80040005");
   EXPECT_STREQ(EQvException(WideString()).what(), "0x00000000");
@@ -73,10 +62,10 @@ TEST(EQvException, CopyCostsNoMemoryAndKeepsTheText) {
   EXPECT_FALSE(ScarceMemory::HasRefused());
 }
 
-TEST(EQvException, CopyKeepsWordsAndCode) {
-  const EQvException error(u"words", 5);
+TEST(EQvException, CopyKeepsMessageAndCode) {
+  const EQvException error(u"message", 5);
   const EQvException copy(error);
-  EXPECT_EQ(copy.Description(), u"words");
+  EXPECT_EQ(copy.Description(), u"message");
   EXPECT_EQ(static_cast<std::uint32_t>(copy.Code()), 0x80040005u);
 }
 

@@ -1,3 +1,4 @@
+// Blocks of units, with and without the secret mark, and texts joined in one block.
 #include "text/string_block.h"
 
 #include <gtest/gtest.h>
@@ -8,130 +9,145 @@
 #include <string_view>
 
 #include "fixtures/scarce_memory.h"
-#include "qvscriptwells/com_error.h"
+#include "fixtures/thrown.h"
+#include "qvscriptwells/secret_text.h"
 #include "text/join_text.h"
 
 namespace qv {
 namespace {
 
-void Write(BStr text, std::u16string_view units) {
-  units.copy(text, units.size());
-  SetStringLength(text, units.size());
-}
+constexpr char kOutOfMemory[] = "_com_error 0x8007000E <null>";
 
-std::u16string_view View(BStr text) {
-  return {text, StringLength(text)};
-}
+// A block of its own, freed with the object.
+struct Block {
+  explicit Block(std::size_t capacity, std::u16string_view units = {}) : text(NewStringBlock(capacity)) {
+    if (!units.empty()) Write(units);
+  }
+  explicit Block(std::u16string_view units) : Block(units.size(), units) {}
+  Block(const Block&) = delete;
+  Block& operator=(const Block&) = delete;
+  ~Block() { FreeString(text); }
+
+  void Write(std::u16string_view units) const {
+    units.copy(text, units.size());
+    SetStringLength(text, units.size());
+  }
+  void Resize(std::size_t capacity) { text = ResizeStringBlock(text, capacity); }
+  // Closed with null.
+  void Expect(std::u16string_view units) const {
+    EXPECT_EQ(std::u16string_view(text, StringLength(text)), units);
+    EXPECT_EQ(text[units.size()], u'\0');
+  }
+
+  BStr text;
+};
 
 TEST(StringBlock, FreshBlockIsEmptyWithOneOwner) {
-  BStr text = NewStringBlock(10);
-  ASSERT_NE(text, nullptr);
-  EXPECT_EQ(StringLength(text), 0u);
-  EXPECT_FALSE(IsShared(text));
-  FreeString(text);
+  const Block block(10);
+  ASSERT_NE(block.text, nullptr);
+  EXPECT_EQ(StringLength(block.text), 0u);
+  EXPECT_FALSE(IsShared(block.text));
 }
 
-TEST(StringBlock, CapacityMayBeFilledToTheLastUnit) {
-  BStr text = NewStringBlock(5);
-  Write(text, u"abcde");
-  EXPECT_EQ(View(text), u"abcde");
-  EXPECT_EQ(text[5], u'\0');
-  FreeString(text);
+TEST(StringBlock, CapacityMayBeFilledToTheLastUnitAndCutAgain) {
+  const Block block(u"abcde");
+  block.Expect(u"abcde");
+  SetStringLength(block.text, 2);
+  block.Expect(u"ab");
+  const Block none(0);
+  SetStringLength(none.text, 0);
+  none.Expect(u"");
 }
 
-TEST(StringBlock, ZeroCapacityHoldsTheClosingNull) {
-  BStr text = NewStringBlock(0);
-  SetStringLength(text, 0);
-  EXPECT_EQ(text[0], u'\0');
-  FreeString(text);
-}
-
-TEST(StringBlock, SettingAShorterLengthCutsTheText) {
-  BStr text = NewStringBlock(5);
-  Write(text, u"abcde");
-  SetStringLength(text, 2);
-  EXPECT_EQ(View(text), u"ab");
-  EXPECT_EQ(text[2], u'\0');
-  FreeString(text);
-}
-
-TEST(StringBlock, GrowingKeepsUnitsAndLength) {
-  BStr text = NewStringBlock(3);
-  Write(text, u"abc");
-  text = ResizeStringBlock(text, 1000);
-  EXPECT_EQ(View(text), u"abc");
-  Write(text, std::u16string(1000, u'x'));
-  EXPECT_EQ(StringLength(text), 1000u);
-  EXPECT_EQ(text[1000], u'\0');
-  FreeString(text);
-}
-
-TEST(StringBlock, ShrinkingToTheLengthKeepsUnitsAndLength) {
-  BStr text = NewStringBlock(1000);
-  Write(text, u"abc");
-  text = ResizeStringBlock(text, 3);
-  EXPECT_EQ(View(text), u"abc");
-  EXPECT_EQ(text[3], u'\0');
-  FreeString(text);
+TEST(StringBlock, ResizingKeepsUnitsAndLength) {
+  Block block(u"abc");
+  block.Resize(1000);
+  block.Expect(u"abc");
+  block.Write(std::u16string(1000, u'x'));
+  block.Expect(std::u16string(1000, u'x'));
+  Block shrunk(1000, u"abc");
+  shrunk.Resize(3);
+  shrunk.Expect(u"abc");
 }
 
 TEST(StringBlock, SharingAddsAnOwnerAndFreeingTakesOneAway) {
-  BStr text = NewStringBlock(3);
-  Write(text, u"abc");
-  EXPECT_EQ(ShareString(text), text);
-  EXPECT_TRUE(IsShared(text));
-  FreeString(text);
-  EXPECT_FALSE(IsShared(text));
-  EXPECT_EQ(View(text), u"abc");
-  FreeString(text);
-}
-
-TEST(StringBlock, SharingNullGivesNull) {
+  const Block block(u"abc");
+  EXPECT_EQ(ShareString(block.text), block.text);
+  EXPECT_TRUE(IsShared(block.text));
+  FreeString(block.text);
+  EXPECT_FALSE(IsShared(block.text));
+  block.Expect(u"abc");
   EXPECT_EQ(ShareString(nullptr), nullptr);
 }
 
-TEST(StringBlock, SizeThatNoMemoryHoldsRaisesOutOfMemory) {
+TEST(StringBlock, SizeThatNoMemoryHoldsRaisesOutOfMemoryAndLeavesTheBlockGood) {
+  Block block(u"abc");
   for (const std::size_t capacity : {SIZE_MAX, SIZE_MAX - 1, SIZE_MAX / 2, SIZE_MAX / 2 - 1}) {
-    try {
-      FreeString(NewStringBlock(capacity));
-      ADD_FAILURE() << "no failure for " << capacity;
-    } catch (const _com_error& error) {
-      EXPECT_EQ(error.Error(), E_OUTOFMEMORY);
-    }
+    EXPECT_EQ(Thrown([capacity] { const Block large(capacity); }).substr(0, 21), "_com_error 0x8007000E")
+        << capacity;
+    EXPECT_EQ(Thrown([&] { block.Resize(capacity); }).substr(0, 21), "_com_error 0x8007000E") << capacity;
+    block.Expect(u"abc");
   }
 }
 
-TEST(StringBlock, FailedResizeLeavesTheBlockGood) {
-  BStr text = NewStringBlock(3);
-  Write(text, u"abc");
-  try {
-    text = ResizeStringBlock(text, SIZE_MAX / 2);
-    ADD_FAILURE() << "no failure";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), E_OUTOFMEMORY);
-  }
-  EXPECT_EQ(View(text), u"abc");
-  FreeString(text);
+TEST(SecretText, NoTextIsOneUnlessItIsMarkedOnAllCopies) {
+  const WideString before(u"word");
+  EXPECT_FALSE(IsSecret(before.data()));
+  const WideString marked = before;
+  MarkSecret(marked);
+  const WideString after = marked;
+  EXPECT_TRUE(IsSecret(before.data()));
+  EXPECT_TRUE(IsSecret(after.data()));
+  EXPECT_EQ(before, WideString(u"word"));
+  MarkSecret(nullptr);
+  MarkSecret(WideString());
+  EXPECT_FALSE(IsSecret(nullptr));
 }
 
-TEST(JoinText, PiecesStandOneAfterTheOther) {
+TEST(SecretText, CopyThatDetachMakesIsMarked) {
+  WideString text(u"word");
+  const WideString other = text;
+  MarkSecret(text);
+  BStr detached = text.Detach();
+  EXPECT_NE(detached, other.data());
+  EXPECT_TRUE(IsSecret(detached));
+  FreeString(detached);
+}
+
+TEST(SecretText, ReplacedTextAndResizedBlockKeepTheMark) {
+  Block block(u"word");
+  MarkSecret(block.text);
+  block.Resize(1000);
+  EXPECT_TRUE(IsSecret(block.text));
+  block.Expect(u"word");
+  block.Resize(2);
+  block.Expect(u"wo");
+  ASSERT_TRUE(ReplaceString(&block.text, u"other"));
+  EXPECT_TRUE(IsSecret(block.text));
+  block.Expect(u"other");
+}
+
+TEST(SecretText, FrontStaysWhereTheRestIsResizedOrCannotBe) {
+  Block block(u"word and more");
+  MarkSecretFront(block.text, 4);
+  for (const std::size_t capacity : {std::size_t{100000}, std::size_t{20}, std::size_t{13}}) {
+    block.Resize(capacity);
+    EXPECT_TRUE(IsSecret(block.text));
+    block.Expect(u"word and more");
+  }
+  EXPECT_EQ(Thrown([&] { block.Resize(SIZE_MAX / 2); }).substr(0, 21), "_com_error 0x8007000E");
+  block.Expect(u"word and more");
+}
+
+TEST(JoinText, PiecesFollowEachOtherInATextThatIsNeverNull) {
   EXPECT_EQ(JoinText({u"a", u"", std::u16string_view(u"\0b", 2), u"c"}).view(),
             std::u16string_view(u"a\0bc", 4));
   EXPECT_EQ(JoinText({u"abc", u"def"}).data()[6], u'\0');
-}
-
-TEST(JoinText, OfNothingIsEmptyAndNotNull) {
   EXPECT_FALSE(JoinText({}).IsNull());
   EXPECT_TRUE(JoinText({}).IsEmpty());
   EXPECT_FALSE(JoinText({std::u16string_view(), std::u16string_view()}).IsNull());
-}
-
-TEST(JoinText, WithoutMemoryIsOutOfMemory) {
-  EXPECT_EQ(ThrownWithout(Memory::kBoth,
-                          [] {
-                            JoinText({u"a text of", u" some length"});
-                          }),
-            std::set<std::string>{"_com_error 0x8007000E <null>"});
+  const auto join = [] { JoinText({u"a text of", u" some length"}); };
+  EXPECT_EQ(ThrownWithout(Memory::kBoth, join), std::set<std::string>{kOutOfMemory});
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+// Raw strings, and the counted text that owns one.
 #include "qvscriptwells/wide_string.h"
 
 #include <gtest/gtest.h>
@@ -44,41 +45,21 @@ TEST(RawString, LengthThatNoMemoryHoldsGivesNull) {
     EXPECT_EQ(AllocString(nullptr, length), nullptr) << length;
 }
 
-TEST(RawString, LengthOfNullIsZero) {
+TEST(RawString, NullHasNoLengthAndMayBeFreed) {
   EXPECT_EQ(StringLength(nullptr), 0u);
-}
-
-TEST(RawString, NullMayBeFreed) {
   EXPECT_NO_FATAL_FAILURE(FreeString(nullptr));
 }
 
-TEST(RawString, ReplaceTakesNullTexts) {
-  BStr text = nullptr;
-  EXPECT_TRUE(ReplaceString(&text, u"user"));
-  EXPECT_EQ(std::u16string_view(text, StringLength(text)), u"user");
-  FreeString(text);
-}
-
+// Also null, and a piece of the text itself.
 TEST(RawString, ReplaceExchangesTheText) {
-  BStr text = AllocString(nullptr, 256);
-  EXPECT_TRUE(ReplaceString(&text, u"a\0b"sv));
-  EXPECT_EQ(StringLength(text), 3u);
-  EXPECT_EQ(std::u16string_view(text, 3), u"a\0b"sv);
-  FreeString(text);
-}
-
-TEST(RawString, ReplaceTakesAPieceOfTheTextItself) {
-  BStr text = AllocString(u"abcdef", 6);
+  BStr text = nullptr;
+  for (const std::u16string_view units : {u"user"sv, u"a\0b"sv, u""sv, u"abcdef"sv}) {
+    EXPECT_TRUE(ReplaceString(&text, units));
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(std::u16string_view(text, StringLength(text)), units);
+  }
   EXPECT_TRUE(ReplaceString(&text, std::u16string_view(text + 2, 3)));
   EXPECT_EQ(std::u16string_view(text, StringLength(text)), u"cde");
-  FreeString(text);
-}
-
-TEST(RawString, ReplaceWithEmptyIsNotNull) {
-  BStr text = AllocString(u"abc", 3);
-  EXPECT_TRUE(ReplaceString(&text, {}));
-  ASSERT_NE(text, nullptr);
-  EXPECT_EQ(StringLength(text), 0u);
   FreeString(text);
 }
 
@@ -91,11 +72,10 @@ TEST(WideString, FreshOneIsNull) {
   EXPECT_EQ(text.view(), u""sv);
 }
 
-TEST(WideString, NullPointerStaysNull) {
+TEST(WideString, OnlyANullPointerIsNull) {
   EXPECT_TRUE(WideString(static_cast<const char16_t*>(nullptr)).IsNull());
-}
-
-TEST(WideString, EmptyLiteralIsEmptyAndNotNull) {
+  EXPECT_FALSE(WideString(std::u16string_view()).IsNull());
+  EXPECT_FALSE(WideString(std::u16string()).IsNull());
   const WideString text(u"");
   EXPECT_FALSE(text.IsNull());
   EXPECT_TRUE(text.IsEmpty());
@@ -103,26 +83,11 @@ TEST(WideString, EmptyLiteralIsEmptyAndNotNull) {
   EXPECT_EQ(text.data()[0], u'\0');
 }
 
-TEST(WideString, ViewIsNeverNull) {
-  EXPECT_FALSE(WideString(std::u16string_view()).IsNull());
-  EXPECT_FALSE(WideString(std::u16string()).IsNull());
-}
-
-TEST(WideString, PointerIsReadUpToTheFirstNull) {
+TEST(WideString, PointerIsReadUpToTheFirstNullAndAViewWithAllUnits) {
   EXPECT_EQ(WideString(u"ab\0cd").view(), u"ab"sv);
-}
-
-TEST(WideString, ViewIsTakenWithAllUnits) {
   EXPECT_EQ(WideString(u"ab\0cd\0"sv).view(), u"ab\0cd\0"sv);
   EXPECT_EQ(WideString(std::u16string(u"ab\0cd", 5)).size(), 5u);
-}
-
-TEST(WideString, DataIsClosedWithNull) {
-  const WideString text(std::u16string_view(u"abcdef").substr(0, 3));
-  EXPECT_EQ(text.data()[3], u'\0');
-}
-
-TEST(WideString, LengthCountsUnitsAndNotCharacters) {
+  EXPECT_EQ(WideString(std::u16string_view(u"abcdef").substr(0, 3)).data()[3], u'\0');
   EXPECT_EQ(WideString(u"\U0001F600").size(), 2u);
 }
 
@@ -135,21 +100,17 @@ TEST(WideString, CopySharesTheText) {
   EXPECT_EQ(assigned.data(), text.data());
 }
 
-TEST(WideString, CopyOutlivesTheOriginal) {
+TEST(WideString, CopyOutlivesTheOriginalAndMayBeNull) {
   WideString copy;
   {
     const WideString text(u"abc");
     copy = text;
   }
   EXPECT_EQ(copy.view(), u"abc"sv);
-}
-
-TEST(WideString, CopyOfNullIsNull) {
   const WideString null;
   EXPECT_TRUE(WideString(null).IsNull());
-  WideString text(u"abc");
-  text = null;
-  EXPECT_TRUE(text.IsNull());
+  copy = null;
+  EXPECT_TRUE(copy.IsNull());
 }
 
 TEST(WideString, MoveTakesTheTextAndLeavesNull) {
@@ -179,16 +140,17 @@ TEST(WideString, AttachTakesTheBlockOver) {
   EXPECT_TRUE(WideString::Attach(nullptr).IsNull());
 }
 
-TEST(WideString, DetachHandsTheOnlyBlockOut) {
+TEST(WideString, DetachReturnsTheOnlyBlock) {
   WideString text(u"abc");
   const char16_t* units = text.data();
   BStr raw = text.Detach();
   EXPECT_EQ(raw, units);
   EXPECT_TRUE(text.IsNull());
   FreeString(raw);
+  EXPECT_EQ(WideString().Detach(), nullptr);
 }
 
-TEST(WideString, DetachOfASharedTextHandsOutACopy) {
+TEST(WideString, DetachOfASharedTextReturnsACopy) {
   WideString text(u"a\0b"sv);
   const WideString other(text);
   BStr raw = text.Detach();
@@ -200,17 +162,10 @@ TEST(WideString, DetachOfASharedTextHandsOutACopy) {
   FreeString(raw);
 }
 
-TEST(WideString, DetachOfNullIsNull) {
-  EXPECT_EQ(WideString().Detach(), nullptr);
-}
-
-TEST(WideString, NullAndEmptyAreEqual) {
+TEST(WideString, EqualityLooksAtAllUnitsAndNullIsEmpty) {
   EXPECT_TRUE(WideString() == WideString(u""));
   EXPECT_FALSE(WideString() != WideString(u""));
   EXPECT_FALSE(WideString() == WideString(u"a"));
-}
-
-TEST(WideString, EqualityLooksAtAllUnits) {
   EXPECT_TRUE(WideString(u"a\0b"sv) == WideString(u"a\0b"sv));
   EXPECT_TRUE(WideString(u"a\0b"sv) != WideString(u"a\0c"sv));
   EXPECT_TRUE(WideString(u"a"sv) != WideString(u"a\0"sv));
