@@ -34,7 +34,7 @@ constexpr Ratio kRatios[] = {
     {"encode/special_5_percent", "encode/copy", 0},
 };
 
-// Names end in "/iterations:1", "/real_time" and "/manual_time" where the benchmark was told to go by these.
+// Names end in "/iterations:1", "/real_time" and "/manual_time" where the benchmark goes by these.
 std::string PlainName(const std::string& name) {
   return name.substr(0, std::min({name.find("/iterations:"), name.find("/repeats:"), name.find("/real_time"),
                                   name.find("/manual_time")}));

@@ -15,8 +15,8 @@ namespace {
 constexpr std::size_t kSmall = 200;
 constexpr std::size_t kLarge = 1'000'000;
 
-// A model with a session that nobody asked the server for, so that every request is an Execute. Never
-// destroyed: the end of any model takes the formaters of the process with it.
+// A model with a session that the server did not open, so that every request is an Execute. Never destroyed:
+// the end of any model removes the formaters of the process.
 IConnectionModel* Model(const std::string& server) {
   IConnectionModel* const model = CreateConnectionModel().detach();
   const IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model);

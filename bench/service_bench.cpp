@@ -20,8 +20,7 @@ constexpr char16_t kScript[] =
     u"== 0}))";
 constexpr char kSampleSession[] = "5f3c6f1e0f8d4c3ba1d2e3f405162738";
 
-// The service, and one session on it. Never ended: the end of any model takes the formaters of the process
-// with it.
+// The service, and one session on it. Never ended: the end of any model removes the formaters of the process.
 struct Table {
   Table() : service(Options()) {
     service.Start();

@@ -71,7 +71,7 @@ class HttpTest : public ::testing::Test {
   // An exchange that gives this text, or fails in this way.
   void ExpectText(const std::string& text);
   void ExpectFailure(std::int32_t length, const std::string& step, HRESULT code, const std::string& words);
-  // Sends this many bytes on a connection of its own; the result.
+  // Sends this many bytes on a new connection; the result.
   HRESULT SendMany(std::size_t bytes);
   // One request gets an answer with this body, or these bytes; then the server waits for the client to close.
   void Answer(const std::string& body) { server_.Expect(RawScript().Answer(body)); }
