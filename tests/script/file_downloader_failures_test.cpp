@@ -3,6 +3,7 @@
 #include <string>
 
 #include "fixtures/scarce_memory.h"
+#include "fixtures/transfer_calls.h"
 #include "script/download_fixture.h"
 
 namespace qv {
@@ -25,40 +26,23 @@ class DownloadFailure : public DownloadFixture {
   }
 };
 
-// One row for each operation. There is a cookie, so it has a header; the target is empty, so that a directory
-// is made on the way.
-TEST_F(DownloadFailure, EachStepFailsWithTheMessageOfTheComponent) {
-  const struct {
-    const char* name;
-    HttpStep step;
-    int nth;
-    const char* closes;  // empty: there was nothing to close yet
-  } rows[] = {
-      {"create", HttpStep::kCreate, 1, ""},
-      {"run", HttpStep::kRun, 1, ""},
-      {"query session", HttpStep::kQuerySession, 1, ""},
-      {"open", HttpStep::kOpen, 1, ""},
-      {"open request", HttpStep::kOpenRequest, 1, ""},
-      {"session header", HttpStep::kSetHeader, 1, "RS"},
-      {"cookie header", HttpStep::kSetHeader, 2, "RS"},
-      {"send", HttpStep::kSend, 1, "RS"},
-      {"disposition", HttpStep::kGetHeader, 1, "RS"},
-      {"read to file", HttpStep::kReadToFile, 1, "RS"},
-      {"close request", HttpStep::kCloseRequest, 1, "RRS"},
-      {"close session", HttpStep::kCloseSession, 1, "RSRS"},
-  };
+// The target is empty, so that a directory is made on the way.
+TEST_F(DownloadFailure, EachFailedCallEndsTheDownload) {
   cookie_ = u"k=v";
-  for (const auto& row : rows) {
-    for (const char16_t* message : {u"line cut", u""}) {
+  http_.AnswerNamed(u"a.txt");
+  EXPECT_EQ(DownloadThrows(u"http://files/f", u""), "nothing");
+  const Lines calls = http_.Calls();
+  ASSERT_EQ(calls.size(), 12u);
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    for (const WideString& message : {WideString(u"line cut"), WideString()}) {
       FakeHttp http;
       http.AnswerNamed(u"a.txt");
-      http.Fail(row.step, *message == 0 ? E_INVALIDARG : E_FAIL,
-                *message == 0 ? WideString() : WideString(message), row.nth);
+      http.FailCall(i, E_INVALIDARG, message);
       EXPECT_EQ(DownloadThrows(u"http://files/f", u""),
-                *row.closes == 0 ? kNoPointer : Refused(Shown(message)))
-          << row.name;
-      EXPECT_EQ(http.Closes(), row.closes) << row.name;
-      EXPECT_EQ(http.LiveObjects(), 0) << row.name;
+                i < kOpeningCalls ? kNoPointer : Refused(ToUtf8(message.view())))
+          << calls[i];
+      EXPECT_EQ(http.Closes(), ClosesAfterFailure(calls, i)) << calls[i];
+      EXPECT_EQ(http.LiveObjects(), 0) << calls[i];
     }
   }
 }

@@ -1,6 +1,7 @@
 // Uploads that fail, at each operation in turn.
 #include <string>
 
+#include "fixtures/transfer_calls.h"
 #include "script/fake_attached_file.h"
 #include "script/upload_fixture.h"
 
@@ -22,59 +23,31 @@ class UploadFailure : public UploadFixture {
   FakeAttachedFilePtr fake_{new FakeAttachedFile(&http_, u"/a")};
 };
 
-// One row for each operation of the nested call and of the transfer. The map has a cookie, so each of the two
-// requests has a header for it.
-TEST_F(UploadFailure, EachStepFailsLikeThis) {
-  const struct {
-    const char* name;
-    HttpStep step;
-    int nth;
-    const char* thrown;  // null: an exception with the component's message
-    const char* closes;
-    const char* ticket;
-  } rows[] = {
-      {"create", HttpStep::kCreate, 1, kNoSoapCall, "", kBefore},
-      {"run", HttpStep::kRun, 1, kNoSoapCall, "", kBefore},
-      {"query session", HttpStep::kQuerySession, 1, kNoSoapCall, "", kBefore},
-      {"open", HttpStep::kOpen, 1, kNoSoapCall, "", kBefore},
-      {"open request", HttpStep::kOpenRequest, 1, kNoSoapCall, "", kBefore},
-      {"host header", HttpStep::kSetHeader, 1, nullptr, "RS", kBefore},
-      {"type header", HttpStep::kSetHeader, 2, nullptr, "RS", kBefore},
-      {"action header", HttpStep::kSetHeader, 3, nullptr, "RS", kBefore},
-      {"cookie header", HttpStep::kSetHeader, 4, nullptr, "RS", kBefore},
-      {"send", HttpStep::kSend, 1, nullptr, "RS", kBefore},
-      {"status", HttpStep::kGetHeader, 1, nullptr, "RS", kBefore},
-      {"length", HttpStep::kGetHeader, 2, nullptr, "RS", kBefore},
-      {"read", HttpStep::kRead, 1, nullptr, "RS", kBefore},
-      {"close request", HttpStep::kCloseRequest, 1, nullptr, "RRS", kBefore},
-      {"close session", HttpStep::kCloseSession, 1, nullptr, "RSRS", kBefore},
-      {"transfer: create", HttpStep::kCreate, 2, kUnknownProblem, "RS", kAfter},
-      {"transfer: run", HttpStep::kRun, 2, kUnknownProblem, "RS", kAfter},
-      {"transfer: query session", HttpStep::kQuerySession, 2, kUnknownProblem, "RS", kAfter},
-      {"transfer: open", HttpStep::kOpen, 2, kUnknownProblem, "RS", kAfter},
-      {"transfer: open request", HttpStep::kOpenRequest, 2, kUnknownProblem, "RS", kAfter},
-      {"transfer: cache header", HttpStep::kSetHeader, 5, nullptr, "RSRS", kAfter},
-      {"transfer: session header", HttpStep::kSetHeader, 6, nullptr, "RSRS", kAfter},
-      {"transfer: cookie header", HttpStep::kSetHeader, 7, nullptr, "RSRS", kAfter},
-      {"transfer: send file", HttpStep::kSendFile, 1, nullptr, "RSRS", kAfter},
-      {"transfer: status", HttpStep::kGetHeader, 3, nullptr, "RSRS", kAfter},
-      {"transfer: close request", HttpStep::kCloseRequest, 2, nullptr, "RSRRS", kAfter},
-      {"transfer: close session", HttpStep::kCloseSession, 2, nullptr, "RSRSRS", kAfter},
-  };
-  map_[u"CookieHandle"] = Variant::FromString(u"k=v");
-  for (const auto& row : rows) {
-    for (const char* message : {"line cut", ""}) {
-      SCOPED_TRACE(row.name);
+// The map has a cookie, so each of the two requests has a header for it.
+TEST_F(UploadFailure, EachFailedCallEndsTheUpload) {
+  map_[u"CookieHandle"] = Text(u"k=v");
+  EXPECT_EQ(Ticket(), "t1");
+  const Lines calls = http_.Calls();
+  const std::size_t nested = 15;
+  ASSERT_EQ(calls.size(), nested + 12);
+  const Lines transfer(calls.begin() + nested, calls.end());
+  for (std::size_t i = 0; i < calls.size(); ++i) {
+    for (const WideString& message : {WideString(u"line cut"), WideString()}) {
+      SCOPED_TRACE(std::to_string(i) + " " + calls[i]);
       FakeHttp http;
       http.Answer(UrlAnswer(u"http://files:81/up?ticket=t1"));
       http.AnswerFile();
-      http.Fail(row.step, *message == 0 ? E_INVALIDARG : E_FAIL,
-                *message == 0 ? WideString() : FromUtf8(message), row.nth);
+      http.FailCall(i, E_INVALIDARG, message);
       const IAttachedFilePtr file = CreateAttachedFile(u"/a");
-      EXPECT_EQ(UploadThrows(file.get()), row.thrown == nullptr ? Refused(message) : row.thrown);
-      EXPECT_EQ(http.Closes(), row.closes);
+      const bool isNested = i < nested;
+      const bool isOpening = (isNested ? i : i - nested) < kOpeningCalls;
+      EXPECT_EQ(UploadThrows(file.get()), !isOpening ? Refused(ToUtf8(message.view()))
+                                          : isNested ? kNoSoapCall
+                                                     : kUnknownProblem);
+      EXPECT_EQ(http.Closes(),
+                isNested ? ClosesAfterFailure(calls, i) : "RS" + ClosesAfterFailure(transfer, i - nested));
       EXPECT_EQ(http.LiveObjects(), 0);
-      EXPECT_EQ(TicketOf(file), row.ticket);
+      EXPECT_EQ(TicketOf(file), isNested ? kBefore : kAfter);
     }
   }
 }

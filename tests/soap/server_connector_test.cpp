@@ -160,37 +160,20 @@ TEST_F(ServerConnector, AnnouncedLengthIsReadEvenWhenTheBodyIsLonger) {
   EXPECT_EQ(http_.CallsNamed("Read("), Lines{"Read(16)"});
 }
 
-// One row for each operation that can fail.
-TEST_F(ServerConnector, EachStepFailsLikeThis) {
-  const struct {
-    const char* name;
-    HttpStep step;
-    int nth;
-    const char* closes;  // empty: there was nothing to close yet
-  } rows[] = {{"create", HttpStep::kCreate, 1, ""},
-              {"run", HttpStep::kRun, 1, ""},
-              {"query session", HttpStep::kQuerySession, 1, ""},
-              {"open", HttpStep::kOpen, 1, ""},
-              {"open request", HttpStep::kOpenRequest, 1, ""},
-              {"host header", HttpStep::kSetHeader, 1, "RS"},
-              {"content type header", HttpStep::kSetHeader, 2, "RS"},
-              {"action header", HttpStep::kSetHeader, 3, "RS"},
-              {"cookie header", HttpStep::kSetHeader, 4, "RS"},
-              {"send", HttpStep::kSend, 1, "RS"},
-              {"status code", HttpStep::kGetHeader, 1, "RS"},
-              {"content length", HttpStep::kGetHeader, 2, "RS"},
-              {"read", HttpStep::kRead, 1, "RS"},
-              {"close request", HttpStep::kCloseRequest, 1, "RRS"},
-              {"close session", HttpStep::kCloseSession, 1, "RSRS"}};
-  for (const auto& row : rows) {
+TEST_F(ServerConnector, EachFailedCallEndsTheExchange) {
+  http_.Answer(kSessionClosed);
+  Post(CQvUrl(u"http://srv/a"), u"k=v");
+  const Lines calls = http_.Calls();
+  ASSERT_EQ(calls.size(), 15u);
+  for (std::size_t i = 0; i < calls.size(); ++i) {
     FakeHttp http;
     http.Answer(kSessionClosed);
-    http.Fail(row.step, E_FAIL, u"its words", row.nth);
+    http.FailCall(i, E_FAIL, u"its words");
     EXPECT_EQ(Thrown([&] { Post(CQvUrl(u"http://srv/a"), u"k=v"); }),
-              *row.closes == 0 ? kNoPointer : Refused("its words"))
-        << row.name;
-    EXPECT_EQ(http.Closes(), row.closes) << row.name;
-    EXPECT_EQ(http.LiveObjects(), 0) << row.name;
+              i < kOpeningCalls ? kNoPointer : Refused("its words"))
+        << calls[i];
+    EXPECT_EQ(http.Closes(), ClosesAfterFailure(calls, i)) << calls[i];
+    EXPECT_EQ(http.LiveObjects(), 0) << calls[i];
   }
 }
 
