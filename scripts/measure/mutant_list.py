@@ -21,7 +21,7 @@ COMMENT_OR_TEXT = re.compile(
 class Mutant:
     number: int
     file: str
-    before: str  # the text in front of the right code, by which it is found, as is the text behind it
+    before: str  # the text before the right code; it is found by this text and the text after it
     right: str
     after: str
     wrong: str
@@ -104,7 +104,7 @@ def read_sources(root):
 def locate(mutants, sources):
     """(places, complaints): the source and the range of each mutant, and what is wrong with those that have none.
 
-    Code that went to another file is found there if it stands in one place only.
+    Code that was moved to another file is found there if it exists once only.
     """
     places, complaints = {}, []
     for mutant in mutants:
@@ -131,7 +131,7 @@ def switched_texts(mutants, places):
         for (begin, end), mutant in sorted(edits, key=lambda edit: edit[0], reverse=True):
             if end > begin_of_last:
                 raise SystemExit(f"mutant {mutant.number} overlaps another one in {path}")
-            # The right code goes in as it stands in the file, so that no line moves.
+            # The right code stays as it is in the file, so that no line moves.
             switch = Mutant(mutant.number, "", "", text[begin:end], "", mutant.wrong).switched()
             text, begin_of_last = text[:begin] + switch + text[end:], begin
         texts[path] = text

@@ -103,6 +103,7 @@ TEST_F(CheckWords, APhraseMaySpanTheLinesOfAComment) {
 TEST_F(CheckWords, ScriptsAndListsAreRead) {
   EXPECT_EQ(HitsIn("a.cmake", "set(behind \"# behind\")  # behind\n"), "1: behind\n");
   EXPECT_EQ(HitsIn("script", "#!/bin/sh\necho '# behind' \"$#\" ${#behind}  # anew\n"), "2: anew\n");
+  EXPECT_EQ(HitsIn("a.py", "\"\"\"Stands\nfor it.\"\"\"\nx = \"behind\"\n"), "1: Stands for\n");
   EXPECT_EQ(HitsIn("data.bin", "# behind\n"), "");
 }
 
