@@ -53,13 +53,14 @@ void RawClient::EndSending() {
   shutdown(socket_, SHUT_WR);
 }
 
-std::string RawClient::ReadPiece(std::chrono::milliseconds time, bool& closed) {
+bool RawClient::ReadPiece(std::chrono::milliseconds time, std::string& bytes, bool& closed) {
   pollfd watched{socket_, POLLIN, 0};
-  if (poll(&watched, 1, static_cast<int>(std::max<long long>(time.count(), 0))) <= 0) return "";
+  if (poll(&watched, 1, static_cast<int>(std::max<long long>(time.count(), 0))) <= 0) return false;
   char buffer[65536];
   const ssize_t count = recv(socket_, buffer, sizeof buffer, 0);
   closed = count <= 0;
-  return closed ? "" : std::string(buffer, static_cast<std::size_t>(count));
+  if (!closed) bytes.append(buffer, static_cast<std::size_t>(count));
+  return !closed;
 }
 
 DrainedAnswer RawClient::Drain() {
@@ -67,9 +68,7 @@ DrainedAnswer RawClient::Drain() {
   std::string bytes;
   bool closed = false;
   while (answer.head.empty() || answer.bytes < AnnouncedLength(answer.head)) {
-    const std::string piece = ReadPiece(std::chrono::minutes(1), closed);
-    if (piece.empty()) break;
-    bytes += piece;
+    if (!ReadPiece(std::chrono::minutes(1), bytes, closed)) break;
     if (answer.head.empty() && !TakeHead(bytes, answer.head)) continue;
     for (const char byte : bytes) answer.asPattern &= byte == PatternByte(answer.bytes++);
     bytes.clear();
@@ -90,11 +89,10 @@ RawAnswer RawClient::Receive(std::chrono::milliseconds time) {
       if (announced && answer.body.size() >= AnnouncedLength(answer.head)) return answer;
     }
     const auto left = deadline - std::chrono::steady_clock::now();
-    const std::string piece =
-        ReadPiece(std::chrono::duration_cast<std::chrono::milliseconds>(left), answer.closed);
-    answer.timedOut = !answer.closed && piece.empty();
-    if (piece.empty()) return answer;
-    bytes += piece;
+    const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(left);
+    if (ReadPiece(rest, bytes, answer.closed)) continue;
+    answer.timedOut = !answer.closed;
+    return answer;
   }
 }
 
