@@ -21,9 +21,16 @@ constexpr Guid kNoInterface = ParseGuid("5b7f0c1e-3d52-4e8a-9c61-2f0a8d4b6e13");
 constexpr Guid kOuterInterface = ParseGuid("5b7f0c1e-3d52-4e8a-9c61-2f0a8d4b6e14");
 
 IClassFactoryPtr Factory() {
-  void* raw = nullptr;
-  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IClassFactory::kIid, &raw), S_OK);
-  return IClassFactoryPtr(static_cast<IClassFactory*>(raw), false);
+  IClassFactoryPtr factory;
+  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IClassFactory::kIid, Put(factory)), S_OK);
+  return factory;
+}
+
+template <class Interface>
+boost::intrusive_ptr<Interface> NewClient() {
+  boost::intrusive_ptr<Interface> client;
+  EXPECT_EQ(Factory()->CreateInstance(nullptr, Interface::kIid, Put(client)), S_OK);
+  return client;
 }
 
 class ClassObject : public testing::Test {
@@ -38,18 +45,16 @@ TEST_F(ClassObject, IsMadeOnceAndKept) {
 }
 
 TEST_F(ClassObject, AnswersItsInterfacesOnly) {
-  void* object = nullptr;
-  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IUnknown::kIid, &object), S_OK);
-  static_cast<IUnknown*>(object)->Release();
-  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IQvScriptwells::kIid, &object), E_NOINTERFACE);
+  IUnknownPtr object;
+  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IUnknown::kIid, Put(object)), S_OK);
+  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IQvScriptwells::kIid, Put(object)), E_NOINTERFACE);
   EXPECT_EQ(object, nullptr);
   EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IClassFactory::kIid, nullptr), E_POINTER);
 }
 
 TEST_F(ClassObject, OnlyTheClientIsInTheMap) {
-  const Guid others[] = {CLSID_ConnectionModel, CLSID_Url,        CLSID_Duration,  CLSID_ConnectionString,
-                         CLSID_AttachedFile,    CLSID_Parameters, CLSID_Parameter, Guid{}};
-  for (const Guid& id : others) {
+  for (const Guid& id : {CLSID_ConnectionModel, CLSID_Url, CLSID_Duration, CLSID_ConnectionString,
+                         CLSID_AttachedFile, CLSID_Parameters, CLSID_Parameter, Guid{}}) {
     int stranger = 0;
     void* object = &stranger;
     EXPECT_EQ(FindClassObject(id, IClassFactory::kIid, &object), CLASS_E_CLASSNOTAVAILABLE);
@@ -58,27 +63,25 @@ TEST_F(ClassObject, OnlyTheClientIsInTheMap) {
 }
 
 TEST_F(ClassObject, MakesANewClientOnEachCall) {
-  const IClassFactoryPtr factory = Factory();
-  void* first = nullptr;
-  void* second = nullptr;
-  ASSERT_EQ(factory->CreateInstance(nullptr, IQvScriptwells::kIid, &first), S_OK);
-  ASSERT_EQ(factory->CreateInstance(nullptr, IQvScriptwells::kIid, &second), S_OK);
-  EXPECT_NE(first, second);
-  EXPECT_EQ(static_cast<IQvScriptwells*>(first)->AddRef(), 2u);
-  EXPECT_EQ(static_cast<IQvScriptwells*>(first)->Release(), 1u);
-  EXPECT_EQ(static_cast<IQvScriptwells*>(first)->Release(), 0u);
-  EXPECT_EQ(static_cast<IQvScriptwells*>(second)->Release(), 0u);
+  IQvScriptwells* const first = NewClient<IQvScriptwells>().detach();
+  const IQvScriptwellsPtr second = NewClient<IQvScriptwells>();
+  EXPECT_NE(first, second.get());
+  EXPECT_EQ(first->AddRef(), 2u);
+  EXPECT_EQ(first->Release(), 1u);
+  EXPECT_EQ(first->Release(), 0u);
+  EXPECT_EQ(second->AddRef(), 2u);
+  EXPECT_EQ(second->Release(), 1u);
 }
 
 TEST_F(ClassObject, ClientWithoutTheInterfaceGoesAgain) {
-  void* object = nullptr;
-  EXPECT_EQ(Factory()->CreateInstance(nullptr, kNoInterface, &object), E_NOINTERFACE);
+  IUnknownPtr object;
+  EXPECT_EQ(Factory()->CreateInstance(nullptr, kNoInterface, Put(object)), E_NOINTERFACE);
   EXPECT_EQ(object, nullptr);
   EXPECT_EQ(ModuleLocks(), 0);
   EXPECT_EQ(Factory()->CreateInstance(nullptr, IQvScriptwells::kIid, nullptr), E_POINTER);
 }
 
-TEST_F(ClassObject, ObjectsReferencesAndLocksKeepTheLibrary) {
+TEST_F(ClassObject, ReferencesAndLocksKeepTheLibrary) {
   EXPECT_EQ(DllCanUnloadNow(), S_OK);
   IClassFactoryPtr factory = Factory();
   EXPECT_EQ(DllCanUnloadNow(), S_FALSE);
@@ -91,23 +94,20 @@ TEST_F(ClassObject, ObjectsReferencesAndLocksKeepTheLibrary) {
   EXPECT_EQ(DllCanUnloadNow(), S_FALSE);
   EXPECT_EQ(bare->LockServer(false), S_OK);
   EXPECT_EQ(DllCanUnloadNow(), S_OK);
-  void* object = nullptr;
-  ASSERT_EQ(bare->CreateInstance(nullptr, IUnknown::kIid, &object), S_OK);
-  EXPECT_EQ(ModuleLocks(), 1);
-  static_cast<IUnknown*>(object)->Release();
-  EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }
 
-TEST_F(ClassObject, EveryObjectOfTheClientIsCounted) {
-  void* raw = nullptr;
-  ASSERT_EQ(Factory()->CreateInstance(nullptr, IQvScriptwells::kIid, &raw), S_OK);
-  IQvScriptwellsPtr client(static_cast<IQvScriptwells*>(raw), false);
-  IUrl* url = nullptr;
-  ASSERT_EQ(client->Url(&url), S_OK);
+TEST_F(ClassObject, ObjectsKeepTheLibrary) {
+  IUnknownPtr object = NewClient<IUnknown>();
+  EXPECT_EQ(ModuleLocks(), 1);
+  object.reset();
+  EXPECT_EQ(DllCanUnloadNow(), S_OK);
+  IQvScriptwellsPtr client = NewClient<IQvScriptwells>();
+  IUrlPtr url;
+  ASSERT_EQ(client->Url(Put(url)), S_OK);
   EXPECT_EQ(ModuleLocks(), 2);
   client.reset();
   EXPECT_EQ(DllCanUnloadNow(), S_FALSE);
-  url->Release();
+  url.reset();
   EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }
 
@@ -125,7 +125,7 @@ TEST_F(ClassObject, MayBeUsedByManyThreads) {
   EXPECT_EQ(ModuleLocks(), 0);
 }
 
-// The client cannot be had before the module has started, so this stands in one test with what follows.
+// The client cannot be created before the module has started, so this and what follows is one test.
 TEST_F(ClassObject, EntryPointsWaitForTheStart) {
   void* object = nullptr;
   EXPECT_EQ(DllGetClassObject(CLSID_QvScriptwells, IClassFactory::kIid, &object), E_UNEXPECTED);
@@ -148,10 +148,7 @@ class Outer final : public IUnknown {
  public:
   explicit Outer(std::vector<std::string>* log) : log_(log) {}
   HRESULT Aggregate(const Guid& iid = IUnknown::kIid) {
-    void* raw = nullptr;
-    const HRESULT code = Factory()->CreateInstance(this, iid, &raw);
-    inner = IUnknownPtr(static_cast<IUnknown*>(raw), false);
-    return code;
+    return Factory()->CreateInstance(this, iid, Put(inner));
   }
 
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
@@ -179,8 +176,12 @@ class Outer final : public IUnknown {
   std::vector<std::string>* log_;
 };
 
+constexpr Guid kClientInterfaces[] = {IQvScriptwells::kIid, IDispatch::kIid, IQvClientServiceRaw::kIid,
+                                      ISupportErrorInfo::kIid, IProvideClassInfo::kIid};
+
 class Aggregation : public ClassObject {
  protected:
+  void SetUp() override { ASSERT_EQ(outer_.Aggregate(), S_OK); }
   void TearDown() override {
     outer_.inner.reset();
     ClassObject::TearDown();
@@ -191,19 +192,15 @@ class Aggregation : public ClassObject {
 };
 
 TEST_F(Aggregation, InnerObjectIsNotTheOuterOne) {
-  ASSERT_EQ(outer_.Aggregate(), S_OK);
   ASSERT_NE(outer_.inner, nullptr);
   EXPECT_NE(outer_.inner.get(), static_cast<IUnknown*>(&outer_));
   EXPECT_EQ(outer_.count, 1u);
-  const IUnknownPtr same = As<IUnknown>(outer_.inner);
-  EXPECT_EQ(same, outer_.inner);
+  EXPECT_EQ(As<IUnknown>(outer_.inner), outer_.inner);
   EXPECT_EQ(outer_.count, 1u);
 }
 
 TEST_F(Aggregation, EveryInterfaceCountsOnTheOuterObject) {
-  ASSERT_EQ(outer_.Aggregate(), S_OK);
-  for (const Guid& iid : {IQvScriptwells::kIid, IDispatch::kIid, IQvClientServiceRaw::kIid,
-                          ISupportErrorInfo::kIid, IProvideClassInfo::kIid}) {
+  for (const Guid& iid : kClientInterfaces) {
     auto* const face = As<IUnknown>(&outer_, iid).detach();
     ASSERT_NE(face, nullptr);
     EXPECT_EQ(outer_.count, 2u);
@@ -214,41 +211,35 @@ TEST_F(Aggregation, EveryInterfaceCountsOnTheOuterObject) {
 }
 
 TEST_F(Aggregation, EveryInterfaceLeadsBackToTheOuterObject) {
-  ASSERT_EQ(outer_.Aggregate(), S_OK);
-  for (const Guid& iid : {IQvScriptwells::kIid, IDispatch::kIid, IQvClientServiceRaw::kIid,
-                          ISupportErrorInfo::kIid, IProvideClassInfo::kIid}) {
+  for (const Guid& iid : kClientInterfaces) {
     const IUnknownPtr face = As<IUnknown>(&outer_, iid);
-    for (const Guid& back : {IUnknown::kIid, kOuterInterface}) {
-      const IUnknownPtr whole = As<IUnknown>(face, back);
-      EXPECT_EQ(whole.get(), static_cast<IUnknown*>(&outer_));
-    }
+    for (const Guid& back : {IUnknown::kIid, kOuterInterface})
+      EXPECT_EQ(As<IUnknown>(face, back).get(), static_cast<IUnknown*>(&outer_));
     EXPECT_EQ(As<IUnknown>(face, kNoInterface), nullptr);
   }
   EXPECT_EQ(outer_.count, 1u);
 }
 
 TEST_F(Aggregation, InnerObjectCountsForItself) {
-  ASSERT_EQ(outer_.Aggregate(), S_OK);
   EXPECT_EQ(outer_.inner->AddRef(), 2u);
   EXPECT_EQ(outer_.inner->Release(), 1u);
   EXPECT_EQ(outer_.count, 1u);
 }
 
 TEST_F(Aggregation, MembersWorkInsideTheOuterObject) {
-  ASSERT_EQ(outer_.Aggregate(), S_OK);
   const IQvScriptwellsPtr client = As<IQvScriptwells>(&outer_);
   EXPECT_EQ(client->put_ServerName(u"http://srv"), S_OK);
   WideString name;
   EXPECT_EQ(client->get_ServerName(&name), S_OK);
   EXPECT_EQ(name, u"http://srv");
-  IUrl* url = nullptr;
-  EXPECT_EQ(client->Url(&url), S_OK);
-  EXPECT_EQ(url->Release(), 0u);
+  IUrlPtr url;
+  EXPECT_EQ(client->Url(Put(url)), S_OK);
+  EXPECT_EQ(url->AddRef(), 2u);
+  url->Release();
   EXPECT_EQ(outer_.count, 2u);
 }
 
 TEST_F(Aggregation, PartGoesWithTheLastReferenceOfTheWhole) {
-  ASSERT_EQ(outer_.Aggregate(), S_OK);
   auto* const client = As<IQvScriptwells>(&outer_).detach();
   EXPECT_EQ(outer_.Release(), 1u);
   EXPECT_TRUE(log_.empty());
@@ -257,7 +248,7 @@ TEST_F(Aggregation, PartGoesWithTheLastReferenceOfTheWhole) {
   EXPECT_EQ(log_, (std::vector<std::string>{"outer goes with 1", "part is gone with 0"}));
 }
 
-TEST_F(Aggregation, OnlyTheInnerUnknownIsHandedOut) {
+TEST_F(Aggregation, ReturnsTheInnerUnknownOnly) {
   for (const Guid& iid : {IQvScriptwells::kIid, IDispatch::kIid, kNoInterface}) {
     EXPECT_EQ(outer_.Aggregate(iid), CLASS_E_NOAGGREGATION);
     EXPECT_EQ(outer_.inner, nullptr);

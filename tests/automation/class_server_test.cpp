@@ -1,8 +1,7 @@
-// The shared library as a program meets it that knows a ProgID and links the platform library alone.
+// The shared library as a program meets it that knows a ProgID and links only the platform library.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,17 +10,17 @@
 #include <thread>
 #include <vector>
 
+#include "automation/late_call.h"
 #include "fixtures/calling_object.h"
 #include "fixtures/environment.h"
 #include "fixtures/loaded_files.h"
-#include "fixtures/shown_text.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/temporary_directory.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/class_factory.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/class_registry.h"
-#include "qvscriptwells/dispatch.h"
-#include "qvscriptwells/error_info.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/objects.h"
 #include "qvscriptwells/registry.h"
@@ -30,28 +29,38 @@ namespace qv {
 namespace {
 
 const std::string kLibrary = SHARED_LIBRARY;
-const DISPPARAMS kNoArguments;
 
-// What stands in the registry for a library at `path`.
+// The entries of the registry for a library at `path`.
 std::string Entries(const std::string& path) {
-  const std::string root = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\";
-  const std::string theClass = root + "CLSID\\{01932093-F909-400b-B02E-7AEDABA33A36}";
-  return root + "AppID]\n\n" +  //
-         root + "AppID\\{AE7949C2-44FF-4C32-8938-AB88DDA6E54C}]\n@=\"QuorvScriptwells\"\n\n" + root +
-         "AppID\\QuorvScriptwells.DLL]\n\"AppID\"=\"{AE7949C2-44FF-4C32-8938-AB88DDA6E54C}\"\n\n" + root +
-         "QvScriptwells.QvScriptwells.1.0]\n@=\"QvScriptwells Object\"\n\n" + root +
-         "QvScriptwells.QvScriptwells.1.0\\CLSID]\n@=\"{01932093-F909-400b-B02E-7AEDABA33A36}\"\n\n" + root +
-         "QvScriptwells.QvScriptwells]\n@=\"QvScriptwells Object\"\n\n" + root +
-         "QvScriptwells.QvScriptwells\\CLSID]\n@=\"{01932093-F909-400b-B02E-7AEDABA33A36}\"\n\n" + root +
-         "QvScriptwells.QvScriptwells\\CurVer]\n@=\"QvScriptwells.QvScriptwells.1.0\"\n\n" + theClass +
-         "]\n@=\"QvScriptwells Object\"\n\"AppID\"=\"{AE7949C2-44FF-4C32-8938-AB88DDA6E54C}\"\n\n" +
-         theClass + "\\ProgID]\n@=\"QvScriptwells.QvScriptwells.1.0\"\n\n" + theClass +
-         "\\VersionIndependentProgID]\n@=\"QvScriptwells.QvScriptwells\"\n\n" + theClass +
-         "\\Programmable]\n\n" + theClass + "\\InprocServer32]\n@=\"" + path +
-         "\"\n\"ThreadingModel\"=\"apartment\"\n";
+  const struct {
+    const char* key;
+    std::string values;
+  } sections[] = {
+      {"AppID", ""},
+      {"AppID\\{AE7949C2-44FF-4C32-8938-AB88DDA6E54C}", "@=\"QuorvScriptwells\"\n"},
+      {"AppID\\QuorvScriptwells.DLL", "\"AppID\"=\"{AE7949C2-44FF-4C32-8938-AB88DDA6E54C}\"\n"},
+      {"QvScriptwells.QvScriptwells.1.0", "@=\"QvScriptwells Object\"\n"},
+      {"QvScriptwells.QvScriptwells.1.0\\CLSID", "@=\"{01932093-F909-400b-B02E-7AEDABA33A36}\"\n"},
+      {"QvScriptwells.QvScriptwells", "@=\"QvScriptwells Object\"\n"},
+      {"QvScriptwells.QvScriptwells\\CLSID", "@=\"{01932093-F909-400b-B02E-7AEDABA33A36}\"\n"},
+      {"QvScriptwells.QvScriptwells\\CurVer", "@=\"QvScriptwells.QvScriptwells.1.0\"\n"},
+      {"CLSID\\{01932093-F909-400b-B02E-7AEDABA33A36}",
+       "@=\"QvScriptwells Object\"\n\"AppID\"=\"{AE7949C2-44FF-4C32-8938-AB88DDA6E54C}\"\n"},
+      {"CLSID\\{01932093-F909-400b-B02E-7AEDABA33A36}\\ProgID", "@=\"QvScriptwells.QvScriptwells.1.0\"\n"},
+      {"CLSID\\{01932093-F909-400b-B02E-7AEDABA33A36}\\VersionIndependentProgID",
+       "@=\"QvScriptwells.QvScriptwells\"\n"},
+      {"CLSID\\{01932093-F909-400b-B02E-7AEDABA33A36}\\Programmable", ""},
+      {"CLSID\\{01932093-F909-400b-B02E-7AEDABA33A36}\\InprocServer32",
+       "@=\"" + path + "\"\n\"ThreadingModel\"=\"apartment\"\n"},
+  };
+  std::string text;
+  for (const auto& [key, values] : sections)
+    text += (text.empty() ? "" : "\n") + ("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\" + std::string(key)) +
+            "]\n" + values;
+  return text;
 }
 
-// The library as a program holds it that registers it.
+// The library as a program opens it to register it.
 class OpenedLibrary {
  public:
   explicit OpenedLibrary(const std::string& path) : handle_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
@@ -77,38 +86,48 @@ class ClassServer : public testing::Test {
  protected:
   ClassServer() { ClearErrorInfo(); }
   ~ClassServer() override { CoFreeUnusedLibraries(); }
+  void SetUp() override { EXPECT_EQ(OpenedLibrary(kLibrary).Call("DllRegisterServer"), S_OK); }
 
-  void Register() { EXPECT_EQ(OpenedLibrary(kLibrary).Call("DllRegisterServer"), S_OK); }
   std::string Registry() const { return directory_.Read("classes.reg"); }
-  static IDispatchPtr Create(const char16_t* progId) {
+  static IDispatchPtr Create(const char16_t* progId = kScriptwellsProgId) {
     Guid classId{};
     EXPECT_EQ(CLSIDFromProgID(progId, &classId), S_OK);
     EXPECT_TRUE(classId == CLSID_QvScriptwells);
-    void* raw = nullptr;
-    EXPECT_EQ(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, &raw), S_OK);
-    return IDispatchPtr(static_cast<IDispatch*>(raw), false);
+    IDispatchPtr object;
+    EXPECT_EQ(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, Put(object)), S_OK);
+    return object;
   }
-  static HRESULT Call(IDispatch* object, const char16_t* name, std::uint16_t flags,
-                      const DISPPARAMS& arguments, Variant* result, EXCEPINFO* failure) {
-    DISPID id = DISPID_UNKNOWN;
-    EXPECT_EQ(object->GetIDsOfNames(Guid{}, &name, 1, 0, &id), S_OK);
-    return object->Invoke(id, Guid{}, 0, flags, &arguments, result, failure, nullptr);
+  // A client for a server that is not there.
+  static IDispatchPtr CreateWithServer() {
+    IDispatchPtr client = Create();
+    EXPECT_EQ(WriteByName(client.get(), u"ServerName", Text(u"http://127.0.0.1:1")), "VT_EMPTY");
+    return client;
   }
-  static HRESULT Write(IDispatch* object, const char16_t* name, const Variant& value) {
-    DISPPARAMS arguments;
-    arguments.rgvarg = &value;
-    arguments.cArgs = 1;
-    return Call(object, name, DISPATCH_PROPERTYPUT, arguments, nullptr, nullptr);
+  // The result of a method that succeeds.
+  static Variant Result(IDispatch* object, const char16_t* name, const std::vector<Variant>& arguments = {}) {
+    LateCall call(object, IdOf(object, name));
+    EXPECT_EQ(call.With(arguments).Run(), S_OK);
+    return call.result;
   }
-  static std::string ReadText(IDispatch* object, const char16_t* name) {
-    Variant result;
-    EXPECT_EQ(Call(object, name, DISPATCH_PROPERTYGET, {}, &result, nullptr), S_OK);
-    return Shown(result.Text());
+  static void Init(IDispatch* client, IUnknown* services, HostLog* log) {
+    const IUnknownPtr provider(new SpeakingProvider(log, services));
+    const auto receiver = As<IQvClientServiceRaw>(client);
+    EXPECT_EQ(CallByName(receiver.get(), u"Init", {Variant::FromObject(provider.get())}), "VT_EMPTY");
+  }
+  // The library leaves the memory when nothing of it is used.
+  static void ExpectUnloaded() {
+    CoFreeUnusedLibraries();
+    EXPECT_FALSE(IsMapped(kLibrary));
   }
 
   TemporaryDirectory directory_;
   EnvironmentVariable named_{"QV_REGISTRY", directory_.Path("classes.reg").c_str()};
   EnvironmentVariable config_{"XDG_CONFIG_HOME", directory_.Path("none").c_str()};
+};
+
+class UnregisteredClassServer : public ClassServer {
+ protected:
+  void SetUp() override {}
 };
 
 TEST_F(ClassServer, ExportsItsFiveEntryPointsAndNothingElse) {
@@ -127,23 +146,21 @@ TEST_F(ClassServer, ExportsItsFiveEntryPointsAndNothingElse) {
 }
 
 TEST_F(ClassServer, RegistrationWritesTheseEntries) {
-  Register();
   EXPECT_EQ(Registry(), Entries(kLibrary));
-  Register();
+  EXPECT_EQ(OpenedLibrary(kLibrary).Call("DllRegisterServer"), S_OK);
   EXPECT_EQ(Registry(), Entries(kLibrary));
 }
 
-TEST_F(ClassServer, UnregistrationLeavesTheKeyOfAllApplicationsAndWhatWasThere) {
+TEST_F(ClassServer, UnregistrationKeepsTheKeyOfAllApplicationsAndOtherKeys) {
   const std::string before = "; mine\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\CLSID\\{x}]\n@=\"y\"\n";
   directory_.Write("classes.reg", before);
-  Register();
+  EXPECT_EQ(OpenedLibrary(kLibrary).Call("DllRegisterServer"), S_OK);
   EXPECT_EQ(Registry(), before + "\n" + Entries(kLibrary));
   EXPECT_EQ(OpenedLibrary(kLibrary).Call("DllUnregisterServer"), S_OK);
   EXPECT_EQ(Registry(), before + "\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\AppID]\n");
 }
 
-TEST_F(ClassServer, MovedLibraryTakesItsNewPlace) {
-  Register();
+TEST_F(ClassServer, MovedLibraryIsRegisteredAgain) {
   const std::string copy = directory_.Path("moved.so.1");
   std::filesystem::copy_file(kLibrary, copy);
   EXPECT_EQ(OpenedLibrary(copy).Call("DllRegisterServer"), S_OK);
@@ -151,271 +168,192 @@ TEST_F(ClassServer, MovedLibraryTakesItsNewPlace) {
 }
 
 TEST_F(ClassServer, ObjectIsMadeByItsNameAndCalledByNames) {
-  Register();
   for (const char16_t* progId : {kScriptwellsProgId, kScriptwellsVersionIndependentProgId}) {
     const IDispatchPtr client = Create(progId);
     ASSERT_NE(client, nullptr);
-    EXPECT_EQ(Write(client.get(), u"put_ServerName", Variant::FromString(u"http://srv:8080")), S_OK);
-    EXPECT_EQ(ReadText(client.get(), u"servername"), "http://srv:8080");
-    Variant url;
-    ASSERT_EQ(Call(client.get(), u"Url", DISPATCH_METHOD, {}, &url, nullptr), S_OK);
+    EXPECT_EQ(WriteByName(client.get(), u"put_ServerName", Text(u"http://srv:8080")), "VT_EMPTY");
+    EXPECT_EQ(ReadByName(client.get(), u"servername"), "VT_BSTR http://srv:8080");
+    const Variant url = Result(client.get(), u"Url");
     ASSERT_NE(DispatchOf(url), nullptr);
-    EXPECT_EQ(Write(DispatchOf(url), u"UrlCaption", Variant::FromString(u"caption")), S_OK);
-    EXPECT_EQ(ReadText(DispatchOf(url), u"UrlCaption"), "caption");
+    EXPECT_EQ(WriteByName(DispatchOf(url), u"UrlCaption", Text(u"caption")), "VT_EMPTY");
+    EXPECT_EQ(ReadByName(DispatchOf(url), u"UrlCaption"), "VT_BSTR caption");
   }
 }
 
-TEST_F(ClassServer, FailedMemberTellsItsWordsAndTheProgId) {
-  Register();
-  const IDispatchPtr client = Create(kScriptwellsProgId);
-  EXCEPINFO failure;
-  const HRESULT code = Call(client.get(), u"ConnectionModel", DISPATCH_METHOD, {}, nullptr, &failure);
+TEST_F(ClassServer, FailedMemberBringsItsMessageAndTheProgId) {
+  const IDispatchPtr client = Create();
+  LateCall call(client.get(), IdOf(client.get(), u"ConnectionModel"));
+  const HRESULT code = call.Run();
   EXPECT_LT(code, 0);
-  EXPECT_EQ(failure.scode, code);
-  EXPECT_EQ(Shown(failure.bstrSource), "QvScriptwells.QvScriptwells.1.0");
-  EXPECT_FALSE(failure.bstrDescription.IsEmpty());
+  EXPECT_EQ(call.failure.scode, code);
+  EXPECT_EQ(Shown(call.failure.bstrSource), "QvScriptwells.QvScriptwells.1.0");
+  EXPECT_FALSE(call.failure.bstrDescription.IsEmpty());
 }
 
 TEST_F(ClassServer, RecordsOfTheLibraryWaitInTheProgram) {
-  Register();
-  const IDispatchPtr client = Create(kScriptwellsProgId);
-  EXPECT_LT(Call(client.get(), u"ConnectionModel", DISPATCH_METHOD, {}, nullptr, nullptr), 0);
+  const IDispatchPtr client = Create();
+  LateCall call(client.get(), IdOf(client.get(), u"ConnectionModel"));
+  EXPECT_LT(call.Run(nullptr, nullptr, nullptr), 0);
   ErrorInfo info;
   ASSERT_TRUE(GetErrorInfo(&info));
   EXPECT_EQ(Shown(info.source), "QvScriptwells.QvScriptwells.1.0");
 }
 
 TEST_F(ClassServer, RecordsOfTheProgramAreClearedByTheLibrary) {
-  Register();
-  const IDispatchPtr client = Create(kScriptwellsProgId);
-  ErrorInfo stale;
-  stale.description = u"stale words";
-  SetErrorInfo(stale);
-  EXPECT_EQ(Write(client.get(), u"Proxy", Variant::FromString(u"p:1")), S_OK);
-  EXPECT_FALSE(GetErrorInfo(&stale));
+  const IDispatchPtr client = Create();
+  LeaveStaleRecord();
+  EXPECT_EQ(WriteByName(client.get(), u"Proxy", Text(u"p:1")), "VT_EMPTY");
+  EXPECT_EQ(TakenWords(), "no record");
 }
 
 TEST_F(ClassServer, LibraryLeavesTheMemoryWithItsLastObject) {
-  Register();
   for (int round = 0; round < 3; ++round) {
     EXPECT_FALSE(IsMapped(kLibrary));
-    IDispatchPtr client = Create(kScriptwellsProgId);
-    EXCEPINFO failure;
-    EXPECT_LT(Call(client.get(), u"ConnectionModel", DISPATCH_METHOD, {}, nullptr, &failure), 0);
-    Variant url;
-    ASSERT_EQ(Call(client.get(), u"Url", DISPATCH_METHOD, {}, &url, nullptr), S_OK);
+    IDispatchPtr client = Create();
+    LateCall failing(client.get(), IdOf(client.get(), u"ConnectionModel"));
+    EXPECT_LT(failing.Run(), 0);
+    Variant url = Result(client.get(), u"Url");
     client.reset();
     CoFreeUnusedLibraries();
     EXPECT_TRUE(IsMapped(kLibrary));
-    EXPECT_EQ(ReadText(DispatchOf(url), u"UrlCaption"), "<null>");
+    EXPECT_EQ(ReadByName(DispatchOf(url), u"UrlCaption"), "VT_BSTR <null>");
     url = Variant();
-    CoFreeUnusedLibraries();
-    EXPECT_FALSE(IsMapped(kLibrary));
+    ExpectUnloaded();
   }
 }
 
 TEST_F(ClassServer, LockKeepsTheLibrary) {
-  Register();
-  void* raw = nullptr;
-  ASSERT_EQ(CoGetClassObject(CLSID_QvScriptwells, CLSCTX_ALL, IClassFactory::kIid, &raw), S_OK);
-  auto* const factory = static_cast<IClassFactory*>(raw);
+  IClassFactoryPtr held;
+  ASSERT_EQ(CoGetClassObject(CLSID_QvScriptwells, CLSCTX_ALL, IClassFactory::kIid, Put(held)), S_OK);
+  IClassFactory* const factory = held.get();
   EXPECT_EQ(factory->LockServer(true), S_OK);
-  factory->Release();
+  held.reset();
   CoFreeUnusedLibraries();
   ASSERT_TRUE(IsMapped(kLibrary));
   EXPECT_EQ(factory->LockServer(false), S_OK);
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(kLibrary));
+  ExpectUnloaded();
 }
 
-// The words of a session that cannot be opened, since nothing listens there.
-std::string WordsWithoutServer(IDispatch* client, HRESULT (*call)(IDispatch* model, EXCEPINFO* failure)) {
+// Opens a session with a server that is not there; there is a message.
+void ExpectNoSession(IDispatch* client, void (*init)(IDispatch*, IUnknown*, HostLog*)) {
   HostLog log;
   const SpeakingServicesPtr services(new SpeakingServices(&log));
   services->Answer("GetUsid", Nulls());
-  const IUnknownPtr provider(new SpeakingProvider(&log, services->Unknown()));
-  const Variant argument = Variant::FromObject(provider.get());
-  DISPPARAMS arguments;
-  arguments.rgvarg = &argument;
-  arguments.cArgs = 1;
-  void* raw = nullptr;
-  EXPECT_EQ(client->QueryInterface(IQvClientServiceRaw::kIid, &raw), S_OK);
-  const IQvClientServiceRawPtr receiver(static_cast<IQvClientServiceRaw*>(raw), false);
-  EXPECT_EQ(receiver->Invoke(1, Guid{}, 0, DISPATCH_METHOD, &arguments, nullptr, nullptr, nullptr), S_OK);
-  Variant model;
-  EXPECT_EQ(client->Invoke(1, Guid{}, 0, DISPATCH_METHOD, &kNoArguments, &model, nullptr, nullptr), S_OK);
-  EXCEPINFO failure;
-  EXPECT_LT(call(DispatchOf(model), &failure), 0);
-  return Shown(failure.bstrDescription);
-}
-
-HRESULT OpenSession(IDispatch* model, EXCEPINFO* failure) {
-  const Variant connection = Variant::FromString(u"user");
-  DISPPARAMS arguments;
-  arguments.rgvarg = &connection;
-  arguments.cArgs = 1;
-  return model->Invoke(1, Guid{}, 0, DISPATCH_METHOD, &arguments, nullptr, failure, nullptr);
+  init(client, services->Unknown(), &log);
+  LateCall model(client, IdOf(client, u"ConnectionModel"));
+  EXPECT_EQ(model.Run(), S_OK);
+  LateCall open(DispatchOf(model.result), 1);
+  EXPECT_LT(open.With({Text(u"user")}).Run(), 0);
+  EXPECT_NE(Shown(open.failure.bstrDescription), "<null>");
 }
 
 TEST_F(ClassServer, ComponentsOfTheProgramServeTheLibrary) {
-  Register();
-  const IDispatchPtr client = Create(kScriptwellsProgId);
-  ASSERT_EQ(Write(client.get(), u"ServerName", Variant::FromString(u"http://127.0.0.1:1")), S_OK);
+  const IDispatchPtr client = CreateWithServer();
   componentsWanted = 0;
   RegisterClassCreator(CLSID_HttpComponent, RefuseComponent);
-  EXPECT_NE(WordsWithoutServer(client.get(), OpenSession), "<null>");
+  ExpectNoSession(client.get(), Init);
   RegisterClassCreator(CLSID_HttpComponent, nullptr);
   EXPECT_EQ(componentsWanted, 1);
 }
 
 TEST_F(ClassServer, LibraryThatMadeRequestsLeavesWithTheThread) {
-  Register();
   for (int round = 0; round < 2; ++round) {
-    std::thread([] {
-      const IDispatchPtr client = Create(kScriptwellsProgId);
-      ASSERT_EQ(Write(client.get(), u"ServerName", Variant::FromString(u"http://127.0.0.1:1")), S_OK);
-      EXPECT_NE(WordsWithoutServer(client.get(), OpenSession), "<null>");
-    }).join();
+    std::thread([] { ExpectNoSession(CreateWithServer().get(), Init); }).join();
     EXPECT_TRUE(IsMapped(kLibrary));
-    CoFreeUnusedLibraries();
-    EXPECT_FALSE(IsMapped(kLibrary));
+    ExpectUnloaded();
   }
 }
 
-// Hosts that tidy up when their own object goes: the object of the library that held it is still running.
-Variant ObjectThatFreesLibraries() {
-  auto* const object = new CallingObject;
-  object->OnEnd([] { CoFreeUnusedLibraries(); });
-  return Variant::FromObject(object);
-}
-
-// Late-bound, with the arguments in the host's order.
-Variant CallWith(IDispatch* object, const char16_t* name, std::vector<Variant> given) {
-  std::reverse(given.begin(), given.end());
-  DISPPARAMS arguments;
-  arguments.rgvarg = given.data();
-  arguments.cArgs = static_cast<std::uint32_t>(given.size());
-  DISPID id = DISPID_UNKNOWN;
-  EXPECT_EQ(object->GetIDsOfNames(Guid{}, &name, 1, 0, &id), S_OK);
-  Variant result;
-  EXPECT_EQ(object->Invoke(id, Guid{}, 0, DISPATCH_METHOD, &arguments, &result, nullptr, nullptr), S_OK);
-  return result;
-}
-
-TEST_F(ClassServer, ListOutlivesItsValuesThatFreeLibraries) {
-  Register();
-  IDispatchPtr client = Create(kScriptwellsProgId);
-  Variant list = CallWith(client.get(), u"Parameters", {});
-  CallWith(DispatchOf(list), u"Add", {Variant::FromString(u"k"), ObjectThatFreesLibraries()});
-  client.reset();
-  list.Clear();
-  EXPECT_EQ(CallingObject::Live(), 0);
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(kLibrary));
-}
-
-TEST_F(ClassServer, ParameterOutlivesItsValueThatFreesLibraries) {
-  Register();
-  IDispatchPtr client = Create(kScriptwellsProgId);
-  Variant list = CallWith(client.get(), u"Parameters", {});
-  Variant parameter =
-      CallWith(DispatchOf(list), u"Add", {Variant::FromString(u"k"), ObjectThatFreesLibraries()});
-  client.reset();
-  list.Clear();
-  parameter.Clear();
-  EXPECT_EQ(CallingObject::Live(), 0);
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(kLibrary));
-}
-
-// The last thing that the library does in these calls is to let the host's object go, and its own with it.
-TEST_F(ClassServer, CallOutlivesTheObjectThatItReleases) {
-  Register();
-  IDispatchPtr client = Create(kScriptwellsProgId);
-  Variant list = CallWith(client.get(), u"Parameters", {});
-  client.reset();
-  auto* const object = new CallingObject;
-  object->OnEnd([&list] {
-    list.Clear();
-    CoFreeUnusedLibraries();
-    EXPECT_TRUE(IsMapped(kLibrary));
-  });
-  CallWith(DispatchOf(list), u"Add", {Variant::FromString(u"k"), Variant::FromObject(object)});
-  CallWith(DispatchOf(list), u"Clear", {});
-  EXPECT_EQ(CallingObject::Live(), 0);
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(kLibrary));
-}
-
-void Init(IDispatch* client, IUnknown* services, HostLog* log) {
-  const IUnknownPtr provider(new SpeakingProvider(log, services));
-  void* raw = nullptr;
-  ASSERT_EQ(client->QueryInterface(IQvClientServiceRaw::kIid, &raw), S_OK);
-  const IQvClientServiceRawPtr receiver(static_cast<IQvClientServiceRaw*>(raw), false);
-  CallWith(receiver.get(), u"Init", {Variant::FromObject(provider.get())});
-}
-
-TEST_F(ClassServer, ClientOutlivesServicesThatFreeLibraries) {
-  Register();
-  HostLog log;
-  IDispatchPtr client = Create(kScriptwellsProgId);
-  auto* const services = new SpeakingServices(&log);
-  services->OnEnd(&CoFreeUnusedLibraries);
-  Init(client.get(), services->Unknown(), &log);
-  client.reset();
-  EXPECT_EQ(SpeakingServices::Live(), 0);
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(kLibrary));
-}
-
-TEST_F(ClassServer, ModelOutlivesServicesThatFreeLibraries) {
-  Register();
-  HostLog log;
-  IDispatchPtr client = Create(kScriptwellsProgId);
-  ASSERT_EQ(Write(client.get(), u"ServerName", Variant::FromString(u"http://127.0.0.1:1")), S_OK);
-  auto* const services = new SpeakingServices(&log);
-  services->OnEnd(&CoFreeUnusedLibraries);
-  Init(client.get(), services->Unknown(), &log);
-  Variant model = CallWith(client.get(), u"ConnectionModel", {});
-  client.reset();
-  EXPECT_EQ(SpeakingServices::Live(), 1);
-  model.Clear();
-  EXPECT_EQ(SpeakingServices::Live(), 0);
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(kLibrary));
-}
-
-// What the thread keeps for its next request is the library's, which thus stays for it, and works again. A
-// thread of its own, so that the library is free to leave in the tests after this one.
+// The thread keeps connections of the library for its next request, and the library stays for them. A thread
+// of its own, so that the library can leave in the tests after this one.
 TEST_F(ClassServer, LibraryThatMadeRequestsOnThisThreadCanBeUsedAgain) {
-  Register();
   std::thread([] {
     for (int round = 0; round < 2; ++round) {
-      const IDispatchPtr client = Create(kScriptwellsProgId);
-      ASSERT_EQ(Write(client.get(), u"ServerName", Variant::FromString(u"http://127.0.0.1:1")), S_OK);
-      EXPECT_NE(WordsWithoutServer(client.get(), OpenSession), "<null>");
+      ExpectNoSession(CreateWithServer().get(), Init);
       CoFreeUnusedLibraries();
     }
   }).join();
 }
 
+// Hosts that tidy up when their own object goes: the object of the library that held it is still running.
+
+class ClassServerReentry : public ClassServer {
+ protected:
+  void TearDown() override {
+    EXPECT_EQ(CallingObject::Live(), 0);
+    EXPECT_EQ(SpeakingServices::Live(), 0);
+    ExpectUnloaded();
+  }
+  // Fills the list with an object that runs `onEnd`; returns the parameter.
+  Variant Add(const CallingObject::Call& onEnd) {
+    auto* const object = new CallingObject;
+    object->OnEnd(onEnd);
+    return Result(DispatchOf(list_), u"Add", {Text(u"k"), Variant::FromObject(object)});
+  }
+  void MakeList() { list_ = Result(Create().get(), u"Parameters"); }
+  IUnknown* ServicesThatFreeLibraries() {
+    auto* const services = new SpeakingServices(&log_);
+    services->OnEnd(&CoFreeUnusedLibraries);
+    return services->Unknown();
+  }
+
+  HostLog log_;
+  Variant list_;
+};
+
+TEST_F(ClassServerReentry, ListOutlivesItsValuesThatFreeLibraries) {
+  MakeList();
+  Add(&CoFreeUnusedLibraries);
+  list_.Clear();
+}
+
+TEST_F(ClassServerReentry, ParameterOutlivesItsValueThatFreesLibraries) {
+  MakeList();
+  Variant parameter = Add(&CoFreeUnusedLibraries);
+  list_.Clear();
+  parameter.Clear();
+}
+
+// The last thing that the library does in these calls is to release the host's object, and its own with it.
+TEST_F(ClassServerReentry, CallOutlivesTheObjectThatItReleases) {
+  MakeList();
+  Add([this] {
+    list_.Clear();
+    CoFreeUnusedLibraries();
+    EXPECT_TRUE(IsMapped(kLibrary));
+  });
+  EXPECT_EQ(CallByName(DispatchOf(list_), u"Clear"), "VT_EMPTY");
+}
+
+TEST_F(ClassServerReentry, ClientOutlivesServicesThatFreeLibraries) {
+  Init(Create().get(), ServicesThatFreeLibraries(), &log_);
+}
+
+TEST_F(ClassServerReentry, ModelOutlivesServicesThatFreeLibraries) {
+  IDispatchPtr client = CreateWithServer();
+  Init(client.get(), ServicesThatFreeLibraries(), &log_);
+  Variant model = Result(client.get(), u"ConnectionModel");
+  client.reset();
+  EXPECT_EQ(SpeakingServices::Live(), 1);
+  model.Clear();
+}
+
 // At exit globals go in the reverse order of their making, the library's among them.
 TEST_F(ClassServer, ObjectInAGlobalOutlivesMainOnEitherSideOfTheLibrary) {
-  Register();
   const auto exitWithGlobals = [] {
     static IDispatchPtr olderThanTheLibrary;
-    olderThanTheLibrary = Create(kScriptwellsProgId);
-    static IDispatchPtr younger = Create(kScriptwellsProgId);
+    olderThanTheLibrary = Create();
+    static IDispatchPtr younger = Create();
     std::exit(younger != nullptr && IsMapped(kLibrary) ? 0 : 1);
   };
   EXPECT_EXIT(exitWithGlobals(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ClassServer, UnregisteredClassCannotBeMade) {
+TEST_F(UnregisteredClassServer, HasNoClassToCreate) {
   Guid classId{};
   EXPECT_EQ(CLSIDFromProgID(kScriptwellsProgId, &classId), CO_E_CLASSSTRING);
-  void* raw = nullptr;
-  EXPECT_EQ(CoCreateInstance(CLSID_QvScriptwells, nullptr, CLSCTX_ALL, IDispatch::kIid, &raw),
+  IDispatchPtr object;
+  EXPECT_EQ(CoCreateInstance(CLSID_QvScriptwells, nullptr, CLSCTX_ALL, IDispatch::kIid, Put(object)),
             REGDB_E_CLASSNOTREG);
 }
 

@@ -1,12 +1,12 @@
 // The ConnectionModel object as a host meets it: result codes and error records.
 #include <gtest/gtest.h>
 
-#include "automation/waiting_record.h"
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"

@@ -25,7 +25,7 @@ LateRow Mismatch(Face face, DISPID id, const std::vector<Variant>& arguments, st
 }
 
 TEST(DispatchConversion, BringsTheTypeOfTheProperty) {
-  const Variant yes = Variant::FromBool(true);
+  const Variant yes = Bool(true);
   ExpectRows({
       Put(Face::kDuration, 3, I2(-7), "put_Day(-7)"),
       Put(Face::kDuration, 3, Text(u"12"), "put_Day(12)"),
@@ -45,7 +45,7 @@ TEST(DispatchConversion, BringsTheTypeOfTheProperty) {
       Put(Face::kUrl, 2, I2(5), "put_UrlCaption(5)"),
       Put(Face::kUrl, 2, R8(1.5), "put_UrlCaption(1.5)"),
       Put(Face::kUrl, 3, Variant(), "put_Url()"),
-      Put(Face::kUrl, 3, Text(WideString()), "put_Url(<null>)"),
+      Put(Face::kUrl, 3, NullText(), "put_Url(<null>)"),
       Put(Face::kQvScriptwells, 8, Text(u""), "put_Proxy()"),
       Put(Face::kDuration, 3, Text(u"&H1F"), "put_Day(31)"),
       Put(Face::kDuration, 8, Text(u"(1.5)"), "put_Sec(-1.5)"),
@@ -66,7 +66,7 @@ TEST(DispatchConversion, BringsTheTypesOfTheMethod) {
       Called(Face::kParameters, 1, {Text(u"k"), Variant()}, "Add(k, VT_EMPTY)"),
       Called(Face::kParameters, 1, {Text(u"k"), Variant::Null()}, "Add(k, VT_NULL)"),
       Called(Face::kParameter, 1, {Text(u"k"), R8(0.5)}, "SetValues(k, VT_R8 0.5)"),
-      Called(Face::kParameter, 1, {Text(u"k"), Variant::FromBool(true)}, "SetValues(k, VT_BOOL -1)"),
+      Called(Face::kParameter, 1, {Text(u"k"), Bool(true)}, "SetValues(k, VT_BOOL -1)"),
       Called(Face::kParameter, 1, {Text(u"k"), FromDispatch(nullptr)}, "SetValues(k, VT_DISPATCH null)"),
       Called(Face::kParameter, 1, {Text(u"k"), Variant::FromObject(nullptr)},
              "SetValues(k, VT_UNKNOWN null)"),
@@ -164,13 +164,13 @@ TEST(DispatchConversion, FollowsPointers) {
   BStr twelve = AllocString(u"12", 2);
   BStr link = AllocString(u"http://a/b", 10);
   ExpectRows({
-      Put(Face::kDuration, 3, Reference(VT_I2, &number), "put_Day(9)"),
-      Put(Face::kDuration, 3, Reference(VT_I4, &large), "put_Day(10)"),
-      Put(Face::kDuration, 3, Reference(VT_VARIANT, &text), "put_Day(11)"),
-      Put(Face::kDuration, 3, Reference(VT_BSTR, &twelve), "put_Day(12)"),
-      Put(Face::kUrl, 3, Reference(VT_BSTR, &link), "put_Url(http://a/b)"),
-      Put(Face::kUrl, 2, Reference(VT_VARIANT, &text), "put_UrlCaption(11)"),
-      Refused("no number", Face::kDuration, 3, DISPATCH_PROPERTYPUT, {Reference(VT_VARIANT, &noNumber)},
+      Put(Face::kDuration, 3, Pointer(VT_I2, &number), "put_Day(9)"),
+      Put(Face::kDuration, 3, Pointer(VT_I4, &large), "put_Day(10)"),
+      Put(Face::kDuration, 3, Pointer(VT_VARIANT, &text), "put_Day(11)"),
+      Put(Face::kDuration, 3, Pointer(VT_BSTR, &twelve), "put_Day(12)"),
+      Put(Face::kUrl, 3, Pointer(VT_BSTR, &link), "put_Url(http://a/b)"),
+      Put(Face::kUrl, 2, Pointer(VT_VARIANT, &text), "put_UrlCaption(11)"),
+      Refused("no number", Face::kDuration, 3, DISPATCH_PROPERTYPUT, {Pointer(VT_VARIANT, &noNumber)},
               DISP_E_TYPEMISMATCH, 0),
   });
   FreeString(twelve);
@@ -180,13 +180,13 @@ TEST(DispatchConversion, FollowsPointers) {
 // A value that may be anything is followed one step from pointer to Variant, and is not changed.
 TEST(DispatchConversion, FollowsOnePointerToAnyValue) {
   Variant inner = I2(5);
-  Variant outer = Reference(VT_VARIANT, &inner);
+  Variant outer = Pointer(VT_VARIANT, &inner);
   std::int32_t number = 6;
   ExpectRows({
-      Called(Face::kParameter, 1, {Text(u"a"), Reference(VT_VARIANT, &inner)}, "SetValues(a, VT_I2 5)"),
-      Called(Face::kParameters, 1, {Text(u"b"), Reference(VT_VARIANT, &outer)}, "Add(b, tag 16396)"),
-      Called(Face::kParameters, 1, {Text(u"c"), Reference(VT_I4, &number)}, "Add(c, tag 16387)"),
-      Called(Face::kParameter, 1, {Reference(VT_VARIANT, &inner), Text(u"d")}, "SetValues(d, VT_I2 5)")
+      Called(Face::kParameter, 1, {Text(u"a"), Pointer(VT_VARIANT, &inner)}, "SetValues(a, VT_I2 5)"),
+      Called(Face::kParameters, 1, {Text(u"b"), Pointer(VT_VARIANT, &outer)}, "Add(b, tag 16396)"),
+      Called(Face::kParameters, 1, {Text(u"c"), Pointer(VT_I4, &number)}, "Add(c, tag 16387)"),
+      Called(Face::kParameter, 1, {Pointer(VT_VARIANT, &inner), Text(u"d")}, "SetValues(d, VT_I2 5)")
           .Named({0, 1}),
   });
 }
@@ -196,10 +196,10 @@ TEST(DispatchConversion, SurvivesNullPointers) {
   for (const Face face : {Face::kParameter, Face::kParameters}) {
     const IDispatchPtr object = MakeNoting(face, &script);
     LateCall value(object.get(), 1);
-    value.With({Text(u"k"), Reference(VT_VARIANT, nullptr)}).Run();
-    ExpectRows({Mismatch(face, 1, {Reference(VT_VARIANT, nullptr), Text(u"v")}, 1)});
+    value.With({Text(u"k"), Pointer(VT_VARIANT, nullptr)}).Run();
+    ExpectRows({Mismatch(face, 1, {Pointer(VT_VARIANT, nullptr), Text(u"v")}, 1)});
   }
-  ExpectRows({Refused("null number", Face::kDuration, 3, DISPATCH_PROPERTYPUT, {Reference(VT_I2, nullptr)},
+  ExpectRows({Refused("null number", Face::kDuration, 3, DISPATCH_PROPERTYPUT, {Pointer(VT_I2, nullptr)},
                       DISP_E_TYPEMISMATCH, 0)});
 }
 

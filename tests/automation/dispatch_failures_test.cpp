@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "automation/late_call.h"
-#include "automation/waiting_record.h"
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
 #include "fixtures/soap_texts.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"

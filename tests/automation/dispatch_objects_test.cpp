@@ -43,9 +43,9 @@ TEST_F(DispatchObjects, ListIsTakenUnderEitherTagAndThroughPointers) {
   ExpectRan(FromDispatch(list_.get()), S_OK);
   ExpectRan(Variant::FromObject(list_.get()), S_OK);
   Variant held = FromDispatch(list_.get());
-  ExpectRan(Reference(VT_VARIANT, &held), S_OK);
+  ExpectRan(Pointer(VT_VARIANT, &held), S_OK);
   IUnknown* pointer = list_.get();
-  ExpectRan(Reference(VT_UNKNOWN, &pointer), S_OK);
+  ExpectRan(Pointer(VT_UNKNOWN, &pointer), S_OK);
 }
 
 TEST_F(DispatchObjects, ReferencesAreReturned) {

@@ -34,8 +34,8 @@ struct Targets {
 class RandomHost {
  public:
   explicit RandomHost(std::uint32_t seed) : random_(seed) {
-    targets_.chain = Reference(VT_VARIANT, &targets_.value);
-    targets_.loop = Reference(VT_VARIANT, &targets_.loop);
+    targets_.chain = Pointer(VT_VARIANT, &targets_.value);
+    targets_.loop = Pointer(VT_VARIANT, &targets_.loop);
     targets_.object = &stranger_;
   }
 
@@ -54,7 +54,7 @@ class RandomHost {
     const int kind = Below(6);
     if (kind == 0) return Text(RandomText());
     if (kind == 1) return Object();
-    if (kind == 2) return Pointer();
+    if (kind == 2) return ByReference();
     return kind == 3 ? Odd() : Number();
   }
 
@@ -73,12 +73,12 @@ class RandomHost {
     if (Below(2) == 0) return FromDispatch(CreateParameters().get());
     return Variant::FromObject(&stranger_);
   }
-  Variant Pointer() {
+  Variant ByReference() {
     const Variant pointers[] = {
-        Reference(VT_VARIANT, &targets_.value),  Reference(VT_VARIANT, &targets_.chain),
-        Reference(VT_VARIANT, &targets_.loop),   Reference(VT_VARIANT, nullptr),
-        Reference(VT_BSTR, &targets_.text),      Reference(VT_BSTR, &targets_.nullText),
-        Reference(VT_UNKNOWN, &targets_.object), Reference(VT_DISPATCH, &targets_.object)};
+        Pointer(VT_VARIANT, &targets_.value),  Pointer(VT_VARIANT, &targets_.chain),
+        Pointer(VT_VARIANT, &targets_.loop),   Pointer(VT_VARIANT, nullptr),
+        Pointer(VT_BSTR, &targets_.text),      Pointer(VT_BSTR, &targets_.nullText),
+        Pointer(VT_UNKNOWN, &targets_.object), Pointer(VT_DISPATCH, &targets_.object)};
     const int chosen = Below(9);
     return chosen < 8 ? pointers[chosen] : Scalar(VT_BYREF);
   }
@@ -87,7 +87,7 @@ class RandomHost {
     constexpr VARTYPE kTags[] = {VT_I2,  VT_I4,  VT_R4,  VT_R8, VT_DATE, VT_BOOL, VT_I1,
                                  VT_UI1, VT_UI2, VT_UI4, VT_I8, VT_UI8,  VT_INT,  VT_UINT};
     const VARTYPE tag = kTags[Below(14)];
-    if (how == VT_BYREF) return Reference(tag, targets_.words);
+    if (how == VT_BYREF) return Pointer(tag, targets_.words);
     VariantData data;
     data.ullVal = random_() | static_cast<std::uint64_t>(random_()) << 32;
     if (Below(3) == 0) data.llVal = Below(10);
@@ -112,7 +112,7 @@ class RandomHost {
   }
 
   std::mt19937 random_;
-  ValuedObject stranger_{Variant::FromString(u"12")};
+  ValuedObject stranger_{Text(u"12")};
   Targets targets_;
 };
 

@@ -1,8 +1,6 @@
 // The source of a failure is the name of the class that failed, where the registry knows one. Ordinarily it
-// knows the client's alone; here it knows all of them, so that each shows which class it takes itself for.
+// knows only the client's; here it knows all of them, so that each failure shows its class.
 #include <gtest/gtest.h>
-
-#include <ostream>
 
 #include "automation/late_call.h"
 #include "fixtures/environment.h"
@@ -15,7 +13,7 @@
 namespace qv {
 namespace {
 
-// The classes whose members can fail with words, by their ids.
+// The classes whose members can fail with a message, by their ids.
 constexpr char kNames[] =
     "[HKEY_CLASSES_ROOT\\CLSID\\{01932093-F909-400B-B02E-7AEDABA33A36}\\ProgID]\n@=\"the client\"\n"
     "[HKEY_CLASSES_ROOT\\CLSID\\{2541DC31-DF90-43BF-ABEF-76838F412E28}\\ProgID]\n@=\"the model\"\n"
@@ -26,9 +24,11 @@ constexpr char kNames[] =
 
 class DispatchSource : public testing::Test {
  protected:
-  DispatchSource() { ClearErrorInfo(); }
+  DispatchSource() {
+    ClearErrorInfo();
+    directory_.Write("classes.reg", kNames);
+  }
   void TearDown() override { ClearErrorInfo(); }
-  void KnowAllNames() { directory_.Write("classes.reg", kNames); }
 
   static std::string SourceOf(IDispatch* object, DISPID id, const std::vector<Variant>& arguments,
                               std::uint16_t flags = DISPATCH_METHOD) {
@@ -43,7 +43,6 @@ class DispatchSource : public testing::Test {
 };
 
 TEST_F(DispatchSource, IsTheClassThatFailed) {
-  KnowAllNames();
   const IQvScriptwellsPtr client = CreateQvScriptwells();
   EXPECT_EQ(SourceOf(client.get(), 1, {}), "the client");
   EXPECT_EQ(SourceOf(client.get(), 4, {}), "the client");
@@ -59,7 +58,6 @@ TEST_F(DispatchSource, IsTheClassThatFailed) {
 }
 
 TEST_F(DispatchSource, IsTheModelForEachOfItsFailures) {
-  KnowAllNames();
   FakeHttp http;
   http.Fail(HttpStep::kOpen, E_FAIL, u"no route", 1);
   http.Fail(HttpStep::kOpen, E_FAIL, u"no route", 2);
@@ -71,15 +69,13 @@ TEST_F(DispatchSource, IsTheModelForEachOfItsFailures) {
 }
 
 TEST_F(DispatchSource, IsTheDurationForEachOfItsUnits) {
-  KnowAllNames();
   const IDurationPtr span = CreateDuration();
   for (DISPID id = 3; id <= 8; ++id)
     EXPECT_EQ(SourceOf(span.get(), id, {I2(-1)}, DISPATCH_PROPERTYPUT), "the span") << id;
 }
 
-// A failed read of the model through the client is the client's failure, with the model's words.
+// A failed read of the model through the client is the client's failure, with the model's message.
 TEST_F(DispatchSource, IsTheClientForAServerNameThatItsModelRefuses) {
-  KnowAllNames();
   const IQvScriptwellsPtr client = CreateQvScriptwells();
   ASSERT_EQ(client->put_ServerName(u"srv"), S_OK);
   LateCall call(client.get(), 1);
@@ -90,7 +86,6 @@ TEST_F(DispatchSource, IsTheClientForAServerNameThatItsModelRefuses) {
 }
 
 TEST_F(DispatchSource, IsTheParameterForAValueThatCannotBeCopied) {
-  KnowAllNames();
   const IParameterPtr parameter = CreateParameter();
   std::vector<Variant> block(2);
   block[0] = Variant::FromRaw(0x0FFF, VariantData{});
@@ -103,7 +98,8 @@ TEST_F(DispatchSource, IsTheParameterForAValueThatCannotBeCopied) {
   EXPECT_EQ(Shown(failure.bstrSource), "the parameter");
 }
 
-TEST_F(DispatchSource, IsEmptyWhereTheRegistryKnowsNoName) {
+TEST_F(DispatchSource, IsEmptyWithoutANameInTheRegistry) {
+  directory_.Write("classes.reg", "");
   EXPECT_EQ(SourceOf(CreateQvScriptwells().get(), 4, {}), "<null>");
   EXPECT_EQ(SourceOf(CreateParameters().get(), 2, {I2(0)}), "<null>");
 }

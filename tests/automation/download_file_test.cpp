@@ -1,10 +1,10 @@
 // DownloadFile as a host meets it: result codes and error records.
 #include <gtest/gtest.h>
 
-#include "automation/waiting_record.h"
 #include "fixtures/environment.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/temporary_directory.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/create_objects.h"
 
 namespace qv {

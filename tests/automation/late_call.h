@@ -5,30 +5,10 @@
 #include <vector>
 
 #include "fixtures/shown_value.h"
+#include "fixtures/variant_makers.h"
 #include "qvscriptwells/dispatch.h"
 
 namespace qv {
-
-inline Variant I2(int value) {
-  return Variant::FromShort(static_cast<std::int16_t>(value));
-}
-inline Variant I4(std::int32_t value) {
-  VariantData data;
-  data.lVal = value;
-  return Variant::FromRaw(VT_I4, data);
-}
-inline Variant R8(double value) {
-  return Variant::FromDouble(value);
-}
-inline Variant Text(const WideString& value) {
-  return Variant::FromString(value);
-}
-// A pointer to what is at `place`, under `tag` with VT_BYREF.
-inline Variant Reference(VARTYPE tag, void* place) {
-  VariantData data;
-  data.byref = place;
-  return Variant::FromRaw(static_cast<VARTYPE>(tag | VT_BYREF), data);
-}
 
 // What no call writes: an output parameter that still has it is untouched.
 constexpr std::uint32_t kUntouchedIndex = 0xCAFE;

@@ -51,32 +51,29 @@ struct Coclass {
   }
 };
 
-template <class Pointer, Pointer (*kCreate)()>
+template <auto kCreate>
 IUnknownPtr Make() {
   return kCreate();
 }
+using Interfaces = std::vector<std::string>;
+constexpr IQvScriptwellsPtr (*kClient)() = &CreateQvScriptwells;
+constexpr IConnectionModelPtr (*kModel)() = &CreateConnectionModel;
+constexpr IDurationPtr (*kDuration)() = &CreateDuration;
+constexpr IAttachedFilePtr (*kFile)() = &CreateAttachedFile;
+const Interfaces kClientInterfaces = {"IQvScriptwells", "IQvClientServiceRaw", "IProvideClassInfo"};
+const Interfaces kModelInterfaces = {"IConnectionModel", "IConnectionModelRaw"};
+const Interfaces kStringInterfaces = {"IConnectionString", "IConnectionStringRaw"};
 
 const Coclass kCoclasses[] = {
-    {"QvScriptwells",
-     &Make<IQvScriptwellsPtr, CreateQvScriptwells>,
-     {"IQvScriptwells", "IQvClientServiceRaw", "IProvideClassInfo"},
-     u"ServerName",
-     7},
-    {"ConnectionModel",
-     &Make<IConnectionModelPtr, CreateConnectionModel>,
-     {"IConnectionModel", "IConnectionModelRaw"},
-     u"SetUSID",
-     5},
-    {"ConnectionString",
-     &Make<IConnectionStringPtr, CreateConnectionString>,
-     {"IConnectionString", "IConnectionStringRaw"},
-     u"ReplicaID",
-     4},
-    {"Duration", &Make<IDurationPtr, CreateDuration>, {"IDuration", "IDurationRaw"}, u"Sec", 8},
-    {"Url", &Make<IUrlPtr, CreateUrl>, {"IUrl"}, u"UrlCaption", 2},
-    {"AttachedFile", &Make<IAttachedFilePtr, CreateAttachedFile>, {"IAttachedFile"}, u"TicketId", 6},
-    {"Parameter", &Make<IParameterPtr, CreateParameter>, {"IParameter"}, u"SetValues", 1},
-    {"Parameters", &Make<IParametersPtr, CreateParameters>, {"IParameters"}, u"Find", 3}};
+    {"QvScriptwells", &Make<kClient>, kClientInterfaces, u"ServerName", 7},
+    {"ConnectionModel", &Make<kModel>, kModelInterfaces, u"SetUSID", 5},
+    {"ConnectionString", &Make<CreateConnectionString>, kStringInterfaces, u"ReplicaID", 4},
+    {"Duration", &Make<kDuration>, {"IDuration", "IDurationRaw"}, u"Sec", 8},
+    {"Url", &Make<CreateUrl>, {"IUrl"}, u"UrlCaption", 2},
+    {"AttachedFile", &Make<kFile>, {"IAttachedFile"}, u"TicketId", 6},
+    {"Parameter", &Make<CreateParameter>, {"IParameter"}, u"SetValues", 1},
+    {"Parameters", &Make<CreateParameters>, {"IParameters"}, u"Find", 3},
+};
 
 // Runs the check once for each class, with a new object of it.
 void ForEachObject(void (*check)(const Coclass& coclass, const IUnknownPtr& object)) {

@@ -1,8 +1,8 @@
 // The Parameters and Parameter objects as a host meets them.
 #include <gtest/gtest.h>
 
-#include "automation/waiting_record.h"
 #include "fixtures/counting_object.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 

@@ -6,7 +6,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "automation/waiting_record.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/unknown.h"
 
 namespace qv {

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "automation/late_call.h"
-#include "automation/waiting_record.h"
 #include "com/module.h"
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_http.h"
@@ -10,6 +9,7 @@
 #include "fixtures/soap_texts.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/thrown.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"

@@ -1,11 +1,13 @@
-// Host objects that call the library back while it lets them go, copies them or asks them: on the same list,
-// parameter or model.
+// Host objects that call back while the library releases, copies or queries them: on the same list or
+// parameter.
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "fixtures/calling_object.h"
 #include "fixtures/shown_text.h"
+#include "fixtures/variant_makers.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 
 namespace qv {
@@ -34,10 +36,9 @@ class Reentry : public testing::Test {
   std::string Keys() {
     std::string keys;
     for (std::int16_t i = 0; i < Size(); ++i) {
-      IParameter* raw = nullptr;
-      EXPECT_EQ(list_->Find(i, &raw), S_OK);
-      if (raw == nullptr) return keys + "?";
-      const IParameterPtr found(raw, false);
+      IParameterPtr found;
+      EXPECT_EQ(list_->Find(i, Put(found)), S_OK);
+      if (found == nullptr) return keys + "?";
       WideString key;
       EXPECT_EQ(found->get_ParamKey(&key), S_OK);
       keys += (keys.empty() ? "" : " ") + Shown(key);
@@ -51,7 +52,7 @@ class Reentry : public testing::Test {
 TEST_F(Reentry, ClearShowsAnEmptyListToItsValues) {
   std::string seen = "not called";
   Add(u"a", Object([&] { seen = Keys(); }));
-  Add(u"b", Variant::FromInt(2));
+  Add(u"b", Int(2));
   EXPECT_EQ(list_->Clear(), S_OK);
   EXPECT_EQ(seen, "");
   EXPECT_EQ(Size(), 0);
@@ -71,17 +72,17 @@ TEST_F(Reentry, ClearInsideClearFindsNothingToDo) {
 }
 
 TEST_F(Reentry, ValuesAddedDuringClearStay) {
-  Add(u"a", Object([&] { Add(u"c", Variant::FromInt(3)); }));
-  Add(u"b", Object([&] { Add(u"d", Variant::FromInt(4)); }));
+  Add(u"a", Object([&] { Add(u"c", Int(3)); }));
+  Add(u"b", Object([&] { Add(u"d", Int(4)); }));
   EXPECT_EQ(list_->Clear(), S_OK);
   EXPECT_EQ(Keys(), "c d");
 }
 
 TEST_F(Reentry, RemoveShowsTheListWithoutTheElement) {
   std::string seen;
-  Add(u"a", Variant::FromInt(1));
+  Add(u"a", Int(1));
   Add(u"b", Object([&] { seen = Keys(); }));
-  Add(u"c", Variant::FromInt(3));
+  Add(u"c", Int(3));
   EXPECT_EQ(list_->Remove(1), S_OK);
   EXPECT_EQ(seen, "a c");
   EXPECT_EQ(Keys(), "a c");
@@ -90,8 +91,8 @@ TEST_F(Reentry, RemoveShowsTheListWithoutTheElement) {
 TEST_F(Reentry, RemoveInsideRemoveTakesTheNextOne) {
   Add(u"a", Object([&] { EXPECT_EQ(list_->Remove(0), S_OK); }));
   Add(u"b", Object([&] { EXPECT_EQ(list_->Remove(0), S_OK); }));
-  Add(u"c", Variant::FromInt(3));
-  Add(u"d", Variant::FromInt(4));
+  Add(u"c", Int(3));
+  Add(u"d", Int(4));
   EXPECT_EQ(list_->Remove(0), S_OK);
   EXPECT_EQ(Keys(), "d");
 }
@@ -105,9 +106,9 @@ TEST_F(Reentry, ClearInsideRemoveEmptiesTheList) {
 
 TEST_F(Reentry, ValuesAddedDuringRemoveComeLast) {
   Add(u"a", Object([&] {
-        for (int i = 0; i < 100; ++i) Add(u"x", Variant::FromInt(i));
+        for (int i = 0; i < 100; ++i) Add(u"x", Int(i));
       }));
-  Add(u"b", Variant::FromInt(2));
+  Add(u"b", Int(2));
   EXPECT_EQ(list_->Remove(0), S_OK);
   EXPECT_EQ(Size(), 101);
   EXPECT_EQ(Keys().substr(0, 3), "b x");
@@ -117,35 +118,26 @@ TEST_F(Reentry, AddInsideAddMakesBoth) {
   auto* const object = new CallingObject;
   const Variant value = Variant::FromObject(object);
   object->OnAddRef([&] {
-    for (int i = 0; i < 100; ++i) Add(u"x", Variant::FromInt(i));
+    for (int i = 0; i < 100; ++i) Add(u"x", Int(i));
   });
   Add(u"a", value);
   EXPECT_EQ(Size(), 101);
   EXPECT_EQ(Keys().substr(198), "x a");
 }
 
-TEST_F(Reentry, ListReleasedInsideItsOwnClearEndsAfterwards) {
-  int ended = 0;
-  IParameters* const list = list_.get();
-  Add(u"a", Object([&] {
-        ++ended;
-        list_.reset();
-      }));
-  Add(u"b", Object([&] { ++ended; }));
-  EXPECT_EQ(list->Clear(), S_OK);
-  EXPECT_EQ(ended, 2);
-}
-
-TEST_F(Reentry, ListReleasedInsideItsOwnRemoveEndsAfterwards) {
-  int ended = 0;
-  IParameters* const list = list_.get();
-  Add(u"a", Object([&] {
-        ++ended;
-        list_.reset();
-      }));
-  Add(u"b", Object([&] { ++ended; }));
-  EXPECT_EQ(list->Remove(0), S_OK);
-  EXPECT_EQ(ended, 2);
+TEST_F(Reentry, ListReleasedInsideItsOwnCallEndsAfterwards) {
+  for (const bool clears : {true, false}) {
+    int ended = 0;
+    list_ = CreateParameters();
+    IParameters* const list = list_.get();
+    Add(u"a", Object([&] {
+          ++ended;
+          list_.reset();
+        }));
+    Add(u"b", Object([&] { ++ended; }));
+    EXPECT_EQ(clears ? list->Clear() : list->Remove(0), S_OK);
+    EXPECT_EQ(ended, 2);
+  }
 }
 
 // A value that knows the list, but holds no reference to it, as that would be a circle.
@@ -186,9 +178,9 @@ TEST_F(ParameterReentry, OldValueFindsTheNewOneAndMaySetAnother) {
   VARTYPE seen = VT_EMPTY;
   parameter_->SetValues(u"a", Object([&] {
                           seen = Tag();
-                          parameter_->SetValues(u"c", Variant::FromInt(3));
+                          parameter_->SetValues(u"c", Int(3));
                         }));
-  EXPECT_EQ(parameter_->SetValues(u"b", Variant::FromShort(2)), S_OK);
+  EXPECT_EQ(parameter_->SetValues(u"b", I2(2)), S_OK);
   EXPECT_EQ(seen, VT_I2);
   EXPECT_EQ(Tag(), VT_INT);
 }
@@ -211,7 +203,7 @@ TEST_F(ParameterReentry, ParameterReleasedByItsOldValueEndsAfterwards) {
 }
 
 TEST_F(ParameterReentry, ValueReplacedWhileItIsAskedForItsTypeStaysForTheQuestion) {
-  const auto replace = [&] { parameter_->SetValues(u"b", Variant::FromInt(2)); };
+  const auto replace = [&] { parameter_->SetValues(u"b", Int(2)); };
   auto* const object = new CallingObject;
   parameter_->SetValues(u"a", Variant::FromObject(object));
   object->OnQuery(replace);
@@ -235,7 +227,7 @@ TEST_F(ParameterReentry, ParameterReleasedWhileItsValueIsCopiedEndsAfterwards) {
 TEST_F(ParameterReentry, LateCallOutlivesTheReferenceInItsResult) {
   Variant result = FromDispatch(parameter_.get());
   IDispatch* const parameter = parameter_.get();
-  parameter_->SetValues(u"key", Variant::FromInt(1));
+  parameter_->SetValues(u"key", Int(1));
   parameter_.reset();
   const DISPPARAMS none;
   EXPECT_EQ(parameter->Invoke(2, Guid{}, 0, DISPATCH_METHOD, &none, &result, nullptr, nullptr), S_OK);

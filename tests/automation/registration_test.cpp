@@ -6,7 +6,6 @@
 #include "automation/registration.h"
 #include "com/guarded.h"
 #include "fixtures/environment.h"
-#include "fixtures/ordinary_user.h"
 #include "fixtures/shown_text.h"
 #include "fixtures/temporary_directory.h"
 #include "qvscriptwells/class_ids.h"
@@ -23,23 +22,25 @@ HRESULT NoteFollowUp(bool adding) noexcept {
   return S_FALSE;
 }
 
+constexpr char kDamaged[] = "stray\nstray\n";
+
 class Registration : public testing::Test {
  protected:
   Registration() { ClearErrorInfo(); }
   ~Registration() override { SetRegistrationFollowUp(nullptr); }
 
-  static std::string WaitingSource() {
+  static ErrorInfo Waiting() {
     ErrorInfo info;
-    return GetErrorInfo(&info) ? Shown(info.source) : "no record";
+    EXPECT_TRUE(GetErrorInfo(&info));
+    return info;
   }
-  static std::string SourceOf(const Guid& classId) {
-    try {
-      _com_raise_error(E_FAIL);
-    } catch (...) {
-      EXPECT_EQ(ResultFromCaughtException(classId), E_FAIL);
-    }
-    return WaitingSource();
+  // The record of a failed operation of this class.
+  static ErrorInfo FailureOf(const Guid& classId) {
+    const auto report = [&] { return ResultFromCaughtException(classId); };
+    EXPECT_EQ(GuardedBy(report, [] { RaiseWithWords(E_FAIL, "words"); }), E_FAIL);
+    return Waiting();
   }
+  static std::string SourceOf(const Guid& classId) { return Shown(FailureOf(classId).source); }
 
   TemporaryDirectory directory_;
   EnvironmentVariable named_{"QV_REGISTRY", directory_.Path("classes.reg").c_str()};
@@ -55,40 +56,30 @@ TEST_F(Registration, SourceIsTheProgIdOfARegisteredClass) {
   EXPECT_EQ(SourceOf(CLSID_QvScriptwells), "<null>");
 }
 
-TEST_F(Registration, FailedMembersOfTheClientTellIt) {
+TEST_F(Registration, IsTheSourceOfFailedMembersOfTheClient) {
   ASSERT_EQ(RegisterClasses(), S_OK);
   const IQvScriptwellsPtr client = CreateQvScriptwells();
-  IConnectionModel* model = nullptr;
-  EXPECT_LT(client->ConnectionModel(&model), 0);
-  EXPECT_EQ(WaitingSource(), "QvScriptwells.QvScriptwells.1.0");
+  IConnectionModelPtr model;
+  EXPECT_LT(client->ConnectionModel(Put(model)), 0);
+  EXPECT_EQ(Shown(Waiting().source), "QvScriptwells.QvScriptwells.1.0");
 }
 
-TEST_F(Registration, DamagedRegistryLeavesTheSourceEmptyAndTheWordsWhole) {
-  directory_.Write("classes.reg", "stray\nstray\n");
-  try {
-    ErrorInfo info;
-    info.description = u"words";
-    throw _com_error(E_FAIL, info);
-  } catch (...) {
-    EXPECT_EQ(ResultFromCaughtException(CLSID_QvScriptwells), E_FAIL);
-  }
-  ErrorInfo info;
-  ASSERT_TRUE(GetErrorInfo(&info));
+TEST_F(Registration, DamagedRegistryLeavesTheSourceEmptyAndTheMessageWhole) {
+  directory_.Write("classes.reg", kDamaged);
+  const ErrorInfo info = FailureOf(CLSID_QvScriptwells);
   EXPECT_TRUE(info.source.IsNull());
   EXPECT_EQ(Shown(info.description), "words");
 }
 
-TEST_F(Registration, RegistryThatCannotBeWrittenIsAFailureWithWords) {
-  const std::string path = directory_.Write("classes.reg", "stray\nstray\n");
+TEST_F(Registration, RegistryThatCannotBeWrittenIsAFailureWithAMessage) {
+  const std::string path = directory_.Write("classes.reg", kDamaged);
   EXPECT_EQ(RegisterClasses(), E_FAIL);
-  ErrorInfo info;
-  ASSERT_TRUE(GetErrorInfo(&info));
-  EXPECT_EQ(Shown(info.description), path + ": line 2: neither a section nor a value nor a comment");
+  EXPECT_EQ(Shown(Waiting().description), path + ": line 2: neither a section nor a value nor a comment");
   EXPECT_EQ(UnregisterClasses(), E_FAIL);
-  EXPECT_EQ(directory_.Read("classes.reg"), "stray\nstray\n");
+  EXPECT_EQ(directory_.Read("classes.reg"), kDamaged);
 }
 
-TEST_F(Registration, RemovingWhatIsNotThereSucceeds) {
+TEST_F(Registration, RemovingMissingEntriesSucceeds) {
   EXPECT_EQ(UnregisterClasses(), S_OK);
   EXPECT_EQ(directory_.Count(), 0);
 }
@@ -100,7 +91,7 @@ TEST_F(Registration, FollowUpComesLastAndGivesTheResult) {
   EXPECT_EQ(UnregisterClasses(), S_FALSE);
   EXPECT_STREQ(followedUp, "removed");
   followedUp = "";
-  directory_.Write("classes.reg", "stray\nstray\n");
+  directory_.Write("classes.reg", kDamaged);
   EXPECT_EQ(RegisterClasses(), E_FAIL);
   EXPECT_STREQ(followedUp, "");
 }

@@ -7,11 +7,11 @@
 #include <thread>
 
 #include "automation/qv_scriptwells.h"
-#include "automation/waiting_record.h"
 #include "fixtures/fake_http.h"
 #include "fixtures/formaters.h"
 #include "fixtures/scarce_memory.h"
 #include "fixtures/soap_texts.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
@@ -29,9 +29,10 @@ TEST(ScarceMemory, ClientThatCannotBeMadeIsOutOfMemory) {
   EXPECT_EQ(ThrownWithout(Memory::kTexts, create), std::set<std::string>{"_com_error 0x8007000E <null>"});
   EXPECT_EQ(ThrownWithout(Memory::kObjects, create), std::set<std::string>{"std::bad_alloc"});
   const auto createByClass = [] {
-    void* raw = nullptr;
-    ThrowIfFailed(CreateQvScriptwellsObject(nullptr, IQvScriptwells::kIid, &raw));
-    EXPECT_EQ(static_cast<IQvScriptwells*>(raw)->Release(), 0u);
+    IQvScriptwellsPtr client;
+    ThrowIfFailed(CreateQvScriptwellsObject(nullptr, IQvScriptwells::kIid, Put(client)));
+    EXPECT_EQ(client->AddRef(), 2u);
+    client->Release();
   };
   EXPECT_EQ(ThrownWithout(Memory::kBoth, createByClass),
             std::set<std::string>{"_com_error 0x8007000E <null>"});
@@ -50,7 +51,7 @@ TEST(ScarceMemory, AddFailsWithACodeAndAppendsNothing) {
     }();
     if (Succeeded(code)) break;
     ++failures;
-    EXPECT_EQ(code, E_UNEXPECTED);  // what is refused is an object or the list's room, and no text
+    EXPECT_EQ(code, E_UNEXPECTED);  // the refused memory is for an object or the list's room, not for a text
     EXPECT_EQ(TakenWords(), "no record");
     std::int16_t size = -1;
     EXPECT_EQ(list->Size(&size), S_OK);
@@ -61,8 +62,7 @@ TEST(ScarceMemory, AddFailsWithACodeAndAppendsNothing) {
   ClearErrorInfo();
 }
 
-// No component stands behind the class id, so that only the library allocates, and each call fails in any
-// case. The limit grows until no allocation is refused.
+// The class id has no component, so that only the library allocates, and each call fails in any case.
 TEST(ScarceMemory, ExecuteFailsWithACodeAndTheNextOneWorks) {
   EnsureFormaters();
   const XmlLibraryHold hold;
@@ -115,9 +115,9 @@ TEST(ScarceMemory, CallsOnAFreshThreadNeedNoMemoryOfTheCLibrary) {
 TEST(ScarceMemory, HttpComponentOnAFreshThreadNeedsNoMemoryOfTheCLibrary) {
   const int before = RememberedThreadEnds();
   std::thread([] {
-    void* raw = nullptr;
-    ASSERT_EQ(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IHttpSession::kIid, &raw), S_OK);
-    const IHttpSessionPtr session(static_cast<IHttpSession*>(raw), false);
+    IHttpSessionPtr session;
+    ASSERT_EQ(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IHttpSession::kIid, Put(session)),
+              S_OK);
     EXPECT_TRUE(Failed(session->Open(u"http", u"127.0.0.1", 1, u"", u"", u"")));
     CloseKeptConnections();
   }).join();

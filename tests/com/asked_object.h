@@ -1,6 +1,5 @@
-// An object whose only talent is to count: references, and which interfaces it was asked for. It lives on the
-// stack of a test, carries one reference from the start, and reports references that were left or lost when
-// it dies.
+// An object that counts its references and notes the interfaces of its queries. It lives on the stack of a
+// test, starts with one reference, and reports references that were left or lost when it is destroyed.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,8 +18,7 @@ class AskedObject final : public IUnknown {
   AskedObject& operator=(const AskedObject&) = delete;
   ~AskedObject() { EXPECT_EQ(count, 1u) << "references were left or lost"; }
 
-  // What QueryInterface says to `iid` from now on. S_OK hands out this object, though only its IUnknown part
-  // is real.
+  // The result of queries for `iid`. With S_OK the object is returned, though only its IUnknown part is real.
   void Answer(const Guid& iid, HRESULT code) { answers_[iid] = code; }
 
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {

@@ -13,12 +13,13 @@
 #include "com/class_library.h"
 #include "fixtures/environment.h"
 #include "fixtures/loaded_files.h"
-#include "fixtures/shown_text.h"
+#include "fixtures/shown_value.h"
 #include "fixtures/temporary_directory.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/class_factory.h"
 #include "qvscriptwells/class_ids.h"
 #include "qvscriptwells/class_registry.h"
-#include "qvscriptwells/error_info.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/registry.h"
 
 namespace qv {
@@ -46,19 +47,18 @@ class ClassLibraries : public testing::Test {
     WriteRegistryValue(key, FromUtf8(path));
   }
   static HRESULT Create(IUnknownPtr& object, const Guid& classId = kClassOfLibrary) {
-    void* raw = nullptr;
-    const HRESULT code = CoCreateInstance(classId, nullptr, CLSCTX_ALL, IUnknown::kIid, &raw);
-    object = IUnknownPtr(static_cast<IUnknown*>(raw), false);
-    return code;
+    return CoCreateInstance(classId, nullptr, CLSCTX_ALL, IUnknown::kIid, Put(object));
   }
-  // The failure of a creation as "code words".
+  // The failure of a creation as "code message".
   static std::string Refusal() {
     IUnknownPtr object;
-    char code[16];
-    std::snprintf(code, sizeof code, "0x%08X", static_cast<unsigned>(Create(object)));
+    const std::string code = ShownCode(Create(object));
     EXPECT_EQ(object, nullptr);
-    ErrorInfo info;
-    return std::string(code) + (GetErrorInfo(&info) ? " " + Shown(info.description) : "");
+    return code + " " + TakenWords();
+  }
+  void ExpectUnloaded() {
+    CoFreeUnusedLibraries();
+    EXPECT_FALSE(IsMapped(sound_));
   }
 
   // How the refusal of a class begins that no file of the registry knows.
@@ -92,23 +92,20 @@ TEST_F(ClassLibraries, UnusedLibraryLeavesTheMemory) {
     EXPECT_TRUE(IsMapped(sound_));
     object.reset();
     EXPECT_TRUE(IsMapped(sound_));
-    CoFreeUnusedLibraries();
-    EXPECT_FALSE(IsMapped(sound_));
+    ExpectUnloaded();
   }
 }
 
 TEST_F(ClassLibraries, ClassObjectKeepsItsLibrary) {
   Name(sound_);
-  void* raw = nullptr;
-  ASSERT_EQ(CoGetClassObject(kClassOfLibrary, CLSCTX_ALL, IClassFactory::kIid, &raw), S_OK);
-  IClassFactoryPtr factory(static_cast<IClassFactory*>(raw), false);
+  IClassFactoryPtr factory;
+  ASSERT_EQ(CoGetClassObject(kClassOfLibrary, CLSCTX_ALL, IClassFactory::kIid, Put(factory)), S_OK);
   CoFreeUnusedLibraries();
   EXPECT_TRUE(IsMapped(sound_));
   EXPECT_EQ(factory->LockServer(true), S_OK);
   EXPECT_EQ(factory->LockServer(false), S_OK);
   factory.reset();
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(sound_));
+  ExpectUnloaded();
 }
 
 TEST_F(ClassLibraries, LibraryUnderTwoPathsIsOne) {
@@ -124,17 +121,15 @@ TEST_F(ClassLibraries, LibraryUnderTwoPathsIsOne) {
   CoFreeUnusedLibraries();
   EXPECT_TRUE(IsMapped(sound_));
   second.reset();
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(sound_));
+  ExpectUnloaded();
 }
 
 TEST_F(ClassLibraries, RecordsOfTheLibraryReachTheHost) {
   Name(sound_);
-  void* raw = nullptr;
-  EXPECT_EQ(CoCreateInstance(kClassOfLibrary, nullptr, CLSCTX_ALL, kUnknownInterface, &raw), E_NOINTERFACE);
-  ErrorInfo info;
-  ASSERT_TRUE(GetErrorInfo(&info));
-  EXPECT_EQ(Shown(info.description), "words of the class library");
+  IUnknownPtr object;
+  EXPECT_EQ(CoCreateInstance(kClassOfLibrary, nullptr, CLSCTX_ALL, kUnknownInterface, Put(object)),
+            E_NOINTERFACE);
+  EXPECT_EQ(TakenWords(), "words of the class library");
 }
 
 TEST_F(ClassLibraries, CreatorGoesBeforeTheLibrary) {
@@ -149,10 +144,9 @@ TEST_F(ClassLibraries, CreatorGoesBeforeTheLibrary) {
 TEST_F(ClassLibraries, OuterObjectReachesTheClassObject) {
   Name(sound_);
   AskedObject outer;
-  void* raw = nullptr;
-  EXPECT_EQ(CoCreateInstance(kClassOfLibrary, &outer, CLSCTX_ALL, IUnknown::kIid, &raw), S_OK);
-  ASSERT_NE(raw, nullptr);
-  static_cast<IUnknown*>(raw)->Release();
+  IUnknownPtr object;
+  EXPECT_EQ(CoCreateInstance(kClassOfLibrary, &outer, CLSCTX_ALL, IUnknown::kIid, Put(object)), S_OK);
+  ASSERT_NE(object, nullptr);
 }
 
 TEST_F(ClassLibraries, UnnamedClassIsNotRegistered) {
@@ -163,33 +157,29 @@ TEST_F(ClassLibraries, ClassThatTheLibraryDoesNotHaveIsRefusedByIt) {
   Name(sound_, kForeignKey);
   IUnknownPtr object;
   EXPECT_EQ(Create(object, kForeignClass), CLASS_E_CLASSNOTAVAILABLE);
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(sound_));
+  ExpectUnloaded();
 }
 
-TEST_F(ClassLibraries, MissingFileIsTold) {
+TEST_F(ClassLibraries, MissingFileIsReported) {
   Name("/nowhere/x.so");
   EXPECT_EQ(Refusal(), "0x800401F8 /nowhere/x.so: cannot open shared object file: No such file or directory");
 }
 
 TEST_F(ClassLibraries, PathsAreAbsolute) {
-  for (const char* path : {"libclass_library_sound.so", "./x.so", "c:\\x.dll"}) {
+  for (const std::string path : {"libclass_library_sound.so", "./x.so", "c:\\x.dll", ""}) {
     Name(path);
-    EXPECT_EQ(Refusal(),
-              "0x800401F8 The library \"" + std::string(path) + "\" is not named by an absolute path");
+    EXPECT_EQ(Refusal(), "0x800401F8 The library \"" + path + "\" is not named by an absolute path");
   }
-  Name("");
-  EXPECT_EQ(Refusal(), "0x800401F8 The library \"\" is not named by an absolute path");
 }
 
-TEST_F(ClassLibraries, FileThatIsNoLibraryIsTold) {
+TEST_F(ClassLibraries, FileThatIsNotALibraryIsReported) {
   const std::string path = directory_.Write("text.so", std::string(4096, 't'));
   Name(path);
   EXPECT_EQ(Refusal(), "0x800401F8 " + path + ": invalid ELF header");
 }
 
 // The system would map what is there, and the program would die where the rest is missing.
-TEST_F(ClassLibraries, FileThatIsCutOffIsTold) {
+TEST_F(ClassLibraries, FileThatIsCutOffIsReported) {
   std::ifstream file(sound_, std::ios::binary);
   const std::string whole{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   ASSERT_GT(whole.size(), 5000U);
@@ -210,13 +200,13 @@ TEST_F(ClassLibraries, PipeIsNotWaitedFor) {
   EXPECT_EQ(Refusal(), "0x800401F8 " + path + ": Not a regular file");
 }
 
-TEST_F(ClassLibraries, MissingEntryPointsAreTold) {
-  const std::vector<std::vector<const char*>> rows = {
+TEST_F(ClassLibraries, MissingEntryPointsAreReported) {
+  const std::pair<const char*, const char*> rows[] = {
       {"no_main", "DllMain"}, {"no_class_object", "DllGetClassObject"}, {"no_unload", "DllCanUnloadNow"}};
-  for (const auto& row : rows) {
-    const std::string path = LibraryFile(row[0]);
+  for (const auto& [kind, entryPoint] : rows) {
+    const std::string path = LibraryFile(kind);
     Name(path);
-    EXPECT_EQ(Refusal(), "0x800401F9 " + path + ": it has no entry point " + row[1]);
+    EXPECT_EQ(Refusal(), "0x800401F9 " + path + ": it has no entry point " + entryPoint);
     EXPECT_FALSE(IsMapped(path));
   }
 }
@@ -230,9 +220,7 @@ TEST_F(ClassLibraries, LibraryThatRefusesToStartIsClosed) {
 }
 
 TEST_F(ClassLibraries, StaleRecordDoesNotLookLikeTheReason) {
-  ErrorInfo stale;
-  stale.description = u"stale words";
-  SetErrorInfo(stale);
+  LeaveStaleRecord();
   EXPECT_EQ(Refusal().rfind(Unregistered(), 0), 0U) << Refusal();
 }
 
@@ -246,15 +234,12 @@ TEST_F(ClassLibraries, ThreadsMayCreateAtOnce) {
   std::vector<HRESULT> codes(8, E_FAIL);
   for (HRESULT& code : codes)
     threads.emplace_back([&code] {
-      IUnknownPtr factory;
-      void* raw = nullptr;
-      code = CoGetClassObject(kClassOfLibrary, CLSCTX_ALL, IClassFactory::kIid, &raw);
-      if (raw != nullptr) static_cast<IClassFactory*>(raw)->Release();
+      IClassFactoryPtr factory;
+      code = CoGetClassObject(kClassOfLibrary, CLSCTX_ALL, IClassFactory::kIid, Put(factory));
     });
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(codes, std::vector<HRESULT>(8, S_OK));
-  CoFreeUnusedLibraries();
-  EXPECT_FALSE(IsMapped(sound_));
+  ExpectUnloaded();
 }
 
 TEST_F(ClassLibraries, ProgramsOwnClassNeedsNoRegistry) {

@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "com/class_library.h"
+#include "com/counted_object.h"
 #include "com/module_hooks.h"
 #include "qvscriptwells/class_factory.h"
 
@@ -11,54 +12,30 @@ namespace {
 std::atomic<int> inUse{0};
 const qv::ModuleHooks* hostHooks = nullptr;
 
-class EmptyObject final : public qv::IUnknown {
+class EmptyObject final : public qv::CountedObject<qv::IUnknown> {
  public:
   EmptyObject() { ++inUse; }
-  ~EmptyObject() { --inUse; }
-  qv::HRESULT QueryInterface(const qv::Guid& iid, void** object) noexcept override {
-    *object = iid == qv::IUnknown::kIid ? this : nullptr;
-    if (*object == nullptr) return qv::E_NOINTERFACE;
-    ++count_;
-    return qv::S_OK;
-  }
-  std::uint32_t AddRef() noexcept override { return ++count_; }
-  std::uint32_t Release() noexcept override {
-    const std::uint32_t left = --count_;
-    if (left == 0) delete this;
-    return left;
-  }
 
  private:
-  std::uint32_t count_ = 0;
+  ~EmptyObject() override { --inUse; }
 };
 
-// Without an object of its own for `iid`, it says so in the host's error record.
-class EmptyFactory final : public qv::IClassFactory {
+// A request for an interface that its object does not have leaves a message in the host's error record.
+class EmptyFactory final : public qv::ComObject<qv::IClassFactory> {
  public:
-  qv::HRESULT QueryInterface(const qv::Guid& iid, void** object) noexcept override {
-    *object = iid == qv::IClassFactory::kIid ? this : nullptr;
-    if (*object == nullptr) return qv::E_NOINTERFACE;
-    AddRef();
-    return qv::S_OK;
-  }
   std::uint32_t AddRef() noexcept override { return static_cast<std::uint32_t>(++inUse); }
   std::uint32_t Release() noexcept override { return static_cast<std::uint32_t>(--inUse); }
   qv::HRESULT CreateInstance(qv::IUnknown*, const qv::Guid& iid, void** object) noexcept override {
     const qv::IUnknownPtr made(new EmptyObject);
     const qv::HRESULT code = made->QueryInterface(iid, object);
-    if (code != qv::S_OK) hostHooks->setErrorInfo(Words());
+    qv::ErrorInfo info;
+    info.description = u"words of the class library";
+    if (code != qv::S_OK) hostHooks->setErrorInfo(info);
     return code;
   }
   qv::HRESULT LockServer(bool lock) noexcept override {
     lock ? ++inUse : --inUse;
     return qv::S_OK;
-  }
-
- private:
-  static qv::ErrorInfo Words() {
-    qv::ErrorInfo info;
-    info.description = u"words of the class library";
-    return info;
   }
 };
 

@@ -4,10 +4,9 @@
 #include <string>
 
 #include "fixtures/environment.h"
-#include "fixtures/shown_text.h"
 #include "fixtures/temporary_directory.h"
+#include "fixtures/waiting_record.h"
 #include "qvscriptwells/class_registry.h"
-#include "qvscriptwells/error_info.h"
 
 namespace qv {
 namespace {
@@ -20,13 +19,11 @@ class ClassNames : public testing::Test {
  protected:
   void Fill(const std::string& bytes) { directory_.Write("classes.reg", bytes); }
 
-  // The message of a name that nobody knows.
+  // The message of an unknown name.
   static std::string Unknown() {
     Guid id{};
-    ErrorInfo info;
     EXPECT_EQ(CLSIDFromProgID(u"No.Such", &id), CO_E_CLASSSTRING);
-    EXPECT_TRUE(GetErrorInfo(&info));
-    return Shown(info.description);
+    return TakenWords();
   }
 
   TemporaryDirectory directory_;
@@ -70,12 +67,10 @@ TEST_F(ClassNames, UnknownProgIdNamesTheFilesAndTheVariable) {
 
 TEST_F(ClassNames, FoundProgIdLeavesNoRecord) {
   Fill("[HKEY_CLASSES_ROOT\\A.B\\CLSID]\n@=\"{0123ABCD-4567-89EF-0123-456789ABCDEF}\"\n");
-  ErrorInfo info;
-  info.description = u"stale words";
-  SetErrorInfo(info);
+  LeaveStaleRecord();
   Guid id{};
   EXPECT_EQ(CLSIDFromProgID(u"A.B", &id), S_OK);
-  EXPECT_FALSE(GetErrorInfo(&info));
+  EXPECT_EQ(TakenWords(), "no record");
 }
 
 TEST_F(ClassNames, ClassLeadsToItsProgId) {

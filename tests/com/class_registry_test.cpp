@@ -1,3 +1,4 @@
+// Creation by class id, by creators that a program registers, and the start of created objects.
 #include "qvscriptwells/class_registry.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include "com/asked_object.h"
 #include "fixtures/scarce_memory.h"
 #include "qvscriptwells/class_ids.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/record_list.h"
@@ -19,11 +21,11 @@ namespace {
 
 constexpr Guid kClass = ParseGuid("b4a6f5a0-8d1e-4a5b-9a0e-7c2d4f6b1e01");
 constexpr Guid kOtherClass = ParseGuid("b4a6f5a0-8d1e-4a5b-9a0e-7c2d4f6b1e02");
-// Nobody else registers it.
+// Only one test registers it.
 constexpr Guid kFreshClass = ParseGuid("b4a6f5a0-8d1e-4a5b-9a0e-7c2d4f6b1e03");
 constexpr Guid kSomeInterface = ParseGuid("9d152496-5e82-4675-86e6-caaef442f767");
 
-// What the creators below hand out and saw; a creator is a bare function and has no place of its own.
+// What the creators below return and what they saw: a creator is a function without state.
 AskedObject* made = nullptr;
 Guid askedFor{};
 int calls = 0;
@@ -52,57 +54,51 @@ class ClassRegistryTest : public testing::Test {
     RegisterClassCreator(kOtherClass, nullptr);
     made = nullptr;
   }
-  static HRESULT Create(const Guid& classId, void** object) {
-    return CoCreateInstance(classId, nullptr, CLSCTX_ALL, IUnknown::kIid, object);
+  // Creates the object, which is the fixture's, and releases it.
+  HRESULT Create(const Guid& classId, const Guid& iid = IUnknown::kIid, IUnknown* outer = nullptr,
+                 std::uint32_t context = CLSCTX_ALL) {
+    void* object = nullptr;
+    const HRESULT code = CoCreateInstance(classId, outer, context, iid, &object);
+    EXPECT_EQ(object, Succeeded(code) ? static_cast<IUnknown*>(&object_) : nullptr);
+    EXPECT_EQ(object_.count, Succeeded(code) ? 2u : 1u);
+    if (object != nullptr) object_.Release();
+    return code;
   }
 
   AskedObject object_;
 };
 
 TEST_F(ClassRegistryTest, UnknownClassIsNotRegistered) {
-  void* object = nullptr;
-  EXPECT_EQ(Create(kClass, &object), REGDB_E_CLASSNOTREG);
-  EXPECT_EQ(object, nullptr);
+  EXPECT_EQ(Create(kClass), REGDB_E_CLASSNOTREG);
 }
 
 TEST_F(ClassRegistryTest, RegisteredClassIsMadeByItsCreator) {
   EXPECT_EQ(RegisterClassCreator(kClass, MakeObject), nullptr);
-  void* object = nullptr;
-  EXPECT_EQ(Create(kClass, &object), S_OK);
-  EXPECT_EQ(object, static_cast<IUnknown*>(&object_));
-  EXPECT_EQ(object_.count, 2u);
-  object_.Release();
+  EXPECT_EQ(Create(kClass), S_OK);
 }
 
-TEST_F(ClassRegistryTest, CreatorGetsTheInterfaceThatWasAskedFor) {
+TEST_F(ClassRegistryTest, CreatorGetsTheRequestedInterface) {
   RegisterClassCreator(kClass, MakeObject);
-  void* object = nullptr;
-  EXPECT_EQ(CoCreateInstance(kClass, nullptr, CLSCTX_ALL, kSomeInterface, &object), E_NOINTERFACE);
+  EXPECT_EQ(Create(kClass, kSomeInterface), E_NOINTERFACE);
   EXPECT_TRUE(askedFor == kSomeInterface);
-  EXPECT_EQ(object, nullptr);
 }
 
-TEST_F(ClassRegistryTest, CreatorsFailureIsPassedOn) {
-  RegisterClassCreator(kClass, MakeNothing);
-  void* object = nullptr;
-  EXPECT_EQ(Create(kClass, &object), E_FAIL);
-}
-
-TEST_F(ClassRegistryTest, CreatorThatThrowsIsACode) {
-  void* object = nullptr;
-  RegisterClassCreator(kClass, [](const Guid&, void**) -> HRESULT { throw std::bad_alloc(); });
-  EXPECT_EQ(Create(kClass, &object), E_OUTOFMEMORY);
-  RegisterClassCreator(kClass, [](const Guid&, void**) -> HRESULT { throw _com_error(DISP_E_OVERFLOW); });
-  EXPECT_EQ(Create(kClass, &object), DISP_E_OVERFLOW);
-  RegisterClassCreator(kClass, [](const Guid&, void**) -> HRESULT { throw 7; });
-  EXPECT_EQ(Create(kClass, &object), E_UNEXPECTED);
+TEST_F(ClassRegistryTest, FailureOfTheCreatorIsACode) {
+  const std::pair<ClassCreator, HRESULT> rows[] = {
+      {&MakeNothing, E_FAIL},
+      {[](const Guid&, void**) -> HRESULT { throw std::bad_alloc(); }, E_OUTOFMEMORY},
+      {[](const Guid&, void**) -> HRESULT { throw _com_error(DISP_E_OVERFLOW); }, DISP_E_OVERFLOW},
+      {[](const Guid&, void**) -> HRESULT { throw 7; }, E_UNEXPECTED}};
+  for (const auto& [creator, code] : rows) {
+    RegisterClassCreator(kClass, creator);
+    EXPECT_EQ(Create(kClass), code);
+  }
 }
 
 std::set<std::string> CreationWithoutMemory(const Guid& classId) {
   return ThrownWithout(Memory::kBoth, [&] {
-    void* object = nullptr;
-    const HRESULT code = CoCreateInstance(classId, nullptr, CLSCTX_ALL, IUnknown::kIid, &object);
-    const IUnknownPtr owned(static_cast<IUnknown*>(object), false);
+    IUnknownPtr object;
+    const HRESULT code = CoCreateInstance(classId, nullptr, CLSCTX_ALL, IUnknown::kIid, Put(object));
     if (Failed(code)) _com_raise_error(code);
   });
 }
@@ -113,7 +109,7 @@ TEST(ClassRegistryMemory, CreationWithoutMemoryIsACode) {
     EXPECT_EQ(CreationWithoutMemory(classId), std::set<std::string>{"_com_error 0x8007000E <null>"});
 }
 
-// A class is unknown also when only the text of that failure met the end of memory.
+// A class is unknown also when memory ran out only for the message of that failure.
 TEST(ClassRegistryMemory, UnknownClassWithoutMemoryIsACode) {
   EXPECT_EQ(CreationWithoutMemory(kClass),
             (std::set<std::string>{"_com_error 0x80040154 <null>", "_com_error 0x8007000E <null>"}));
@@ -127,58 +123,43 @@ TEST(ClassRegistryMemory, RegistrationWithoutMemoryChangesNothing) {
 
 TEST_F(ClassRegistryTest, ContextDoesNotMatter) {
   RegisterClassCreator(kClass, MakeObject);
-  for (const std::uint32_t context : {0u, 1u, CLSCTX_ALL, 0xFFFFFFFFu}) {
-    void* object = nullptr;
-    EXPECT_EQ(CoCreateInstance(kClass, nullptr, context, IUnknown::kIid, &object), S_OK);
-    object_.Release();
-  }
+  for (const std::uint32_t context : {0u, 1u, CLSCTX_ALL, 0xFFFFFFFFu})
+    EXPECT_EQ(Create(kClass, IUnknown::kIid, nullptr, context), S_OK);
 }
 
-TEST_F(ClassRegistryTest, OuterObjectIsRefused) {
+TEST_F(ClassRegistryTest, OuterObjectAndNullTargetAreRefused) {
   RegisterClassCreator(kClass, MakeObject);
   AskedObject outer;
-  void* object = nullptr;
-  EXPECT_EQ(CoCreateInstance(kClass, &outer, CLSCTX_ALL, IUnknown::kIid, &object), CLASS_E_NOAGGREGATION);
-  EXPECT_EQ(calls, 0);
-  EXPECT_EQ(object, nullptr);
-}
-
-TEST_F(ClassRegistryTest, NullTargetIsRefused) {
-  RegisterClassCreator(kClass, MakeObject);
-  EXPECT_EQ(Create(kClass, nullptr), E_POINTER);
+  EXPECT_EQ(Create(kClass, IUnknown::kIid, &outer), CLASS_E_NOAGGREGATION);
+  EXPECT_EQ(CoCreateInstance(kClass, nullptr, CLSCTX_ALL, IUnknown::kIid, nullptr), E_POINTER);
   EXPECT_EQ(calls, 0);
 }
 
 TEST_F(ClassRegistryTest, LaterCreatorReplacesAndTheEarlierIsReturned) {
   EXPECT_EQ(RegisterClassCreator(kClass, MakeObject), nullptr);
   EXPECT_EQ(RegisterClassCreator(kClass, MakeNothing), &MakeObject);
-  void* object = nullptr;
-  EXPECT_EQ(Create(kClass, &object), E_FAIL);
+  EXPECT_EQ(Create(kClass), E_FAIL);
   EXPECT_EQ(RegisterClassCreator(kClass, MakeObject), &MakeNothing);
-  EXPECT_EQ(Create(kClass, &object), S_OK);
-  object_.Release();
+  EXPECT_EQ(Create(kClass), S_OK);
 }
 
 TEST_F(ClassRegistryTest, NullCreatorRemovesTheClass) {
   RegisterClassCreator(kClass, MakeObject);
   EXPECT_EQ(RegisterClassCreator(kClass, nullptr), &MakeObject);
-  void* object = nullptr;
-  EXPECT_EQ(Create(kClass, &object), REGDB_E_CLASSNOTREG);
+  EXPECT_EQ(Create(kClass), REGDB_E_CLASSNOTREG);
   EXPECT_EQ(RegisterClassCreator(kClass, nullptr), nullptr);
   EXPECT_EQ(RegisterClassCreator(kClass, MakeObject), nullptr);
 }
 
-TEST_F(ClassRegistryTest, ClassesDoNotDisturbEachOther) {
+TEST_F(ClassRegistryTest, ClassesAreIndependent) {
   RegisterClassCreator(kClass, MakeObject);
   RegisterClassCreator(kOtherClass, MakeNothing);
-  void* object = nullptr;
-  EXPECT_EQ(Create(kOtherClass, &object), E_FAIL);
+  EXPECT_EQ(Create(kOtherClass), E_FAIL);
   RegisterClassCreator(kOtherClass, nullptr);
-  EXPECT_EQ(Create(kClass, &object), S_OK);
-  object_.Release();
+  EXPECT_EQ(Create(kClass), S_OK);
 }
 
-// Writes down what is done to it.
+// Notes what is done to it.
 class RunnableObject final : public IRunnableObject {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
@@ -203,31 +184,23 @@ class RunnableObject final : public IRunnableObject {
   std::vector<std::string> log;
 };
 
-TEST(OleRun, NullIsRefused) {
+TEST(OleRun, ObjectWithoutItsOwnStartIsAccepted) {
   EXPECT_EQ(OleRun(nullptr), E_POINTER);
-}
-
-TEST(OleRun, ObjectWithoutStartOfItsOwnIsFine) {
   AskedObject object;
   EXPECT_EQ(OleRun(&object), S_OK);
   ASSERT_EQ(object.asked.size(), 1u);
   EXPECT_TRUE(object.asked[0] == IRunnableObject::kIid);
 }
 
-TEST(OleRun, RunnableObjectIsAskedStartedAndReleasedInThisOrder) {
-  RunnableObject object;
-  EXPECT_EQ(OleRun(&object), S_OK);
-  const std::vector<std::string> expected = {"QueryInterface IRunnableObject", "Run with a reference",
-                                             "Release"};
-  EXPECT_EQ(object.log, expected);
-  EXPECT_EQ(object.count, 1u);
-}
-
-TEST(OleRun, ResultOfTheStartIsPassedOn) {
-  RunnableObject object;
-  object.result = E_UNEXPECTED;
-  EXPECT_EQ(OleRun(&object), E_UNEXPECTED);
-  EXPECT_EQ(object.count, 1u);
+TEST(OleRun, RunnableObjectIsQueriedStartedAndReleasedInThisOrder) {
+  for (const HRESULT result : {S_OK, E_UNEXPECTED}) {
+    RunnableObject object;
+    object.result = result;
+    EXPECT_EQ(OleRun(&object), result);
+    EXPECT_EQ(object.log, (std::vector<std::string>{"QueryInterface IRunnableObject", "Run with a reference",
+                                                    "Release"}));
+    EXPECT_EQ(object.count, 1u);
+  }
 }
 
 }  // namespace

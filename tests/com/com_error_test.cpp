@@ -1,6 +1,5 @@
+// Failed result codes as exceptions, with the error record or without, and typed pointers.
 #include "qvscriptwells/com_error.h"
-#include "qvscriptwells/com_call.h"
-#include "qvscriptwells/error_info.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +7,10 @@
 #include <type_traits>
 
 #include "com/asked_object.h"
+#include "com/error_message.h"
 #include "fixtures/scarce_memory.h"
+#include "fixtures/waiting_record.h"
+#include "qvscriptwells/com_call.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "support/print_wide_string.h"
 
@@ -17,7 +19,7 @@ namespace {
 
 constexpr Guid kSomeInterface = ParseGuid("9d152496-5e82-4675-86e6-caaef442f767");
 
-// Says whether its interfaces leave error records, and remembers for which one it was asked.
+// Says whether its interfaces leave error records, and keeps the interface of the question.
 class TalkingObject final : public ISupportErrorInfo {
  public:
   ~TalkingObject() { EXPECT_EQ(count, 1u) << "references were left or lost"; }
@@ -44,14 +46,11 @@ class ComErrorTest : public testing::Test {
   ComErrorTest() { ClearErrorInfo(); }
   ~ComErrorTest() override { ClearErrorInfo(); }
 
-  static void Post(const char16_t* words) {
-    ErrorInfo info;
-    info.description = words;
-    SetErrorInfo(info);
-  }
-  static bool RecordWaits() {
-    ErrorInfo info;
-    return GetErrorInfo(&info);
+  static bool RecordWaits() { return TakenWords() != "no record"; }
+  static void ExpectWithoutRecord(const _com_error& error, HRESULT code) {
+    EXPECT_EQ(error.Error(), code);
+    EXPECT_FALSE(error.HasErrorInfo());
+    EXPECT_TRUE(error.Description().IsNull());
   }
   static _com_error Issued(HRESULT code, IUnknown* object, const Guid& iid) {
     try {
@@ -62,26 +61,17 @@ class ComErrorTest : public testing::Test {
   }
 };
 
-TEST_F(ComErrorTest, WithoutRecordThereAreNoWords) {
-  const _com_error error(E_FAIL);
-  EXPECT_EQ(error.Error(), E_FAIL);
-  EXPECT_FALSE(error.HasErrorInfo());
-  EXPECT_TRUE(error.Description().IsNull());
-}
-
-TEST_F(ComErrorTest, WithRecordItsWordsAreTheDescription) {
+TEST_F(ComErrorTest, DescriptionIsTheMessageOfTheRecord) {
+  ExpectWithoutRecord(_com_error(E_FAIL), E_FAIL);
   ErrorInfo info;
-  info.description = u"words";
-  const _com_error error(E_POINTER, info);
-  EXPECT_EQ(error.Error(), E_POINTER);
-  EXPECT_TRUE(error.HasErrorInfo());
-  EXPECT_EQ(error.Description(), u"words");
-}
-
-TEST_F(ComErrorTest, RecordWithoutWordsStillCountsAsRecord) {
-  const _com_error error(E_POINTER, ErrorInfo{});
-  EXPECT_TRUE(error.HasErrorInfo());
-  EXPECT_TRUE(error.Description().IsNull());
+  for (const WideString& message : {WideString(), WideString(u"words")}) {
+    info.description = message;
+    const _com_error error(E_POINTER, info);
+    EXPECT_EQ(error.Error(), E_POINTER);
+    EXPECT_TRUE(error.HasErrorInfo());
+    EXPECT_EQ(error.Description(), message);
+    EXPECT_EQ(error.Description().IsNull(), message.IsNull());
+  }
 }
 
 TEST_F(ComErrorTest, WhatIsTheMessageOrTheCode) {
@@ -117,66 +107,42 @@ TEST_F(ComErrorTest, OneBaseCatchesBothExceptions) {
 }
 
 TEST_F(ComErrorTest, RaiseCarriesTheCodeAndNoRecord) {
-  Post(u"waiting");
+  PostErrorMessage(u"waiting");
   try {
     _com_raise_error(E_OUTOFMEMORY);
   } catch (const _com_error& error) {
-    EXPECT_EQ(error.Error(), E_OUTOFMEMORY);
-    EXPECT_FALSE(error.HasErrorInfo());
-    EXPECT_TRUE(error.Description().IsNull());
+    ExpectWithoutRecord(error, E_OUTOFMEMORY);
   }
   EXPECT_TRUE(RecordWaits());
 }
 
 TEST_F(ComErrorTest, IssueTakesTheRecordOfAnInterfaceThatLeavesOne) {
   TalkingObject object;
-  Post(u"words");
+  PostErrorMessage(u"words");
   const _com_error error = Issued(E_FAIL, &object, kSomeInterface);
   EXPECT_EQ(error.Error(), E_FAIL);
   EXPECT_TRUE(error.HasErrorInfo());
   EXPECT_EQ(error.Description(), u"words");
   EXPECT_TRUE(object.askedFor == kSomeInterface);
   EXPECT_FALSE(RecordWaits());
+  ExpectWithoutRecord(Issued(DISP_E_EXCEPTION, &object, kSomeInterface), DISP_E_EXCEPTION);
 }
 
-TEST_F(ComErrorTest, IssueWithoutWaitingRecordHasNone) {
-  TalkingObject object;
-  const _com_error error = Issued(DISP_E_EXCEPTION, &object, kSomeInterface);
-  EXPECT_EQ(error.Error(), DISP_E_EXCEPTION);
-  EXPECT_FALSE(error.HasErrorInfo());
-  EXPECT_TRUE(error.Description().IsNull());
-}
-
-TEST_F(ComErrorTest, IssueLeavesTheRecordOfAnInterfaceThatLeavesNone) {
-  TalkingObject object;
-  object.answer = S_FALSE;
-  Post(u"not hers");
-  const _com_error error = Issued(E_FAIL, &object, kSomeInterface);
-  EXPECT_FALSE(error.HasErrorInfo());
-  EXPECT_TRUE(error.Description().IsNull());
-  EXPECT_TRUE(RecordWaits());
-}
-
-TEST_F(ComErrorTest, IssueLeavesTheRecordWhenTheObjectDoesNotSay) {
-  AskedObject object;
-  Post(u"not its");
-  const _com_error error = Issued(E_FAIL, &object, kSomeInterface);
-  EXPECT_EQ(error.Error(), E_FAIL);
-  EXPECT_FALSE(error.HasErrorInfo());
-  EXPECT_TRUE(RecordWaits());
-}
-
-TEST_F(ComErrorTest, IssueLeavesTheRecordWithoutObject) {
-  Post(u"nobody's");
-  const _com_error error = Issued(E_FAIL, nullptr, kSomeInterface);
-  EXPECT_EQ(error.Error(), E_FAIL);
-  EXPECT_FALSE(error.HasErrorInfo());
-  EXPECT_TRUE(RecordWaits());
+TEST_F(ComErrorTest, IssueLeavesARecordOfAnotherOrigin) {
+  TalkingObject leavesNone;
+  leavesNone.answer = S_FALSE;
+  AskedObject doesNotSay;
+  for (IUnknown* object : {static_cast<IUnknown*>(&leavesNone), static_cast<IUnknown*>(&doesNotSay),
+                           static_cast<IUnknown*>(nullptr)}) {
+    PostErrorMessage(u"of another");
+    ExpectWithoutRecord(Issued(E_FAIL, object, kSomeInterface), E_FAIL);
+    EXPECT_TRUE(RecordWaits());
+  }
 }
 
 TEST_F(ComErrorTest, ThrowIfFailedIsSilentOnSuccess) {
   TalkingObject object;
-  Post(u"waiting");
+  PostErrorMessage(u"waiting");
   EXPECT_NO_THROW(ThrowIfFailed(S_OK, &object, kSomeInterface));
   EXPECT_NO_THROW(ThrowIfFailed(S_FALSE, &object, kSomeInterface));
   EXPECT_TRUE(RecordWaits());
@@ -184,7 +150,7 @@ TEST_F(ComErrorTest, ThrowIfFailedIsSilentOnSuccess) {
 
 TEST_F(ComErrorTest, ThrowIfFailedIssuesOnFailure) {
   TalkingObject object;
-  Post(u"words");
+  PostErrorMessage(u"words");
   try {
     ThrowIfFailed(E_INVALIDARG, &object, kSomeInterface);
     FAIL() << "nothing was thrown";
@@ -205,12 +171,9 @@ TEST_F(ComErrorTest, AsHoldsOneReference) {
   EXPECT_EQ(object.count, 1u);
 }
 
-TEST_F(ComErrorTest, AsAnInterfaceThatIsMissingIsNull) {
+TEST_F(ComErrorTest, AsWithoutTheInterfaceOrTheObjectIsNull) {
   AskedObject object;
   EXPECT_EQ(As<IUnknown>(&object, kSomeInterface), nullptr);
-}
-
-TEST_F(ComErrorTest, AsOfNullIsNull) {
   EXPECT_EQ(As<IUnknown>(nullptr, kSomeInterface), nullptr);
 }
 
@@ -227,7 +190,7 @@ TEST_F(ComErrorTest, AsThrowsAnyOtherFailure) {
   }
 }
 
-TEST_F(ComErrorTest, PutTakesOverWhatIsHandedOut) {
+TEST_F(ComErrorTest, PutTakesOverTheReturnedPointer) {
   AskedObject object;
   object.Answer(kSomeInterface, S_OK);
   IUnknownPtr found;
@@ -240,17 +203,17 @@ TEST_F(ComErrorTest, PutTakesOverWhatIsHandedOut) {
 
 TEST_F(ComErrorTest, PutTakesTypedPointers) {
   AskedObject object;
-  const auto handOut = [&object](IUnknown** place) {
+  const auto giveObject = [&object](IUnknown** place) {
     object.AddRef();
     *place = &object;
   };
   IUnknownPtr found;
-  handOut(Put(found));
+  giveObject(Put(found));
   EXPECT_EQ(found, static_cast<IUnknown*>(&object));
   EXPECT_EQ(object.count, 2u);
 }
 
-TEST_F(ComErrorTest, PutLetsGoOfWhatWasHeld) {
+TEST_F(ComErrorTest, PutReleasesTheOldPointer) {
   AskedObject held;
   AskedObject refusing;
   IUnknownPtr pointer(&held);

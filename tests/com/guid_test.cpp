@@ -1,3 +1,4 @@
+// Identifiers: their texts, their order, and those that are published.
 #include "qvscriptwells/guid.h"
 
 #include <gtest/gtest.h>
@@ -12,11 +13,8 @@ namespace {
 
 constexpr Guid kSample = {0x6f628f7a, 0xb972, 0x4929, {0x83, 0xda, 0xc3, 0xc1, 0x6a, 0xc0, 0x02, 0x2f}};
 
-TEST(Guid, TextIsReadIntoItsFields) {
-  EXPECT_TRUE(ParseGuid("6f628f7a-b972-4929-83da-c3c16ac0022f") == kSample);
-}
-
 TEST(Guid, TextIsReadInAnyCase) {
+  EXPECT_TRUE(ParseGuid("6f628f7a-b972-4929-83da-c3c16ac0022f") == kSample);
   EXPECT_TRUE(ParseGuid("6F628F7A-B972-4929-83DA-C3C16AC0022F") == kSample);
   EXPECT_TRUE(ParseGuid("6f628F7a-B972-4929-83dA-c3C16aC0022f") == kSample);
 }

@@ -1,3 +1,4 @@
+// The text of an identifier, and random identifiers.
 #include "com/guid_text.h"
 
 #include <gtest/gtest.h>
@@ -9,12 +10,9 @@
 namespace qv {
 namespace {
 
-TEST(StringFromIID, CapitalsInBraces) {
+TEST(StringFromIID, HasCapitalsBracesAndLeadingZeros) {
   EXPECT_EQ(StringFromIID(ParseGuid("6f628f7a-b972-4929-83da-c3c16ac0022f")),
             u"{6F628F7A-B972-4929-83DA-C3C16AC0022F}");
-}
-
-TEST(StringFromIID, LeadingZerosStand) {
   EXPECT_EQ(StringFromIID(ParseGuid("00000001-0002-0003-0405-060708090a0b")),
             u"{00000001-0002-0003-0405-060708090A0B}");
   EXPECT_EQ(StringFromIID(Guid{}), u"{00000000-0000-0000-0000-000000000000}");
@@ -22,11 +20,8 @@ TEST(StringFromIID, LeadingZerosStand) {
             u"{FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF}");
 }
 
-TEST(CoCreateGuid, NullIsRefused) {
-  EXPECT_EQ(CoCreateGuid(nullptr), E_POINTER);
-}
-
 TEST(CoCreateGuid, IsRandomOfVersionFour) {
+  EXPECT_EQ(CoCreateGuid(nullptr), E_POINTER);
   for (int i = 0; i < 100; ++i) {
     Guid id{};
     ASSERT_EQ(CoCreateGuid(&id), S_OK);

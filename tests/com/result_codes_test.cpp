@@ -1,3 +1,4 @@
+// The published numbers of result codes.
 #include "qvscriptwells/result_codes.h"
 
 #include <gtest/gtest.h>

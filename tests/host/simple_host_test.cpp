@@ -1,23 +1,16 @@
+// The ready-made host services: a fixed user, and a record of the session.
 #include "qvscriptwells/simple_host.h"
 
 #include <gtest/gtest.h>
 
 #include "fixtures/scarce_memory.h"
+#include "fixtures/shown_text.h"
 #include "qvscriptwells/com_call.h"
 
 namespace qv {
 namespace {
 
 using Getter = HRESULT (IQvClientServices::*)(BStr*) noexcept;
-
-// What a caller reads: the in/out text of 256 zero units, up to the first null unit; "(null)" for no value.
-std::u16string Ask(IQvClientServices* services, Getter getter) {
-  BStr text = AllocString(nullptr, 256);
-  EXPECT_EQ((services->*getter)(&text), S_OK);
-  const std::u16string answer = text == nullptr ? u"(null)" : std::u16string(text);
-  FreeString(text);
-  return answer;
-}
 
 class SimpleHost : public ::testing::Test {
  protected:
@@ -27,6 +20,20 @@ class SimpleHost : public ::testing::Test {
     host_ = As<ISimpleHost>(services_);
     ASSERT_TRUE(sink_);
     ASSERT_TRUE(host_);
+  }
+  // What a caller reads: the in/out text of 256 zero units, up to the first null unit; null for no value.
+  WideString Ask(Getter getter) {
+    BStr text = AllocString(nullptr, 256);
+    EXPECT_EQ((services_.get()->*getter)(&text), S_OK);
+    const WideString answer(static_cast<const char16_t*>(text));
+    FreeString(text);
+    return answer;
+  }
+  WideString UserName() { return Ask(&IQvClientServices::GetUserName); }
+  std::string Usid() { return Shown(Ask(&IQvClientServices::GetUsid)); }
+  std::string AllTexts() {
+    return Shown(UserName()) + " " + Shown(Ask(&IQvClientServices::GetDatabaseId)) + " " +
+           Shown(Ask(&IQvClientServices::GetReplicaId)) + " " + Usid();
   }
   SimpleHostSession Session() {
     SimpleHostSession session;
@@ -39,15 +46,16 @@ class SimpleHost : public ::testing::Test {
   ISimpleHostPtr host_;
 };
 
-TEST_F(SimpleHost, TextsOfTheUserAreAnswered) {
+TEST_F(SimpleHost, TextsOfTheUserAreReturned) {
   Make({u"joe", u"db-1", u"replica-2", u"usid-3"});
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUserName), u"joe");
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetDatabaseId), u"db-1");
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetReplicaId), u"replica-2");
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUsid), u"usid-3");
+  EXPECT_EQ(AllTexts(), "joe db-1 replica-2 usid-3");
+  Make({});
+  EXPECT_EQ(AllTexts(), "<null> <null> <null> <null>");
+  Make({u"", nullptr, nullptr, nullptr});
+  EXPECT_EQ(AllTexts(), " <null> <null> <null>");
 }
 
-TEST_F(SimpleHost, TextThatFitsIsWrittenIntoTheBlockThatCame) {
+TEST_F(SimpleHost, TextThatFitsIsWrittenIntoTheCallersBlock) {
   const std::u16string longest(256, u'x');
   Make({WideString(longest), nullptr, u"replica", nullptr});
   BStr text = AllocString(nullptr, 256);
@@ -61,9 +69,11 @@ TEST_F(SimpleHost, TextThatFitsIsWrittenIntoTheBlockThatCame) {
 }
 
 TEST_F(SimpleHost, LongerTextReplacesTheBlock) {
-  const std::u16string longer(257, u'x');
-  Make({WideString(longer), nullptr, nullptr, nullptr});
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUserName), longer);
+  for (const std::size_t length : {257u, 300u}) {
+    const std::u16string longer(length, u'x');
+    Make({WideString(longer), nullptr, nullptr, nullptr});
+    EXPECT_TRUE(UserName().view() == longer);
+  }
 }
 
 TEST_F(SimpleHost, TextThatCannotBeCopiedIsNoValue) {
@@ -79,26 +89,7 @@ TEST_F(SimpleHost, TextThatCannotBeCopiedIsNoValue) {
   FreeString(text);
 }
 
-TEST_F(SimpleHost, NullTextsAnswerNoValue) {
-  Make({});
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUserName), u"(null)");
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetDatabaseId), u"(null)");
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetReplicaId), u"(null)");
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUsid), u"(null)");
-}
-
-TEST_F(SimpleHost, EmptyTextIsAnsweredAsEmptyAndNotAsNoValue) {
-  Make({u"", nullptr, nullptr, nullptr});
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUserName), u"");
-}
-
-TEST_F(SimpleHost, TextLongerThanTheCallersRoomIsAnsweredWhole) {
-  const std::u16string name(300, u'n');
-  Make({name, nullptr, nullptr, nullptr});
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUserName), name);
-}
-
-TEST_F(SimpleHost, NullOutTextsAreRefused) {
+TEST_F(SimpleHost, NullOutputParametersAreRefused) {
   Make({});
   EXPECT_EQ(services_->GetUserName(nullptr), E_POINTER);
   EXPECT_EQ(services_->GetUsid(nullptr), E_POINTER);
@@ -111,7 +102,7 @@ TEST_F(SimpleHost, NewHostHasNoSession) {
   EXPECT_TRUE(Session().usid.IsNull());
 }
 
-TEST_F(SimpleHost, SinkRemembersTheSession) {
+TEST_F(SimpleHost, SinkKeepsTheSession) {
   Make({});
   EXPECT_EQ(sink_->SetUsid(u"S1"), S_OK);
   EXPECT_EQ(sink_->SetUserName(u"joe"), S_OK);
@@ -130,52 +121,33 @@ TEST_F(SimpleHost, EmptyUsidIsNoSession) {
   sink_->SetUsid(u"S1");
   sink_->SetUsid(u"");
   EXPECT_FALSE(Session().open);
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUsid), u"(null)");
+  EXPECT_EQ(Usid(), "<null>");
 }
 
-TEST_F(SimpleHost, ClearSessionForgetsAllOfIt) {
+TEST_F(SimpleHost, OpenedSessionReplacesTheHeldOneUntilItIsCleared) {
   Make({u"joe", nullptr, nullptr, u"held"});
   sink_->SetUsid(u"S1");
   sink_->SetUserName(u"joe");
+  EXPECT_EQ(Usid(), "S1");
   EXPECT_EQ(sink_->ClearSession(), S_OK);
   EXPECT_FALSE(Session().open);
   EXPECT_TRUE(Session().usid.IsNull());
   EXPECT_TRUE(Session().userName.IsNull());
+  EXPECT_EQ(Usid(), "<null>");
 }
 
-TEST_F(SimpleHost, OpenedSessionTakesThePlaceOfTheHeldOne) {
-  Make({nullptr, nullptr, nullptr, u"held"});
-  sink_->SetUsid(u"S1");
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUsid), u"S1");
-}
-
-TEST_F(SimpleHost, ClosedSessionIsNotOfferedAgain) {
-  Make({nullptr, nullptr, nullptr, u"held"});
-  sink_->ClearSession();
-  EXPECT_EQ(Ask(services_.get(), &IQvClientServices::GetUsid), u"(null)");
-}
-
-TEST_F(SimpleHost, InterfacesAreOneObject) {
+TEST_F(SimpleHost, InterfacesAreOneCountedObject) {
   Make({});
-  IUnknownPtr first = As<IUnknown>(services_);
-  IUnknownPtr second = As<IUnknown>(sink_);
-  IUnknownPtr third = As<IUnknown>(host_);
-  EXPECT_EQ(first.get(), second.get());
-  EXPECT_EQ(first.get(), third.get());
-}
-
-TEST_F(SimpleHost, UnknownInterfaceGivesNull) {
-  Make({});
+  const IUnknownPtr first = As<IUnknown>(services_);
+  EXPECT_EQ(first, As<IUnknown>(sink_));
+  EXPECT_EQ(first, As<IUnknown>(host_));
   void* object = this;
   EXPECT_EQ(services_->QueryInterface(IQvServiceProvider::kIid, &object), E_NOINTERFACE);
   EXPECT_EQ(object, nullptr);
   EXPECT_EQ(services_->QueryInterface(IUnknown::kIid, nullptr), E_POINTER);
-}
-
-TEST_F(SimpleHost, ReferencesAreCountedOverAllInterfaces) {
-  services_ = CreateSimpleHost({});
-  EXPECT_EQ(services_->AddRef(), 2u);
-  EXPECT_EQ(services_->Release(), 1u);
+  const IQvClientServicesPtr other = CreateSimpleHost({});
+  EXPECT_EQ(other->AddRef(), 2u);
+  EXPECT_EQ(other->Release(), 1u);
 }
 
 }  // namespace

@@ -8,21 +8,21 @@
 namespace qv {
 
 IRecordListPtr NewList() {
-  void* made = nullptr;
-  EXPECT_EQ(CoCreateInstance(CLSID_RecordList, nullptr, CLSCTX_ALL, IRecordList::kIid, &made), S_OK);
-  return IRecordListPtr(static_cast<IRecordList*>(made), false);
+  IRecordListPtr list;
+  EXPECT_EQ(CoCreateInstance(CLSID_RecordList, nullptr, CLSCTX_ALL, IRecordList::kIid, Put(list)), S_OK);
+  return list;
 }
 
 IRecordListHeadersPtr ColumnsOf(const IRecordListPtr& list) {
-  IRecordListHeaders* columns = nullptr;
-  EXPECT_EQ(list->GetHeaders(&columns), S_OK);
-  return IRecordListHeadersPtr(columns, false);
+  IRecordListHeadersPtr columns;
+  EXPECT_EQ(list->GetHeaders(Put(columns)), S_OK);
+  return columns;
 }
 
 IRecordListHeaderPtr AddColumn(const IRecordListPtr& list, const WideString& name, std::int32_t columnType) {
-  IRecordListHeader* column = nullptr;
-  EXPECT_EQ(ColumnsOf(list)->AddHeader(name, columnType, &column), S_OK);
-  return IRecordListHeaderPtr(column, false);
+  IRecordListHeaderPtr column;
+  EXPECT_EQ(ColumnsOf(list)->AddHeader(name, columnType, Put(column)), S_OK);
+  return column;
 }
 
 void AddColumns(const IRecordListPtr& list, int count) {
@@ -31,15 +31,33 @@ void AddColumns(const IRecordListPtr& list, int count) {
 }
 
 IRecordListHeaderPtr ColumnAt(const IRecordListPtr& list, std::int32_t index) {
-  IRecordListHeader* column = nullptr;
-  EXPECT_EQ(ColumnsOf(list)->GetHeader(index, &column), S_OK);
-  return IRecordListHeaderPtr(column, false);
+  IRecordListHeaderPtr column;
+  EXPECT_EQ(ColumnsOf(list)->GetHeader(index, Put(column)), S_OK);
+  return column;
 }
 
 std::int32_t ColumnCount(const IRecordListPtr& list) {
   std::int32_t count = -1;
   EXPECT_EQ(ColumnsOf(list)->GetCount(&count), S_OK);
   return count;
+}
+
+std::string NameOf(const IRecordListHeaderPtr& column) {
+  WideString name = u"before";
+  EXPECT_EQ(column->GetName(&name), S_OK);
+  return Shown(name);
+}
+
+std::string DisplayNameOf(const IRecordListHeaderPtr& column) {
+  WideString name = u"before";
+  EXPECT_EQ(column->GetDisplayName(&name), S_OK);
+  return Shown(name);
+}
+
+std::int32_t TypeOf(const IRecordListHeaderPtr& column) {
+  std::int32_t type = -77;
+  EXPECT_EQ(column->GetType(&type), S_OK);
+  return type;
 }
 
 IRecordListRecordPtr AsRecord(IUnknown* owned) {
@@ -54,10 +72,20 @@ IRecordListRecordPtr NewRow(const IRecordListPtr& list) {
   return AsRecord(record);
 }
 
+IRecordListRecordPtr NewRow(const IRecordListPtr& list, int columns) {
+  AddColumns(list, columns);
+  return NewRow(list);
+}
+
+void AddNumbers(const IRecordListPtr& list, int count) {
+  AddColumns(list, 1);
+  for (int i = 1; i <= count; ++i) Put(NewRow(list), 0, Int(i));
+}
+
 IRecordListCursorPtr Open(const IRecordListPtr& list) {
-  IRecordListCursor* cursor = nullptr;
-  EXPECT_EQ(list->OpenCursor(VARIANT_TRUE, &cursor), S_OK);
-  return IRecordListCursorPtr(cursor, false);
+  IRecordListCursorPtr cursor;
+  EXPECT_EQ(list->OpenCursor(VARIANT_TRUE, Put(cursor)), S_OK);
+  return cursor;
 }
 
 IRecordListRecordPtr NextRow(const IRecordListCursorPtr& cursor) {

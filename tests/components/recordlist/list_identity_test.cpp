@@ -1,12 +1,8 @@
-// What the five objects of a record list answer about themselves, and where their operations stand.
+// What the five objects of a record list answer about themselves, and the slots of their operations.
 #include <gtest/gtest.h>
-
-#include <initializer_list>
-#include <ostream>
 
 #include "automation/slot_order.h"
 #include "components/recordlist/list_helpers.h"
-#include "fixtures/counting_object.h"
 #include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
@@ -14,123 +10,97 @@
 namespace qv {
 namespace {
 
-IUnknownPtr MakeList() {
-  return NewList();
-}
-IUnknownPtr MakeColumns() {
-  return ColumnsOf(NewList());
-}
-IUnknownPtr MakeColumn() {
-  return AddColumn(NewList(), u"a");
-}
-IUnknownPtr MakeRecord() {
-  return NewRow(NewList());
-}
-IUnknownPtr MakeCursor() {
-  return Open(NewList());
-}
-
 struct Kind {
   const char* name;
   IUnknownPtr (*make)();
   Guid iid;
 };
-void PrintTo(const Kind& row, std::ostream* out) {
-  *out << row.name;
-}
-
-const Guid kOwnInterfaces[] = {IRecordList::kIid, IRecordListHeaders::kIid, IRecordListHeader::kIid,
-                               IRecordListRecord::kIid, IRecordListCursor::kIid};
-
-class ListIdentity : public testing::TestWithParam<Kind> {
- protected:
-  ListIdentity() : object_(GetParam().make()) {}
-
-  IUnknownPtr Query(const Guid& iid) { return As<IUnknown>(object_, iid); }
-
-  IUnknownPtr object_;
+const Kind kKinds[] = {
+    {"list", []() -> IUnknownPtr { return NewList(); }, IRecordList::kIid},
+    {"columns", []() -> IUnknownPtr { return ColumnsOf(NewList()); }, IRecordListHeaders::kIid},
+    {"column", []() -> IUnknownPtr { return AddColumn(NewList(), u"a"); }, IRecordListHeader::kIid},
+    {"record", []() -> IUnknownPtr { return NewRow(NewList()); }, IRecordListRecord::kIid},
+    {"cursor", []() -> IUnknownPtr { return Open(NewList()); }, IRecordListCursor::kIid},
 };
 
-TEST_P(ListIdentity, OffersItsOwnInterfaceAndNoneOfTheOthers) {
-  for (const Guid& iid : kOwnInterfaces) {
-    void* found = this;
-    const HRESULT code = object_->QueryInterface(iid, &found);
-    EXPECT_EQ(code, iid == GetParam().iid ? S_OK : E_NOINTERFACE) << std::hex << iid.data1;
-    EXPECT_EQ(found != nullptr, iid == GetParam().iid) << std::hex << iid.data1;
-    if (Succeeded(code)) object_->Release();
+// Runs the check for each kind of object, with a new one and the kind's interface.
+void ForEachKind(void (*check)(const IUnknownPtr& object, const Guid& own)) {
+  for (const Kind& kind : kKinds) {
+    const testing::ScopedTrace trace(__FILE__, __LINE__, kind.name);
+    check(kind.make(), kind.iid);
   }
 }
 
-TEST_P(ListIdentity, AnswersUnknownAlwaysWithTheSamePointer) {
-  for (const Guid& iid : {IUnknown::kIid, GetParam().iid, ISupportErrorInfo::kIid}) {
-    const IUnknownPtr face = Query(iid);
-    ASSERT_NE(face, nullptr);
-    void* unknown = nullptr;
-    ASSERT_EQ(face->QueryInterface(IUnknown::kIid, &unknown), S_OK);
-    EXPECT_EQ(unknown, static_cast<void*>(object_.get()));
-    face->Release();
-  }
+TEST(ListIdentity, OffersItsOwnInterfaceAndNoneOfTheOthers) {
+  ForEachKind([](const IUnknownPtr& object, const Guid& own) {
+    for (const Kind& kind : kKinds) {
+      int stranger = 0;
+      void* found = &stranger;
+      const HRESULT code = object->QueryInterface(kind.iid, &found);
+      EXPECT_EQ(code, kind.iid == own ? S_OK : E_NOINTERFACE) << kind.name;
+      EXPECT_EQ(found != nullptr, kind.iid == own) << kind.name;
+      if (Succeeded(code)) object->Release();
+    }
+  });
 }
 
-TEST_P(ListIdentity, ErrorSupportLeadsBackToTheOwnInterface) {
-  const IUnknownPtr support = Query(ISupportErrorInfo::kIid);
-  void* own = nullptr;
-  EXPECT_EQ(support->QueryInterface(GetParam().iid, &own), S_OK);
-  EXPECT_NE(own, nullptr);
-  object_->Release();
+TEST(ListIdentity, UnknownIsOnePointerFromEverywhere) {
+  ForEachKind([](const IUnknownPtr& object, const Guid& own) {
+    for (const Guid& iid : {IUnknown::kIid, own, ISupportErrorInfo::kIid}) {
+      const IUnknownPtr face = As<IUnknown>(object, iid);
+      ASSERT_NE(face, nullptr);
+      EXPECT_EQ(As<IUnknown>(face), object);
+      EXPECT_NE(As<IUnknown>(face, own), nullptr);
+    }
+  });
 }
 
-TEST_P(ListIdentity, QueryWithoutPlaceForTheAnswerIsRefused) {
-  EXPECT_EQ(object_->QueryInterface(IUnknown::kIid, nullptr), E_POINTER);
-  EXPECT_EQ(object_->QueryInterface(IRunnableObject::kIid, nullptr), E_POINTER);
+TEST(ListIdentity, QueryWithoutOutputParameterIsRefused) {
+  ForEachKind([](const IUnknownPtr& object, const Guid&) {
+    EXPECT_EQ(object->QueryInterface(IUnknown::kIid, nullptr), E_POINTER);
+    EXPECT_EQ(object->QueryInterface(IRunnableObject::kIid, nullptr), E_POINTER);
+  });
 }
 
-TEST_P(ListIdentity, CountsAreReturned) {
-  const std::uint32_t before = object_->AddRef();
-  const IUnknownPtr support = Query(ISupportErrorInfo::kIid);
-  EXPECT_EQ(support->AddRef(), before + 2);
-  EXPECT_EQ(object_->Release(), before + 1);
-  EXPECT_EQ(object_->Release(), before);
+TEST(ListIdentity, CountsAreReturned) {
+  ForEachKind([](const IUnknownPtr& object, const Guid&) {
+    const std::uint32_t before = object->AddRef();
+    const IUnknownPtr support = As<IUnknown>(object, ISupportErrorInfo::kIid);
+    EXPECT_EQ(support->AddRef(), before + 2);
+    EXPECT_EQ(object->Release(), before + 1);
+    EXPECT_EQ(object->Release(), before);
+  });
 }
 
-TEST_P(ListIdentity, OnlyTheOwnInterfaceLeavesErrorRecords) {
-  const ISupportErrorInfoPtr support = As<ISupportErrorInfo>(object_);
-  ASSERT_NE(support, nullptr);
-  for (const Guid& iid : kOwnInterfaces)
-    EXPECT_EQ(support->InterfaceSupportsErrorInfo(iid), iid == GetParam().iid ? S_OK : S_FALSE)
-        << std::hex << iid.data1;
-  EXPECT_EQ(support->InterfaceSupportsErrorInfo(IUnknown::kIid), S_FALSE);
-  EXPECT_EQ(support->InterfaceSupportsErrorInfo(ISupportErrorInfo::kIid), S_FALSE);
+TEST(ListIdentity, OnlyTheOwnInterfaceLeavesErrorRecords) {
+  ForEachKind([](const IUnknownPtr& object, const Guid& own) {
+    const ISupportErrorInfoPtr support = As<ISupportErrorInfo>(object);
+    ASSERT_NE(support, nullptr);
+    for (const Kind& kind : kKinds)
+      EXPECT_EQ(support->InterfaceSupportsErrorInfo(kind.iid), kind.iid == own ? S_OK : S_FALSE) << kind.name;
+    EXPECT_EQ(support->InterfaceSupportsErrorInfo(IUnknown::kIid), S_FALSE);
+    EXPECT_EQ(support->InterfaceSupportsErrorInfo(ISupportErrorInfo::kIid), S_FALSE);
+  });
 }
 
-// So that _com_issue_errorex takes the words along.
-TEST_P(ListIdentity, WordsReachTheException) {
-  LeaveStaleRecord();
-  try {
-    ThrowIfFailed(E_FAIL, object_.get(), GetParam().iid);
-    FAIL() << "nothing was thrown";
-  } catch (const _com_error& error) {
-    EXPECT_EQ(Shown(error.Description()), "stale words");
-  }
+// So that _com_issue_errorex takes the record.
+TEST(ListIdentity, MessageReachesTheException) {
+  ForEachKind([](const IUnknownPtr& object, const Guid& own) {
+    LeaveStaleRecord();
+    try {
+      ThrowIfFailed(E_FAIL, object.get(), own);
+      FAIL() << "nothing was thrown";
+    } catch (const _com_error& error) {
+      EXPECT_EQ(Shown(error.Description()), "stale words");
+    }
+  });
 }
 
-INSTANTIATE_TEST_SUITE_P(Objects, ListIdentity,
-                         testing::Values(Kind{"List", MakeList, IRecordList::kIid},
-                                         Kind{"Columns", MakeColumns, IRecordListHeaders::kIid},
-                                         Kind{"Column", MakeColumn, IRecordListHeader::kIid},
-                                         Kind{"Record", MakeRecord, IRecordListRecord::kIid},
-                                         Kind{"Cursor", MakeCursor, IRecordListCursor::kIid}),
-                         [](const testing::TestParamInfo<Kind>& row) { return std::string(row.param.name); });
-
-TEST(RecordListClass, GivesTheInterfaceThatIsAskedFor) {
-  void* made = nullptr;
-  ASSERT_EQ(CoCreateInstance(CLSID_RecordList, nullptr, CLSCTX_ALL, IUnknown::kIid, &made), S_OK);
-  const IUnknownPtr object(static_cast<IUnknown*>(made), false);
+TEST(RecordListClass, ReturnsTheRequestedInterface) {
+  IUnknownPtr object;
+  ASSERT_EQ(CoCreateInstance(CLSID_RecordList, nullptr, CLSCTX_ALL, IUnknown::kIid, Put(object)), S_OK);
   EXPECT_EQ(object->AddRef(), 2u);
   EXPECT_EQ(object->Release(), 1u);
-}
-
-TEST(RecordListClass, RefusesStrangeInterfacesAndMissingPlaces) {
   int stranger = 0;
   void* made = &stranger;
   EXPECT_EQ(CoCreateInstance(CLSID_RecordList, nullptr, CLSCTX_ALL, IRecordListCursor::kIid, &made),
@@ -158,53 +128,24 @@ TEST(RecordListClass, ColumnsAndEachColumnAreOneObject) {
   EXPECT_EQ(ColumnsOf(list), columns);
 }
 
-// The three operations of IUnknown, then those of the interface in this order.
-void ExpectPlaces(const void* query, std::initializer_list<const void*> operations) {
-  std::ptrdiff_t place = PlaceOf(query) + 2 * kSlot;
-  for (const void* operation : operations) EXPECT_EQ(PlaceOf(operation), place += kSlot);
+// The operations follow the three of IUnknown in this order.
+template <auto... kOperations>
+void ExpectSlots(const char* name) {
+  std::ptrdiff_t slot = 0;
+  for (const std::ptrdiff_t found : SlotsOf<&IUnknown::Release, kOperations...>())
+    EXPECT_EQ(found, slot++) << name;
 }
 
-TEST(RecordListPlaces, OfTheList) {
-  const auto query = &IRecordList::QueryInterface;
-  const auto newRecord = &IRecordList::NewRecord;
-  const auto getHeaders = &IRecordList::GetHeaders;
-  const auto openCursor = &IRecordList::OpenCursor;
-  const auto setLocked = &IRecordList::SetLocked;
-  ExpectPlaces(&query, {&newRecord, &getHeaders, &openCursor, &setLocked});
-}
-
-TEST(RecordListPlaces, OfTheColumns) {
-  const auto query = &IRecordListHeaders::QueryInterface;
-  const auto addHeader = &IRecordListHeaders::AddHeader;
-  const auto getHeader = &IRecordListHeaders::GetHeader;
-  const auto getCount = &IRecordListHeaders::GetCount;
-  const auto setLocked = &IRecordListHeaders::SetLocked;
-  ExpectPlaces(&query, {&addHeader, &getHeader, &getCount, &setLocked});
-}
-
-TEST(RecordListPlaces, OfAColumn) {
-  const auto query = &IRecordListHeader::QueryInterface;
-  const auto getDisplayName = &IRecordListHeader::GetDisplayName;
-  const auto setDisplayName = &IRecordListHeader::SetDisplayName;
-  const auto getName = &IRecordListHeader::GetName;
-  const auto getType = &IRecordListHeader::GetType;
-  ExpectPlaces(&query, {&getDisplayName, &setDisplayName, &getName, &getType});
-}
-
-TEST(RecordListPlaces, OfARecord) {
-  const auto query = &IRecordListRecord::QueryInterface;
-  const auto getValue = &IRecordListRecord::GetValue;
-  const auto setValue = &IRecordListRecord::SetValue;
-  const auto getHeaders = &IRecordListRecord::GetHeaders;
-  const auto setLocked = &IRecordListRecord::SetLocked;
-  ExpectPlaces(&query, {&getValue, &setValue, &getHeaders, &setLocked});
-}
-
-TEST(RecordListPlaces, OfACursor) {
-  const auto query = &IRecordListCursor::QueryInterface;
-  const auto hasMore = &IRecordListCursor::HasMore;
-  const auto next = &IRecordListCursor::Next;
-  ExpectPlaces(&query, {&hasMore, &next});
+TEST(RecordListSlots, AreInOrder) {
+  using List = IRecordList;
+  ExpectSlots<&List::NewRecord, &List::GetHeaders, &List::OpenCursor, &List::SetLocked>("list");
+  using Columns = IRecordListHeaders;
+  ExpectSlots<&Columns::AddHeader, &Columns::GetHeader, &Columns::GetCount, &Columns::SetLocked>("columns");
+  using Column = IRecordListHeader;
+  ExpectSlots<&Column::GetDisplayName, &Column::SetDisplayName, &Column::GetName, &Column::GetType>("column");
+  using Record = IRecordListRecord;
+  ExpectSlots<&Record::GetValue, &Record::SetValue, &Record::GetHeaders, &Record::SetLocked>("record");
+  ExpectSlots<&IRecordListCursor::HasMore, &IRecordListCursor::Next>("cursor");
 }
 
 }  // namespace

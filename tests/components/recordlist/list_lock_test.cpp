@@ -6,17 +6,20 @@
 namespace qv {
 namespace {
 
+constexpr char kDone[] = "done";
+constexpr char kList[] = "The record list is locked.";
+constexpr char kColumns[] = "The columns are locked.";
+constexpr char kRecord[] = "The record is locked.";
+
 class ListLock : public testing::Test {
  protected:
-  ListLock() : list_(NewList()), columns_(ColumnsOf(list_)), column_(AddColumn(list_, u"a")) {
-    row_ = NewRow(list_);
-    otherRow_ = NewRow(list_);
-    Put(row_, 0, Variant::FromInt(1));
+  ListLock() {
+    Put(row_, 0, Int(1));
     ClearErrorInfo();
   }
   void TearDown() override { ClearErrorInfo(); }
 
-  // Each change as "done" or the words of its refusal, which must have changed nothing.
+  // Each change as "done" or the message of its refusal, which must have changed nothing.
   std::string ByNewRecord() {
     const int before = CountRows(list_);
     IUnknown* record = row_.get();
@@ -50,95 +53,87 @@ class ListLock : public testing::Test {
   }
   std::string BySetValue(const IRecordListRecordPtr& row) {
     const std::int32_t before = ValueAt(row, 0).Data().intVal;
-    const HRESULT code = row->SetValue(0, Variant::FromInt(before + 1));
+    const HRESULT code = row->SetValue(0, Int(before + 1));
     const std::string shown = Outcome(code);
     EXPECT_EQ(ValueAt(row, 0).Data().intVal, before + (Succeeded(code) ? 1 : 0));
     return shown;
   }
+  void ExpectChanges(const char* newRecord, const char* addHeader, const char* setDisplayName,
+                     const char* setValue) {
+    EXPECT_EQ(ByNewRecord(), newRecord);
+    EXPECT_EQ(ByAddHeader(), addHeader);
+    EXPECT_EQ(BySetDisplayName(), setDisplayName);
+    EXPECT_EQ(BySetValue(row_), setValue);
+  }
+  void LockAll() {
+    EXPECT_EQ(list_->SetLocked(VARIANT_TRUE), S_OK);
+    EXPECT_EQ(columns_->SetLocked(VARIANT_TRUE), S_OK);
+    EXPECT_EQ(row_->SetLocked(VARIANT_TRUE), S_OK);
+  }
   static std::string Outcome(HRESULT code) {
-    if (code == S_OK) return "done";
+    if (code == S_OK) return kDone;
     EXPECT_EQ(code, E_ACCESSDENIED);
     return TakenWords();
   }
 
-  IRecordListPtr list_;
-  IRecordListHeadersPtr columns_;
-  IRecordListHeaderPtr column_;
-  IRecordListRecordPtr row_;
-  IRecordListRecordPtr otherRow_;
+  const IRecordListPtr list_ = NewList();
+  const IRecordListHeadersPtr columns_ = ColumnsOf(list_);
+  const IRecordListHeaderPtr column_ = AddColumn(list_, u"a");
+  IRecordListRecordPtr row_ = NewRow(list_);
+  const IRecordListRecordPtr otherRow_ = NewRow(list_);
 };
 
 TEST_F(ListLock, AllBeginUnlocked) {
-  EXPECT_EQ(ByNewRecord(), "done");
-  EXPECT_EQ(ByAddHeader(), "done");
-  EXPECT_EQ(BySetDisplayName(), "done");
-  EXPECT_EQ(BySetValue(row_), "done");
+  ExpectChanges(kDone, kDone, kDone, kDone);
 }
 
 TEST_F(ListLock, LockedListIsClosedAsAWhole) {
   EXPECT_EQ(list_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(ByNewRecord(), "The record list is locked.");
-  EXPECT_EQ(ByAddHeader(), "The record list is locked.");
-  EXPECT_EQ(BySetDisplayName(), "The record list is locked.");
-  EXPECT_EQ(BySetValue(row_), "The record list is locked.");
+  ExpectChanges(kList, kList, kList, kList);
 }
 
 TEST_F(ListLock, LockedColumnsRefuseNewColumnsAndDisplayNames) {
   EXPECT_EQ(columns_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(ByAddHeader(), "The columns are locked.");
-  EXPECT_EQ(BySetDisplayName(), "The columns are locked.");
-  EXPECT_EQ(ByNewRecord(), "done");
-  EXPECT_EQ(BySetValue(row_), "done");
+  ExpectChanges(kDone, kColumns, kColumns, kDone);
 }
 
 TEST_F(ListLock, LockedRecordRefusesNewValues) {
   EXPECT_EQ(row_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(BySetValue(row_), "The record is locked.");
-  EXPECT_EQ(BySetValue(otherRow_), "done");
-  EXPECT_EQ(ByNewRecord(), "done");
-  EXPECT_EQ(ByAddHeader(), "done");
-  EXPECT_EQ(BySetDisplayName(), "done");
+  EXPECT_EQ(BySetValue(otherRow_), kDone);
+  ExpectChanges(kDone, kDone, kDone, kRecord);
 }
 
 TEST_F(ListLock, LocksOpenAgain) {
-  EXPECT_EQ(list_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(columns_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(row_->SetLocked(VARIANT_TRUE), S_OK);
+  LockAll();
   EXPECT_EQ(list_->SetLocked(VARIANT_FALSE), S_OK);
-  EXPECT_EQ(ByNewRecord(), "done");
-  EXPECT_EQ(ByAddHeader(), "The columns are locked.");
-  EXPECT_EQ(BySetValue(row_), "The record is locked.");
+  ExpectChanges(kDone, kColumns, kColumns, kRecord);
   EXPECT_EQ(columns_->SetLocked(VARIANT_FALSE), S_OK);
-  EXPECT_EQ(ByAddHeader(), "done");
-  EXPECT_EQ(BySetDisplayName(), "done");
+  ExpectChanges(kDone, kDone, kDone, kRecord);
   EXPECT_EQ(row_->SetLocked(VARIANT_FALSE), S_OK);
-  EXPECT_EQ(BySetValue(row_), "done");
+  ExpectChanges(kDone, kDone, kDone, kDone);
 }
 
 // A reader locks the list first and its columns afterwards.
 TEST_F(ListLock, LocksOfALockedListAreStillSwitched) {
-  EXPECT_EQ(list_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(columns_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(row_->SetLocked(VARIANT_TRUE), S_OK);
+  LockAll();
   EXPECT_EQ(otherRow_->SetLocked(VARIANT_TRUE), S_OK);
   EXPECT_EQ(otherRow_->SetLocked(VARIANT_FALSE), S_OK);
-  EXPECT_EQ(BySetValue(otherRow_), "The record list is locked.");
+  EXPECT_EQ(BySetValue(otherRow_), kList);
   EXPECT_EQ(list_->SetLocked(VARIANT_FALSE), S_OK);
-  EXPECT_EQ(BySetValue(otherRow_), "done");
-  EXPECT_EQ(BySetValue(row_), "The record is locked.");
-  EXPECT_EQ(BySetDisplayName(), "The columns are locked.");
+  EXPECT_EQ(BySetValue(otherRow_), kDone);
+  ExpectChanges(kDone, kColumns, kColumns, kRecord);
 }
 
 TEST_F(ListLock, EachValueButZeroLocks) {
   for (const VARIANT_BOOL locked : {VARIANT_BOOL{-1}, VARIANT_BOOL{1}, VARIANT_BOOL{256}}) {
     EXPECT_EQ(row_->SetLocked(locked), S_OK);
-    EXPECT_EQ(BySetValue(row_), "The record is locked.") << locked;
+    EXPECT_EQ(BySetValue(row_), kRecord) << locked;
     EXPECT_EQ(row_->SetLocked(VARIANT_FALSE), S_OK);
     EXPECT_EQ(columns_->SetLocked(locked), S_OK);
-    EXPECT_EQ(ByAddHeader(), "The columns are locked.") << locked;
+    EXPECT_EQ(ByAddHeader(), kColumns) << locked;
     EXPECT_EQ(columns_->SetLocked(VARIANT_FALSE), S_OK);
     EXPECT_EQ(list_->SetLocked(locked), S_OK);
-    EXPECT_EQ(ByNewRecord(), "The record list is locked.") << locked;
+    EXPECT_EQ(ByNewRecord(), kList) << locked;
     EXPECT_EQ(list_->SetLocked(VARIANT_FALSE), S_OK);
   }
 }
@@ -147,55 +142,46 @@ TEST_F(ListLock, LockedTwiceOpensAtOnce) {
   EXPECT_EQ(list_->SetLocked(VARIANT_TRUE), S_OK);
   EXPECT_EQ(list_->SetLocked(VARIANT_TRUE), S_OK);
   EXPECT_EQ(list_->SetLocked(VARIANT_FALSE), S_OK);
-  EXPECT_EQ(ByNewRecord(), "done");
+  EXPECT_EQ(ByNewRecord(), kDone);
 }
 
 TEST_F(ListLock, TwoObjectsForOneRowShareItsLock) {
   const IRecordListCursorPtr cursor = Open(list_);
   const IRecordListRecordPtr same = NextRow(cursor);
   EXPECT_EQ(same->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(BySetValue(row_), "The record is locked.");
+  EXPECT_EQ(BySetValue(row_), kRecord);
   EXPECT_EQ(row_->SetLocked(VARIANT_FALSE), S_OK);
-  EXPECT_EQ(BySetValue(same), "done");
+  EXPECT_EQ(BySetValue(same), kDone);
 }
 
-TEST_F(ListLock, LockOfARowIsKeptWhenNobodyHoldsTheRow) {
+TEST_F(ListLock, LockOfARowIsKeptWithoutItsObject) {
   EXPECT_EQ(row_->SetLocked(VARIANT_TRUE), S_OK);
   row_.reset();
   AddColumn(list_, u"later");
-  EXPECT_EQ(BySetValue(NextRow(Open(list_))), "The record is locked.");
+  EXPECT_EQ(BySetValue(NextRow(Open(list_))), kRecord);
 }
 
-TEST_F(ListLock, RowsOfALongListHaveLocksOfTheirOwn) {
+TEST_F(ListLock, EachRowOfALongListHasItsOwnLock) {
   for (int i = 2; i < 300; ++i) NewRow(list_);
   const IRecordListCursorPtr lockingCursor = Open(list_);
   for (int i = 0; i < 300; ++i)
-    if (i % 7 == 3) {
-      EXPECT_EQ(NextRow(lockingCursor)->SetLocked(VARIANT_TRUE), S_OK);
-    } else {
-      NextRow(lockingCursor);
-    }
+    EXPECT_EQ(NextRow(lockingCursor)->SetLocked(i % 7 == 3 ? VARIANT_TRUE : VARIANT_FALSE), S_OK);
   const IRecordListCursorPtr cursor = Open(list_);
-  for (int i = 0; i < 300; ++i)
-    EXPECT_EQ(BySetValue(NextRow(cursor)), i % 7 == 3 ? "The record is locked." : "done") << i;
+  for (int i = 0; i < 300; ++i) EXPECT_EQ(BySetValue(NextRow(cursor)), i % 7 == 3 ? kRecord : kDone) << i;
 }
 
 TEST_F(ListLock, LockedListIsReadAsBefore) {
-  EXPECT_EQ(list_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(columns_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(row_->SetLocked(VARIANT_TRUE), S_OK);
+  LockAll();
   EXPECT_EQ(ColumnCount(list_), 1);
   EXPECT_EQ(CountRows(list_), 2);
   EXPECT_EQ(Cells(NextRow(Open(list_)), 1), "1");
-  WideString name;
-  EXPECT_EQ(ColumnAt(list_, 0)->GetName(&name), S_OK);
-  EXPECT_EQ(Shown(name), "a");
+  EXPECT_EQ(NameOf(ColumnAt(list_, 0)), "a");
 }
 
-// What is locked is told before what else is wrong with a change.
-TEST_F(ListLock, LockIsToldFirst) {
+// The lock is reported before anything else that is wrong with a change.
+TEST_F(ListLock, LockIsReportedFirst) {
   EXPECT_EQ(row_->SetLocked(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(row_->SetValue(5, Variant::FromInt(1)), E_ACCESSDENIED);
+  EXPECT_EQ(row_->SetValue(5, Int(1)), E_ACCESSDENIED);
   EXPECT_EQ(row_->SetValue(0, Variant::FromRaw(0x77, VariantData())), E_ACCESSDENIED);
 }
 

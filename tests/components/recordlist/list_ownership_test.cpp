@@ -1,45 +1,23 @@
-// Who keeps whom alive, and what objects in the cells may do when they go.
+// Who keeps whom alive, and what objects in the cells may do when they are released.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
+#include <utility>
 #include <vector>
 
 #include "com/module.h"
 #include "components/recordlist/list_helpers.h"
 #include "fixtures/calling_object.h"
 #include "fixtures/counting_object.h"
+#include "qvscriptwells/com_call.h"
 
 namespace qv {
 namespace {
 
-// Does something when its last reference goes.
-class LastWords final : public IUnknown {
- public:
-  explicit LastWords(std::function<void()> action) : action_(std::move(action)) {}
-
-  HRESULT QueryInterface(const Guid&, void** object) noexcept override {
-    *object = nullptr;
-    return E_NOINTERFACE;
-  }
-  std::uint32_t AddRef() noexcept override { return ++references_; }
-  std::uint32_t Release() noexcept override {
-    const std::uint32_t left = --references_;
-    if (left == 0) {
-      action_();
-      delete this;
-    }
-    return left;
-  }
-
- private:
-  ~LastWords() = default;
-  std::function<void()> action_;
-  std::uint32_t references_ = 0;
-};
-
-Variant WithLastWords(std::function<void()> action) {
-  return Variant::FromObject(new LastWords(std::move(action)));
+Variant WithLastCall(CallingObject::Call call) {
+  auto* const object = new CallingObject;
+  object->OnEnd(std::move(call));
+  return Variant::FromObject(object);
 }
 Variant Counted() {
   return Variant::FromObject(new CountingObject);
@@ -47,7 +25,6 @@ Variant Counted() {
 
 class ListOwnership : public testing::Test {
  protected:
-  ListOwnership() : list_(NewList()) {}
   void TearDown() override {
     list_.reset();
     EXPECT_EQ(CountingObject::Live(), 0);
@@ -61,7 +38,17 @@ class ListOwnership : public testing::Test {
     for (int i = 0; i < 3; ++i) Put(NewRow(list_), 0, Counted());
   }
 
-  IRecordListPtr list_;
+  // A list with a counted object, its columns, a column, both objects of its row, and a cursor.
+  static std::vector<IUnknownPtr> PartsOfAList() {
+    const IRecordListPtr list = NewList();
+    const IRecordListHeaderPtr column = AddColumn(list, u"a");
+    const IRecordListRecordPtr made = NewRow(list);
+    Put(made, 0, Counted());
+    const IRecordListCursorPtr cursor = Open(list);
+    return {list, ColumnsOf(list), column, made, cursor, NextRow(cursor)};
+  }
+
+  IRecordListPtr list_ = NewList();
 };
 
 TEST_F(ListOwnership, ValuesGoWithTheList) {
@@ -74,19 +61,10 @@ TEST_F(ListOwnership, ValuesGoWithTheList) {
 TEST_F(ListOwnership, PartsKeepTheListInEveryOrderOfGoing) {
   std::vector<int> order = {0, 1, 2, 3, 4, 5};
   do {
-    const IRecordListPtr list = NewList();
-    const IRecordListHeaderPtr column = AddColumn(list, u"a");
-    const IRecordListRecordPtr made = NewRow(list);
-    Put(made, 0, Counted());
-    const IRecordListCursorPtr cursor = Open(list);
-    IUnknownPtr parts[] = {list, ColumnsOf(list), column, made, cursor, NextRow(cursor)};
-    const_cast<IRecordListPtr&>(list).reset();
-    const_cast<IRecordListHeaderPtr&>(column).reset();
-    const_cast<IRecordListRecordPtr&>(made).reset();
-    const_cast<IRecordListCursorPtr&>(cursor).reset();
+    std::vector<IUnknownPtr> parts = PartsOfAList();
     for (const int part : order) {
       EXPECT_EQ(CountingObject::Live(), 1);
-      parts[part].reset();
+      parts[static_cast<std::size_t>(part)].reset();
     }
     ASSERT_EQ(CountingObject::Live(), 0);
   } while (std::next_permutation(order.begin(), order.end()));
@@ -102,25 +80,24 @@ TEST_F(ListOwnership, CursorAloneStillGoesOverTheRows) {
 }
 
 TEST_F(ListOwnership, RecordAloneStillTakesValuesAndLeadsToTheColumns) {
-  AddColumns(list_, 1);
-  const IRecordListRecordPtr row = NewRow(list_);
+  const IRecordListRecordPtr row = NewRow(list_, 1);
   list_.reset();
-  Put(row, 0, Variant::FromInt(4));
+  Put(row, 0, Int(4));
   EXPECT_EQ(Cells(row, 1), "4");
-  IRecordListHeaders* columns = nullptr;
-  ASSERT_EQ(row->GetHeaders(&columns), S_OK);
-  const IRecordListHeadersPtr owned(columns, false);
+  IRecordListHeadersPtr columns;
+  ASSERT_EQ(row->GetHeaders(Put(columns)), S_OK);
   EXPECT_EQ(columns->AddHeader(u"b", kColumnInt, nullptr), S_OK);
   EXPECT_EQ(Cells(row, 2), "4 -");
 }
 
-TEST_F(ListOwnership, ColumnAloneStillHasItsName) {
-  const IRecordListHeaderPtr column = AddColumn(list_, u"name");
+TEST_F(ListOwnership, ColumnAloneStillHasItsNameAndTheNameOutlivesIt) {
+  IRecordListHeaderPtr column = AddColumn(list_, u"name");
   list_.reset();
   WideString name;
   EXPECT_EQ(column->GetName(&name), S_OK);
-  EXPECT_EQ(Shown(name), "name");
   EXPECT_EQ(column->SetDisplayName(u"d"), S_OK);
+  column.reset();
+  EXPECT_EQ(Shown(name), "name");
 }
 
 TEST_F(ListOwnership, ColumnsAloneStillTakeColumns) {
@@ -132,21 +109,13 @@ TEST_F(ListOwnership, ColumnsAloneStillTakeColumns) {
   EXPECT_EQ(count, 1);
 }
 
-TEST_F(ListOwnership, NameOutlivesItsColumn) {
-  WideString name;
-  EXPECT_EQ(AddColumn(list_, u"name")->GetName(&name), S_OK);
-  list_.reset();
-  EXPECT_EQ(Shown(name), "name");
-}
-
 TEST_F(ListOwnership, ListInItsOwnCellIsNeverFreedByItself) {
-  AddColumns(list_, 2);
-  const IRecordListRecordPtr row = NewRow(list_);
+  IRecordListRecordPtr row = NewRow(list_, 2);
   Put(row, 0, Counted());
   Put(row, 1, Variant::FromObject(list_.get()));
   IRecordListCursor* const cursor = Open(list_).detach();
   list_.reset();
-  const_cast<IRecordListRecordPtr&>(row).reset();
+  row.reset();
   IUnknown* record = nullptr;
   EXPECT_EQ(cursor->Next(&record), S_OK);
   cursor->Release();
@@ -157,36 +126,33 @@ TEST_F(ListOwnership, ListInItsOwnCellIsNeverFreedByItself) {
 }
 
 TEST_F(ListOwnership, ReplacedObjectMayReadAndChangeTheList) {
-  AddColumns(list_, 1);
-  const IRecordListRecordPtr row = NewRow(list_);
+  const IRecordListRecordPtr row = NewRow(list_, 1);
   IRecordListRecord* const raw = row.get();
   std::string seen;
-  Put(row, 0, WithLastWords([&] {
+  Put(row, 0, WithLastCall([&] {
         seen = Cells(row, 1);
         AddColumns(list_, 3);
         NewRow(list_);
-        EXPECT_EQ(raw->SetValue(1, Variant::FromInt(21)), S_OK);
+        EXPECT_EQ(raw->SetValue(1, Int(21)), S_OK);
       }));
-  Put(row, 0, Variant::FromInt(5));
+  Put(row, 0, Int(5));
   EXPECT_EQ(seen, "5");
   EXPECT_EQ(Cells(row, 4), "5 21 - -");
   EXPECT_EQ(CountRows(list_), 2);
 }
 
 TEST_F(ListOwnership, ReplacedObjectMayReplaceTheValueOnceMore) {
-  AddColumns(list_, 1);
-  const IRecordListRecordPtr row = NewRow(list_);
-  Put(row, 0, WithLastWords([&] { Put(row, 0, Counted()); }));
-  Put(row, 0, Variant::FromInt(5));
+  const IRecordListRecordPtr row = NewRow(list_, 1);
+  Put(row, 0, WithLastCall([&] { Put(row, 0, Counted()); }));
+  Put(row, 0, Int(5));
   EXPECT_EQ(ValueAt(row, 0).Tag(), VT_UNKNOWN);
   EXPECT_EQ(CountingObject::Live(), 1);
 }
 
 TEST_F(ListOwnership, ReplacedObjectMayHoldTheLastReferences) {
-  AddColumns(list_, 1);
-  IRecordListRecordPtr row = NewRow(list_);
+  IRecordListRecordPtr row = NewRow(list_, 1);
   IRecordListRecord* const raw = row.get();
-  Put(row, 0, WithLastWords([&] {
+  Put(row, 0, WithLastCall([&] {
         row.reset();
         list_.reset();
       }));
@@ -195,18 +161,16 @@ TEST_F(ListOwnership, ReplacedObjectMayHoldTheLastReferences) {
 }
 
 TEST_F(ListOwnership, ObjectThatIsReadOverMayChangeTheList) {
-  AddColumns(list_, 1);
-  const IRecordListRecordPtr row = NewRow(list_);
-  Put(row, 0, Variant::FromInt(5));
-  Variant place = WithLastWords([&] { AddColumns(list_, 3); });
+  const IRecordListRecordPtr row = NewRow(list_, 1);
+  Put(row, 0, Int(5));
+  Variant place = WithLastCall([&] { AddColumns(list_, 3); });
   EXPECT_EQ(row->GetValue(0, &place), S_OK);
   EXPECT_EQ(place.Data().intVal, 5);
   EXPECT_EQ(Cells(row, 4), "5 - - -");
 }
 
 TEST_F(ListOwnership, ObjectMayChangeTheListWhileItIsStored) {
-  AddColumns(list_, 1);
-  const IRecordListRecordPtr row = NewRow(list_);
+  const IRecordListRecordPtr row = NewRow(list_, 1);
   auto* const object = new CallingObject;
   const Variant value = Variant::FromObject(object);
   object->OnAddRef([&] { AddColumns(list_, 3); });
@@ -215,8 +179,7 @@ TEST_F(ListOwnership, ObjectMayChangeTheListWhileItIsStored) {
 }
 
 TEST_F(ListOwnership, ObjectMayReleaseRecordAndListWhileItIsStored) {
-  AddColumns(list_, 1);
-  IRecordListRecordPtr row = NewRow(list_);
+  IRecordListRecordPtr row = NewRow(list_, 1);
   IRecordListRecord* const raw = row.get();
   auto* const object = new CallingObject;
   const Variant value = Variant::FromObject(object);
@@ -229,21 +192,19 @@ TEST_F(ListOwnership, ObjectMayReleaseRecordAndListWhileItIsStored) {
 }
 
 TEST_F(ListOwnership, ObjectMayChangeTheListWhileItIsRead) {
-  AddColumns(list_, 1);
-  const IRecordListRecordPtr row = NewRow(list_);
+  const IRecordListRecordPtr row = NewRow(list_, 1);
   auto* const object = new CallingObject;
   Put(row, 0, Variant::FromObject(object));
   object->OnAddRef([&] {
     AddColumns(list_, 3);
-    Put(row, 0, Variant::FromInt(5));
+    Put(row, 0, Int(5));
   });
   EXPECT_EQ(ValueAt(row, 0).Object(), object);
   EXPECT_EQ(Cells(row, 4), "5 - - -");
 }
 
 TEST_F(ListOwnership, ObjectThatLocksTheListWhileItIsStoredIsRefused) {
-  AddColumns(list_, 1);
-  const IRecordListRecordPtr row = NewRow(list_);
+  const IRecordListRecordPtr row = NewRow(list_, 1);
   auto* const object = new CallingObject;
   const Variant value = Variant::FromObject(object);
   object->OnAddRef([&] { EXPECT_EQ(list_->SetLocked(VARIANT_TRUE), S_OK); });
@@ -251,13 +212,13 @@ TEST_F(ListOwnership, ObjectThatLocksTheListWhileItIsStoredIsRefused) {
   EXPECT_EQ(Cells(row, 1), "-");
 }
 
-// Only a reference less than all keeps a list from ending twice.
+// A reference that the list holds meanwhile keeps it from ending twice.
 TEST_F(ListOwnership, ObjectMayUseTheListThatEnds) {
   AddColumns(list_, 1);
   IRecordList* const raw = list_.get();
   int rows = -1;
   std::int32_t columns = -1;
-  Put(NewRow(list_), 0, WithLastWords([&] {
+  Put(NewRow(list_), 0, WithLastCall([&] {
         const IRecordListPtr again(raw);
         rows = CountRows(again);
         columns = ColumnCount(again);
@@ -272,9 +233,9 @@ TEST_F(ListOwnership, RowsThatAreAddedWhileTheListEndsEndToo) {
   AddColumns(list_, 1);
   IRecordList* const raw = list_.get();
   int ended = 0;
-  Put(NewRow(list_), 0, WithLastWords([&] {
+  Put(NewRow(list_), 0, WithLastCall([&] {
         const IRecordListPtr again(raw);
-        Put(NewRow(again), 0, WithLastWords([&] {
+        Put(NewRow(again), 0, WithLastCall([&] {
               ++ended;
               EXPECT_EQ(CountRows(IRecordListPtr(raw)), 0);
             }));
@@ -288,7 +249,7 @@ TEST_F(ListOwnership, ReferenceThatIsTakenWhileTheListEndsKeepsIt) {
   AddColumns(list_, 1);
   IRecordList* const raw = list_.get();
   IRecordListRecordPtr kept;
-  Put(NewRow(list_), 0, WithLastWords([&] {
+  Put(NewRow(list_), 0, WithLastCall([&] {
         kept = NewRow(IRecordListPtr(raw));
         Put(kept, 0, Counted());
       }));
@@ -298,13 +259,12 @@ TEST_F(ListOwnership, ReferenceThatIsTakenWhileTheListEndsKeepsIt) {
   EXPECT_EQ(CountingObject::Live(), 1);
 }
 
-// What the object's end leaves in the thread's record is not the failure's.
-TEST_F(ListOwnership, RefusedValueThatCallsBackLeavesTheWordsOfTheRefusal) {
-  AddColumns(list_, 1);
-  const IRecordListRecordPtr row = NewRow(list_);
+// The record that the object's end leaves on the thread is not that of the failure.
+TEST_F(ListOwnership, RefusedValueThatCallsBackLeavesTheMessageOfTheRefusal) {
+  const IRecordListRecordPtr row = NewRow(list_, 1);
   std::int32_t count = -1;
   {
-    const Variant value = WithLastWords([&] { EXPECT_EQ(ColumnsOf(list_)->GetCount(&count), S_OK); });
+    const Variant value = WithLastCall([&] { EXPECT_EQ(ColumnsOf(list_)->GetCount(&count), S_OK); });
     EXPECT_EQ(row->SetValue(3, value), DISP_E_BADINDEX);
     EXPECT_EQ(TakenWords(), "There is no column 3; the list has 1.");
     EXPECT_EQ(count, -1);

@@ -12,23 +12,23 @@ namespace qv {
 
 class RecordList : public testing::Test {
  protected:
-  RecordList() : list_(NewList()) { ClearErrorInfo(); }
+  RecordList() { ClearErrorInfo(); }
   void TearDown() override {
     list_.reset();
     EXPECT_EQ(CountingObject::Live(), 0);
     ClearErrorInfo();
   }
 
-  // Words of a failed GetHeader, which leaves null in place of a column.
+  // The message of a failed GetHeader, which returns null.
   std::string GetHeaderFails(std::int32_t index, HRESULT code) {
     IRecordListHeader* column = reinterpret_cast<IRecordListHeader*>(this);
     EXPECT_EQ(ColumnsOf(list_)->GetHeader(index, &column), code);
     EXPECT_EQ(column, nullptr);
     return TakenWords();
   }
-  // Words of a failed GetValue, which leaves the place as it was.
+  // The message of a failed GetValue, which leaves the value as it was.
   static std::string GetValueFails(const IRecordListRecordPtr& row, std::int32_t index) {
-    Variant value = Variant::FromInt(77);
+    Variant value = Int(77);
     EXPECT_EQ(row->GetValue(index, &value), DISP_E_BADINDEX);
     EXPECT_EQ(value.Tag(), VT_INT);
     EXPECT_EQ(value.Data().intVal, 77);
@@ -46,7 +46,7 @@ class RecordList : public testing::Test {
     return TakenWords();
   }
 
-  IRecordListPtr list_;
+  IRecordListPtr list_ = NewList();
 };
 
 }  // namespace qv
