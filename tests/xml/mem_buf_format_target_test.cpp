@@ -1,3 +1,4 @@
+// The buffer that the serializer writes into.
 #include "xml/mem_buf_format_target.h"
 
 #include <gtest/gtest.h>
@@ -23,30 +24,15 @@ class MemBufFormatTargetTest : public ::testing::Test {
   MemBufFormatTarget target_{std::make_unique<xercesc::XMLBuffer>(MemBufFormatTarget::kCapacity)};
 };
 
-TEST_F(MemBufFormatTargetTest, NewTargetIsEmpty) {
-  EXPECT_EQ(target_.view(), u"");
-}
-
-TEST_F(MemBufFormatTargetTest, FirstCapacityIsSixteenThousandUnits) {
+TEST_F(MemBufFormatTargetTest, EachByteIsAUnitAndCallsFollowEachOther) {
   EXPECT_EQ(MemBufFormatTarget::kCapacity, 0x4000u);
-}
-
-TEST_F(MemBufFormatTargetTest, EachByteIsAUnit) {
+  EXPECT_EQ(target_.view(), u"");
   Write("aZ\x01\x7F\x80\xC3\xA9\xFF");
   EXPECT_EQ(target_.view(), std::u16string_view(u"aZ\x01\x7F\x80\xC3\xA9\xFF", 8));
-}
-
-TEST_F(MemBufFormatTargetTest, NullByteIsAUnitToo) {
-  Write(std::string("a\0b", 3));
-  EXPECT_EQ(target_.view(), std::u16string_view(u"a\0b", 3));
-}
-
-TEST_F(MemBufFormatTargetTest, CallsFollowEachOther) {
-  Write("one");
-  Write("");
-  Write("\xE2\x82");
-  Write("\xAC.");
-  EXPECT_EQ(target_.view(), u"one\u00E2\u0082\u00AC.");
+  for (const std::string& bytes :
+       {std::string("a\0b", 3), std::string(), std::string("\xE2\x82"), std::string("\xAC.")})
+    Write(bytes);
+  EXPECT_EQ(target_.view().substr(8), std::u16string_view(u"a\0b\u00E2\u0082\u00AC.", 7));
 }
 
 TEST_F(MemBufFormatTargetTest, OneCallGoesBeyondTheFirstCapacity) {

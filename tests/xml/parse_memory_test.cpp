@@ -1,3 +1,4 @@
+// The memory of one parse: parts of blocks, a limit, and what is given back.
 #include "xml/parse_memory.h"
 
 #include <gtest/gtest.h>
@@ -28,83 +29,55 @@ TEST(ParseMemory, PartsAreAlignedAndApart) {
   }
 }
 
-TEST(ParseMemory, LargePartIsGivenBackAtOnce) {
+TEST(ParseMemory, LargePartsAreGivenBackAtOnceInAnyOrder) {
   ParseMemory memory;
   memory.allocate(1);
   const std::size_t before = memory.BytesInUse();
-  void* part = memory.allocate(1 << 20);
-  EXPECT_GE(memory.BytesInUse(), before + (1 << 20));
-  memory.deallocate(part);
-  EXPECT_EQ(memory.BytesInUse(), before);
-}
-
-TEST(ParseMemory, LargePartsCanBeGivenBackInAnyOrder) {
-  ParseMemory memory;
-  memory.allocate(1);
-  const std::size_t before = memory.BytesInUse();
-  void* a = memory.allocate(1 << 20);
-  void* b = memory.allocate(1 << 20);
-  void* c = memory.allocate(1 << 20);
-  memory.deallocate(b);
-  memory.deallocate(a);
-  memory.deallocate(c);
+  void* parts[3];
+  for (void*& part : parts) part = memory.allocate(1 << 20);
+  EXPECT_GE(memory.BytesInUse(), before + 3 * (1 << 20));
+  for (const int i : {1, 0, 2}) memory.deallocate(parts[i]);
   EXPECT_EQ(memory.BytesInUse(), before);
 }
 
 TEST(ParseMemory, NewestPartIsGivenBackAtOnce) {
   ParseMemory memory;
-  const std::size_t before = memory.BytesInUse();
+  memory.deallocate(nullptr);
+  EXPECT_EQ(memory.BytesInUse(), 0U);
   void* part = memory.allocate(100);
   memory.deallocate(part);
-  EXPECT_EQ(memory.BytesInUse(), before);
+  EXPECT_EQ(memory.BytesInUse(), 0U);
   EXPECT_EQ(memory.allocate(100), part);
 }
 
-TEST(ParseMemory, NullIsGivenBackWithoutEffect) {
-  ParseMemory memory;
-  memory.deallocate(nullptr);
-  EXPECT_EQ(memory.BytesInUse(), 0U);
-}
-
-TEST(ParseMemory, LimitIsKept) {
+TEST(ParseMemory, LimitIsKeptAndARefusalLeavesItUsable) {
   ParseMemory memory;
   memory.SetLimit(10000);
   memory.allocate(9000);
   EXPECT_THROW(memory.allocate(2000), OutOfMemoryException);
   EXPECT_LE(memory.BytesInUse(), 10000U);
-}
-
-TEST(ParseMemory, LimitBelowWhatIsInUseIsReachedAlready) {
-  ParseMemory memory;
-  memory.allocate(2000);
-  memory.SetLimit(500);
-  EXPECT_THROW(memory.allocate(1024), OutOfMemoryException);
+  EXPECT_NE(memory.allocate(100), nullptr);
+  ParseMemory reached;
+  reached.allocate(2000);
+  reached.SetLimit(500);
+  EXPECT_THROW(reached.allocate(1024), OutOfMemoryException);
 }
 
 TEST(ParseMemory, SmallRequestsGoBeyondTheLimitButNotForEver) {
   ParseMemory memory;
   memory.SetLimit(0);
-  EXPECT_THROW(
-      {
-        for (int i = 0; i < 20000; ++i) memory.allocate(1000);
-      },
-      OutOfMemoryException);
+  const auto takeAll = [&] {
+    for (int i = 0; i < 20000; ++i) memory.allocate(1000);
+  };
+  EXPECT_THROW(takeAll(), OutOfMemoryException);
   EXPECT_GT(memory.BytesInUse(), 16000000U);
   EXPECT_LE(memory.BytesInUse(), 16777216U);
 }
 
 TEST(ParseMemory, SizesNearTheLargestAreRefused) {
   ParseMemory memory;
-  EXPECT_THROW(memory.allocate(SIZE_MAX), OutOfMemoryException);
-  EXPECT_THROW(memory.allocate(SIZE_MAX - 8), OutOfMemoryException);
-  EXPECT_THROW(memory.allocate(SIZE_MAX / 2), OutOfMemoryException);
-}
-
-TEST(ParseMemory, RefusedRequestLeavesItUsable) {
-  ParseMemory memory;
-  memory.SetLimit(10000);
-  EXPECT_THROW(memory.allocate(20000), OutOfMemoryException);
-  EXPECT_NE(memory.allocate(100), nullptr);
+  for (const std::size_t size : {SIZE_MAX, SIZE_MAX - 8, SIZE_MAX / 2})
+    EXPECT_THROW(memory.allocate(size), OutOfMemoryException);
 }
 
 TEST(ParseMemory, EachThreadHasItsOwnSpareBlock) {

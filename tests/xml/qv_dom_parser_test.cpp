@@ -1,3 +1,4 @@
+// What the parser reads from sound texts, and what it reports about others.
 #include "xml/qv_dom_parser.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
@@ -9,26 +10,28 @@ namespace {
 
 class QvDomParserTest : public XmlFixture {};
 
-TEST_F(QvDomParserTest, NothingParsedHasNoDocument) {
-  const QvDomParser parser;
-  EXPECT_TRUE(parser.Document().IsNull());
-}
-
 TEST_F(QvDomParserTest, DocumentIsTheParsedOne) {
   QvDomParser parser;
+  EXPECT_TRUE(parser.Document().IsNull());
   parser.ParseHostileText(u"<a/>", "application/xml");
   EXPECT_EQ(parser.Document().NodeType(), 9);
   EXPECT_EQ(parser.Document().FirstChild().Name(), u"a");
 }
 
-TEST_F(QvDomParserTest, WhiteSpaceBetweenElementsIsATextNode) {
-  EXPECT_EQ(Root(u"<a>\r\n <b/></a>").FirstChild().Value(), u"\n ");
-}
-
-TEST_F(QvDomParserTest, CharacterReferencesAndPredefinedNamesJoinTheText) {
-  const XmlNode root = Root(u"<a>1&lt;2&#x20AC;&#128512;&amp;&quot;&apos;&gt;</a>");
-  EXPECT_EQ(root.FirstChild().Value(), u"1<2\u20AC\U0001F600&\"'>");
-  EXPECT_TRUE(root.FirstChild().NextSibling().IsNull());
+// White space between elements is a text, references join theirs, a byte order mark in front is left out, and
+// a lone surrogate becomes the replacement character.
+TEST_F(QvDomParserTest, TextsAreReadWhole) {
+  const char16_t lone[] = {u'<',   u'a',   u'>', 0xD83D, u'x', 0xDE00, 0xD83D,
+                           0xD83D, 0xDE00, u'<', u'/',   u'a', u'>',   0};
+  const std::pair<const char16_t*, const char16_t*> rows[] = {
+      {u"<a>\r\n <b/></a>", u"\n "},
+      {u"<a>1&lt;2&#x20AC;&#128512;&amp;&quot;&apos;&gt;</a>", u"1<2\u20AC\U0001F600&\"'>"},
+      {u"\uFEFF<?xml version='1.0'?><a>x</a>", u"x"},
+      {u"<a>\uFEFFx</a>", u"\uFEFFx"},
+      {u"<?xml version='1.1'?><a>x</a>", u"x"},
+      {lone, u"\uFFFDx\uFFFD\uFFFD\U0001F600"}};
+  for (const auto& [text, value] : rows) EXPECT_EQ(FirstValue(text), value) << Start(text);
+  EXPECT_TRUE(Root(u"<a>1&lt;2</a>").FirstChild().NextSibling().IsNull());
 }
 
 TEST_F(QvDomParserTest, NonAsciiAndSurrogatePairsAreReadAsTheyAre) {
@@ -39,115 +42,58 @@ TEST_F(QvDomParserTest, NonAsciiAndSurrogatePairsAreReadAsTheyAre) {
   EXPECT_EQ(root.FirstChild().Value(), u"\u00FC\u20AC\U0001F600\U0010FFFD");
 }
 
-TEST_F(QvDomParserTest, ByteOrderMarkInFrontIsLeftOut) {
-  EXPECT_EQ(Root(u"\uFEFF<?xml version='1.0'?><a>x</a>").FirstChild().Value(), u"x");
-}
-
-TEST_F(QvDomParserTest, ByteOrderMarkInTheTextStays) {
-  EXPECT_EQ(Root(u"<a>\uFEFFx</a>").FirstChild().Value(), u"\uFEFFx");
-}
-
-TEST_F(QvDomParserTest, LoneSurrogatesReadAsReplacementCharacters) {
-  const char16_t text[] = {u'<',   u'a',   u'>', 0xD83D, u'x', 0xDE00, 0xD83D,
-                           0xD83D, 0xDE00, u'<', u'/',   u'a', u'>',   0};
-  EXPECT_EQ(Root(text).FirstChild().Value(), u"\uFFFDx\uFFFD\uFFFD\U0001F600");
-}
-
 // The library reads 24576 units at a time.
-TEST_F(QvDomParserTest, SurrogatePairsAcrossReadsStayWhole) {
+TEST_F(QvDomParserTest, SurrogatesAcrossReadsAreAsInOne) {
+  const std::u16string lone(1, char16_t{0xD83D});
   for (int ahead = 24570; ahead < 24580; ++ahead) {
     const std::u16string filling = Repeat(u"x", ahead);
-    EXPECT_EQ(Root(u"<a>" + filling + u"\U0001F600</a>").FirstChild().Value(), filling + u"\U0001F600")
-        << ahead;
+    EXPECT_EQ(FirstValue(u"<a>" + filling + u"\U0001F600</a>"), filling + u"\U0001F600") << ahead;
+    EXPECT_EQ(FirstValue(u"<a>" + filling + lone + u"</a>"), filling + u"\uFFFD") << ahead;
   }
-}
-
-TEST_F(QvDomParserTest, LoneSurrogatesAcrossReadsAreReplaced) {
-  for (int ahead = 24570; ahead < 24580; ++ahead) {
-    const std::u16string filling = Repeat(u"x", ahead);
-    const std::u16string lone(1, char16_t{0xD83D});
-    EXPECT_EQ(Root(u"<a>" + filling + lone + u"</a>").FirstChild().Value(), filling + u"\uFFFD") << ahead;
-  }
-}
-
-TEST_F(QvDomParserTest, LongTextComesWhole) {
   const std::u16string filling = Repeat(u"0123456789", 100000);
-  EXPECT_EQ(Root(u"<a>" + filling + u"</a>").FirstChild().Value(), filling);
+  EXPECT_EQ(FirstValue(u"<a>" + filling + u"</a>"), filling);
 }
 
-class QvDomParserEncodingTest : public XmlFixture, public ::testing::WithParamInterface<const char16_t*> {};
-
-TEST_P(QvDomParserEncodingTest, NamedEncodingIsNotBelieved) {
-  const std::u16string declaration = std::u16string(u"<?xml version='1.0' encoding='") + GetParam() + u"'?>";
-  EXPECT_EQ(Root(declaration + u"<a>\u00FC\u4E2D</a>").FirstChild().Value(), u"\u00FC\u4E2D");
+TEST_F(QvDomParserTest, NamedEncodingIsNotBelieved) {
+  for (const char16_t* name : {u"utf-8", u"iso-8859-1", u"utf-16", u"UTF-16BE", u"us-ascii", u"windows-1252",
+                               u"ISO-10646-UCS-4", u"ebcdic-cp-us", u"no-such-name"})
+    EXPECT_EQ(
+        FirstValue(std::u16string(u"<?xml version='1.0' encoding='") + name + u"'?><a>\u00FC\u4E2D</a>"),
+        u"\u00FC\u4E2D")
+        << Shown(name);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, QvDomParserEncodingTest,
-                         ::testing::Values(u"utf-8", u"iso-8859-1", u"utf-16", u"UTF-16BE", u"us-ascii",
-                                           u"windows-1252", u"ISO-10646-UCS-4", u"ebcdic-cp-us",
-                                           u"no-such-name"));
-
-TEST_F(QvDomParserTest, SyntaxErrorHasIdLineAndColumn) {
-  const Refusal refusal = RefusalOf(u"<a>\n<b>\n</a>");
-  EXPECT_TRUE(refusal.thrown);
-  EXPECT_EQ(refusal.systemId, u"application/xml");
-  EXPECT_EQ(refusal.line, 3U);
-  EXPECT_EQ(refusal.column, 3U);
-  EXPECT_EQ(refusal.message, u"expected end of tag 'b'");
+// Columns count units, not bytes.
+TEST_F(QvDomParserTest, SyntaxErrorHasIdLineColumnAndMessage) {
+  ExpectRefusedAt(u"<a>\n<b>\n</a>", 3, 3);
+  ExpectMessage(u"<a>\n<b>\n</a>", u"expected end of tag 'b'");
+  ExpectRefusedAt(u"<a>\u00FC\u4E2D</b>", 1, 8);
+  ExpectRefused(u"<?xml version='2.0'?><a/>");
+  const struct {
+    const char16_t* text;
+    const char16_t* message;
+    unsigned long long line;
+  } rows[] = {{u"<?xml version='1.0RRRR' encoding='utf-8'?><a/>", u"The version of XML is not supported.", 1},
+              {u"\n<!DOCTYPE a: []><a:/>", u"The name of the document type is not valid.", 2}};
+  for (const auto& row : rows) {
+    const Refusal refusal = RefusalOf(row.text);
+    EXPECT_EQ(refusal.message, row.message);
+    EXPECT_EQ(refusal.systemId, u"application/xml");
+    EXPECT_EQ(refusal.line, row.line);
+  }
 }
 
-TEST_F(QvDomParserTest, UnknownVersionOfXmlIsASyntaxErrorToo) {
-  const Refusal refusal = RefusalOf(u"<?xml version='2.0'?><a/>");
-  EXPECT_TRUE(refusal.thrown);
-  const Refusal almost = RefusalOf(u"<?xml version='1.0RRRR' encoding='utf-8'?><a/>");
-  EXPECT_EQ(almost.message, u"The version of XML is not supported.");
-  EXPECT_EQ(almost.systemId, u"application/xml");
-  EXPECT_EQ(almost.line, 1U);
+TEST_F(QvDomParserTest, BadTextsAreRefused) {
+  using std::literals::string_view_literals::operator""sv;
+  for (const std::u16string_view text :
+       {u""sv, u"  \n"sv, u"\uFEFF"sv, u"hello"sv, u"<a><b"sv, u"<a>tex"sv, u"<a/><b/>"sv, u"<a>x\0y</a>"sv,
+        u"\0<a/>"sv, u"<a>\u0001</a>"sv, u"<a>\uFFFF</a>"sv, u"<a>&x;</a>"sv, u"<a b='' b=''/>"sv,
+        u"<a>&#xD800;</a>"sv, u"<a>&#0;</a>"sv}) {
+    const Refusal refusal = RefusalOf(text);
+    EXPECT_TRUE(refusal.thrown) << Start(text);
+    EXPECT_EQ(refusal.systemId, u"application/xml") << Start(text);
+  }
 }
-
-TEST_F(QvDomParserTest, DocumentTypeWithoutLocalNameIsASyntaxErrorToo) {
-  const Refusal refusal = RefusalOf(u"\n<!DOCTYPE a: []><a:/>");
-  EXPECT_EQ(refusal.message, u"The name of the document type is not valid.");
-  EXPECT_EQ(refusal.line, 2U);
-}
-
-TEST_F(QvDomParserTest, Version11IsRead) {
-  EXPECT_EQ(Root(u"<?xml version='1.1'?><a>x</a>").FirstChild().Value(), u"x");
-}
-
-TEST_F(QvDomParserTest, ColumnsCountUnitsNotBytes) {
-  const Refusal refusal = RefusalOf(u"<a>\u00FC\u4E2D</b>");
-  EXPECT_EQ(refusal.line, 1U);
-  EXPECT_EQ(refusal.column, 8U);
-}
-
-struct BadText {
-  const char* name;
-  std::u16string_view text;
-};
-
-class QvDomParserBadTextTest : public XmlFixture, public ::testing::WithParamInterface<BadText> {};
-
-TEST_P(QvDomParserBadTextTest, IsRefused) {
-  const Refusal refusal = RefusalOf(GetParam().text);
-  EXPECT_TRUE(refusal.thrown);
-  EXPECT_EQ(refusal.systemId, u"application/xml");
-}
-
-INSTANTIATE_TEST_SUITE_P(Texts, QvDomParserBadTextTest,
-                         ::testing::Values(BadText{"Empty", u""}, BadText{"BlanksOnly", u"  \n"},
-                                           BadText{"ByteOrderMarkOnly", u"\uFEFF"},
-                                           BadText{"NoMarkup", u"hello"}, BadText{"CutInTag", u"<a><b"},
-                                           BadText{"CutInText", u"<a>tex"}, BadText{"TwoRoots", u"<a/><b/>"},
-                                           BadText{"NulInText", std::u16string_view(u"<a>x\0y</a>", 10)},
-                                           BadText{"NulInFront", std::u16string_view(u"\0<a/>", 5)},
-                                           BadText{"ControlCharacter", u"<a>\u0001</a>"},
-                                           BadText{"NonCharacter", u"<a>\uFFFF</a>"},
-                                           BadText{"UndeclaredEntity", u"<a>&x;</a>"},
-                                           BadText{"AttributeTwice", u"<a b='' b=''/>"},
-                                           BadText{"SurrogateReference", u"<a>&#xD800;</a>"},
-                                           BadText{"NulReference", u"<a>&#0;</a>"}),
-                         [](const ::testing::TestParamInfo<BadText>& row) { return row.param.name; });
 
 TEST_F(QvDomParserTest, WarningDoesNotStopParsing) {
   QvDOMErrorHandlers handler(true);
@@ -185,7 +131,7 @@ TEST_F(QvDomParserTest, ParseOfTheBaseClassIsStillThere) {
   EXPECT_EQ(GetNodeText(parser.Document().FirstChild()), u"\u00FC");
 }
 
-TEST_F(QvDomParserTest, OneParserMayStandInsideTheLifeOfAnother) {
+TEST_F(QvDomParserTest, OneParserMayLiveInsideTheLifeOfAnother) {
   QvDomParser outer;
   outer.ParseHostileText(u"<a>outer</a>", "application/xml");
   {
@@ -196,25 +142,25 @@ TEST_F(QvDomParserTest, OneParserMayStandInsideTheLifeOfAnother) {
   EXPECT_EQ(GetNodeText(outer.Document().FirstChild()), u"outer");
 }
 
-bool MayHold(std::u16string_view text, std::u16string_view name) {
-  QvDomParser parser;
-  parser.ParseHostileText(text, "application/xml");
-  return parser.MayHold(name);
-}
-
+// Elements may come out of entities in a document with a type.
 TEST_F(QvDomParserTest, ElementNamesOfTheDocumentAreKnown) {
-  EXPECT_TRUE(MayHold(u"<a><x:b c='d'/></a>", u"a"));
-  EXPECT_TRUE(MayHold(u"<a><x:b c='d'/></a>", u"x:b"));
-  EXPECT_FALSE(MayHold(u"<a><x:b c='d'/></a>", u"b"));
-  EXPECT_FALSE(MayHold(u"<a><x:b c='d'/></a>", u"c"));
-  EXPECT_FALSE(MayHold(u"<a><!-- <e/> --><![CDATA[<e/>]]></a>", u"e"));
-  EXPECT_FALSE(MayHold(u"<a/>", u""));
-}
-
-// Elements may come out of entities there.
-TEST_F(QvDomParserTest, DocumentWithATypeMayHoldAnyName) {
-  EXPECT_TRUE(MayHold(u"<!DOCTYPE a [<!ENTITY e '<b/>'>]><a>&e;</a>", u"b"));
-  EXPECT_TRUE(MayHold(u"<!DOCTYPE a><a/>", u"b"));
+  const struct {
+    const char16_t* text;
+    const char16_t* name;
+    bool mayHold;
+  } rows[] = {{u"<a><x:b c='d'/></a>", u"a", true},
+              {u"<a><x:b c='d'/></a>", u"x:b", true},
+              {u"<a><x:b c='d'/></a>", u"b", false},
+              {u"<a><x:b c='d'/></a>", u"c", false},
+              {u"<a><!-- <e/> --><![CDATA[<e/>]]></a>", u"e", false},
+              {u"<a/>", u"", false},
+              {u"<!DOCTYPE a [<!ENTITY e '<b/>'>]><a>&e;</a>", u"b", true},
+              {u"<!DOCTYPE a><a/>", u"b", true}};
+  for (const auto& row : rows) {
+    QvDomParser parser;
+    parser.ParseHostileText(row.text, "application/xml");
+    EXPECT_EQ(parser.MayHold(row.name), row.mayHold) << Start(row.text) << " " << Shown(row.name);
+  }
 }
 
 }  // namespace

@@ -31,9 +31,14 @@ class SerializerFixture : public ::testing::Test {
     CXMLSerializer serializer;
     return Shown(serializer.Serialize(XmlNode(node)));
   }
-  static std::string Failure(const xercesc::DOMNode* node) {
-    return Thrown([node] { Written(node); });
+  // One line: what is written of a single node ends with a line feed.
+  static void ExpectLine(const xercesc::DOMNode* node, const std::string& line) {
+    EXPECT_EQ(Written(node), line + "\\u000A");
   }
+  static void ExpectFailure(const xercesc::DOMNode* node) {
+    EXPECT_EQ(Thrown([node] { Written(node); }), kSerializationFailed);
+  }
+  xercesc::DOMElement* ParsedElement(const std::string& text) { return Parsed(text)->getDocumentElement(); }
 
   xercesc::DOMElement* Element(const char16_t* name) { return document_->createElement(name); }
   xercesc::DOMElement* Element(const char16_t* name, const char16_t* text) {

@@ -11,7 +11,7 @@ namespace {
 class SerializerMemory : public SerializerFixture {
  protected:
   // Bytes in use after ten more refusals of the `number`-th allocation. Leaks show under AddressSanitizer
-  // too, where this tells nothing.
+  // too, where this figure means nothing.
   std::size_t InUseAfterTen(long number) {
     for (int i = 0; i < 10; ++i) Refuse(number);
     return mallinfo2().uordblks;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -29,17 +30,19 @@ constexpr std::uint32_t kSlices = 10;
 constexpr std::uint32_t kDocumentsOfSlice = 3000;
 constexpr std::uint32_t kDocumentsOfParser = 4;
 
-std::string Told(const char* kind, const xc::SAXParseException& report) {
+std::string Described(const char* kind, const xc::SAXParseException& report) {
   return std::string(kind) + " " + std::to_string(report.getLineNumber()) + ":" +
          std::to_string(report.getColumnNumber()) + " " + ToUtf8(report.getMessage()) + " in " +
          ToUtf8(report.getSystemId());
 }
 
-// Writes down everything that it is told. A strict one throws at errors.
+// Writes down everything that is reported. A strict one throws at errors.
 class Recorder : public xc::ErrorHandler {
  public:
   explicit Recorder(bool isStrict) : isStrict_(isStrict) {}
-  void warning(const xc::SAXParseException& report) override { reports_.push_back(Told("warning", report)); }
+  void warning(const xc::SAXParseException& report) override {
+    reports_.push_back(Described("warning", report));
+  }
   void error(const xc::SAXParseException& report) override { Take("error", report); }
   void fatalError(const xc::SAXParseException& report) override { Take("fatal", report); }
   void resetErrors() override {}
@@ -48,7 +51,7 @@ class Recorder : public xc::ErrorHandler {
 
  private:
   void Take(const char* kind, const xc::SAXParseException& report) {
-    reports_.push_back(Told(kind, report));
+    reports_.push_back(Described(kind, report));
     if (isStrict_) throw xc::SAXParseException(report);
   }
 
@@ -56,20 +59,20 @@ class Recorder : public xc::ErrorHandler {
   std::vector<std::string> reports_;
 };
 
-struct Settings {
-  explicit Settings(Random* random)
-      : validation(random->Below(8)),
-        isStrict(validation != 0 && !random->OneIn(4)),  // what is not valid is often not valid at its root
-        namespaces(random->OneIn(3)),
-        schema(random->OneIn(16)),
-        schemaInfo(random->OneIn(16)),
-        entityNodes(!random->OneIn(3)),
-        comments(!random->OneIn(4)),
-        ignorableBlanks(!random->OneIn(4)),
-        goesOnAfterFatal(random->OneIn(4)),
-        inclusion(random->OneIn(16)) {}
-
-  void Apply(xc::XercesDOMParser* parser) const {
+// Settings by chance, the same for all parsers. True when errors are to be thrown.
+bool Configure(Random* random, std::initializer_list<xc::XercesDOMParser*> parsers) {
+  const std::uint32_t validation = random->Below(8);
+  // A document that is not valid is often not valid at its root.
+  const bool isStrict = validation != 0 && !random->OneIn(4);
+  const bool namespaces = random->OneIn(3);
+  const bool schema = random->OneIn(16);
+  const bool schemaInfo = random->OneIn(16);
+  const bool entityNodes = !random->OneIn(3);
+  const bool comments = !random->OneIn(4);
+  const bool ignorableBlanks = !random->OneIn(4);
+  const bool goesOnAfterFatal = random->OneIn(4);
+  const bool inclusion = random->OneIn(16);
+  for (xc::XercesDOMParser* parser : parsers) {
     parser->setDoNamespaces(namespaces || schema);
     parser->setDoSchema(schema);
     parser->setCreateSchemaInfo(schemaInfo);
@@ -84,25 +87,13 @@ struct Settings {
     parser->setLoadExternalDTD(false);
     parser->setDisableDefaultEntityResolution(true);
   }
-
-  const std::uint32_t validation;
-  const bool isStrict;
-  const bool namespaces;
-  const bool schema;
-  const bool schemaInfo;
-  const bool entityNodes;
-  const bool comments;
-  const bool ignorableBlanks;
-  const bool goesOnAfterFatal;
-  const bool inclusion;
-};
+  return isStrict;
+}
 
 // A parser with what it reported.
 class Side {
  public:
-  Side(xc::XercesDOMParser* parser, const Settings& settings)
-      : parser_(*parser), recorder_(settings.isStrict) {
-    settings.Apply(parser);
+  Side(xc::XercesDOMParser* parser, bool isStrict) : parser_(*parser), recorder_(isStrict) {
     parser->setErrorHandler(&recorder_);
   }
 
@@ -112,7 +103,7 @@ class Side {
     try {
       parser_.parse(source);
     } catch (const xc::SAXParseException& error) {
-      recorder_.Note(Told("thrown", error));
+      recorder_.Note(Described("thrown", error));
     } catch (const xc::DOMException& error) {
       recorder_.Note("thrown code " + std::to_string(error.code));
     } catch (const xc::XMLException& error) {
@@ -135,14 +126,14 @@ std::uint32_t DocumentsOfSlice() {
 
 class TreeBuilderRandomTest : public ::testing::TestWithParam<std::uint32_t> {
  protected:
-  // Few documents with the same two parsers, so that what one document leaves behind meets the next.
+  // Few documents with the same two parsers, so that the remains of one document meet the next.
   void CompareGroup(std::uint32_t seed) {
     Random random(seed);
-    const Settings settings(&random);
     TreeBuilder builder;
     xc::XercesDOMParser library;
-    Side ours(&builder, settings);
-    Side theirs(&library, settings);
+    const bool isStrict = Configure(&random, {&builder, &library});
+    Side ours(&builder, isStrict);
+    Side theirs(&library, isStrict);
     for (std::uint32_t i = 0; i < kDocumentsOfParser && !HasFailure(); ++i) {
       const bool isDamaged = random.OneIn(4);
       const std::string whole = RandomDocument(&random);

@@ -9,6 +9,7 @@
 
 #include <xercesc/sax/SAXParseException.hpp>
 
+#include "fixtures/shown_text.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "qvscriptwells/xml_memory.h"
 #include "xml/qv_dom_parser.h"
@@ -16,7 +17,7 @@
 
 namespace qv {
 
-// The place and words of a SAXParseException, read after the parser is gone. `thrown` false: the text was
+// The place and message of a SAXParseException, read after the parser is gone. `thrown` false: the text was
 // accepted.
 struct Refusal {
   bool thrown = false;
@@ -55,11 +56,37 @@ class XmlFixture : public ::testing::Test {
     return refusal;
   }
 
+  static void ExpectRead(std::u16string_view text) { EXPECT_FALSE(RefusalOf(text).thrown) << Start(text); }
+  static void ExpectRefused(std::u16string_view text) { EXPECT_TRUE(RefusalOf(text).thrown) << Start(text); }
+  static void ExpectMessage(std::u16string_view text, std::u16string_view message) {
+    EXPECT_EQ(RefusalOf(text).message, message) << Start(text);
+  }
+  // Refused at this place of the text.
+  static void ExpectRefusedAt(std::u16string_view text, unsigned long long line, unsigned long long column) {
+    const Refusal refusal = RefusalOf(text);
+    EXPECT_TRUE(refusal.thrown) << Start(text);
+    EXPECT_EQ(refusal.systemId, u"application/xml") << Start(text);
+    EXPECT_EQ(refusal.line, line) << Start(text);
+    EXPECT_EQ(refusal.column, column) << Start(text);
+  }
+  // The value of the document element's first child.
+  std::u16string_view FirstValue(std::u16string_view text) { return Root(text).FirstChild().Value(); }
+
   static std::u16string Repeat(std::u16string_view piece, int times) {
     std::u16string all;
     for (int i = 0; i < times; ++i) all += piece;
     return all;
   }
+  // "<n0/><n1/>" and so on for "<n" and "/>".
+  static std::u16string Numbered(std::u16string_view before, int count, std::u16string_view after) {
+    std::u16string all;
+    for (int i = 0; i < count; ++i) {
+      const std::string number = std::to_string(i);
+      all += std::u16string(before) + std::u16string(number.begin(), number.end()) + std::u16string(after);
+    }
+    return all;
+  }
+  static std::string Start(std::u16string_view text) { return Shown(WideString(text.substr(0, 60))); }
 
  private:
   XmlLibraryHold library_;

@@ -1,3 +1,4 @@
+// The count of uses that keeps the XML library started, over a library that only counts and fails.
 #include "xml/xml_library_guard.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/RuntimeException.hpp>
 
+#include "fixtures/thrown.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/xml_library_hold.h"
 
@@ -55,173 +57,115 @@ class XmlLibraryGuardTest : public ::testing::Test {
     startFails = stopFails = Fails::kNo;
   }
 
-  static std::u16string WordsOfAcquire(XmlLibraryGuard& guard, HRESULT* code) {
-    try {
-      guard.Acquire();
-    } catch (const EQvException& e) {
-      *code = e.Code();
-      return std::u16string(e.Description().view());
-    }
-    return u"nothing thrown";
+  // What the operation of the guard throws; "nothing" for success.
+  static std::string Acquiring(XmlLibraryGuard& guard) {
+    return Thrown([&] { guard.Acquire(); });
+  }
+  static std::string Releasing(XmlLibraryGuard& guard) {
+    return Thrown([&] { guard.Release(); });
   }
 
-  static std::u16string WordsOfRelease(XmlLibraryGuard& guard, HRESULT* code) {
-    try {
-      guard.Release();
-    } catch (const EQvException& e) {
-      *code = e.Code();
-      return std::u16string(e.Description().view());
-    }
-    return u"nothing thrown";
-  }
+  XmlLibraryGuard guard_{kFake};
 };
 
-TEST_F(XmlLibraryGuardTest, NewGuardHasNotStarted) {
-  const XmlLibraryGuard guard(kFake);
-  EXPECT_EQ(guard.Count(), 0);
-  EXPECT_EQ(starts, 0);
-}
+constexpr char kXmlMessage[] = "EQvException 0x00000000 content type must be mixed or children";
 
 TEST_F(XmlLibraryGuardTest, NestedScopesStartOnceAndStopAfterTheSecondRelease) {
-  XmlLibraryGuard guard(kFake);
+  EXPECT_EQ(guard_.Count(), 0);
+  EXPECT_EQ(starts, 0);
   {
-    const XmlLibraryGuardScope outer(guard);
+    const XmlLibraryGuardScope outer(guard_);
     EXPECT_EQ(starts, 1);
     {
-      const XmlLibraryGuardScope inner(guard);
+      const XmlLibraryGuardScope inner(guard_);
       EXPECT_EQ(starts, 1);
-      EXPECT_EQ(guard.Count(), 2);
+      EXPECT_EQ(guard_.Count(), 2);
     }
     EXPECT_EQ(stops, 0);
-    EXPECT_EQ(guard.Count(), 1);
+    EXPECT_EQ(guard_.Count(), 1);
   }
   EXPECT_EQ(stops, 1);
-  EXPECT_EQ(guard.Count(), 0);
+  EXPECT_EQ(guard_.Count(), 0);
 }
 
 TEST_F(XmlLibraryGuardTest, EachTopLevelUseStartsAgain) {
-  XmlLibraryGuard guard(kFake);
-  for (int i = 0; i < 3; ++i) const XmlLibraryGuardScope scope(guard);
+  for (int i = 0; i < 3; ++i) const XmlLibraryGuardScope scope(guard_);
   EXPECT_EQ(starts, 3);
   EXPECT_EQ(stops, 3);
 }
 
 TEST_F(XmlLibraryGuardTest, ReleaseAtZeroDoesNothing) {
-  XmlLibraryGuard guard(kFake);
-  guard.Release();
+  guard_.Release();
   EXPECT_EQ(stops, 0);
-  EXPECT_EQ(guard.Count(), 0);
+  EXPECT_EQ(guard_.Count(), 0);
 }
 
-TEST_F(XmlLibraryGuardTest, StartThatThrowsXmlExceptionGivesItsMessage) {
+TEST_F(XmlLibraryGuardTest, XmlExceptionOfStartOrStopGivesItsMessage) {
   XERCES_CPP_NAMESPACE::XMLPlatformUtils::Initialize();
   {
     XmlLibraryGuard guard(kFake);
     startFails = Fails::kXml;
-    HRESULT code = 1;
-    EXPECT_EQ(WordsOfAcquire(guard, &code), u"content type must be mixed or children");
-    EXPECT_EQ(code, 0);
+    EXPECT_EQ(Acquiring(guard), kXmlMessage);
     EXPECT_EQ(guard.Count(), 0);
-  }
-  XERCES_CPP_NAMESPACE::XMLPlatformUtils::Terminate();
-}
-
-TEST_F(XmlLibraryGuardTest, StartThatThrowsAnythingElseHasFixedWords) {
-  XmlLibraryGuard guard(kFake);
-  startFails = Fails::kOther;
-  HRESULT code = 1;
-  EXPECT_EQ(WordsOfAcquire(guard, &code), u"Xerces initialization failed.");
-  EXPECT_EQ(code, 0);
-  EXPECT_EQ(guard.Count(), 0);
-}
-
-TEST_F(XmlLibraryGuardTest, FailedStartLeavesTheGuardUsable) {
-  XmlLibraryGuard guard(kFake);
-  startFails = Fails::kOther;
-  HRESULT code = 0;
-  WordsOfAcquire(guard, &code);
-  startFails = Fails::kNo;
-  guard.Acquire();
-  EXPECT_EQ(guard.Count(), 1);
-  EXPECT_EQ(starts, 1);
-}
-
-TEST_F(XmlLibraryGuardTest, StopThatThrowsXmlExceptionGivesItsMessageAndKeepsTheCount) {
-  XERCES_CPP_NAMESPACE::XMLPlatformUtils::Initialize();
-  {
-    XmlLibraryGuard guard(kFake);
+    startFails = Fails::kNo;
     guard.Acquire();
     stopFails = Fails::kXml;
-    HRESULT code = 1;
-    EXPECT_EQ(WordsOfRelease(guard, &code), u"content type must be mixed or children");
-    EXPECT_EQ(code, 0);
+    EXPECT_EQ(Releasing(guard), kXmlMessage);
     EXPECT_EQ(guard.Count(), 1);
   }
   XERCES_CPP_NAMESPACE::XMLPlatformUtils::Terminate();
 }
 
-TEST_F(XmlLibraryGuardTest, StopThatThrowsAnythingElseHasFixedWordsAndCanBeTriedAgain) {
-  XmlLibraryGuard guard(kFake);
-  guard.Acquire();
+TEST_F(XmlLibraryGuardTest, AnyOtherFailureHasAFixedMessageAndCanBeTriedAgain) {
+  startFails = Fails::kOther;
+  EXPECT_EQ(Acquiring(guard_), "EQvException 0x00000000 Xerces initialization failed.");
+  EXPECT_EQ(guard_.Count(), 0);
+  startFails = Fails::kNo;
+  EXPECT_EQ(Acquiring(guard_), "nothing");
+  EXPECT_EQ(guard_.Count(), 1);
+  EXPECT_EQ(starts, 1);
   stopFails = Fails::kOther;
-  HRESULT code = 1;
-  EXPECT_EQ(WordsOfRelease(guard, &code), u"Xerces termination failed.");
-  EXPECT_EQ(code, 0);
-  EXPECT_EQ(guard.Count(), 1);
+  EXPECT_EQ(Releasing(guard_), "EQvException 0x00000000 Xerces termination failed.");
+  EXPECT_EQ(guard_.Count(), 1);
   stopFails = Fails::kNo;
-  guard.Release();
-  EXPECT_EQ(guard.Count(), 0);
+  EXPECT_EQ(Releasing(guard_), "nothing");
+  EXPECT_EQ(guard_.Count(), 0);
   EXPECT_EQ(stops, 1);
 }
 
-TEST_F(XmlLibraryGuardTest, ScopePassesAFailedStopOn) {
-  XmlLibraryGuard guard(kFake);
-  EXPECT_THROW(
-      {
-        const XmlLibraryGuardScope scope(guard);
-        stopFails = Fails::kOther;
-      },
-      EQvException);
+TEST_F(XmlLibraryGuardTest, ScopePassesAFailedStopOnUnlessAnotherExceptionIsUnderWay) {
+  const auto failIn = [](XmlLibraryGuard& guard, bool withAnother) {
+    const XmlLibraryGuardScope scope(guard);
+    stopFails = Fails::kOther;
+    if (withAnother) throw std::out_of_range("first");
+  };
+  EXPECT_THROW(failIn(guard_, false), EQvException);
+  stopFails = Fails::kNo;
+  XmlLibraryGuard other(kFake);
+  EXPECT_THROW(failIn(other, true), std::out_of_range);
 }
 
-TEST_F(XmlLibraryGuardTest, ScopeKeepsAFailedStopToItselfWhileAnotherExceptionIsUnderWay) {
-  XmlLibraryGuard guard(kFake);
-  EXPECT_THROW(
-      {
-        const XmlLibraryGuardScope scope(guard);
-        stopFails = Fails::kOther;
-        throw std::out_of_range("first");
-      },
-      std::out_of_range);
-}
-
-TEST_F(XmlLibraryGuardTest, DestructorReleasesUntilZero) {
+TEST_F(XmlLibraryGuardTest, DestructorReleasesUntilZeroAndEndsWhenTheStopFails) {
   {
     XmlLibraryGuard guard(kFake);
-    guard.Acquire();
-    guard.Acquire();
-    guard.Acquire();
+    for (int i = 0; i < 3; ++i) guard.Acquire();
   }
   EXPECT_EQ(stops, 1);
-}
-
-TEST_F(XmlLibraryGuardTest, DestructorEndsWhenTheStopFails) {
   {
     XmlLibraryGuard guard(kFake);
     guard.Acquire();
     stopFails = Fails::kOther;
   }
-  EXPECT_EQ(stops, 0);
+  EXPECT_EQ(stops, 1);
 }
 
 TEST_F(XmlLibraryGuardTest, ManyThreadsNeverMeetALibraryThatIsDown) {
-  XmlLibraryGuard guard(kFake);
   std::atomic<int> metDown{0};
   std::vector<std::thread> threads;
   for (int t = 0; t < 8; ++t) {
     threads.emplace_back([&] {
       for (int i = 0; i < 5000; ++i) {
-        const XmlLibraryGuardScope scope(guard);
+        const XmlLibraryGuardScope scope(guard_);
         if (!isUp) ++metDown;
       }
     });
@@ -230,7 +174,7 @@ TEST_F(XmlLibraryGuardTest, ManyThreadsNeverMeetALibraryThatIsDown) {
   EXPECT_EQ(metDown, 0);
   EXPECT_EQ(misuses, 0);
   EXPECT_EQ(starts, stops);
-  EXPECT_EQ(guard.Count(), 0);
+  EXPECT_EQ(guard_.Count(), 0);
 }
 
 TEST(XmlLibraryGuard, ProcessGuardHasTheRealLibraryUpWhileHeld) {

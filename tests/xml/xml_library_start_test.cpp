@@ -35,22 +35,19 @@ XmlLibraryGuard& Guard() {
   return XmlLibraryGuard::Process();
 }
 
-bool Acquires() {
+bool Succeeds(void (XmlLibraryGuard::*operation)()) {
   try {
-    Guard().Acquire();
+    (Guard().*operation)();
     return true;
   } catch (...) {
     return false;
   }
 }
-
+bool Acquires() {
+  return Succeeds(&XmlLibraryGuard::Acquire);
+}
 bool Releases() {
-  try {
-    Guard().Release();
-    return true;
-  } catch (...) {
-    return false;
-  }
+  return Succeeds(&XmlLibraryGuard::Release);
 }
 
 bool Parses() {
@@ -146,55 +143,42 @@ long AllocationsOfFirstStart() {
   return asked;
 }
 
-// The first allocation is the reserved block. Of those beyond it only three belong to the XML library itself;
-// they are operator new or malloc whatever memory manager it has.
-void ExpectThatAFirstStartSurvives(Refusal refusal) {
-  const long allocations = AllocationsOfFirstStart();
-  ASSERT_GT(allocations, 0);
-  const Tally tally = RefuseEach(RefuseWhileStarting, allocations, refusal);
-  EXPECT_GE(tally.recovered, 1);
-  if (refusal == Refusal::kOne) {
+constexpr Refusal kRefusals[] = {Refusal::kOne, Refusal::kAllFromThen};
+
+// This one comes first, since nothing in this process may have started the library before. The first
+// allocation is the reserved block. Of those beyond it only three belong to the XML library itself; they are
+// operator new or malloc whatever memory manager it has.
+TEST(XmlLibraryStart, FirstStartSurvivesTheRefusalOfAnyAllocation) {
+  for (const Refusal refusal : kRefusals) {
+    const long allocations = AllocationsOfFirstStart();
+    ASSERT_GT(allocations, 0);
+    const Tally tally = RefuseEach(RefuseWhileStarting, allocations, refusal);
+    EXPECT_GE(tally.recovered, 1);
+    if (refusal == Refusal::kOne) {
+      EXPECT_LE(tally.refused, 3);
+    }
+  }
+}
+
+TEST(XmlLibraryStart, LaterStartSurvivesTheRefusalOfAnyAllocation) {
+  for (const Refusal refusal : kRefusals) {
+    ASSERT_TRUE(WorksTwice());
+    RefuseAllocation(0, Refusal::kOne);
+    ASSERT_TRUE(Acquires());
+    const long allocations = StopRefusing();
+    ASSERT_TRUE(Releases());
+    const Tally tally = RefuseEach(RefuseWhileStarting, allocations, refusal);
+    EXPECT_EQ(tally.recovered, 1);
     EXPECT_LE(tally.refused, 3);
   }
 }
 
-void ExpectThatALaterStartSurvives(Refusal refusal) {
-  ASSERT_TRUE(WorksTwice());
-  RefuseAllocation(0, Refusal::kOne);
-  ASSERT_TRUE(Acquires());
-  const long allocations = StopRefusing();
-  ASSERT_TRUE(Releases());
-  const Tally tally = RefuseEach(RefuseWhileStarting, allocations, refusal);
-  EXPECT_EQ(tally.recovered, 1);
-  EXPECT_LE(tally.refused, 3);
-}
-
-void ExpectThatAStopSurvives(Refusal refusal) {
-  const Tally tally = RefuseEach(RefuseWhileStopping, 5, refusal);
-  EXPECT_EQ(tally.recovered, 0);
-  EXPECT_EQ(tally.refused, 0);
-}
-
-// These two come first, since nothing in this process may have started the library before.
-TEST(XmlLibraryStart, FirstStartSurvivesTheRefusalOfAnyAllocation) {
-  ExpectThatAFirstStartSurvives(Refusal::kOne);
-}
-TEST(XmlLibraryStart, FirstStartSurvivesTheRefusalOfAllAllocationsFromAnyOn) {
-  ExpectThatAFirstStartSurvives(Refusal::kAllFromThen);
-}
-
-TEST(XmlLibraryStart, LaterStartSurvivesTheRefusalOfAnyAllocation) {
-  ExpectThatALaterStartSurvives(Refusal::kOne);
-}
-TEST(XmlLibraryStart, LaterStartSurvivesTheRefusalOfAllAllocationsFromAnyOn) {
-  ExpectThatALaterStartSurvives(Refusal::kAllFromThen);
-}
-
 TEST(XmlLibraryStart, StopSurvivesTheRefusalOfAnyAllocation) {
-  ExpectThatAStopSurvives(Refusal::kOne);
-}
-TEST(XmlLibraryStart, StopSurvivesTheRefusalOfAllAllocationsFromAnyOn) {
-  ExpectThatAStopSurvives(Refusal::kAllFromThen);
+  for (const Refusal refusal : kRefusals) {
+    const Tally tally = RefuseEach(RefuseWhileStopping, 5, refusal);
+    EXPECT_EQ(tally.recovered, 0);
+    EXPECT_EQ(tally.refused, 0);
+  }
 }
 
 TEST(XmlLibraryStart, BlockThatIsMissingIsReportedWithTheFixedMessage) {

@@ -1,3 +1,4 @@
+// One node of a parsed document, its links, and the text that formaters read.
 #include "xml/xml_node.h"
 
 #include "xml_fixture.h"
@@ -9,32 +10,22 @@ class XmlNodeTest : public XmlFixture {};
 
 TEST_F(XmlNodeTest, NullNodeAnswersEverythingWithNothing) {
   const XmlNode node;
-  EXPECT_TRUE(node.IsNull());
+  for (const XmlNode& none :
+       {node, node.FirstChild(), node.LastChild(), node.NextSibling(), node.Parent(), node.Attribute(u"a")})
+    EXPECT_TRUE(none.IsNull());
   EXPECT_EQ(node.NodeType(), 0);
-  EXPECT_EQ(node.Name(), u"");
-  EXPECT_EQ(node.Value(), u"");
+  for (const std::u16string_view text : {node.Name(), node.Value(), GetNodeText(node)}) EXPECT_EQ(text, u"");
   EXPECT_FALSE(node.HasValue());
-  EXPECT_TRUE(node.FirstChild().IsNull());
-  EXPECT_TRUE(node.LastChild().IsNull());
-  EXPECT_TRUE(node.NextSibling().IsNull());
-  EXPECT_TRUE(node.Parent().IsNull());
   EXPECT_FALSE(node.HasAttributeMap());
-  EXPECT_TRUE(node.Attribute(u"a").IsNull());
-  EXPECT_EQ(GetNodeText(node), u"");
 }
 
 TEST_F(XmlNodeTest, TypesHaveTheNumbersOfLevel1) {
   XmlNode child = Root(u"<r><e/>t<![CDATA[c]]><!--k--><?p d?></r>").FirstChild();
-  EXPECT_EQ(child.NodeType(), 1);
-  child = child.NextSibling();
-  EXPECT_EQ(child.NodeType(), 3);
-  child = child.NextSibling();
-  EXPECT_EQ(child.NodeType(), 4);
-  child = child.NextSibling();
-  EXPECT_EQ(child.NodeType(), 8);
-  child = child.NextSibling();
-  EXPECT_EQ(child.NodeType(), 7);
-  EXPECT_TRUE(child.NextSibling().IsNull());
+  for (const int type : {1, 3, 4, 8, 7}) {
+    EXPECT_EQ(child.NodeType(), type);
+    child = child.NextSibling();
+  }
+  EXPECT_TRUE(child.IsNull());
 }
 
 TEST_F(XmlNodeTest, NamesAreQualified) {
@@ -44,18 +35,14 @@ TEST_F(XmlNodeTest, NamesAreQualified) {
   EXPECT_EQ(root.Attribute(u"xsi:type").Name(), u"xsi:type");
 }
 
-TEST_F(XmlNodeTest, ElementHasNoValueTextHas) {
-  const XmlNode root = Root(u"<r>text</r>");
+TEST_F(XmlNodeTest, ElementHasNoValueTextAndCDataHave) {
+  const XmlNode root = Root(u"<r>text<![CDATA[]]></r>");
   EXPECT_FALSE(root.HasValue());
   EXPECT_EQ(root.Value(), u"");
   EXPECT_TRUE(root.FirstChild().HasValue());
   EXPECT_EQ(root.FirstChild().Value(), u"text");
-}
-
-TEST_F(XmlNodeTest, EmptyCDataHasAnEmptyValue) {
-  const XmlNode data = Root(u"<r><![CDATA[]]></r>").FirstChild();
-  EXPECT_TRUE(data.HasValue());
-  EXPECT_EQ(data.Value(), u"");
+  EXPECT_TRUE(root.LastChild().HasValue());
+  EXPECT_EQ(root.LastChild().Value(), u"");
 }
 
 TEST_F(XmlNodeTest, LinksLeadThroughTheTree) {
@@ -98,59 +85,36 @@ TEST_F(XmlNodeTest, AttributeIsFoundByItsExactName) {
 }
 
 TEST_F(XmlNodeTest, AttributeNameOfAnyLengthIsFound) {
-  const std::u16string name31 = Repeat(u"n", 31);
-  const std::u16string name32 = Repeat(u"n", 32);
-  const std::u16string name90 = Repeat(u"n", 90);
-  const XmlNode root = Root(u"<r " + name31 + u"='a' " + name32 + u"='b' " + name90 + u"='c'/>");
-  EXPECT_EQ(root.Attribute(name31).Value(), u"a");
-  EXPECT_EQ(root.Attribute(name32).Value(), u"b");
-  EXPECT_EQ(root.Attribute(name90).Value(), u"c");
+  std::u16string text = u"<r";
+  for (const int length : {31, 32, 90})
+    text += u" " + Repeat(u"n", length) + u"='" + Repeat(u"v", length) + u"'";
+  const XmlNode root = Root(text + u"/>");
+  for (const int length : {31, 32, 90})
+    EXPECT_EQ(root.Attribute(Repeat(u"n", length)).Value(), Repeat(u"v", length));
 }
 
-TEST_F(XmlNodeTest, AttributeOfATextIsNull) {
-  EXPECT_TRUE(Root(u"<r>t</r>").FirstChild().Attribute(u"a").IsNull());
+// The first text child before all others, then the last child whatever it is, then the node itself.
+TEST_F(XmlNodeTest, TextOfANode) {
+  const std::pair<const char16_t*, const char16_t*> rows[] = {
+      {u"<r>abc</r>", u"abc"},
+      {u"<r><a>no</a>first<b/>second</r>", u"first"},
+      {u"<r> <![CDATA[data]]></r>", u" "},
+      {u"<r><a/><![CDATA[one]]><![CDATA[two]]></r>", u"two"},
+      {u"<r><![CDATA[one]]><!--said--></r>", u"said"},
+      {u"<r><a>no</a></r>", u""},
+      {u"<r/>", u""}};
+  for (const auto& [element, text] : rows) EXPECT_EQ(GetNodeText(Root(element)), text) << Shown(element);
+  const XmlNode root = Root(u"<r a='v&amp;w' b=''>own</r>");
+  EXPECT_EQ(GetNodeText(root.FirstChild()), u"own");
+  EXPECT_EQ(GetNodeText(root.Attribute(u"a")), u"v&w");
+  EXPECT_EQ(GetNodeText(root.Attribute(u"b")), u"");
+  EXPECT_TRUE(root.FirstChild().Attribute(u"a").IsNull());
 }
 
-using GetNodeTextTest = XmlNodeTest;
-
-TEST_F(GetNodeTextTest, OneTextGivesItself) {
-  EXPECT_EQ(GetNodeText(Root(u"<r>abc</r>")), u"abc");
-}
-
-TEST_F(GetNodeTextTest, FirstTextWinsOverOtherChildren) {
-  EXPECT_EQ(GetNodeText(Root(u"<r><a>no</a>first<b/>second</r>")), u"first");
-}
-
-TEST_F(GetNodeTextTest, FirstTextWinsOverALaterCData) {
-  EXPECT_EQ(GetNodeText(Root(u"<r> <![CDATA[data]]></r>")), u" ");
-}
-
-TEST_F(GetNodeTextTest, LastChildCDataGivesItsValue) {
-  EXPECT_EQ(GetNodeText(Root(u"<r><a/><![CDATA[one]]><![CDATA[two]]></r>")), u"two");
-}
-
-TEST_F(GetNodeTextTest, LastChildCommentGivesItsValue) {
-  EXPECT_EQ(GetNodeText(Root(u"<r><![CDATA[one]]><!--said--></r>")), u"said");
-}
-
-TEST_F(GetNodeTextTest, ElementChildrenGiveTheEmptyText) {
-  EXPECT_EQ(GetNodeText(Root(u"<r><a>no</a></r>")), u"");
-}
-
-TEST_F(GetNodeTextTest, NoChildrenGiveTheOwnValue) {
-  EXPECT_EQ(GetNodeText(Root(u"<r/>")), u"");
-  EXPECT_EQ(GetNodeText(Root(u"<r>own</r>").FirstChild()), u"own");
-}
-
-TEST_F(GetNodeTextTest, AttributeGivesItsValue) {
-  EXPECT_EQ(GetNodeText(Root(u"<r a='v&amp;w'/>").Attribute(u"a")), u"v&w");
-  EXPECT_EQ(GetNodeText(Root(u"<r a=''/>").Attribute(u"a")), u"");
-}
-
-TEST_F(XmlNodeTest, FirstTextChildIsFoundBehindOthers) {
+TEST_F(XmlNodeTest, FirstTextChildIsFoundAfterOthers) {
   EXPECT_EQ(FirstTextChild(Root(u"<a><b>no</b><!--c--><![CDATA[d]]>e<f/>g</a>")).Value(), u"e");
-  EXPECT_TRUE(FirstTextChild(Root(u"<a><b>no</b><![CDATA[d]]></a>")).IsNull());
-  EXPECT_TRUE(FirstTextChild(Root(u"<a/>")).IsNull());
+  for (const char16_t* element : {u"<a><b>no</b><![CDATA[d]]></a>", u"<a/>"})
+    EXPECT_TRUE(FirstTextChild(Root(element)).IsNull());
   EXPECT_TRUE(FirstTextChild(XmlNode()).IsNull());
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 
 #include "serializer_fixture.h"
@@ -12,7 +13,16 @@ namespace {
 
 class XmlSerializer : public SerializerFixture {
  protected:
-  std::string TextWritten(const char16_t* text) { return Written(document_->createTextNode(text)); }
+  void ExpectText(const char16_t* text, const std::string& line) {
+    ExpectLine(document_->createTextNode(text), line);
+  }
+  void ExpectAttribute(const char16_t* value, const std::string& written) {
+    ExpectLine(WithAttribute(value), "<r a=\"" + written + "\"/>");
+  }
+  // Too long to be shown.
+  static void ExpectLongLine(const xercesc::DOMNode* node, const std::string& line) {
+    EXPECT_TRUE(Written(node) == line + "\\u000A");
+  }
 };
 
 std::string Repeat(const std::string& piece, int times) {
@@ -21,22 +31,18 @@ std::string Repeat(const std::string& piece, int times) {
   return all;
 }
 
+// An empty text is a child, white space stays, and the name is the qualified one.
 TEST_F(XmlSerializer, ElementWithoutChildrenClosesItself) {
-  EXPECT_EQ(Written(Element(u"r")), "<r/>\\u000A");
-  EXPECT_EQ(Written(Parsed("<r></r>")->getDocumentElement()), "<r/>\\u000A");
-}
-
-TEST_F(XmlSerializer, EmptyTextIsAChildAllTheSame) {
-  EXPECT_EQ(Written(Element(u"r", u"")), "<r></r>\\u000A");
-}
-
-TEST_F(XmlSerializer, NameIsTheQualifiedOne) {
+  ExpectLine(Element(u"r"), "<r/>");
+  ExpectLine(ParsedElement("<r></r>"), "<r/>");
+  ExpectLine(Element(u"r", u""), "<r></r>");
+  ExpectLine(ParsedElement("<r>\n\t<a/> \n</r>"), "<r>\\u000A\\u0009<a/> \\u000A</r>");
   xercesc::DOMElement* element = document_->createElementNS(u"urn:n", u"p:r");
   element->setAttributeNS(u"urn:n", u"p:a", u"1");
-  EXPECT_EQ(Written(element), "<p:r p:a=\"1\"/>\\u000A");
+  ExpectLine(element, "<p:r p:a=\"1\"/>");
 }
 
-TEST_F(XmlSerializer, ChildrenStandInTheirOrder) {
+TEST_F(XmlSerializer, ChildrenAreInTheirOrder) {
   xercesc::DOMElement* root = Element(u"r", u"one");
   xercesc::DOMElement* inner = Element(u"a");
   inner->appendChild(Element(u"b", u"two"));
@@ -45,7 +51,7 @@ TEST_F(XmlSerializer, ChildrenStandInTheirOrder) {
   root->appendChild(document_->createTextNode(u"three"));
   root->appendChild(document_->createTextNode(u"four"));
   root->appendChild(Element(u"d", u"five"));
-  EXPECT_EQ(Written(root), "<r>one<a><b>two</b><c/></a>threefour<d>five</d></r>\\u000A");
+  ExpectLine(root, "<r>one<a><b>two</b><c/></a>threefour<d>five</d></r>");
 }
 
 TEST_F(XmlSerializer, NothingBesideOrAboveTheNodeIsWritten) {
@@ -56,76 +62,42 @@ TEST_F(XmlSerializer, NothingBesideOrAboveTheNodeIsWritten) {
   root->appendChild(leaf);
   root->appendChild(document_->createTextNode(u"after"));
   document_->appendChild(root);
-  EXPECT_EQ(Written(middle), "<m>text</m>\\u000A");
-  EXPECT_EQ(Written(leaf), "<leaf/>\\u000A");
-  EXPECT_EQ(Written(middle->getFirstChild()), "text\\u000A");
-}
-
-TEST_F(XmlSerializer, WhiteSpaceIsWrittenAsItStands) {
-  EXPECT_EQ(Written(Parsed("<r>\n\t<a/> \n</r>")->getDocumentElement()),
-            "<r>\\u000A\\u0009<a/> \\u000A</r>\\u000A");
+  ExpectLine(middle, "<m>text</m>");
+  ExpectLine(leaf, "<leaf/>");
+  ExpectLine(middle->getFirstChild(), "text");
 }
 
 // The library keeps attributes sorted by name.
-TEST_F(XmlSerializer, AttributesStandInTheOrderOfTheirMap) {
-  xercesc::DOMElement* element = Element(u"r");
+TEST_F(XmlSerializer, AttributesAreInTheOrderOfTheirMapBeforeTheContent) {
+  xercesc::DOMElement* element = Element(u"r", u"t");
   for (const char16_t* name : {u"b", u"xsi:schemaLocation", u"xmlns", u"a", u"xmlns:xsi", u"Language"})
     element->setAttribute(name, u"v");
-  EXPECT_EQ(
-      Written(element),
-      "<r Language=\"v\" a=\"v\" b=\"v\" xmlns=\"v\" xmlns:xsi=\"v\" xsi:schemaLocation=\"v\"/>\\u000A");
+  ExpectLine(element,
+             "<r Language=\"v\" a=\"v\" b=\"v\" xmlns=\"v\" xmlns:xsi=\"v\" xsi:schemaLocation=\"v\">t</r>");
 }
 
-TEST_F(XmlSerializer, AttributesStandBeforeTheContent) {
-  xercesc::DOMElement* element = WithAttribute(u"1");
-  element->appendChild(document_->createTextNode(u"t"));
-  EXPECT_EQ(Written(element), "<r a=\"1\">t</r>\\u000A");
+TEST_F(XmlSerializer, MarkupAndReturnsInTextBecomeReferences) {
+  ExpectText(u"a&b<c>d", "a&amp;b&lt;c&gt;d");
+  ExpectText(u"]]>", "]]&gt;");
+  ExpectText(u"&amp;", "&amp;amp;");
+  ExpectText(u"\"'\t\n", "\"'\\u0009\\u000A");
+  ExpectText(u"a\r\nb", "a&#xD;\\u000Ab");
+  ExpectText(u"\x01\x7F\x85", "\\u0001\\u007F\\u00C2\\u0085");
 }
 
-TEST_F(XmlSerializer, MarkupInTextBecomesReferences) {
-  EXPECT_EQ(TextWritten(u"a&b<c>d"), "a&amp;b&lt;c&gt;d\\u000A");
-  EXPECT_EQ(TextWritten(u"]]>"), "]]&gt;\\u000A");
-  EXPECT_EQ(TextWritten(u"&amp;"), "&amp;amp;\\u000A");
-}
-
-TEST_F(XmlSerializer, QuotesTabsAndLineFeedsInTextStay) {
-  EXPECT_EQ(TextWritten(u"\"'\t\n"), "\"'\\u0009\\u000A\\u000A");
-}
-
-TEST_F(XmlSerializer, CarriageReturnInTextBecomesAReference) {
-  EXPECT_EQ(TextWritten(u"a\r\nb"), "a&#xD;\\u000Ab\\u000A");
-}
-
-TEST_F(XmlSerializer, ControlCharactersInTextStay) {
-  EXPECT_EQ(TextWritten(u"\x01\x7F\x85"), "\\u0001\\u007F\\u00C2\\u0085\\u000A");
-}
-
-TEST_F(XmlSerializer, MarkupAndQuotesInAttributeBecomeReferences) {
-  EXPECT_EQ(Written(WithAttribute(u"a\"b<c&d")), "<r a=\"a&quot;b&lt;c&amp;d\"/>\\u000A");
-}
-
-TEST_F(XmlSerializer, GreaterThanAndApostropheInAttributeStay) {
-  EXPECT_EQ(Written(WithAttribute(u"a>b'c")), "<r a=\"a>b'c\"/>\\u000A");
-}
-
-TEST_F(XmlSerializer, LineEndsAndTabsInAttributeBecomeReferences) {
-  EXPECT_EQ(Written(WithAttribute(u"1\n2\t3\r")), "<r a=\"1&#xA;2&#x9;3&#xD;\"/>\\u000A");
-}
-
-TEST_F(XmlSerializer, EmptyAttributeKeepsItsQuotes) {
-  EXPECT_EQ(Written(WithAttribute(u"")), "<r a=\"\"/>\\u000A");
+TEST_F(XmlSerializer, MarkupQuotesAndLineEndsInAnAttributeBecomeReferences) {
+  ExpectAttribute(u"a\"b<c&d", "a&quot;b&lt;c&amp;d");
+  ExpectAttribute(u"a>b'c", "a>b'c");
+  ExpectAttribute(u"1\n2\t3\r", "1&#xA;2&#x9;3&#xD;");
+  ExpectAttribute(u"", "");
 }
 
 TEST_F(XmlSerializer, EachByteOfUtf8IsAUnit) {
-  EXPECT_EQ(TextWritten(u"\u00E9"), "\\u00C3\\u00A9\\u000A");
-  EXPECT_EQ(TextWritten(u"\u20AC"), "\\u00E2\\u0082\\u00AC\\u000A");
-  EXPECT_EQ(TextWritten(u"\U0001F600"), "\\u00F0\\u009F\\u0098\\u0080\\u000A");
-  EXPECT_EQ(Written(WithAttribute(u"\u00E9\U0001F600")),
-            "<r a=\"\\u00C3\\u00A9\\u00F0\\u009F\\u0098\\u0080\"/>\\u000A");
-  EXPECT_EQ(Written(Element(u"\u00E9", u"x")), "<\\u00C3\\u00A9>x</\\u00C3\\u00A9>\\u000A");
-}
-
-TEST_F(XmlSerializer, UnitsAreBytesInsteadOfCharacters) {
+  ExpectText(u"\u00E9", "\\u00C3\\u00A9");
+  ExpectText(u"\u20AC", "\\u00E2\\u0082\\u00AC");
+  ExpectText(u"\U0001F600", "\\u00F0\\u009F\\u0098\\u0080");
+  ExpectAttribute(u"\u00E9\U0001F600", "\\u00C3\\u00A9\\u00F0\\u009F\\u0098\\u0080");
+  ExpectLine(Element(u"\u00E9", u"x"), "<\\u00C3\\u00A9>x</\\u00C3\\u00A9>");
   CXMLSerializer serializer;
   EXPECT_EQ(serializer.Serialize(XmlNode(document_->createTextNode(u"\u00E9\U0001F600"))).size(), 7u);
 }
@@ -134,8 +106,9 @@ TEST_F(XmlSerializer, UnitsAreBytesInsteadOfCharacters) {
 TEST_F(XmlSerializer, PairAtAnyPlaceIsOneCharacter) {
   for (int units = 16380; units <= 16388; ++units) {
     const std::u16string text = std::u16string(static_cast<std::size_t>(units), u'a') + u"\U0001F600z";
-    EXPECT_TRUE(TextWritten(text.c_str()) == Repeat("a", units) + "\\u00F0\\u009F\\u0098\\u0080z\\u000A")
-        << units;
+    SCOPED_TRACE(units);
+    ExpectLongLine(document_->createTextNode(text.c_str()),
+                   Repeat("a", units) + "\\u00F0\\u009F\\u0098\\u0080z");
   }
 }
 
@@ -143,33 +116,24 @@ TEST_F(XmlSerializer, PairAtAnyPlaceIsOneCharacter) {
 TEST_F(XmlSerializer, LoneSurrogateFails) {
   for (const char16_t* text : {u"a\xD800", u"\xD800", u"\xD800z", u"\xD800\xD800", u"\xDC00", u"a\xDC00z",
                                u"\xDC00\xD800", u"\U0001F600\xDE00", u"\xD83D\U0001F600"}) {
-    EXPECT_EQ(Failure(document_->createTextNode(text)), kSerializationFailed) << Shown(text);
-    EXPECT_EQ(Failure(WithAttribute(text)), kSerializationFailed) << Shown(text);
-    EXPECT_EQ(Failure(document_->createCDATASection(text)), kSerializationFailed) << Shown(text);
-    EXPECT_EQ(Failure(document_->createComment(text)), kSerializationFailed) << Shown(text);
-    EXPECT_EQ(Failure(document_->createProcessingInstruction(u"p", text)), kSerializationFailed)
-        << Shown(text);
+    SCOPED_TRACE(Shown(text));
+    for (const xercesc::DOMNode* node : std::initializer_list<const xercesc::DOMNode*>{
+             document_->createTextNode(text), WithAttribute(text), document_->createCDATASection(text),
+             document_->createComment(text), document_->createProcessingInstruction(u"p", text)})
+      ExpectFailure(node);
   }
-}
-
-TEST_F(XmlSerializer, PairTornBetweenTwoTextsFails) {
-  xercesc::DOMElement* element = Element(u"r", u"\xD83D");
-  element->appendChild(document_->createTextNode(u"\xDE00"));
-  EXPECT_EQ(Failure(element), kSerializationFailed);
-}
-
-TEST_F(XmlSerializer, SameObjectGivesTheSameTextAgain) {
-  CXMLSerializer serializer;
-  const XmlNode node(Element(u"r", u"x"));
-  EXPECT_EQ(Shown(serializer.Serialize(node)), "<r>x</r>\\u000A");
-  EXPECT_EQ(Shown(serializer.Serialize(node)), "<r>x</r>\\u000A");
+  xercesc::DOMElement* torn = Element(u"r", u"\xD83D");
+  torn->appendChild(document_->createTextNode(u"\xDE00"));
+  ExpectFailure(torn);
 }
 
 TEST_F(XmlSerializer, EarlierResultOutlivesTheNextRunAndTheObject) {
   WideString first;
   {
     CXMLSerializer serializer;
-    first = serializer.Serialize(XmlNode(Element(u"first")));
+    const XmlNode node(Element(u"first"));
+    first = serializer.Serialize(node);
+    EXPECT_EQ(Shown(serializer.Serialize(node)), "<first/>\\u000A");
     EXPECT_EQ(Shown(serializer.Serialize(XmlNode(Element(u"b")))), "<b/>\\u000A");
   }
   EXPECT_EQ(Shown(first), "<first/>\\u000A");
@@ -187,32 +151,20 @@ TEST_F(XmlSerializer, NothingOfAFailedRunIsKept) {
   }
 }
 
-TEST_F(XmlSerializer, DeepTreeIsWritten) {
-  constexpr int kLevels = 100000;
-  EXPECT_TRUE(Written(Nested(kLevels, document_->createTextNode(u"x"))) ==
-              Repeat("<a>", kLevels) + "x" + Repeat("</a>", kLevels) + "\\u000A");
-}
-
-TEST_F(XmlSerializer, FailureAtTheBottomOfADeepTreeIsAnOrdinaryOne) {
-  EXPECT_EQ(Failure(Nested(100000, document_->createTextNode(u"\xDC00"))), kSerializationFailed);
-}
-
-TEST_F(XmlSerializer, ManyChildrenAreWritten) {
-  constexpr int kChildren = 100000;
+TEST_F(XmlSerializer, DeepWideAndLongTreesAreWrittenWhole) {
+  constexpr int kMany = 100000;
+  ExpectLongLine(Nested(kMany, document_->createTextNode(u"x")),
+                 Repeat("<a>", kMany) + "x" + Repeat("</a>", kMany));
+  ExpectFailure(Nested(kMany, document_->createTextNode(u"\xDC00")));
   xercesc::DOMElement* root = Element(u"r");
-  for (int i = 0; i < kChildren; ++i) root->appendChild(Element(u"a", u"&"));
-  EXPECT_TRUE(Written(root) == "<r>" + Repeat("<a>&amp;</a>", kChildren) + "</r>\\u000A");
-}
-
-TEST_F(XmlSerializer, LongTextIsWrittenWhole) {
+  for (int i = 0; i < kMany; ++i) root->appendChild(Element(u"a", u"&"));
+  ExpectLongLine(root, "<r>" + Repeat("<a>&amp;</a>", kMany) + "</r>");
   const std::u16string text(3'000'000, u'x');
-  EXPECT_TRUE(Written(Element(u"r", text.c_str())) == "<r>" + std::string(3'000'000, 'x') + "</r>\\u000A");
-}
-
-TEST_F(XmlSerializer, LongRunsOfReferencesAreWrittenWhole) {
-  const std::u16string text(300'000, u'<');
-  EXPECT_TRUE(TextWritten(text.c_str()) == Repeat("&lt;", 300'000) + "\\u000A");
-  EXPECT_TRUE(Written(WithAttribute(text.c_str())) == "<r a=\"" + Repeat("&lt;", 300'000) + "\"/>\\u000A");
+  ExpectLongLine(Element(u"r", text.c_str()), "<r>" + std::string(3'000'000, 'x') + "</r>");
+  const std::u16string less(300'000, u'<');
+  const std::string references = Repeat("&lt;", 300'000);
+  ExpectLongLine(document_->createTextNode(less.c_str()), references);
+  ExpectLongLine(WithAttribute(less.c_str()), "<r a=\"" + references + "\"/>");
 }
 
 }  // namespace
