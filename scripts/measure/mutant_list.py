@@ -21,7 +21,7 @@ COMMENT_OR_TEXT = re.compile(
 class Mutant:
     number: int
     file: str
-    before: str  # the text before the right code; it is found by this text and the text after it
+    before: str  # the text in front of the right code, by which it is found, as is the text behind it
     right: str
     after: str
     wrong: str
@@ -35,10 +35,10 @@ class Mutant:
     def switched(self):
         """The right and the wrong code, and the switch between them."""
         if self.right.endswith(";"):
-            return f"{{ if (::mutants::On({self.number})) {{ {self.wrong} }} else {{ {self.right} }} }}"
+            return f"{{ if (::mutation::On({self.number})) {{ {self.wrong} }} else {{ {self.right} }} }}"
         # Of the type of the right code, or both would be converted to a type that they have in common.
         same_type = f"static_cast<decltype(({' '.join(without_comments(self.right).split())}))>"
-        return f"(::mutants::On({self.number}) ? {same_type}({self.wrong}) : ({self.right}))"
+        return f"(::mutation::On({self.number}) ? {same_type}({self.wrong}) : ({self.right}))"
 
 
 def read_list(path):
@@ -104,7 +104,7 @@ def read_sources(root):
 def locate(mutants, sources):
     """(places, complaints): the source and the range of each mutant, and what is wrong with those that have none.
 
-    Code that was moved to another file is found there if it exists once only.
+    Code that went to another file is found there if it stands in one place only.
     """
     places, complaints = {}, []
     for mutant in mutants:
@@ -120,7 +120,8 @@ def locate(mutants, sources):
 
 
 def switched_texts(mutants, places):
-    """The text of each source that has mutants, with a switch for each of them."""
+    """The text of each source that has mutants, with a switch for each of them. No line gets another number."""
+    header = os.path.join(os.path.dirname(os.path.abspath(__file__)), "mutant_switch.h")
     by_source = {}
     for mutant in mutants:
         source, place = places[mutant.number]
@@ -131,8 +132,7 @@ def switched_texts(mutants, places):
         for (begin, end), mutant in sorted(edits, key=lambda edit: edit[0], reverse=True):
             if end > begin_of_last:
                 raise SystemExit(f"mutant {mutant.number} overlaps another one in {path}")
-            # The right code stays as it is in the file, so that no line moves.
             switch = Mutant(mutant.number, "", "", text[begin:end], "", mutant.wrong).switched()
             text, begin_of_last = text[:begin] + switch + text[end:], begin
-        texts[path] = text
+        texts[path] = f'#include "{header}"\n#line 1\n{text}'
     return texts

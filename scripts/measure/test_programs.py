@@ -14,6 +14,7 @@ class TestProgram:
         self.room = os.path.relpath(os.path.dirname(path), os.path.join(build, "tests"))
         self.environment = environment
         self.directory = directory
+        self.tests = []
 
     def command(self, *options):
         return [self.path, "--gtest_color=no", *options]
@@ -28,7 +29,8 @@ def find_test_programs(build):
         command = test.get("command")
         if command is None:
             raise SystemExit(f"{test['name']}: the program is not built")
-        if not any(word.startswith("--gtest_filter=") for word in command):
+        filters = [word.split("=", 1)[1] for word in command if word.startswith("--gtest_filter=")]
+        if not filters:
             continue
         properties = {entry["name"]: entry["value"] for entry in test.get("properties", [])}
         if "ENVIRONMENT_MODIFICATION" in properties:
@@ -37,6 +39,7 @@ def find_test_programs(build):
         program = programs.setdefault(
             command[0], TestProgram(command[0], {}, properties.get("WORKING_DIRECTORY", build), build))
         program.environment.update(environment)
+        program.tests += filters
     if not programs:
         raise SystemExit(f"{build} has no test programs")
     return [programs[path] for path in sorted(programs)]
