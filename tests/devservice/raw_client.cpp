@@ -10,22 +10,6 @@
 #include <stdexcept>
 
 namespace qv::devservice::testing {
-namespace {
-
-// Moves a whole head from the front of `bytes` to `head`; false while it is not whole.
-bool TakeHead(std::string& bytes, std::string& head) {
-  const std::size_t end = bytes.find("\r\n\r\n");
-  if (end == std::string::npos) return false;
-  head = bytes.substr(0, end + 4);
-  bytes.erase(0, end + 4);
-  return true;
-}
-
-std::size_t AnnouncedLength(const std::string& head) {
-  return std::strtoul(HeaderOf(head, "Content-Length").c_str(), nullptr, 10);
-}
-
-}  // namespace
 
 RawClient::RawClient(int port) : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
   sockaddr_in address{};
@@ -53,47 +37,43 @@ void RawClient::EndSending() {
   shutdown(socket_, SHUT_WR);
 }
 
-bool RawClient::ReadPiece(std::chrono::milliseconds time, std::string& bytes, bool& closed) {
-  pollfd watched{socket_, POLLIN, 0};
-  if (poll(&watched, 1, static_cast<int>(std::max<long long>(time.count(), 0))) <= 0) return false;
-  char buffer[65536];
-  const ssize_t count = recv(socket_, buffer, sizeof buffer, 0);
-  closed = count <= 0;
-  if (!closed) bytes.append(buffer, static_cast<std::size_t>(count));
-  return !closed;
-}
-
-DrainedAnswer RawClient::Drain() {
-  DrainedAnswer answer;
-  std::string bytes;
-  bool closed = false;
-  while (answer.head.empty() || answer.bytes < AnnouncedLength(answer.head)) {
-    if (!ReadPiece(std::chrono::minutes(1), bytes, closed)) break;
-    if (answer.head.empty() && !TakeHead(bytes, answer.head)) continue;
-    for (const char byte : bytes) answer.asPattern &= byte == PatternByte(answer.bytes++);
-    bytes.clear();
-  }
+RawAnswer RawClient::Receive(std::chrono::milliseconds time) {
+  std::string body;
+  RawAnswer answer = Receive(time, [&body](std::string_view bytes) { body += bytes; });
+  answer.body = body;
   return answer;
 }
 
-RawAnswer RawClient::Receive(std::chrono::milliseconds time) {
+RawAnswer RawClient::Receive(std::chrono::milliseconds time,
+                             const std::function<void(std::string_view)>& take) {
   const auto deadline = std::chrono::steady_clock::now() + time;
   RawAnswer answer;
   std::string bytes;
-  for (;;) {
-    if (answer.head.empty()) TakeHead(bytes, answer.head);
-    if (!answer.head.empty()) {
-      answer.body += bytes;
-      bytes.clear();
-      const bool announced = HeaderOf(answer.head, "Content-Length") != "(none)";
-      if (announced && answer.body.size() >= AnnouncedLength(answer.head)) return answer;
+  std::size_t taken = 0;
+  std::size_t announced = std::string::npos;
+  while (answer.head.empty() || taken < announced) {
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    pollfd watched{socket_, POLLIN, 0};
+    answer.timedOut = poll(&watched, 1, static_cast<int>(std::max<long long>(left.count(), 0))) <= 0;
+    char buffer[65536];
+    const ssize_t count = answer.timedOut ? 0 : recv(socket_, buffer, sizeof buffer, 0);
+    answer.closed = !answer.timedOut && count <= 0;
+    if (count <= 0) break;
+    bytes.append(buffer, static_cast<std::size_t>(count));
+    if (answer.head.empty()) {
+      const std::size_t end = bytes.find("\r\n\r\n");
+      if (end == std::string::npos) continue;
+      answer.head = bytes.substr(0, end + 4);
+      bytes.erase(0, end + 4);
+      const std::string length = HeaderOf(answer.head, "Content-Length");
+      if (length != "(none)") announced = std::stoul(length);
     }
-    const auto left = deadline - std::chrono::steady_clock::now();
-    const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(left);
-    if (ReadPiece(rest, bytes, answer.closed)) continue;
-    answer.timedOut = !answer.closed;
-    return answer;
+    take(bytes);
+    taken += bytes.size();
+    bytes.clear();
   }
+  return answer;
 }
 
 std::string HeaderOf(const std::string& head, const std::string& name) {

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace qv::devservice::testing {
 
@@ -12,13 +13,6 @@ struct RawAnswer {
   std::string body;       // As many bytes as came, chunks not undone.
   bool closed = false;    // The other side closed the connection while we waited.
   bool timedOut = false;  // Nothing more came in time, and the announced length was not reached.
-};
-
-// An answer whose body was too long to be kept.
-struct DrainedAnswer {
-  std::string head;
-  std::size_t bytes = 0;
-  bool asPattern = true;  // Every byte was that of PatternByte.
 };
 
 // One connection. Throws std::runtime_error when it cannot be made.
@@ -36,22 +30,13 @@ class RawClient {
   void EndSending();
   // Reads to the end of the announced length, else to the end of the connection, but no longer than `time`.
   RawAnswer Receive(std::chrono::milliseconds time = std::chrono::seconds(60));
-  // Reads like Receive, but keeps only the head: the body's bytes are compared with PatternByte and counted.
-  // Waits at most a minute for the next byte.
-  DrainedAnswer Drain();
+  // The same with a body that is not kept: its bytes go to `take`. Pieces need no new memory, since
+  // tests measure what a transfer takes.
+  RawAnswer Receive(std::chrono::milliseconds time, const std::function<void(std::string_view)>& take);
 
  private:
-  // Appends the next bytes; none after `time` or when the other side has closed (`closed`). A piece takes no
-  // memory of its own: tests measure what a transfer takes.
-  bool ReadPiece(std::chrono::milliseconds time, std::string& bytes, bool& closed);
-
   int socket_;
 };
-
-// The byte at a position of a large body that needs no memory.
-inline char PatternByte(std::size_t position) {
-  return static_cast<char>(position % 251);
-}
 
 // The value of a header in a head, or "(none)". The name is compared exactly.
 std::string HeaderOf(const std::string& head, const std::string& name);
