@@ -40,7 +40,7 @@ void CheckLanguage(pugi::xml_node root) {
   if (!language) throw XmlError("the attribute \"Language\" is missing");
   if (FoldAscii(*language) == "javascript") return;
   throw FaultError(kUnknownLanguage,
-                   "The script language \"" + *language + "\" is not known; \"JavaScript\" is.", "request");
+                   "The script language \"" + *language + R"(" is not known; "JavaScript" is.)", "request");
 }
 
 std::string ReadCode(pugi::xml_node root, const Namespaces& spaces) {
