@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "automation/module_xml_hold.h"
 #include "automation/object_map.h"
 #include "automation/registration.h"
 #include "com/module.h"
@@ -21,7 +22,10 @@ std::atomic<bool> started{false};
 
 extern "C" int DllMain(void*, std::uint32_t reason, void* hooks) noexcept {
   const auto* const host = static_cast<const qv::ModuleHooks*>(hooks);
-  if (reason == kProcessDetach) qv::DetachHost(host);
+  if (reason == kProcessDetach) {
+    qv::DropXmlLibraryHold();
+    qv::DetachHost(host);
+  }
   if (reason != kProcessAttach) return 1;
   if (!qv::AttachHost(host)) return 0;
   started = true;
@@ -35,6 +39,7 @@ extern "C" qv::HRESULT DllCanUnloadNow() noexcept {
 extern "C" qv::HRESULT DllGetClassObject(const qv::Guid& classId, const qv::Guid& iid,
                                          void** object) noexcept {
   if (!started) return qv::E_UNEXPECTED;
+  qv::HoldXmlLibraryIfAsked();
   return qv::FindClassObject(classId, iid, object);
 }
 

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include <xercesc/util/PlatformUtils.hpp>
+
 #include "automation/late_call.h"
 #include "fixtures/calling_object.h"
 #include "fixtures/environment.h"
@@ -120,6 +122,14 @@ class ClassServer : public testing::Test {
     EXPECT_FALSE(IsMapped(kLibrary));
   }
 
+  // Adds to the entries of the library.
+  void AskForXmlHold(const std::string& value) const {
+    directory_.Write("classes.reg", Registry() +
+                                        "\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Quorvane\\Quorvane\\XmlLibrary\\"
+                                        "HoldWhileLoaded]\n@=\"" +
+                                        value + "\"\n");
+  }
+
   TemporaryDirectory directory_;
   EnvironmentVariable named_{"QV_REGISTRY", directory_.Path("classes.reg").c_str()};
   EnvironmentVariable config_{"XDG_CONFIG_HOME", directory_.Path("none").c_str()};
@@ -218,6 +228,33 @@ TEST_F(ClassServer, LibraryLeavesTheMemoryWithItsLastObject) {
     EXPECT_TRUE(IsMapped(kLibrary));
     EXPECT_EQ(ReadByName(DispatchOf(url), u"UrlCaption"), "VT_BSTR <null>");
     url = Variant();
+    ExpectUnloaded();
+  }
+}
+
+// The XML library has a memory manager while it is started.
+bool IsXmlLibraryStarted() {
+  return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr;
+}
+
+TEST_F(ClassServer, KeepsTheXmlLibraryStartedWhereTheRegistryAsksForIt) {
+  AskForXmlHold("1");
+  for (int round = 0; round < 2; ++round) {
+    IDispatchPtr client = Create();
+    EXPECT_TRUE(IsXmlLibraryStarted());
+    client.reset();
+    EXPECT_TRUE(IsXmlLibraryStarted());
+    ExpectUnloaded();  // the hold does not keep the library
+    EXPECT_FALSE(IsXmlLibraryStarted());
+  }
+}
+
+TEST_F(ClassServer, StartsTheXmlLibraryForEachCallWhereTheRegistryDoesNotAsk) {
+  for (const char* value : {"", "0", "yes", "1 "}) {
+    if (*value != 0) AskForXmlHold(value);
+    IDispatchPtr client = Create();
+    EXPECT_FALSE(IsXmlLibraryStarted()) << value;
+    client.reset();
     ExpectUnloaded();
   }
 }
