@@ -1,4 +1,4 @@
-// Class objects, as COM publishes IClassFactory: what a library hands out for each class that it can create.
+// Class objects, with COM's published IClassFactory. A library returns one for each class that it can create.
 #pragma once
 
 #include "qvscriptwells/unknown.h"
@@ -8,11 +8,11 @@ namespace qv {
 class IClassFactory : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("00000001-0000-0000-c000-000000000046");
-  // Makes an object and hands out `iid` of it. With `outer` the object becomes a part of that one: its
-  // interfaces count and answer through `outer`, which asks for IUnknown and nothing else here
-  // (CLASS_E_NOAGGREGATION) and owns what it gets. E_POINTER for a null `object`, which is null on failure.
+  // Creates an object and returns its interface `iid`. With `outer` the object is aggregated: its interfaces
+  // count references and answer queries through `outer`, which must ask for IUnknown here (else
+  // CLASS_E_NOAGGREGATION) and owns the result. E_POINTER for a null `object`. *object is null on failure.
   virtual HRESULT CreateInstance(IUnknown* outer, const Guid& iid, void** object) noexcept = 0;
-  // Keeps the library loaded (true) or lets it go again; calls are counted.
+  // Keeps the library loaded (true) or releases it (false); calls are counted.
   virtual HRESULT LockServer(bool lock) noexcept = 0;
 
  protected:

@@ -1,20 +1,19 @@
-// Creation of objects by class id. Three places are asked, in this order:
-//   1. The creators of this process. The library's own components are there from the start; a host or a test
-//      may put another class behind the same id, and the library then uses that one.
-//   2. The classes that the program itself carries: CLSID_QvScriptwells (class_ids.h), when it is linked with
-//      the static library.
-//   3. The shared library that the registry (registry.h) names for the class, which is loaded on demand:
-//      [HKEY_CLASSES_ROOT\CLSID\{...}\InprocServer32] with its absolute path.
-// So a program that knows only a name, and links only the platform library, makes an object like this:
+// Creation of objects by class id. A class is looked up in three places, in this order:
+//   1. The creators of this process. The library registers its own components at the start. A host or a test
+//      may register another class under the same id; the library then uses that one.
+//   2. The classes linked into the program: CLSID_QvScriptwells (class_ids.h) with the static library.
+//   3. The shared library that the registry (registry.h) names for the class, loaded on demand. Its absolute
+//      path is under [HKEY_CLASSES_ROOT\CLSID\{...}\InprocServer32].
+// A program that links only the platform library and knows only a class's name creates an object like this:
 //
 //   Guid classId{};
 //   ThrowIfFailed(CLSIDFromProgID(u"QvScriptwells.QvScriptwells", &classId));
 //   IDispatchPtr client;
 //   ThrowIfFailed(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, Put(client)));
 //
-// Failure: result codes, E_OUTOFMEMORY among them. A library that cannot be used leaves an error record
-// (error_info.h) with the reason. ThrowIfFailed and Put are in com_call.h. Threads: any; the tables are one
-// per process and guarded.
+// Failure: result codes, including E_OUTOFMEMORY. If a library cannot be used, an error record (error_info.h)
+// holds the reason. ThrowIfFailed and Put are in com_call.h. Threads: any; each process has one set of
+// tables, protected by a lock.
 #pragma once
 
 #include "qvscriptwells/guid.h"
@@ -25,34 +24,34 @@ namespace qv {
 
 constexpr std::uint32_t CLSCTX_ALL = 0x17;
 
-// Makes one object and hands out `iid` of it with one reference, as IUnknown::QueryInterface does.
+// Creates one object and returns its interface `iid` with one reference, like IUnknown::QueryInterface.
 using ClassCreator = HRESULT (*)(const Guid& iid, void** object);
 
-// Puts `creator` behind `classId` and returns the one that stood there, null if none. A null `creator`
-// removes the class. Throws std::bad_alloc, and nothing is changed then.
+// Registers `creator` for `classId` and returns the previous one, null if there was none. A null `creator`
+// removes the class. Throws std::bad_alloc and then changes nothing.
 ClassCreator RegisterClassCreator(const Guid& classId, ClassCreator creator);
 
 // E_POINTER for a null `object`; CLASS_E_NOAGGREGATION for an `outer` and a class with a creator; the
 // failures of CoGetClassObject; else what the creator or IClassFactory::CreateInstance (class_factory.h)
 // returns. A creator that throws fails with the code of a `_com_error`, with E_OUTOFMEMORY for
-// std::bad_alloc, else with E_UNEXPECTED. `context` is there for callers that know COM; all values do the
-// same.
+// std::bad_alloc, else with E_UNEXPECTED. `context` exists for callers that know COM; its value has no
+// effect.
 HRESULT CoCreateInstance(const Guid& classId, IUnknown* outer, std::uint32_t context, const Guid& iid,
                          void** object) noexcept;
 
-// The class object, usually for IClassFactory::kIid, of a class of places 2 and 3. Whoever holds it keeps its
-// library loaded. E_POINTER; REGDB_E_CLASSNOTREG for a class that no place knows; CO_E_DLLNOTFOUND for a
-// library that cannot be opened, or is not named by an absolute path; CO_E_ERRORINDLL for one that is no
-// class library or refuses to start; else what the library returns.
+// The class object, usually for IClassFactory::kIid, of a class from place 2 or 3. A reference to it keeps
+// its library loaded. E_POINTER; REGDB_E_CLASSNOTREG for a class that no place knows; CO_E_DLLNOTFOUND for a
+// library that cannot be opened or whose path is not absolute; CO_E_ERRORINDLL for a file that is not a class
+// library or a library that fails to start; else the library's result.
 HRESULT CoGetClassObject(const Guid& classId, std::uint32_t context, const Guid& iid, void** object) noexcept;
 
-// Unloads the libraries of which nothing is in use. For a moment when no other thread is inside a call, also
-// a last Release, of such a library's object. A library stays in memory beyond this call as long as a thread
-// lives on which it has made requests.
+// Unloads the libraries that are unused. Call it only while no other thread is inside a call of such a
+// library's object, a last Release included. A library stays in memory until the threads on which it has made
+// requests have ended.
 void CoFreeUnusedLibraries() noexcept;
 
-// The class id behind a name such as "QvScriptwells.QvScriptwells.1.0", in any case. CO_E_CLASSSTRING, and
-// all zero, for a name that the registry does not know or has no class id for; E_POINTER.
+// The class id for a name such as "QvScriptwells.QvScriptwells.1.0"; case is ignored. CO_E_CLASSSTRING, and
+// all zero, for a name that the registry does not know or that has no class id; E_POINTER.
 HRESULT CLSIDFromProgID(const WideString& progId, Guid* classId) noexcept;
 
 // The name of a class. REGDB_E_CLASSNOTREG, and null, for a class without one; E_POINTER.
@@ -65,7 +64,7 @@ HRESULT CLSIDFromString(const WideString& text, Guid* classId) noexcept;
 // Starts an object that offers IRunnableObject; S_OK for one that does not. E_POINTER for null.
 HRESULT OleRun(IUnknown* object);
 
-// A new object of the class, started. Throws `_com_error`, without words, when it cannot be made or started.
+// A new, started object of the class. Throws `_com_error` without a message if that fails.
 IUnknownPtr CreateComponent(const Guid& classId);
 
 }  // namespace qv

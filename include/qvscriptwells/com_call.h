@@ -1,11 +1,11 @@
-// How C++ code calls counted objects: failed result codes become exceptions, and pointers arrive typed and
-// counted.
+// Helpers for C++ code that calls counted objects: failed result codes become exceptions, and returned
+// pointers are typed and counted.
 //
 //   IConnectionModelPtr model;
 //   ThrowIfFailed(client->ConnectionModel(Put(model)));
 //   if (const IRecordListPtr table = As<IRecordList>(answer.Object())) Show(table);
 //
-// Threads: as the object that is called.
+// Threads: those of the called object.
 #pragma once
 
 #include "qvscriptwells/com_error.h"
@@ -13,17 +13,16 @@
 
 namespace qv {
 
-// Throws for a failed operation of `object` on interface `iid`, with the thread's error record when the
-// object says (ISupportErrorInfo) that this interface leaves records. A record that stays unused is left
-// waiting.
+// Throws for a failed operation of `object` on interface `iid`. Takes the thread's error record if the object
+// says (ISupportErrorInfo) that this interface leaves records; else the record stays.
 [[noreturn]] void _com_issue_errorex(HRESULT code, IUnknown* object, const Guid& iid);
 
-// Does nothing for success; otherwise throws with the record that waits on this thread, which may be none: a
-// refusal of Invoke or VariantChangeType is a code alone. The usual way for a
-// C++ host to call an object of this library, whose operations clear the record when they start:
+// Does nothing for success; otherwise throws, with this thread's error record if there is one. Failures found
+// by Invoke or VariantChangeType themselves leave none. The usual way for a C++ host to call this library's
+// objects, whose operations clear the record when they start:
 //   ThrowIfFailed(model->CloseUserSession());
 void ThrowIfFailed(HRESULT code);
-// The same for objects of any origin, by the rule of _com_issue_errorex.
+// The same for objects of any origin; calls _com_issue_errorex.
 inline void ThrowIfFailed(HRESULT code, IUnknown* object, const Guid& iid) {
   if (Failed(code)) _com_issue_errorex(code, object, iid);
 }
@@ -43,8 +42,8 @@ boost::intrusive_ptr<Interface> As(const boost::intrusive_ptr<Known>& object,
   return As<Interface>(object.get(), iid);
 }
 
-// The place for an interface that an operation hands out. When the statement ends, `pointer` holds what was
-// put there (null if nothing was), and lets go of what it held before.
+// Output parameter for an interface. When the statement ends, `pointer` holds what the operation returned
+// (null if nothing), and what it held before is released.
 template <class Interface>
 class PutPointer {
  public:

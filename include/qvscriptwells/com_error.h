@@ -1,4 +1,4 @@
-// What a failed operation tells: the words of an error record, and a failed result code as a C++ exception.
+// What a failed operation reports: the content of an error record, and a failed result code as an exception.
 #pragma once
 
 #include <cstdint>
@@ -9,11 +9,11 @@
 
 namespace qv {
 
-// The words that a failed operation leaves beside its result code (error_info.h).
+// The error message that a failed operation leaves in addition to its result code (error_info.h).
 struct ErrorInfo {
-  Guid interfaceId{};      // which interface failed; all zero when not told
+  Guid interfaceId{};      // which interface failed; all zero if unknown
   WideString source;       // ProgID of the class that failed, or null
-  WideString description;  // the words for a person, or null
+  WideString description;  // the message for a person, or null
   WideString helpFile;     // null in records of this library
   std::uint32_t helpContext = 0;
 };
@@ -25,7 +25,7 @@ class _com_error : public QvException {
   _com_error(HRESULT code, const ErrorInfo& info) noexcept;
 
   HRESULT Error() const noexcept { return code_; }
-  // Null when there is no record or the record has no words.
+  // Null if there is no record or the record has no message.
   const WideString& Description() const noexcept { return info_.description; }
   bool HasErrorInfo() const noexcept { return hasInfo_; }
 
@@ -37,7 +37,7 @@ class _com_error : public QvException {
 
 // Throws `_com_error(code)` without a record.
 [[noreturn]] void _com_raise_error(HRESULT code);
-// Throws `_com_error` with these words, in UTF-8, as its description.
+// Throws `_com_error` with this message, in UTF-8, as its description.
 [[noreturn]] void RaiseWithWords(HRESULT code, const std::string& words);
 
 }  // namespace qv

@@ -1,6 +1,6 @@
-// Makes the objects of objects.h. Each call makes a new one. Failure throws `_com_error` (com_error.h),
-// running out of memory `std::bad_alloc`, or `_com_error` with E_OUTOFMEMORY where a text is made. The raw
-// interfaces of the same object are reached with As (com_call.h).
+// Creates the objects of objects.h, a new one on each call. Failure throws `_com_error` (com_error.h). Lack
+// of memory throws `std::bad_alloc`, or `_com_error` with E_OUTOFMEMORY where a text is created. As
+// (com_call.h) returns the raw interfaces of the same object.
 #pragma once
 
 #include "qvscriptwells/com_call.h"
@@ -15,20 +15,20 @@ IQvScriptwellsPtr CreateQvScriptwells();
 // A client with services, server name and proxy (empty for none). ModelOf is the next call.
 IQvScriptwellsPtr CreateQvScriptwells(const WideString& serverName, const WideString& proxy,
                                       IQvServiceProvider* provider);
-// IQvScriptwells::ConnectionModel. Throws `_com_error` with the words.
+// IQvScriptwells::ConnectionModel. Throws `_com_error` with the message.
 IConnectionModelPtr ModelOf(IQvScriptwells* client);
-// A model without a client, and what it needs set through IConnectionModelRaw.
+// A model without a client. Set server and services through IConnectionModelRaw.
 IConnectionModelPtr CreateConnectionModel();
 // A model that is ready for CreateUserSession: with a server ("http://host:port", no path), a proxy
-// ("host:port", or empty for none) and the host's services. A server name that is no URL throws `_com_error`
-// with the words.
+// ("host:port", or empty for none) and the host's services. A server name that is not a URL throws
+// `_com_error` with the message.
 IConnectionModelPtr CreateConnectionModel(const WideString& serverName, const WideString& proxy,
                                           IUnknown* services);
 IConnectionStringPtr CreateConnectionString();
 IParametersPtr CreateParameters();
 IParameterPtr CreateParameter();
 IDurationPtr CreateDuration();
-// From its text, such as "P1DT2H" (IDurationRaw::SetText). A refused text throws `_com_error` with the words.
+// From text such as "P1DT2H" (IDurationRaw::SetText). Invalid text throws `_com_error` with the message.
 //   list->Add(u"span", Variant::FromObject(CreateDuration(u"P1DT2H").get()), nullptr);
 IDurationPtr CreateDuration(const WideString& text);
 IUrlPtr CreateUrl();
@@ -36,8 +36,8 @@ IAttachedFilePtr CreateAttachedFile();
 // For the file at `fileName`:
 //   list->Add(u"doc", Variant::FromObject(CreateAttachedFile(u"/tmp/report.pdf").get()), nullptr);
 IAttachedFilePtr CreateAttachedFile(const WideString& fileName);
-// An empty table, of the class behind CLSID_RecordList: made, started (OleRun) and asked. Null when that
-// class offers no IRecordList.
+// An empty table of the class registered for CLSID_RecordList, started with OleRun. Null if that class has no
+// IRecordList.
 IRecordListPtr CreateRecordList();
 
 }  // namespace qv

@@ -1,5 +1,5 @@
-// What can be reached by name and id (dispatch.h), told from the tables that serve the calls: for tools and
-// for pages of documentation. Values, freely copied. Failure: std::bad_alloc. Threads: any.
+// Describes the members that can be called by name and id (dispatch.h), for tools and documentation. The data
+// come from the tables that serve the calls. Value types. Failure: std::bad_alloc. Threads: any.
 #pragma once
 
 #include <cstdint>
@@ -9,13 +9,13 @@
 
 namespace qv {
 
-// How a member is called. A method looks at no flags.
+// How a member is called. A method ignores the flags.
 enum class MemberKind { kMethod, kRead, kWrite };
 
 struct ArgumentDescription {
   const char16_t* name;  // for people; not every interface knows its arguments by name
   VARTYPE type;          // VT_VARIANT takes any value as it is
-  // What an object must answer, such as u"IParameters"; null when nothing is asked of it.
+  // The interface that an object must have, such as u"IParameters"; null if any will do.
   const char16_t* interfaceName;
 };
 
@@ -28,7 +28,7 @@ struct MemberDescription {
   const char16_t* resultInterfaceName;         // of an object; null for other results
 };
 
-// A name that GetIDsOfNames knows, in the order in which names are compared: the first row that fits wins.
+// A name that GetIDsOfNames knows. Rows are in the order of comparison; the first that matches wins.
 struct NameDescription {
   const char16_t* name;
   DISPID id;
@@ -37,7 +37,7 @@ struct NameDescription {
 struct InterfaceDescription {
   const char16_t* name;
   Guid iid;
-  std::uint32_t mostArguments;  // of any member: more are refused before the id is looked at
+  std::uint32_t mostArguments;  // of any member: more are rejected before the id is checked
   bool takesNamedArguments;
   std::vector<MemberDescription> members;  // in the order of the slots
   std::vector<NameDescription> names;

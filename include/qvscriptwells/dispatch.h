@@ -1,5 +1,5 @@
-// Late binding: a host finds a member by its name and calls it by its id, without having seen a typed header.
-// The shapes are those that COM publishes for IDispatch. docs/members.md lists all members.
+// Late binding: a host finds a member by its name and calls it by its id, without a typed header. The types
+// are those that COM publishes for IDispatch. docs/members.md lists all members.
 //
 //   DISPID id = 0;
 //   const char16_t* name = u"get_ServerName";
@@ -10,7 +10,7 @@
 //   const HRESULT code = object->Invoke(id, Guid{}, 0, DISPATCH_PROPERTYGET, &none, &text, &failure,
 //   nullptr);
 //
-// Failure: result codes; nothing throws. Threads: as the object's own (objects.h).
+// Failure: result codes; nothing throws. Threads: those of the object (objects.h).
 #pragma once
 
 #include <cstdint>
@@ -35,7 +35,7 @@ constexpr std::uint16_t DISPATCH_PROPERTYPUT = 4;
 constexpr std::uint16_t DISPATCH_PROPERTYPUTREF = 8;
 
 // The arguments of one call, borrowed. `rgvarg` holds them in reverse: the last argument of the member is
-// element 0. Named ones, if any, stand first, with their ids in `rgdispidNamedArgs`.
+// element 0. Named ones, if any, are first, with their ids in `rgdispidNamedArgs`.
 struct DISPPARAMS {
   const Variant* rgvarg = nullptr;
   const DISPID* rgdispidNamedArgs = nullptr;
@@ -43,7 +43,7 @@ struct DISPPARAMS {
   std::uint32_t cNamedArgs = 0;
 };
 
-// What a failed member says. The texts are the receiver's own.
+// The error of a failed member. The receiver owns the texts.
 struct EXCEPINFO {
   std::uint16_t wCode = 0;
   std::uint16_t wReserved = 0;
@@ -67,15 +67,14 @@ class IDispatch : public IUnknown {
   // TYPE_E_CANTLOADLIBRARY for index 0, DISP_E_BADINDEX for others; null in *info.
   virtual HRESULT GetTypeInfo(std::uint32_t index, LCID locale, ITypeInfo** info) noexcept = 0;
   // The ids of `count` names, in any case of ASCII letters: members and arguments alike. An argument's id is
-  // its position. DISP_E_UNKNOWNNAME at the first name that is unknown; the ids before it are written, its
-  // own and those behind it are left alone. E_POINTER for null arrays. Neither the interface id nor the
-  // locale is looked at.
+  // its position. DISP_E_UNKNOWNNAME at the first unknown name; only the ids before it are written. E_POINTER
+  // for null arrays. The interface id and the locale are ignored.
   virtual HRESULT GetIDsOfNames(const Guid& iid, const char16_t* const* names, std::uint32_t count,
                                 LCID locale, DISPID* ids) noexcept = 0;
   // Calls the member `id`. `result`, `failure` and `argumentError` may be null. `result` gets the member's
-  // result, also of a member that failed, and VT_EMPTY of one without. A failing member's code is returned as
-  // it is, with its words in *failure; without `failure` they wait in the thread's error record.
-  // DISP_E_BADVARTYPE: no `arguments`. E_INVALIDARG: arguments are counted and not given.
+  // result, even if the member failed, or VT_EMPTY if it has none. A failing member's code is returned
+  // unchanged, with its message in *failure, or in the thread's error record if `failure` is null.
+  // DISP_E_BADVARTYPE: `arguments` is null. E_INVALIDARG: arguments are counted but the array is null.
   // DISP_E_BADPARAMCOUNT. DISP_E_NONAMEDARGS. DISP_E_PARAMNOTFOUND and DISP_E_TYPEMISMATCH, with the number
   // of the element of `rgvarg` in *argumentError. DISP_E_MEMBERNOTFOUND.
   virtual HRESULT Invoke(DISPID id, const Guid& iid, LCID locale, std::uint16_t flags,
@@ -100,7 +99,7 @@ inline IDispatch* DispatchOf(const Variant& value) noexcept {
   return value.Tag() == VT_DISPATCH ? static_cast<IDispatch*>(value.Object()) : nullptr;
 }
 
-// Tells the type information of a class. Offered by the client object; there is none to tell.
+// Returns the type information of a class. The client object has this interface but no type information.
 class IProvideClassInfo : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("b196b283-bab4-101a-b69c-00aa00341d07");

@@ -1,5 +1,5 @@
-// The library's own exception: words and a result code. It leaves the library only through functions of these
-// headers that say so; interface operations turn it into a result code and an error record.
+// The library's own exception: a message and a result code. Only functions of these headers that say so throw
+// it; interface operations turn it into a result code and an error record.
 #pragma once
 
 #include "qvscriptwells/qv_exception.h"

@@ -1,7 +1,7 @@
-// The thread's error record: words that a failed operation leaves beside its result code, as COM's
-// SetErrorInfo and GetErrorInfo keep them. One record per thread; an operation that can leave one clears it
-// when it starts. Nothing here fails or needs memory. The library's own records fill the description, and the
-// source where the registry knows the class.
+// The thread's error record: the message of a failed operation, in addition to its result code, as in COM's
+// SetErrorInfo and GetErrorInfo. One record per thread; an operation that can leave one clears it when it
+// starts. Nothing here fails or allocates memory. The library fills the description, and the source if the
+// registry knows the class.
 #pragma once
 
 #include "qvscriptwells/com_error.h"

@@ -1,9 +1,8 @@
-// What a host offers to the library. A provider knows the services by name; a model is given them directly,
-// and tells them of the sessions that it opens and closes. A program without such services takes the
-// ready-made ones of simple_host.h.
+// Interfaces that a host implements for the library. A provider finds the services by name. A model gets the
+// services directly and notifies them when it opens or closes a session. A program without services of this
+// kind can use those of simple_host.h.
 //
-// Every operation is called on the thread that uses the library object, while a call of the host is under
-// way.
+// Every operation is called on the thread that uses the library object, during a call of the host.
 #pragma once
 
 #include "qvscriptwells/unknown.h"
@@ -11,7 +10,7 @@
 
 namespace qv {
 
-// The name under which the provider knows the services.
+// The name of the services in GetService.
 constexpr char16_t kClientServicesName[] = u"QvClientServices";
 
 class IQvServiceProvider : public IUnknown {
@@ -24,9 +23,9 @@ class IQvServiceProvider : public IUnknown {
   ~IQvServiceProvider() = default;
 };
 
-// What the host knows of its user. Each in/out text arrives as a raw string of 256 zero units, which the
-// service may fill, or replace (ReplaceString), or free and set to null for "no value". It is read up to the
-// first null unit. The caller frees what it finds afterwards. Results are not looked at.
+// What the host knows about its user. Each in/out text arrives as a raw string of 256 zero units. The service
+// may fill it, replace it (ReplaceString), or free it and set it to null for "no value". The library reads it
+// up to the first null unit and frees it afterwards. Result codes are ignored.
 class IQvClientServices : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("a99bfe55-2051-4b8f-82fa-a7d8ea5dfeab");
@@ -43,8 +42,8 @@ class IQvClientServices : public IUnknown {
   ~IQvClientServices() = default;
 };
 
-// Hears of sessions; offered by the object that offers IQvClientServices. A failing result makes the call
-// fail that opened or closed the session.
+// Is notified of sessions; an optional interface of the IQvClientServices object. If it returns a failure,
+// the call that opened or closed the session fails.
 class IQvClientServicesSink : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("651ec872-5780-40cf-afa3-0bb4bd8cf97f");

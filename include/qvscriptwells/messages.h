@@ -1,5 +1,5 @@
-// Descriptions of failures that hosts compare, in the words that they have always had, spelling included.
-// They arrive as EQvException::Description and in the description of error records.
+// Fixed error messages. Hosts compare them, so the texts, odd spelling included, must stay. They appear in
+// EQvException::Description and in the description of error records.
 #pragma once
 
 namespace qv {
@@ -7,13 +7,13 @@ namespace messages {
 
 // An envelope that could not be written, or an exchange that ended without an answer.
 inline constexpr char16_t kSoapCall[] = u"Cannot create a soap call.";
-// A script document that cannot be read, or a parameter without a form on the wire.
+// A script document that cannot be read, or a parameter that has no wire format.
 inline constexpr char16_t kXmlDocument[] = u"Cannot create the xml document.";
 inline constexpr char16_t kHttpProblem[] = u"Unknown Http problem.";
-// An answer that is no SOAP envelope, or whose value is null.
+// An answer that is not a SOAP envelope, or whose value is null.
 inline constexpr char16_t kInvalidResponse[] = u"The respone that arrived is not valid";
 inline constexpr char16_t kUnreadableFault[] = u"Cannot deserializer the soap fault.";
-// How the report of an answer that is not well-formed begins; file, line and column follow.
+// Start of the message for an answer that is not well-formed; file, line and column follow.
 inline constexpr char16_t kErrorAtFile[] = u"Error at file ";
 inline constexpr char16_t kRecordList[] = u"Cannot create the recordlist";
 inline constexpr char16_t kTimeEncode[] = u"Invalid argument to time encode";

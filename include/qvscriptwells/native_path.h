@@ -1,5 +1,5 @@
-// Paths that the library tells keep the backslash of the names that hosts know, such as
-// "/tmp\6F628F7A-B972-4929-83DA-C3C16AC0022F". This makes one a path that the system opens.
+// Paths that the library returns contain the backslash that hosts expect, such as
+// "/tmp\6F628F7A-B972-4929-83DA-C3C16AC0022F". NativePath converts one to a path that the system can open.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace qv {
 
-// UTF-8, every "\" turned to "/". Nothing else changes. Any thread.
+// UTF-8, with every "\" replaced by "/". Nothing else changes. Any thread.
 std::string NativePath(const WideString& fileName);
 
 }  // namespace qv

@@ -1,12 +1,12 @@
-// The objects of the library as a host holds them. create_objects.h makes them.
+// The interfaces of the library's objects. create_objects.h creates the objects.
 //
-// Failure: a negative result code, and an error record (error_info.h) with the words: "Unknown Error" for a
-// code without words, such as the E_POINTER of missing services. A null place for a result is E_POINTER
-// without a record, and a failure that nobody foresaw is E_UNEXPECTED without one. A failure that has no
-// number of its own is DISP_E_EXCEPTION. Out values are written on success only, unless told otherwise.
-// Ownership: unknown.h. Threads: an object is used on one thread at a time, and all models of a process on
-// one thread. Text: any WideString may be null. Each interface but those that derive from IUnknown can also
-// be used by name and id (dispatch.h).
+// Failure: a negative result code, and an error record (error_info.h) with the message: "Unknown Error" for a
+// code without a message, such as the E_POINTER of missing services. A null output parameter is E_POINTER and
+// an unexpected failure E_UNEXPECTED, both without a record. A failure without a specific code is
+// DISP_E_EXCEPTION. Output parameters are written on success only, unless stated otherwise. Ownership:
+// unknown.h. Threads: an object is used on one thread at a time, and all models of a process on one thread.
+// Text: any WideString may be null. Each interface that derives from IDispatch can also be used by name and
+// id (dispatch.h).
 #pragma once
 
 #include <cstdint>
@@ -23,12 +23,12 @@ namespace qv {
 class IParameter : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("9d152496-5e82-4675-86e6-caaef442f767");
-  // Stores both; an object under VT_DISPATCH is kept under VT_UNKNOWN.
+  // Stores both; an object under VT_DISPATCH is stored under VT_UNKNOWN.
   virtual HRESULT SetValues(const WideString& key, const Variant& value) noexcept = 0;
   virtual HRESULT get_ParamKey(WideString* key) noexcept = 0;
   virtual HRESULT get_ParamValue(Variant* value) noexcept = 0;
-  // The type name on the wire: "int", "string", ... ; "no type" for no value, null for a value without wire
-  // form.
+  // The type name on the wire: "int", "string", ... ; "no type" for no value, null for a value that has no
+  // wire format.
   virtual HRESULT get_ParamTypeAsString(WideString* typeName) noexcept = 0;
 
  protected:
@@ -39,7 +39,7 @@ class IParameter : public IDispatch {
 class IParameters : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("316b19ba-5a67-4c03-ac5c-877bc61d0b37");
-  // Appends a new parameter; `added` gets it with one reference, and may be null when nobody wants it.
+  // Appends a new parameter; `added` gets it with one reference, and may be null.
   virtual HRESULT Add(const WideString& key, const Variant& value, IParameter** added) noexcept = 0;
   // "The are no parameters.", "The index is out of range." or "Cannot remove parameter."
   virtual HRESULT Remove(std::int16_t index) noexcept = 0;
@@ -66,7 +66,7 @@ class IConnectionString : public IDispatch {
   virtual HRESULT put_ReplicaID(const WideString& value) noexcept = 0;
   virtual HRESULT get_DatabaseID(WideString* value) noexcept = 0;
   virtual HRESULT put_DatabaseID(const WideString& value) noexcept = 0;
-  // Appends the text form to what earlier calls on this object gave, and gives the whole.
+  // Appends the text form to the result of earlier calls on this object and returns the whole.
   virtual HRESULT ToString(WideString* text) noexcept = 0;
 
  protected:
@@ -76,49 +76,48 @@ class IConnectionString : public IDispatch {
 class IConnectionStringRaw : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("d88f1c3b-5faa-4f00-a748-755b81137618");
-  // Takes user name, password and replica id from a text of "Key=value;" pairs. Parsing stops silently at the
-  // first piece that is no pair; a text without ";" changes nothing.
+  // Sets user name, password and replica id from a text of "Key=value;" pairs. Parsing stops silently at the
+  // first piece that is not a pair; a text without ";" changes nothing.
   virtual HRESULT Initialize(const WideString& connectionString) noexcept = 0;
 
  protected:
   ~IConnectionStringRaw() = default;
 };
 
-// One connection to one server, with at most one session. Any model that is destroyed empties the process's
-// table of value types: later calls with parameters fail with "Cannot create the xml document.", and typed
-// answers read as empty. A program that makes several models keeps a ValueTypesHold (value_types_hold.h).
+// One connection to one server, with at most one session. Destroying any model unregisters all value types of
+// the process: later calls with parameters fail with "Cannot create the xml document.", and typed answers
+// read as empty. A program that makes several models keeps a ValueTypesHold (value_types_hold.h).
 class IConnectionModel : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("fc62e4ca-81ab-4879-bf0a-2450a54f80f3");
-  // Opens a session. Needs SetServer and SetClientServices (IConnectionModelRaw) before. Without services the
-  // server opens the session, the call fails with E_POINTER when it wants to tell them, and the session can
-  // be used; closing it ends in E_POINTER too, after the server has closed it.
+  // Opens a session. Call SetServer and SetClientServices (IConnectionModelRaw) before. Without services the
+  // session is opened and usable, but the call returns E_POINTER because there is nobody to notify. Closing
+  // it then also returns E_POINTER, after the server has closed it.
   virtual HRESULT CreateUserSession(const WideString& connectionString) noexcept = 0;
-  // Closes it; without a session nothing is sent and nothing fails. After a failure it may be called again.
+  // Closes it. Without a session it sends nothing and succeeds. After a failure it may be called again.
   virtual HRESULT CloseUserSession() noexcept = 0;
   // Runs a script. `parameters` may be null here; a late-bound call needs an empty list instead. `result`
-  // gets the typed answer. "Session does not exist." when there is none; a fault of the server comes with the
-  // server's words, and with 0x80040000 | its error number as code.
+  // gets the typed answer. "Session does not exist." without a session. A server fault fails with the
+  // server's message and the code 0x80040000 | its error number.
   virtual HRESULT Execute(const WideString& scriptLanguage, const WideString& script, IParameters* parameters,
                           Variant* result) noexcept = 0;
-  // As Execute, with a script document in place of language and text. `scriptFile` is a path on this machine,
-  // in which "\" and "/" are alike and everything else stands for itself, or a file URL:
-  // "file:///tmp/a%20b.xml", "file:/..." and "file://localhost/..." name an absolute path, percent-encoded;
-  // query and fragment are left out, any other host is refused. A name with another scheme is refused. The
-  // file is a regular one with an XML document that states its language and holds its code. It is read again
-  // for each call, with the entities and the document type that it names on this machine, and its content is
-  // not checked. A file that cannot be opened or is not well-formed is "Cannot create the xml document.", one
-  // without a name "IsFileNameURL - File Name is missing."; nothing is sent then.
+  // As Execute, with a script document in place of language and text. `scriptFile` is a local path, where "\"
+  // and "/" are equivalent and nothing else is special, or a file URL: "file:///tmp/a%20b.xml", "file:/..."
+  // and "file://localhost/..." name an absolute path, percent-encoded. Query and fragment are ignored; any
+  // other host or scheme fails. The file is a regular one with an XML document that states the script's
+  // language and code. It is read again for each call, with its local entities and document type; its content
+  // is not checked. A file that cannot be opened or is not well-formed fails with "Cannot create the xml
+  // document.", an empty name with "IsFileNameURL - File Name is missing."; nothing is sent then.
   virtual HRESULT ExecuteFile(const WideString& scriptFile, IParameters* parameters,
                               Variant* result) noexcept = 0;
-  // Adopts a session that was opened elsewhere. Nothing is sent and nothing checked.
+  // Adopts a session that was opened elsewhere. Nothing is sent or checked.
   virtual HRESULT SetUSID(const WideString& usid) noexcept = 0;
-  // Fetches the file of `url` ("http://host:port/path?query") into the directory `target`, under the name
-  // that the server gives; `path` gets the whole path (native_path.h makes it the system's). A null or empty
-  // target means a new directory in the temporary one (TEMP, else TMP). The session's id goes along; whether
+  // Downloads the file at `url` ("http://host:port/path?query") into the directory `target`, under the name
+  // that the server sends. `path` gets the full path (native_path.h converts it for the system). A null or
+  // empty target means a new directory in the temporary one (TEMP, else TMP). The session id is sent; whether
   // there is a session is not checked. The file appears whole or not at all, and replaces one of its name.
-  // E_POINTER when the server is not reached or `url` is none; "Unknown Http problem." when the answer names
-  // no file or one that would leave the directory; else the transport's words.
+  // E_POINTER if the server cannot be reached or `url` is not a URL; "Unknown Http problem." if the answer
+  // names no file or one outside the directory; else the transport's message.
   virtual HRESULT DownloadFile(const WideString& url, const WideString& target,
                                WideString* path) noexcept = 0;
 
@@ -140,20 +139,20 @@ class IConnectionModelRaw : public IUnknown {
   ~IConnectionModelRaw() = default;
 };
 
-// The client: makes the objects that a host needs, and hands out its one model. Calling order: Init
+// The client: creates the objects that a host needs, and returns its one model. Calling order: Init
 // (IQvClientServiceRaw), put_ServerName, put_Proxy if there is one, then ConnectionModel.
 class IQvScriptwells : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("8a8a22af-307b-4295-bed8-6981b0f0d6fb");
-  // The same model on every call. Each call passes server name, proxy and services into it again and makes it
-  // adopt the session that the services tell, if they tell one: read it again after a change. "Cannot parse
-  // url, expecting 'http://' after protocol name." for a server name that is no URL; then E_POINTER before a
-  // successful Init.
+  // The same model on every call. Each call passes it server name, proxy and services and makes it adopt the
+  // session id that the services return, if any; call it again after a change. "Cannot parse url, expecting
+  // 'http://' after protocol name." for a server name that is not a URL; then E_POINTER before a successful
+  // Init.
   virtual HRESULT ConnectionModel(IConnectionModel** model) noexcept = 0;
-  // A new object on every call, as the next four.
+  // A new object on every call; so do the next four.
   virtual HRESULT Url(IUrl** url) noexcept = 0;
   virtual HRESULT Duration(IDuration** duration) noexcept = 0;
-  // With the replica id and the user name that the services tell. E_POINTER before a successful Init.
+  // With the replica id and the user name that the services return. E_POINTER before a successful Init.
   virtual HRESULT ConnectionString(IConnectionString** connectionString) noexcept = 0;
   virtual HRESULT AttachedFile(IAttachedFile** file) noexcept = 0;
   virtual HRESULT Parameters(IParameters** parameters) noexcept = 0;
@@ -171,9 +170,9 @@ class IQvScriptwells : public IDispatch {
 class IQvClientServiceRaw : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("1dceed1f-5c5c-4df1-9055-ddf102dbab4c");
-  // Takes the host's services: `pVal` offers IQvServiceProvider, which knows them as "QvClientServices"
-  // (host_services.h; simple_host.h has ready-made ones). The model adopts the session that they tell, or
-  // loses its own when they tell none. E_POINTER when there are no such services.
+  // Sets the host's services: `pVal` has IQvServiceProvider, which finds them as "QvClientServices"
+  // (host_services.h; simple_host.h has ready-made ones). The model adopts the session id that they return,
+  // or drops its session if they return none. E_POINTER when there are no such services.
   virtual HRESULT Init(IUnknown* pVal) noexcept = 0;
 
  protected:

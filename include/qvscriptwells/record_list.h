@@ -1,21 +1,22 @@
-// A record list: a table with named, typed columns and rows of values. What a script answers as a table
-// arrives as such an object under VT_UNKNOWN:
+// A record list: a table with named, typed columns and rows of values. A table that a script returns arrives
+// as such an object under VT_UNKNOWN:
 //   IRecordListPtr table = As<IRecordList>(answer.Object());
-// The library makes it by class id (class_registry.h), so a host can put its own behind these interfaces.
-// What follows in brackets holds for the built-in class.
+// The library creates it by class id (class_registry.h), so a host can register its own class. Text in
+// brackets applies to the built-in class only.
 //
-// A record list cannot be sent as a parameter: it has no type name there, and a call with one is refused with
+// A record list cannot be sent as a parameter: it has no type name on the wire, and the call fails with
 // "Cannot create the xml document." before anything is sent.
 //
-// Failure: a negative result code [with an error record (error_info.h): E_ACCESSDENIED for a change of what
-// is locked, DISP_E_BADINDEX, DISP_E_BADVARTYPE, E_POINTER, E_OUTOFMEMORY]; then nothing was changed and no
-// out value written [but null in place of an object]. Ownership: unknown.h. [Headers, columns, records and
-// cursors keep their list alive.] Threads: one at a time for a list and all that comes from it.
+// Failure: a negative result code [with an error record (error_info.h): E_ACCESSDENIED for a change of a
+// locked object, DISP_E_BADINDEX, DISP_E_BADVARTYPE, E_POINTER, E_OUTOFMEMORY]; then nothing is changed and
+// no output parameter written [except that a returned object is null]. Ownership: unknown.h. [Headers,
+// columns, records and cursors keep their list alive.] Threads: one at a time for a list and all that comes
+// from it.
 //
-// Locking: SetLocked on the list, on its headers and on each record. What is locked refuses change. [A locked
-// list is closed as a whole; locked headers refuse new columns and display names, a locked record new values.
-// All begin unlocked. A list that the library has read is locked throughout, so a host that wants to change
-// it unlocks the list first, then the headers or the record.]
+// Locking: SetLocked on the list, on its headers and on each record. A locked object cannot be changed. [A
+// locked list locks all its parts; locked headers reject new columns and display names, a locked record new
+// values. All begin unlocked. A list from an answer is locked with all its parts: to change it, unlock the
+// list first, then the headers or the record.]
 #pragma once
 
 #include <cstdint>
@@ -26,17 +27,16 @@
 
 namespace qv {
 
-// Records of an answer may have fewer cells than the table has columns. What is missing is VT_EMPTY, and
-// takes memory all the same: with more than this many (4,194,304) the answer fails with "Cannot create the
-// recordlist".
+// Records of an answer may have fewer cells than the table has columns. Missing cells are VT_EMPTY but take
+// memory too: with more than this many (4,194,304) the answer fails with "Cannot create the recordlist".
 constexpr std::int64_t kMostMissingCells = std::int64_t{4} << 20;
 
 constexpr Guid CLSID_RecordList = ParseGuid("c73901ac-34f6-4bb9-991e-9ea5ed22add4");
 
 // The types of columns that the library knows. A host's own list may hold others, whose cells have no text.
-// Which tags the cells of an answer have stands beside each. The wire has no null cell: a cell without text,
-// which is what servers write for one, arrives as 0, false, an empty string, or (unknown, url) VT_EMPTY, and
-// cannot be told from such a value; in a column of dates, times or durations it makes the whole answer fail.
+// The comment of each type gives the tag of its cells in an answer. The wire has no null cell; servers send a
+// cell without text instead. It arrives as 0, false, an empty string or (unknown, url) VT_EMPTY, the same as
+// such a value. In a column of dates, times or durations it makes the whole answer fail.
 enum ColumnType : std::int32_t {
   kColumnUnknown = 0,         // VT_EMPTY, whatever the cell says
   kColumnString = 1,          // VT_BSTR
@@ -44,7 +44,7 @@ enum ColumnType : std::int32_t {
   kColumnFloat = 3,           // not in answers; VT_R4
   kColumnDouble = 4,          // VT_R8
   kColumnDuration = 5,        // VT_UNKNOWN: IDuration
-  kColumnBlob = 6,            // VT_BSTR, as it stands in the answer
+  kColumnBlob = 6,            // VT_BSTR, unchanged from the answer
   kColumnUrlText = 8,         // VT_BSTR
   kColumnInt = 10,            // VT_INT
   kColumnShort = 11,          // VT_I2
@@ -94,8 +94,8 @@ class IRecordListRecord : public IUnknown {
   static constexpr Guid kIid = ParseGuid("ee5e2cee-bdfb-49b1-bd65-f5c96b70dc37");
   // VT_EMPTY for a cell that was never set.
   virtual HRESULT GetValue(std::int32_t index, Variant* value) noexcept = 0;
-  // [The value is stored as it is, whatever the column's type. A tag with VT_BYREF, or one that cannot be
-  // copied, is refused: DISP_E_BADVARTYPE. A list that is put into its own cells is never freed.]
+  // [The value is stored as it is, whatever the column's type. DISP_E_BADVARTYPE for a tag with VT_BYREF or
+  // one that cannot be copied. A list that is put into its own cells is never freed.]
   virtual HRESULT SetValue(std::int32_t index, const Variant& value) noexcept = 0;
   virtual HRESULT GetHeaders(IRecordListHeaders** headers) noexcept = 0;
   virtual HRESULT SetLocked(VARIANT_BOOL locked) noexcept = 0;
@@ -104,14 +104,14 @@ class IRecordListRecord : public IUnknown {
   ~IRecordListRecord() = default;
 };
 
-// Goes over the rows once, from the first to the last. [Rows that are added meanwhile are met too.]
+// Iterates over the rows once, from the first to the last. [Rows that are added meanwhile are included.]
 class IRecordListCursor : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("f367aeb3-3365-42a8-b981-18d3684162ac");
   // VARIANT_FALSE at the end.
   virtual HRESULT HasMore(VARIANT_BOOL* more) noexcept = 0;
-  // The next row, to be asked for IRecordListRecord. [DISP_E_BADINDEX at the end. Two objects for one row
-  // share its content and its lock.]
+  // The next row; query it for IRecordListRecord. [DISP_E_BADINDEX at the end. Two objects for one row share
+  // its content and its lock.]
   virtual HRESULT Next(IUnknown** record) noexcept = 0;
 
  protected:
@@ -121,10 +121,10 @@ class IRecordListCursor : public IUnknown {
 class IRecordList : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("4a965b6d-1327-4570-95d5-93be6f8878d7");
-  // Appends an empty row and gives it, to be asked for IRecordListRecord.
+  // Appends an empty row and returns it; query it for IRecordListRecord.
   virtual HRESULT NewRecord(IUnknown** record) noexcept = 0;
   virtual HRESULT GetHeaders(IRecordListHeaders** headers) noexcept = 0;
-  // The library passes VARIANT_TRUE. [All values do the same.]
+  // The library passes VARIANT_TRUE. [The value has no effect.]
   virtual HRESULT OpenCursor(VARIANT_BOOL option, IRecordListCursor** cursor) noexcept = 0;
   virtual HRESULT SetLocked(VARIANT_BOOL locked) noexcept = 0;
 

@@ -1,9 +1,9 @@
-// Texts that must not stay in memory. A wide string that is marked is cleared when its last owner lets go of
-// it. The mark is the text's: all copies of the WideString share it, also those made before. Texts made out
-// of it (a part of it, its UTF-8 form) are texts of their own.
+// Texts that must not stay in memory. A marked wide string is cleared when its last owner releases it. The
+// mark belongs to the text: all copies of the WideString share it, including earlier ones. Texts derived from
+// it (a part, its UTF-8 form) are separate and not marked.
 //
 // The library marks connection strings, passwords and session ids that a host gives it or a server sends it.
-// A host marks what it keeps itself.
+// A host marks its own secrets itself.
 #pragma once
 
 #include "qvscriptwells/wide_string.h"

@@ -1,10 +1,10 @@
-// Counted interfaces. Every object of the library, of its components and of the host is reached through an
-// interface that derives from IUnknown.
+// Reference-counted interfaces. Every object of the library, of its components and of the host is used
+// through an interface that derives from IUnknown.
 //
-// Ownership: an interface pointer that an operation hands out carries one reference, which the receiver
-// releases. A pointer passed in is borrowed for the call. Hold references in the `...Ptr` types of these
-// headers: `IParametersPtr p(raw)` adds a reference, `IParametersPtr p(raw, false)` takes over the one that
-// `raw` carries. Threads: an object is used on one thread at a time; counts are plain integers.
+// Ownership: an interface pointer that an operation returns carries one reference, which the receiver
+// releases. A pointer argument is borrowed for the call. Hold references in the `...Ptr` types of these
+// headers: `IParametersPtr p(raw)` adds a reference, `IParametersPtr p(raw, false)` takes over the one of
+// `raw`. Threads: an object is used on one thread at a time; counts are plain integers.
 #pragma once
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
@@ -21,7 +21,7 @@ class IUnknown {
 
   // S_OK and one new reference in *object, or E_NOINTERFACE and null there. E_POINTER for a null `object`.
   virtual HRESULT QueryInterface(const Guid& iid, void** object) noexcept = 0;
-  // Both return the new count, which is of use to tests only.
+  // Both return the new count; only tests should use it.
   virtual std::uint32_t AddRef() noexcept = 0;
   virtual std::uint32_t Release() noexcept = 0;
 
@@ -29,7 +29,7 @@ class IUnknown {
   ~IUnknown() = default;
 };
 
-// The two functions that boost::intrusive_ptr counts with, for every interface.
+// The functions that boost::intrusive_ptr calls, for every interface.
 inline void intrusive_ptr_add_ref(IUnknown* object) noexcept {
   object->AddRef();
 }
@@ -39,7 +39,7 @@ inline void intrusive_ptr_release(IUnknown* object) noexcept {
 
 using IUnknownPtr = boost::intrusive_ptr<IUnknown>;
 
-// Tells a caller which interfaces of an object leave an error record behind when an operation fails.
+// Says which interfaces of an object leave an error record when an operation fails.
 class ISupportErrorInfo : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("df0b3d60-548f-101b-8e65-08002b2bd119");
@@ -52,7 +52,7 @@ class ISupportErrorInfo : public IUnknown {
 
 using ISupportErrorInfoPtr = boost::intrusive_ptr<ISupportErrorInfo>;
 
-// An object that wants a start of its own after creation (OleRun in class_registry.h).
+// An object that must be started after creation (OleRun in class_registry.h).
 class IRunnableObject : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("00000126-0000-0000-c000-000000000046");

@@ -1,4 +1,4 @@
-// Objects that are values: they travel inside a Variant under VT_UNKNOWN. create_objects.h makes them.
+// Objects that are values: they travel inside a Variant under VT_UNKNOWN. create_objects.h creates them.
 // Failure, ownership, threads: as in objects.h.
 #pragma once
 
@@ -11,10 +11,10 @@
 
 namespace qv {
 
-// A local file that stands as a parameter's value. While a call is written the file goes to the server, and
-// the ticket that the server gives for it takes its place in the request. The ticket is kept here: the next
-// call with the same object sends the file again under it. A host that reads TicketId clears the flag, and
-// the next call asks for a new ticket.
+// A local file as a parameter's value. When a call is serialized, the file is uploaded and the request holds
+// the ticket that the server returns for it. This object keeps the ticket; the next call with the same object
+// uploads the file again under it. A host that reads TicketId clears the flag, and the next call asks for a
+// new ticket.
 class IAttachedFile : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("b8e59c13-2873-42d4-b3ac-4e53e5fc6693");
@@ -23,7 +23,7 @@ class IAttachedFile : public IDispatch {
   // A path on this machine, "\" and "/" alike. Nothing is checked before the transfer.
   virtual HRESULT get_Filename(WideString* value) noexcept = 0;
   virtual HRESULT put_Filename(const WideString& value) noexcept = 0;
-  // Kept for the host; no transfer looks at these three. The two numbers are 1 at first.
+  // These three are stored for the host; no transfer uses them. Both numbers start as 1.
   virtual HRESULT get_FileId(WideString* value) noexcept = 0;
   virtual HRESULT put_FileId(const WideString& value) noexcept = 0;
   virtual HRESULT get_SourceFileLifeTime(std::int32_t* value) noexcept = 0;
@@ -42,11 +42,11 @@ class IAttachedFile : public IDispatch {
 };
 constexpr Guid IID_IAttachedFile = IAttachedFile::kIid;
 
-// A span of time in separate counts of its units. Nothing is normalised: 90 seconds stay 90 seconds. One that
-// a script answers is read with
+// A span of time in separate counts of its units. Nothing is normalised: 90 seconds stay 90 seconds. Read one
+// that a script returns with
 //   IDurationPtr span = As<IDuration>(result.Object());
-// Every put_ but put_Negative refuses a negative argument with words such as
-// "Invalid duration format: day can't be negative." and leaves the count unchanged.
+// Every put_ but put_Negative rejects a negative argument with a message such as "Invalid duration format:
+// day can't be negative." and leaves the count unchanged.
 class IDuration : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("e279f37a-fbe2-4860-8e6f-ff7df69e5a23");
@@ -75,29 +75,29 @@ constexpr Guid IID_IDuration = IDuration::kIid;
 class IDurationRaw : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("b1ea6b4f-65b0-44e7-bb6d-aaa23561031a");
-  // Reads designators in their fixed order; what is no number reads as 0, a count beyond 16 bits as its low
-  // 16 bits (a negative count, perhaps), and what stands in the wrong place is passed over. Without "T" the
-  // counts of hour, minute and second stay; without "-" the sign stays. Refused, with words: a lower-case
-  // letter, a "-" that is not the first character, a "P" that does not come first (second in a negative
+  // Reads designators in their fixed order; anything that is not a number reads as 0, a count beyond 16 bits
+  // as its low 16 bits (possibly negative), and anything in the wrong place is skipped. Without "T" the
+  // counts of hour, minute and second stay; without "-" the sign stays. Fails with a message for a lower-case
+  // letter, a "-" that is not the first character, or a "P" that is not first (second in a negative
   // duration).
   virtual HRESULT SetText(const WideString& text) noexcept = 0;
-  // Counts of 0 are left out; all 0 is "P0". Seconds have 6 significant digits.
+  // Counts of 0 are omitted; all 0 is "P0". Seconds have 6 significant digits.
   virtual HRESULT GetText(WideString* text) noexcept = 0;
 
  protected:
   ~IDurationRaw() = default;
 };
 
-// A link with a caption. One that a script answers arrives without both: clients in the field never kept
-// them, and scripts that want to hand over a link answer with a string. A URL cannot be sent as a parameter.
+// A link with a caption. One that a script returns arrives without URL and caption, as in all deployed
+// clients; scripts return a string to pass a link. A URL cannot be sent as a parameter.
 class IUrl : public IDispatch {
  public:
   static constexpr Guid kIid = ParseGuid("88298ee0-4369-42b1-9ca3-79e59da15143");
   virtual HRESULT get_UrlCaption(WideString* value) noexcept = 0;
   virtual HRESULT put_UrlCaption(const WideString& value) noexcept = 0;
   virtual HRESULT get_Url(WideString* value) noexcept = 0;
-  // Takes what has the shape "scheme://host/path" or "scheme://host:port/path". An empty text changes
-  // nothing; another shape is "Cannot parse url, expecting 'http://' after protocol name."
+  // Accepts "scheme://host/path" or "scheme://host:port/path". An empty text changes nothing; any other text
+  // fails with "Cannot parse url, expecting 'http://' after protocol name."
   virtual HRESULT put_Url(const WideString& value) noexcept = 0;
   // The same text as get_Url.
   virtual HRESULT ToString(WideString* text) noexcept = 0;

@@ -1,9 +1,9 @@
-// A tagged value: what parameters hold and scripts answer. Tags and the eight data bytes are those that COM
-// publishes; texts and objects are owned by the Variant that carries their tag.
+// A tagged value, for parameters and for the results of scripts. Tags and the eight data bytes are those that
+// COM publishes. A Variant owns its text or object.
 //
-// Failure: copying a Variant whose tag is unknown throws `_com_error` with DISP_E_BADVARTYPE; making a text
-// may throw E_OUTOFMEMORY. Threads: one at a time per object; counts of objects are plain, so a Variant that
-// holds an object stays on that object's thread.
+// Failure: copying a Variant whose tag is unknown throws `_com_error` with DISP_E_BADVARTYPE; creating a text
+// may throw E_OUTOFMEMORY. Threads: one at a time per object. Reference counts are not atomic, so a Variant
+// that holds an object stays on that object's thread.
 #pragma once
 
 #include <cstdint>
@@ -43,8 +43,8 @@ using VARIANT_BOOL = std::int16_t;
 constexpr VARIANT_BOOL VARIANT_TRUE = -1;
 constexpr VARIANT_BOOL VARIANT_FALSE = 0;
 
-// The value of a VT_DECIMAL: a whole number of 96 bits, divided by 10 to the power `scale` (0 to 28). It is
-// read by VariantChangeType and has no form on the wire.
+// The value of a VT_DECIMAL: a whole number of 96 bits, divided by 10 to the power `scale` (0 to 28).
+// VariantChangeType reads it; it has no wire format.
 struct DECIMAL {
   std::uint16_t wReserved = 0;
   std::uint8_t scale = 0;
@@ -54,8 +54,7 @@ struct DECIMAL {
 };
 constexpr std::uint8_t DECIMAL_NEG = 0x80;
 
-// The eight data bytes. Which member counts is told by the tag; all bytes that the tag leaves unused are
-// zero.
+// The eight data bytes. The tag says which member is valid; the bytes that it does not use are zero.
 union VariantData {
   std::int64_t llVal = 0;  // VT_I8
   std::uint64_t ullVal;    // VT_UI8
@@ -74,7 +73,7 @@ union VariantData {
   VARIANT_BOOL boolVal;    // VT_BOOL
   BStr bstrVal;            // VT_BSTR
   IUnknown* punkVal;       // VT_UNKNOWN and VT_DISPATCH
-  void* byref;             // a tag with VT_BYREF: borrowed
+  void* byref;             // VT_BYREF with any tag: borrowed
 };
 
 class Variant {
@@ -82,8 +81,8 @@ class Variant {
   Variant() noexcept = default;  // VT_EMPTY
   Variant(const Variant& other);
   Variant(Variant&& other) noexcept;
-  // The old content is released when the new one is in place: an object that calls back on its release finds
-  // the new content, and may assign again.
+  // Releases the old content after storing the new one: an object that calls back on its release finds the
+  // new content, and may assign again.
   Variant& operator=(const Variant& other);
   Variant& operator=(Variant&& other) noexcept;
   ~Variant() { Clear(); }
@@ -102,12 +101,11 @@ class Variant {
   static Variant FromString(const WideString& text) noexcept;  // VT_BSTR, "string"; shares the text
   static Variant FromObject(IUnknown* object) noexcept;       // VT_UNKNOWN; adds a reference, null is allowed
   static Variant FromDecimal(const DECIMAL& value) noexcept;  // VT_DECIMAL
-  // Any tag with any bytes. A text or object pointer under its tag is taken over with one owner.
+  // Any tag with any bytes. Takes ownership of one reference to a text or object.
   static Variant FromRaw(VARTYPE tag, const VariantData& data) noexcept;
 
   VARTYPE Tag() const noexcept { return tag_; }
-  // The raw bytes, whatever the tag says. Reading another member than the tag's gives the bytes' meaning
-  // there.
+  // The raw bytes, whatever the tag says. Another member than the tag's reinterprets the bytes.
   const VariantData& Data() const noexcept { return data_; }
   // The number of a VT_DECIMAL; 0 for any other tag.
   DECIMAL Decimal() const noexcept;
@@ -124,7 +122,7 @@ class Variant {
   void Swap(Variant& other) noexcept;
 
   VARTYPE tag_ = VT_EMPTY;
-  // Of a VT_DECIMAL, which fills a Variant; its low part is the data.
+  // Rest of a VT_DECIMAL; its low part is in data_.
   std::uint8_t scale_ = 0;
   std::uint8_t sign_ = 0;
   std::uint32_t high_ = 0;
@@ -132,44 +130,41 @@ class Variant {
 };
 
 // Converts `source` to `tag` and stores the result, which owns its content, in `*destination`; that may be
-// `source` or what `source` points to. On failure it stays as it was. The texts are English (en-US) ones,
-// whatever the locale of the process.
+// `source` or what `source` points to. On failure it is unchanged. Texts are English (en-US) in every locale.
 //
 // Tags: every VT_ constant above but VT_VARIANT; VT_CY and VT_DECIMAL for a source only. A source may be a
 // pointer to the value (VT_BYREF), also one to a Variant (VT_BYREF | VT_VARIANT), which may be such a pointer
 // itself, up to eight in a row.
 //
-// Own tag         a copy.
+// Same tag        a copy.
 // From VT_EMPTY   0, false, day 0 at midnight, the empty text.
-// From VT_CY, VT_DECIMAL  the number, exactly; as text without zeros at its end.
+// From VT_CY, VT_DECIMAL  the number, exactly; as text without trailing zeros.
 // From VT_BOOL    -1 for true, and to an unsigned tag the number with all bits set; as text "-1" and "0".
 // To VT_BOOL      whether the number is not 0. A text is "True", "False", "#TRUE#", "#FALSE#" in any case and
 //                 without blanks, or a number.
 // To whole tags   halves round to the even neighbour, and the rounded value has to be in range.
-// To VT_R4        the nearest one. What is not a number stays so; an infinite VT_R8 overflows.
+// To VT_R4        the nearest value. NaN stays NaN; an infinite VT_R8 overflows.
 // To VT_DATE      a number is the serial date. A text is "3/5/2024" or "2024-03-05", alone or with a blank
-//                 and a time, or a time alone: "10:15", "10:15:30", "10:15:30 PM". Both '-' and '/' separate.
-//                 Years of two digits or one are those from 1930 to 2029. Not read: numbers, names of months,
-//                 dates without year or with the day before the month.
+//                 and a time, or a time alone: "10:15", "10:15:30", "10:15:30 PM". Separators are '-' and
+//                 '/'. Years of two digits or one are those from 1930 to 2029. Not read: numbers, names of
+//                 months, dates without year or with the day before the month.
 // To VT_BSTR      VT_R4 with 7 and VT_R8 with 15 digits: "1.5", "1E+15", "1E-05", else "1.#INF", "-1.#INF",
 //                 "1.#QNAN", "-1.#IND". A date reads "3/5/2024 10:15:30 AM", to the second, without the time
 //                 at midnight and without the date on day 0.
-// Text to number  blanks around, one sign in front (with one blank after it) or behind, or parentheses, which
-// mean
-//                 a negative number; commas after the first digit of the whole part, a decimal point, an
-//                 exponent. A number too small for a float is 0. "&H1F" and "&O17" are hexadecimal and octal:
-//                 bits that fill a signed tag are taken as they stand ("&HFFFF" is -1 as VT_I2, 65535 as
+// Text to number  blanks around; one sign before the number (with one blank after it) or after it, or
+//                 parentheses for a negative number; commas after the first digit of the whole part, a
+//                 decimal point, an exponent. A number too small for a float is 0. "&H1F" is hexadecimal and
+//                 "&O17" octal; their bits are copied to a signed tag ("&HFFFF" is -1 as VT_I2, 65535 as
 //                 VT_I4 and VT_R8).
 // To an object    VT_UNKNOWN and VT_DISPATCH become each other by QueryInterface; a null object stays null.
-// From an object  to anything else: its default property (DISPID_VALUE of its IDispatch), which is read once.
-// An
-//                 object there is not asked in its turn.
+// From an object  to anything else: its default property (DISPID_VALUE of its IDispatch), read once. An
+//                 object there is not converted further.
 //
 // DISP_E_OVERFLOW: out of the tag's range; for VT_DATE the years 100 to 9999. DISP_E_TYPEMISMATCH: no such
 // conversion: VT_NULL, to VT_EMPTY or VT_NULL, anything else to an object, an object without the interface or
-// without a default property, a text that does not read, a VT_DATE out of range to text. DISP_E_BADVARTYPE:
-// another tag, or VT_BYREF in the target. E_INVALIDARG: a null pointer, too many in a row, or a DECIMAL that
-// is none. E_OUTOFMEMORY.
+// without a default property, a text that cannot be parsed, a VT_DATE out of range to text.
+// DISP_E_BADVARTYPE: another tag, or VT_BYREF in the target. E_INVALIDARG: a null pointer, too many in a row,
+// or an invalid DECIMAL. E_OUTOFMEMORY.
 HRESULT VariantChangeType(Variant* destination, const Variant& source, VARTYPE tag) noexcept;
 
 }  // namespace qv
