@@ -1,4 +1,4 @@
-// Which charset the bytes of an answer are in, and the bytes as text.
+// Detects the charset of an answer and decodes its bytes.
 #pragma once
 
 #include <string>
@@ -12,13 +12,13 @@ class BodyCharset {
  public:
   BodyCharset() = default;  // UTF-8
   // Decides from the value of `Content-Type` (may be empty), else a byte order mark, else the encoding in the
-  // XML declaration, else UTF-8. `start` is the beginning of the body, a few hundred bytes of it if there are
-  // as many. A name that nobody knows counts as UTF-8.
+  // XML declaration, else UTF-8. `start` is the beginning of the body, up to a few hundred bytes. An unknown
+  // name counts as UTF-8.
   BodyCharset(std::string_view contentType, std::string_view start);
 
-  // How many bytes at the front of `start` are this charset's byte order mark.
+  // The length of this charset's byte order mark at the front of `start`.
   std::size_t MarkSize(std::string_view start) const noexcept;
-  // How many bytes at the end begin a character that is not whole; always 0 for the rarer charsets.
+  // The number of bytes at the end that form an incomplete character; always 0 for kOther.
   std::size_t OpenTail(std::string_view bytes) const noexcept;
   WideString Decode(std::string_view bytes) const;
 
@@ -29,7 +29,7 @@ class BodyCharset {
   bool SetByMark(std::string_view start) noexcept;
 
   Kind kind_ = Kind::kUtf8;
-  std::string name_;  // for kOther: what the C library's converter is asked for
+  std::string name_;  // for kOther: the name for the C library's converter
 };
 
 // The value of `charset` in a Content-Type, without quotes; empty when there is none.

@@ -19,13 +19,13 @@ class BodyFraming {
   // As ChunkDecoder::Take, for every kind of framing.
   std::size_t Take(std::string_view input, std::size_t most, std::string_view* data);
   bool IsAtEnd() const noexcept;
-  // The server has closed. Throws HttpFailure (HTTP_E_CUT_OFF) when the body is not whole then.
+  // The server has closed. Throws HttpFailure (HTTP_E_CUT_OFF) if the body is incomplete.
   void OnClosed();
-  // Bytes of the body, -1 when the head does not tell.
+  // Bytes of the body, -1 if the head does not say.
   std::int64_t Announced() const noexcept { return announced_; }
-  // After this answer the connection may carry another one, as far as head and framing tell.
+  // Whether head and framing allow another answer on this connection.
   bool MayKeepConnection() const noexcept { return mayKeep_; }
-  // The answer says so in words, which HTTP/1.1 does not ask of anybody.
+  // Whether the answer says so explicitly, which HTTP/1.1 does not require.
   bool PromisesToKeepConnection() const noexcept { return promises_; }
 
  private:

@@ -1,4 +1,4 @@
-// Takes the chunked transfer coding apart (RFC 9112, 7.1), whatever pieces the bytes come in.
+// Decodes the chunked transfer coding (RFC 9112, 7.1) incrementally.
 #pragma once
 
 #include <cstddef>
@@ -9,12 +9,12 @@ namespace qv {
 
 class ChunkDecoder {
  public:
-  // `limit` bounds the bytes that are no data in one chunk line or all trailers; 0 means none.
+  // `limit` bounds the overhead bytes in one chunk line and in all trailers; 0 means no limit.
   explicit ChunkDecoder(std::int64_t limit = 0) noexcept : limit_(limit) {}
 
-  // Takes bytes off the front of `input` and returns how many: up to and including the next run of data, of
-  // which it takes at most `most` bytes. *data views the run, empty when `input` ended before one (or with
-  // `most` 0, or at the end of all). Throws HttpFailure: HTTP_E_MALFORMED, HTTP_E_TOO_LARGE.
+  // Consumes bytes of `input` up to and including the next run of data, at most `most` bytes of it. Returns
+  // the number of bytes consumed. *data views the run; empty if `input` ends before one, if `most` is 0, or
+  // at the end of the body. Throws HttpFailure: HTTP_E_MALFORMED, HTTP_E_TOO_LARGE.
   std::size_t Take(std::string_view input, std::size_t most, std::string_view* data);
   bool IsAtEnd() const noexcept { return state_ == State::kEnd; }
 

@@ -1,6 +1,5 @@
 // One open connection to an endpoint: resolved, connected and, for https, verified by libcurl; bytes go
-// through libcurl as well. A connection is its own: it is never shared, and nothing is sent on it but what
-// Send gets. Threads: one at a time.
+// through libcurl as well. A connection is never shared, and only Send sends on it. Threads: one at a time.
 #pragma once
 
 #include <curl/curl.h>
@@ -23,28 +22,28 @@ using CurlEasy = std::unique_ptr<CURL, CurlEasyCloser>;
 
 class Connection {
  public:
-  // Connects within `watch`'s time. Throws HttpFailure with libcurl's words.
+  // Connects within `watch`'s time. Throws HttpFailure with libcurl's message.
   Connection(const Endpoint& endpoint, TransferWatch& watch);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
   const Endpoint& Target() const noexcept { return endpoint_; }
-  // Still open, nothing arrived unasked, and not inherited from a parent process.
+  // Still open, no unexpected bytes received, and not inherited from a parent process.
   bool IsAlive() noexcept;
 
-  // Sends as much as the system takes; 0 when it takes none now. Throws HttpFailure (HTTP_E_CUT_OFF).
+  // Sends as much as the system accepts now, which may be 0 bytes. Throws HttpFailure (HTTP_E_CUT_OFF).
   std::size_t Send(std::string_view bytes);
   enum class Arrival { kBytes, kNothingYet, kClosed };
-  // Receives behind what is in the buffer, which must have room. Throws as Send.
+  // Appends received bytes to the buffer, which must have room. Throws as Send.
   Arrival Receive();
-  // Waits for `events` of poll(). Throws HttpFailure for time out and cancel; returns what is ready.
+  // Waits for `events` of poll(). Throws HttpFailure for timeout and cancellation; returns the ready events.
   short Wait(short events, TransferWatch& watch);
 
-  // Bytes that arrived and were not taken. The view lives until the next Receive.
+  // Received bytes that are not yet consumed. The view is valid until the next Receive.
   std::string_view Buffered() const noexcept;
   void Take(std::size_t bytes) noexcept;
-  // An exchange is over: what arrived in it is cleared, taken or not.
+  // After an exchange: clears all bytes that it received.
   void ClearBuffer() noexcept;
   // TLS may hold bytes that poll() does not see.
   bool MayHoldBytes() const noexcept { return endpoint_.secure || filledUp_; }
@@ -66,7 +65,7 @@ class Connection {
   std::vector<char> buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
-  std::size_t filled_ = 0;  // the most that ever stood there since it was cleared
+  std::size_t filled_ = 0;  // the maximum since the last clear
   bool filledUp_ = false;
   std::chrono::steady_clock::time_point idleSince_{};
 };

@@ -1,5 +1,4 @@
-// The connections that a thread keeps open between requests. Each thread has its own; they close when it
-// ends.
+// The connections that a thread keeps open between requests. They close when the thread ends.
 #pragma once
 
 #include <vector>
@@ -10,23 +9,22 @@ namespace qv {
 
 class ConnectionPool {
  public:
-  // This thread's; null before it keeps a connection, and while the thread is ending and its connections are
-  // gone.
+  // This thread's pool; null before it keeps a connection, and after the ending thread has closed them.
   static ConnectionPool* OfThisThread() noexcept;
-  // The same, made if need be. This tells the C library about the thread's end, which ends the process when
-  // it has no memory for that; so it waits until there is a connection to keep.
+  // The same, created if needed. That registers a thread-exit handler, and the C library aborts the process
+  // if it has no memory for one; so call this only when there is a connection to keep.
   static ConnectionPool* MadeForThisThread() noexcept;
 
   ~ConnectionPool();
 
-  // A kept connection to `endpoint` that is alive, taken out; null when there is none. Dead ones are closed.
+  // Removes and returns a live connection to `endpoint`; null if there is none. Dead ones are closed.
   ConnectionPtr Take(const Endpoint& endpoint) noexcept;
-  // Keeps an idle connection; the one that is idle longest gives way when there are too many.
+  // Keeps an idle connection; if there are too many, closes the one that is idle longest.
   void Put(ConnectionPtr connection) noexcept;
   void Clear() noexcept { kept_.clear(); }
 
  private:
-  std::vector<ConnectionPtr> kept_;  // in the order of their coming
+  std::vector<ConnectionPtr> kept_;  // in order of arrival
 };
 
 }  // namespace qv

@@ -1,5 +1,5 @@
-// What sessions start with on threads that set no options of their own: the values below the product's key of
-// the registry, for hosts that cannot call the functions of the archive.
+// The initial options of sessions on threads that set none: the values below the product's registry key, for
+// hosts that cannot call the functions of the static library.
 #pragma once
 
 #include <vector>
@@ -9,8 +9,8 @@
 
 namespace qv {
 
-// The built-in options with the values of `layers` in their places. The first layer that has a key decides; a
-// number that is none changes nothing. Any thread.
+// The built-in options, overridden by the values of `layers`. The first layer that has a key is used; an
+// invalid number changes nothing. Any thread.
 HttpOptions OptionsFromRegistry(const std::vector<RegistryLayer>& layers);
 
 }  // namespace qv

@@ -1,4 +1,4 @@
-// Whom a session talks to.
+// The server and proxy of a session.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace qv {
 
-// PEM files as the system names them; empty for none.
+// Paths of PEM files in the system's form; empty for none.
 struct TlsFiles {
   std::string authority;
   std::string certificate;
@@ -21,22 +21,22 @@ struct TlsFiles {
 
 struct Endpoint {
   bool secure = false;
-  std::string host;  // as a URL holds it
+  std::string host;  // in the form of a URL
   std::uint16_t port = 0;
   std::string proxy;  // empty, or "name:port"
   TlsFiles tls;       // none when not secure
 
-  // Checks and takes the arguments of IHttpSession::Open. Throws HttpFailure (E_INVALIDARG) for another
-  // protocol and for a host or proxy that is no plain name or address.
+  // Validates the arguments of IHttpSession::Open. Throws HttpFailure (E_INVALIDARG) for another protocol and
+  // for a host or proxy that is not a plain name or address.
   static Endpoint FromArguments(const WideString& protocol, const WideString& host, std::uint16_t port,
                                 const WideString& proxy);
 
-  // A connection to one serves requests to the other: the same place, trusted for the same reason.
+  // Equal endpoints can share connections: same address, same TLS files.
   bool operator==(const Endpoint& other) const noexcept;
   bool UsesPlainProxy() const noexcept { return !secure && !proxy.empty(); }
   // "http://host:port".
   std::string Origin() const;
-  // What stands in a `Host` header: the port only when it is not the protocol's own.
+  // The value of a `Host` header: with the port only if it is not the protocol's default.
   std::string HostHeader() const;
 };
 

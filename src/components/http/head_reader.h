@@ -1,5 +1,4 @@
-// Collects bytes of the connection until a whole head is there: finds its end in whatever pieces it arrives,
-// and skips interim answers (1xx).
+// Collects received bytes until the head is complete, and skips interim answers (1xx).
 #pragma once
 
 #include <cstddef>
@@ -16,12 +15,12 @@ class HeadReader {
   // `limit` counts the bytes of all heads together; 0 means none.
   explicit HeadReader(std::int64_t limit) noexcept : limit_(limit) {}
 
-  // Takes bytes off the front of `input` up to the end of the head and returns how many; the rest is body.
-  // Throws HttpFailure: HTTP_E_TOO_LARGE, HTTP_E_MALFORMED.
+  // Consumes `input` up to the end of the head and returns the number of bytes; the rest is body. Throws
+  // HttpFailure: HTTP_E_TOO_LARGE, HTTP_E_MALFORMED.
   std::size_t Feed(std::string_view input);
   bool IsComplete() const noexcept { return complete_; }
   bool HasBegun() const noexcept { return total_ > 0; }
-  // A part of a head is there; not so between an interim answer and the next one.
+  // Whether a head is partly read; false between an interim answer and the next one.
   bool IsUnderWay() const noexcept { return !text_.empty(); }
   // The final answer's head; meaningful when complete.
   const ResponseHead& Head() const noexcept { return head_; }

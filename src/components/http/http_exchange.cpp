@@ -12,7 +12,7 @@ namespace qv {
 namespace {
 
 constexpr std::size_t kReportedPiece =
-    std::size_t{64} * 1024;  // what goes out between two words to a listener
+    std::size_t{64} * 1024;  // sent between two notifications of a listener
 constexpr std::size_t kHeadOnly = 0;
 
 }  // namespace
@@ -47,8 +47,8 @@ void HttpExchange::SendBytes(std::string_view bytes, std::size_t headBytes, std:
   }
 }
 
-// False when nothing went out now. A server that answers and closes before it has read all makes the sending
-// fail, but its answer counts if it is there.
+// False if nothing was sent. If a server answers and closes before it has read all, sending fails, but an
+// answer that has arrived is used.
 bool HttpExchange::SendSome(std::string_view* bytes) {
   const std::size_t size = watch_.HasListener() ? std::min(bytes->size(), kReportedPiece) : bytes->size();
   try {
@@ -77,12 +77,12 @@ void HttpExchange::WaitToSend() {
     ThrowCurl(CURLE_GOT_NOTHING, "Empty reply from server");
 }
 
-// Reads what is there already, without waiting.
+// Reads available bytes without waiting.
 bool HttpExchange::TakeEarlyAnswer() noexcept {
   try {
     while (!answeredEarly_ && connection_->Receive() == Connection::Arrival::kBytes)
       answeredEarly_ = FeedHead();
-  } catch (...) {  // the failure to send is the one to tell
+  } catch (...) {  // report the failure to send instead
   }
   return answeredEarly_;
 }
@@ -94,7 +94,7 @@ bool HttpExchange::FeedHead() {
 }
 
 void HttpExchange::ReceiveHead() {
-  watch_.Rate().Stop();  // the server may think about the request
+  watch_.Rate().Stop();  // the server may take its time to process the request
   while (!reader_.IsComplete()) {
     ReceiveMore();
     FeedHead();
@@ -135,7 +135,7 @@ std::string_view HttpExchange::NextBody(std::size_t most) {
   return {};
 }
 
-// What closes a chunked body may have come with its last bytes, though nobody has asked for more.
+// The end of a chunked body may have arrived with its last bytes.
 void HttpExchange::TakeTrailers() {
   std::string_view data;
   connection_->Take(framing_.Take(connection_->Buffered(), 0, &data));
@@ -143,7 +143,7 @@ void HttpExchange::TakeTrailers() {
 
 bool HttpExchange::IsReusable() {
   if (answeredEarly_ || !reader_.IsComplete() || !framing_.MayKeepConnection()) return false;
-  // Proxies that close behind each answer may not say so, and a request that meets the close is lost.
+  // Some proxies close after each answer without saying so, and a request sent meanwhile is lost.
   if (connection_->Target().UsesPlainProxy() && !framing_.PromisesToKeepConnection()) return false;
   TakeTrailers();
   return framing_.IsAtEnd() && connection_->Buffered().empty();
@@ -155,7 +155,7 @@ ConnectionPtr HttpExchange::Finish() noexcept {
       connection_->ClearBuffer();
       return std::move(connection_);
     }
-  } catch (...) {  // spoilt trailers: the connection closes
+  } catch (...) {  // malformed trailers: the connection closes
   }
   connection_.reset();
   return nullptr;

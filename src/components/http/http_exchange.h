@@ -1,4 +1,4 @@
-// One request and its answer on one connection. Nothing is ever sent twice: whatever fails, fails.
+// One request and its answer on one connection. Nothing is ever sent twice; there are no retries.
 #pragma once
 
 #include <cstdint>
@@ -14,12 +14,11 @@ namespace qv {
 
 class HttpExchange {
  public:
-  // `connection` is idle and the exchange's from now on. `watch` is borrowed for the life of this object.
-  // `answersHead`: the request's verb is HEAD, so the answer has no body whatever its head says.
+  // Takes ownership of `connection`, which is idle. Borrows `watch` for its lifetime. `answersHead`: the
+  // request's verb is HEAD, so the answer has no body, even if its head announces one.
   HttpExchange(ConnectionPtr connection, TransferWatch& watch, bool answersHead);
 
-  // Sends `head` and `body`, which lie one behind the other in memory. Stops early when the server has
-  // answered.
+  // Sends head and body, which are adjacent in memory. Stops early if the server has answered.
   void Send(std::string_view headAndBody, std::size_t headBytes);
   // Sends `head` and the file's content.
   void SendFile(std::string_view head, SourceFile& file);
@@ -27,14 +26,15 @@ class HttpExchange {
   void ReceiveHead();
 
   const ResponseHead& Head() const noexcept { return reader_.Head(); }
-  // Bytes of the body, -1 when not told.
+  // Bytes of the body, -1 if not announced.
   std::int64_t Announced() const noexcept { return framing_.Announced(); }
   std::int64_t BodyDone() const noexcept { return bodyDone_; }
-  // The next bytes of the body, at most `most` (not 0); empty at its end. The view lives until the next call.
+  // The next bytes of the body, at most `most` (not 0); empty at its end. The view is valid until the next
+  // call.
   std::string_view NextBody(std::size_t most);
   bool IsAtEnd() const noexcept { return framing_.IsAtEnd(); }
 
-  // Gives the connection back when it may serve another request, else closes it and gives null.
+  // Returns the connection if it may serve another request; else closes it and returns null.
   ConnectionPtr Finish() noexcept;
 
  private:

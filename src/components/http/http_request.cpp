@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t kFilePiece = std::size_t{64} * 1024;
 
-// A header of a server holds UTF-8 today and Latin-1 by tradition.
+// Servers send header values in UTF-8 or in Latin-1.
 WideString HeaderText(std::string_view value) {
   return IsUtf8(value) ? DecodeUtf8(value) : DecodeLatin1(value);
 }
@@ -94,7 +94,7 @@ void HttpRequest::BeginExchange() {
   exchange_.emplace(session_->Lend(this, opening_, *watch_), *watch_, head_.VerbIsHead());
 }
 
-// The head is written into the room before the body, so that both go out as one piece without another copy.
+// The head is written into the room before the body, so that both are sent together without another copy.
 void HttpRequest::CheckedSend(std::u16string_view body, std::u16string_view extra) {
   const RoomyBytes wire = EncodeUtf8WithRoom(body, extra, head_.MostBytes());
   const SecretBytes head = head_.Text(static_cast<std::int64_t>(wire.size));
@@ -179,8 +179,8 @@ WideString HttpRequest::CheckedRead(std::int32_t length) {
   }
 }
 
-// A view of `length` bytes: of the connection's buffer when they are all there, else of *gathered, which
-// grows with what arrives and not with what was promised.
+// A view of `length` bytes: of the connection's buffer if it has them all, else of *gathered, which grows
+// only as bytes arrive.
 std::string_view HttpRequest::Gather(std::size_t length, SecretBytes* gathered) {
   if (length == 0) return {};
   const std::string_view first = exchange_->NextBody(length);

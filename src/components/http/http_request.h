@@ -18,8 +18,8 @@ namespace qv {
 
 class HttpRequest final : public CountedObject<IHttpRequest, SupportsErrorInfo<IHttpRequest>> {
  public:
-  // `opening` tells which opening of the session the request belongs to. Throws HttpFailure (E_INVALIDARG)
-  // for a path that cannot be sent.
+  // `opening` is the number of the session's opening to which the request belongs. Throws HttpFailure
+  // (E_INVALIDARG) for a path that cannot be sent.
   HttpRequest(HttpSessionPtr session, std::uint32_t opening, const Endpoint& endpoint,
               std::u16string_view verb, std::u16string_view path);
 
@@ -33,15 +33,15 @@ class HttpRequest final : public CountedObject<IHttpRequest, SupportsErrorInfo<I
   HRESULT Abort() noexcept override;
   HRESULT Close() noexcept override;
 
-  // For the session: is an operation of this request running, further up on this thread?
+  // For the session: whether an operation of this request is on this thread's call stack.
   bool IsBusy() const noexcept { return busy_; }
-  // Gives the connection back; every later operation but Close fails.
+  // Returns the connection to the session; every later operation but Close fails.
   void End() noexcept;
 
  private:
   enum class State { kNew, kAnswered, kFailed, kClosed };
 
-  // Stands around an operation that calls out: keeps the object alive and bars a second one from inside.
+  // Guards an operation that calls the host: keeps the object alive and prevents a nested operation.
   class BusyMark;
 
   ~HttpRequest() override;
@@ -70,7 +70,7 @@ class HttpRequest final : public CountedObject<IHttpRequest, SupportsErrorInfo<I
   std::optional<TransferWatch> watch_;
   std::optional<HttpExchange> exchange_;
   std::optional<BodyCharset> charset_;  // known after the first Read
-  std::string openTail_;                // bytes of a character that the last Read cut
+  std::string openTail_;                // bytes of a character that the last Read split
 };
 
 }  // namespace qv

@@ -32,13 +32,13 @@ class HttpSession final
   // For the session's requests.
   const HttpOptions& Options() const noexcept { return options_; }
   const IHttpProgressPtr& Progress() const noexcept { return progress_; }
-  // What Open has spent of the first request's total time; nothing from the second call on.
+  // How much of the first request's total time Open has spent; 0 from the second call on.
   TransferWatch::Clock::duration TakeConnectingTime() noexcept;
-  // Lends the connection to `borrower`, a fresh one when the session's was used up or has died since. Throws
-  // HttpFailure: E_UNEXPECTED when the session is closed or was opened anew since `opening`, or when another
-  // request has the connection; what connecting throws.
+  // Lends the connection to `borrower`, a new one if the session has none left. Throws HttpFailure:
+  // E_UNEXPECTED if the session is closed or was opened again since `opening`, or if another request has the
+  // connection; what connecting throws.
   ConnectionPtr Lend(HttpRequest* borrower, std::uint32_t opening, TransferWatch& watch);
-  // Ends the loan. Null when the connection cannot be used any more.
+  // Ends the loan. Null if the connection cannot be reused.
   void TakeBack(ConnectionPtr connection) noexcept;
 
  private:
@@ -62,7 +62,7 @@ class HttpSession final
 
 using HttpSessionPtr = boost::intrusive_ptr<HttpSession>;
 
-// A ClassCreator (class_registry.h): makes a session that is not open and hands out `iid` of it.
+// A ClassCreator (class_registry.h): creates a session that is not open and returns its `iid`.
 HRESULT CreateHttpComponent(const Guid& iid, void** object);
 
 }  // namespace qv

@@ -1,5 +1,5 @@
-// What may stand in a request: the checks that keep a caller's text from becoming more than one request, and
-// the small text operations of HTTP heads. ASCII rules; no locale.
+// Validates the parts of a request, so that a caller's text cannot inject a second one, and has the small
+// text operations of HTTP heads. ASCII rules; no locale.
 #pragma once
 
 #include <string>
@@ -13,11 +13,11 @@ bool IsToken(std::string_view text) noexcept;
 bool IsToken(std::u16string_view text) noexcept;
 // No CR, LF or NUL.
 bool IsFieldValue(std::u16string_view text) noexcept;
-// A name or an address that can stand in a URL's authority without becoming anything else there: no control
-// character, blank, delimiter or user information. An IPv6 address may have brackets.
+// A name or an address that is valid in a URL's authority: no control character, blank, delimiter or user
+// information. An IPv6 address may have brackets.
 bool IsHost(std::u16string_view text) noexcept;
 
-// Host as a URL holds it: UTF-8, ASCII letters lower case, an IPv6 address in brackets.
+// Host in the form of a URL: UTF-8, ASCII letters lower case, an IPv6 address in brackets.
 std::string HostForUrl(std::u16string_view host);
 // Request target in ASCII: units beyond ASCII become percent-encoded UTF-8, empty becomes "/". Throws
 // HttpFailure (E_INVALIDARG) for control characters, blanks, and a target that does not begin with "/".
@@ -28,7 +28,7 @@ bool EqualsIgnoringCase(std::string_view a, std::string_view b) noexcept;
 bool EqualsIgnoringCase(std::u16string_view a, std::string_view b) noexcept;
 // Without blanks and tabs at both ends; a view into `text`.
 std::string_view TrimBlanks(std::string_view text) noexcept;
-// Is `token` (lower case) one of the comma-separated words of `list`, in any case?
+// Whether `token` (lower case) is one of the comma-separated elements of `list`, ignoring case.
 bool ListHasToken(std::string_view list, std::string_view token) noexcept;
 
 }  // namespace qv

@@ -1,5 +1,5 @@
-// Whether bytes go or come at a minimum mean rate. Only the time spent waiting for the network counts, so a
-// host that pauses between two reads, a slow listener and a slow disk do no harm.
+// Checks that bytes are sent or received at a minimum mean rate. Only time spent waiting for the network
+// counts, so a slow host, listener or disk causes no failure.
 #pragma once
 
 #include <chrono>
@@ -16,16 +16,16 @@ class RateMeter {
 
   explicit RateMeter(const HttpOptions& options) noexcept;
 
-  // Bytes of a part of the transfer; the first ones start its first window.
+  // Counts bytes of a part of the transfer; the first ones start its first window.
   void Count(std::size_t bytes) noexcept;
-  // The part is over, or a pause that is the server's right begins.
+  // The part is over, or the server may pause now.
   void Stop() noexcept { running_ = false; }
-  // Time that was spent waiting; ignored while no part is under way.
+  // Adds time spent waiting; ignored outside a part.
   void Wait(Duration time) noexcept;
-  // What is left of the window; the longest time there is when no window is running.
+  // The time left in the window; the maximum value if no window is running.
   Duration Left() const noexcept;
-  // At the end of a window: starts the next one, or throws HttpFailure (HTTP_E_TIMED_OUT) when it had too few
-  // bytes.
+  // At the end of a window: starts the next one, or throws HttpFailure (HTTP_E_TIMED_OUT) if this one had too
+  // few bytes.
   void Check();
 
  private:

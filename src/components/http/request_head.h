@@ -1,4 +1,4 @@
-// The head of a request, as it goes out: request line, the caller's headers in their order, the length.
+// The head of a request as sent: request line, the caller's headers in their order, the length.
 #pragma once
 
 #include <cstddef>
@@ -12,18 +12,18 @@ namespace qv {
 
 class RequestHead {
  public:
-  // Through a plain proxy the target is written with the origin before it. Throws HttpFailure (E_INVALIDARG)
-  // for a path that cannot be sent. `verb` is a token.
+  // Through a plain proxy the target begins with the origin. Throws HttpFailure (E_INVALIDARG) for a path
+  // that cannot be sent. `verb` is a token.
   RequestHead(const Endpoint& endpoint, std::u16string_view verb, std::u16string_view path);
 
-  // Throws HttpFailure (E_INVALIDARG) for a name that is no token, for a value with CR, LF or NUL, and for
-  // the two headers that say where the body ends, which are the component's own.
+  // Throws HttpFailure (E_INVALIDARG) for a name that is not a token, for a value with CR, LF or NUL, and for
+  // the two headers that say where the body ends, which only the component sets.
   void Add(std::u16string_view name, std::u16string_view value);
 
   bool VerbIsHead() const noexcept { return verbIsHead_; }
-  // The whole head, empty line included, is never longer than this.
+  // Upper bound of the head's length, including the empty line.
   std::size_t MostBytes() const noexcept;
-  // A `Host` header is put first when the caller has set none.
+  // Adds a `Host` header as the first one if the caller has set none.
   SecretBytes Text(std::int64_t contentLength) const;
 
  private:

@@ -43,7 +43,7 @@ void ResponseHead::Parse(std::string head) {
   }
 }
 
-// "HTTP/1.1 200 OK"; the words at the end may be missing.
+// "HTTP/1.1 200 OK"; the reason phrase may be missing.
 void ResponseHead::ParseStatusLine(std::string_view line) {
   const bool shape = line.size() >= 12 && line.substr(0, 7) == "HTTP/1." && IsAsciiDigit(line[7]) &&
                      line[8] == ' ' && line[9] >= '1' && line[9] <= '9' && IsAsciiDigit(line[10]) &&
@@ -88,7 +88,7 @@ std::string_view ResponseHead::ValueOf(const Field& field) const noexcept {
 }
 
 bool ResponseHead::Find(std::string_view name, std::string_view* value) const noexcept {
-  // NOLINTNEXTLINE(readability-use-anyofallof): the first one found is handed out
+  // NOLINTNEXTLINE(readability-use-anyofallof): returns the first match
   for (const Field& field : fields_) {
     if (!EqualsIgnoringCase(NameOf(field), name)) continue;
     *value = ValueOf(field);

@@ -1,4 +1,4 @@
-// The head of an answer: status line and header fields (RFC 9112), read from hostile bytes.
+// The head of an answer: status line and header fields (RFC 9112), parsed from untrusted bytes.
 #pragma once
 
 #include <cstdint>
@@ -10,24 +10,24 @@ namespace qv {
 
 class ResponseHead {
  public:
-  // Takes a whole head with its closing empty line. Throws HttpFailure (HTTP_E_MALFORMED) for what is no
-  // HTTP/1 head: another version, no status, a NUL or a lone CR, a continuation line behind the status line.
-  // Tolerated, but marked odd: lines without a colon or with a name that is no token (left out), blanks
-  // before the colon, continuation lines (joined with a blank).
+  // `head` is whole, with its closing empty line. Throws HttpFailure (HTTP_E_MALFORMED) for anything that is
+  // not an HTTP/1 head: another version, no status, a NUL or a lone CR, a continuation line after the status
+  // line. Tolerated, but marked odd: lines without a colon or with a name that is not a token (ignored),
+  // blanks before the colon, continuation lines (joined with a blank).
   void Parse(std::string head);
 
   int Status() const noexcept { return status_; }
   int MinorVersion() const noexcept { return minorVersion_; }
   bool IsOdd() const noexcept { return odd_; }
 
-  // First value of that name in any case, without blanks around it. False when there is none. The view lives
-  // as long as this object is not changed.
+  // First value of that name (case is ignored), trimmed. False if there is none. The view is valid until this
+  // object changes.
   bool Find(std::string_view name, std::string_view* value) const noexcept;
   // All values of that name, in order.
   std::vector<std::string_view> FindAll(std::string_view name) const;
 
  private:
-  // Places in text_, so that the object may be moved.
+  // Offsets into text_, so that the object may be moved.
   struct Field {
     std::size_t name;
     std::size_t nameSize;

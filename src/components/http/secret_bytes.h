@@ -1,5 +1,5 @@
-// Bytes that may hold a password or a session's id: what is sent, and what was received. They are cleared
-// when they go, and so is what they leave behind when they grow. Failure: std::bad_alloc.
+// Sent and received bytes, which may contain a password or a session id. They are cleared before their memory
+// is freed, also when they grow. Failure: std::bad_alloc.
 #pragma once
 
 #include <cstddef>
@@ -8,14 +8,14 @@
 
 namespace qv {
 
-// Clears the first `used` bytes of a block before it goes.
+// Clears the first `used` bytes of a block before freeing it.
 struct ClearingDelete {
   std::size_t used = 0;
   void operator()(char* block) const noexcept;
 };
 using SecretBlock = std::unique_ptr<char[], ClearingDelete>;
 
-// All of it counts as used; its content is not set.
+// All bytes count as used; they are not initialized.
 SecretBlock NewSecretBlock(std::size_t size);
 
 class SecretBytes {

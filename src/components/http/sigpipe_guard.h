@@ -1,4 +1,4 @@
-// Keeps SIGPIPE from this thread while libcurl writes through TLS, without touching the host's signal
+// Suppresses SIGPIPE on this thread while libcurl writes through TLS, without changing the host's signal
 // handlers.
 #pragma once
 

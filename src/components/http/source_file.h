@@ -1,5 +1,5 @@
-// A regular file that is sent as a body: its size is fixed when it is opened, and it must hold that much to
-// its end.
+// A regular file that is sent as a body: its size is fixed when it is opened, and the file must not become
+// shorter.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@
 
 namespace qv {
 
-// The name that the system knows a path by (NativePath in native_path.h). Throws HttpFailure
-// (E_INVALIDARG) for an empty path and for one with a NUL.
+// A path in the system's form (NativePath in native_path.h). Throws HttpFailure (E_INVALIDARG) for an empty
+// path and for one with a NUL.
 std::string NativeFileName(const WideString& path);
 
 class SourceFile {
@@ -22,9 +22,9 @@ class SourceFile {
   explicit SourceFile(const WideString& path);
 
   std::int64_t Size() const noexcept { return file_.size; }
-  // The next piece, empty at the end. Bytes that were added after the opening are not sent. Throws
-  // HttpFailure (HTTP_E_READ_FAULT) when the file cannot be read or has become shorter. The view lives until
-  // the next call.
+  // The next piece, empty at the end. Bytes that are appended after opening are not sent. Throws HttpFailure
+  // (HTTP_E_READ_FAULT) when the file cannot be read or has become shorter. The view is valid until the next
+  // call.
   std::string_view Next();
 
  private:

@@ -1,5 +1,5 @@
-// A file that appears at its place only when it is whole: written beside the target under another name, then
-// renamed to it. Whatever stood there stays as it was until then, and for good when the writing fails.
+// Writes a file under another name in the target's directory, then renames it to the target when it is
+// complete. Until then, and after a failure, an existing target is unchanged.
 #pragma once
 
 #include <string>
@@ -12,9 +12,9 @@ namespace qv {
 
 class TargetFile {
  public:
-  // Throws HttpFailure when no file can be made in the target's directory, and for a target that exists and
-  // is neither a regular file nor a link (a link is replaced, never followed). Unless `replaces`, any target
-  // that exists is refused with HTTP_E_FILE_EXISTS, here and in Commit.
+  // Throws HttpFailure if no file can be created in the target's directory, and for a target that exists and
+  // is neither a regular file nor a link (a link is replaced, never followed). Unless `replaces`, any
+  // existing target fails with HTTP_E_FILE_EXISTS, here and in Commit.
   TargetFile(const WideString& path, bool replaces);
   // Removes the unfinished file.
   ~TargetFile();
@@ -22,7 +22,7 @@ class TargetFile {
   TargetFile& operator=(const TargetFile&) = delete;
 
   void Write(std::string_view bytes);
-  // Puts the file in its place, with what was written on the disk before it is seen there.
+  // Syncs the file to the disk, then renames it to the target.
   void Commit();
 
  private:
@@ -30,7 +30,7 @@ class TargetFile {
 
   std::string name_;
   bool replaces_;
-  std::string freshName_;  // empty when there is nothing to remove
+  std::string freshName_;  // empty if there is nothing to remove
   UniqueDescriptor file_;
 };
 

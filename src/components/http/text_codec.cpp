@@ -30,7 +30,7 @@ bool IsSurrogate(char32_t c) noexcept {
 
 constexpr std::size_t kStep = 16;
 
-// Copies sixteen units as bytes; false and nothing copied when one of them is beyond ASCII.
+// Copies sixteen units as bytes; false, and copies nothing, if one of them is not ASCII.
 bool NarrowStep(const char16_t* in, char* out) noexcept {
   const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
   const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 8));
@@ -68,7 +68,7 @@ bool WidenStep(const char* in, char16_t* out) noexcept {
 
 #endif
 
-// Copies what is ASCII at the front and returns how much that is.
+// Copies the ASCII prefix and returns its length.
 std::size_t NarrowAscii(const char16_t* in, std::size_t size, char* out) noexcept {
   std::size_t done = 0;
   while (done + kStep <= size && NarrowStep(in + done, out + done)) done += kStep;
@@ -84,7 +84,7 @@ std::size_t WidenAscii(const char* in, std::size_t size, char16_t* out) noexcept
   return done;
 }
 
-// Takes one character off the front.
+// Removes and returns the first character.
 char32_t NextCharacter(std::u16string_view* text) noexcept {
   const char16_t first = text->front();
   text->remove_prefix(1);
@@ -158,12 +158,12 @@ Lead LeadOf(unsigned char byte) noexcept {
   return {0, 0, 0};
 }
 
-// The longest piece at the front that could begin a character, and the character if the piece is one.
+// The longest prefix that could begin a character, and the character if the prefix is complete.
 struct Piece {
   std::size_t size;
   char32_t character;
   bool whole;
-  bool open;  // the bytes ended before the character did
+  bool open;  // the bytes ended inside the character
 };
 
 Piece FirstPiece(std::string_view bytes) noexcept {
@@ -207,7 +207,7 @@ void ReplaceLoneSurrogates(char16_t* units, std::size_t size) noexcept {
   }
 }
 
-// A class and no unique_ptr, since "no converter" is all bits set and not null.
+// A unique_ptr does not fit, since "no converter" is all bits set instead of null.
 class Iconv {
  public:
   explicit Iconv(const std::string& charset) : converter_(iconv_open("UTF-16LE", charset.c_str())) {}
@@ -218,7 +218,7 @@ class Iconv {
   Iconv& operator=(const Iconv&) = delete;
 
   bool IsOpen() const noexcept { return converter_ != reinterpret_cast<iconv_t>(-1); }
-  // Appends to `out`; stops at a byte that it cannot read (false, errno tells) or when all is read.
+  // Appends to `out`; stops at an invalid byte (returns false, sets errno) or when all is read.
   bool Run(char** in, std::size_t* left, std::u16string* out);
 
  private:
@@ -307,8 +307,8 @@ bool DecodeByIconv(std::string_view bytes, const std::string& charset, WideStrin
   Iconv converter(charset);
   if (!converter.IsOpen()) return false;
   std::u16string units;
-  units.reserve(bytes.size());                 // so that it hardly ever leaves units behind
-  char* in = const_cast<char*>(bytes.data());  // iconv reads only; its type is older than const
+  units.reserve(bytes.size());                 // avoids most reallocations
+  char* in = const_cast<char*>(bytes.data());  // iconv does not write to its input
   std::size_t left = bytes.size();
   while (left > 0 && !converter.Run(&in, &left, &units)) {
     units += kReplacement;

@@ -1,5 +1,5 @@
-// UTF-16 to UTF-8 and bytes of any charset to UTF-16, fast for ASCII. What cannot be read or written becomes
-// U+FFFD. Failure: out of memory only (std::bad_alloc, or `_com_error` from the wide string).
+// UTF-16 to UTF-8 and bytes of any charset to UTF-16, fast for ASCII. Invalid input becomes U+FFFD. Failure:
+// only lack of memory (std::bad_alloc, or `_com_error` from the wide string).
 #pragma once
 
 #include <cstddef>
@@ -11,11 +11,11 @@
 
 namespace qv {
 
-// Bytes with free room before them, so that a head of a length not yet known can be put there without a copy.
+// Bytes with free room before them, so that a head of unknown length can be put there without a copy.
 struct RoomyBytes {
   SecretBlock block;
   std::size_t room = 0;  // bytes before the text
-  std::size_t size = 0;  // bytes of the text, behind the room
+  std::size_t size = 0;  // bytes of the text, after the room
 
   char* Text() const noexcept { return block.get() + room; }
 };
@@ -28,11 +28,11 @@ WideString DecodeUtf8(std::string_view bytes);
 WideString DecodeLatin1(std::string_view bytes);
 // An odd last byte becomes one U+FFFD; so does a lone surrogate.
 WideString DecodeUtf16(std::string_view bytes, bool bigEndian);
-// By the C library's converter called `charset`. False when it has none of that name.
+// Uses the C library's converter for `charset`. False if there is none.
 bool DecodeByIconv(std::string_view bytes, const std::string& charset, WideString* text);
 
 bool IsUtf8(std::string_view bytes) noexcept;
-// How many bytes at the end begin a character that is not whole: 0 to 3.
+// The number of bytes at the end that form an incomplete character: 0 to 3.
 std::size_t OpenTailUtf8(std::string_view bytes) noexcept;
 std::size_t OpenTailUtf16(std::string_view bytes, bool bigEndian) noexcept;
 

@@ -1,4 +1,4 @@
-// What SetThreadHttpOptions said last on this thread, else the defaults of the registry.
+// The options of the last SetThreadHttpOptions on this thread, else the defaults of the registry.
 #pragma once
 
 #include "qvscriptwells/http_component.h"
@@ -10,7 +10,7 @@ struct ThreadHttpOptions {
   IHttpProgressPtr progress;
 };
 
-// Throws for lack of memory, which the first reading of the registry needs.
+// Throws for lack of memory, when it reads the registry for the first time.
 ThreadHttpOptions CurrentThreadHttpOptions();
 
 }  // namespace qv

@@ -1,4 +1,4 @@
-// What may end a transfer early: the host's limits of time, its progress listener, and Abort.
+// What may cancel a transfer: the host's timeouts, its progress listener, and Abort.
 #pragma once
 
 #include <atomic>
@@ -10,13 +10,13 @@
 
 namespace qv {
 
-// Borrows all three for as long as it lives. Abort may be set on another thread; all else is the calling
-// thread's.
+// Borrows all three for its lifetime. Abort may be set on another thread; everything else is used on the
+// calling thread.
 class TransferWatch {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // `spent` of the total time is over already.
+  // `spent` is the part of the total time that is already used.
   TransferWatch(const HttpOptions& options, IHttpProgress* progress, const std::atomic<bool>& aborted,
                 Clock::duration spent = {}) noexcept
       : options_(options),
@@ -29,18 +29,18 @@ class TransferWatch {
   bool HasListener() const noexcept { return progress_ != nullptr; }
   RateMeter& Rate() noexcept { return rate_; }
 
-  // Remembers how far the transfer is and tells the listener. Throws HttpFailure (HTTP_E_CANCELLED, and
-  // HTTP_E_TIMED_OUT when the total time is over).
+  // Stores the progress and notifies the listener. Throws HttpFailure (HTTP_E_CANCELLED, or HTTP_E_TIMED_OUT
+  // when the total time is over).
   void Report(bool sending, std::int64_t done, std::int64_t total);
-  // Tells the listener the same again; for pauses. Throws as above.
+  // Notifies the listener of the same progress again; for pauses. Throws as above.
   void Tick();
-  // Milliseconds until one of the limits is reached, at most `most`, for a wait that has had no byte since
-  // `idleSince`. Throws HttpFailure (HTTP_E_TIMED_OUT) for one that is reached.
+  // Milliseconds until one of the limits is reached, at most `most`, for a wait without a byte since
+  // `idleSince`. Throws HttpFailure (HTTP_E_TIMED_OUT) if a limit is reached.
   std::int64_t NextWait(Clock::time_point idleSince, std::int64_t most);
-  // How many milliseconds are left for connecting, which has `begun` then; the greatest number there is for
-  // no limit. Throws HttpFailure (HTTP_E_TIMED_OUT) for none.
+  // Milliseconds left for connecting, which started at `begun`; the maximum value means no limit. Throws
+  // HttpFailure (HTTP_E_TIMED_OUT) if no time is left.
   std::int64_t ConnectTime(Clock::time_point begun) const;
-  // Tells the listener; false for the end of the transfer. For libcurl's callbacks.
+  // Notifies the listener; false if it cancels the transfer. For libcurl's callbacks.
   bool MayGoOn() noexcept;
   Clock::duration Passed() const noexcept { return Clock::now() - start_; }
 

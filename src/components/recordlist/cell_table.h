@@ -1,7 +1,7 @@
-// The values of a record list, row by row in one sequence: a cell costs little more than its Variant, however
-// many columns there are. Each row has a lock.
+// The values of a record list, row by row in one sequence: a cell needs little more memory than its Variant.
+// Each row has a lock.
 //
-// Failure: AddRow and AddColumn throw std::bad_alloc or std::length_error, and nothing is changed then.
+// Failure: AddRow and AddColumn throw std::bad_alloc or std::length_error, and then change nothing.
 #pragma once
 
 #include <cstddef>
@@ -21,24 +21,24 @@ class CellTable {
 
   // An unlocked row of empty cells, at the end.
   void AddRow();
-  // An empty cell at the end of each row. Moves all values, which calls none of the objects among them.
+  // An empty cell at the end of each row. Moves all values; this calls no object.
   void AddColumn();
 
-  // Row and column must exist. The cell stays where it is until AddColumn or Clear.
+  // Row and column must exist. The pointer is valid until AddColumn or Clear.
   Variant& Cell(std::size_t row, std::size_t column) noexcept {
     return rows_->cells[row * columns_ + column];
   }
   bool IsLocked(std::size_t row) const noexcept { return rows_->locked[row]; }
   void Lock(std::size_t row, bool locked) noexcept { rows_->locked[row] = locked; }
 
-  // Drops all rows. Objects among the values may call back: the table is empty and usable before the first
-  // one goes.
+  // Drops all rows. Released objects may call back, so the table is empty and usable before the first
+  // release.
   void Clear() noexcept { const std::unique_ptr<RowStore> gone = std::move(rows_); }
 
  private:
   struct RowStore {
     std::deque<Variant> cells;
-    std::vector<bool> locked;  // one for each row; with no columns there is nothing else to count
+    std::vector<bool> locked;  // one for each row; also counts the rows of a table without columns
   };
 
   std::unique_ptr<RowStore> rows_;  // null until there is a row, so that an empty table is small

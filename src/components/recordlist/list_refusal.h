@@ -1,5 +1,5 @@
-// The failures of a record list: one exception inside, one function that leaves a result code and an error
-// record at the edge.
+// The failures of a record list: one exception inside, one function that turns exceptions into a result code
+// and an error record.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace qv {
 
-// Carried from where it happens to the edge. Making one takes no memory.
+// Thrown inside the component; no interface operation lets it out. Creating one allocates no memory.
 struct ListRefusal {
   HRESULT code;
   char message[80];  // ASCII
@@ -24,8 +24,8 @@ struct ListRefusal {
 // E_POINTER for a null output parameter.
 void CheckPlace(const void* place);
 
-// For `catch (...)`: the result code of the exception that is being handled, with its message posted as this
-// thread's error record. Anything that is not a ListRefusal is lack of memory.
+// For `catch (...)`: returns the result code of the current exception and posts its message as this thread's
+// error record. Anything that is not a ListRefusal is lack of memory.
 HRESULT ReportListFailure() noexcept;
 
 }  // namespace qv

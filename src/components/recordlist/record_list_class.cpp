@@ -11,7 +11,7 @@ HRESULT CreateRecordListComponent(const Guid& iid, void** object) {
     const RecordListObjectPtr list(new RecordListObject);
     return list->QueryInterface(iid, object);
   } catch (...) {
-    return E_OUTOFMEMORY;  // making an empty list fails for nothing else
+    return E_OUTOFMEMORY;  // the only failure of creating an empty list
   }
 }
 

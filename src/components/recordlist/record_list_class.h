@@ -6,7 +6,7 @@
 
 namespace qv {
 
-// A ClassCreator (class_registry.h): makes an empty list and returns `iid` of it.
+// A ClassCreator (class_registry.h): creates an empty list and returns its `iid`.
 HRESULT CreateRecordListComponent(const Guid& iid, void** object);
 
 }  // namespace qv

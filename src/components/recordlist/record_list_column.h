@@ -1,5 +1,5 @@
-// One column of a record list. It lives in the list's columns and counts with the list, so that returning it
-// costs nothing and keeps the list alive.
+// One column of a record list. It is part of the list's columns and shares the list's reference count:
+// returning it allocates nothing and keeps the list alive.
 #pragma once
 
 #include "com/counted_object.h"

@@ -54,7 +54,7 @@ HRESULT RecordListColumns::GetCount(std::int32_t* count) noexcept {
   });
 }
 
-// Locks are switched on a locked list too: it is locked before its columns.
+// Works on a locked list too, since the list is locked before its columns.
 HRESULT RecordListColumns::SetLocked(VARIANT_BOOL locked) noexcept {
   ClearErrorInfo();
   locked_ = locked != VARIANT_FALSE;

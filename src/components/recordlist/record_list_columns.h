@@ -1,4 +1,4 @@
-// The columns of a record list. They live in the list and count with it.
+// The columns of a record list. They are part of the list and share its reference count.
 #pragma once
 
 #include <deque>
@@ -33,7 +33,7 @@ class RecordListColumns final : public ComObject<IRecordListHeaders, SupportsErr
   RecordListColumn& Append(const WideString& name, std::int32_t columnType);
 
   RecordListObject& list_;
-  std::deque<RecordListColumn> columns_;  // whose elements stay in place when more are added
+  std::deque<RecordListColumn> columns_;  // addresses stay valid when columns are added
   bool locked_ = false;
 };
 

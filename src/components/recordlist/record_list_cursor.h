@@ -1,4 +1,4 @@
-// A cursor: a place in a list. Rows never go while a cursor holds their list, so a number is enough.
+// A cursor: a position in a list. A row index is enough, since rows stay while a cursor holds the list.
 #pragma once
 
 #include "com/counted_object.h"

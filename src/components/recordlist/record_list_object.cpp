@@ -8,8 +8,8 @@
 
 namespace qv {
 
-// Objects in the cells may call back while they go. The reference held here keeps such a call from ending the
-// list a second time; one that takes a reference for good keeps the list, which is empty then.
+// Released objects in the cells may call back. The reference held here prevents such a call from destroying
+// the list twice. A call that keeps a reference keeps the list, which is then empty.
 void RecordListObject::OnLastRelease() noexcept {
   count_.Restart();
   while (count_.IsOne() && cells_.Rows() != 0) cells_.Clear();

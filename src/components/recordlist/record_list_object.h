@@ -1,5 +1,4 @@
-// The record list of the built-in class: what its columns, records and cursors show parts of. They all keep
-// it alive.
+// The record list of the built-in class: columns, records and cursors are views of it and keep it alive.
 #pragma once
 
 #include "com/counted_object.h"
@@ -27,7 +26,7 @@ class RecordListObject final : public CountedObject<IRecordList, SupportsErrorIn
  private:
   void OnLastRelease() noexcept override;
 
-  ModuleLock lock_;  // a host may hold a table beyond all else
+  ModuleLock lock_;  // a host may keep a table longer than all other objects
   RecordListColumns columns_;
   CellTable cells_;
   bool locked_ = false;

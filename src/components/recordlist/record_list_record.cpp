@@ -10,7 +10,7 @@
 namespace qv {
 namespace {
 
-// A pointer to another's variable may dangle by the time that the table is read.
+// A pointer to the caller's variable may dangle when the table is read later.
 Variant CopyToStore(const Variant& value) {
   if ((value.Tag() & VT_BYREF) != 0) ThrowBadTag(value.Tag());
   try {
@@ -22,7 +22,7 @@ Variant CopyToStore(const Variant& value) {
 
 }  // namespace
 
-// What *value held is released last: an object's end may call back and change the table.
+// The old content of *value is released last: releasing an object may call back and change the table.
 HRESULT RecordListRecord::GetValue(std::int32_t index, Variant* value) noexcept {
   return GuardedBy(ReportListFailure, [&] {
     CheckPlace(value);
@@ -31,8 +31,8 @@ HRESULT RecordListRecord::GetValue(std::int32_t index, Variant* value) noexcept 
   });
 }
 
-// An object that is copied may call back too: the cell is found and the locks are tested after that. The old
-// value goes last, as above; this record may end with it.
+// Copying an object may call back too, so the locks are tested and the cell is looked up after the copy. The
+// old value is released last, as above; that may destroy this record.
 HRESULT RecordListRecord::SetValue(std::int32_t index, const Variant& value) noexcept {
   return GuardedBy(ReportListFailure, [&] {
     const IRecordListRecordPtr keepAlive(this);

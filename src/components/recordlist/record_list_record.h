@@ -1,5 +1,5 @@
-// A record: one row of a list, whose values and lock stay in the list. Each request creates a new record, so
-// that an unused row costs no object.
+// A record: one row of a list, whose values and lock are stored in the list. Each request creates a new
+// record, so that an unused row needs no object.
 #pragma once
 
 #include "com/counted_object.h"
@@ -10,7 +10,7 @@ namespace qv {
 
 class RecordListRecord final : public CountedObject<IRecordListRecord, SupportsErrorInfo<IRecordListRecord>> {
  public:
-  // The row is there before the first call.
+  // The row must exist.
   RecordListRecord(RecordListObject& list, std::size_t row) noexcept : list_(&list), row_(row) {}
 
   HRESULT GetValue(std::int32_t index, Variant* value) noexcept override;
