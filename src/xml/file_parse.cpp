@@ -1,4 +1,5 @@
-// Parsing by file name. The host trusts its local files, so the library's defaults hold, less network access.
+// Parsing by file name. The host trusts its local files, so the library's defaults apply, except that network
+// access is blocked.
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -30,7 +31,7 @@ WideString SystemIdOf(const WideString& name) {
   return xc::XMLString::findAny(name.data(), u"#?") != nullptr ? name : FileNameToUrl(name);
 }
 
-// The path of this system. Only a URL that the caller wrote is taken apart; any other name is the path.
+// The path in the system's form. Only a URL of the caller is parsed; any other name is the path.
 std::string LocalPathOf(const WideString& name, const WideString& systemId) {
   if (IsFileUrl(name.view())) {
     const std::optional<std::string> path = PathOfFileUrl(name.view());

@@ -18,7 +18,7 @@ bool EqualsIgnoringCase(std::string_view text, std::string_view lowerCase) noexc
   return true;
 }
 
-// What follows the host, which is gone from `rest` then. False for a host that is not this one.
+// Removes the host from `rest`. False for a host other than this one.
 bool RemoveHost(std::string& rest) {
   if (rest.compare(0, 2, "//") != 0) return true;
   const std::size_t end = rest.find('/', 2);
@@ -28,7 +28,7 @@ bool RemoveHost(std::string& rest) {
   return true;
 }
 
-// Nothing for a byte of 0, too.
+// Nothing also for a byte of 0.
 std::optional<char> DecodedByte(std::string_view digits) noexcept {
   unsigned char byte = 0;
   if (digits.size() != 2) return {};

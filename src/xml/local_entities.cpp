@@ -26,8 +26,8 @@ std::u16string_view View(const XMLCh* text) {
   return text == nullptr ? std::u16string_view() : text;
 }
 
-// Where the library will look: a URL when base and id make one, whose path it decodes, else a path. Nothing
-// for one that does not decode.
+// The path that the library will open: if base and id form a URL, its decoded path; else the path. Nothing if
+// it cannot be decoded.
 std::optional<std::string> PathOf(const xc::XMLResourceIdentifier& identifier) {
   const XMLCh* base = identifier.getBaseURI() == nullptr ? u"" : identifier.getBaseURI();
   xc::XMLURL url;
@@ -38,7 +38,7 @@ std::optional<std::string> PathOf(const xc::XMLResourceIdentifier& identifier) {
   return ToUtf8(xc::LocalFileInputSource(base, identifier.getSystemId()).getSystemId());
 }
 
-// Opening one without a writer would never end.
+// Opening a pipe without a writer would block forever.
 bool IsPipe(const std::string& path) {
   struct stat facts {};
   return stat(path.c_str(), &facts) == 0 && S_ISFIFO(facts.st_mode);

@@ -1,4 +1,4 @@
-// Keeps a document's external entities away from the network; local ones resolve as the XML library does.
+// Blocks external entities on the network; the XML library resolves local ones as usual.
 #pragma once
 
 #include <string_view>
@@ -7,14 +7,14 @@
 
 namespace qv {
 
-// Whether a system id starts with the name of a scheme other than "file", as RFC 3986, 3.1 writes schemes.
-// One letter before the colon is a drive and no scheme.
+// Whether a system id starts with a scheme (RFC 3986, 3.1) other than "file". One letter before the colon is
+// a drive.
 bool NamesNetwork(std::u16string_view systemId);
 
 class LocalEntities : public XERCES_CPP_NAMESPACE_QUALIFIER XMLEntityResolver {
  public:
-  // Null for a local entity: the library's own resolution. SAXParseException for one on the network and for a
-  // pipe, whose opening could wait for ever.
+  // Null for a local entity, so that the library resolves it. SAXParseException for one on the network and
+  // for a pipe, since opening a pipe may block forever.
   XERCES_CPP_NAMESPACE_QUALIFIER InputSource* resolveEntity(
       XERCES_CPP_NAMESPACE_QUALIFIER XMLResourceIdentifier* identifier) override;
 };

@@ -14,7 +14,7 @@ void MemBufFormatTarget::writeChars(const XMLByte* bytes, XMLSize_t count, xerce
   }
 }
 
-// For the buffer a count of 0 means "up to the null unit".
+// The buffer takes a count of 0 as "up to the null unit".
 void MemBufFormatTarget::Append(std::u16string_view units) {
   if (!units.empty()) buffer_->append(units.data(), units.size());
 }

@@ -1,4 +1,4 @@
-// Where a formatter's bytes collect in memory: each byte becomes one unit, none is decoded.
+// Collects a formatter's bytes in memory: each byte becomes one unit, without decoding.
 #pragma once
 
 #include <memory>
@@ -11,20 +11,20 @@ namespace qv {
 
 class MemBufFormatTarget : public XERCES_CPP_NAMESPACE_QUALIFIER XMLFormatTarget {
  public:
-  // Takes over an empty buffer.
+  // Takes ownership of an empty buffer.
   explicit MemBufFormatTarget(std::unique_ptr<XERCES_CPP_NAMESPACE_QUALIFIER XMLBuffer> buffer)
       : buffer_(std::move(buffer)) {}
 
   void writeChars(const XMLByte* bytes, XMLSize_t count,
                   XERCES_CPP_NAMESPACE_QUALIFIER XMLFormatter* formatter) override;
 
-  // Units that are bytes already.
+  // Appends units whose values are bytes.
   void Append(std::u16string_view units);
 
   // All units so far. Borrowed until the next write.
   std::u16string_view view() const;
 
-  // Units that a buffer holds at first.
+  // Initial capacity in units.
   static constexpr XMLSize_t kCapacity = 0x4000;
 
  private:

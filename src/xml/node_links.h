@@ -1,6 +1,6 @@
-// The links of the library's nodes, read where they lie: elements and text, which make up nearly every
-// document, are known by their types. The library's own way to a parent is a run-time cast for each step.
-// For the files of this room.
+// Fast access to the links of the library's nodes. Nearly all nodes are elements and text, whose types are
+// known here; the library itself uses a run-time cast for each step to a parent. For the files of this
+// directory.
 #pragma once
 
 #include <xercesc/dom/DOMNode.hpp>
@@ -9,7 +9,7 @@
 
 namespace qv {
 
-// None of them takes a null node.
+// The node must not be null.
 
 inline bool IsElement(const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* node) {
   return node->getNodeType() == XERCES_CPP_NAMESPACE_QUALIFIER DOMNode::ELEMENT_NODE;

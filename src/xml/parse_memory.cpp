@@ -17,38 +17,38 @@ namespace qv {
 
 namespace xc = XERCES_CPP_NAMESPACE;
 
-// What the system gave. The parts that are handed out follow it.
+// The header of a block from the system. The allocated parts follow it.
 struct alignas(std::max_align_t) ParseMemory::Block {
   Block* previous;
   Block* next;
   std::size_t mapped;  // its size when it was mapped, else 0
 };
 
-// Stands in front of every part that is handed out.
+// The header of every allocated part.
 struct alignas(std::max_align_t) ParseMemory::Piece {
-  std::size_t total;  // with this head
-  Block* alone;       // its block if it has one for itself, else null
+  std::size_t total;  // with this header
+  Block* alone;       // its block if no other part shares it, else null
 };
 
 namespace {
 
 // A parser and the document of a small answer take 240 kB, most of it the library's read buffers.
 constexpr std::size_t kSharedBlockSize = std::size_t{256} * 1024;
-// Larger parts get a block for themselves once the shared one is full, and really are freed when given back.
+// Larger parts get a separate block once the shared one is full, and are freed at once.
 constexpr std::size_t kLargestShared = std::size_t{32} * 1024;
-// A document that has grown to this gets large blocks, of which the system is asked to make large pages:
-// handing out small ones takes a fifth of the time of a large parse. Only what is used is there.
+// A document of this size gets large blocks with large pages: allocating small ones takes a fifth of the time
+// of a large parse. The system allocates pages on first use.
 constexpr std::size_t kLarge = std::size_t{4} * 1024 * 1024;
 constexpr std::size_t kLargestBlock = std::size_t{32} * 1024 * 1024;
 constexpr std::size_t kLargestSharedOfLarge = std::size_t{1024} * 1024;
-// The library does not recover well when it is stopped between two small steps, so small requests may draw on
-// a reserve. A document that grows asks for large pieces too, and is stopped there.
+// The library recovers badly when a small allocation fails, so small requests may use a reserve. A growing
+// document makes large requests too, which fail.
 constexpr std::size_t kSmallRequest = 1024;
 constexpr std::size_t kReserve = std::size_t{16} * 1024 * 1024;
-constexpr std::size_t kLargestRequest = std::size_t{1} << 39;  // more is a mistake
+constexpr std::size_t kLargestRequest = std::size_t{1} << 39;  // more is an error
 constexpr std::size_t kAlignment = alignof(std::max_align_t);
 
-// One shared block between two parsers of a thread, so that a small parse asks the system for nothing.
+// Keeps one shared block between two parsers of a thread, so that a small parse needs no system call.
 ThreadSlot& SpareBlock() noexcept {
   static ThreadSlot slot(&std::free);
   return slot;
@@ -64,7 +64,7 @@ void* TakeSharedBlock() noexcept {
 void* MapBlock(std::size_t size) noexcept {
   void* bytes = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (bytes == MAP_FAILED) return nullptr;
-  madvise(bytes, size, MADV_HUGEPAGE);  // a wish only
+  madvise(bytes, size, MADV_HUGEPAGE);  // a hint only
   return bytes;
 }
 
@@ -85,7 +85,7 @@ ParseMemory::~ParseMemory() {
   }
 }
 
-// What was mapped goes back to the system, which clears it.
+// Mapped memory returns to the system, which clears it.
 void ParseMemory::Clear(Block* block) noexcept {
   if (block->mapped == 0) explicit_bzero(block + 1, malloc_usable_size(block) - sizeof(Block));
 }
@@ -124,7 +124,7 @@ std::size_t ParseMemory::SmallRequestLimit() const noexcept {
   return limit_ > kLargestRequest ? limit_ : limit_ + kReserve;
 }
 
-// Null when the shared block has no room.
+// Null if the shared block has no room.
 void* ParseMemory::TakeFromBlock(std::size_t total) noexcept {
   if (static_cast<std::size_t>(end_ - next_) < total) return nullptr;
   auto* piece = new (next_) Piece{total, nullptr};
@@ -162,7 +162,7 @@ void ParseMemory::deallocate(void* bytes) {
     std::free(block);
     inUse_ -= total;
   } else if (static_cast<char*>(bytes) - sizeof(Piece) + total == next_) {
-    next_ -= total;  // the newest part: its room can be used again
+    next_ -= total;  // the newest part: its memory can be reused
     inUse_ -= total;
   }
 }

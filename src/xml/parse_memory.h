@@ -1,8 +1,7 @@
-// The memory of one parser: handed out from a few large blocks, limited, and given back all at once. A small
-// answer fits into one block, which the thread keeps for its next parser. Whatever the XML library makes with
-// it (parser, document) must be gone before it; exceptions take their memory from the library's own manager,
-// since they outlive the parser. Used by one thread. Failure: the XML library's OutOfMemoryException, at the
-// limit and when the system has no more.
+// The memory of one parser: allocated from a few large blocks, limited, and freed all at once. A small answer
+// fits into one block, which the thread keeps for its next parser. Parser and document must be destroyed
+// before it; exceptions outlive the parser, so they use the library's own manager. Used by one thread.
+// Failure: the XML library's OutOfMemoryException, at the limit and when the system has no more memory.
 #pragma once
 
 #include <cstddef>
@@ -16,12 +15,12 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   ParseMemory() noexcept;
   ~ParseMemory() override;
 
-  // From now on at most `bytes` may be in use, what is in use already included. Requests below 1 kB may go
-  // beyond by up to 16 MB.
+  // From now on at most `bytes` may be in use, including those in use now. Requests below 1 kB may exceed
+  // this by up to 16 MB.
   void SetLimit(std::size_t bytes) noexcept { limit_ = bytes; }
-  // From now on what is given back to the system or to the next parser is cleared first.
+  // From now on memory is cleared before the system or the next parser gets it.
   void ClearAtEnd() noexcept { clears_ = true; }
-  // Bytes in use. What lies inside a shared block counts until the end, given back or not.
+  // Bytes in use. Parts of a shared block count until the end, even after they are freed.
   std::size_t BytesInUse() const noexcept { return inUse_; }
 
   XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager* getExceptionMemoryManager() override;
@@ -42,7 +41,7 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   static void Give(Block* block, bool isSpare) noexcept;
   static void Clear(Block* block) noexcept;
 
-  Block* blocks_ = nullptr;  // all that the system gave, the newest first
+  Block* blocks_ = nullptr;  // all allocated blocks, the newest first
   Block* shared_ = nullptr;  // the one that pieces are cut from
   char* next_ = nullptr;     // its free part
   char* end_ = nullptr;

@@ -1,5 +1,5 @@
-// The error handler of every parse: a warning is noted and parsing goes on; an error, recoverable or not,
-// ends the parse with a copy of the SAXParseException. Used by one thread, together with its parser.
+// The error handler of every parse: after a warning parsing continues; any error, even a recoverable one,
+// ends the parse by throwing a copy of the SAXParseException. Used by one thread, together with its parser.
 #pragma once
 
 #include <xercesc/sax/ErrorHandler.hpp>

@@ -21,11 +21,11 @@ namespace {
 namespace xc = XERCES_CPP_NAMESPACE;
 
 // Measured: 30 bytes for a unit of a table, 3 for a unit of long text, 55 for the densest flat markup
-// ("<a/>"), 90 for start tags that only nest. So only a document of hundreds of thousands of levels meets the
-// ceiling before 32 million units.
+// ("<a/>"), 90 for nested start tags. So below 32 million units only a document of hundreds of thousands of
+// levels reaches the limit.
 constexpr std::size_t kBytesPerUnit = 64;
 constexpr std::size_t kBytesForAnyText = std::size_t{64} << 20;
-// Texts of more than 128 million units, which only tables are: a table needs 13 bytes for a unit.
+// For texts of more than 128 million units, which are always tables: a table needs 13 bytes for a unit.
 constexpr std::size_t kBytesPerUnitOfLarge = 16;
 constexpr std::size_t kLargestUnits = std::numeric_limits<std::size_t>::max() / kBytesPerUnitOfLarge;
 
@@ -53,14 +53,14 @@ void QvDomParser::ParseHostileText(std::u16string_view text, const char* bufferI
   } catch (const xc::OutOfMemoryException&) {
     Refuse(u"The document needs more memory than it may have.");
   } catch (const xc::DOMException&) {
-    Refuse(u"The document cannot be built.");  // its place is forgotten by now
+    Refuse(u"The document cannot be built.");  // its position is no longer known
   }
 }
 
-// With no default resolution the library fails where it would open a file or a connection.
+// Without default resolution the library fails instead of opening a file or a connection.
 void QvDomParser::Disarm(std::size_t units) {
   isHostile_ = true;
-  if (getErrorHandler() == nullptr) setErrorHandler(&ownHandler_);  // else errors would pass unseen
+  if (getErrorHandler() == nullptr) setErrorHandler(&ownHandler_);  // else errors would be ignored
   LimitGrowth(kMaxEntityExpansions);
   setDisableDefaultEntityResolution(true);
   Memory().SetLimit(std::min(ThreadXmlMemoryCeiling(), MemoryCeilingFor(units)));
@@ -72,13 +72,13 @@ void QvDomParser::LimitGrowth(std::size_t expansions) {
   setSecurityManager(&expansionLimit_);
 }
 
-// The scanner stands still where a callback or the memory refuses, so it still knows the place.
+// The scanner stops where a callback or an allocation fails, so it still knows the position.
 void QvDomParser::Refuse(const char16_t* why) {
   xc::ReaderMgr::LastExtEntityInfo place;
   getScanner()->getReaderMgr()->getLastExtEntityInfo(place);
   const xc::SAXParseException refusal(why, nullptr, bufferId_.c_str(), place.lineNumber, place.colNumber);
   getErrorHandler()->fatalError(refusal);
-  throw xc::SAXParseException(refusal);  // also when the handler would have gone on
+  throw xc::SAXParseException(refusal);  // even if the handler would have continued
 }
 
 XmlNode QvDomParser::Document() const {
@@ -94,7 +94,7 @@ void QvDomParser::error(unsigned int /*code*/, const XMLCh* /*domain*/, xc::XMLE
                         const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
                         XMLFileLoc column) {
   const xc::SAXParseException report(text, publicId, systemId, line, column);
-  xc::ErrorHandler* handler = getErrorHandler();  // not null: without a handler the library reports nothing
+  xc::ErrorHandler* handler = getErrorHandler();  // never null: without a handler the library reports nothing
   if (type == xc::XMLErrorReporter::ErrType_Warning) {
     handler->warning(report);
   } else if (type == xc::XMLErrorReporter::ErrType_Fatal) {
@@ -108,17 +108,17 @@ void QvDomParser::startElement(const xc::XMLElementDecl& declaration, unsigned i
                                const xc::RefVectorOf<xc::XMLAttr>& attributes, XMLSize_t attributeCount,
                                bool isEmpty, bool isRoot) {
   if (IsLimited()) {
-    // The scanner numbers the names of elements as they come up.
+    // The scanner numbers element names in order of appearance.
     if (declaration.getId() > kMaxElementNames) Refuse(u"The document has too many different elements.");
     if (attributeCount > kMaxAttributesOfElement) Refuse(u"The element has too many attributes.");
   }
-  // The names of declared elements have numbers of their own.
+  // The scanner numbers the names of declared elements separately.
   if (!hasDocumentType_ && declaration.getId() > elementNames_.size())
     elementNames_.emplace_back(declaration.getFullName());
   TreeBuilder::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
 }
 
-// The scanner lets any version 1.x pass, the document does not.
+// The scanner accepts any version 1.x; the document throws DOMException for some.
 void QvDomParser::XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone,
                           const XMLCh* actualEncoding) {
   try {
@@ -129,7 +129,7 @@ void QvDomParser::XMLDecl(const XMLCh* version, const XMLCh* encoding, const XML
   }
 }
 
-// Nor does it take every name that the scanner takes.
+// The document rejects some names that the scanner accepts.
 void QvDomParser::doctypeDecl(const xc::DTDElementDecl& root, const XMLCh* publicId, const XMLCh* systemId,
                               bool hasInternalSubset, bool hasExternalSubset) {
   hasDocumentType_ = true;
@@ -141,9 +141,8 @@ void QvDomParser::doctypeDecl(const xc::DTDElementDecl& root, const XMLCh* publi
   }
 }
 
-// The library counts references in the content only. A parameter entity has white space around it, which
-// comes by here. Each entity that is read has a reader of its own, counted up from the document's, which
-// is 1.
+// The library counts references in the content only. A parameter entity has white space around it, which is
+// reported here. Each entity is read by a new reader; readers are numbered, and the document's is 1.
 void QvDomParser::doctypeWhitespace(const XMLCh* units, XMLSize_t length) {
   if (IsLimited() && getScanner()->getReaderMgr()->getCurrentReaderNum() > maxExpansions_ + 1) {
     Refuse(u"The document refers to too many parameter entities.");

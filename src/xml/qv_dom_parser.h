@@ -1,10 +1,9 @@
-// The one parser of the library: a document from memory (an answer) or from a file (a script document).
-// Namespaces, validation and schemas are off. It catches nothing but its own ceiling on memory:
-// SAXParseException from the handler, DOMException and XMLException of the XML library go to the caller. One
-// parser serves one document: it keeps what it has read until it dies, and after a refusal it is of no
-// further use. The document dies with its parser, also one that was adopted from it. Used by one thread, in
-// one scope, with the library started (XmlLibraryGuardScope). The constructor throws the XML library's
-// OutOfMemoryException, which is no std::exception, when the system has no memory left.
+// The library's only parser. It parses a document from memory (an answer) or from a file (a script document),
+// without namespaces, validation and schemas. It catches only its own memory limit: SAXParseException from
+// the handler, DOMException and XMLException of the XML library reach the caller. Use a parser for one
+// document; after a failure it is unusable. It owns the document, even one that was adopted from it. Used by
+// one thread, in one scope, with the library started (XmlLibraryGuardScope). The constructor throws the XML
+// library's OutOfMemoryException, which does not derive from std::exception, for lack of memory.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +21,7 @@
 
 namespace qv {
 
-// Comes first among the bases of the parser, so that its memory is there before all of it and goes last.
+// The parser's first base class, so that its memory is created first and destroyed last.
 class ParseMemoryOwner {
  protected:
   ParseMemory& Memory() noexcept { return memory_; }
@@ -34,7 +33,7 @@ class ParseMemoryOwner {
 
 class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
  public:
-  // An error handler of its own is in place, so errors are thrown whether or not the caller sets another.
+  // Sets its own error handler, so errors are thrown even if the caller sets none.
   QvDomParser();
   ~QvDomParser() override;
   QvDomParser(const QvDomParser&) = delete;
@@ -42,53 +41,51 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
 
   using TreeBuilder::parse;
 
-  // Parses an answer that a server sent. The document is disarmed: nothing external is opened, at most
-  // kMaxEntityExpansions references to entities are followed (character references and the five predefined
-  // names do not count), and memory is limited, as is what the library handles in quadratic time. What is
-  // refused is a SAXParseException like any other, with the place that parsing had reached. `bufferId` is the
-  // system id of error reports, ASCII. The text is read as it is, whatever encoding an XML declaration in it
-  // names; it must outlive this call only.
+  // Parses a server's answer, which is not trusted: nothing external is opened, at most kMaxEntityExpansions
+  // entity references are expanded (character references and the five predefined entities do not count), and
+  // memory is limited, as are the counts that cost quadratic time. Exceeding a limit throws a
+  // SAXParseException with the position that parsing had reached. `bufferId` is the system id of error
+  // reports, ASCII. The encoding that an XML declaration names is ignored. The text must outlive this call
+  // only.
   void ParseHostileText(std::u16string_view text, const char* bufferId);
 
   // Parses the local, regular file of a name in UTF-8. A file URL (file_url.h) names an absolute file; any
-  // other name is the path as it stands, absolute or relative to the current directory. The system id is the
-  // name with "file:///" before it, or as it stands when it is a URL or holds "#" or "?". `reuse` lets the
-  // library use grammars that it keeps. Nothing is fetched from a network; that, and a file that cannot be
-  // opened, is a SAXParseException at line 0. A document that grows beyond kMaxExpansionsOfFile references,
-  // or one of the counts below, is refused as a hostile one is; one beyond kMostBytes of memory fails with
-  // the XML library's OutOfMemoryException. EQvException for names that FileNameToUrl refuses.
+  // other name is an absolute or relative path. The system id is the name with "file:///" before it, or the
+  // unchanged name if it is a URL or contains "#" or "?". `reuse` lets the library use cached grammars.
+  // Access to a network, or a file that cannot be opened, is a SAXParseException at line 0. More than
+  // kMaxExpansionsOfFile references, or one of the counts below, fails as in an answer; more than kMostBytes
+  // of memory fails with the XML library's OutOfMemoryException. EQvException for names that FileNameToUrl
+  // rejects.
   void parse(const char* fileName, bool reuse);
 
-  // Before the parse: the document holds a secret, so what was read is cleared when the parser goes.
+  // Call before the parse of a document with a secret: the destructor then clears the parser's memory.
   void ClearMemoryAtEnd() noexcept { Memory().ClearAtEnd(); }
 
-  // What the parser and its document take; for tests and measurements.
+  // Memory of the parser and its document; for tests and measurements.
   std::size_t BytesInUse() const noexcept { return Memory().BytesInUse(); }
 
-  // The document of the last parse, null node when there is none.
+  // The document of the last parse, or a null node.
   XmlNode Document() const;
-  // False when no element of the document has this name, as far as that is known without looking: a search
-  // for what is not there can be left out.
+  // False if the document certainly has no element of this name, so that a search can be skipped.
   bool MayHold(std::u16string_view elementName) const;
 
-  // Bytes that a text of so many units may cost: at most kMostBytes, or 16 a unit where that is more. The
-  // host may have set less for its thread (xml_memory.h).
+  // The memory limit in bytes for a text of that many units: at most kMostBytes, or 16 per unit if that is
+  // more. The host may have set less for its thread (xml_memory.h).
   static std::size_t MemoryCeilingFor(std::size_t units) noexcept;
 
   static constexpr std::size_t kMaxEntityExpansions = 64;
   static constexpr std::size_t kMaxExpansionsOfFile = 10000;
   static constexpr std::size_t kMostBytes = std::size_t{2} << 30;
-  // The library keeps these in tables of fixed size or in order, so their cost grows with the square of their
-  // number.
+  // The library stores these in hash tables of fixed size or in lists, so the total cost is quadratic.
   static constexpr std::size_t kMaxElementNames = 16384;
   static constexpr std::size_t kMaxAttributesOfElement = 4096;
   static constexpr std::size_t kMaxDeclarations = 4096;
 
-  // As in the base class, but what the exception says outlives the parser.
+  // As in the base class, but the exception's texts outlive the parser.
   void error(unsigned int code, const XMLCh* domain,
              XERCES_CPP_NAMESPACE_QUALIFIER XMLErrorReporter::ErrTypes type, const XMLCh* text,
              const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line, XMLFileLoc column) override;
-  // As in the base class, but a hostile text meets its limits here.
+  // As in the base class, but check the limits of untrusted texts.
   void startElement(
       const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl& declaration, unsigned int uriId,
       const XMLCh* prefix,
@@ -109,7 +106,7 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
  private:
   void ParseBytesOfFile(const std::string& bytes, const WideString& systemId);
   void Disarm(std::size_t units);
-  // Bounds what a small document can grow to.
+  // Limits the expansion of a small document.
   void LimitGrowth(std::size_t expansions);
   bool IsLimited() const noexcept { return maxExpansions_ != 0; }
   void CountDeclaration();

@@ -26,7 +26,7 @@ bool IsSecondHalf(char16_t unit) noexcept {
   return unit >= 0xDC00 && unit < 0xE000;
 }
 
-// The formatter never returns from some lone halves of surrogate pairs and makes no UTF-8 of others.
+// For some lone surrogates the formatter never returns, and it writes invalid UTF-8 for others.
 void RequirePairs(const char16_t* at, const char16_t* end) {
   for (; at != end; ++at) {
     if (IsFirstHalf(*at) && at + 1 != end && IsSecondHalf(at[1]))
@@ -50,7 +50,7 @@ void SerializerOutput::PutAttribute(std::u16string_view text) {
   PutRuns(text, &IsPlainInAttribute, Formatter::AttrEscapes);
 }
 
-// The halves of a surrogate pair are never plain, so no run parts them.
+// Surrogates are never plain, so a run never splits a pair.
 void SerializerOutput::PutRuns(std::u16string_view text, bool (*isPlain)(char16_t unit),
                                Formatter::EscapeFlags escapes) {
   const char16_t* at = text.data();

@@ -1,6 +1,6 @@
-// The way of a serializer's pieces to its target. Most units are plain ASCII, which UTF-8 leaves as it is:
-// they go straight to the target, and the XML library's formatter, which tests unit by unit, gets the rest.
-// The text is the same as if it had got all.
+// Passes a serializer's pieces to its target. Most units are plain ASCII, which is the same in UTF-8: they
+// are written directly, and only the rest goes through the XML library's slower formatter. The text is the
+// same as with the formatter alone.
 #pragma once
 
 #include <string_view>
@@ -17,8 +17,8 @@ class SerializerOutput {
   SerializerOutput(XERCES_CPP_NAMESPACE_QUALIFIER XMLFormatter& formatter, MemBufFormatTarget& target)
       : formatter_(formatter), target_(target) {}
 
-  // Each throws DOMException for half of a surrogate pair.
-  // Markup, names and values that are written as they are. Null is nothing.
+  // Each throws DOMException for half of a surrogate pair. Writes markup, names and values unchanged. Null
+  // writes nothing.
   void Put(const XMLCh* text);
   // With the formatter's escapes for text between tags.
   void PutText(std::u16string_view text);

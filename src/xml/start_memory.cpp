@@ -15,7 +15,7 @@ constexpr std::size_t kAlignment = alignof(std::max_align_t);
 }  // namespace
 
 bool StartMemory::Reserve() noexcept {
-  if (parts_ != 0) return true;  // the library never stopped
+  if (parts_ != 0) return true;  // the library is still started
   if (block_ == nullptr) block_ = static_cast<char*>(::operator new(kBlockSize, std::nothrow));
   used_ = 0;
   return block_ != nullptr;
@@ -48,7 +48,7 @@ void* StartMemory::allocate(XMLSize_t size) {
   return bytes;
 }
 
-// Null when the block has no room.
+// Null if the block has no room.
 void* StartMemory::TakeFromBlock(std::size_t size) noexcept {
   if (size >= kBlockSize - used_) return nullptr;
   void* bytes = block_ + used_;

@@ -1,7 +1,7 @@
-// The memory manager of the started XML library. The library does not survive a refused allocation while it
-// starts or stops, so that is served from one block reserved beforehand; everything else is operator new.
-// Reserve, GiveBack and Serving belong to whoever starts and stops the library, one thread at a time; the
-// rest: any thread. Failure: the XML library's OutOfMemoryException.
+// The memory manager of the started XML library. The library does not survive a failed allocation while it
+// starts or stops, so those allocations come from one block reserved beforehand; all others use operator new.
+// Only the code that starts and stops the library uses Reserve, GiveBack and Serving, on one thread at a
+// time; the rest: any thread. Failure: the XML library's OutOfMemoryException.
 #pragma once
 
 #include <atomic>
@@ -17,13 +17,13 @@ namespace qv {
 
 class StartMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
  public:
-  // Makes the block ready for a start and the stop after it. False when the system has no memory for it.
+  // Allocates the block for a start and the stop after it. False for lack of memory.
   bool Reserve() noexcept;
   // Frees the block, unless parts of it are in use: a program that starts the XML library itself may keep it
-  // running beyond our stop. Then the block stays, and this module stays loaded for it.
+  // running after our stop. Then the block stays, and so does this module.
   void GiveBack() noexcept;
 
-  // While one lives, requests of its thread are served from the block as long as it has room.
+  // While one exists, requests of its thread are served from the block as long as it has room.
   class Serving {
    public:
     explicit Serving(StartMemory& memory) noexcept;
@@ -39,7 +39,7 @@ class StartMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   void* allocate(XMLSize_t size) override;
   void deallocate(void* bytes) override;
 
-  // A start takes 743 kB of it with the version that Debian 12 has. Pages that are not touched cost nothing.
+  // A start uses 743 kB with the version of Debian 12. Untouched pages cost nothing.
   static constexpr std::size_t kBlockSize = std::size_t{1} << 20;
 
  private:
@@ -47,7 +47,7 @@ class StartMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
 
   char* block_ = nullptr;
   std::size_t used_ = 0;
-  std::atomic<std::size_t> parts_{0};  // cut from the block and not given back
+  std::atomic<std::size_t> parts_{0};  // allocated from the block and not yet freed
   std::atomic<std::thread::id> served_{};
   std::optional<ModuleLock> lock_;
 };

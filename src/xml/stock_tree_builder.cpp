@@ -1,5 +1,4 @@
-// Stands in for tree_builder.cpp where QV_STOCK_TREE_BUILDER is set: every node is built by the library's own
-// code.
+// Replaces tree_builder.cpp if QV_STOCK_TREE_BUILDER is set: the XML library's code builds every node.
 #include "xml/tree_builder.h"
 
 namespace qv {

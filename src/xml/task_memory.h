@@ -1,5 +1,5 @@
-// The memory of one task of the XML library. What the library forgets to give back when it is refused more in
-// the middle of a constructor goes with this object. One thread; outlives all that was made from it.
+// The memory of one task of the XML library. The library leaks when an allocation inside a constructor fails;
+// the destructor frees such memory. One thread; must outlive all objects created with it.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ class TaskMemory : public xercesc::MemoryManager {
   void deallocate(void* bytes) override;
 
  private:
-  // In front of every part that is handed out.
+  // The header of every allocated part.
   struct alignas(std::max_align_t) Part {
     Part* previous;
     Part* next;

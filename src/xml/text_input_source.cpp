@@ -24,7 +24,7 @@ bool IsLowSurrogate(char16_t unit) noexcept {
   return (unit & 0xFC00) == 0xDC00;
 }
 
-// True for a surrogate at `index` that has its partner beside it.
+// True for a surrogate at `index` that is part of a pair.
 bool IsPaired(std::u16string_view text, std::size_t index) noexcept {
   if (IsHighSurrogate(text[index])) return index + 1 < text.size() && IsLowSurrogate(text[index + 1]);
   return index > 0 && IsHighSurrogate(text[index - 1]);

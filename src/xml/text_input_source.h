@@ -1,7 +1,7 @@
-// A text of 16-bit units as the XML library reads it, without a copy and without a conversion to bytes. The
-// encoding is fixed, so whatever an XML declaration in the text claims is not believed. A byte order mark in
-// front is left out, and a lone surrogate reads as U+FFFD, as everywhere where text becomes bytes. Borrowed:
-// the text must outlive the source and every stream of it. Used by one thread.
+// A text of 16-bit units as the XML library's input, without a copy and without a conversion to bytes. The
+// encoding is fixed, so the one that an XML declaration names is ignored. A leading byte order mark is
+// skipped, and a lone surrogate reads as U+FFFD, as in ToUtf8. The text is borrowed: it must outlive the
+// source and every stream of it. Used by one thread.
 #pragma once
 
 #include <string_view>
@@ -12,7 +12,7 @@ namespace qv {
 
 class TextInputSource : public XERCES_CPP_NAMESPACE_QUALIFIER InputSource {
  public:
-  // `systemId` is what error reports name. `manager` pays for its copy and for the streams.
+  // `systemId` appears in error reports. `manager` allocates its copy and the streams.
   TextInputSource(std::u16string_view text, const char16_t* systemId,
                   XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager* manager);
 

@@ -20,7 +20,7 @@ xc::DOMChildNode& LinksOf(xc::DOMNode* child) {
   return *xc::castToChildImpl(child);
 }
 
-// Links a new node behind the last child. The library keeps the last child as the first one's previous
+// Links a new node after the last child. The library keeps the last child as the first one's previous
 // sibling.
 void Append(xc::DOMNode* parent, xc::DOMParentNode& parentPart, xc::DOMNode* child,
             xc::DOMNodeImpl& childPart, xc::DOMChildNode& childLinks) {
@@ -59,7 +59,7 @@ void TreeBuilder::startDocument() {
   XercesDOMParser::startDocument();
 }
 
-// Looking up a name in the document's table is the dearest part of making an element.
+// Looking up a name in the document's table is the most expensive part of creating an element.
 xc::DOMElement* TreeBuilder::NewElement(const xc::XMLElementDecl& declaration) {
   KnownName& known = knownNames_[declaration.getId() % kKnownNames];
   if (known.declaration == &declaration) {

@@ -1,8 +1,7 @@
-// The library's parser with a faster way to build the library's own nodes: the nodes that make up nearly
-// every document (elements, attributes, text) are linked through their known types. The library finds the
-// parts of each node by run-time casts instead, which is where most of its time goes. Documents come out the
-// same; whatever is rarer (comments, references to entities, attributes with declarations) goes to the
-// library's code.
+// The library's parser with a faster way to build the library's own nodes: nearly all nodes are elements,
+// attributes and text, which are linked through their known types. The library spends most of its time on
+// run-time casts for this. The document is the same; the library's code handles rarer cases (comments,
+// references to entities, attributes with declarations).
 #pragma once
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
@@ -24,12 +23,12 @@ class TreeBuilder : public XERCES_CPP_NAMESPACE_QUALIFIER XercesDOMParser {
   void docCharacters(const XMLCh* units, XMLSize_t length, bool isCData) override;
 
  protected:
-  // An attribute with a copy of its name: the library's table of names has 257 places, so a document in which
-  // every attribute has another name would take time by the square of its length.
+  // An attribute with a copy of its name: the library's hash table of names has 257 buckets, so a document in
+  // which every attribute has another name would take quadratic time.
   XERCES_CPP_NAMESPACE_QUALIFIER DOMAttr* createAttr(const XMLCh* name) override;
 
  private:
-  // The document's own copy of the name of a declaration that came up lately.
+  // The document's copy of the name of a recently used declaration.
   struct KnownName {
     const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl* declaration;
     const XMLCh* name;

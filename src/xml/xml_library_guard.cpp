@@ -13,7 +13,7 @@ namespace {
 
 namespace xc = XERCES_CPP_NAMESPACE;
 
-// Runs a start or stop and gives each of its failures the words that callers know.
+// Runs a start or stop and turns each failure into an EQvException with the documented message.
 void RunControl(void (*function)(), const char16_t* otherFailure) {
   try {
     function();
@@ -34,7 +34,7 @@ XmlLibraryGuard& XmlLibraryGuard::Process() {
 XmlLibraryGuard::~XmlLibraryGuard() {
   try {
     while (Count() > 0) Release();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): the process ends, or the test does
+  } catch (...) {  // NOLINT(bugprone-empty-catch): at the end of the process or of a test
   }
 }
 
@@ -45,8 +45,8 @@ void XmlLibraryGuard::Acquire() {
   ++count_;
 }
 
-// Counts without the lock while the library is up. A compare-and-swap, since another thread may take the
-// count to 0 between a plain test and the increment.
+// Counts without the lock while the library is started. A compare-and-swap, since another thread may
+// decrement to 0 between a test and the increment.
 bool XmlLibraryGuard::CountIfRunning() noexcept {
   std::int32_t seen = count_.load();
   while (seen != 0) {
@@ -58,7 +58,7 @@ bool XmlLibraryGuard::CountIfRunning() noexcept {
 void XmlLibraryGuard::Release() {
   if (count_.load() <= 0) return;
   const std::lock_guard<std::mutex> lock(mutex_);
-  if (count_.load() <= 0) return;  // another thread released the last use while this one waited
+  if (count_.load() <= 0) return;  // another thread released the last count meanwhile
   if (--count_ == 0) Stop();
 }
 
@@ -91,7 +91,7 @@ XmlLibraryHold::XmlLibraryHold() {
 XmlLibraryHold::~XmlLibraryHold() {
   try {
     XmlLibraryGuard::Process().Release();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): a holder that goes has no way to use the news
+  } catch (...) {  // NOLINT(bugprone-empty-catch): a destructor cannot report it
   }
 }
 

@@ -1,6 +1,6 @@
-// The counted start and stop of the XML library. The library is up exactly while the count is above 0, so
-// every parser, document and exception text of the XML library must be gone before the last release. Threads:
-// any. Failure: EQvException with code 0, see Acquire and Release.
+// The counted start and stop of the XML library. The library is started exactly while the count is above 0,
+// so every parser, document and exception text of the XML library must be destroyed before the last release.
+// Threads: any. Failure: EQvException with code 0, see Acquire and Release.
 #pragma once
 
 #include <atomic>
@@ -9,7 +9,7 @@
 
 namespace qv {
 
-// What starts and stops the library. Either function may throw.
+// The functions that start and stop the library. Either may throw.
 struct XmlLibraryControl {
   void (*start)();
   void (*stop)();
@@ -18,7 +18,7 @@ struct XmlLibraryControl {
 class XmlLibraryGuard {
  public:
   explicit XmlLibraryGuard(XmlLibraryControl control) noexcept : control_(control) {}
-  // Releases until the count is 0; a stop that fails ends that, since nobody is left to hear of it.
+  // Releases until the count is 0, or until a stop fails, which nobody can handle here.
   ~XmlLibraryGuard();
   XmlLibraryGuard(const XmlLibraryGuard&) = delete;
   XmlLibraryGuard& operator=(const XmlLibraryGuard&) = delete;
@@ -26,12 +26,13 @@ class XmlLibraryGuard {
   // The one instance for the real library (xml_library_start.h), built on first use.
   static XmlLibraryGuard& Process();
 
-  // Starts the library if the count is 0, and counts. A start that throws XMLException gives an EQvException
-  // with its message, any other "Xerces initialization failed."; the count stays as it was.
+  // Starts the library if the count is 0, then increments. If the start throws XMLException, throws
+  // EQvException with its message; for any other, with "Xerces initialization failed."; the count is then
+  // unchanged.
   void Acquire();
-  // Does nothing with a count of 0. Else counts down and stops the library at 0. A stop that throws
-  // XMLException gives an EQvException with its message, any other "Xerces termination failed."; the count
-  // stays as it was.
+  // Does nothing if the count is 0. Else decrements and stops the library at 0. If the stop throws
+  // XMLException, throws EQvException with its message; for any other, with "Xerces termination failed."; the
+  // count is then unchanged.
   void Release();
 
   std::int32_t Count() const noexcept { return count_.load(); }
@@ -45,8 +46,8 @@ class XmlLibraryGuard {
   std::atomic<std::int32_t> count_{0};
 };
 
-// Holds the library up for a scope. The destructor passes a failed stop on, unless another exception is under
-// way.
+// Keeps the library started for a scope. The destructor throws if the stop fails, unless another exception is
+// being handled.
 class XmlLibraryGuardScope {
  public:
   explicit XmlLibraryGuardScope(XmlLibraryGuard& guard = XmlLibraryGuard::Process());

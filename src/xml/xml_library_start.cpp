@@ -15,7 +15,7 @@ namespace xc = XERCES_CPP_NAMESPACE;
 
 struct StartFailure {};
 
-// The default one ends the process.
+// The default handler ends the process.
 class ThrowingPanicHandler : public xc::PanicHandler {
  public:
   void panic(PanicReasons /*reason*/) override { throw StartFailure(); }
@@ -26,8 +26,8 @@ struct Lent {
   StartMemory memory;
 };
 
-// What the XML library is lent while it is started. Never destroyed: the process's guard may stop the library
-// while static objects are destroyed.
+// What the started XML library borrows. Never destroyed, since the process's guard may stop the library
+// during the destruction of static objects.
 Lent& ToLibrary() {
   alignas(Lent) static unsigned char place[sizeof(Lent)];
   static Lent& lent = *new (place) Lent;
@@ -42,7 +42,7 @@ void Initialize() {
                                      &ToLibrary().memory);
   } catch (...) {
     failedInside = true;
-    LockModule();  // the library keeps what it was lent
+    LockModule();  // the library keeps using the borrowed objects
     throw;
   }
 }

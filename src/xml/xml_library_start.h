@@ -3,9 +3,9 @@
 
 namespace qv {
 
-// Throws what the XML library throws, std::bad_alloc when the system has no memory for a start, which can be
-// tried again. A start that fails inside the XML library leaves it half started, and neither a second start
-// nor a stop would survive that: from then on each call throws, and this module stays loaded.
+// Throws the XML library's exceptions, or std::bad_alloc for lack of memory before the start, which can be
+// tried again. A start that fails inside the XML library leaves it half started, and a second start or a stop
+// would crash: from then on each call throws, and this module stays loaded.
 void StartXmlLibrary();
 void StopXmlLibrary();
 

@@ -17,7 +17,7 @@ std::u16string_view ViewOf(const XMLCh* units) {
   return units == nullptr ? std::u16string_view() : std::u16string_view(units);
 }
 
-// The names that are asked for are short; those that are not cost an allocation.
+// Most requested names are short; longer ones need an allocation.
 class TerminatedName {
  public:
   explicit TerminatedName(std::u16string_view name) {

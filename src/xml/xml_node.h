@@ -1,6 +1,6 @@
-// A node of a parsed document, as the rooms above see it: a few operations, no XML library type.
-// A null XmlNode stands for "no node"; every operation on it gives null, empty or 0.
-// Borrowed: a node and its views live as long as the parser that made the document.
+// A node of a parsed document, for other directories: a few operations, no XML library type. A null XmlNode
+// means "no node"; every operation on it returns null, empty or 0. Borrowed: a node and its views are valid
+// as long as the parser of the document exists.
 #pragma once
 
 #include <string_view>
@@ -22,17 +22,17 @@ class XmlNode {
   explicit XmlNode(const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* node) noexcept : node_(node) {}
 
   bool IsNull() const noexcept { return node_ == nullptr; }
-  int NodeType() const;               // one of Type or another DOM number; kNone for a null node
+  int NodeType() const;               // a Type or another DOM number; kNone for a null node
   std::u16string_view Name() const;   // the qualified name
-  std::u16string_view Value() const;  // empty when the node has none
-  bool HasValue() const;              // false for a node whose value is null (an element, say)
+  std::u16string_view Value() const;  // empty if the node has none
+  bool HasValue() const;              // false for a node whose value is null, such as an element
   XmlNode FirstChild() const;
   XmlNode LastChild() const;
   XmlNode NextSibling() const;
   XmlNode Parent() const;
-  bool HasAttributeMap() const;  // true for elements, also for those without attributes
-  XmlNode Attribute(std::u16string_view qualifiedName) const;  // null when absent
-  // The XML library's own node, for the files of this room.
+  bool HasAttributeMap() const;                                // true for elements, even without attributes
+  XmlNode Attribute(std::u16string_view qualifiedName) const;  // null if absent
+  // The XML library's node, for the files of this directory.
   const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* DomNode() const noexcept { return node_; }
 
  private:
@@ -47,7 +47,7 @@ inline bool operator!=(const XmlNode& a, const XmlNode& b) noexcept {
   return !(a == b);
 }
 
-// The first child that is a text; null when there is none.
+// The first text child; null if there is none.
 XmlNode FirstTextChild(const XmlNode& node);
 
 // The text that a formater reads: the first text child's value; with no text child the value of the last

@@ -81,12 +81,12 @@ void PutComment(Output& out, const xc::DOMNode* node) {
   PutBetween(out, u"<!--", node->getNodeValue(), u"-->");
 }
 
-// It is the value that stands behind the keyword, which a document type does not have.
+// After the keyword comes the node's value, which a document type does not have.
 void PutDocumentType(Output& out, const xc::DOMNode* node) {
   const auto* type = static_cast<const xc::DOMDocumentType*>(node);
   PutBetween(out, u"<!DOCTYPE ", node->getNodeValue(), nullptr);
   const XMLCh* publicId = type->getPublicId();
-  if (publicId != nullptr && *publicId == 0) publicId = nullptr;  // so the parser says that there is none
+  if (publicId != nullptr && *publicId == 0) publicId = nullptr;  // the parser's form of no public id
   PutQuoted(out, u" PUBLIC ", publicId);
   PutQuoted(out, publicId == nullptr ? u" SYSTEM " : u" ", type->getSystemId());
   if (type->getInternalSubset() != nullptr) PutBetween(out, u"[", type->getInternalSubset(), u"]");
@@ -125,7 +125,7 @@ bool IsDocument(const xc::DOMNode* node) {
   return node->getNodeType() == xc::DOMNode::DOCUMENT_NODE;
 }
 
-// Closes the nodes that end here and gives the one that comes next; null behind `top`.
+// Closes the nodes that end here and returns the next one; null after `top`.
 const xc::DOMNode* NextInOrder(Output& out, const xc::DOMNode* node, const xc::DOMNode* top) {
   for (;;) {
     FormOf(node).close(out, node);
@@ -137,7 +137,7 @@ const xc::DOMNode* NextInOrder(Output& out, const xc::DOMNode* node, const xc::D
   }
 }
 
-// Without recursion: a document may be deeper than the stack.
+// No recursion, since a document may be deeper than the stack.
 void WriteTree(Output& out, const xc::DOMNode* top) {
   const xc::DOMNode* node = top;
   do {
@@ -151,7 +151,7 @@ void WriteTree(Output& out, const xc::DOMNode* top) {
 }  // namespace
 
 WideString CXMLSerializer::Serialize(const XmlNode& node) {
-  TaskMemory memory;  // the formatter forgets the name of its encoding when there is no memory for the rest
+  TaskMemory memory;  // the formatter leaks the name of its encoding if its constructor fails
   try {
     MemBufFormatTarget target(std::make_unique<xc::XMLBuffer>(MemBufFormatTarget::kCapacity));
     formatter_ = std::make_unique<Formatter>(encoding_, &target, Formatter::NoEscapes,

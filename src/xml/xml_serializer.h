@@ -1,4 +1,4 @@
-// Turns a node and all below it back into text.
+// Serializes a node and its descendants.
 #pragma once
 
 #include <memory>
@@ -10,10 +10,9 @@
 
 namespace qv {
 
-// The text is UTF-8 with every byte in a unit of its own: readers in the field put the bytes together again.
-// Comments, CDATA sections, processing instructions and references to entities stay; an element without
-// children is written with "/>"; nothing is written for the XML declaration. Used on one thread, with the
-// library started (XmlLibraryGuardScope).
+// The text is UTF-8 with one byte in each unit; deployed readers reassemble the bytes. Comments, CDATA
+// sections, processing instructions and entity references stay; an element without children ends with "/>";
+// the XML declaration is omitted. Used on one thread, with the library started (XmlLibraryGuardScope).
 class CXMLSerializer {
  public:
   CXMLSerializer() = default;
@@ -21,9 +20,8 @@ class CXMLSerializer {
   CXMLSerializer(const CXMLSerializer&) = delete;
   CXMLSerializer& operator=(const CXMLSerializer&) = delete;
 
-  // A line feed stands at the end, and one behind each child of a document. "Serializetion FAILED"
-  // (EQvException, code 0) for whatever goes wrong: a node that cannot stand alone, such as an attribute or a
-  // null node, text that has no UTF-8 form, or no memory.
+  // A line feed is at the end, and after each child of a document. Any failure is "Serializetion FAILED"
+  // (EQvException, code 0): an attribute or a null node, text that has no UTF-8 form, or lack of memory.
   WideString Serialize(const XmlNode& node);
 
  private:

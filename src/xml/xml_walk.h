@@ -1,4 +1,4 @@
-// A walk over a document in document order that keeps no stack, so that depth costs nothing.
+// Iterates over a document in document order without a stack, so its depth needs no memory.
 #pragma once
 
 #include "xml/xml_node.h"
@@ -7,9 +7,9 @@ namespace qv {
 
 class XmlWalk {
  public:
-  // Starts at `root`, which may be null; never leaves what is below it.
+  // Starts at `root`, which may be null; visits only it and its descendants.
   explicit XmlWalk(const XmlNode& root) : root_(root), node_(root) {}
-  // Null when the walk is over.
+  // Null at the end.
   const XmlNode& Node() const { return node_; }
   void Next();
 
@@ -18,7 +18,7 @@ class XmlWalk {
   XmlNode node_;
 };
 
-// The element of a document node; null when there is none.
+// The element of a document node; null if there is none.
 XmlNode DocumentElement(const XmlNode& document);
 
 }  // namespace qv
