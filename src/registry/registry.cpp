@@ -12,7 +12,7 @@ namespace {
 constexpr const char* kBelowConfigDirectory = "/quorvane/registry.reg";
 constexpr const char* kInstalledFile = QV_SHARE_DIR "/registry.reg";
 
-// Empty when the variable is not there, or when the program runs with the rights of another user.
+// Empty if the variable is not set, or if the program runs with another user's rights (setuid).
 std::string Variable(const char* name) {
   const char* text = secure_getenv(name);
   return text != nullptr ? text : std::string();
@@ -47,7 +47,7 @@ std::vector<RegistryLayer> ReadRegistry() {
   return layers;
 }
 
-// No memory is not the same as no value.
+// Lack of memory must not look like a missing value.
 WideString ReadRegistryValue(const WideString& key) {
   return ReadRegistryValue(key, WideString());
 }

@@ -37,7 +37,7 @@ int Flush(int file) noexcept {
   return result == 0 ? 0 : errno;
 }
 
-// Root leaves a user's file to the user; others cannot give a file away.
+// When root writes, the user stays the owner; others cannot change the owner.
 bool KeepOwner(int file, const struct stat& old) noexcept {
   return geteuid() != 0 || fchown(file, old.st_uid, old.st_gid) == 0;
 }
@@ -53,7 +53,7 @@ std::string BehindLinks(const std::string& path) {
   return real != nullptr ? std::string(real.get()) : path;
 }
 
-// A file beside the target that takes its place by Commit, or goes.
+// A new file in the target's directory: Commit renames it to the target; else the destructor removes it.
 class FreshFile {
  public:
   explicit FreshFile(const std::string& target)
@@ -65,7 +65,7 @@ class FreshFile {
   }
 
   int OpenError() const noexcept { return !file_.IsOpen() ? openError_ : 0; }
-  // `old` is the file whose place is taken, or null.
+  // `old` is the replaced file, or null.
   int Fill(std::string_view bytes, const struct stat* old) noexcept {
     const int error = WriteAll(file_.Get(), bytes);
     if (error != 0) return error;
@@ -85,7 +85,7 @@ class FreshFile {
   bool committed_ = false;
 };
 
-// The new file is in its place already; that its name outlives a loss of power is the best that can be done.
+// The new file is already in place; syncing makes its name survive a loss of power where possible.
 void FlushDirectory(const std::string& directory) noexcept {
   const UniqueDescriptor opened(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (opened.IsOpen()) Flush(opened.Get());

@@ -17,7 +17,7 @@ bool SameKey(std::u16string_view a, std::u16string_view b) noexcept {
                     [](char16_t left, char16_t right) { return ToAsciiUpper(left) == ToAsciiUpper(right); });
 }
 
-// Gathers entries; a key that comes again gets its new value in its old place.
+// Collects entries; a repeated key keeps its position and gets the new value.
 class EntryList {
  public:
   void EnterSection(std::string_view key) {
@@ -56,7 +56,7 @@ bool IsValue(const RegistryLine& line) noexcept {
   return IsNamed(line) || line.kind == RegistryLineKind::kText || line.kind == RegistryLineKind::kNoText;
 }
 
-// An empty name stands for the key's own value.
+// An empty name means the key's own value.
 bool IsValueOf(const RegistryLine& line, const WideString& name) {
   if (name.IsEmpty()) return IsValue(line) && !IsNamed(line);
   return IsNamed(line) && SameKey(FromUtf8(line.name).view(), name.view());
@@ -64,8 +64,8 @@ bool IsValueOf(const RegistryLine& line, const WideString& name) {
 
 // The last section of a key, and all lines that hold the value of one name.
 struct KeyPlaces {
-  std::size_t sectionEnd = kNone;  // byte offset behind the section's line
-  std::size_t valuesEnd = kNone;   // and behind the last value of any name in it
+  std::size_t sectionEnd = kNone;  // byte offset after the section's line
+  std::size_t valuesEnd = kNone;   // and after the last value of any name in it
   std::vector<RegistryLine> values;
 };
 
@@ -92,13 +92,13 @@ std::string Quoted(const WideString& value) {
   return text += '"';
 }
 
-// Empty for the key alone.
+// Empty for a key without a value.
 std::string ValueText(const RegistryValue& value) {
   if (value.value.IsNull()) return {};
   return (value.name.IsEmpty() ? "@" : Quoted(value.name)) + "=" + Quoted(value.value);
 }
 
-// New lines end as the file's first one does.
+// New lines have the line end of the file's first one.
 std::string_view LineEndOf(std::string_view bytes) noexcept {
   const std::size_t lineFeed = bytes.find('\n');
   return lineFeed != kNone && lineFeed > 0 && bytes[lineFeed - 1] == '\r' ? "\r\n" : "\n";
@@ -139,7 +139,7 @@ bool IsSectionOf(const RegistryLine& line, const WideString& key) {
   return line.kind == RegistryLineKind::kSection && SameKey(FromUtf8(line.key).view(), key.view());
 }
 
-// Which lines are the key's own value.
+// The lines of the key's own value.
 std::vector<bool> OwnValues(const std::vector<RegistryLine>& lines, const WideString& key) {
   std::vector<bool> own(lines.size(), false);
   bool inside = false;
@@ -150,18 +150,18 @@ std::vector<bool> OwnValues(const std::vector<RegistryLine>& lines, const WideSt
   return own;
 }
 
-// Whether nothing but blank lines stays in the section that begins at this line.
+// Whether only blank lines are left in the section that begins at this line.
 bool IsLeftEmpty(const std::vector<RegistryLine>& lines, const std::vector<bool>& goes, std::size_t section) {
   for (std::size_t i = section + 1; i < lines.size() && lines[i].kind != RegistryLineKind::kSection; ++i)
     if (!goes[i] && lines[i].kind != RegistryLineKind::kBlank) return false;
   return true;
 }
 
-// The lines that do not go. The blank line before a section goes with it.
+// The lines that are kept. The blank line before a removed section is removed too.
 std::string Remaining(std::string_view bytes, const std::vector<RegistryLine>& lines,
                       const std::vector<bool>& goes) {
   std::string text;
-  std::string_view blank;  // the line before, when it is a blank one: not yet in `text`
+  std::string_view blank;  // the previous line, if blank; not yet in `text`
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const RegistryLine& line = lines[i];
     if (!(goes[i] && line.kind == RegistryLineKind::kSection)) text.append(blank);
@@ -209,7 +209,7 @@ std::string WithRegistryValue(std::string_view bytes, const WideString& key, con
   return WithRegistryValue(bytes, {key, WideString(), value.IsNull() ? WideString(u"") : value});
 }
 
-// The key's own value stands first in its section, new named ones behind the others.
+// The key's own value is first in its section; new named ones are last.
 std::string WithRegistryValue(std::string_view bytes, const RegistryValue& value) {
   const KeyPlaces places = PlacesOf(value.key, value.name, bytes);
   const std::string text = ValueText(value);

@@ -13,7 +13,7 @@
 namespace qv {
 namespace {
 
-// Reasons to try the next file: this one is out of reach. A full disk is not among them.
+// Errors after which the next file is tried, since this one cannot be reached. A full disk is not one.
 constexpr int kOutOfReach[] = {EACCES, EPERM, EROFS, ENOENT, ENOTDIR};
 
 bool IsOutOfReach(int error) noexcept {
@@ -24,7 +24,7 @@ bool IsControl(char16_t unit) noexcept {
   return unit < 0x20 || (unit >= 0x7F && unit <= 0x9F);
 }
 
-// A lone surrogate would come back as another text.
+// A lone surrogate would be read back as another text.
 void RequireWritable(const WideString& text, const std::string& name) {
   const std::u16string_view units = text.view();
   if (std::any_of(units.begin(), units.end(), IsControl))
@@ -37,7 +37,7 @@ void RequireKey(const WideString& key) {
   RequireWritable(key, "key");
 }
 
-// A file that may be edited: its bytes are whole and its form is right.
+// A file that may be edited: completely read and valid.
 struct SoundFile {
   std::string bytes;
   RegistryContent content;
@@ -124,7 +124,7 @@ std::string WriteToRegistry(const std::vector<RegistryPlace>& places,
     const int error = Save(place, WithValues(file.bytes, values));
     if (error == 0) return place.path;
     const std::string reason = place.path + ": " + SystemErrorText(error);
-    // A file that has the key already would go on hiding what stands in the next one.
+    // A file that has the key already would hide the value in the next one.
     const bool hides = std::any_of(values.begin(), values.end(),
                                    [&](const RegistryValue& value) { return file.Has(value); });
     const bool mayPassOver = place.kind != RegistryPlaceKind::kNamed && IsOutOfReach(error) && !hides;

@@ -10,9 +10,9 @@
 namespace qv {
 
 enum class RegistryPlaceKind {
-  kNamed,      // asked for by name, so never passed over when it cannot be written
-  kUser,       // its directory is made when missing
-  kInstalled,  // passed over when its directory is missing or forbidden
+  kNamed,      // named by QV_REGISTRY, so never skipped if it cannot be written
+  kUser,       // its directory is created if missing
+  kInstalled,  // skipped if its directory is missing or not writable
 };
 
 struct RegistryPlace {

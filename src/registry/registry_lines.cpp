@@ -15,7 +15,7 @@ constexpr std::string_view kNeverInHeading = "[@\"=";
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr const char* kNotClosed = "the quote is not closed";
 
-// The names that a section may begin with, and the keys that they stand for.
+// The names that a section may begin with, and their keys.
 struct Root {
   std::string_view name;
   std::string_view key;
@@ -28,7 +28,7 @@ std::string_view Trimmed(std::string_view text) noexcept {
   return text.substr(first, text.find_last_not_of(kBlank) + 1 - first);
 }
 
-// The root's name in any case, alone or before a "\".
+// The root's name, ignoring case, alone or before a "\".
 bool IsBelow(std::string_view root, std::string_view name) noexcept {
   if (name.size() < root.size()) return false;
   for (std::size_t i = 0; i < root.size(); ++i)
@@ -49,7 +49,7 @@ std::string KeyOf(const Root& root, std::string_view name) {
   return key.append(rest);
 }
 
-// Where the quote that opens `text` is closed.
+// The position of the quote that closes the one at the start of `text`.
 std::size_t ClosingQuote(std::string_view text) noexcept {
   for (std::size_t at = 1; at < text.size(); ++at) {
     if (text[at] == '"') return at;
@@ -58,7 +58,7 @@ std::size_t ClosingQuote(std::string_view text) noexcept {
   return kNone;
 }
 
-// Null, or what is wrong with the quoted text.
+// Null, or the problem of the quoted text.
 const char* Unquote(std::string_view quoted, std::string& text) {
   const std::size_t end = ClosingQuote(quoted);
   if (end == kNone) return kNotClosed;
@@ -131,8 +131,8 @@ class LineReader {
     if (!isRoot_) line.kind = isText ? RegistryLineKind::kText : RegistryLineKind::kNoText;
   }
 
-  // Only its end has to be found: what is wrong inside is another program's, and no reason to refuse the
-  // file.
+  // Only the end of the value must be found. Invalid content may belong to another program and does not
+  // damage the file.
   void ReadNamedValue(std::string_view content, RegistryLine& line) {
     const std::size_t nameEnd = ClosingQuote(content);
     if (nameEnd == kNone) Fail(kNotClosed);
@@ -146,7 +146,7 @@ class LineReader {
     line.kind = isWhole ? RegistryLineKind::kNamedText : RegistryLineKind::kNamedOther;
   }
 
-  // What follows the "=", never empty.
+  // The text after the "="; never empty.
   std::string_view ValueBehind(std::string_view rest) const {
     rest = Trimmed(rest);
     if (rest.empty() || rest[0] != '=') Fail("a value without \"=\"");
@@ -156,7 +156,7 @@ class LineReader {
     return value;
   }
 
-  // Lists of bytes run over several lines, each but the last ending in "\".
+  // A list of bytes may have several lines; each but the last ends in "\".
   void TakeContinuations(std::string_view value) {
     while (!value.empty() && value.back() == '\\') {
       if (at_ == bytes_.size()) Fail("the value is not complete");
@@ -166,7 +166,7 @@ class LineReader {
 
   std::string_view bytes_;
   std::size_t at_ = 0;
-  std::size_t number_ = 0;  // of the line taken last, from 1
+  std::size_t number_ = 0;  // of the current line, from 1
   bool hasSection_ = false;
   bool isRoot_ = false;
 };

@@ -1,6 +1,6 @@
-// A registry file's text as lines, each told what it is: what reading and editing have in common. The form
-// stands in qvscriptwells/registry.h. Beyond it are accepted: a byte order mark, CR LF, blanks around the
-// parts of a line, one heading as first line, and values that are no texts.
+// Splits a registry file's text into lines and classifies each, for reading and editing. The format is
+// described in qvscriptwells/registry.h. Also accepted: a byte order mark, CR LF, blanks around the parts of
+// a line, one heading as first line, and values other than texts.
 #pragma once
 
 #include <cstddef>
@@ -22,25 +22,25 @@ enum class RegistryLineKind {
 };
 
 struct RegistryLine {
-  std::size_t begin = 0;  // byte offsets in the file; `end` lies behind the line end
-  std::size_t end = 0;    // and behind the lines that continue this one
+  std::size_t begin = 0;  // byte offsets in the file; `end` is after the line end
+  std::size_t end = 0;    // and after the lines that continue this one
   RegistryLineKind kind = RegistryLineKind::kKept;
-  std::string key;   // of a kSection, below HKEY_LOCAL_MACHINE; UTF-8 as the next two
-  std::string name;  // of a kNamedText or kNamedOther; empty when it cannot be read
+  std::string key;   // of a kSection, below HKEY_LOCAL_MACHINE; UTF-8, like the next two
+  std::string name;  // of a kNamedText or kNamedOther; empty if it cannot be read
   std::string text;  // of a kText or kNamedText
 };
 
-// What the sections of a file begin with.
+// The start of each section name.
 inline constexpr std::string_view kLocalMachine = "HKEY_LOCAL_MACHINE";
 
-// what() is such as "line 3: the quote is not closed".
+// what() is a text such as "line 3: the quote is not closed".
 class RegistryDamage : public std::runtime_error {
  public:
   RegistryDamage(std::size_t line, const char* reason)
       : std::runtime_error("line " + std::to_string(line) + ": " + reason) {}
 };
 
-// Throws RegistryDamage for the first line that is wrong. Any thread.
+// Throws RegistryDamage for the first invalid line. Any thread.
 std::vector<RegistryLine> ReadRegistryLines(std::string_view bytes);
 
 }  // namespace qv
