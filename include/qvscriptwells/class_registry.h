@@ -61,7 +61,8 @@ HRESULT ProgIDFromCLSID(const Guid& classId, WideString* progId) noexcept;
 // CO_E_CLASSSTRING, and all zero, for another text; E_POINTER.
 HRESULT CLSIDFromString(const WideString& text, Guid* classId) noexcept;
 
-// Starts an object that offers IRunnableObject; S_OK for one that does not. E_POINTER for null.
+// Starts an object that offers IRunnableObject, and returns the code of its Run; S_OK for one that does not.
+// E_POINTER for null.
 HRESULT OleRun(IUnknown* object);
 
 // A new, started object of the class. Throws `_com_error` without a message if that fails.

@@ -17,9 +17,9 @@ namespace qv {
 // says (ISupportErrorInfo) that this interface leaves records; else the record stays.
 [[noreturn]] void _com_issue_errorex(HRESULT code, IUnknown* object, const Guid& iid);
 
-// Does nothing for success; otherwise throws, with this thread's error record if there is one. Failures found
-// by Invoke or VariantChangeType themselves leave none. The usual way for a C++ host to call this library's
-// objects, whose operations clear the record when they start:
+// Does nothing for success; otherwise throws `_com_error`, with this thread's error record if there is one.
+// Failures found by Invoke or VariantChangeType themselves leave none. The usual way for a C++ host to call
+// this library's objects, whose operations clear the record when they start:
 //   ThrowIfFailed(model->CloseUserSession());
 void ThrowIfFailed(HRESULT code);
 // The same for objects of any origin; calls _com_issue_errorex.

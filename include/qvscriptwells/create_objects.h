@@ -1,6 +1,7 @@
 // Creates the objects of objects.h, a new one on each call. Failure throws `_com_error` (com_error.h). Lack
 // of memory throws `std::bad_alloc`, or `_com_error` with E_OUTOFMEMORY where a text is created. As
-// (com_call.h) returns the raw interfaces of the same object.
+// (com_call.h) returns the raw interfaces of the same object. Threads: any; the object stays on the thread
+// that created it.
 #pragma once
 
 #include "qvscriptwells/com_call.h"

@@ -16,7 +16,7 @@ constexpr char16_t kClientServicesName[] = u"QvClientServices";
 class IQvServiceProvider : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("c121cc6b-648b-4bbe-9b5d-fe8520cc1dae");
-  // The object registered under `name` with one reference, or null.
+  // The object registered under `name` with one reference; null and S_OK if there is none.
   virtual HRESULT GetService(const WideString& name, IUnknown** service) noexcept = 0;
 
  protected:
@@ -42,8 +42,9 @@ class IQvClientServices : public IUnknown {
   ~IQvClientServices() = default;
 };
 
-// Is notified of sessions; an optional interface of the IQvClientServices object. If it returns a failure,
-// the call that opened or closed the session fails.
+// Is notified of sessions; an optional interface of the IQvClientServices object. When a session has been
+// opened come SetUsid, SetUserName and SetDatabaseIds, in this order; when it has been closed, ClearSession.
+// A failure ends the order, and the call that opened or closed the session fails.
 class IQvClientServicesSink : public IUnknown {
  public:
   static constexpr Guid kIid = ParseGuid("651ec872-5780-40cf-afa3-0bb4bd8cf97f");

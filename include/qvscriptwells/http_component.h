@@ -53,14 +53,16 @@ class IHttpRequest : public IUnknown {
   // none. "StatusCode" gives the HTTP status in decimal.
   virtual HRESULT GetHeader(const WideString& name, WideString* value) noexcept = 0;
   // Reads `length` bytes of the body and returns them as text; `count` gets the number of bytes read. Fails
-  // if the body ends earlier. The text's charset: `Content-Type`, byte order mark, XML declaration, UTF-8, in
-  // this order.
+  // if the body ends earlier; E_INVALIDARG for a negative length. The text's charset: `Content-Type`, byte
+  // order mark, XML declaration, UTF-8, in this order.
   virtual HRESULT Read(std::int32_t length, WideString* text, std::int32_t* count) noexcept = 0;
-  // Writes the body into the file at `path`; `count` gets the number of bytes, cut to 32 bits.
+  // Writes the body into the file at `path`; `count` gets the number of bytes, cut to 32 bits. The file
+  // appears whole, or not at all when this fails.
   virtual HRESULT ReadToFile(const WideString& path, std::int32_t* count) noexcept = 0;
   // As Send, with the content of the regular file at `path` as body.
   virtual HRESULT SendFile(const WideString& path) noexcept = 0;
-  // Stops a transfer at its next chance; a blocked operation then fails. The library does not call it.
+  // Stops a transfer at its next chance; a blocked operation then fails. May be called on any thread while a
+  // reference is held. The library does not call it.
   virtual HRESULT Abort() noexcept = 0;
   // Ends the request. If the whole answer was read, the connection may serve this thread's next request.
   virtual HRESULT Close() noexcept = 0;
@@ -78,6 +80,7 @@ class IHttpSession : public IUnknown {
   virtual HRESULT Open(const WideString& protocol, const WideString& host, std::uint16_t port,
                        const WideString& secondSpare, const WideString& firstSpare,
                        const WideString& proxy) noexcept = 0;
+  // Ends the request that is open, and the session. E_UNEXPECTED in the middle of an operation.
   virtual HRESULT Close() noexcept = 0;
   // `path` is the request target with its query, sent unchanged. `contentType` is what the caller expects or
   // sends; it adds no header. `flags` is 0.

@@ -60,7 +60,8 @@ struct RegistryLayer {
   std::vector<RegistryValue> named;    // the same for texts with a name
 };
 
-// All layers, including those whose file is missing.
+// All layers, including those whose file is missing. A damaged or unreadable file is no failure (`damage`
+// says it). Throws `_com_error` with E_OUTOFMEMORY, or std::bad_alloc.
 std::vector<RegistryLayer> ReadRegistry();
 
 // The text of `key`; null when no file has it. A damaged file counts as absent. Throws only `_com_error` with

@@ -39,7 +39,8 @@ using ISimpleHostPtr = boost::intrusive_ptr<ISimpleHost>;
 
 // The services object itself: IQvClientServices, IQvClientServicesSink and ISimpleHost.
 IQvClientServicesPtr CreateSimpleHost(const SimpleHostUser& user);
-// A provider that returns `services` for the exact name "QvClientServices" and null for any other.
+// A provider that returns `services` for the exact name "QvClientServices", and null with S_OK for any other.
+// It keeps a reference to `services`, which may be null: then there are none.
 IQvServiceProviderPtr CreateSimpleServiceProvider(IQvClientServices* services);
 
 }  // namespace qv
