@@ -1,5 +1,5 @@
-// Attached files by name and id. The name "Filename" finds the argument of Init, whose row comes first:
-// hosts reach that property through "get_Filename" and "put_Filename".
+// Attached files by name and id. The name "Filename" finds the argument of Init, whose row is first; hosts
+// use that property as "get_Filename" and "put_Filename".
 #include "automation/dispatch_faces.h"
 #include "dispatch/member_rows.h"
 

@@ -1,5 +1,5 @@
-// The class object of one class. It lives as long as the library is loaded; a reference that somebody holds
-// keeps the library loaded, as a lock does. Any thread.
+// The class object of one class. It exists as long as the library is loaded. A reference to it keeps the
+// library loaded, as a lock does. Any thread.
 #pragma once
 
 #include <atomic>
@@ -9,7 +9,7 @@
 
 namespace qv {
 
-// Makes an object of the class, as IClassFactory::CreateInstance does.
+// Creates an object of the class, as IClassFactory::CreateInstance does.
 using ObjectCreator = HRESULT (*)(IUnknown* outer, const Guid& iid, void** object) noexcept;
 
 class ClassFactory final : public ComObject<IClassFactory> {

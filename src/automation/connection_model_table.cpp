@@ -1,4 +1,4 @@
-// The connection model by name and id. Id 6 is free: hosts know it as an unknown member.
+// The connection model by name and id. Id 6 is unused; hosts rely on it as an unknown member.
 #include "automation/dispatch_faces.h"
 #include "dispatch/member_rows.h"
 

@@ -12,8 +12,8 @@ constexpr NameRow kNames[] = {{u"UserName", 1},         {u"newVal", 0},         
                               {u"get_ReplicaID", 4},    {u"put_ReplicaID", 4},    {u"DatabaseID", 5},
                               {u"get_DatabaseID", 5},   {u"put_DatabaseID", 5},   {u"ToString", 6}};
 
-// The user name is the only property that is written first: its place among the slots, and which flag wins
-// when both are set.
+// The user name is the only property whose row for writing comes first: this decides its slot, and which flag
+// wins if both are set.
 constexpr MemberRow kMembers[] = {
     Write<&IConnectionString::put_UserName>(1, u"put_UserName", u"newVal"),
     Read<&IConnectionString::get_UserName>(1, u"get_UserName"),

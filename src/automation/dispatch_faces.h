@@ -1,5 +1,5 @@
 // The ten interfaces that can be used by name and id, each with its table. Names, ids and the order of the
-// rows are the contract with hosts that never saw a header.
+// rows are part of the contract with late-binding hosts.
 #pragma once
 
 #include "dispatch/dispatch_face.h"

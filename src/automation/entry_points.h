@@ -1,5 +1,5 @@
-// What the shared library exports, and nothing else does it export. The names and shapes are those by which
-// COM knows such libraries. Failure: result codes. Any thread.
+// All exports of the shared library. Names and signatures are those of COM class libraries. Failure: result
+// codes. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -9,19 +9,19 @@
 
 extern "C" {
 
-// The platform layer of a program calls this once when it has loaded the library, with `reason` 1 and, in
-// `hooks`, a ModuleHooks (platform/module_hooks.h) or null; and with `reason` 0 and the same hooks before it
-// unloads it. Nonzero for success; 0 when hooks of another version come, and the library is of no use then.
+// The program's platform layer calls this with `reason` 1 after loading the library and with `reason` 0
+// before unloading it. `hooks` is a ModuleHooks (com/module_hooks.h) or null, the same in both calls. Nonzero
+// for success; 0 for hooks of another version, and then the library is unusable.
 int DllMain(void* library, std::uint32_t reason, void* hooks) noexcept;
 
 // S_OK when no object, class object or lock of the library is in use, otherwise S_FALSE.
 qv::HRESULT DllCanUnloadNow() noexcept;
 
-// Hands out `iid` of the class object. E_UNEXPECTED before DllMain; E_POINTER; CLASS_E_CLASSNOTAVAILABLE.
+// Returns `iid` of the class object. E_UNEXPECTED before DllMain; E_POINTER; CLASS_E_CLASSNOTAVAILABLE.
 qv::HRESULT DllGetClassObject(const qv::Guid& classId, const qv::Guid& iid, void** object) noexcept;
 
-// Write the class into the registry, with the path of this library, and take it out again. A failure leaves
-// an error record with the reason.
+// Register the class, with the path of this library, in the registry, and unregister it. A failure leaves an
+// error record with the reason.
 qv::HRESULT DllRegisterServer() noexcept;
 qv::HRESULT DllUnregisterServer() noexcept;
 }

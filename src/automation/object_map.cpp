@@ -8,7 +8,7 @@
 namespace qv {
 namespace {
 
-// The one class object, made under the guard of its first use.
+// The only class object, created on first use.
 IClassFactory& ScriptwellsFactory() noexcept {
   static ClassFactory factory(&CreateQvScriptwellsObject);
   return factory;

@@ -1,4 +1,4 @@
-// The classes that can be created from outside. Any thread.
+// The classes that hosts can create by id. Any thread.
 #pragma once
 
 #include "qvscriptwells/guid.h"
@@ -6,7 +6,7 @@
 
 namespace qv {
 
-// Hands out `iid` of the class object, which is made on first demand and kept. E_POINTER;
+// Returns `iid` of the class object, which is created on first use and kept. E_POINTER;
 // CLASS_E_CLASSNOTAVAILABLE, and null, for a class that is not in the map; E_NOINTERFACE.
 HRESULT FindClassObject(const Guid& classId, const Guid& iid, void** object) noexcept;
 

@@ -14,12 +14,13 @@ namespace {
 
 using Logic = QvScriptwellsImpl;
 
-// The client object. It may be a part of another object: its interfaces then count and answer through that
-// one. It keeps itself alive during operations that call the host's services, since these may release it.
+// The client object. It can be aggregated: its interfaces then count references and answer queries through
+// the outer object. It keeps itself alive during operations that call the host's services, since these may
+// release it.
 class QvScriptwells final : public CountedObject<QvScriptwellsDispatch, QvClientServiceRawDispatch,
                                                  SupportsErrorInfo<IQvScriptwells>, IProvideClassInfo> {
  public:
-  // `outer` is null for an object that is no part. Throws `_com_error`, E_OUTOFMEMORY.
+  // `outer` is null for an object that is not aggregated. Throws `_com_error`, E_OUTOFMEMORY.
   explicit QvScriptwells(IUnknown* outer) : inner_(*this), controlling_(outer == nullptr ? &inner_ : outer) {}
 
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
@@ -75,11 +76,11 @@ class QvScriptwells final : public CountedObject<QvScriptwellsDispatch, QvClient
     return TYPE_E_CANTLOADLIBRARY;
   }
 
-  // The object's own identity, which an outer object holds.
+  // The object's own IUnknown, which an outer object holds.
   IUnknown* Inner() noexcept { return &inner_; }
 
  private:
-  // Counts and answers for the object itself, whoever controls it.
+  // Counts and answers for the object itself, even if it is aggregated.
   class InnerUnknown final : public IUnknown {
    public:
     explicit InnerUnknown(QvScriptwells& owner) noexcept : owner_(owner) {}

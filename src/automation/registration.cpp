@@ -23,7 +23,7 @@ constexpr char16_t kProgIdKey[] = u"SOFTWARE\\Classes\\QvScriptwells.QvScriptwel
 constexpr char16_t kIndependentKey[] = u"SOFTWARE\\Classes\\QvScriptwells.QvScriptwells";
 constexpr char16_t kClassKey[] = u"SOFTWARE\\Classes\\CLSID\\{01932093-F909-400b-B02E-7AEDABA33A36}";
 
-// kAppIds is not among them.
+// They do not include kAppIds.
 const char16_t* const kOwnKeys[] = {kAppIdKey, kModuleKey, kProgIdKey, kIndependentKey, kClassKey};
 
 std::atomic<RegistrationFollowUp> followUpHook{nullptr};

@@ -1,4 +1,4 @@
-// The library's entries in the registry. Any thread, as far as the registry allows (registry.h).
+// The library's entries in the registry. Threads: as registry.h says.
 #pragma once
 
 #include <vector>
@@ -8,16 +8,16 @@
 
 namespace qv {
 
-// What is written for a library at `path`: the application id, the two names of the class, the class.
+// The entries for a library at `path`: the application id, the two names of the class, the class.
 std::vector<RegistryValue> ClassEntries(const WideString& path);
 
-// Write all entries with this library's own path, or take them out again; the key that other applications'
-// ids stand in stays. A failure gives the registry's code and leaves an error record with its words.
+// Write all entries with this library's own path, or remove them. The parent key of all application ids
+// stays. A failure returns the registry's code and leaves an error record with its message.
 HRESULT RegisterClasses() noexcept;
 HRESULT UnregisterClasses() noexcept;
 
-// Called at the end of both when set: `adding` tells which. Its result is theirs. Null for none, which is how
-// it starts.
+// If set, both functions call this at their end and return its result; `adding` says which one. Null at
+// first.
 using RegistrationFollowUp = HRESULT (*)(bool adding) noexcept;
 void SetRegistrationFollowUp(RegistrationFollowUp followUp) noexcept;
 

@@ -1,5 +1,5 @@
-// The classes that are there without anybody registering them. Both functions are defined beside the classes,
-// so that the platform room knows none of them.
+// The classes that need no registration. Both functions are defined where the classes are, so that src/com
+// does not depend on them.
 #pragma once
 
 #include "qvscriptwells/class_registry.h"
@@ -11,11 +11,11 @@ struct BuiltinClass {
   ClassCreator creator;
 };
 
-// A table that ends with a row without creator.
+// A table; a row without creator ends it.
 const BuiltinClass* BuiltinClasses() noexcept;
 
-// The class object of a class that this program or library carries itself; CLASS_E_CLASSNOTAVAILABLE, and
-// null in *object, for one that it does not. `object` is not null.
+// The class object of a class that is linked into this program or library; CLASS_E_CLASSNOTAVAILABLE, and
+// null in *object, for any other. `object` is not null.
 HRESULT OwnClassObject(const Guid& classId, const Guid& iid, void** object) noexcept;
 
 }  // namespace qv

@@ -33,7 +33,7 @@ struct Library {
   Main main;
   GetClassObject getClassObject;
   CanUnloadNow canUnloadNow;
-  int calls = 0;  // under way: it cannot be unloaded meanwhile
+  int calls = 0;  // in progress: it cannot be unloaded meanwhile
 };
 
 struct Libraries {
@@ -48,7 +48,7 @@ Libraries& TheLibraries() {
   return libraries;
 }
 
-// Closes a handle that nobody takes.
+// Closes a handle unless it was released.
 class OpenLibrary {
  public:
   explicit OpenLibrary(const std::string& path) : handle_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
@@ -105,7 +105,7 @@ Library WithEntryPoints(const std::string& path, void* handle) {
   return library;
 }
 
-// In the table already while it starts, since its start may come back here.
+// Added to the table before its start, which may call this code again.
 Library& Load(Libraries& libraries, const std::string& path) {
   RequireUsable(path);
   OpenLibrary opened(path);
@@ -155,7 +155,7 @@ HRESULT AskLibrary(const Guid& classId, const Guid& iid, void** object) {
   return LibraryCall(ToUtf8(path)).ClassObject(classId, iid, object);
 }
 
-// Taken out of the table first: a library on its way out may come back here.
+// Removed from the table first: a library that is being unloaded may call this code again.
 std::list<Library> TakeUnused(Libraries& libraries) {
   std::list<Library> unused;
   for (auto next = libraries.loaded.begin(); next != libraries.loaded.end();) {
@@ -187,7 +187,7 @@ void UnloadUnusedLibraries() noexcept {
       library.main(library.handle, kProcessDetach, SharedHooks());
       dlclose(library.handle);
     }
-  } catch (...) {  // of a library that breaks its contract; what is loaded stays
+  } catch (...) {  // from a library that violates its contract; it stays loaded
   }
 }
 

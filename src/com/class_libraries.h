@@ -1,6 +1,6 @@
-// The shared libraries that carry classes: loaded when a class of theirs is wanted, kept, unloaded when they
-// say that they can. Any thread. Loading and unloading hold one guard, which the same thread may enter again,
-// since a library's own start may want classes.
+// The shared libraries with classes. A library is loaded when one of its classes is first used, and unloaded
+// when it reports that it can be. Any thread. Loading and unloading hold a recursive lock, since the start of
+// a library may need other classes.
 #pragma once
 
 #include "qvscriptwells/class_registry.h"

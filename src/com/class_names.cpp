@@ -15,7 +15,7 @@
 namespace qv {
 namespace {
 
-// "{01932093-F909-400B-B02E-7AEDABA33A36}": anything but these stands for a hexadecimal digit.
+// "{01932093-F909-400B-B02E-7AEDABA33A36}": each x is a hexadecimal digit, all else is literal.
 constexpr std::u16string_view kShape = u"{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
 
 bool HasShape(std::u16string_view text) noexcept {
@@ -31,7 +31,7 @@ Guid WithoutBraces(std::u16string_view text) noexcept {
   return ParseGuid(digits);
 }
 
-// A name is one component of a key, and never a way to another key.
+// A name must be one component of a key, or it could lead to another key.
 bool IsName(std::u16string_view name) noexcept {
   return !name.empty() && name.find(u'\\') == std::u16string_view::npos;
 }

@@ -15,7 +15,7 @@
 namespace qv {
 namespace {
 
-// What differs from the built-in classes; null for a class that was removed.
+// The changes to the built-in classes; null for a class that was removed.
 struct Registry {
   std::mutex mutex;
   std::map<Guid, ClassCreator> changed;
@@ -39,7 +39,7 @@ ClassCreator FindOwnCreator(const Guid& classId) noexcept {
   return found == registry.changed.end() ? BuiltinCreator(classId) : found->second;
 }
 
-// A creator belongs to a program, and may throw whatever the contract says.
+// A creator is a program's code and may throw, even if the contract forbids it.
 HRESULT RunCreator(ClassCreator creator, const Guid& iid, void** object) noexcept {
   try {
     return creator(iid, object);

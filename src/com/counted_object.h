@@ -1,10 +1,9 @@
-// The bases of objects that are reached through interfaces: the answers about their interfaces, and the count
-// of their references.
+// Base classes of objects with interfaces: QueryInterface and the reference count.
 //
 //   class Url final : public CountedObject<IUrl, SupportsErrorInfo<IUrl>> { ... };
 //   IUrlPtr url(new Url);
 //
-// Threads: as the object, one at a time.
+// Threads: one at a time per object.
 #pragma once
 
 #include <type_traits>
@@ -14,8 +13,8 @@
 
 namespace qv {
 
-// Offers `First` and `Others`. IUnknown is answered with `First`, and so is IDispatch where `First` derives
-// from it.
+// Implements QueryInterface for `First` and `Others`. `First` also serves IUnknown, and IDispatch if it
+// derives from it.
 template <class First, class... Others>
 class ComObject : public First, public Others... {
  public:
@@ -47,18 +46,18 @@ class ComObject : public First, public Others... {
   }
 };
 
-// Starts at 0. Plain, for one thread.
+// Starts at 0. Not atomic: for one thread.
 class ReferenceCount {
  public:
   std::uint32_t Add() noexcept { return ++count_; }
-  // The references that are left. It returns 0, which means that the object has to go, only once: a host that
-  // is called while the object goes may still take and return references to it.
+  // The remaining references. Returns 0, which means that the object must be destroyed, only once: a host
+  // that is called during the destruction may still add and release references.
   std::uint32_t Drop() noexcept {
     const std::uint32_t left = --count_;
     if (left == 0) count_ = kEnding;
     return left;
   }
-  // For an object that may stay after its last reference was dropped: one reference again.
+  // For an object that continues to exist after its last release: sets the count to one reference.
   void Restart() noexcept { count_ = 1; }
   bool IsOne() const noexcept { return count_ == 1; }
 
@@ -78,7 +77,7 @@ class CountedObject : public ComObject<Interfaces...> {
     return left;
   }
 
-  // For counted pointers to the object itself, which reaches IUnknown through several bases.
+  // For counted pointers to the object itself, which has several IUnknown bases.
   friend void intrusive_ptr_add_ref(CountedObject* object) noexcept { object->AddRef(); }
   friend void intrusive_ptr_release(CountedObject* object) noexcept { object->Release(); }
 

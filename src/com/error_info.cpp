@@ -9,8 +9,8 @@
 namespace qv {
 namespace {
 
-// The place of a thread's record. It has no destructor, so that its first use asks nobody for memory: a
-// failure for lack of memory has a record too.
+// Storage of a thread's record. It has no destructor, so that its first use allocates no memory: a failure
+// for lack of memory has a record too.
 struct RecordPlace {
   bool waits = false;
   alignas(ErrorInfo) unsigned char bytes[sizeof(ErrorInfo)] = {};
@@ -26,7 +26,7 @@ void Drop(void* dropped) {
   ended.Record().~ErrorInfo();
 }
 
-// Tells the thread library which place to empty at the end of the thread.
+// Registers the storage that the thread library clears at the end of the thread.
 ThreadSlot& Slot() noexcept {
   static ThreadSlot slot(&Drop);
   return slot;
@@ -36,11 +36,11 @@ ThreadSlot& Slot() noexcept {
 
 void SetErrorInfo(const ErrorInfo& info) noexcept {
   if (const ModuleHooks* const host = Host()) return host->setErrorInfo(info);
-  const ErrorInfo kept(info);  // which may be a part of the record that goes
+  const ErrorInfo kept(info);  // which may be part of the old record
   Drop(&place);
   new (place.bytes) ErrorInfo(kept);
   place.waits = true;
-  Slot().Set(&place);  // without memory for it the record's texts outlive a thread that never takes them
+  Slot().Set(&place);  // without memory for it, the texts of an untaken record leak at the end of the thread
 }
 
 bool GetErrorInfo(ErrorInfo* info) noexcept {

@@ -14,7 +14,7 @@ HRESULT PostErrorRecord(const Guid& classId, WideString message, HRESULT code) {
     if (code == 0) code = kUnknownError;
   }
   ErrorInfo record;
-  static_cast<void>(ProgIDFromCLSID(classId, &record.source));  // null when it fails
+  static_cast<void>(ProgIDFromCLSID(classId, &record.source));  // null if it fails
   record.description = message;
   SetErrorInfo(record);
   return code == 0 ? DISP_E_EXCEPTION : code;

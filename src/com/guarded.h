@@ -1,22 +1,21 @@
-// The guard around the operations of objects: their callers get result codes and error records, and no
-// exceptions.
+// Runs the operations of objects: turns exceptions into result codes and error records.
 #pragma once
 
 #include "qvscriptwells/error_info.h"
 
 namespace qv {
 
-// For `catch (...)`: the result code of the exception that is being handled, with an error record posted.
+// For `catch (...)`: returns the result code of the current exception and posts an error record.
 //   EQvException: its message; its code, or DISP_E_EXCEPTION for 0.
 //   _com_error: the message of its record; its code.
 //   Anything else: E_UNEXPECTED, no record.
 // A null message becomes "Unknown Error", with 0x80040000 in place of a code of 0. The source of the record
-// is the ProgID of the class that failed, where the registry knows one.
+// is the ProgID of the class that failed, if the registry has one.
 HRESULT ResultFromCaughtException(const Guid& classId) noexcept;
 
 // Clears the thread's error record and runs `operation`. After an exception, `report` returns the result code
-// and posts the record. By then all local references of the operation are released: what they release may
-// call operations that clear the record.
+// and posts the record. By then all local references of the operation are released, since released objects
+// may call operations that clear the record.
 template <class Report, class Operation>
 HRESULT GuardedBy(const Report& report, const Operation& operation) noexcept {
   ClearErrorInfo();

@@ -10,7 +10,7 @@
 namespace qv {
 namespace {
 
-// False when the file has no such bytes.
+// False if the file is too short.
 bool ReadAt(const RegularFile& file, void* place, std::size_t size, std::uint64_t offset) {
   const auto whole = static_cast<std::uint64_t>(file.size);
   if (offset > whole || whole - offset < size) return false;

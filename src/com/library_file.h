@@ -1,13 +1,13 @@
-// A look at a shared library before the system maps it.
+// Checks a shared library before the system maps it.
 #pragma once
 
 #include <string>
 
 namespace qv {
 
-// Whether the file ends before what its program headers promise (System V ABI, ELF object files): the system
-// maps such a library all the same, and the program dies where the bytes are missing. False for a file that
-// is no shared library at all: the system's loader has the words for it.
+// Whether the file is shorter than its program headers say (System V ABI, ELF object files). The system maps
+// such a library, and the program crashes on access to the missing bytes. False for a file that is not a
+// shared library; the system's loader reports that.
 bool IsCutOff(const std::string& path);
 
 }  // namespace qv

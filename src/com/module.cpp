@@ -12,7 +12,7 @@ namespace {
 
 std::atomic<std::int32_t> locks{0};
 
-// A program's own path may be told as it was typed.
+// The system may return a program's own path as it was typed.
 std::string AbsolutePath(const char* path) {
   if (*path == '/') return path;
   const std::unique_ptr<char, void (*)(void*)> real(realpath(path, nullptr), std::free);

@@ -1,4 +1,4 @@
-// What keeps the library loaded: the objects that hosts hold, and locks of class factories. Any thread.
+// Counts what keeps the library loaded: objects of hosts, and locks of class factories. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -11,12 +11,12 @@ void LockModule() noexcept;
 void UnlockModule() noexcept;
 std::int32_t ModuleLocks() noexcept;
 
-// The absolute path of the file that this code was loaded from; null when the system does not tell, or when
-// no text leads back to it. Throws `_com_error`, E_OUTOFMEMORY.
+// The absolute path of the file that this code was loaded from; null if the system does not know it, or if it
+// cannot be converted to text and back. Throws `_com_error`, E_OUTOFMEMORY.
 WideString ModulePath();
 
-// The first member of every object that a host can hold on to, so that it goes last: members that hold
-// objects of the host call it when they go, and it may ask for unloading then.
+// The first member of every object that a host can hold, so that it is destroyed last: other members may
+// release objects of the host, which may then ask to unload the library.
 class ModuleLock {
  public:
   ModuleLock() noexcept { LockModule(); }

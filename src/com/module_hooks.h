@@ -1,6 +1,6 @@
-// What a program shares with the class libraries that it loads: one error record per thread and one table of
-// class creators, though each library carries a platform layer of its own. The program hands this struct to
-// `DllMain` of the library, whose platform layer passes the calls on from then on. Any thread.
+// Lets a program share its error record per thread and its table of class creators with the class libraries
+// that it loads, though each library has its own platform layer. The program passes this struct to `DllMain`
+// of the library, whose platform layer then forwards the calls. Any thread.
 #pragma once
 
 #include <atomic>
@@ -11,7 +11,7 @@
 
 namespace qv {
 
-// Grows whenever the struct or one of the types in it changes; a library refuses another number than its own.
+// Increment whenever the struct or one of its types changes; a library rejects any number but its own.
 constexpr std::uint32_t kModuleHooksVersion = 1;
 
 using ClassObjectGetter = HRESULT (*)(const Guid& classId, std::uint32_t context, const Guid& iid,
@@ -27,23 +27,22 @@ struct ModuleHooks {
   void (*freeUnusedLibraries)() noexcept;
 };
 
-// What this program offers. Lives as long as the program.
+// The hooks of this program. Valid as long as the program runs.
 const ModuleHooks* OwnHooks() noexcept;
 
-// Makes `hooks` those of the host of this library; null for a host that shares nothing. The first host stays
-// until it detaches: to a second one in the same process the library then works as before. False for a
-// version that is not ours.
+// Sets the host's `hooks` for this library; null for a host that shares nothing. The first host's hooks stay
+// until it detaches; a second host in the same process does not replace them. False for another version.
 bool AttachHost(const ModuleHooks* hooks) noexcept;
-// Undoes the attaching of these very hooks; does nothing for others.
+// Detaches these hooks; does nothing for others.
 void DetachHost(const ModuleHooks* hooks) noexcept;
-// Null when there is none. Asked at the start of every operation, hence in place.
+// Null if there is none. Inline, since every operation calls it first.
 extern std::atomic<const ModuleHooks*> hostOfThisModule;
 inline const ModuleHooks* Host() noexcept {
   return hostOfThisModule.load(std::memory_order_acquire);
 }
 
-// The creator of this module or else of its host, as CoCreateInstance finds it; null for none. A host's own
-// creators go before those of this module, so that its components serve the library too.
+// The creator that CoCreateInstance uses, of this module or else of its host; null for none. A host's
+// registered creators take precedence over this module's, so that the library uses the host's components.
 ClassCreator FindClassCreator(const Guid& classId) noexcept;
 
 }  // namespace qv

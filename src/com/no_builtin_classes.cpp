@@ -1,4 +1,4 @@
-// For programs that link the platform room alone: all classes come from libraries.
+// For programs that link only src/com: all classes come from libraries.
 #include "com/builtin_classes.h"
 
 namespace qv {

@@ -1,11 +1,11 @@
-// An interface whose four operations of late binding are served from its table.
+// An interface that implements the four operations of IDispatch with its table.
 #pragma once
 
 #include "dispatch/dispatch_table.h"
 
 namespace qv {
 
-// A base of its own for each interface: an object with two such interfaces has two tables.
+// A separate base class for each interface: an object with two such interfaces has two tables.
 template <class Interface, const DispatchTable& kTable>
 class DispatchFace : public Interface {
  public:

@@ -119,7 +119,8 @@ HRESULT Invocation::PlaceArguments() {
   return honoured ? PlaceNamedArguments() : S_OK;
 }
 
-// Unnamed arguments keep their places; a named one may take such a place over, and leaves its own empty.
+// Unnamed arguments keep their positions; a named one may replace such an argument, and leaves its own
+// position empty.
 HRESULT Invocation::PlaceNamedArguments() {
   const DISPID* const ids = arguments_.rgdispidNamedArgs;
   const auto count = static_cast<std::int64_t>(arguments_.cArgs);
@@ -166,7 +167,7 @@ HRESULT Invocation::Coerce(const ArgumentRow& row, std::size_t index, std::uint3
   return AskForInterface(row, index) ? S_OK : Refuse(DISP_E_TYPEMISMATCH, element);
 }
 
-// False for an object that is null or does not answer.
+// False for an object that is null or lacks the interface.
 bool Invocation::AskForInterface(const ArgumentRow& row, std::size_t index) {
   if (row.type != VT_DISPATCH && row.type != VT_UNKNOWN) return true;
   IUnknown* const object = call_.arguments_[index]->Object();
@@ -211,10 +212,10 @@ Variant Invocation::TakeResult(VARTYPE type) {
 HRESULT InvokeMember(const DispatchTable& table, IDispatch* self, DISPID id, std::uint16_t flags,
                      const DISPPARAMS* arguments, Variant* result, EXCEPINFO* failure,
                      std::uint32_t* argumentError) noexcept {
-  ClearErrorInfo();  // which an earlier failure may have left
+  ClearErrorInfo();  // from an earlier failure
   if (arguments == nullptr) return DISP_E_BADVARTYPE;
   if (arguments->cArgs > table.limit) return DISP_E_BADPARAMCOUNT;
-  const IDispatchPtr keepAlive(self);  // what the result held, and arguments, may release it
+  const IDispatchPtr keepAlive(self);  // the old result and the arguments may release it
   if (result != nullptr) result->Clear();
   return Invocation(table, self, *arguments, argumentError).Run(id, flags, result, failure);
 }

@@ -1,5 +1,5 @@
-// Late binding as data: a table of names and a table of members for each interface, and the one engine that
-// runs them all.
+// Late binding as data: a table of names and a table of members for each interface, and one engine for all of
+// them.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace qv {
 
-// Places for what a member takes and gives, in its own types. Arguments count from 0 in the member's order.
+// The arguments and the result of a member, in its own types. Arguments count from 0 in the member's order.
 class MemberCall {
  public:
   static constexpr std::size_t kMostArguments = 3;
@@ -23,7 +23,7 @@ class MemberCall {
   // The object of an argument, as the interface that its row asks for; borrowed.
   void* Interface(std::size_t index) const { return objects_[index]; }
 
-  // Where the result goes: the one that fits the row's result type. Zero and null at first.
+  // The result: the member that fits the row's result type. Zero and null at first.
   WideString text;
   std::int16_t shortValue = 0;  // VT_I2 and VT_BOOL
   std::int32_t longValue = 0;
@@ -42,14 +42,14 @@ using MemberThunk = HRESULT (*)(IDispatch* self, MemberCall& call);
 
 struct ArgumentRow {
   VARTYPE type = VT_EMPTY;          // VT_VARIANT takes any value as it is
-  const char16_t* label = nullptr;  // for people; the names that hosts can use are in the name table
-  const Guid* iid = nullptr;        // what an object must answer
+  const char16_t* label = nullptr;  // for documentation; the names for hosts are in the name table
+  const Guid* iid = nullptr;        // the interface that an object must have
 };
 
 enum class CalledBy { kAnyFlag, kRead, kWrite };
 
-// One way to call one id. A property has two rows. Rows are tried from the first one with the id; one that
-// does not fit the flags passes on to the row below, whatever that row's id: hosts in the field rely on it.
+// One way to call one id. A property has two rows. The search starts at the first row with the id. If a row
+// does not fit the flags, the next row is tried even if it has another id; deployed hosts rely on it.
 struct MemberRow {
   DISPID id;
   const char16_t* name;
@@ -66,7 +66,7 @@ struct NameRow {
   DISPID id;
 };
 
-// What an interface does with named arguments.
+// How an interface handles named arguments.
 enum class NamedArgumentUse { kIgnored, kRefused, kHonoured };
 
 struct DispatchTable {

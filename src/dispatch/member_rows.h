@@ -1,4 +1,4 @@
-// Makes the rows of member tables from the members themselves: types and the call follow from the signature.
+// Builds the rows of member tables from the members: types and the call follow from the signature.
 //
 //   constexpr MemberRow kMembers[] = {
 //       Read<&IDuration::get_Day>(3, u"get_Day"),
@@ -14,8 +14,8 @@
 
 namespace qv {
 
-// What a parameter of a member is to late binding: an argument of type kType, or the result, of type kResult.
-// Use takes the argument from the call, or gives the place for the result in it.
+// Maps a parameter of a member to late binding: an argument of type kType, or the result, of type kResult.
+// Use returns the argument from the call, or the output parameter for the result.
 template <VARTYPE kTag, auto kTake>
 struct MemberArgument {
   static constexpr VARTYPE kType = kTag;
@@ -71,7 +71,7 @@ struct MemberParameter<double*> : MemberResult<VT_R8, &MemberCall::realValue> {}
 template <>
 struct MemberParameter<Variant*> : MemberResult<VT_VARIANT, &MemberCall::value> {};
 
-// The place for an object, which the call holds as IDispatch once the member has returned.
+// Output parameter for an object, which the call holds as IDispatch after the member has returned.
 template <class Interface>
 class ObjectPlace {
  public:
@@ -101,7 +101,7 @@ struct MemberSignature<HRESULT (Interface::*)(Types...) noexcept> {
   static constexpr std::size_t kArguments = (0 + ... + (MemberParameter<Types>::kResult == VT_EMPTY));
   static constexpr VARTYPE kResult = (VT_EMPTY | ... | MemberParameter<Types>::kResult);
   static constexpr const Guid* ResultIid() {
-    // Sanitizers keep the compiler from comparing the addresses with null here.
+    // With sanitizers the compiler cannot compare the addresses with null here.
     const VARTYPE results[] = {MemberParameter<Types>::kResult..., VT_EMPTY};
     const Guid* const iids[] = {MemberParameter<Types>::kResultIid..., nullptr};
     std::size_t at = 0;
@@ -119,7 +119,7 @@ struct MemberSignature<HRESULT (Interface::*)(Types...) noexcept> {
   }
 };
 
-// `labels` name the arguments, which stand before the result.
+// `labels` name the arguments, which come before the result.
 template <auto kMember, class... Labels>
 constexpr MemberRow MakeRow(DISPID id, const char16_t* name, CalledBy calledBy, Labels... labels) {
   using Of = MemberSignature<decltype(kMember)>;
@@ -148,7 +148,7 @@ constexpr MemberRow Method(DISPID id, const char16_t* name, Labels... labels) {
   return MakeRow<kMember>(id, name, CalledBy::kAnyFlag, labels...);
 }
 
-// VARIANT_BOOL is a 16-bit number to the compiler: the same row, of VT_BOOL.
+// The same row with VT_BOOL, since VARIANT_BOOL is only a 16-bit number to the compiler.
 constexpr MemberRow OfBool(MemberRow row) {
   if (row.result == VT_I2) row.result = VT_BOOL;
   for (ArgumentRow& argument : row.arguments)

@@ -22,8 +22,9 @@ DateTimeValue DayOf(double serialDate) {
   return value;
 }
 
-// The time of the day that the decoder reports. Before day 0 it counts from the start of that day, as reading
-// does; in the last half second before a day, which the decoder counts to that day, it is the day's start.
+// The time of the day that the decoder reports. Before day 0 it counts from the start of that day, as in
+// reading. In the last half second before a day, which the decoder assigns to that day, it is the day's
+// start.
 double TimeOfDay(double serialDate, const DateTimeValue& day) {
   if (serialDate >= 0) return serialDate - static_cast<std::int32_t>(serialDate);
   const auto start = EncodeDate(static_cast<std::int16_t>(day.Year), static_cast<std::int16_t>(day.Month),
@@ -31,7 +32,7 @@ double TimeOfDay(double serialDate, const DateTimeValue& day) {
   return std::max(0.0, serialDate - start);
 }
 
-// Digits and marks, none of which the XML escape would touch.
+// Only digits and marks, which need no XML escape.
 WideString Written(const DateTimeValue& value) {
   return WriteDateTimeValue(value);
 }
@@ -62,7 +63,7 @@ Variant FormaterTime::ReadValue(const XmlNode& node) {
   return ReadSerialDate(node);
 }
 
-// Whole days stay in it; the time of day is all that is written.
+// Whole days stay in the value, but only the time of day is written.
 WideString FormaterTime::WriteValue(const Variant& value) {
   DateTimeValue time;
   time.Accuracy = DateTimeValue::kTime;

@@ -1,6 +1,5 @@
-// The formaters of points in time. All three read any date or time text (text_conversions.h) into a VT_DATE
-// and keep whatever it gave; they differ in what they write. Failure: EQvException with the words of the
-// conversion.
+// The formaters of points in time. All three read any date or time text (text_conversions.h) into a VT_DATE;
+// they differ in what they write. Failure: EQvException with the message of the conversion.
 #pragma once
 
 #include "format/formater_creator.h"

@@ -7,8 +7,7 @@
 namespace qv {
 namespace {
 
-// The name is searched for inside the constants, and not the other way round: "ref" and "lang" are strings
-// too.
+// The name is searched for inside the constants, so "ref" and "lang" are strings too.
 bool MeansString(const WideString& upperName) {
   return Find(upperName, u"IDREF") >= 0 || Find(upperName, u"LANGUAGE") >= 0;
 }

@@ -1,6 +1,5 @@
-// One object per process, made on first use, and the factory of the formaters, which is one. Out of memory is
-// `_com_error`, E_OUTOFMEMORY. Neither has a lock of its own: the library's rooms go through the functions at
-// the end.
+// A singleton that is created on first use, and the factory of the formaters, which is one. Lack of memory
+// throws `_com_error`, E_OUTOFMEMORY. Neither has a lock: use the functions at the end.
 #pragma once
 
 #include <map>
@@ -24,7 +23,7 @@ class QvSingleton {
     if (instance_ == nullptr) _com_raise_error(E_OUTOFMEMORY);
     return instance_;
   }
-  // Deletes the object; the next Instance() makes a new one.
+  // Deletes the object; the next Instance() creates a new one.
   static void Destroy() {
     delete instance_;
     instance_ = nullptr;
@@ -34,28 +33,28 @@ class QvSingleton {
   static inline T* instance_ = nullptr;
 };
 
-// From a type name to its formater, without regard to case.
+// Maps type names, ignoring case, to formaters.
 class FormaterFactory : public QvSingleton<FormaterFactory> {
  public:
   // The first registration of a name stays; a later one does nothing. `creator` is borrowed. Throws
   // `_com_error`, E_OUTOFMEMORY.
   void Register(const WideString& name, FormaterCreator* creator);
-  // Borrowed; null for a name that nobody registered. Any name that stands inside "idref" or "language" means
+  // Borrowed; null for an unregistered name. Any name that is a substring of "idref" or "language" means
   // "string".
   FormaterSerializer* GetFormater(const WideString& typeName);
   // Forgets all names.
   void Clear() { creators_.clear(); }
-  // Registers all names of `other`, or none when it throws.
+  // Registers all names of `other`, or none if it throws.
   void RegisterAll(const FormaterFactory& other);
 
  private:
   std::map<WideString, FormaterCreator*> creators_;
 };
 
-// Models on several threads share the factory. Whoever fills or ends it holds this lock.
+// Models on several threads share the factory. Hold this lock to fill or destroy it.
 std::mutex& FormaterMutex() noexcept;
-// FormaterFactory::GetFormater of the process's factory. Any thread; what it gives lives as long as the
-// process.
+// FormaterFactory::GetFormater of the process's factory. Any thread; the formater is valid until the process
+// ends.
 FormaterSerializer* FindFormater(const WideString& typeName);
 
 }  // namespace qv

@@ -1,4 +1,4 @@
-// Converts values of one type to XML text and back. Without state: one object serves all values.
+// Converts values of one type to XML text and back. Stateless: one object serves all values.
 #pragma once
 
 #include "qvscriptwells/variant.h"
@@ -10,9 +10,9 @@ namespace qv {
 class FormaterSerializer {
  public:
   virtual ~FormaterSerializer() = default;
-  // The value that the node's text means. Failure: exceptions; what is bad is told by the type.
+  // The value of the node's text. Failure: exceptions that depend on the type.
   virtual Variant ReadValue(const XmlNode& node) = 0;
-  // The value's text, escaped for XML already. The tag is the caller's care.
+  // The value's text, escaped for XML. The caller checks the tag.
   virtual WideString WriteValue(const Variant& value) = 0;
 };
 

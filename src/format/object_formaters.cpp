@@ -34,8 +34,8 @@ WideString Substring(const WideString& text, std::int64_t start, std::int64_t en
   return Copy(text, static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
 }
 
-// What stands between the marks of one part. The beginning is counted from the opening mark also when there
-// is none: so far readers in the field go, and a text that they refuse is refused here.
+// The marks of one part. The start is computed from the opening mark even if that is missing, so that the
+// same texts fail as in deployed readers.
 struct PartMarks {
   std::u16string_view open;
   std::u16string_view empty;
@@ -56,8 +56,7 @@ WideString PartOf(const WideString& text, const PartMarks& marks) {
   return Substring(text, start, empty >= 0 ? empty : Position(marks.close, text));
 }
 
-// Makes the call in the first slot of IUrl, which answers and stores nothing: that is how both parts get
-// lost.
+// Calls the first slot of IUrl, which returns and stores nothing, so both parts are lost.
 void HandOver(IUrl* url, const WideString& text) {
   WideString link = PartOf(text, kLink);
   const WideString caption = PartOf(text, kCaption);

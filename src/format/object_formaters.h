@@ -6,8 +6,8 @@
 
 namespace qv {
 
-// An IDuration. Reading raises what IDurationRaw::SetText refuses. Writing raises E_POINTER for an object
-// that is no duration.
+// An IDuration. Reading throws if IDurationRaw::SetText fails. Writing throws E_POINTER for an object that is
+// not a duration.
 class FormaterDuration : public FormaterSerializer {
  public:
   Variant ReadValue(const XmlNode& node) override;
@@ -22,9 +22,9 @@ class FormaterDurationCreator : public FormaterCreator {
   FormaterDuration formater_;
 };
 
-// An IUrl, or VT_EMPTY for no text. The text has the shape "<URL>link</URL><C>caption</C>", and "Cannot build
-// a url object." (EQvException, code 0) tells that its marks are crossed. Neither part reaches the object:
-// clients in the field never kept them. Writes nothing.
+// An IUrl, or VT_EMPTY for no text. The text is "<URL>link</URL><C>caption</C>"; marks in a wrong order fail
+// with "Cannot build a url object." (EQvException, code 0). The object gets neither part, as in deployed
+// clients. Writes nothing.
 class FormaterUrl : public FormaterSerializer {
  public:
   Variant ReadValue(const XmlNode& node) override;

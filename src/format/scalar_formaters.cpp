@@ -7,7 +7,7 @@
 #include "support/string_helpers.h"
 #include "support/wide_text_stream.h"
 
-// The texts of numbers go out as they are: they hold no unit that the XML escape would replace.
+// The texts of numbers are sent unchanged: they contain no unit that the XML escape replaces.
 namespace qv {
 namespace {
 
@@ -34,7 +34,7 @@ WideString FormaterBool::WriteValue(const Variant& value) {
   return value.Data().boolVal != 0 ? u"1" : u"0";
 }
 
-// The whole 32-bit number is kept in the data bytes, of which the tag shows the lowest.
+// The data bytes hold the whole 32-bit number; the tag uses only the lowest byte.
 Variant FormaterByte::ReadValue(const XmlNode& node) {
   VariantData data;
   data.intVal = NarrowedInt(node.Value());

@@ -1,5 +1,5 @@
-// The formaters of the scalar types and their creators. Reading never fails on bad text: a number is what
-// atoi or atof make of it. The tags and the odd rows stand beside each class.
+// The formaters of the scalar types and their creators. Reading never fails on bad text; numbers are read
+// like atoi or atof. The comment of each class gives its tag and special cases.
 #pragma once
 
 #include "format/formater_creator.h"
@@ -22,8 +22,8 @@ class FormaterBoolCreator : public FormaterCreator {
   FormaterBool formater_;
 };
 
-// VT_I1. Reads the node's own value, so an element gives 0. Writes what converts to VT_INT, or raises the
-// conversion's code.
+// VT_I1. Reads the node's own value, so an element gives 0. Writes the value converted to VT_INT, or throws
+// the conversion's code.
 class FormaterByte : public FormaterSerializer {
  public:
   Variant ReadValue(const XmlNode& node) override;
@@ -68,8 +68,7 @@ class FormaterIntCreator : public FormaterCreator {
   FormaterInt formater_;
 };
 
-// Reads 32 bits into the 64-bit field and leaves the tag VT_EMPTY: hosts never see a long. Writes all 64
-// bits.
+// Reads 32 bits into the 64-bit field and leaves the tag VT_EMPTY, so hosts get no value. Writes all 64 bits.
 class FormaterLong : public FormaterSerializer {
  public:
   Variant ReadValue(const XmlNode& node) override;

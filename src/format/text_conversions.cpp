@@ -20,7 +20,7 @@ std::int16_t Cut(std::int32_t number) noexcept {
   return static_cast<std::int16_t>(number);
 }
 
-// Two pieces of a text; `second` begins behind the mark, or with it where told.
+// Two pieces of a text; `second` begins after the mark unless stated otherwise.
 struct Halves {
   std::u16string_view first;
   std::u16string_view second;
@@ -33,7 +33,7 @@ Halves SplitDateAndTime(std::u16string_view text) {
   return {text, {}};
 }
 
-// The zone begins with its mark. A "+" anywhere wins over a "-", and that over a "Z".
+// The zone includes its mark. A "+" anywhere wins over a "-", and that over a "Z".
 Halves SplitZone(std::u16string_view time) {
   for (const char16_t mark : {u'+', u'-', u'Z'}) {
     const std::size_t at = time.find(mark);
@@ -42,7 +42,7 @@ Halves SplitZone(std::u16string_view time) {
   return {time, {}};
 }
 
-// A minus sign counts twice here, once in the number and once as the sign: "-12" is the century of 1200.
+// A minus sign is applied twice, in the number and as the sign: "-12" is the century of 1200.
 void ReadCentury(std::u16string_view date, DateTimeValue& value) {
   const std::int32_t sign = date[0] == u'-' ? -1 : 1;
   value.Year = NarrowedInt(date) * sign * 100;  // three digits at most
@@ -80,7 +80,7 @@ struct ClockFields {
   std::int16_t second = 0;
 };
 
-// The fraction is cut off before it could become milliseconds: readers in the field drop it.
+// The fraction of a second is ignored, as in deployed readers.
 std::int16_t WholeSeconds(std::u16string_view text) {
   const double seconds = ParseSeconds(text);
   if (!(seconds > -2147483649.0 && seconds < 2147483648.0)) throw EQvException(messages::kTimeEncode);
@@ -118,7 +118,7 @@ constexpr RefusedNumber kRefusedNumbers[] = {{u"NaN", u"Unable to convert NaN fl
                                              {u"INF", u"Unable to convert INF float value"},
                                              {u"-INF", u"Unable to convert -INF float value"}};
 
-// Room for the longest form: ten numbers of at most 20 places and what stands between them.
+// Room for the longest form: ten numbers of at most 20 characters and the marks between them.
 class PointText {
  public:
   void Add(char16_t unit) { units_[size_++] = unit; }
@@ -134,7 +134,7 @@ class PointText {
   WideString Text() const { return WideString(std::u16string_view(units_, size_)); }
 
  private:
-  // Nearly every number of a point in time, several times as fast.
+  // A fast path for nearly all numbers.
   void AddTwoDigits(int number) {
     Add(static_cast<char16_t>(u'0' + number / 10));
     Add(static_cast<char16_t>(u'0' + number % 10));

@@ -1,9 +1,9 @@
 // Dates and times between XML text and the values of hosts, in the lexical forms of XML Schema Datatypes. A
-// host's value is a serial date (qvscriptwells/serial_date.h); between the two stands DateTimeValue.
+// host's value is a serial date (qvscriptwells/serial_date.h); DateTimeValue is the intermediate form.
 //
-// Numbers are read as atoi and atof read them, so junk behind a number is never an error. Failure:
-// EQvException with code 0 and the words below; those of EncodeDate, EncodeTime, DecodeDate and DecodeTime
-// pass through. No locale matters. Any thread.
+// Numbers are read like atoi and atof, so junk after a number is never an error. Failure: EQvException with
+// code 0 and the messages below, or those of EncodeDate, EncodeTime, DecodeDate and DecodeTime. Independent
+// of the locale. Any thread.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,7 @@ constexpr std::u16string_view kNegativeZonePattern = u"-HH:mm";
 constexpr std::u16string_view kPositiveZonePattern = u"+HH:mm";
 constexpr std::u16string_view kDateTimePattern = u"yyyy-MM-ddTHH:mm:ss.SSS";
 
-// What a text gave. `Accuracy` says which fields count.
+// The result of parsing. `Accuracy` says which fields are valid.
 struct DateTimeValue {
   enum Form : std::int32_t {
     kCentury = 0,
@@ -40,20 +40,20 @@ struct DateTimeValue {
   std::int32_t TimeZone = 0;  // offset in minutes; 0 for none and for "Z"
 };
 
-// "Expecting a full date value" for a time behind an incomplete date.
+// "Expecting a full date value" for a time after an incomplete date.
 DateTimeValue ParseDateTimeText(std::u16string_view text);
-// "hh:mm" or "hh:mm:ss"; fractions of a second are dropped. The fraction of a day. "Invalid time format" for
-// a text without ":".
+// "hh:mm" or "hh:mm:ss"; fractions of a second are ignored. Returns the fraction of a day. "Invalid time
+// format" for a text without ":".
 double ParseTimeOfDay(std::u16string_view text);
-// Minutes of "+hh:mm" or "-hh:mm"; 0 for "Z" and for nothing. 24:00 is a whole day, other hours from 24 on
-// are refused as in EncodeTime.
+// Minutes of "+hh:mm" or "-hh:mm"; 0 for "Z" and for nothing. 24:00 is a whole day; other hours from 24 on
+// fail as in EncodeTime.
 std::int32_t ParseTimeZone(std::u16string_view text);
 // A seconds field. "Unable to convert NaN float value" and the like for "NaN", "-0", "INF" and "-INF"; 0 for
 // a text with an exponent and no point.
 double ParseSeconds(std::u16string_view text);
 
-// "Unable to convert a value with the given accuracy" for all forms but date, time, date and time. The offset
-// counts in whole days only: an hour of offset changes nothing, since servers send local times.
+// "Unable to convert a value with the given accuracy" for all forms but date, time, date and time. Only whole
+// days of the offset count, since servers send local times: an offset of an hour changes nothing.
 double DateTimeToSerial(const DateTimeValue& value);
 // ParseDateTimeText, then DateTimeToSerial.
 double ParseSerialDate(std::u16string_view text);
@@ -62,7 +62,7 @@ double ParseSerialDate(std::u16string_view text);
 // with month and for an unknown form.
 WideString WriteDateTimeValue(const DateTimeValue& value);
 
-// A text of the XML library, by length. Empty for null. "Failed to allocate string".
+// Copies a text of the XML library with a given length. Empty for null. "Failed to allocate string".
 WideString DomStringToWide(const char16_t* units, std::size_t length);
 
 }  // namespace qv

@@ -1,7 +1,8 @@
 // Converts the cells of one table. The formater of a type is looked up once; a type without formater reads as
 // VT_EMPTY and writes as an empty text. Lives for one table, on the stack.
 //
-// Failure: EQvException as it is; anything else becomes EQvException "Cannot create the recordlist", code 0.
+// Failure: EQvException passes through; anything else becomes EQvException "Cannot create the recordlist",
+// code 0.
 #pragma once
 
 #include <cstddef>

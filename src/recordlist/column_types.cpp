@@ -10,7 +10,7 @@ struct ReadingName {
   std::int32_t type;
 };
 
-// Both spellings of a point in time stand here, because the comparison knows case.
+// Both spellings of a date and time, since the comparison is case-sensitive.
 constexpr ReadingName kReadingNames[] = {
     {u"xsd:byte", kColumnByte},
     {u"xsd:string", kColumnString},
@@ -47,7 +47,7 @@ struct TypeRow {
   std::u16string_view formater;
 };
 
-// No formater is registered as "unsigned short": such cells have no text, and hosts know it.
+// No formater is registered as "unsigned short": such cells have no text, and hosts rely on it.
 constexpr TypeRow kTypes[] = {
     {kColumnString, u"xsd:string", u"string"},
     {kColumnBoolean, u"xsd:boolean", u"boolean"},

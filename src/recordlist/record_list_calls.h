@@ -1,5 +1,5 @@
 // The operations of a record list that the reader and the writer use, as functions that throw: `_com_error`
-// with the list's code, and with its words if it leaves some; E_POINTER for a null reference, given or got.
+// with the list's code, and its message if there is one; E_POINTER for a null argument or result.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ void SetValueOf(IRecordListRecord* record, std::int32_t index, const Variant& va
 
 IRecordListCursorPtr CursorOf(IRecordList* list);
 bool HasMore(IRecordListCursor* cursor);
-// Null for a row that does not answer.
+// Null for a row without that interface.
 IRecordListRecordPtr NextOf(IRecordListCursor* cursor);
 
 void Lock(IRecordList* list, bool locked);

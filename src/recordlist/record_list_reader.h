@@ -1,5 +1,5 @@
-// Builds a record list from the element that holds one. Elements are found by their place alone; the wire
-// form has no text between them, so a text node there counts as column, record or cell.
+// Builds a record list from its XML element. Elements are found by position only; the wire format has no text
+// between them, so a text node there counts as column, record or cell.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace qv {
 
-// For one table. Failure: EQvException for what a cell does, any other exception for the rest.
+// For one table. Failure: EQvException for a cell, any other exception for the rest.
 class RecordListReader {
  public:
   // `element` is not null.
@@ -20,7 +20,7 @@ class RecordListReader {
   void ReadColumns(const XmlNode& headersBlock);
   void ReadRecords(const XmlNode& recordsBlock);
   void ReadCells(const XmlNode& record, IRecordListRecord* target);
-  // A short text can ask for very many cells that no record has (kMostMissingCells).
+  // Guards against a short text with very many missing cells (kMostMissingCells).
   void RequireFilled() const;
 
   IRecordListPtr list_;

@@ -47,7 +47,7 @@ void RecordListWriter::WriteRecord(IRecordListRecord* record) {
   serializer_.EndRecord();
 }
 
-// The record's own view of the columns counts here, cell by cell.
+// Each cell uses the columns that its record returns.
 void RecordListWriter::WriteCell(IRecordListRecord* record, std::int32_t index) {
   const IRecordListHeadersPtr headers = HeadersOf(record);
   const IRecordListHeaderPtr header = HeaderAt(headers.get(), index);

@@ -10,7 +10,7 @@
 namespace qv {
 namespace {
 
-// Each registers itself. "float" has no second name: a value typed "xsd:float" finds no formater, and hosts
+// Each registers itself. "float" has no second name: a value of type "xsd:float" has no formater, and hosts
 // rely on it reading as empty.
 struct Creators {
   FormaterBoolCreator boolean{u"boolean"};
@@ -45,10 +45,10 @@ struct Creators {
 struct ValueTypes {
   ValueTypes() { names.RegisterAll(*FormaterFactory::Instance()); }
   Creators creators;
-  FormaterFactory names;  // for a factory that has to be filled again
+  FormaterFactory names;  // to fill the factory again
 };
 
-// Under the lock. All or nothing: a factory that has names of creators that are gone again is none to keep.
+// Under the lock. All or nothing, so that the factory never has names of destroyed creators.
 const ValueTypes& RegisteredTypes() {
   try {
     static const ValueTypes types;
@@ -78,7 +78,7 @@ void FillFormaters() {
   FillUnderLock();
 }
 
-// The hold would fill the next factory with the same types at once, so the one that there is stays.
+// With a hold the factory stays, since the next one would get the same types at once.
 void EndFormaters() noexcept {
   const std::lock_guard<std::mutex> lock(FormaterMutex());
   if (holds == 0) FormaterFactory::Destroy();

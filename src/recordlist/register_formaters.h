@@ -1,5 +1,5 @@
-// The value types of the process: puts all formaters into the factory, and takes them out again. Any thread.
-// Failure: `_com_error`, E_OUTOFMEMORY; nothing is registered then, and the next call tries again.
+// The value types of the process: registers all formaters in the factory, and removes them. Any thread.
+// Failure: `_com_error`, E_OUTOFMEMORY; then nothing is registered, and the next call tries again.
 #pragma once
 
 namespace qv {
@@ -8,10 +8,10 @@ namespace qv {
 // anything.
 void RegisterFormaters();
 
-// As above, and a factory that was emptied since gets all of them back.
+// As above, but also fills a factory that was emptied since.
 void FillFormaters();
 
-// What the end of a model does: the factory goes, with all types in it, unless a ValueTypesHold lives.
+// Called by the end of a model: destroys the factory with all its types, unless a ValueTypesHold exists.
 void EndFormaters() noexcept;
 
 }  // namespace qv

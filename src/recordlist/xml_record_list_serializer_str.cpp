@@ -30,8 +30,8 @@ void CXMLRecordListSerializerStr::StartSchema(std::u16string_view id) {
   stream_.Append(u">");
 }
 
-// A name that the escape leaves alone may still be none for XML (one with a blank, say): servers in the field
-// get it as it stands.
+// A name that needs no escape may still be invalid in XML, for example with a blank; it is sent unchanged, as
+// deployed servers expect.
 void CXMLRecordListSerializerStr::WriteColumn(std::u16string_view name, std::u16string_view xmlTypeName,
                                               std::u16string_view displayName) {
   if (PlainRun(name) != name.size())

@@ -1,5 +1,5 @@
-// Writes the XML text of a table piece by piece; the order of the calls makes the document. No declaration,
-// no line break, no indentation: servers in the field read it by position.
+// Writes the XML text of a table piece by piece; the order of the calls is the order of the document. No
+// declaration, line breaks or indentation, since deployed servers read it by position.
 #pragma once
 
 #include <string_view>
@@ -18,7 +18,7 @@ class CXMLRecordListSerializerStr {
 
   void StartRecordList();
   void StartHeaders();
-  // `id` stands twice in the element.
+  // The element contains `id` twice.
   void StartSchema(std::u16string_view id);
   // EQvException "Header contains special Xml chars that are not valid for tag name", code 0, for a name with
   // a character that the XML escape would replace. The display name is escaped.
@@ -28,19 +28,19 @@ class CXMLRecordListSerializerStr {
   void EndHeaders();
   void StartRecords();
   void StartRecord();
-  // `text` is escaped once more here, though the formaters have escaped it: servers undo both.
+  // Escapes `text` a second time, after the formaters; servers undo both.
   void WriteCell(std::u16string_view name, std::u16string_view text);
   void EndRecord();
   void EndRecords();
   void EndRecordList();
-  // The document so far; the stream is empty afterwards.
+  // Returns the document and empties the stream.
   WideString TakeText();
 
  private:
   WideTextStream stream_;
 };
 
-// A fresh "uuid:" with the 36 characters of a random GUID.
+// A new "uuid:" with the 36 characters of a random GUID.
 WideString NewSchemaId();
 
 }  // namespace qv

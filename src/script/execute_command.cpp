@@ -20,7 +20,7 @@ namespace {
 constexpr char16_t kStringType[] = u"xsd:string";
 constexpr char16_t kAttachedFileType[] = u"AttachedFile";
 
-// For `catch (...)` around the writing of a request.
+// For `catch (...)` when writing a request fails.
 [[noreturn]] void RethrowAsWriteFailure() {
   try {
     throw;
@@ -31,7 +31,7 @@ constexpr char16_t kAttachedFileType[] = u"AttachedFile";
   }
 }
 
-// A parameter without a wire form is refused before the request goes out.
+// A parameter that has no wire format fails before the request is sent.
 [[noreturn]] void RefuseParameter() {
   _com_raise_error(E_INVALIDARG);
 }
@@ -50,7 +50,7 @@ WireParameter ReadParameter(IParameter* parameter) {
   return read;
 }
 
-// Brings the file to the server now, before the request that names its ticket.
+// Uploads the file before the request that contains its ticket.
 WideString UploadAttachedFile(const WideString& serviceUrl, const Variant& value, const NamedArguments& map) {
   const IAttachedFilePtr file = As<IAttachedFile>(value.Object());
   CFileUploader uploader(serviceUrl, map.at(argument::kUploadFile).Text());
@@ -144,7 +144,7 @@ void CExecuteCommand::WriteScriptDocument(WideTextStream& stream, const NamedArg
   stream.Append(u"</Script>");
 }
 
-// The file is a document already, so it is escaped once. What goes out is a new rendering of it.
+// The file is a document already, so it is escaped once. It is parsed and serialized again before it is sent.
 void CExecuteCommand::WriteScriptFile(WideTextStream& stream, const WideString& fileName) {
   QvDOMErrorHandlers handler(true);
   QvDomParser parser;
@@ -155,13 +155,12 @@ void CExecuteCommand::WriteScriptFile(WideTextStream& stream, const WideString& 
   stream.AppendEncoded(serializer.Serialize(parser.Document()).view());
 }
 
-// The whole document is escaped once more on its way out, so the script is escaped twice and the language
-// once.
+// The whole document is escaped when it is written, so the script is escaped twice and the language once.
 void CExecuteCommand::WriteScriptText(WideTextStream& stream, const NamedArguments& map) {
   const WideString language = map.at(argument::kScriptLanguage).Text();
   stream.AppendEncoded(u"<Scriptwell Language=\"");
   stream.AppendEncoded(language.view());
-  // The escape ends at a null unit, and with it the document.
+  // The escape stops at a null unit, and so does the document.
   if (language.view().find(u'\0') == std::u16string_view::npos)
     WriteCode(stream, map.at(argument::kScript).Text());
 }
@@ -208,7 +207,7 @@ void CExecuteCommand::WriteParameters(WideTextStream& stream, const WideString& 
   stream.Append(u"</parameters>");
 }
 
-// The prefixes stand the other way round than in the nil form; servers in the field expect both as they are.
+// The prefixes are swapped compared with the nil form; deployed servers expect both forms.
 void CExecuteCommand::WriteParametersStart(WideTextStream& stream, std::int16_t count) {
   const WideString arrayType = JoinText({u"ns2:Parameter[", DecimalText(count).view(), u"]"});
   stream.Append(u"<parameters");

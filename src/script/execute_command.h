@@ -9,12 +9,12 @@ namespace qv {
 class CExecuteCommand : public CQvCommand {
  public:
   CQvCommand* clone() const override;
-  // Needs the XML library started (XmlLibraryGuardScope) when the map names a script file.
-  // EQvException passes; any other failure becomes EQvException "Cannot create the xml document."
+  // Needs the XML library started (XmlLibraryGuardScope) if the map names a script file. EQvException passes
+  // through; any other failure becomes EQvException "Cannot create the xml document."
   void Serialize(WideTextStream& stream, const WideString& action, const WideString& serviceNamespace,
                  const WideString& url, const NamedArguments& map) override;
 
-  // The text of a value by the formater of its type name; null when there is none. Failures as above.
+  // The text of a value by the formater of its type name; null if there is none. Failures as above.
   static WideString FormatValue(WideString typeName, Variant value);
 
  private:

@@ -18,7 +18,7 @@
 namespace qv {
 namespace {
 
-// A name from the server must stay in the directory that the host chose.
+// A name from the server must not leave the directory that the host chose.
 void RequirePlainName(std::u16string_view name) {
   if (name.empty() || name == u"." || name == u".." ||
       name.find_first_of(std::u16string_view(u"/\\\0", 3)) != std::u16string_view::npos)
@@ -32,7 +32,7 @@ WideString NameFrom(const WideString& header) {
   return pieces[count - 1];
 }
 
-// A directory that was made for one file goes when the file does not come.
+// A directory that was created for the file is removed if the download fails.
 class FreshDirectory {
  public:
   FreshDirectory() = default;
@@ -43,7 +43,7 @@ class FreshDirectory {
   }
   WideString Make() {
     WideString directory = TempSubdirectoryName();
-    path_ = NativePath(directory);  // first, since afterwards there may be no memory to remember it
+    path_ = NativePath(directory);  // before creation, since this may fail for lack of memory
     MakeTempSubdirectory(directory);
     return directory;
   }

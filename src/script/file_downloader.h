@@ -1,4 +1,4 @@
-// Fetches one file from a URL into a local directory.
+// Downloads one file from a URL into a local directory.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +13,12 @@ class CFileDownloader {
                   const WideString& cookieHandle)
       : url_(url), proxyName_(proxyName), proxyPort_(proxyPort), cookieHandle_(cookieHandle) {}
 
-  // The path of the file; `target` becomes it too. Failure as in CFileUploader::PostFile.
+  // Returns the path of the file, also in `target`. Failure as in CFileUploader::PostFile.
   WideString Download(const WideString& contextHandle, WideString& target);
-  // The path that `target`, a directory or nothing, and the name in a Content-Disposition header make. The
-  // name is what stands behind the last "=", untrimmed, whatever it holds: Download refuses to write a file
-  // whose name would leave the directory (empty, ".", "..", with "/", "\" or a null unit). An exception of
-  // any kind for a header without a name.
+  // The path from `target`, a directory or nothing, and the name in a Content-Disposition header. The name is
+  // all text after the last "=", untrimmed and unchecked; Download rejects a name that would leave the
+  // directory (empty, ".", "..", with "/", "\" or a null unit). Throws any exception for a header without a
+  // name.
   static WideString ResolveTargetPath(const WideString& target, const WideString& header);
 
  private:

@@ -18,7 +18,7 @@
 namespace qv {
 namespace {
 
-// The names read the other way round from their use: installations in the field have them so.
+// The names are swapped compared with their use; deployed installations have them so.
 constexpr std::u16string_view kScriptForNewTicket = u"ClientScripts\\UploadScript.xml";
 constexpr std::u16string_view kScriptForOldTicket = u"ClientScripts\\UploadScriptWithoutTicketdId.xml";
 
@@ -59,7 +59,7 @@ WideString ScriptPath(bool hasTicket) {
                    hasTicket ? kScriptForOldTicket : kScriptForNewTicket});
 }
 
-// The read takes the flag from the object.
+// Reading the ticket clears the object's flag.
 IParametersPtr OldTicket(IAttachedFile* file) {
   WideString ticket;
   Check(file->get_TicketId(&ticket), file);
@@ -127,8 +127,7 @@ WideString CFileUploader::ExtractTicket(const WideString& uploadUrl) {
   return TokenizeString(uploadUrl.view(), u"=", pieces) == 0 ? WideString() : pieces[1];
 }
 
-// The component gets the bare name of the proxy. What the server answers is fetched and dropped, a refusal
-// too.
+// The component gets only the name of the proxy. The server's answer is read and ignored, even an error.
 void CFileUploader::PostFile(const CQvUrl& url, const WideString& proxy, const WideString& contextHandle,
                              const WideString& fileName) {
   HttpCall call;
