@@ -8,7 +8,7 @@ namespace qv {
 
 namespace {
 
-// Into the block of the caller, whose length is its room.
+// Copies into the caller's block, whose length is its capacity.
 bool Fill(BStr text, std::u16string_view value) noexcept {
   const std::size_t room = StringLength(text);
   if (text == nullptr || room < value.size()) return false;
@@ -17,9 +17,9 @@ bool Fill(BStr text, std::u16string_view value) noexcept {
   return true;
 }
 
-// Puts `value` into an in/out text; a null value leaves null there. The library ignores the result, so a text
-// that fits is written in place, where nothing can fail. A text that neither fits nor can be copied leaves
-// null: the old content may be the answer to another question.
+// Stores `value` in an in/out text; a null value sets it to null. The library ignores the result, so a text
+// that fits is written in place, which cannot fail. If a text neither fits nor can be allocated, the text
+// becomes null, since the old content may belong to another call.
 HRESULT Answer(BStr* text, const WideString& value) noexcept {
   if (text == nullptr) return E_POINTER;
   if (!value.IsNull() && (Fill(*text, value.view()) || ReplaceString(text, value.view()))) return S_OK;
@@ -46,7 +46,7 @@ HRESULT SimpleHost::GetUsid(BStr* text) noexcept {
   return Answer(text, user_.usid);
 }
 
-// It has no database to name.
+// It has no database.
 HRESULT SimpleHost::SetDatabaseName(const WideString&) noexcept {
   return S_OK;
 }

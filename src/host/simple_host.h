@@ -1,4 +1,4 @@
-// The services object of CreateSimpleHost: a fixed user, and a record of what the sink was called with.
+// The services object of CreateSimpleHost: a fixed user, and the last arguments of the sink.
 #pragma once
 
 #include "com/counted_object.h"
@@ -14,8 +14,8 @@ class SimpleHost final : public CountedObject<IQvClientServices, IQvClientServic
   HRESULT GetUserName(BStr* text) noexcept override;
   HRESULT GetDatabaseId(BStr* text) noexcept override;
   HRESULT GetReplicaId(BStr* text) noexcept override;
-  // The session to adopt: the user's at first, later the one that the sink heard of, none once it was
-  // cleared. A client that asks again during a session thus gets that session and not an older one.
+  // The session to adopt: the user's at first, later the one of the last SetUsid, none after ClearSession. So
+  // a client that asks again during a session gets the current one.
   HRESULT GetUsid(BStr* text) noexcept override;
 
   HRESULT SetDatabaseName(const WideString& name) noexcept override;

@@ -1,4 +1,4 @@
-// The provider of CreateSimpleServiceProvider: it knows one service.
+// The provider of CreateSimpleServiceProvider: it has one service.
 #pragma once
 
 #include "com/counted_object.h"

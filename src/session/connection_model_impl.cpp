@@ -51,8 +51,8 @@ void ConnectionModelImpl::SetServer(WideString serverName, WideString proxy) {
 }
 
 void ConnectionModelImpl::SetNamespace() {
-  // Not std::call_once: an exception on its way through that one ends the process when there is no memory to
-  // load what unwinds its frames.
+  // std::call_once is unsuitable: an exception that passes through it ends the process if there is no memory
+  // to load the unwinder.
   static std::mutex mutex;
   static bool registered = false;
   namespace_ = kServiceNamespace;
@@ -118,7 +118,7 @@ void ConnectionModelImpl::PublishSessionInfo(const WideString& connectionString)
 
   const IQvClientServicesSinkPtr sink = Sink();
   const auto check = [&sink](HRESULT code) { ThrowIfFailed(code, sink.get(), IQvClientServicesSink::kIid); };
-  const WideString usid = contextHandle_;  // a host may change ours while it is told
+  const WideString usid = contextHandle_;  // a host may change the member during the notification
   check(sink->SetUsid(usid));
   check(sink->SetUserName(ConnectionField(&IConnectionString::get_UserName, fields.get())));
   check(sink->SetDatabaseIds(ConnectionField(&IConnectionString::get_DatabaseID, fields.get()),
@@ -145,7 +145,7 @@ void ConnectionModelImpl::ResetSession(NamedArguments& map) {
 }
 
 IQvClientServicesSinkPtr ConnectionModelImpl::Sink() const {
-  const IQvClientServicesPtr asked = clientServices_;  // which may take themselves away meanwhile
+  const IQvClientServicesPtr asked = clientServices_;  // the services may remove themselves meanwhile
   IQvClientServicesSinkPtr sink = As<IQvClientServicesSink>(asked);
   if (sink == nullptr) _com_raise_error(E_POINTER);
   return sink;

@@ -1,5 +1,5 @@
-// The logic behind a ConnectionModel: one connection to one server, and the session that the server opened.
-// Failure: EQvException, or `_com_error` for a missing reference and for a failing host service.
+// The logic of a ConnectionModel: one connection to one server, and its session. Failure: EQvException, or
+// `_com_error` for a missing reference and for a failing host service.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,7 @@
 
 namespace qv {
 
-// Written after each operation and read by nobody in the library: whether there is a session is told by its
-// id.
+// Written after each operation, but never read by the library: a session exists if it has an id.
 enum class SessionState : std::int32_t { kNew = 0, kOpen = 1, kScriptRan = 2, kClosed = 3 };
 
 class ConnectionModelImpl {
@@ -20,7 +19,7 @@ class ConnectionModelImpl {
   ConnectionModelImpl() = default;
   ConnectionModelImpl(const ConnectionModelImpl&) = delete;
   ConnectionModelImpl& operator=(const ConnectionModelImpl&) = delete;
-  // Sends nothing. Empties and destroys the formater factory of the process.
+  // Sends nothing. Destroys the process's formater factory.
   virtual ~ConnectionModelImpl();
 
   virtual void CreateUserSession(WideString connectionString);
@@ -28,12 +27,12 @@ class ConnectionModelImpl {
   virtual Variant Execute(WideString scriptLanguage, WideString script, IParameters* parameters);
   virtual Variant ExecuteFile(WideString scriptFile, IParameters* parameters);
   virtual void SetUSID(WideString usid);
-  // No session is asked for: without one the id that goes along is empty.
+  // Does not require a session; without one the sent id is empty.
   virtual WideString DownloadFile(WideString url, WideString target);
   virtual void SetServer(WideString serverName, WideString proxy);
   virtual void SetClientServices(IUnknown* services);
 
-  // What tests and the rooms above look at.
+  // For tests and the calling layers.
   const CQvUrl& ServiceUrl() const { return serviceUrl_; }
   const WideString& HostUrl() const { return hostUrl_; }
   const WideString& UploadUrl() const { return uploadUrl_; }

@@ -12,8 +12,7 @@ namespace {
 constexpr std::size_t kServiceTextUnits = 256;
 constexpr std::u16string_view kNoProxy = u"@PROXY@";
 
-// A text as services are handed it: with room that they may fill, or replace, or free. It may come to hold a
-// session's id.
+// An in/out text for services, which may fill, replace or free it. It may contain a session id.
 class ServiceText {
  public:
   ServiceText() : text_(AllocString(nullptr, kServiceTextUnits)) {
@@ -21,7 +20,7 @@ class ServiceText {
     MarkSecret(text_);
   }
   ~ServiceText() {
-    MarkSecret(text_);  // whatever stands there now
+    MarkSecret(text_);  // the current text
     FreeString(text_);
   }
   ServiceText(const ServiceText&) = delete;
@@ -44,7 +43,7 @@ IQvServiceProviderPtr ProviderOf(IUnknown* object) {
   return As<IQvServiceProvider>(object);
 }
 
-// What counts is the object; the code of a provider that knows none is not looked at.
+// Uses only the returned object; the provider's result code is ignored.
 IUnknownPtr FindServices(IQvServiceProvider* provider) {
   IUnknown* raw = nullptr;
   provider->GetService(kClientServicesName, &raw);
@@ -63,7 +62,7 @@ void Check(HRESULT code, IConnectionString* object) {
 
 }  // namespace
 
-// The model is there from now on, also when the services are not.
+// The model stays from now on, even if the services are missing.
 void QvScriptwellsImpl::Init(IUnknown* pVal) {
   const IQvServiceProviderPtr provider = ProviderOf(pVal);
   if (provider == nullptr) _com_raise_error(E_POINTER);
@@ -87,14 +86,14 @@ IConnectionModelPtr QvScriptwellsImpl::get_ConnectionModel() {
   }
 }
 
-// The raw interface leaves its words on the thread without saying so (ISupportErrorInfo names the first
-// interface only), so they are read from there.
+// The raw interface leaves an error record, but ISupportErrorInfo names only the first interface, so the
+// record is taken directly.
 IConnectionModelPtr QvScriptwellsImpl::ReadyModel() {
   if (model_ == nullptr) model_ = CreateConnectionModel();
   IConnectionModelPtr model = model_;
   const IConnectionModelRawPtr raw = RawOf(model.get());
   ThrowIfFailed(raw->SetServer(serverName_, proxy_));
-  // Held for the call: the services are asked there, and may replace themselves here.
+  // Held for the call: it calls the services, which may replace themselves here.
   ThrowIfFailed(raw->SetClientServices(IQvClientServicesPtr(clientServices_).get()));
   const IQvClientServicesPtr services(Services());
   ServiceText usid;

@@ -1,6 +1,6 @@
-// The logic behind the client object: a factory of value objects, the owner of the one model, and the way in
-// for the host's services. Failure: `_com_error` and EQvException. Calls its objects through their
-// interfaces, as any host does.
+// The logic of the client object: it creates value objects, owns the one model, and receives the host's
+// services. Failure: `_com_error` and EQvException. It calls its objects through their interfaces, like a
+// host.
 #pragma once
 
 #include "qvscriptwells/host_services.h"
@@ -13,7 +13,7 @@ class QvScriptwellsImpl {
   QvScriptwellsImpl() = default;
   QvScriptwellsImpl(const QvScriptwellsImpl&) = delete;
   QvScriptwellsImpl& operator=(const QvScriptwellsImpl&) = delete;
-  // Closes no session. Services that call back when they are released find none here.
+  // Closes no session. Services that call back on their release find the services member empty.
   virtual ~QvScriptwellsImpl() { clientServices_.reset(); }
 
   virtual IConnectionModelPtr get_ConnectionModel();

@@ -7,23 +7,23 @@
 
 namespace qv {
 
-// What has to be closed and released on every way out. The references go with the object. A failing operation
-// of the component throws `_com_error` with the component's words.
+// Must be closed on every path; the destructor releases the references. A failing operation of the component
+// throws `_com_error` with the component's message.
 class HttpCall {
  public:
-  // Makes a component, started, by its class id.
+  // Creates and starts a component by its class id.
   void Create();
   void Open(const CQvUrl& url, const WideString& proxy) const;
-  // There is no request when the component gives none.
+  // The request is null if the component returns none.
   void OpenRequest(const WideString& verb, const WideString& path, const WideString& contentType);
   void SetHeader(const WideString& name, const WideString& value) const;
   WideString Header(const WideString& name) const;
-  // The request, then the session. E_POINTER when one of them was never there: it takes the place of whatever
-  // failed before.
+  // Closes the request, then the session. E_POINTER if one of them never existed; this replaces an earlier
+  // failure.
   void Close() const;
 
   bool HasRequest() const noexcept { return request_ != nullptr; }
-  // Throws E_POINTER when there is none.
+  // Throws E_POINTER if there is none.
   IHttpRequest* Request() const;
   void Check(HRESULT code) const { ThrowIfFailed(code, request_.get(), IHttpRequest::kIid); }
 
@@ -34,8 +34,8 @@ class HttpCall {
   IHttpRequestPtr request_;
 };
 
-// For `catch (...)` around an exchange: closes both, then raises EQvException, code 0, with the component's
-// words for a failed operation of it (empty if it has none) and "Unknown Http problem." for anything else.
+// For `catch (...)` around an exchange: closes both, then throws EQvException, code 0: with the component's
+// message (or an empty one) if its operation failed, and "Unknown Http problem." for anything else.
 [[noreturn]] void CloseAndRethrow(const HttpCall& call);
 
 }  // namespace qv

@@ -1,4 +1,4 @@
-// The arguments of one call by name: what the model says, and what commands write into the envelope.
+// The arguments of one call by name. The model fills them in; commands write them into the envelope.
 #pragma once
 
 #include <map>
@@ -8,7 +8,7 @@
 
 namespace qv {
 
-// The caller fills it by insertion, so the first value of a key stays.
+// The caller fills it with insert, so the first value of a key stays.
 using NamedArguments = std::map<WideString, Variant>;
 
 namespace argument {
@@ -26,7 +26,7 @@ inline constexpr char16_t kUploadFile[] = u"UploadFile";  // the address that ta
 
 }  // namespace argument
 
-// The text behind a key, or `absent`.
+// The text of a key, or `absent`.
 inline WideString TextArgument(const NamedArguments& map, const char16_t* key, const char16_t* absent) {
   const auto found = map.find(key);
   return found == map.end() ? WideString(absent) : found->second.Text();

@@ -10,7 +10,7 @@ class CQvCommand {
  public:
   virtual ~CQvCommand() = default;
   virtual CQvCommand* clone() const = 0;  // a new command of the same class, owned by the caller
-  // Appends the envelope and a closing null unit to `stream`. A missing key throws std::out_of_range.
+  // Appends the envelope and a null terminator to `stream`. A missing key throws std::out_of_range.
   virtual void Serialize(WideTextStream& stream, const WideString& action, const WideString& serviceNamespace,
                          const WideString& url, const NamedArguments& map) = 0;
 };
@@ -29,7 +29,7 @@ class CReleaseSessionCommand : public CQvCommand {
                  const WideString& url, const NamedArguments& map) override;
 };
 
-// The command of the action "Execute" comes from the room that writes scripts and parameters (script/).
+// The command of the action "Execute", which is implemented in src/script.
 CQvCommand* NewExecuteCommand();
 
 }  // namespace qv

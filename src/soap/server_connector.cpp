@@ -47,7 +47,7 @@ WideString CServerConnector::Fetch(HttpCall& call, const CQvUrl& url, const Wide
 
   SetHeaders(call, action, url);
   call.Check(call.Request()->Send(stream.TakeText(), u""));
-  call.Header(u"StatusCode");  // whatever it is, the body tells
+  call.Header(u"StatusCode");  // the value is ignored; the body decides
   const std::int32_t bytes = ToLong(call.Header(u"Content-Length"));
   if (bytes < 1) throw EQvException(u"The response length doesn't exist.");
 

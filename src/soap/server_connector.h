@@ -17,8 +17,8 @@ class CServerConnector {
   virtual ~CServerConnector() = default;
 
   // Posts the stream's text, up to its first null unit, and parses the answer. `proxy` "@PROXY@" means none
-  // and is replaced by the empty text. `proxyPort` is not used: the component gets the bare name. Raises
-  // EQvException, a DOM exception of the XML library, or `_com_error` E_POINTER when there was no request or
+  // and is replaced by the empty text. `proxyPort` is not used: the component gets the bare name. Throws
+  // EQvException, a DOM exception of the XML library, or `_com_error` E_POINTER if there was no request or
   // session to close after a failure.
   CSOAPResponse Post(const CQvUrl& url, const WideString& action, WideTextStream& stream, WideString& proxy,
                      std::uint16_t proxyPort);
@@ -32,7 +32,7 @@ class CServerConnector {
   WideString cookie_;
 };
 
-// For `catch (...)` around the parsing of an answer: DOM exceptions and EQvException stay, anything else
+// For `catch (...)` when parsing an answer fails: DOM exceptions and EQvException pass through, anything else
 // becomes EQvException "Unknown response problem".
 [[noreturn]] void RethrowAsParseFailure();
 

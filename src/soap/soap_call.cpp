@@ -69,7 +69,7 @@ CSOAPResponse CSOAPCall::Run(const CQvUrl& url, const WideString& action, const 
 CSOAPResponse CSOAPCall::RunCommand(const CQvUrl& url, const WideString& serviceNamespace,
                                     const NamedArguments& map) {
   WideTextStream stream;
-  stream.HoldsSecret();  // every envelope carries credentials or a session's id
+  stream.HoldsSecret();  // every envelope contains credentials or a session id
   WriteEnvelope(stream, url, serviceNamespace, map);
   WideString proxy = GetProxy(map);
   const std::uint16_t proxyPort = GetProxyPort(map);
@@ -79,7 +79,7 @@ CSOAPResponse CSOAPCall::RunCommand(const CQvUrl& url, const WideString& service
   return response;
 }
 
-// The command is gone before the exchange begins.
+// The command is destroyed before the exchange begins.
 void CSOAPCall::WriteEnvelope(WideTextStream& stream, const CQvUrl& url, const WideString& serviceNamespace,
                               const NamedArguments& map) {
   const std::unique_ptr<CQvCommand> command(CreateCommand());

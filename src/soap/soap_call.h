@@ -1,4 +1,4 @@
-// One call to the service: from named arguments to a response. Lives on the stack of one call.
+// One call to the service: from named arguments to a response. For one call, on the stack.
 #pragma once
 
 #include <cstdint>
@@ -15,12 +15,12 @@ class CSOAPCall {
   CSOAPCall();
   virtual ~CSOAPCall() = default;
 
-  // Writes the envelope, does the exchange and reads the answer. Whatever fails leaves as an EQvException
+  // Writes the envelope, sends it and reads the answer. Any failure becomes an EQvException
   // (RethrowAsCallFailure).
   CSOAPResponse Run(const CQvUrl& url, const WideString& action, const WideString& serviceNamespace,
                     const NamedArguments& map);
 
-  // A new command for the action field, owned by the caller; null for an action that is none.
+  // A new command for the action field, owned by the caller; null for an unknown action.
   CQvCommand* CreateCommand() const;
   static WideString GetProxy(const NamedArguments& map);
   static std::uint16_t GetProxyPort(const NamedArguments& map);
@@ -40,7 +40,7 @@ class CSOAPCall {
   WideString last_;
 };
 
-// For `catch (...)` around a call: throws the EQvException that the failure becomes. Clauses in this order:
+// For `catch (...)` around a call: converts the failure to an EQvException. Clauses in this order:
 // XMLException (its message), DOM exception ("The problem in building xml document => " and its message),
 // EQvException (as it is), anything else ("Cannot create a soap call.").
 [[noreturn]] void RethrowAsCallFailure();

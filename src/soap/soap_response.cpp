@@ -21,7 +21,7 @@ constexpr char kBufferId[] = "application/xml";
 constexpr std::u16string_view kErrorObjectStart = u"<ErrorObject";
 constexpr std::u16string_view kErrorObjectEnd = u"</ErrorObject>";
 
-// One walk finds what an answer is searched for: the first element of each of three names.
+// Finds the first element of each of three names in one pass.
 struct AnswerNodes {
   XmlNode fault;
   XmlNode answer;
@@ -40,8 +40,8 @@ bool Take(const Wanted& wanted, std::u16string_view tag, const XmlNode& element)
   return true;
 }
 
-// Names that the document does not hold are not searched for: a table is large, and answers in it stand in
-// front.
+// Skips names that the document does not contain, since a table is large; the elements of an answer are near
+// its start.
 AnswerNodes FindAnswerNodes(const QvDomParser& parser, const WideString& action) {
   const WideString name = JoinText({action.view(), u"Response"});
   const WideString prefixed = JoinText({u"NS2:", name.view()});
@@ -63,7 +63,7 @@ bool IsEnvelope(std::u16string_view text) {
          text.find(u"soap:Envelope") != std::u16string_view::npos;
 }
 
-// The value of the last element of that name, in document order; false when there is none.
+// The value of the last element of that name, in document order; false if there is none.
 bool LastElementValue(const XmlNode& document, std::u16string_view name, WideString& value) {
   bool found = false;
   for (XmlWalk walk(document); !walk.Node().IsNull(); walk.Next()) {
@@ -84,7 +84,7 @@ WideString FaultText(const XmlNode& document) {
   return text;
 }
 
-// The piece of the fault text that is an error object; empty when there is none.
+// The error object in the fault text; empty if there is none.
 std::u16string_view ErrorObject(std::u16string_view faultText) {
   const std::size_t start = faultText.find(kErrorObjectStart);
   const std::size_t end = faultText.find(kErrorObjectEnd);
@@ -116,7 +116,7 @@ XmlNode FindChildOfType(const XmlNode& node, int type) {
   return last;
 }
 
-// The system id stands where the parser's message would: hosts compare this text.
+// Contains the system id in place of the parser's message; hosts compare this text.
 WideString ParseErrorText(const xercesc::SAXParseException& error) {
   const WideString systemId(error.getSystemId());
   const WideString line = DecimalText(static_cast<std::int64_t>(error.getLineNumber()));
@@ -164,7 +164,7 @@ void CSOAPResponse::ReadDocument(const QvDomParser& parser) {
   ReadAnswer(answer, DocumentElement(document));
 }
 
-// A script's result is found by position: the first child of the envelope's first child.
+// A script's result is found by its position: the first child of the envelope's first child.
 void CSOAPResponse::ReadAnswer(const XmlNode& answer, const XmlNode& documentElement) {
   if (action_.view() == u"CreateUserSession") {
     const XmlNode text = FindChildOfType(answer.FirstChild(), XmlNode::kText);

@@ -1,4 +1,4 @@
-// The outcome of one call, and the reader that finds it in the answer's text.
+// The result of one call, and the parser of the answer's text.
 #pragma once
 
 #include "qvscriptwells/variant.h"
@@ -12,7 +12,7 @@ class QvDomParser;
 class CSOAPResponse {
  public:
   void SetText(const WideString& action, const WideString& text, bool fromFile);
-  // Fills the value, or raises: EQvException for a fault, for text that is no answer and for a parse error
+  // Sets the value, or throws: EQvException for a fault, for text that is not an answer and for a parse error
   // ("Error at file ..."); a DOM exception of the XML library passes through.
   void ParseText();
   Variant Value() const { return value_; }
@@ -25,16 +25,16 @@ class CSOAPResponse {
 
   WideString action_;
   WideString text_;
-  WideString cookie_;  // the seam at which a server's cookie would enter; nothing fills it
+  WideString cookie_;  // reserved for a server's cookie; never set
   Variant value_;
   bool fromFile_ = false;
 };
 
-// Raises the fault that `document` holds; never returns.
+// Throws the fault in `document`.
 [[noreturn]] void DeserializeFault(const XmlNode& document);
 
-// For `catch (...)` around ParseText: throws what that failure becomes. Clauses in this order:
-// SAXParseException, DOM exception, EQvException, WideString, anything else.
+// For `catch (...)` around ParseText: converts the failure. Clauses in this order: SAXParseException, DOM
+// exception, EQvException, WideString, anything else.
 [[noreturn]] void RethrowAsResponseFailure();
 
 }  // namespace qv

@@ -7,7 +7,7 @@
 namespace qv {
 namespace {
 
-// The escape, or a null unit, ends a plain run.
+// A unit to escape, or a null unit, ends a plain run.
 bool EndsRun(char16_t unit) noexcept {
   return unit == 0 || unit >= 0x7F || unit == u'"' || unit == u'&' || unit == u'\'' || unit == u'<' ||
          unit == u'>';
@@ -23,8 +23,8 @@ __m128i Masked(__m128i bytes, int mask) noexcept {
   return _mm_and_si128(bytes, _mm_set1_epi8(static_cast<char>(mask)));
 }
 
-// One bit for each of the 16 units from `units` that ends a run. The pack turns units from 0x100 up into
-// 0xFF, and those from 0x8000 up, which it takes for negative, into 0: both end a run.
+// One bit for each of the 16 units from `units` that ends a run. Packing converts units from 0x100 up to
+// 0xFF, and those from 0x8000 up, which are negative for it, to 0: both end a run.
 unsigned EndsInBlock(const char16_t* units) noexcept {
   const auto* const from = reinterpret_cast<const __m128i*>(units);
   const __m128i bytes = _mm_packus_epi16(_mm_loadu_si128(from), _mm_loadu_si128(from + 1));

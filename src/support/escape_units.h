@@ -1,4 +1,4 @@
-// Which 16-bit units the XML escape replaces, and how to get past the others fast.
+// The 16-bit units that the XML escape replaces, and a fast way to skip the others.
 #pragma once
 
 #include <cstddef>
@@ -6,9 +6,9 @@
 
 namespace qv {
 
-// What becomes of one unit: the text written for it, empty when it stands as it is.
+// The replacement for one unit; empty if it stays unchanged.
 std::u16string_view XmlEntity(char16_t unit) noexcept;
-// The number of units at the start of `text` that stand as they are.
+// The number of units at the start of `text` that stay unchanged.
 std::size_t PlainRun(std::u16string_view text) noexcept;
 
 }  // namespace qv

@@ -1,5 +1,4 @@
-// Names of files as hosts pass them: the rules are about the names and not about the system that runs the
-// code.
+// File names from hosts. The rules are the same on every system.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +14,7 @@ enum class FileSource : std::int16_t { kLocal = 0, kNetwork = 1, kUrl = 2 };
 FileSource DetectFileSource(const WideString& fileName);
 // Whether the above is kUrl. EQvException: "IsFileNameURL - File Name is missing."
 bool IsFileNameURL(const WideString& fileName);
-// A URL as it is; any other name behind "file:///". Nothing is turned or escaped. Raises as the above.
+// A URL unchanged; any other name after "file:///", without conversion or escaping. Throws as above.
 WideString FileNameToUrl(const WideString& fileName);
 
 }  // namespace qv

@@ -1,4 +1,4 @@
-// The XML namespaces of the wire. The service's own begin with one host, chosen when the library is built.
+// The XML namespaces of the wire. Those of the service begin with one host name, which the build sets.
 #pragma once
 
 #ifndef QV_NAMESPACE_HOST

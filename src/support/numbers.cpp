@@ -24,7 +24,7 @@ std::u16string_view WithoutLeadingSpace(std::u16string_view text) noexcept {
   return text;
 }
 
-// Units that can stand in a number, a hexadecimal one, "infinity" or "nan(...)" included.
+// Units that can be part of a number, including hexadecimal ones, "infinity" and "nan(...)".
 bool MayStandInNumber(char16_t unit) noexcept {
   return IsAsciiDigit(unit) || IsAsciiLetter(unit) || unit == u'+' || unit == u'-' || unit == u'.' ||
          unit == u'(' || unit == u')' || unit == u'_';
@@ -68,7 +68,7 @@ double ParseDouble(std::u16string_view text) {
   const char* const end = number.data() + number.size();
   const auto read = std::from_chars(number.data(), end, value);
   if (read.ec == std::errc() && read.ptr == end) return value;
-  // A plus sign, a hexadecimal number, one out of range, or junk behind it: rare enough for the slow road.
+  // A plus sign, a hexadecimal number, one out of range, or junk after it: rare, so a slow path suffices.
   return strtod_l(number.c_str(), nullptr, CLocale());
 }
 

@@ -1,6 +1,5 @@
-// Numbers in text, as the C library's atoi, atol and atof read them in the C locale and as a default text
-// stream writes them, without their undefined cases and without the process's locale. Bad text is never an
-// error.
+// Numbers in text, read like atoi, atol and atof in the C locale and written like a default text stream, but
+// without undefined cases and independent of the process's locale. Bad text is never an error.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +9,10 @@
 
 namespace qv {
 
-// Leading white space, a sign, digits as far as they go; no digits give 0. Beyond 32 bits the low 32 bits
-// remain.
+// Leading white space, a sign, digits; no digits give 0. Returns the low 32 bits of larger numbers.
 std::int32_t ParseInt(std::u16string_view text);
-// What atof accepts, hexadecimal, "inf" and "nan" included; no number gives 0. Too large gives an infinity.
+// Accepts what atof does, including hexadecimal, "inf" and "nan". No number gives 0, too large a one an
+// infinity.
 double ParseDouble(std::u16string_view text);
 
 WideString DecimalText(std::int64_t value);

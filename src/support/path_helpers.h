@@ -1,6 +1,6 @@
-// Directories as hosts know them. Paths keep the backslash of those hosts; they become native (native_path.h)
-// at the moment that the system is asked. Failure: EQvException with code 0, the words stand beside each
-// function. Threads: any, as far as the environment is not changed meanwhile.
+// Directories in the form of hosts. Paths keep the hosts' backslash; they are converted (native_path.h) only
+// for system calls. Failure: EQvException with code 0 and the message given at each function. Threads: any,
+// as long as the environment is not changed meanwhile.
 #pragma once
 
 #include "qvscriptwells/wide_string.h"
@@ -8,24 +8,25 @@
 namespace qv {
 
 char16_t PathSeparator() noexcept;  // "\"
-// Behind a path that does not end in it already; "/" does not count. An empty path stays empty.
+// Appends the separator if the path does not end in it; "/" does not count. An empty path stays empty.
 WideString AppendPathSeparator(const WideString& path);
 
-// The environment variable TEMP, else TMP, as it stands. "Failed to get temp directory path. TEMP/TMP
-// environment variable does not exist." when neither holds anything.
+// The unchanged environment variable TEMP, else TMP. "Failed to get temp directory path. TEMP/TMP environment
+// variable does not exist." if both are empty.
 WideString GetTempDirectory();
 // 0, or -1 with the reason in errno. Only the user may enter the new directory (mode 0700).
 int MakeDirectory(const WideString& path);
-// Makes a directory of a new name in the temporary directory and returns its path, no separator at its end.
-// "Cannot create the following directory: " with the path and the system's reason. The argument is not used.
+// Creates a directory with a new name in the temporary directory and returns its path without a separator at
+// the end. "Cannot create the following directory: " with the path and the system's reason. The argument is
+// not used.
 WideString CreateTempSubdirectory(const WideString& unused);
-// Its two steps: a name that nothing has yet, and the directory of that name.
+// Its two steps: choose an unused name, and create the directory.
 WideString TempSubdirectoryName();
 void MakeTempSubdirectory(const WideString& directory);
 
-// The home directory of the installation as the registry (registry.h) says; empty when it has no such key or
-// value. Throws `_com_error` with E_OUTOFMEMORY when memory runs out: an empty directory would be taken for
-// the current one.
+// The installation's home directory from the registry (registry.h); empty if it has no such key or value.
+// Throws `_com_error` with E_OUTOFMEMORY for lack of memory, since an empty path would mean the current
+// directory.
 WideString GetHomeDirectory();
 
 // A new GUID's text, with braces, 38 units.

@@ -9,13 +9,13 @@
 namespace qv {
 namespace {
 
-constexpr std::int32_t kDefaultPort = 80;  // whatever the scheme
+constexpr std::int32_t kDefaultPort = 80;  // for every scheme
 
 [[noreturn]] void RefuseUrl() {
   throw EQvException(u"Cannot parse url, expecting 'http://' after protocol name.");
 }
 
-// Breaks the text at its scheme separator. With the backslash form the kept copy is turned; the tokens are
+// Splits the text at its scheme separator. In the backslash form the stored copy gets slashes; the tokens do
 // not.
 void SplitScheme(WideString& kept, std::vector<WideString>& tokens) {
   const WideString text = kept;
@@ -47,7 +47,7 @@ bool CQvUrl::SetUrl(const WideString& text) {
   const WideString rest = tokens[1];
 
   TokenizeString(rest.view(), u"/", tokens);
-  if (tokens.empty()) RefuseUrl();  // no "/" behind the authority
+  if (tokens.empty()) RefuseUrl();  // no "/" after the authority
   const WideString authority = tokens[0];
 
   std::size_t offset = 0;

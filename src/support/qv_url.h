@@ -1,4 +1,5 @@
-// The small URL parser: protocol, host, port, path. No decoding, no folding, no knowledge of any scheme.
+// The small URL parser: protocol, host, port, path. No decoding, no case conversion, no scheme-specific
+// rules.
 #pragma once
 
 #include <cstdint>
@@ -16,15 +17,15 @@ class CQvUrl {
   virtual ~CQvUrl() = default;
 
   // True whenever it returns; an empty text changes nothing. EQvException, code 0: "Cannot parse url,
-  // expecting 'http://' after protocol name." Each field is written at its step, so a failure keeps the later
-  // ones as they were.
+  // expecting 'http://' after protocol name." Fields are set one by one, so after a failure the later ones
+  // are unchanged.
   bool SetUrl(const WideString& text);
 
   WideString protocol;
   WideString host;
   WideString path;
   WideString url;
-  WideString firstSpareText;  // no operation fills the spare texts; they travel to the HTTP component
+  WideString firstSpareText;  // no operation sets the spare texts; the HTTP component gets them
   WideString secondSpareText;
   std::int32_t port = -1;
 };

@@ -27,7 +27,7 @@ bool CanBeNarrowed(std::u16string_view text) noexcept {
   return true;
 }
 
-// A copy whose units may be written, for an owner who takes it back with Attach.
+// A writable copy; pass it to Attach afterwards.
 BStr WritableCopy(std::u16string_view text) {
   return WideString(text).Detach();
 }

@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::size_t kNone = std::u16string_view::npos;
 
-// Positions of the separators that count, and behind them `kNone` for the end of the text. The search resumes
-// one unit behind the end of a separator.
+// Positions of the separators that count, then `kNone` for the end of the text. The search resumes one unit
+// after the end of a separator.
 std::vector<std::size_t> SeparatorPositions(std::u16string_view text, std::u16string_view separator,
                                             std::size_t first) {
   std::vector<std::size_t> positions{first};
@@ -38,7 +38,7 @@ std::size_t Tokenize(std::u16string_view text, std::u16string_view separator,
     tokens.push_back(Piece(text, begin, end));
     begin = end + separator.size();
   }
-  // The end's own value wraps around here: one more piece, behind the count.
+  // `begin` has wrapped around `kNone` here: one more piece, beyond the count.
   tokens.push_back(Piece(text, begin, kNone));
   return positions.size();
 }
@@ -51,7 +51,7 @@ std::size_t TokenizeString(std::u16string_view text, std::u16string_view separat
   try {
     return Tokenize(text, separator, tokens);
   } catch (const std::bad_alloc&) {
-    _com_raise_error(E_OUTOFMEMORY);  // a list of texts is made as a text is
+    _com_raise_error(E_OUTOFMEMORY);  // the same code as for a text
   }
 }
 

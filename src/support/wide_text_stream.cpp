@@ -21,7 +21,7 @@ char16_t* Put(char16_t* to, std::u16string_view text) noexcept {
   return to + text.size();
 }
 
-// A unit that does not stand as it is; `ampersand` is what each "&" of its escape is written as.
+// Writes an escaped unit; `ampersand` replaces each "&" of its escape.
 char16_t* PutEscaped(char16_t* to, char16_t unit, std::u16string_view ampersand) noexcept {
   const std::u16string_view entity = XmlEntity(unit);
   to = Put(to, ampersand);
@@ -76,7 +76,7 @@ void WideTextStream::AppendEncoded(std::u16string_view text) {
   AppendEscaped(text, u"&");
 }
 
-// The second escape changes nothing but the ampersands that the first one wrote.
+// The second escape changes only the ampersands of the first.
 void WideTextStream::AppendTwiceEncoded(std::u16string_view text) {
   AppendEscaped(text, kAmp);
 }

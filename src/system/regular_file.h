@@ -1,5 +1,5 @@
-// Local files, opened with care: regular ones only, and a pipe without a writer is refused rather than waited
-// for. Paths are UTF-8. Any thread.
+// Opens local files: regular ones only; a pipe without a writer fails without waiting. Paths are UTF-8. Any
+// thread.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace qv {
 
-// In place of an errno: a directory, a device, a pipe.
+// Used as an errno: a directory, a device or a pipe.
 constexpr int kNotRegular = -1;
 
 struct RegularFile {
@@ -21,7 +21,7 @@ struct RegularFile {
 
 RegularFile OpenRegularFile(const std::string& path);
 
-// Appends what is left of the file, but stops when `bytes` holds more than `most`: 0 or an errno.
+// Appends the rest of the file, but stops when `bytes` has more than `most`. Returns 0 or an errno.
 int ReadToEnd(int descriptor, std::size_t most, std::string& bytes);
 
 }  // namespace qv

@@ -1,4 +1,4 @@
-// The system's words for an errno: English whatever the locale, from any thread.
+// The system's message for an errno: English in every locale. Any thread.
 #pragma once
 
 #include <cstring>

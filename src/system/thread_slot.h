@@ -1,6 +1,7 @@
-// One pointer for each thread, which a function takes when the thread ends. A thread_local object with a
-// destructor would ask the C library for memory on its first use in each thread, and the C library ends the
-// process when there is none; here the first use reports it. One thread each; a slot is a static object.
+// One pointer for each thread, with a cleanup function for the end of the thread. The first use of a
+// thread_local object with a destructor allocates memory in each thread, and the C library ends the process
+// if there is none; here the first use reports the failure. Each thread has its own pointer; a slot is a
+// static object.
 #pragma once
 
 #include <pthread.h>
@@ -13,17 +14,17 @@ class ThreadSlot {
  public:
   using Drop = void (*)(void*);
 
-  // `drop` gets each pointer that is left when its thread ends. At the end of the program, and when the
-  // library is unloaded, it gets that of the thread which runs these ends.
+  // `drop` is called with each remaining pointer when its thread ends. At the end of the program, and when
+  // the library is unloaded, it is called with the pointer of the current thread.
   explicit ThreadSlot(Drop drop) noexcept;
   ThreadSlot(const ThreadSlot&) = delete;
   ThreadSlot& operator=(const ThreadSlot&) = delete;
-  // Objects that outlive it find an empty slot that keeps nothing.
+  // Objects that outlive it find an empty slot that stores nothing.
   ~ThreadSlot();
 
-  // Null when there is none.
+  // Null if there is none.
   void* Get() const noexcept;
-  // Does not drop what was there. False without memory, and nothing is changed; never false for null.
+  // Does not drop the old pointer. False, without a change, for lack of memory; never false for null.
   bool Set(void* value) noexcept;
 
  private:

@@ -22,7 +22,7 @@ class UniqueDescriptor {
 
   bool IsOpen() const noexcept { return descriptor_ >= 0; }
   int Get() const noexcept { return descriptor_; }
-  // Gives the descriptor to the caller.
+  // Transfers the descriptor to the caller.
   int Release() noexcept { return std::exchange(descriptor_, -1); }
 
  private:

@@ -1,4 +1,4 @@
-// Letters and digits of ASCII in units of any width. No locale has a say, and nothing beyond ASCII is one.
+// ASCII letters and digits in units of any width, in every locale.
 #pragma once
 
 namespace qv {
@@ -29,7 +29,7 @@ constexpr Unit ToAsciiLower(Unit unit) noexcept {
   return IsAsciiUpper(unit) ? static_cast<Unit>(unit - Unit('A') + Unit('a')) : unit;
 }
 
-// The value of a hexadecimal digit in any case; -1 for what is none.
+// The value of a hexadecimal digit, ignoring case; -1 for any other unit.
 template <class Unit>
 constexpr int HexDigitValue(Unit unit) noexcept {
   if (IsAsciiDigit(unit)) return static_cast<int>(unit - Unit('0'));

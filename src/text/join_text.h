@@ -1,6 +1,5 @@
-// The one place where a text is made of several, so that running out of memory has one code there:
-// `_com_error`, E_OUTOFMEMORY. A std::u16string on the way would throw std::bad_alloc, which hosts see as
-// another failure.
+// Concatenates texts. Lack of memory throws `_com_error`, E_OUTOFMEMORY. With an intermediate std::u16string
+// it would be std::bad_alloc, which hosts see as another failure.
 #pragma once
 
 #include <initializer_list>
@@ -10,7 +9,7 @@
 
 namespace qv {
 
-// The pieces, one after the other, null units too; never null.
+// The concatenated pieces, including null units; never null.
 WideString JoinText(std::initializer_list<std::u16string_view> pieces);
 
 }  // namespace qv

@@ -1,4 +1,4 @@
-// UTF-8 and UTF-16 at the edges. Most text is ASCII and takes the short way; utfcpp does the rest.
+// Conversion between UTF-8 and UTF-16: a fast path for ASCII, utfcpp for the rest.
 #include <utf8.h>
 
 #include <iterator>
@@ -29,13 +29,13 @@ char32_t NextCodePoint(std::u16string_view text, std::size_t& at) noexcept {
          (static_cast<char32_t>(text[at++]) - 0xDC00);
 }
 
-// Of well-formed text. A character of four bytes is a pair of units.
+// For well-formed text. A character of four bytes becomes a pair of units.
 std::size_t UnitsBegunBy(unsigned char byte) noexcept {
   if ((byte & 0xC0) == 0x80) return 0;
   return byte < 0xF0 ? 1 : 2;
 }
 
-// On the way to a wide string, so without memory there is none.
+// Part of creating a wide string, so lack of memory has the same code.
 std::string Cleaned(std::string_view text) {
   try {
     std::string clean;

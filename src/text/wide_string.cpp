@@ -35,7 +35,7 @@ std::size_t BlockBytes(std::size_t units) noexcept {
   return sizeof(Header) + (units + 1) * sizeof(char16_t);
 }
 
-// How many units at the front are a secret.
+// The number of secret units at the front.
 std::size_t SecretUnits(const char16_t* text) noexcept {
   const std::size_t marked = HeaderOf(text)->secretUnits.load(std::memory_order_relaxed);
   return marked == kAllUnits ? StringLength(text) : std::min(marked, StringLength(text));
@@ -47,7 +47,7 @@ void FreeBlock(Header* header) noexcept {
   std::free(header);
 }
 
-// Null when there is no memory; the block given is good then. What it leaves behind is not cleared.
+// Null for lack of memory; the old block is then still valid. Does not clear the old memory.
 BStr Reallocate(BStr text, std::size_t capacity) noexcept {
   if (capacity > kMaxUnits) return nullptr;
   void* const memory = std::realloc(static_cast<void*>(HeaderOf(text)), BlockBytes(capacity));
@@ -64,7 +64,7 @@ BStr MoveSecret(BStr text, std::size_t capacity) {
   return moved;
 }
 
-// The front stands aside meanwhile, so that a long text need not be copied.
+// The secret front is saved meanwhile, so that a long text need not be copied.
 BStr ReallocateWithoutFront(BStr text, std::size_t capacity, std::size_t secretUnits) {
   const WideString front(std::u16string_view(text, secretUnits));
   MarkSecret(front);
@@ -134,7 +134,7 @@ BStr AllocString(const char16_t* units, std::size_t length) noexcept {
 void FreeString(BStr text) noexcept {
   if (text == nullptr) return;
   Header* header = HeaderOf(text);
-  // The only owner needs no locked step: nobody else can come.
+  // A single owner needs no atomic decrement: no other thread can add one.
   if (header->owners.load(std::memory_order_acquire) == 1 ||
       header->owners.fetch_sub(1, std::memory_order_acq_rel) == 1)
     FreeBlock(header);

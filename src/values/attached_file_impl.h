@@ -1,4 +1,4 @@
-// The logic behind an AttachedFile: a local file's name, and the ticket that a server gave for it.
+// The logic of an AttachedFile: a local file's name, and the server's ticket for it.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@ class AttachedFileImpl {
   virtual void put_SourceFileLifeTime(std::int32_t value);
   virtual std::int32_t get_CleanUp();
   virtual void put_CleanUp(std::int32_t value);
-  // Clears the flag: whoever wants both asks IsTicketId first.
+  // Clears the flag, so call IsTicketId first if you need both.
   virtual WideString get_TicketId();
   virtual void put_TicketId(WideString value);
   virtual VARIANT_BOOL IsTicketId();

@@ -1,4 +1,4 @@
-// The logic behind a ConnectionString: credentials and their text form.
+// The logic of a ConnectionString: credentials and their text form.
 #pragma once
 
 #include <string_view>
@@ -20,8 +20,7 @@ class ConnectionStringImpl {
   virtual void put_ReplicaID(WideString value);
   virtual WideString get_DatabaseID();
   virtual void put_DatabaseID(WideString value);
-  // Appends the triple to the text of earlier calls: hosts in the field rely on the doubled text being
-  // accepted.
+  // Appends the three pairs to the text of earlier calls; deployed hosts rely on the repeated text.
   virtual WideString ToString();
   virtual void Initialize(WideString connectionString);
 

@@ -19,8 +19,8 @@ void DropThrough(std::u16string_view& text, char16_t mark) {
   if (at != kNone) text.remove_prefix(at + 1);
 }
 
-// What stands before the designator; `rest` becomes what stands behind it. Without it: nothing, and `rest`
-// stays.
+// Returns the text before the designator and sets `rest` to the text after it. Without a designator: empty,
+// and `rest` is unchanged.
 std::u16string_view TakeField(std::u16string_view& rest, std::u16string_view field, char16_t designator) {
   const std::size_t at = field.find(designator);
   if (at == kNone) return {};
@@ -71,7 +71,7 @@ void DurationImpl::SetText(WideString text) {
   ReadTimePart(parts[1].view());
 }
 
-// A sign that an earlier text left stays when this one has none.
+// The sign of an earlier text stays if this one has none.
 void DurationImpl::ReadSign(std::u16string_view text) {
   const std::size_t dash = text.find(u'-');
   if (dash == 0) negative_ = VARIANT_TRUE;

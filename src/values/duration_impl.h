@@ -1,4 +1,4 @@
-// The logic behind a Duration: counts of units, a sign, and their text form.
+// The logic of a Duration: counts of units, a sign, and their text form.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace qv {
 
-// Failure: EQvException with code 0 and words that begin with "Invalid duration format:".
+// Failure: EQvException with code 0 and a message that begins with "Invalid duration format:".
 class DurationImpl {
  public:
   virtual ~DurationImpl() = default;

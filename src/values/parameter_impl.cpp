@@ -26,7 +26,7 @@ struct ObjectType {
 
 constexpr ObjectType kObjectTypes[] = {{IID_IAttachedFile, u"AttachedFile"}, {IID_IDuration, u"duration"}};
 
-// A value beyond 32 bits has no whole part that hosts could name; it is a point in time all the same.
+// The whole part of a value beyond 32 bits cannot be tested; such a value is a date and time.
 WideString DateTypeName(double serialDate) {
   if (!(serialDate > -2147483649.0 && serialDate < 2147483648.0)) return u"datetime";
   const auto days = static_cast<std::int32_t>(serialDate);
@@ -34,7 +34,7 @@ WideString DateTypeName(double serialDate) {
   return serialDate - days == 0.0 ? u"date" : u"datetime";
 }
 
-// Kept, since an object that is asked may call back and replace the value.
+// A copy, since querying an object may call back and replace the value.
 WideString ObjectTypeName(IUnknown* object) {
   const IUnknownPtr kept(object);
   for (const ObjectType& type : kObjectTypes) {

@@ -1,4 +1,4 @@
-// The logic behind a Parameter: one named value. Failure: exceptions (`_com_error`).
+// The logic of a Parameter: one named value. Failure: exceptions (`_com_error`).
 #pragma once
 
 #include "qvscriptwells/variant.h"
@@ -11,9 +11,9 @@ class ParameterImpl {
   ParameterImpl() = default;
   ParameterImpl(const ParameterImpl&) = delete;
   ParameterImpl& operator=(const ParameterImpl&) = delete;
-  // An object that calls back when it is released finds no value here.
+  // An object that calls back on its release finds no value here.
   virtual ~ParameterImpl() { value_.Clear(); }
-  // The key is replaced first; a value that cannot be copied then raises, and the old value stays.
+  // Replaces the key first. If the value cannot be copied, throws, and the old value stays.
   virtual void SetValues(WideString key, const Variant& value);
   virtual WideString get_ParamKey();
   virtual Variant get_ParamValue();

@@ -10,8 +10,8 @@
 namespace qv {
 namespace {
 
-// An index equal to the size, or a negative one, passes the range test and fails in the access, with other
-// words.
+// An index equal to the size, or a negative one, passes the range test and fails in the access, with another
+// message.
 std::size_t CheckedIndex(std::int16_t index, std::size_t size, const char16_t* accessFailure) {
   if (size == 0) throw EQvException(u"The are no parameters.");
   if (index > static_cast<std::int16_t>(size)) throw EQvException(u"The index is out of range.");
@@ -21,7 +21,7 @@ std::size_t CheckedIndex(std::int16_t index, std::size_t size, const char16_t* a
 
 }  // namespace
 
-// A value may add others while it goes.
+// A value may add others during its release.
 ParametersImpl::~ParametersImpl() {
   while (!parameters_.empty()) ParametersImpl::Clear();
 }
@@ -50,7 +50,7 @@ std::int16_t ParametersImpl::Size() {
   return static_cast<std::int16_t>(parameters_.size());
 }
 
-// The storage comes back, unless the list has got another one meanwhile.
+// Reuses the storage, unless the list has new storage meanwhile.
 void ParametersImpl::Clear() {
   std::vector<IParameterPtr> gone;
   gone.swap(parameters_);

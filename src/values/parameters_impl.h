@@ -1,7 +1,7 @@
-// The logic behind Parameters: an ordered list. Failure: EQvException with code 0, or `_com_error`.
+// The logic of Parameters: an ordered list. Failure: EQvException with code 0, or `_com_error`.
 //
-// Values may be objects of a host that call back when they are released. They find the list as it is after
-// the operation that released them, and may change it.
+// Values may be objects of a host that call back on their release. They then find the list in its state after
+// the operation, and may change it.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The logic behind a Url: a link and its caption.
+// The logic of a Url: a link and its caption.
 #pragma once
 
 #include "qvscriptwells/wide_string.h"
@@ -13,7 +13,7 @@ class UrlImpl {
   virtual WideString get_UrlCaption();
   virtual void put_UrlCaption(WideString value);
   virtual WideString get_Url();
-  // Raises what CQvUrl::SetUrl refuses.
+  // Throws as CQvUrl::SetUrl.
   virtual void put_Url(WideString value);
   virtual WideString ToString();
   virtual void FromText(WideString text);  // ignores it

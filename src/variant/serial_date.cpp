@@ -12,7 +12,7 @@ constexpr double kDaysTo1970 = 25569.0;  // from 30 December 1899
 constexpr int kDaysToYearOne = 693594;
 constexpr double kSecondsOfDay = 86400.0;
 constexpr double kMillisecondsOfDay = 86400000.0;
-// Whole days around the calendar's range, within which the arithmetic below cannot overflow.
+// Bounds in whole days around the calendar's range, within which the arithmetic below cannot overflow.
 constexpr double kLeastDay = -700000.0;
 constexpr double kGreatestDay = 3000000.0;
 
@@ -32,8 +32,8 @@ bool IsDayOfCalendar(int year, int month, int day) noexcept {
   throw EQvException(u"Invalid argument to date decode");
 }
 
-// The year to which a day counted from 1 March of the year 0 belongs, where years begin in March and so end
-// with the leap day.
+// The year of a day, counted from 1 March of the year 0. Years begin in March here, so the leap day is the
+// last one.
 struct MarchYear {
   int year;
   int dayOfYear;  // from 0

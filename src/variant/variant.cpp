@@ -20,7 +20,7 @@ bool HoldsObject(VARTYPE tag) noexcept {
   return tag == VT_UNKNOWN || tag == VT_DISPATCH;
 }
 
-// By value: an object that is counted may call back and change the Variant that the bytes came from.
+// By value, since AddRef may call back and change the source Variant.
 VariantData SharedData(VARTYPE tag, VariantData data) {
   if (!IsKnownTag(tag)) _com_raise_error(DISP_E_BADVARTYPE);
   if (tag == VT_BSTR) ShareString(data.bstrVal);
@@ -30,7 +30,7 @@ VariantData SharedData(VARTYPE tag, VariantData data) {
 
 }  // namespace
 
-// The data last: sharing it may call an object, which may change `other`.
+// The data last: sharing it may call an object, which may change the source.
 Variant::Variant(const Variant& other)
     : tag_(other.tag_),
       scale_(other.scale_),

@@ -15,7 +15,8 @@
 namespace qv {
 namespace {
 
-// The conversions, one per kind of target. Each fills in the value of a Variant under `target`, or leaves it.
+// The conversions, one per kind of target. Each sets the value of a Variant under `target`, or leaves it
+// unchanged.
 using Conversion = HRESULT (*)(const Operand& source, const VariantTag& target, VariantData* data);
 
 HRESULT RealOf(const Operand& source, double* value) {
@@ -71,7 +72,7 @@ HRESULT ToWhole(const Operand& source, const VariantTag& target, VariantData* da
 }
 
 HRESULT NarrowToFloat(double value, VariantData* data) noexcept {
-  // Halfway between the greatest float and the one that would follow it; from there on a cast is undefined.
+  // Halfway between the greatest float and the next power of two; from there on a cast is undefined.
   constexpr double kBeyondFloats = 340282356779733661637539395458142568448.0;
   if (std::fabs(value) >= kBeyondFloats) return DISP_E_OVERFLOW;
   data->fltVal = static_cast<float>(value);
@@ -131,7 +132,7 @@ HRESULT ToObject(const Operand& source, const VariantTag& target, VariantData* d
   return S_OK;
 }
 
-// In the order of ValueKind; kScaled is no target.
+// In the order of ValueKind; kScaled is never a target.
 constexpr Conversion kConversions[] = {ToNothing, ToNothing, ToWhole, ToReal,
                                        ToBool,    ToDate,    ToText,  ToObject};
 
@@ -139,8 +140,8 @@ bool IsPlain(const VariantTag& type) noexcept {
   return type.kind != ValueKind::kEmpty && type.kind != ValueKind::kNull && type.kind != ValueKind::kObject;
 }
 
-// What a script means that names the object where a plain value is wanted. The object is kept: it may call
-// back.
+// The default property, the value of an object where a plain value is needed. Holds the object, since it may
+// call back.
 HRESULT DefaultProperty(IUnknown* object, Variant* value) {
   const IUnknownPtr kept(object);
   void* answer = nullptr;
@@ -191,7 +192,7 @@ HRESULT GuardedChange(Variant* destination, const Variant& source, VARTYPE tag) 
 HRESULT VariantChangeType(Variant* destination, const Variant& source, VARTYPE tag) noexcept {
   if (destination == nullptr) return E_INVALIDARG;
   const HRESULT code = GuardedChange(destination, source, tag);
-  if (Failed(code)) ClearErrorInfo();  // words of an earlier failure are none of this one's
+  if (Failed(code)) ClearErrorInfo();  // drops the message of an earlier failure
   return code;
 }
 

@@ -36,7 +36,7 @@ bool IsOfCalendar(const Day& date) noexcept {
          date.day <= DaysOfMonth(date);
 }
 
-// Years are counted from March on, so that the leap day is the last one.
+// Years begin in March here, so the leap day is the last one.
 int SerialDay(const Day& date) noexcept {
   const int year = date.month > 2 ? date.year : date.year - 1;
   const int month = (date.month + 9) % 12;
@@ -103,7 +103,7 @@ class DateReader {
     return true;
   }
 
-  // A number of one to `most` digits; how many there were, 0 for none or too many.
+  // Reads a number of one to `most` digits. Returns the count of digits, 0 for none or too many.
   int Number(int most, int* value) noexcept {
     *value = 0;
     int digits = 0;
@@ -147,7 +147,7 @@ class DateReader {
     return true;
   }
 
-  // "AM" or "PM", when there is more.
+  // "AM" or "PM", if the text continues.
   bool ReadHalf(int* hour) noexcept {
     SkipBlanks();
     if (rest_.empty()) return true;

@@ -1,4 +1,4 @@
-// Dates in English texts, for the change of type from and to VT_DATE.
+// Dates in English texts, for conversions from and to VT_DATE.
 #pragma once
 
 #include <string_view>
@@ -15,8 +15,8 @@ bool IsDate(double serialDate) noexcept;
 // False: not in the years above. May throw out of memory.
 bool WriteDate(double serialDate, WideString* text);
 
-// "3/5/2024", "3/5/24", "2024-03-05", either with a time behind a blank, or a time alone: "10:15",
-// "10:15:30", "10:15 pm". False: another form, or no such day or time.
+// "3/5/2024", "3/5/24", "2024-03-05", either with a time after a blank, or a time alone: "10:15", "10:15:30",
+// "10:15 pm". False: another form, or no such day or time.
 bool ReadDate(std::u16string_view text, double* serialDate) noexcept;
 
 }  // namespace qv

@@ -10,7 +10,7 @@
 namespace qv {
 namespace {
 
-// Far beyond every range, far below an overflow of the sums here.
+// Above every valid exponent, but small enough that sums here cannot overflow.
 constexpr std::int64_t kMostExponent = 1'000'000'000'000;
 
 struct Decimal {
@@ -18,7 +18,7 @@ struct Decimal {
   std::string digits;         // without leading zeros; empty is 0
   std::int64_t exponent = 0;  // of ten, for the last digit
 
-  // How many digits stand before the decimal point; negative when zeros follow it.
+  // The number of digits before the decimal point; negative if zeros follow it.
   std::int64_t Point() const noexcept { return static_cast<std::int64_t>(digits.size()) + exponent; }
 };
 
@@ -53,7 +53,7 @@ class DecimalReader {
     return *isNegative || Take(u'+');
   }
 
-  // False when there is none.
+  // False if there is none.
   bool Digits(Decimal* decimal) {
     bool any = false;
     bool whole = true;
@@ -72,7 +72,7 @@ class DecimalReader {
     return any;
   }
 
-  // False when it has no digits; true when there is no exponent.
+  // False if it has no digits; true if there is no exponent.
   bool Exponent(Decimal* decimal) noexcept {
     if (!Take(u'e') && !Take(u'E')) return true;
     bool isNegative = false;
@@ -95,7 +95,7 @@ bool AppendDigit(char digit, std::uint64_t* value) noexcept {
   return true;
 }
 
-// Whether the value, cut to `whole` before `fraction`, has to go up.
+// Whether `whole`, the value truncated before `fraction`, must be rounded up.
 bool RoundsUp(std::uint64_t whole, std::string_view fraction) noexcept {
   if (fraction.empty() || fraction.front() != '5') return !fraction.empty() && fraction.front() > '5';
   return fraction.find_first_not_of('0', 1) != std::string_view::npos || whole % 2 != 0;
@@ -123,7 +123,7 @@ struct Base {
 
 constexpr Base kBases[] = {{{u"&H", u"&h"}, 4}, {{u"&O", u"&o"}, 3}};
 
-// Null for a text of another kind; else the base of the digits, which are left.
+// Null for a text without a base prefix; else removes the prefix and returns the base.
 const Base* TakeBase(std::u16string_view* text) noexcept {
   for (const Base& base : kBases)
     for (const std::u16string_view prefix : base.prefixes)

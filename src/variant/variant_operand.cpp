@@ -11,7 +11,7 @@ constexpr VARTYPE kPointerToVariant = VT_BYREF | VT_VARIANT;
 constexpr int kMostPointers = 8;
 constexpr int kMostDecimalScale = 28;
 
-// Of an object, which is held by its pointer.
+// For an object, stored as a pointer.
 constexpr std::size_t kPointerSize = sizeof(void*);
 
 constexpr VariantTag kTags[] = {

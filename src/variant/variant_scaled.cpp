@@ -28,7 +28,7 @@ Scaled ScaledOf(const Operand& operand) noexcept {
   return {value < 0, kCurrencyPlaces, {LowHalf(magnitude), LowHalf(magnitude >> 32), 0}};
 }
 
-// Divides by ten; the remainder.
+// Divides by ten and returns the remainder.
 std::uint32_t TakeLastDigit(Scaled* value) noexcept {
   std::uint64_t rest = 0;
   for (int i = 2; i >= 0; --i) {

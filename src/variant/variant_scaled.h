@@ -7,8 +7,8 @@
 
 namespace qv {
 
-// The number exactly: digits, a point where it has a fraction, "-" in front of a negative one. No zeros at
-// the end of the fraction. The operand is of the kind kScaled. May throw out of memory.
+// The exact number: digits, a point before a fraction, "-" before a negative number, no trailing zeros in the
+// fraction. The operand is of the kind kScaled. May throw out of memory.
 std::u16string ScaledText(const Operand& operand);
 
 }  // namespace qv

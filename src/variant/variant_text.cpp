@@ -31,7 +31,7 @@ WideString WholeText(const Whole& whole) {
   return WideString(std::u16string(static_cast<const char*>(digits), end));
 }
 
-// The words that scripts know from other hosts.
+// The texts that scripts know from other hosts.
 WideString EndlessText(double value) {
   const bool isNegative = std::signbit(value);
   if (std::isinf(value)) return isNegative ? u"-1.#INF" : u"1.#INF";

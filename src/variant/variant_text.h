@@ -1,4 +1,4 @@
-// Texts of a Variant's value, for a change to VT_BSTR and from it.
+// Texts of a Variant's value, for conversions to and from VT_BSTR.
 #pragma once
 
 #include <string_view>
@@ -10,7 +10,7 @@ namespace qv {
 // DISP_E_TYPEMISMATCH: VT_NULL, an object, a date out of range. May throw out of memory.
 HRESULT TextOf(const Operand& operand, WideString* text);
 
-// "True", "False", "#TRUE#", "#FALSE#", in any case. False: another word.
+// "True", "False", "#TRUE#", "#FALSE#", ignoring case. False: another text.
 bool ReadBoolWord(std::u16string_view text, bool* value) noexcept;
 
 }  // namespace qv

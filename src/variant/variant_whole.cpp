@@ -18,7 +18,7 @@ double RoundHalfToEven(double value) noexcept {
 std::int64_t SignedOf(const Operand& operand) noexcept {
   switch (operand.type->size) {
     case 1:
-      return operand.data.cVal;  // NOLINT(bugprone-signed-char-misuse,cert-str34-c): a signed byte is meant
+      return operand.data.cVal;  // NOLINT(bugprone-signed-char-misuse,cert-str34-c): signed is intended
     case 2:
       return operand.data.iVal;
     case 4:
@@ -69,7 +69,7 @@ Whole WholeOf(const Operand& operand) noexcept {
 
 HRESULT WholeFromReal(double value, Whole* whole) noexcept {
   const double rounded = RoundHalfToEven(value);
-  // What is not a number fails every comparison.
+  // NaN fails every comparison.
   if (!(std::fabs(rounded) < kTwoTo64)) return DISP_E_OVERFLOW;
   *whole = {rounded < 0, static_cast<std::uint64_t>(std::fabs(rounded))};
   return S_OK;

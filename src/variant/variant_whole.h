@@ -1,4 +1,4 @@
-// Whole numbers of every tag in one shape.
+// One type for the whole numbers of all tags.
 #pragma once
 
 #include <cstdint>
@@ -10,12 +10,12 @@ namespace qv {
 struct Whole {
   bool isNegative = false;  // never with magnitude 0
   std::uint64_t magnitude = 0;
-  bool isBits = false;  // written digit by digit of a power of two: may fill a signed tag
+  bool isBits = false;  // from hexadecimal or octal text: its bits may fill a signed tag
 };
 
 // The value of an operand that is a whole number.
 Whole WholeOf(const Operand& operand) noexcept;
-// Halves round to the even neighbour. DISP_E_OVERFLOW: beyond 64 bits, or no number.
+// Halves round to the even neighbour. DISP_E_OVERFLOW: beyond 64 bits, or not a number.
 HRESULT WholeFromReal(double value, Whole* whole) noexcept;
 double RealFromWhole(const Whole& whole) noexcept;
 
