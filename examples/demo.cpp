@@ -1,7 +1,7 @@
-// A host program against a service of its own: starts the development service on a free port, opens a session
-// with a connection string, runs examples/hello.js once per type and shows the typed answers, a link and a
-// fault, runs the script document examples/document.xml, shows a table, uploads a file and downloads what the
-// script made of it, closes the session.
+// A host program with its own service: starts the development service on a free port, opens a session with a
+// connection string, runs examples/hello.js once per type and shows the typed answers, a link and a fault,
+// runs the script document examples/document.xml, shows a table, uploads a file, downloads the script's
+// result, and closes the session.
 //   demo [SCRIPT]
 #include <unistd.h>
 
@@ -60,7 +60,7 @@ class Client {
         model_(qv::ModelOf(client_.get())) {}
 
   void Open(const qv::WideString& connectionString) { Check(model_->CreateUserSession(connectionString)); }
-  // The path as the library tells it.
+  // The path as the library returns it.
   qv::WideString Download(const qv::WideString& url, const qv::WideString& directory) {
     qv::WideString path;
     Check(model_->DownloadFile(url, directory, &path));
@@ -92,7 +92,7 @@ void Add(const qv::IParametersPtr& list, const qv::WideString& name, const qv::V
   qv::ThrowIfFailed(list->Add(name, value, nullptr), list.get(), qv::IParameters::kIid);
 }
 
-// Every sample, and the name of the one that the script is to send back.
+// Every sample, and the name of the one that the script must return.
 qv::IParametersPtr MakeParameters(const qv::WideString& pick) {
   const qv::IParametersPtr list = qv::CreateParameters();
   Add(list, u"pick", qv::Variant::FromString(pick));
@@ -114,7 +114,7 @@ void ShowAnswers(Client& client, const qv::WideString& script) {
          "keeps to it.\n";
 }
 
-// A link is an object that keeps neither link nor caption on its way.
+// A link arrives as an object without link and caption.
 void ShowLink(Client& client, const qv::WideString& script) {
   const qv::Variant answer = client.Run(script, MakeParameters(u"link"));
   const qv::IUrlPtr url = qv::As<qv::IUrl>(answer.Object());
@@ -160,7 +160,7 @@ void ShowFault(Client& client, const qv::WideString& script) {
   }
 }
 
-// The file travels while the call is written; the answer is the address of another one.
+// The file is uploaded when the call is serialized; the answer is the URL of another file.
 void ShowFiles(Client& client, const qv::WideString& script, const std::string& directory) {
   const std::string name = directory + "/notes.txt";
   std::ofstream(name) << "W\u00F6rld\n\u2603\n";
@@ -175,7 +175,7 @@ void ShowFiles(Client& client, const qv::WideString& script, const std::string& 
 
 void RunDemo(const std::string& scriptPath) {
   const qv::WideString script = qv::FromUtf8(ReadFile(scriptPath));
-  const qv::cli::PrivateHome home;  // with the upload scripts; goes at the end
+  const qv::cli::PrivateHome home;  // with the upload scripts; removed at the end
   qv::devservice::ServiceOptions options;
   options.workerCommand = {"/proc/self/exe", "script-worker"};
   qv::devservice::Service service(options);

@@ -1,8 +1,8 @@
-// Makes the calls of late binding that a script host may make, on all ten interfaces, one after another on
-// the same objects. Nothing may crash or be undefined, no object may stay behind, and the number of a refused
-// argument is one that the caller gave. Nothing goes over the network.
-// Input: for each call the interface, id, flags, counts and which places are null, then the named ids, then
-// the arguments: a kind, and a text or eight bytes.
+// Makes the late-binding calls of a script host, on all ten interfaces, one after another on the same
+// objects. There must be no crash, undefined behaviour or leaked object, and the reported number of a bad
+// argument must be one that the caller passed. Nothing is sent over the network. Input: for each call the
+// interface, id, flags, counts and which pointers are null, then the named ids, then the arguments: a kind,
+// and a text or eight bytes.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -35,7 +35,7 @@ class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
   bool IsEmpty() const { return size_ == 0; }
-  // Zeros behind the end.
+  // Zeros after the end.
   void Take(void* place, std::size_t count) {
     std::memset(place, 0, count);
     const std::size_t there = std::min(count, size_);
@@ -48,7 +48,7 @@ class Input {
     Take(&byte, 1);
     return byte;
   }
-  // Small numbers in one byte; any number behind 0x7F.
+  // Small numbers in one byte; any number after 0x7F.
   qv::DISPID Id() {
     const std::uint8_t byte = Byte();
     qv::DISPID id = static_cast<std::int8_t>(byte);
@@ -78,7 +78,7 @@ qv::HRESULT RefuseHttp(const qv::Guid&, void** object) {
   return qv::E_FAIL;
 }
 
-// A model takes the table of types with it when it goes; each input finds it filled.
+// Destroying a model empties the table of types, so it is filled for each input.
 void FillTypes() {
   qv::RegisterFormaters();
   static const qv::FormaterFactory kept = *qv::FormaterFactory::Instance();
@@ -89,7 +89,7 @@ qv::IDispatchPtr Asked(qv::IUnknown* object, const qv::Guid& iid) {
   return qv::As<qv::IDispatch>(object, iid);
 }
 
-// The objects of one input, and what arguments may point to. All pointers stay good to the end.
+// The objects of one input, and what arguments may point to. All pointers stay valid to the end.
 class Host {
  public:
   Host();
@@ -140,7 +140,7 @@ Host::Host() {
   faces_[9] = parameters_;
 }
 
-// A list that holds itself would stay for ever.
+// A list that contains itself would leak.
 Host::~Host() {
   parameters_->Clear();
   parameter_->SetValues(u"", qv::Variant());
@@ -199,7 +199,7 @@ void FillArguments(Host* host, Input* input, Arguments* arguments) {
   const std::uint8_t counts = input->Byte();
   arguments->ids.resize(counts / 16 % 6);
   for (qv::DISPID& id : arguments->ids) id = input->Id();
-  // Values of odd tags cannot be copied, so they are made in their places.
+  // Values of odd tags cannot be copied, so they are created in place.
   arguments->values.resize(counts % 6);
   for (qv::Variant& value : arguments->values) value = host->Argument(input);
   arguments->block.cArgs = static_cast<std::uint32_t>(arguments->values.size());
@@ -208,7 +208,7 @@ void FillArguments(Host* host, Input* input, Arguments* arguments) {
   arguments->block.rgdispidNamedArgs = arguments->ids.data();
 }
 
-// Places that the caller leaves out, one for each bit.
+// Output parameters that are null, one for each bit.
 enum Missing : std::uint8_t { kResult = 1, kFailure = 2, kIndex = 4, kValues = 8, kIds = 16, kBlock = 32 };
 
 void Call(Host* host, Input* input, qv::IDispatch* face) {

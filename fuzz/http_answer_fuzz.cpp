@@ -1,5 +1,5 @@
-// Feeds the readers of heads, chunks and bodies, which see whatever a server sends. Nothing may crash, and
-// the pieces that the bytes come in change nothing: the same head, the same body, or the same failure.
+// Tests the parsers of heads, chunks and bodies with untrusted input. Nothing may crash, and the result must
+// not depend on how the bytes are split: the same head, the same body, or the same failure.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -20,13 +20,13 @@ void Require(bool holds) {
 }
 
 struct Answer {
-  qv::HRESULT code = qv::S_OK;  // of what ended the reading
+  qv::HRESULT code = qv::S_OK;  // of the failure
   int status = 0;               // 0: no head
   std::int64_t announced = 0;
   std::string body;
   bool whole = false;
   bool mayKeep = false;
-  std::size_t left = 0;  // bytes behind the answer
+  std::size_t left = 0;  // bytes after the answer
 
   bool operator==(const Answer& other) const {
     return code == other.code && status == other.status && announced == other.announced &&
@@ -34,7 +34,7 @@ struct Answer {
   }
 };
 
-// A connection that hands out `piece` bytes at a time.
+// A connection that returns `piece` bytes at a time.
 class Pieces {
  public:
   Pieces(std::string_view bytes, std::size_t piece) : bytes_(bytes), piece_(piece) {}
@@ -106,7 +106,7 @@ Answer Read(std::string_view bytes, std::size_t piece, std::size_t most, bool an
 
 }  // namespace
 
-// The first byte says how the rest comes in.
+// The first byte says how the rest is split.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   const std::string_view bytes(reinterpret_cast<const char*>(data) + 1, size - 1);

@@ -1,5 +1,5 @@
-// Feeds the reader of registry files, which people edit by hand. Nothing may crash; in a file that is read, a
-// key that is written and removed again leaves every other key as it was.
+// Tests the parser of registry files, which people edit by hand. Nothing may crash; in a valid file, writing
+// and removing a key must leave every other key unchanged.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -15,7 +15,7 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// All of `before` but the key of this test stands in `after` with its value.
+// `after` has all values of `before`, except that of this test's key.
 void RequireKept(const qv::RegistryContent& before, const qv::RegistryContent& after) {
   for (const qv::RegistryEntry& entry : before.entries) {
     const qv::WideString own = qv::FindRegistryValue({{entry.key, u"x"}}, kKey);

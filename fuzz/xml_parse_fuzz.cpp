@@ -1,5 +1,5 @@
-// Feeds the parser of server answers, and reads every node of what it accepts. Nothing may crash, leak or
-// take long, and the links between nodes must agree. Input is UTF-8; behind a first byte of 0xFF it is raw
+// Tests the parser of server answers, and reads every node of accepted documents. Nothing may crash, leak or
+// take long, and the links between nodes must agree. Input is UTF-8; after a first byte of 0xFF it is raw
 // 16-bit units.
 #include <cstddef>
 #include <cstdint>
@@ -68,7 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     qv::QvDomParser parser;
     parser.ParseHostileText(text, "application/xml");
     Walk(parser.Document());
-  } catch (const XERCES_CPP_NAMESPACE::SAXParseException&) {  // refused is fine
+  } catch (const XERCES_CPP_NAMESPACE::SAXParseException&) {  // the document may be rejected
   }
   return 0;
 }

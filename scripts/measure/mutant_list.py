@@ -21,7 +21,7 @@ COMMENT_OR_TEXT = re.compile(
 class Mutant:
     number: int
     file: str
-    before: str  # the text in front of the right code, by which it is found, as is the text behind it
+    before: str  # the text before the right code; it and the text after the code locate the code
     right: str
     after: str
     wrong: str
@@ -82,7 +82,7 @@ class Source:
         self.squeezed = "".join(plain[at] for at in self.places)
 
     def find(self, mutant):
-        """Where the right code of the mutant stands: (begin, end) for each place."""
+        """The positions of the mutant's right code: (begin, end) for each."""
         before, right, after = (squeezed(code) for code in (mutant.before, mutant.right, mutant.after))
         found = []
         at = self.squeezed.find(before + right + after)
@@ -104,7 +104,7 @@ def read_sources(root):
 def locate(mutants, sources):
     """(places, complaints): the source and the range of each mutant, and what is wrong with those that have none.
 
-    Code that went to another file is found there if it stands in one place only.
+    Code that was moved to another file is found there if it occurs only once.
     """
     places, complaints = {}, []
     for mutant in mutants:

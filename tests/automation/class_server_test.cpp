@@ -1,4 +1,4 @@
-// The shared library as a program meets it that knows a ProgID and links only the platform library.
+// The shared library, used by a program that knows a ProgID and links only the platform library.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
@@ -62,7 +62,7 @@ std::string Entries(const std::string& path) {
   return text;
 }
 
-// The library as a program opens it to register it.
+// Opens the library like a program that registers it.
 class OpenedLibrary {
  public:
   explicit OpenedLibrary(const std::string& path) : handle_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
@@ -99,7 +99,7 @@ class ClassServer : public testing::Test {
     EXPECT_EQ(CoCreateInstance(classId, nullptr, CLSCTX_ALL, IDispatch::kIid, Put(object)), S_OK);
     return object;
   }
-  // A client for a server that is not there.
+  // A client for a server that does not exist.
   static IDispatchPtr CreateWithServer() {
     IDispatchPtr client = Create();
     EXPECT_EQ(WriteByName(client.get(), u"ServerName", Text(u"http://127.0.0.1:1")), "VT_EMPTY");
@@ -116,7 +116,7 @@ class ClassServer : public testing::Test {
     const auto receiver = As<IQvClientServiceRaw>(client);
     EXPECT_EQ(CallByName(receiver.get(), u"Init", {Variant::FromObject(provider.get())}), "VT_EMPTY");
   }
-  // The library leaves the memory when nothing of it is used.
+  // The library is unloaded when it is unused.
   static void ExpectUnloaded() {
     CoFreeUnusedLibraries();
     EXPECT_FALSE(IsMapped(kLibrary));
@@ -271,7 +271,7 @@ TEST_F(ClassServer, LockKeepsTheLibrary) {
   ExpectUnloaded();
 }
 
-// Opens a session with a server that is not there; there is a message.
+// Opens a session with a server that does not exist; there is a message.
 void ExpectNoSession(IDispatch* client, void (*init)(IDispatch*, IUnknown*, HostLog*)) {
   HostLog log;
   const SpeakingServicesPtr services(new SpeakingServices(&log));
@@ -301,8 +301,8 @@ TEST_F(ClassServer, LibraryThatMadeRequestsLeavesWithTheThread) {
   }
 }
 
-// The thread keeps connections of the library for its next request, and the library stays for them. A thread
-// of its own, so that the library can leave in the tests after this one.
+// A thread keeps the library's connections for its next request, so the library stays loaded. In a new
+// thread, so that later tests can unload the library.
 TEST_F(ClassServer, LibraryThatMadeRequestsOnThisThreadCanBeUsedAgain) {
   std::thread([] {
     for (int round = 0; round < 2; ++round) {
@@ -312,7 +312,8 @@ TEST_F(ClassServer, LibraryThatMadeRequestsOnThisThreadCanBeUsedAgain) {
   }).join();
 }
 
-// Hosts that tidy up when their own object goes: the object of the library that held it is still running.
+// Hosts that unload the library when their own object is destroyed: the library's object that held it is
+// still running.
 
 class ClassServerReentry : public ClassServer {
  protected:
@@ -351,7 +352,7 @@ TEST_F(ClassServerReentry, ParameterOutlivesItsValueThatFreesLibraries) {
   parameter.Clear();
 }
 
-// The last thing that the library does in these calls is to release the host's object, and its own with it.
+// In these calls the library finally releases the host's object, and so its own.
 TEST_F(ClassServerReentry, CallOutlivesTheObjectThatItReleases) {
   MakeList();
   Add([this] {
@@ -375,7 +376,7 @@ TEST_F(ClassServerReentry, ModelOutlivesServicesThatFreeLibraries) {
   model.Clear();
 }
 
-// At exit globals go in the reverse order of their making, the library's among them.
+// At exit globals are destroyed in reverse order of construction, including the library's.
 TEST_F(ClassServer, ObjectInAGlobalOutlivesMainOnEitherSideOfTheLibrary) {
   const auto exitWithGlobals = [] {
     static IDispatchPtr olderThanTheLibrary;

@@ -1,6 +1,6 @@
-// Type information is looked for at the module's own path, which has to fit into 260 units with its null. The
-// system tells the path of a program as it was started, so each length is tried by a start of this program
-// under a name of that length.
+// Type information is searched at the module's path, which must fit into 260 units with its null. The system
+// reports the path with which a program was started, so the test starts this program under names of each
+// length.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -39,7 +39,7 @@ TEST(ModulePath, DoesNotFitWith260Units) {
   EXPECT_EQ(RunUnderName("/" + std::string(3000, 'x'), "too long"), 0);
 }
 
-// Started by the two tests above under names of their own; as it stands, the name is an ordinary one.
+// The two tests above start it under special names; else the name is ordinary.
 TEST(ModulePath, AnswersByItsLength) {
   const char* told = std::getenv(kVariable);
   const bool fits = told == nullptr || std::string(told) == "fits";

@@ -1,4 +1,4 @@
-// GetIDsOfNames: hosts that never saw a header know members by these names and ids.
+// GetIDsOfNames: late-binding hosts use members by these names and ids.
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -8,14 +8,14 @@
 namespace qv {
 namespace {
 
-// What each name answers, in the order of the rows. It may differ from the id in the name's own row.
+// The id for each name, in the order of the rows. It may differ from the id in the name's row.
 struct NameTable {
   Face face;
   const char* names;
 };
 const NameTable kTables[] = {
     {Face::kQvScriptwells,
-     // serverName and proxy have rows of their own, of id 0.
+     // serverName and proxy have separate rows with id 0.
      "pVal=0 ConnectionModel=1 Url=2 Duration=3 ConnectionString=4 AttachedFile=5 Parameters=6 "
      "ServerName=7 serverName=7 get_ServerName=7 put_ServerName=7 Proxy=8 proxy=8 get_Proxy=8 "
      "put_Proxy=8"},
@@ -34,7 +34,7 @@ const NameTable kTables[] = {
     {Face::kUrl,
      "UrlCaption=2 RetVal=0 get_UrlCaption=2 put_UrlCaption=2 Url=3 get_Url=3 put_Url=3 ToString=4"},
     {Face::kAttachedFile,
-     // Filename is the argument of Init first.
+     // Filename finds the argument of Init first.
      "Filename=0 Init=1 Filename=0 RetVal=0 get_Filename=2 put_Filename=2 FileId=3 get_FileId=3 "
      "put_FileId=3 SourceFileLifeTime=4 get_SourceFileLifeTime=4 put_SourceFileLifeTime=4 CleanUp=5 "
      "get_CleanUp=5 put_CleanUp=5 TicketId=6 Value=0 get_TicketId=6 put_TicketId=6 val=0 "
@@ -70,7 +70,7 @@ std::string Cased(std::string text, char first, char last, int shift) {
 }
 
 constexpr DISPID kUntouched = 0x5A5A;
-constexpr char kUnknown[] = "0x80020006 23130";  // and the id untouched
+constexpr char kUnknown[] = "0x80020006 23130";  // and the id unchanged
 
 // "0x00000000 7", the code and the id.
 std::string Asked(IDispatch* object, const char16_t* name) {
@@ -114,7 +114,7 @@ TEST_F(DispatchNames, PartsOfNamesAndMoreThanNamesAreUnknown) {
         EXPECT_EQ(Asked(more), kUnknown) << more;
       const std::size_t line = name.find('_');
       if (line == std::string::npos) continue;
-      // The unit that differs from "_" by the bit of case alone.
+      // The unit that differs from "_" only in the case bit.
       EXPECT_EQ(Asked(name.substr(0, line) + "\x7F" + name.substr(line + 1)), kUnknown) << name;
     }
     EXPECT_EQ(Asked(""), kUnknown);

@@ -1,5 +1,5 @@
-// What Invoke returns: the result under the tag of its member, also of a member that failed, and the record
-// of the failure.
+// What Invoke returns: the result under the tag of its member, even if the member failed, and the record of
+// the failure.
 #include <gtest/gtest.h>
 
 #include "automation/noting_faces.h"
@@ -9,7 +9,7 @@
 namespace qv {
 namespace {
 
-// What comes of a member that gave its prepared result, and of one that wrote nothing.
+// The expected result of a member that returned its prepared result, and of one that wrote nothing.
 struct Kind {
   const char* prepared;
   const char* nothing;
@@ -23,7 +23,8 @@ constexpr Kind kBool = {"VT_BOOL -1", "VT_BOOL 0"};
 constexpr Kind kAny = {"VT_INT 9", "VT_EMPTY"};
 constexpr Kind kObject = {"VT_DISPATCH null", "VT_DISPATCH null"};
 
-// Members that are called alike: `arguments` are texts "1" and, where the last one is an object, a list.
+// Members that are called in the same way: `arguments` are texts "1" and, where the last one is an object, a
+// list.
 struct Members {
   Face face;
   std::vector<DISPID> ids;
@@ -189,7 +190,7 @@ TEST_F(DispatchResults, ObjectComesWithItsReference) {
     EXPECT_EQ(found->AddRef(), 3u);
     found->Release();
     call.result.Clear();
-    // Without a place for the result the reference is given back.
+    // Without an output parameter the reference is released.
     call.Run(nullptr, nullptr, nullptr);
     EXPECT_EQ(found->AddRef(), 2u);
     found->Release();
@@ -237,7 +238,7 @@ TEST_F(DispatchResults, OldContentIsReleased) {
   EXPECT_EQ(old->References(), 2u);
   EXPECT_EQ(call.Code(), "0x00000000");
   EXPECT_EQ(old->References(), 1u);
-  // Also by a call that is refused after the test of the limit.
+  // Also by a call that fails after the test of the limit.
   LateCall refused(list.get(), 9);
   refused.result = Variant::FromObject(old.get());
   EXPECT_EQ(refused.Code(), "0x80020003");

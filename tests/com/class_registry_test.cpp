@@ -103,13 +103,13 @@ std::set<std::string> CreationWithoutMemory(const Guid& classId) {
   });
 }
 
-// A program of its own for each test, so this is the first look at the classes.
+// Each test runs in its own process, so this is the first lookup of a class.
 TEST(ClassRegistryMemory, CreationWithoutMemoryIsACode) {
   for (const Guid& classId : {CLSID_HttpComponent, CLSID_RecordList, CLSID_QvScriptwells})
     EXPECT_EQ(CreationWithoutMemory(classId), std::set<std::string>{"_com_error 0x8007000E <null>"});
 }
 
-// A class is unknown also when memory ran out only for the message of that failure.
+// A class is unknown even if memory is lacking only for the message of that failure.
 TEST(ClassRegistryMemory, UnknownClassWithoutMemoryIsACode) {
   EXPECT_EQ(CreationWithoutMemory(kClass),
             (std::set<std::string>{"_com_error 0x80040154 <null>", "_com_error 0x8007000E <null>"}));
@@ -159,7 +159,7 @@ TEST_F(ClassRegistryTest, ClassesAreIndependent) {
   EXPECT_EQ(Create(kClass), S_OK);
 }
 
-// Notes what is done to it.
+// Records the calls.
 class RunnableObject final : public IRunnableObject {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {

@@ -109,7 +109,7 @@ TEST_F(GuardedCounter, NullOutputParameterIsRefusedAfterTheRecordIsCleared) {
   EXPECT_EQ(TakenWords(), "no record");
 }
 
-// The end of the object runs an operation, which clears the record.
+// The object's destructor runs an operation, which clears the record.
 TEST_F(GuardedCounter, RecordIsPostedAfterTheOperationReleasedItsObjects) {
   int seen = 0;
   const HRESULT code = logic_.Run([&](Counter& counter) {
@@ -123,7 +123,7 @@ TEST_F(GuardedCounter, RecordIsPostedAfterTheOperationReleasedItsObjects) {
   EXPECT_EQ(TakenWords(), "below zero");
 }
 
-// An object that deletes itself inside an operation of its own.
+// An object that deletes itself inside one of its operations.
 class Ending final : public CountedObject<IRunnableObject, SupportsErrorInfo<IRunnableObject>> {
  public:
   explicit Ending(bool* isGone) : isGone_(isGone) {}

@@ -125,7 +125,7 @@ TEST_F(ScalarFormatersRead, FloatIsNarrowedToThirtyTwoBits) {
   EXPECT_TRUE(std::isnan(Read(u"float", u"nan").Data().fltVal));
 }
 
-// An element has no value of its own, so "" without a text child.
+// An element itself has no value, so "" without a text child.
 TEST_F(ScalarFormatersRead, StringIsTheFirstText) {
   const std::pair<const char16_t*, std::u16string_view> rows[] = {{u"abc", u"abc"},
                                                                   {u"  a b\n", u"  a b\n"},
@@ -164,7 +164,7 @@ TEST_F(ScalarFormatersRead, NullNodeIsTheEmptyText) {
   for (const auto& [name, tag] : rows) ExpectValue(Get(name)->ReadValue(none), Raw(tag, 0), name);
 }
 
-// No parser lets a lone surrogate pass, so this document is made by hand.
+// Parsers reject a lone surrogate, so the test builds this document itself.
 TEST_F(ScalarFormatersRead, TextWithALoneSurrogateReadsAsZero) {
   const XmlLibraryHold hold;
   xml::DOMDocument* document = xml::DOMImplementation::getImplementation()->createDocument();

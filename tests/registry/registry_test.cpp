@@ -1,4 +1,4 @@
-// The layers of the registry: which file decides, which is written, and what is refused.
+// The layers of the registry: which file is read, which is written, and which values are rejected.
 #include "qvscriptwells/registry.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,6 @@
-// Makes the process speak a locale in which a number is written "1.234,5", for as long as the object lives:
-// the C++ locale by a number format of our own, and the C locale by a German one. When the system has none,
-// it is generated with localedef into a temporary directory; when that is not possible either, the object
-// says so on standard error and only the C++ locale changes.
+// While the object exists, the process has a locale that writes a number as "1.234,5": a C++ locale with a
+// custom number format, and a German C locale. If the system has none, localedef generates it in a temporary
+// directory; if that fails too, the object reports it on standard error and only the C++ locale changes.
 #pragma once
 
 #include <locale>

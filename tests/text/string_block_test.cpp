@@ -18,7 +18,7 @@ namespace {
 
 constexpr char kOutOfMemory[] = "_com_error 0x8007000E <null>";
 
-// A block of its own, freed with the object.
+// Owns a block.
 struct Block {
   explicit Block(std::size_t capacity, std::u16string_view units = {}) : text(NewStringBlock(capacity)) {
     if (!units.empty()) Write(units);
@@ -33,7 +33,7 @@ struct Block {
     SetStringLength(text, units.size());
   }
   void Resize(std::size_t capacity) { text = ResizeStringBlock(text, capacity); }
-  // Closed with null.
+  // Null-terminated.
   void Expect(std::u16string_view units) const {
     EXPECT_EQ(std::u16string_view(text, StringLength(text)), units);
     EXPECT_EQ(text[units.size()], u'\0');

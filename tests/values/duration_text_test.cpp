@@ -1,4 +1,4 @@
-// The text form of a duration, read: what each text sets, and what is refused.
+// Parsing the text form of a duration: what each text sets, and which texts fail.
 #include <gtest/gtest.h>
 
 #include "values/duration_state.h"
@@ -28,7 +28,7 @@ void ExpectStates(const Parsed (&rows)[kCount]) {
   for (const Parsed& row : rows) ExpectState(row.state, {row.text});
 }
 
-// Each of these on a fresh object, whose fields stay 0; the sign is looked at elsewhere.
+// Each of these with a new object, whose fields stay 0; another test checks the sign.
 void ExpectRefused(const char* thrown, TextList texts) {
   for (const std::u16string_view text : texts) {
     DurationImpl duration;
@@ -93,7 +93,7 @@ TEST(DurationText, SecondMinusCutsWhatIsBeforeItButForSeconds) {
   for (const auto& [state, text] : rows) ExpectState(state + std::string(" negative -1"), {text});
 }
 
-// The second of two neighbours is not seen as a separator and spoils the number after it.
+// The second of two adjacent ones is not a separator, so the number after it is invalid.
 TEST(DurationText, TextAfterASecondTIsIgnoredAndANeighbouringTBelongsToTheTimePart) {
   ExpectState("0/0/0 1:0:0", {u"PT1HT2M", u"PT1HT2HT3M"});
   ExpectState("0/0/1 2:0:0", {u"P1DT2HT3M4S"});
@@ -171,7 +171,7 @@ TEST(DurationText, NullUnitEndsANumberAndNotTheText) {
   ExpectRefused(kPlaceOfP, {u"\0P1D"sv});
 }
 
-// A lone surrogate has no narrow form, so its number is none; the others stay.
+// A lone surrogate cannot be narrowed, so its number is 0; the others stay.
 TEST(DurationText, OnlyAsciiLettersAreLettersAndALoneSurrogateSpoilsItsOwnFieldOnly) {
   ExpectState("0/2/0 0:0:0", {u"P1\xD800"
                               u"Y2M"});

@@ -1,6 +1,6 @@
-// An object that is bound late, as far as a change of type sees it: it answers QueryInterface as told and may
-// have a default property. It lives on the stack of a test, notes how it was asked, and reports references
-// that were left or lost when it dies.
+// A late-bound object for tests of conversions: it has a configurable QueryInterface result and may have a
+// default property. It is on the stack of a test, records the calls, and its destructor reports missing or
+// extra references.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -8,7 +8,7 @@ namespace {
 
 using Pieces = std::vector<const char*>;
 
-// The prefixes stand for namespaces that every outermost element declares.
+// Prefixes of the namespaces that every outermost element declares.
 const Pieces kNames = {
     "a", "b", "c", "row", "cell", "p:a", "p:b", "q:row", "_x", "n-1.2", "\xC3\xA9t\xC3\xA9"};
 const Pieces kAttributeNames = {"k",      "m",        "z",   "p:k", "q:type",   "id",
@@ -34,7 +34,7 @@ const Pieces kDeclarations = {"",
                               "<?xml version='1.0' standalone='yes' ?>",
                               "<?xml version='1.0' encoding='utf-8' standalone='no'?>",
                               "<?xml version='1.1'?>"};
-// Each of them may be left out.
+// Each is optional.
 const Pieces kSubset = {"<!ELEMENT a (b|c|row)*>",
                         "<!ELEMENT b EMPTY>",
                         "<!ELEMENT c ANY>",
@@ -52,7 +52,7 @@ const Pieces kSubset = {"<!ELEMENT a (b|c|row)*>",
                         "<!--declared-->",
                         "<?p in the subset?>",
                         "\n  "};
-// These stand in every subset, since contents refer to them.
+// These are in every subset, since contents refer to them.
 const char kEntities[] =
     "<!ENTITY t 'text'><!ENTITY u '&#233;&t;'><!ENTITY n '[&t;&u;]'><!ENTITY empty ''>"
     "<!ENTITY e '<b k=\"v\">in</b>tail'><!ENTITY f '<row><cell>&t;</cell></row>&e;'>"
@@ -148,7 +148,7 @@ class Writer {
     }
   }
 
-  // Few are longer than the library reads at a time.
+  // Few are longer than the library's read buffer.
   void Text() {
     const std::uint32_t count = random_.OneIn(200) ? 4000 : 1 + Below(3);
     for (std::uint32_t i = 0; i < count; ++i) out_ += Any(kTexts);
@@ -206,7 +206,7 @@ std::size_t PlaceIn(const std::string& document, Random* random) {
   return random->Below(static_cast<std::uint32_t>(document.size()));
 }
 
-// Behind the ">" that follows some place, where contents stand more often than not.
+// After the next ">" from a random position, where contents are likely.
 std::size_t PlaceBehindTag(const std::string& document, Random* random) {
   const std::size_t end = document.find('>', PlaceIn(document, random));
   return end == std::string::npos ? document.size() : end + 1;

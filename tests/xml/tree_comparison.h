@@ -1,5 +1,5 @@
-// Whether two parsed documents are the same in everything that their nodes tell: types, names, values, flags,
-// attributes with their order, and every link. Identity of nodes is compared by place.
+// Compares all properties of the nodes of two parsed documents: types, names, values, flags, attributes with
+// their order, and every link. Linked nodes are compared by position.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace qv {
 
-// What the first difference is about, with the node's name; empty when there is none. Both may be null.
+// Describes the first difference, with the node's name; empty if there is none. Both may be null.
 std::string DifferenceBetween(const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* ours,
                               const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* theirs);
 

@@ -1,5 +1,5 @@
-// The start and the stop of the real XML library when memory runs out at any of their allocations. A start
-// that fails inside the library spoils the process for good, so each try has a process of its own.
+// Start and stop of the real XML library when any of their allocations fails. A start that fails inside the
+// library makes it unusable in the process, so each try has a separate process.
 #include "xml/xml_library_start.h"
 
 #include <gtest/gtest.h>
@@ -23,11 +23,11 @@
 namespace qv {
 namespace {
 
-// How a process that met one refusal ended. The numbers are exit codes.
+// How a process with one failed allocation ended. The numbers are exit codes.
 enum Outcome {
   kUnharmed = 10,   // nothing failed
   kRecovered = 11,  // a failure, and the next call works
-  kRefused = 12,    // the start failed inside: refused from then on
+  kRefused = 12,    // the start failed inside: every later one fails
   kWrong = 13,
 };
 
@@ -105,14 +105,14 @@ struct Tally {
   int refused = 0;
 };
 
-// Nearly all allocations of a first start are those of libraries below the XML library, which survive each of
-// them: unless the environment has QV_EVERY_ALLOCATION, only every 16th of these is refused.
+// Nearly all allocations of a first start are made by libraries below the XML library, which survive a
+// failure: unless the environment has QV_EVERY_ALLOCATION, only every 16th of these fails.
 long Next(long number, long allocations) {
   const bool isInTheMiddle = number > 16 && number + 32 < allocations;
   return number + (isInTheMiddle && std::getenv("QV_EVERY_ALLOCATION") == nullptr ? 16 : 1);
 }
 
-// Refuses one allocation after the other.
+// Makes one allocation after the other fail.
 Tally RefuseEach(Outcome (*function)(long, Refusal), long allocations, Refusal refusal) {
   Tally tally;
   for (long number = 1; number <= allocations; number = Next(number, allocations)) {
@@ -124,7 +124,7 @@ Tally RefuseEach(Outcome (*function)(long, Refusal), long allocations, Refusal r
   return tally;
 }
 
-// The exit code of the child is too small for the number, so it comes over a pipe.
+// The number is too large for the child's exit code, so a pipe returns it.
 long AllocationsOfFirstStart() {
   int ends[2];
   if (pipe(ends) != 0) return -1;
@@ -145,9 +145,9 @@ long AllocationsOfFirstStart() {
 
 constexpr Refusal kRefusals[] = {Refusal::kOne, Refusal::kAllFromThen};
 
-// This one comes first, since nothing in this process may have started the library before. The first
-// allocation is the reserved block. Of those beyond it only three belong to the XML library itself; they are
-// operator new or malloc whatever memory manager it has.
+// Must be the first test, since nothing in this process may have started the library before. The first
+// allocation is the reserved block. Of the others only three belong to the XML library itself; they use
+// operator new or malloc with any memory manager.
 TEST(XmlLibraryStart, FirstStartSurvivesTheRefusalOfAnyAllocation) {
   for (const Refusal refusal : kRefusals) {
     const long allocations = AllocationsOfFirstStart();
@@ -190,7 +190,7 @@ TEST(XmlLibraryStart, BlockThatIsMissingIsReportedWithTheFixedMessage) {
   EXPECT_EQ(ModuleLocks(), 0);
 }
 
-// A program with the XML library started on its own account keeps what the library was lent.
+// If the program itself has started the XML library, the borrowed objects stay.
 TEST(XmlLibraryStart, LibraryThatTheProgramKeepsStartedStaysUsableAndKeepsTheModule) {
   {
     const XmlLibraryGuardScope first;

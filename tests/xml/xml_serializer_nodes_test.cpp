@@ -21,7 +21,7 @@ constexpr char kDeclarations[] =
 
 class XmlSerializerNodes : public SerializerFixture {
  protected:
-  // The document "r" with this document type, made without a parser.
+  // The document "r" with this document type, created without a parser.
   const xercesc::DOMDocumentType* DocumentType(const char16_t* publicId, const char16_t* systemId) {
     xercesc::DOMImplementation* library = xercesc::DOMImplementation::getImplementation();
     xercesc::DOMDocumentType* type = library->createDocumentType(u"r", publicId, systemId);
@@ -52,7 +52,7 @@ TEST_F(XmlSerializerNodes, EscapesEndWithTheirNode) {
   ExpectLine(root, "<r a=\"&lt;\">&amp;<![CDATA[&]]>&gt;<!--&--><?p &?></r>");
 }
 
-// What the parser resolves becomes text.
+// Resolved references become text.
 TEST_F(XmlSerializerNodes, EntityReferenceIsItsNameWithoutItsContent) {
   ExpectLine(document_->createEntityReference(u"e"), "&e;");
   ExpectLine(ParsedElement("<r>&#65;&lt;&#xE9;&quot;</r>"), "<r>A&lt;\\u00C3\\u00A9\"</r>");
@@ -96,7 +96,7 @@ TEST_F(XmlSerializerNodes, DocumentTypeHasItsIdsAndItsInternalSubset) {
   for (const auto& [text, line] : parsed) ExpectLine(Parsed(text)->getDoctype(), line);
 }
 
-// Its pieces follow each other without blanks, and it ends with a line feed of its own.
+// Its parts have no blanks between them, and it ends with a line feed.
 TEST_F(XmlSerializerNodes, EntityIsItsDeclaration) {
   const std::pair<const char16_t*, const char*> rows[] = {
       {u"inside", "<!ENTITY inside>"},
