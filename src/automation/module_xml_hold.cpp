@@ -10,8 +10,8 @@ namespace qv {
 namespace {
 
 std::mutex mutex;
-std::optional<bool> isAsked;  // empty until the registry was read
-bool isHeld = false;          // at the end of a process the guard releases what is left
+std::optional<bool> isAsked;  // empty until the registry is read
+bool isHeld = false;          // at the end of a process the guard releases it
 
 }  // namespace
 
@@ -22,7 +22,7 @@ void HoldXmlLibraryIfAsked() noexcept {
     if (!*isAsked || isHeld) return;
     XmlLibraryGuard::Process().Acquire();
     isHeld = true;
-  } catch (...) {  // NOLINT(bugprone-empty-catch): there is nobody to tell; see the header
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the next call tries again; see the header
   }
 }
 
