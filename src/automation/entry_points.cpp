@@ -3,8 +3,8 @@
 #include <atomic>
 
 #include "automation/module_xml_hold.h"
-#include "automation/object_map.h"
 #include "automation/registration.h"
+#include "com/builtin_classes.h"
 #include "com/module.h"
 #include "com/module_hooks.h"
 
@@ -40,7 +40,7 @@ extern "C" qv::HRESULT DllGetClassObject(const qv::Guid& classId, const qv::Guid
                                          void** object) noexcept {
   if (!started) return qv::E_UNEXPECTED;
   qv::HoldXmlLibraryIfAsked();
-  return qv::FindClassObject(classId, iid, object);
+  return qv::OwnClassObject(classId, iid, object);
 }
 
 extern "C" qv::HRESULT DllRegisterServer() noexcept {

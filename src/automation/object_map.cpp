@@ -1,5 +1,4 @@
-#include "automation/object_map.h"
-
+// The classes that hosts can create by id.
 #include "automation/class_factory.h"
 #include "automation/qv_scriptwells.h"
 #include "com/builtin_classes.h"
@@ -22,16 +21,12 @@ constexpr MapRow kObjectMap[] = {{CLSID_QvScriptwells, &ScriptwellsFactory}};
 
 }  // namespace
 
-HRESULT FindClassObject(const Guid& classId, const Guid& iid, void** object) noexcept {
+HRESULT OwnClassObject(const Guid& classId, const Guid& iid, void** object) noexcept {
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   for (const MapRow& row : kObjectMap)
     if (row.classId == classId) return row.factory().QueryInterface(iid, object);
   return CLASS_E_CLASSNOTAVAILABLE;
-}
-
-HRESULT OwnClassObject(const Guid& classId, const Guid& iid, void** object) noexcept {
-  return FindClassObject(classId, iid, object);
 }
 
 }  // namespace qv

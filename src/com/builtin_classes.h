@@ -14,8 +14,8 @@ struct BuiltinClass {
 // A table; a row without creator ends it.
 const BuiltinClass* BuiltinClasses() noexcept;
 
-// The class object of a class that is linked into this program or library; CLASS_E_CLASSNOTAVAILABLE, and
-// null in *object, for any other. `object` is not null.
+// Returns `iid` of the class object of a class that is linked into this program or library. It is created on
+// first use and kept. E_POINTER; CLASS_E_CLASSNOTAVAILABLE, and null, for any other class; E_NOINTERFACE.
 HRESULT OwnClassObject(const Guid& classId, const Guid& iid, void** object) noexcept;
 
 }  // namespace qv

@@ -1,7 +1,7 @@
 #include "com/builtin_classes.h"
 
 #include "components/http/http_session.h"
-#include "components/recordlist/record_list_class.h"
+#include "components/recordlist/record_list_object.h"
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/record_list.h"
 

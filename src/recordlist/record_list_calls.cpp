@@ -1,7 +1,9 @@
 #include "recordlist/record_list_calls.h"
 
+#include "qvscriptwells/class_registry.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
+#include "qvscriptwells/create_objects.h"
 
 namespace qv {
 namespace {
@@ -35,6 +37,11 @@ void Check(HRESULT code, IRecordListCursor* cursor) {
 }
 
 }  // namespace
+
+IRecordListPtr CreateRecordList() {
+  const IUnknownPtr object = CreateComponent(CLSID_RecordList);
+  return As<IRecordList>(object);
+}
 
 IRecordListHeadersPtr HeadersOf(IRecordList* list) {
   Require(list);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "automation/entry_points.h"
-#include "automation/object_map.h"
+#include "com/builtin_classes.h"
 #include "com/module.h"
 #include "com/module_hooks.h"
 #include "qvscriptwells/class_factory.h"
@@ -22,7 +22,7 @@ constexpr Guid kOuterInterface = ParseGuid("5b7f0c1e-3d52-4e8a-9c61-2f0a8d4b6e14
 
 IClassFactoryPtr Factory() {
   IClassFactoryPtr factory;
-  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IClassFactory::kIid, Put(factory)), S_OK);
+  EXPECT_EQ(OwnClassObject(CLSID_QvScriptwells, IClassFactory::kIid, Put(factory)), S_OK);
   return factory;
 }
 
@@ -46,10 +46,10 @@ TEST_F(ClassObject, IsMadeOnceAndKept) {
 
 TEST_F(ClassObject, AnswersItsInterfacesOnly) {
   IUnknownPtr object;
-  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IUnknown::kIid, Put(object)), S_OK);
-  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IQvScriptwells::kIid, Put(object)), E_NOINTERFACE);
+  EXPECT_EQ(OwnClassObject(CLSID_QvScriptwells, IUnknown::kIid, Put(object)), S_OK);
+  EXPECT_EQ(OwnClassObject(CLSID_QvScriptwells, IQvScriptwells::kIid, Put(object)), E_NOINTERFACE);
   EXPECT_EQ(object, nullptr);
-  EXPECT_EQ(FindClassObject(CLSID_QvScriptwells, IClassFactory::kIid, nullptr), E_POINTER);
+  EXPECT_EQ(OwnClassObject(CLSID_QvScriptwells, IClassFactory::kIid, nullptr), E_POINTER);
 }
 
 TEST_F(ClassObject, OnlyTheClientIsInTheMap) {
@@ -57,7 +57,7 @@ TEST_F(ClassObject, OnlyTheClientIsInTheMap) {
                          CLSID_AttachedFile, CLSID_Parameters, CLSID_Parameter, Guid{}}) {
     int stranger = 0;
     void* object = &stranger;
-    EXPECT_EQ(FindClassObject(id, IClassFactory::kIid, &object), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(OwnClassObject(id, IClassFactory::kIid, &object), CLASS_E_CLASSNOTAVAILABLE);
     EXPECT_EQ(object, nullptr);
   }
 }

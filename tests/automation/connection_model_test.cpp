@@ -3,13 +3,13 @@
 
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
-#include "fixtures/formaters.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
 #include "fixtures/waiting_record.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
+#include "recordlist/register_formaters.h"
 #include "script/execute_envelope.h"
 #include "script/fake_parameters.h"
 
@@ -22,7 +22,7 @@ constexpr char kNoUrl[] = "Cannot parse url, expecting 'http://' after protocol 
 class ConnectionModelObject : public testing::Test {
  protected:
   ConnectionModelObject() {
-    EnsureFormaters();
+    FillFormaters();
     EXPECT_EQ(raw_->SetServer(u"http://srv", u""), S_OK);
     EXPECT_EQ(raw_->SetClientServices(host_->Unknown()), S_OK);
     LeaveStaleRecord();

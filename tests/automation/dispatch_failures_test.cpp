@@ -5,12 +5,12 @@
 #include "automation/late_call.h"
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
-#include "fixtures/formaters.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/waiting_record.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 namespace {
@@ -127,7 +127,7 @@ TEST_F(DispatchFailures, TextThatIsNotALinkIsAnExceptionWithAMessage) {
 class DispatchModelFailures : public DispatchFailures {
  protected:
   DispatchModelFailures() {
-    EnsureFormaters();
+    FillFormaters();
     const IConnectionModelRawPtr raw = As<IConnectionModelRaw>(model_);
     EXPECT_EQ(raw->SetServer(u"http://srv", u""), S_OK);
     EXPECT_EQ(raw->SetClientServices(host_->Unknown()), S_OK);

@@ -5,7 +5,6 @@
 #include "com/module.h"
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_http.h"
-#include "fixtures/formaters.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/thrown.h"
@@ -14,6 +13,7 @@
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 namespace {
@@ -29,7 +29,7 @@ std::string WaitingMessage() {
 class ClientObject : public testing::Test {
  protected:
   ClientObject() {
-    EnsureFormaters();
+    FillFormaters();
     services_->Answer("GetUsid", Nulls());
     LeaveStaleRecord();
   }

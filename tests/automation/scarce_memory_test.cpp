@@ -8,7 +8,6 @@
 
 #include "automation/qv_scriptwells.h"
 #include "fixtures/fake_http.h"
-#include "fixtures/formaters.h"
 #include "fixtures/scarce_memory.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/waiting_record.h"
@@ -18,6 +17,7 @@
 #include "qvscriptwells/error_info.h"
 #include "qvscriptwells/http_component.h"
 #include "qvscriptwells/xml_library_hold.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 namespace {
@@ -64,7 +64,7 @@ TEST(ScarceMemory, AddFailsWithACodeAndAppendsNothing) {
 
 // The class id has no component, so that only the library allocates, and each call fails in any case.
 TEST(ScarceMemory, ExecuteFailsWithACodeAndTheNextOneWorks) {
-  EnsureFormaters();
+  FillFormaters();
   const XmlLibraryHold hold;
   const WideString language(u"VBScript");
   const WideString script(u"a<b");
@@ -95,7 +95,7 @@ TEST(ScarceMemory, ExecuteFailsWithACodeAndTheNextOneWorks) {
 
 // Error records, the parser's spare block, and components without options.
 TEST(ScarceMemory, CallsOnAFreshThreadNeedNoMemoryOfTheCLibrary) {
-  EnsureFormaters();
+  FillFormaters();
   FakeHttp http;
   http.Answer(kScriptDone);
   const int before = RememberedThreadEnds();

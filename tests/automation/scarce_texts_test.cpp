@@ -6,12 +6,12 @@
 #include <set>
 #include <string>
 
-#include "fixtures/formaters.h"
 #include "fixtures/scarce_memory.h"
 #include "fixtures/waiting_record.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/error_info.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 namespace {
@@ -36,7 +36,7 @@ void ExpectOnlyOutOfMemory(const std::function<HRESULT()>& call) {
 }
 
 TEST(ScarceTexts, ServerNameAndProxy) {
-  EnsureFormaters();
+  FillFormaters();
   const auto raw = As<IConnectionModelRaw>(CreateConnectionModel());
   const WideString server(u"http://server.example:8080/some/long/path");
   const WideString proxy(u"proxy.example:3128");
@@ -46,7 +46,7 @@ TEST(ScarceTexts, ServerNameAndProxy) {
 }
 
 TEST(ScarceTexts, RefusedServerName) {
-  EnsureFormaters();
+  FillFormaters();
   const auto raw = As<IConnectionModelRaw>(CreateConnectionModel());
   const WideString server(u"a server name without a scheme");
   const WideString none(u"");

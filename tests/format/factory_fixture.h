@@ -6,20 +6,20 @@
 
 #include <string>
 
-#include "fixtures/formaters.h"
 #include "fixtures/xml_text.h"
 #include "format/formater_factory.h"
 #include "format/response_value_reader.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 
 class FactoryFixture : public testing::Test {
  protected:
-  FactoryFixture() { EnsureFormaters(); }
+  FactoryFixture() { FillFormaters(); }
   // A creator of the test must not stay in the factory when it dies.
   ~FactoryFixture() override {
     Factory()->Clear();
-    EnsureFormaters();
+    FillFormaters();
   }
 
   static FormaterFactory* Factory() { return FormaterFactory::Instance(); }

@@ -1,6 +1,6 @@
 #include "client_fixture.h"
 
-#include "fixtures/formaters.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 
@@ -23,7 +23,7 @@ void ClientTest::SetUp() {
   StartWith(options);
   host_ = CreateSimpleHost({u"nobody"});
   model_ = CreateConnectionModel(FromUtf8(service_->Url()), u"", host_.get());
-  EnsureFormaters();
+  FillFormaters();
 }
 
 void ClientTest::TearDown() {

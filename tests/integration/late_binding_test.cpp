@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "client_fixture.h"
-#include "fixtures/formaters.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 namespace {
@@ -48,7 +48,7 @@ class LateBinding : public ClientTest {
     ASSERT_EQ(Does(client_, u"ServerName", {server}, DISPATCH_PROPERTYPUT), S_OK);
     late_ = Made(u"ConnectionModel");
     ASSERT_NE(late_, nullptr);
-    EnsureFormaters();  // another test of this process may have ended a model
+    FillFormaters();  // another test of this process may have ended a model
   }
   void TearDown() override {
     late_.reset();

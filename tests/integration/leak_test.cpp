@@ -4,8 +4,8 @@
 #include "client_fixture.h"
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_host.h"
-#include "fixtures/formaters.h"
 #include "fixtures/temporary_directory.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 namespace {
@@ -90,7 +90,7 @@ class Leak : public devservice::testing::ServiceTest {
                            {u"span", Variant::FromObject(duration_.get())}});
     refused_ = ParameterList({{u"o", Variant::FromObject(object.get())}});
     model_ = CreateConnectionModel(FromUtf8(service_->Url()), u"", host->Unknown());
-    EnsureFormaters();
+    FillFormaters();
     for (int round = 0; round < rounds; ++round) Round(round);
     ExpectCountsAsAtTheStart(host, object);
     refused_.reset();

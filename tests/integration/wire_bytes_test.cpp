@@ -7,8 +7,8 @@
 
 #include "client_fixture.h"
 #include "fixtures/environment.h"
-#include "fixtures/formaters.h"
 #include "fixtures/raw_server.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 namespace {
@@ -88,7 +88,7 @@ class WireBytes : public testing::Test {
     CloseKeptConnections();
     host_ = CreateSimpleHost({u"joe"});
     NewModel(u"");
-    EnsureFormaters();
+    FillFormaters();
   }
   void TearDown() override {
     model_.reset();

@@ -7,11 +7,11 @@
 
 #include "child_process.h"
 #include "client_fixture.h"
-#include "fixtures/formaters.h"
 #include "fixtures/shown_text.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/native_path.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv::test {
 namespace {
@@ -75,7 +75,7 @@ TransferTest::TransferTest()
   model_ = CreateConnectionModel();
   UseServer(ServerUrl());
   EXPECT_EQ(model_->SetUSID(u"s1"), S_OK);
-  EnsureFormaters();
+  FillFormaters();
   ExpectNextDownloadWorks();  // what is opened once per process is open now
   fs::remove(Target() + "/next.txt");
   EXPECT_TRUE(server_.WaitForClosed(server_.Connections()));

@@ -110,7 +110,7 @@ TEST_F(RecordListReaderFailures, MoreCellsThanColumnsFail) {
 TEST_F(RecordListReaderFailures, FailureOfAFormaterIsItsOwnOrHasOneMessage) {
   Factory()->Clear();
   FailingFormaterCreator creator(u"double");
-  EnsureFormaters();
+  FillFormaters();
   for (const auto& row : kFormaterFailures) {
     creator.formater.fail = row.fail;
     EXPECT_EQ(ReadThrows(OneCellXml(u"xsd:double", u"5")), row.thrown);
@@ -131,7 +131,7 @@ TEST_F(RecordListReaderFailures, NullFromAFormaterIsRefusedWithItsType) {
     Factory()->Clear();
     ProbeFormaterCreator creator(row.formater);
     creator.formater.read = [](const XmlNode&) { return Variant::Null(); };
-    EnsureFormaters();
+    FillFormaters();
     FakeRecordList fake;
     EXPECT_EQ(ReadThrows(TableXml(ColumnXml(u"a", u"xsd:int") + ColumnXml(u"b", row.type),
                                   u"<i><a>5</a><b>" + std::u16string(row.content) + u"</b></i>")),

@@ -125,7 +125,7 @@ TEST_F(RecordListWriterFailures, DisplayNameMayHoldAnything) {
 TEST_F(RecordListWriterFailures, FailureOfAFormaterIsItsOwnOrHasOneMessage) {
   Factory()->Clear();
   FailingFormaterCreator creator(u"string");
-  EnsureFormaters();
+  FillFormaters();
   for (const auto& row : kFormaterFailures) {
     FakeRecordList fake;
     creator.formater.fail = row.fail;

@@ -11,12 +11,12 @@
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_duration.h"
 #include "fixtures/fake_http.h"
-#include "fixtures/formaters.h"
 #include "fixtures/known_failures.h"
 #include "fixtures/shown_text.h"
 #include "fixtures/thrown.h"
 #include "fixtures/variant_makers.h"
 #include "qvscriptwells/create_objects.h"
+#include "recordlist/register_formaters.h"
 #include "script/execute_envelope.h"
 #include "script/fake_parameters.h"
 #include "soap/soap_call.h"
@@ -31,7 +31,7 @@ inline Variant Object(const IUnknownPtr& object) {
 
 class CallFixture : public testing::Test {
  protected:
-  CallFixture() { EnsureFormaters(); }
+  CallFixture() { FillFormaters(); }
   void TearDown() override {
     map_.clear();
     EXPECT_EQ(http_.LiveObjects(), 0);

@@ -10,11 +10,11 @@
 #include "com/module.h"
 #include "fixtures/counting_object.h"
 #include "fixtures/fake_http.h"
-#include "fixtures/formaters.h"
 #include "fixtures/known_failures.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/thrown.h"
+#include "recordlist/register_formaters.h"
 #include "session/qv_scriptwells_impl.h"
 
 namespace qv {
@@ -23,7 +23,7 @@ class ClientLogic : public testing::Test {
  protected:
   ClientLogic()
       : services_(new SpeakingServices(&log_)), provider_(new SpeakingProvider(&log_, services_->Unknown())) {
-    EnsureFormaters();
+    FillFormaters();
     services_->Answer("GetUsid", Nulls());
     Restart();
   }

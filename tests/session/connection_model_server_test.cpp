@@ -12,7 +12,7 @@ constexpr char kUploadPath[] = "/WebEditor/FileManagerUpload.aspx";
 
 class ModelServer : public testing::Test {
  protected:
-  void SetUp() override { EnsureFormaters(); }
+  void SetUp() override { FillFormaters(); }
 
   std::string ServerThrows(const WideString& name, const WideString& proxy = u"") {
     return Thrown([&] { model_.SetServer(name, proxy); });

@@ -9,11 +9,11 @@
 
 #include "fixtures/fake_host.h"
 #include "fixtures/fake_http.h"
-#include "fixtures/formaters.h"
 #include "fixtures/known_failures.h"
 #include "fixtures/shown_text.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
+#include "recordlist/register_formaters.h"
 #include "session/connection_model_impl.h"
 
 namespace qv {
@@ -25,7 +25,7 @@ constexpr char kServerFault[] = "EQvException 0x80040005 server words";  // kFau
 class ModelTest : public testing::Test {
  protected:
   ModelTest() : host_(new FakeHost) {
-    EnsureFormaters();
+    FillFormaters();
     model_.SetServer(u"http://srv", u"");
     model_.SetClientServices(host_->Unknown());
   }

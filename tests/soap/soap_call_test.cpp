@@ -6,12 +6,12 @@
 #include <memory>
 
 #include "fixtures/fake_http.h"
-#include "fixtures/formaters.h"
 #include "fixtures/known_failures.h"
 #include "fixtures/shown_text.h"
 #include "fixtures/soap_texts.h"
 #include "fixtures/thrown.h"
 #include "fixtures/variant_makers.h"
+#include "recordlist/register_formaters.h"
 #include "script/execute_command.h"
 
 namespace qv {
@@ -21,7 +21,7 @@ using Lines = std::vector<std::string>;
 
 class SoapCall : public testing::Test {
  protected:
-  void SetUp() override { EnsureFormaters(); }
+  void SetUp() override { FillFormaters(); }
   void TearDown() override { EXPECT_EQ(http_.LiveObjects(), 0); }
 
   static std::unique_ptr<CQvCommand> CommandFor(const WideString& action) {

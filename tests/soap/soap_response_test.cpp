@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "fixtures/formaters.h"
 #include "fixtures/known_failures.h"
 #include "fixtures/shown_value.h"
 #include "fixtures/soap_texts.h"
@@ -11,6 +10,7 @@
 #include "fixtures/thrown.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "qvscriptwells/xml_memory.h"
+#include "recordlist/register_formaters.h"
 
 namespace qv {
 namespace {
@@ -23,7 +23,7 @@ std::string ParserAt(const std::string& place) {
 
 class SoapResponse : public testing::Test {
  protected:
-  void SetUp() override { EnsureFormaters(); }
+  void SetUp() override { FillFormaters(); }
 
   // The value that the text, or the file of this name, gives, or what it throws.
   static std::string Parsed(const WideString& action, const WideString& text, bool isFile = false) {

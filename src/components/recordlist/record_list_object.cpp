@@ -53,4 +53,15 @@ void RecordListObject::CheckUnlocked() const {
   if (locked_) ThrowLocked("The record list is locked.");
 }
 
+HRESULT CreateRecordListComponent(const Guid& iid, void** object) {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  try {
+    const RecordListObjectPtr list(new RecordListObject);
+    return list->QueryInterface(iid, object);
+  } catch (...) {
+    return E_OUTOFMEMORY;  // the only failure of creating an empty list
+  }
+}
+
 }  // namespace qv

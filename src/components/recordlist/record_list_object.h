@@ -34,4 +34,7 @@ class RecordListObject final : public CountedObject<IRecordList, SupportsErrorIn
 
 using RecordListObjectPtr = boost::intrusive_ptr<RecordListObject>;
 
+// The ClassCreator (class_registry.h) of CLSID_RecordList: creates an empty list and returns its `iid`.
+HRESULT CreateRecordListComponent(const Guid& iid, void** object);
+
 }  // namespace qv
