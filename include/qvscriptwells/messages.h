@@ -15,7 +15,10 @@ inline constexpr char16_t kInvalidResponse[] = u"The respone that arrived is not
 inline constexpr char16_t kUnreadableFault[] = u"Cannot deserializer the soap fault.";
 // Start of the message for an answer that is not well-formed; file, line and column follow.
 inline constexpr char16_t kErrorAtFile[] = u"Error at file ";
+inline constexpr char16_t kUrl[] = u"Cannot parse url, expecting 'http://' after protocol name.";
 inline constexpr char16_t kRecordList[] = u"Cannot create the recordlist";
+// A text that is neither a date nor a time.
+inline constexpr char16_t kAccuracy[] = u"Unable to convert a value with the given accuracy";
 inline constexpr char16_t kTimeEncode[] = u"Invalid argument to time encode";
 
 }  // namespace messages

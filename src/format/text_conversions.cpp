@@ -219,7 +219,7 @@ double DateTimeToSerial(const DateTimeValue& value) {
   if (value.Accuracy == DateTimeValue::kDate || value.Accuracy == DateTimeValue::kDateTime)
     days = EncodeDate(Cut(value.Year), Cut(value.Month), Cut(value.Day));
   else if (value.Accuracy != DateTimeValue::kTime)
-    throw EQvException(u"Unable to convert a value with the given accuracy");
+    throw EQvException(messages::kAccuracy);
   const std::int32_t wholeDaysOfOffset = value.TimeZone / kMinutesOfDay;
   return days + value.Time - wholeDaysOfOffset;
 }

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "qvscriptwells/e_qv_exception.h"
+#include "qvscriptwells/messages.h"
 #include "support/string_helpers.h"
 #include "support/tokenize_string.h"
 
@@ -12,7 +13,7 @@ namespace {
 constexpr std::int32_t kDefaultPort = 80;  // for every scheme
 
 [[noreturn]] void RefuseUrl() {
-  throw EQvException(u"Cannot parse url, expecting 'http://' after protocol name.");
+  throw EQvException(messages::kUrl);
 }
 
 // Splits the text at its scheme separator. In the backslash form the stored copy gets slashes; the tokens do

@@ -4,8 +4,8 @@
 #include <iterator>
 
 #include "qvscriptwells/http_component.h"
+#include "qvscriptwells/messages.h"
 #include "qvscriptwells/result_codes.h"
-#include "tools/transfer/library_messages.h"
 
 namespace qv::cli {
 
@@ -42,12 +42,21 @@ ExitStatus TransportStatus(HRESULT code) {
   return ExitStatus::kUnreachable;
 }
 
+// Messages have no codes, so their texts are compared.
+bool Is(const std::string& message, const char16_t* fixed) {
+  return message == ToUtf8(fixed);
+}
+
+bool StartsWith(const std::string& text, const std::string& start) {
+  return text.rfind(start, 0) == 0;
+}
+
 bool EndsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
 std::string TransportMessage(const ExchangeNote& note) {
-  if (EndsWith(note.message, kTotalTimeOver)) return "the time that --max-time allows is over";
+  if (EndsWith(note.message, " milliseconds in total")) return "the time that --max-time allows is over";
   return note.message.empty() ? "failure " + HexCode(*note.failure) : note.message;
 }
 
@@ -58,7 +67,7 @@ std::string Server(const ExchangeNote& note) {
 // The limit of a body is known, that of a head is not.
 std::string TooLong(const ExchangeNote& note, const std::string& message) {
   const std::string answer = "the answer of " + Server(note);
-  if (message == kBodyTooLong)
+  if (message == "Maximum file size exceeded")  // libcurl's message
     return answer + " is longer than " + std::to_string(HttpOptions().maxBodyBytes >> 20) + " MB";
   return answer + " is too long: " + message;
 }
@@ -72,17 +81,17 @@ Failure ExplainFile(const ExchangeNote& note, const std::string& message) {
 }
 
 struct TlsHint {
-  const char* part;  // of the message
+  const char* part;  // of a message of the TLS library
   const char* hint;
 };
 
 constexpr char kOwnAuthority[] = " (--ca-file FILE names your own authority)";
 
 constexpr TlsHint kTlsHints[] = {
-    {kNoLocalIssuer, kOwnAuthority},
-    {kNoIssuer, kOwnAuthority},
-    {kSelfSigned, kOwnAuthority},
-    {kCertificateRequired, " (the server wants to see a certificate: --cert FILE, --key FILE)"},
+    {"unable to get local issuer certificate", kOwnAuthority},
+    {"unable to get issuer certificate", kOwnAuthority},
+    {"self-signed certificate", kOwnAuthority},
+    {"alert certificate required", " (the server wants to see a certificate: --cert FILE, --key FILE)"},
 };
 
 std::string TlsHintOn(const std::string& message) {
@@ -102,13 +111,9 @@ Failure ExplainTransport(const ExchangeNote& note) {
   return Failure(status, "the answer of " + Server(note) + " broke off: " + message);
 }
 
-bool StartsWith(const std::string& text, const char* start) {
-  return text.rfind(start, 0) == 0;
-}
-
 // Whether the library could not read the fault element of the answer.
 bool IsUnreadableFault(const std::string& message) {
-  return StartsWith(message, kUnreadableXml) || message == kUnreadableFault;
+  return StartsWith(message, ToUtf8(messages::kErrorAtFile)) || Is(message, messages::kUnreadableFault);
 }
 
 Failure ExplainFault(Phase phase, HRESULT code, const std::string& reason) {
@@ -149,24 +154,35 @@ bool IsCall(Phase phase) {
 // Whether the answer seems to come from something else than a server of this protocol.
 bool IsStrange(Phase phase, const ExchangeNote& note, const std::string& message) {
   if (!IsCall(phase)) return false;
-  if (message == kNoHttpAnswer) return note.httpStatus != "200";
-  return message == kInvalidAnswer && (phase == Phase::kOpen || note.envelope != Envelope::kKnown);
+  if (Is(message, messages::kHttpProblem)) return note.httpStatus != "200";
+  return Is(message, messages::kInvalidResponse) &&
+         (phase == Phase::kOpen || note.envelope != Envelope::kKnown);
 }
 
 std::string Doubt(const ExchangeNote& note, const std::string& message) {
   std::string doubt = " (" + StatusText(note);
-  if (message == kNoHttpAnswer) doubt += ", no usable Content-Length";
+  if (Is(message, messages::kHttpProblem)) doubt += ", no usable Content-Length";
   if (note.envelope == Envelope::kForeign) doubt += ", an envelope that is not named soap:Envelope";
   return doubt + "; is " + note.server + " a Scriptwells server?)";
 }
 
+struct MessageHint {
+  const char16_t* message;
+  const char* hint;
+};
+
+constexpr MessageHint kMessageHints[] = {
+    {messages::kHttpProblem, " (the answer has no usable Content-Length)"},
+    {messages::kUrl, " (the server's upload script gave no address to upload to)"},
+    {messages::kAccuracy, " (a date or time that is empty or none, perhaps in a cell of a table)"},
+    {messages::kRecordList, " (the table is damaged, or has an empty duration)"},
+};
+
 const char* Hint(const std::string& message) {
-  if (message == kNoHttpAnswer) return " (the answer has no usable Content-Length)";
-  if (message == kNoUrl) return " (the server's upload script gave no address to upload to)";
-  if (message == kNoDate) return " (a date or time that is empty or none, perhaps in a cell of a table)";
-  if (message == kNoRecordList) return " (the table is damaged, or has an empty duration)";
+  for (const MessageHint& row : kMessageHints)
+    if (Is(message, row.message)) return row.hint;
   // The message does not hold the parser's reason.
-  if (StartsWith(message, kUnreadableAnswer))
+  if (StartsWith(message, ToUtf8(messages::kErrorAtFile) + "application/xml"))
     return " (the answer is damaged, or beyond the reader's limits, such as 16,384 element names)";
   return "";
 }
@@ -174,7 +190,7 @@ const char* Hint(const std::string& message) {
 // The library reports a null answer like a damaged one.
 const char* NullHint(Phase phase, const ExchangeNote& note, const std::string& message) {
   const bool isOfScript = phase == Phase::kExecute && note.envelope == Envelope::kKnown;
-  return isOfScript && note.httpStatus == "200" && message == kInvalidAnswer
+  return isOfScript && note.httpStatus == "200" && Is(message, messages::kInvalidResponse)
              ? " (a script that returns null or nothing fails like this, too)"
              : "";
 }
@@ -210,7 +226,7 @@ Failure ExplainDownload(const ExchangeNote& note, const std::string& message) {
         .Called("download refused");
   const std::optional<std::string> name = FileNameIn(note.fileHeader);
   if (name && note.nameFault != NameFault::kNone) return ExplainName(note, *name, ReasonOf(note.nameFault));
-  if (message != kNoHttpAnswer) return ExplainAnswer(Phase::kDownload, note, message);
+  if (!Is(message, messages::kHttpProblem)) return ExplainAnswer(Phase::kDownload, note, message);
   if (!name) return Failure(ExitStatus::kAnswer, "the answer of " + Server(note) + " names no file");
   if (LeavesDirectory(*name)) return ExplainName(note, *name, "it would not stay in the directory");
   return ExplainAnswer(Phase::kDownload, note, message);
@@ -233,7 +249,7 @@ Failure ExplainFailure(Phase phase, const _com_error& error, const ExchangeNote&
 Failure ExplainDocumentFailure(const std::string& file, const _com_error& error, const ExchangeNote& note) {
   const bool nothingSent = !note.failure && note.httpStatus.empty();
   // The library gives no reason why it cannot read a script document.
-  if (!nothingSent || ToUtf8(error.Description()) != kNoDocument)
+  if (!nothingSent || !Is(ToUtf8(error.Description()), messages::kXmlDocument))
     return ExplainFailure(Phase::kExecute, error, note);
   return Failure(ExitStatus::kLocal,
                  "cannot read the script document " + file +
