@@ -154,9 +154,9 @@ TEST_F(ClassLibraries, UnnamedClassIsNotRegistered) {
 }
 
 TEST_F(ClassLibraries, ClassThatTheLibraryDoesNotHaveIsRefusedByIt) {
-  Name(sound_, kForeignKey);
+  Name(sound_, kMissingKey);
   IUnknownPtr object;
-  EXPECT_EQ(Create(object, kForeignClass), CLASS_E_CLASSNOTAVAILABLE);
+  EXPECT_EQ(Create(object, kMissingClass), CLASS_E_CLASSNOTAVAILABLE);
   ExpectUnloaded();
 }
 
