@@ -13,7 +13,7 @@ std::size_t Take(char* bytes, std::size_t size, std::size_t count, void* keep) {
 }
 
 struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
+  void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 

@@ -1,10 +1,10 @@
 // A script document of 5 MB: its tree back to text, and the whole way from file to request, beside the XML
 // library's parse of the same bytes.
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -39,7 +39,7 @@ class DocumentFile {
   }
   DocumentFile(const DocumentFile&) = delete;
   DocumentFile& operator=(const DocumentFile&) = delete;
-  ~DocumentFile() { std::remove(path_); }
+  ~DocumentFile() { static_cast<void>(std::remove(path_)); }
   const char* Path() const { return path_; }
 
  private:

@@ -22,13 +22,13 @@ WideString Text(std::size_t period) {
 void Encode(benchmark::State& state, std::size_t period) {
   const WideString text = Text(period);
   for (auto _ : state) benchmark::DoNotOptimize(EncodeXmlText(text).data());
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * kUnits * sizeof(char16_t)));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(kUnits * sizeof(char16_t)));
 }
 
 void CopyText(benchmark::State& state) {
   const WideString text = Text(0);
   for (auto _ : state) benchmark::DoNotOptimize(WideString(text.view()).data());
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * kUnits * sizeof(char16_t)));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(kUnits * sizeof(char16_t)));
 }
 
 BENCHMARK_CAPTURE(Encode, plain, 0)->Name("encode/plain");

@@ -15,7 +15,7 @@ WideString Script(std::size_t units) {
 }
 
 IParametersPtr ThreeParameters() {
-  const IParametersPtr parameters = CreateParameters();
+  IParametersPtr parameters = CreateParameters();
   parameters->Add(u"count", Variant::FromInt(42), nullptr);
   parameters->Add(u"factor", Variant::FromDouble(2.5), nullptr);
   parameters->Add(u"name", Variant::FromString(u"Quorvane"), nullptr);

@@ -42,12 +42,11 @@ long StatusKilobytes(const std::string& key) {
   work(answer);
   std::printf("table_memory/%s: %ld MB for an answer of %zu MB\n", name,
               (StatusKilobytes("VmHWM") - before) / 1000, answer.size() / 1'000'000);
-  std::fflush(stdout);
-  _exit(0);
+  _exit(std::fflush(stdout) == 0 ? 0 : 1);
 }
 
 void MeasureInChild(const char* name, void (*work)(const std::string&)) {
-  std::fflush(stdout);
+  static_cast<void>(std::fflush(stdout));
   const pid_t child = fork();
   if (child == 0) Measure(name, work);
   int status = 0;

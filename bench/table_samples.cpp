@@ -58,7 +58,7 @@ std::string TableAnswer(std::size_t rows) {
         .append(column.type)
         .append("\" xsd:displayName=\"")
         .append(column.name)
-        .append("\" qvrl:valueSize=\"\" qvrl:valueSize2=\"\"/>");
+        .append(R"(" qvrl:valueSize="" qvrl:valueSize2=""/>)");
   answer += "</xsd:schema></q1:Headers><q1:Records>";
   for (std::size_t row = 0; row < rows; ++row) AppendRow(row, &answer);
   return answer + kTail;
