@@ -60,7 +60,7 @@ TEST_F(DispatchChecks, MissingArgumentBlockComesFirstAndKeepsTheResult) {
 
 TEST_F(DispatchChecks, TooManyForTheInterfaceKeepsTheResult) {
   ForEachFace([this](const Limit& limit) {
-    for (const std::size_t more : {1u, 2u, 50u}) {
+    for (const std::size_t more : {1U, 2U, 50U}) {
       for (DISPID id = -1; id <= limit.last + 1; ++id) {
         LateCall call(object_.get(), id, DISPATCH_PROPERTYGET);
         call.With(std::vector<Variant>(limit.arguments + more, Text(u"1")));

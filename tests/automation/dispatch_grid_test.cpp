@@ -197,7 +197,7 @@ TEST(DispatchStrangeIds, InterfaceIdAndLocaleAreIgnored) {
     const IDispatchPtr object = row.make(&script);
     const DISPPARAMS none;
     Variant result;
-    for (const LCID locale : {0u, 0x409u, 0xFFFFFFFFu})
+    for (const LCID locale : {0U, 0x409U, 0xFFFFFFFFU})
       EXPECT_EQ(object->Invoke(100, IUrl::kIid, locale, 1, &none, &result, nullptr, nullptr),
                 DISP_E_MEMBERNOTFOUND)
           << row.name;

@@ -47,10 +47,10 @@ TEST(ModulePath, AnswersByItsLength) {
   std::uint32_t count = 7;
   EXPECT_EQ(link->GetTypeInfoCount(&count), fits ? S_OK : E_FAIL);
   if (fits) {
-    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(count, 0U);
   }
   int stranger = 0;
-  for (const std::uint32_t index : {0u, 1u}) {
+  for (const std::uint32_t index : {0U, 1U}) {
     ITypeInfo* info = reinterpret_cast<ITypeInfo*>(&stranger);
     const HRESULT code = link->GetTypeInfo(index, 0, &info);
     if (!fits) {

@@ -161,7 +161,7 @@ TEST_F(DispatchNames, InterfaceIdAndLocaleAreIgnored) {
     const std::u16string known = Wide(rows.front().name);
     const char16_t* pointer = known.c_str();
     for (const Guid& iid : {Guid{}, IUnknown::kIid, IUrl::kIid}) {
-      for (const LCID locale : {0u, 0x409u, 0x41Fu, 0xFFFFFFFFu}) {
+      for (const LCID locale : {0U, 0x409U, 0x41FU, 0xFFFFFFFFU}) {
         DISPID id = kUntouched;
         EXPECT_EQ(object_->GetIDsOfNames(iid, &pointer, 1, locale, &id), S_OK);
         EXPECT_EQ(id, rows.front().id);

@@ -183,9 +183,9 @@ TEST(DispatchRandom, NotingObjectsTakeAnything) {
       script.text = u"t";
       script.shortValue = -1;
       const IDispatchPtr object = row.make(&script);
-      CallOften(object.get(), 1000u + static_cast<std::uint32_t>(row.face), false);
-      EXPECT_GT(script.calls.size(), 10u);
-      EXPECT_EQ(object->AddRef(), 2u);
+      CallOften(object.get(), 1000U + static_cast<std::uint32_t>(row.face), false);
+      EXPECT_GT(script.calls.size(), 10U);
+      EXPECT_EQ(object->AddRef(), 2U);
       object->Release();
     }
     EXPECT_EQ(Noting::Live(), 0);

@@ -104,8 +104,8 @@ TEST(ObjectIdentity, OffersItsInterfacesFromEachOfThem) {
         if (found != nullptr) object->Release();
       }
     }
-    EXPECT_EQ(object->AddRef(), 2u);
-    EXPECT_EQ(object->Release(), 1u);
+    EXPECT_EQ(object->AddRef(), 2U);
+    EXPECT_EQ(object->Release(), 1U);
   });
 }
 
@@ -132,11 +132,11 @@ TEST(ObjectIdentity, QueryWithoutOutputParameterIsRefused) {
 TEST(ObjectIdentity, EachObjectHasOneCountForAllItsInterfaces) {
   ForEachObject([](const Coclass& coclass, const IUnknownPtr& object) {
     EXPECT_NE(coclass.make(), object);
-    EXPECT_EQ(object->AddRef(), 2u);
-    EXPECT_EQ(object->Release(), 1u);
+    EXPECT_EQ(object->AddRef(), 2U);
+    EXPECT_EQ(object->Release(), 1U);
     const IUnknownPtr face = As<IUnknown>(object, ISupportErrorInfo::kIid);
-    EXPECT_EQ(face->AddRef(), 3u);
-    EXPECT_EQ(object->Release(), 2u);
+    EXPECT_EQ(face->AddRef(), 3U);
+    EXPECT_EQ(object->Release(), 2U);
   });
 }
 
@@ -164,11 +164,11 @@ TEST(ObjectIdentity, ThereIsNoTypeInformation) {
     const IDispatchPtr dispatch = As<IDispatch>(object);
     std::uint32_t count = 7;
     EXPECT_EQ(dispatch->GetTypeInfoCount(&count), S_OK);
-    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(count, 0U);
     auto* info = Stranger<ITypeInfo>();
     EXPECT_EQ(dispatch->GetTypeInfo(0, 0, &info), MakeResult(0x80029C4A));
     EXPECT_EQ(info, nullptr);
-    for (const std::uint32_t index : {1u, 2u, 0x80000000u, 0xFFFFFFFFu}) {
+    for (const std::uint32_t index : {1U, 2U, 0x80000000U, 0xFFFFFFFFU}) {
       info = Stranger<ITypeInfo>();
       EXPECT_EQ(dispatch->GetTypeInfo(index, 0x409, &info), MakeResult(0x8002000B));
       EXPECT_EQ(info, nullptr);

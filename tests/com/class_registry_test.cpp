@@ -60,7 +60,7 @@ class ClassRegistryTest : public testing::Test {
     void* object = nullptr;
     const HRESULT code = CoCreateInstance(classId, outer, context, iid, &object);
     EXPECT_EQ(object, Succeeded(code) ? static_cast<IUnknown*>(&object_) : nullptr);
-    EXPECT_EQ(object_.count, Succeeded(code) ? 2u : 1u);
+    EXPECT_EQ(object_.count, Succeeded(code) ? 2U : 1U);
     if (object != nullptr) object_.Release();
     return code;
   }
@@ -123,7 +123,7 @@ TEST(ClassRegistryMemory, RegistrationWithoutMemoryChangesNothing) {
 
 TEST_F(ClassRegistryTest, ContextDoesNotMatter) {
   RegisterClassCreator(kClass, MakeObject);
-  for (const std::uint32_t context : {0u, 1u, CLSCTX_ALL, 0xFFFFFFFFu})
+  for (const std::uint32_t context : {0U, 1U, CLSCTX_ALL, 0xFFFFFFFFU})
     EXPECT_EQ(Create(kClass, IUnknown::kIid, nullptr, context), S_OK);
 }
 
@@ -188,7 +188,7 @@ TEST(OleRun, ObjectWithoutItsOwnStartIsAccepted) {
   EXPECT_EQ(OleRun(nullptr), E_POINTER);
   AskedObject object;
   EXPECT_EQ(OleRun(&object), S_OK);
-  ASSERT_EQ(object.asked.size(), 1u);
+  ASSERT_EQ(object.asked.size(), 1U);
   EXPECT_TRUE(object.asked[0] == IRunnableObject::kIid);
 }
 
@@ -199,7 +199,7 @@ TEST(OleRun, RunnableObjectIsQueriedStartedAndReleasedInThisOrder) {
     EXPECT_EQ(OleRun(&object), result);
     EXPECT_EQ(object.log, (std::vector<std::string>{"QueryInterface IRunnableObject", "Run with a reference",
                                                     "Release"}));
-    EXPECT_EQ(object.count, 1u);
+    EXPECT_EQ(object.count, 1U);
   }
 }
 

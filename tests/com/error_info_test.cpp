@@ -31,11 +31,11 @@ TEST_F(ErrorInfoTest, NewRecordIsEmpty) {
   EXPECT_TRUE(info.source.IsNull());
   EXPECT_TRUE(info.description.IsNull());
   EXPECT_TRUE(info.helpFile.IsNull());
-  EXPECT_EQ(info.helpContext, 0u);
+  EXPECT_EQ(info.helpContext, 0U);
 }
 
 TEST_F(ErrorInfoTest, PostedRecordIsTakenOnceWithAllFields) {
-  SetErrorInfo({kSomeInterface, u"Class.1", u"words", u"help", 4000000000u});
+  SetErrorInfo({kSomeInterface, u"Class.1", u"words", u"help", 4000000000U});
   ErrorInfo info;
   ASSERT_TRUE(GetErrorInfo(&info));
   for (int round = 0; round < 2; ++round) {  // the second one finds no record and leaves its argument
@@ -43,7 +43,7 @@ TEST_F(ErrorInfoTest, PostedRecordIsTakenOnceWithAllFields) {
     EXPECT_EQ(info.source, u"Class.1");
     EXPECT_EQ(info.description, u"words");
     EXPECT_EQ(info.helpFile, u"help");
-    EXPECT_EQ(info.helpContext, 4000000000u);
+    EXPECT_EQ(info.helpContext, 4000000000U);
     EXPECT_FALSE(GetErrorInfo(&info));
   }
 }

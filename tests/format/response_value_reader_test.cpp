@@ -74,7 +74,7 @@ TEST_F(ReadResponseValueTest, TypeDecidesTagAndValue) {
   ExpectTyped(I2(5), u"5", {u"short"});
   ExpectTyped(Int(12), u"12abc", {u"xsd:int"});
   ExpectTyped(Int(5), u"5", {u"int", u"xsd:INT", u"XSD:Int", u"INT"});
-  ExpectTyped(R4(1.0f), u"1", {u"float"});
+  ExpectTyped(R4(1.0F), u"1", {u"float"});
   ExpectTyped(R8(1.0), u"1", {u"xsd:double"});
   ExpectTyped(R8(0.0), u"abc", {u"double"});
   for (const char16_t* name : {u"xsd:long", u"long"}) EXPECT_EQ(ReadAnswer(name, u"5").Tag(), VT_EMPTY);

@@ -117,7 +117,7 @@ TEST_F(ScalarFormatersRead, DoubleIsWhatAtofMakesOfIt) {
 
 TEST_F(ScalarFormatersRead, FloatIsNarrowedToThirtyTwoBits) {
   const std::pair<const char16_t*, float> rows[] = {
-      {u"0.1", 0.1f}, {u"1", 1.0f}, {u"-2.5x", -2.5f}, {u"abc", 0.0f}, {u"1e-60", 0.0f}};
+      {u"0.1", 0.1F}, {u"1", 1.0F}, {u"-2.5x", -2.5F}, {u"abc", 0.0F}, {u"1e-60", 0.0F}};
   for (const auto& [content, number] : rows) ExpectRead(u"float", R4(number), {content});
   const float infinity = std::numeric_limits<float>::infinity();
   ExpectRead(u"float", R4(infinity), {u"1e39"});

@@ -40,7 +40,7 @@ TEST_F(ScalarFormatersWrite, BooleanIsOneOrZero) {
 TEST_F(ScalarFormatersWrite, ByteIsWhatConvertsToAnInt) {
   const Rows rows = {{I1(5), u"5"},   {I1(-128), u"-128"}, {Int(300), u"300"},    {I4(70000), u"70000"},
                      {I2(-7), u"-7"}, {UI1(255), u"255"},  {Bool(true), u"-1"},   {Variant(), u"0"},
-                     {R8(2.5), u"2"}, {R4(3.5f), u"4"},    {Text(u" 12 "), u"12"}};
+                     {R8(2.5), u"2"}, {R4(3.5F), u"4"},    {Text(u" 12 "), u"12"}};
   ExpectWritten(u"byte", rows);
   ExpectWritten(u"byte", {{Int(-2147483647), u"-2147483647"}, {I8(2147483647), u"2147483647"}});
 }
@@ -103,22 +103,22 @@ TEST_F(ScalarFormatersWrite, DoubleHasSixSignificantDigits) {
                      {R8(kInfinity), u"inf"},
                      {R8(-kInfinity), u"-inf"},
                      {Date(36526.5), u"36526.5"},
-                     {R4(1.0f), u"5.26354e-315"},
+                     {R4(1.0F), u"5.26354e-315"},
                      {Variant(), u"0"}};
   ExpectWritten(u"double", rows);
 }
 
 TEST_F(ScalarFormatersWrite, FloatHasSixSignificantDigits) {
-  const Rows rows = {{R4(0.0f), u"0"},
-                     {R4(0.1f), u"0.1"},
-                     {R4(1e-7f), u"1e-07"},
+  const Rows rows = {{R4(0.0F), u"0"},
+                     {R4(0.1F), u"0.1"},
+                     {R4(1e-7F), u"1e-07"},
                      {R4(FLT_MAX), u"3.40282e+38"},
                      {R4(std::nanf("")), u"nan"},
                      {R8(1.0), u"0"},
                      {Variant(), u"0"}};
   ExpectWritten(u"float", rows);
   ExpectWritten(u"float",
-                {{R4(16777216.0f), u"1.67772e+07"}, {R4(std::numeric_limits<float>::infinity()), u"inf"}});
+                {{R4(16777216.0F), u"1.67772e+07"}, {R4(std::numeric_limits<float>::infinity()), u"inf"}});
 }
 
 TEST_F(ScalarFormatersWrite, StringIsEscapedAndEndsAtANullUnit) {
@@ -139,9 +139,9 @@ TEST_F(ScalarFormatersWrite, KnowsNoLocale) {
   ExpectWritten(u"byte", {{Int(1234), u"1234"}, {Text(u"3.5"), u"4"}});
   ExpectWritten(u"string", {{Text(u"\u20AC"), u"&#8364;"}});
   ExpectWritten(u"double", {{R8(1234.5), u"1234.5"}, {R8(1234567.0), u"1.23457e+06"}});
-  ExpectWritten(u"float", {{R4(1234.5f), u"1234.5"}});
+  ExpectWritten(u"float", {{R4(1234.5F), u"1234.5"}});
   EXPECT_EQ(ReadContent(Get(u"double"), u"1.5").Data().dblVal, 1.5);
-  EXPECT_EQ(ReadContent(Get(u"float"), u"1.5").Data().fltVal, 1.5f);
+  EXPECT_EQ(ReadContent(Get(u"float"), u"1.5").Data().fltVal, 1.5F);
   EXPECT_EQ(ReadContent(Get(u"double"), u"1,5").Data().dblVal, 1.0);
   EXPECT_EQ(ReadContent(Get(u"int"), u"1.234").Data().intVal, 1);
 }

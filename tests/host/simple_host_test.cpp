@@ -69,7 +69,7 @@ TEST_F(SimpleHost, TextThatFitsIsWrittenIntoTheCallersBlock) {
 }
 
 TEST_F(SimpleHost, LongerTextReplacesTheBlock) {
-  for (const std::size_t length : {257u, 300u}) {
+  for (const std::size_t length : {257U, 300U}) {
     const std::u16string longer(length, u'x');
     Make({WideString(longer), nullptr, nullptr, nullptr});
     EXPECT_TRUE(UserName().view() == longer);
@@ -146,8 +146,8 @@ TEST_F(SimpleHost, InterfacesAreOneCountedObject) {
   EXPECT_EQ(object, nullptr);
   EXPECT_EQ(services_->QueryInterface(IUnknown::kIid, nullptr), E_POINTER);
   const IQvClientServicesPtr other = CreateSimpleHost({});
-  EXPECT_EQ(other->AddRef(), 2u);
-  EXPECT_EQ(other->Release(), 1u);
+  EXPECT_EQ(other->AddRef(), 2U);
+  EXPECT_EQ(other->Release(), 1U);
 }
 
 }  // namespace

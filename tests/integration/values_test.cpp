@@ -48,12 +48,12 @@ TEST_F(Values, ParametersArriveAsNativeValuesWithTheirTypes) {
 
 TEST_F(Values, FloatingParametersArriveWithSixDigits) {
   ExpectArrives({
-      {Variant::FromFloat(1.5f), "VT_BSTR number 1.5 float"},
+      {Variant::FromFloat(1.5F), "VT_BSTR number 1.5 float"},
       {Variant::FromDouble(-0.25), "VT_BSTR number -0.25 double"},
       {Variant::FromDouble(3.14159265), "VT_BSTR number 3.14159 double"},
       {Variant::FromDouble(1234567.0), "VT_BSTR number 1234570 double"},
       {Variant::FromDouble(1e-7), "VT_BSTR number 1e-7 double"},
-      {Variant::FromFloat(16777216.0f), "VT_BSTR number 16777200 float"},
+      {Variant::FromFloat(16777216.0F), "VT_BSTR number 16777200 float"},
       {Variant::FromDouble(kInfinity), "VT_BSTR number Infinity double"},
       {Variant::FromDouble(-kInfinity), "VT_BSTR number -Infinity double"},
       {Variant::FromDouble(kNotANumber), "VT_BSTR number NaN double"},

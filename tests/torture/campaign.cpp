@@ -70,7 +70,7 @@ class Campaign {
       : options_(options),
         gate_(gate),
         kinds_(gate.Kinds()),
-        jobs_(std::max(1u, std::thread::hardware_concurrency())) {
+        jobs_(std::max(1U, std::thread::hardware_concurrency())) {
     CurrentStage().home = files_.Path("home");
     CurrentStage().port = server_.Port();
     SetUpHome();

@@ -21,13 +21,13 @@ TEST(VariantChangeTypeDate, NumbersAreSerialDates) {
       {I2(32767), Date(32767.0)},     {I4(45356), Date(45356.0)},  {I4(2958465), Date(2958465.0)},
       {I4(-657434), Date(-657434.0)}, {Int(1), Date(1.0)},         {I8(36526), Date(36526.0)},
       {UI1(255), Date(255.0)},        {UI2(65535), Date(65535.0)}, {UI4(100000), Date(100000.0)},
-      {UInt(2), Date(2.0)},           {UI8(3), Date(3.0)},         {R4(1.5f), Date(1.5)}};
+      {UInt(2), Date(2.0)},           {UI8(3), Date(3.0)},         {R4(1.5F), Date(1.5)}};
   ExpectChanged(rows);
   for (const double date : {45356.25, 2958465.9375, -657434.9375}) ExpectChanged({{R8(date), Date(date)}});
   ExpectRefused(
       DISP_E_OVERFLOW, VT_DATE,
-      {I4(2958466), I4(-657435), I8(9223372036854775807), UI4(4294967295), UI8(18446744073709551615u),
-       R4(1e10f), R8(2958466.0), R8(-657435.0), R8(1e300), R8(kInfinity), R8(kNan)});
+      {I4(2958466), I4(-657435), I8(9223372036854775807), UI4(4294967295), UI8(18446744073709551615U),
+       R4(1e10F), R8(2958466.0), R8(-657435.0), R8(1e300), R8(kInfinity), R8(kNan)});
 }
 
 TEST(VariantChangeTypeDate, ReadsDays) {

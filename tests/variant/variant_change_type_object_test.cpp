@@ -27,9 +27,9 @@ TEST(VariantChangeTypeObject, IsAskedForTheOtherInterface) {
       EXPECT_EQ(object.lastIid, row.iid);
       EXPECT_EQ(result.Tag(), row.tag);
       EXPECT_EQ(result.Object(), &object);
-      EXPECT_EQ(object.count, 4u);
+      EXPECT_EQ(object.count, 4U);
     }
-    EXPECT_EQ(object.count, 3u);
+    EXPECT_EQ(object.count, 3U);
   }
 }
 
@@ -39,10 +39,10 @@ TEST(VariantChangeTypeObject, BecomesItselfInPlace) {
     Variant value = Variant::FromObject(&object);
     EXPECT_EQ(VariantChangeType(&value, value, VT_DISPATCH), S_OK);
     EXPECT_EQ(value.Tag(), VT_DISPATCH);
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
     EXPECT_EQ(VariantChangeType(&value, value, VT_UNKNOWN), S_OK);
     EXPECT_EQ(value.Tag(), VT_UNKNOWN);
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
   }
 }
 
@@ -56,11 +56,11 @@ TEST(VariantChangeTypeObject, OwnTagIsSharedWithoutAsking) {
     EXPECT_EQ(VariantChangeType(&results[1], dispatch, VT_DISPATCH), S_OK);
     EXPECT_EQ(VariantChangeType(&results[2], PointerTo(unknown), VT_UNKNOWN), S_OK);
     EXPECT_EQ(VariantChangeType(&results[3], PointerToVariant(dispatch), VT_DISPATCH), S_OK);
-    EXPECT_EQ(object.count, 7u);
+    EXPECT_EQ(object.count, 7U);
     EXPECT_EQ(object.lastIid, Guid{});
     for (const Variant& result : results) EXPECT_EQ(result.Object(), &object);
   }
-  EXPECT_EQ(object.count, 3u);
+  EXPECT_EQ(object.count, 3U);
 }
 
 TEST(VariantChangeTypeObject, PointerToAnObjectIsAskedToo) {
@@ -70,7 +70,7 @@ TEST(VariantChangeTypeObject, PointerToAnObjectIsAskedToo) {
     Variant result;
     EXPECT_EQ(VariantChangeType(&result, Pointer(VT_UNKNOWN, &held), VT_DISPATCH), S_OK);
     EXPECT_EQ(DispatchOf(result), &object);
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
   }
 }
 
@@ -101,7 +101,7 @@ TEST(VariantChangeTypeObject, WithoutADefaultPropertyBecomesNoValue) {
 TEST(VariantChangeTypeObject, NoValueBecomesOne) {
   for (const VARTYPE tag : {VT_UNKNOWN, VT_DISPATCH})
     ExpectRefused(DISP_E_TYPEMISMATCH, tag,
-                  {Variant(), Variant::Null(), I1(0), I4(5), UI8(0), R4(0.0f), R8(1.5), Bool(false),
+                  {Variant(), Variant::Null(), I1(0), I4(5), UI8(0), R4(0.0F), R8(1.5), Bool(false),
                    Bool(true), Date(0.0), Text(u""), Text(u"abc")});
 }
 
@@ -109,7 +109,7 @@ TEST(VariantChangeTypeObject, ReplacedByAnotherValueIsReleased) {
   ValuedObject object;
   Variant destination = Variant::FromObject(&object);
   EXPECT_EQ(VariantChangeType(&destination, Int(5), VT_BSTR), S_OK);
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
 }
 
 }  // namespace

@@ -27,8 +27,8 @@ TEST(VariantChangeTypePointer, ValueIsReadAtItsWidth) {
   std::int32_t i4[] = {-70000, 77};
   std::uint32_t ui4[] = {4000000000, 77};
   std::int64_t i8 = -5000000000;
-  std::uint64_t ui8 = 18446744073709551615u;
-  float r4[] = {1.5f, 77.0f};
+  std::uint64_t ui8 = 18446744073709551615U;
+  float r4[] = {1.5F, 77.0F};
   double r8 = -2.5;
   VARIANT_BOOL yes[] = {VARIANT_TRUE, 77};
   std::int64_t currency = -15000;
@@ -141,9 +141,9 @@ TEST(VariantChangeTypePointer, DestinationMayBeWhatTheSourcePointsTo) {
   ValuedObject object;
   value = FromDispatch(&object);
   EXPECT_EQ(VariantChangeType(&value, PointerTo(value), VT_UNKNOWN), S_OK);
-  EXPECT_EQ(object.count, 2u);
+  EXPECT_EQ(object.count, 2U);
   EXPECT_EQ(VariantChangeType(&value, PointerToVariant(value), VT_UNKNOWN), S_OK);
-  EXPECT_EQ(object.count, 2u);
+  EXPECT_EQ(object.count, 2U);
   value.Clear();
 }
 

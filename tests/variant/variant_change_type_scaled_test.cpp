@@ -24,7 +24,7 @@ Variant Decimal(std::uint64_t low, std::uint8_t scale, std::uint8_t sign = 0, st
 TEST(VariantChangeTypeScaled, CurrencyIsRead) {
   const Changes rows = {{Currency(0), I4(0)},       {Currency(120000), I2(12)},  {Currency(-125000), I2(-12)},
                         {Currency(135000), I2(14)}, {Currency(125001), I2(13)},  {Currency(15000), R8(1.5)},
-                        {Currency(1), R8(0.0001)},  {Currency(15000), R4(1.5f)}, {Currency(0), Bool(false)},
+                        {Currency(1), R8(0.0001)},  {Currency(15000), R4(1.5F)}, {Currency(0), Bool(false)},
                         {Currency(1), Bool(true)}};
   ExpectChanged(rows);
   ExpectChanged({{Currency(453565000), Date(45356.5)},
@@ -89,16 +89,16 @@ TEST(VariantChangeTypeScaled, DecimalIsCopiedMovedAndCleared) {
   EXPECT_EQ(moved.Tag(), VT_DECIMAL);
   EXPECT_EQ(moved.Decimal().scale, 2);
   EXPECT_EQ(moved.Decimal().sign, DECIMAL_NEG);
-  EXPECT_EQ(moved.Decimal().Hi32, 9u);
-  EXPECT_EQ(moved.Decimal().Lo64, 7u);
-  EXPECT_EQ(copy.Decimal().Lo64, 0u);  // NOLINT(bugprone-use-after-move): it is empty now
+  EXPECT_EQ(moved.Decimal().Hi32, 9U);
+  EXPECT_EQ(moved.Decimal().Lo64, 7U);
+  EXPECT_EQ(copy.Decimal().Lo64, 0U);  // NOLINT(bugprone-use-after-move): it is empty now
   Variant assigned = Text(u"old");
   assigned = value;
-  EXPECT_EQ(assigned.Decimal().Hi32, 9u);
+  EXPECT_EQ(assigned.Decimal().Hi32, 9U);
   assigned = Variant::FromDecimal({});
   EXPECT_EQ(assigned.Decimal().scale, 0);
-  EXPECT_EQ(assigned.Decimal().Hi32, 0u);
-  EXPECT_EQ(Int(5).Decimal().Lo64, 0u);
+  EXPECT_EQ(assigned.Decimal().Hi32, 0U);
+  EXPECT_EQ(Int(5).Decimal().Lo64, 0U);
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ TEST(Variant, MakersSetTagAndLeaveUnusedBytesZero) {
               {I8(1099511627776), VT_I8, 0x10000000000},
               {Bool(true), VT_BOOL, 0xFFFF},
               {Bool(false), VT_BOOL, 0},
-              {R4(1.0f), VT_R4, 0x3F800000},
+              {R4(1.0F), VT_R4, 0x3F800000},
               {R8(1.0), VT_R8, 0x3FF0000000000000},
               {Date(1.0), VT_DATE, 0x3FF0000000000000},
               {Variant::FromObject(nullptr), VT_UNKNOWN, 0},
@@ -77,15 +77,15 @@ TEST(Variant, MakersSetTagAndLeaveUnusedBytesZero) {
 TEST(Variant, ChangeOfTagClearsAllBytes) {
   Variant value = I8(0x1122334455667788);
   value = I1(1);
-  EXPECT_EQ(Bytes(value), 1u);
+  EXPECT_EQ(Bytes(value), 1U);
   for (const Variant& zero : {Bool(false), Variant::Null()}) {
     value = I8(-1);
     value = zero;
-    EXPECT_EQ(Bytes(value), 0u);
+    EXPECT_EQ(Bytes(value), 0U);
   }
   value = Text(u"abc");
   value = Variant();
-  EXPECT_EQ(Bytes(value), 0u);
+  EXPECT_EQ(Bytes(value), 0U);
 }
 
 TEST(Variant, ClearLeavesEmptyAndZeroBytes) {
@@ -103,7 +103,7 @@ TEST(Variant, RawKeepsTagAndBytesAsTheyAre) {
 
 TEST(Variant, PlainValuesAreCopiedWithTagAndBytes) {
   for (const Variant& value :
-       {Variant(), Variant::Null(), I2(-2), I4(70000), R4(0.5f), R8(-0.25), Date(36526.5), Bool(true),
+       {Variant(), Variant::Null(), I2(-2), I4(70000), R4(0.5F), R8(-0.25), Date(36526.5), Bool(true),
         Raw(VT_I1, 300), UI1(255), I8(-5000000000), Int(7)}) {
     ExpectContent(Variant(value), value.Tag(), Bytes(value));
     Variant assigned = Text(u"old");
@@ -154,37 +154,37 @@ TEST(Variant, ObjectIsHeldWhileAValueLives) {
     const Variant value = Variant::FromObject(&object);
     EXPECT_EQ(value.Tag(), VT_UNKNOWN);
     EXPECT_EQ(value.Object(), &object);
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
     const Variant copy(value);
     Variant assigned = Text(u"old");
     assigned = value;
     EXPECT_EQ(copy.Object(), &object);
     EXPECT_EQ(assigned.Object(), &object);
-    EXPECT_EQ(object.count, 4u);
+    EXPECT_EQ(object.count, 4U);
     assigned.Clear();
-    EXPECT_EQ(object.count, 3u);
+    EXPECT_EQ(object.count, 3U);
   }
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
 }
 
 TEST(Variant, ObjectIsBorrowedByItsReader) {
   AskedObject object;
   const Variant value = Variant::FromObject(&object);
   value.Object();
-  EXPECT_EQ(object.count, 2u);
+  EXPECT_EQ(object.count, 2U);
 }
 
 TEST(Variant, DispatchObjectIsOwnedLikeAnyObject) {
   AskedObject object;
   {
     const Variant value = UnderDispatch(&object);
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
     EXPECT_EQ(value.Object(), &object);
     const Variant copy(value);
     EXPECT_EQ(copy.Tag(), VT_DISPATCH);
-    EXPECT_EQ(object.count, 3u);
+    EXPECT_EQ(object.count, 3U);
   }
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
 }
 
 TEST(Variant, NullObjectMayBeCopied) {
@@ -197,11 +197,11 @@ TEST(Variant, MoveTakesTheContentWithoutCounting) {
   {
     Variant value = Variant::FromObject(&object);
     const Variant moved(std::move(value));
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
     EXPECT_EQ(moved.Object(), &object);
     EXPECT_EQ(value.Object(), nullptr);  // NOLINT: the content has one owner
   }
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
   EXPECT_TRUE(std::is_nothrow_move_constructible<Variant>::value);
   EXPECT_TRUE(std::is_nothrow_move_assignable<Variant>::value);
 }
@@ -211,8 +211,8 @@ TEST(Variant, MoveAssignmentReleasesTheOldContent) {
   AskedObject second;
   Variant value = Variant::FromObject(&first);
   value = Variant::FromObject(&second);
-  EXPECT_EQ(first.count, 1u);
-  EXPECT_EQ(second.count, 2u);
+  EXPECT_EQ(first.count, 1U);
+  EXPECT_EQ(second.count, 2U);
   EXPECT_EQ(value.Object(), &second);
 }
 
@@ -222,7 +222,7 @@ TEST(Variant, AssignedToItselfItStays) {
   const Variant& same = value;
   value = same;
   EXPECT_EQ(value.Object(), &object);
-  EXPECT_EQ(object.count, 2u);
+  EXPECT_EQ(object.count, 2U);
   Variant text = Text(u"abc");
   const Variant& sameText = text;
   text = sameText;
@@ -235,10 +235,10 @@ TEST(Variant, MovedOntoItselfItNeitherLeaksNorReleasesTwice) {
     Variant value = Variant::FromObject(&object);
     Variant& same = value;
     value = std::move(same);
-    EXPECT_LE(object.count, 2u);
-    EXPECT_EQ(value.Object() == &object, object.count == 2u);
+    EXPECT_LE(object.count, 2U);
+    EXPECT_EQ(value.Object() == &object, object.count == 2U);
   }
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
 }
 
 TEST(Variant, UnknownTagIsNotCopiedAndTheOldContentStays) {
@@ -248,7 +248,7 @@ TEST(Variant, UnknownTagIsNotCopiedAndTheOldContentStays) {
   Variant value = Variant::FromObject(&object);
   EXPECT_EQ(Thrown([&] { value = unknown; }), kBadVarType);
   EXPECT_EQ(value.Object(), &object);
-  EXPECT_EQ(object.count, 2u);
+  EXPECT_EQ(object.count, 2U);
 }
 
 TEST(Variant, UnknownTagMayBeMoved) {
@@ -269,7 +269,7 @@ TEST(Variant, ValueByReferenceIsBorrowed) {
   AskedObject object;
   const Variant value = Pointer(VT_UNKNOWN, &object);
   const Variant copy(value);
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
   EXPECT_EQ(copy.Object(), nullptr);
 }
 

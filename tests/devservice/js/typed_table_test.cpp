@@ -40,8 +40,8 @@ TEST_F(TypedTable, SchemaIdIsAFreshGuid) {
   const std::string first = SchemaIdIn(Execute("typed.table({})"));
   const std::string second = SchemaIdIn(Execute("typed.table({})"));
   for (const std::string& id : {first, second}) {
-    EXPECT_EQ(id.size(), 36u);
-    for (const std::size_t at : {8u, 13u, 18u, 23u}) EXPECT_EQ(id.at(at), '-') << id;
+    EXPECT_EQ(id.size(), 36U);
+    for (const std::size_t at : {8U, 13U, 18U, 23U}) EXPECT_EQ(id.at(at), '-') << id;
   }
   EXPECT_NE(first, second);
 }

@@ -14,7 +14,7 @@ json JobMessage() {
   job.parameters = {{"a", "int", "7"}};
   job.files.readable = {{"t", "/tmp/x", 4}};
   job.files.ticketsLeft = 3;
-  job.files.newFilesLeft = 18446744073709551615u;
+  job.files.newFilesLeft = 18446744073709551615U;
   return ToJson(job);
 }
 
@@ -34,9 +34,9 @@ TEST(ScriptMessages, ArriveAsTheyWereSent) {
   const ScriptJob job = JobFromJson(Sent(JobMessage()));
   EXPECT_EQ(job.code, "1");
   EXPECT_EQ(job.parameters.at(0).text, "7");
-  EXPECT_EQ(job.files.readable.at(0).size, 4u);
-  EXPECT_EQ(job.files.ticketsLeft, 3u);
-  EXPECT_EQ(job.files.newFilesLeft, 18446744073709551615u);
+  EXPECT_EQ(job.files.readable.at(0).size, 4U);
+  EXPECT_EQ(job.files.ticketsLeft, 3U);
+  EXPECT_EQ(job.files.newFilesLeft, 18446744073709551615U);
   const ScriptResult result = ResultFromJson(Sent(ResultMessage()));
   EXPECT_EQ(result.kind, ResultKind::kFault);
   EXPECT_EQ(result.code, -5);

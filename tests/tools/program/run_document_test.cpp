@@ -3,6 +3,8 @@
 #include <signal.h>
 #include <sys/stat.h>
 
+#include <csignal>
+
 #include "tests/tools/process.h"
 
 namespace qv::cli {

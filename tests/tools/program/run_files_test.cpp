@@ -1,8 +1,8 @@
 // Files to and from the service inside the program, and one in another process.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "tests/tools/process.h"

@@ -1,8 +1,8 @@
 // `scriptwells run` against a service in another process: answers that break, signals, and passwords.
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <chrono>
+#include <csignal>
 
 #include "tests/tools/process.h"
 

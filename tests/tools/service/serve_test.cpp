@@ -3,9 +3,9 @@
 #include "tools/service/users_file.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 
 #include "tests/tools/process.h"

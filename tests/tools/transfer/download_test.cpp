@@ -1,8 +1,8 @@
 // `scriptwells download`: files that are saved, names that are rejected, and transfers that break.
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <thread>
 

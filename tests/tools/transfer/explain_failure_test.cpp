@@ -146,7 +146,7 @@ TEST(ExplainFailure, OfAFileIsLocal) {
         Broken(Connected(), 0x80070002, "Couldn't open file /a: No such file or directory"),
         "6 the upload failed: Couldn't open file /a: No such file or directory"},
        {kExecute, kNoCall, Broken(Connected(), 0x8007001E, "shrank"), "6 the upload failed: shrank"}});
-  for (const std::uint32_t code : {0x80070003u, 0x80070005u, 0x8007001Du, 0x80070070u})
+  for (const std::uint32_t code : {0x80070003U, 0x80070005U, 0x8007001DU, 0x80070070U})
     ExpectShown({{kDownload, kNoCall, Broken(Answered("200"), code, "no space left"),
                   "6 the download failed: no space left"}});
 }
