@@ -66,11 +66,11 @@ TEST_F(ClassObject, MakesANewClientOnEachCall) {
   IQvScriptwells* const first = NewClient<IQvScriptwells>().detach();
   const IQvScriptwellsPtr second = NewClient<IQvScriptwells>();
   EXPECT_NE(first, second.get());
-  EXPECT_EQ(first->AddRef(), 2u);
-  EXPECT_EQ(first->Release(), 1u);
-  EXPECT_EQ(first->Release(), 0u);
-  EXPECT_EQ(second->AddRef(), 2u);
-  EXPECT_EQ(second->Release(), 1u);
+  EXPECT_EQ(first->AddRef(), 2U);
+  EXPECT_EQ(first->Release(), 1U);
+  EXPECT_EQ(first->Release(), 0U);
+  EXPECT_EQ(second->AddRef(), 2U);
+  EXPECT_EQ(second->Release(), 1U);
 }
 
 TEST_F(ClassObject, ClientWithoutTheInterfaceGoesAgain) {
@@ -140,7 +140,7 @@ TEST_F(ClassObject, EntryPointsWaitForTheStart) {
   EXPECT_EQ(DllGetClassObject(CLSID_QvScriptwells, IClassFactory::kIid, nullptr), E_POINTER);
   EXPECT_EQ(DllGetClassObject(CLSID_Url, IClassFactory::kIid, &object), CLASS_E_CLASSNOTAVAILABLE);
   EXPECT_EQ(DllGetClassObject(CLSID_QvScriptwells, IClassFactory::kIid, &object), S_OK);
-  EXPECT_EQ(static_cast<IClassFactory*>(object)->Release(), 0u);
+  EXPECT_EQ(static_cast<IClassFactory*>(object)->Release(), 0U);
 }
 
 // An object that has the client as a part and offers its interfaces as its own.
@@ -194,19 +194,19 @@ class Aggregation : public ClassObject {
 TEST_F(Aggregation, InnerObjectIsNotTheOuterOne) {
   ASSERT_NE(outer_.inner, nullptr);
   EXPECT_NE(outer_.inner.get(), static_cast<IUnknown*>(&outer_));
-  EXPECT_EQ(outer_.count, 1u);
+  EXPECT_EQ(outer_.count, 1U);
   EXPECT_EQ(As<IUnknown>(outer_.inner), outer_.inner);
-  EXPECT_EQ(outer_.count, 1u);
+  EXPECT_EQ(outer_.count, 1U);
 }
 
 TEST_F(Aggregation, EveryInterfaceCountsOnTheOuterObject) {
   for (const Guid& iid : kClientInterfaces) {
     auto* const face = As<IUnknown>(&outer_, iid).detach();
     ASSERT_NE(face, nullptr);
-    EXPECT_EQ(outer_.count, 2u);
-    EXPECT_EQ(face->AddRef(), 3u);
-    EXPECT_EQ(face->Release(), 2u);
-    EXPECT_EQ(face->Release(), 1u);
+    EXPECT_EQ(outer_.count, 2U);
+    EXPECT_EQ(face->AddRef(), 3U);
+    EXPECT_EQ(face->Release(), 2U);
+    EXPECT_EQ(face->Release(), 1U);
   }
 }
 
@@ -217,13 +217,13 @@ TEST_F(Aggregation, EveryInterfaceLeadsBackToTheOuterObject) {
       EXPECT_EQ(As<IUnknown>(face, back).get(), static_cast<IUnknown*>(&outer_));
     EXPECT_EQ(As<IUnknown>(face, kNoInterface), nullptr);
   }
-  EXPECT_EQ(outer_.count, 1u);
+  EXPECT_EQ(outer_.count, 1U);
 }
 
 TEST_F(Aggregation, InnerObjectCountsForItself) {
-  EXPECT_EQ(outer_.inner->AddRef(), 2u);
-  EXPECT_EQ(outer_.inner->Release(), 1u);
-  EXPECT_EQ(outer_.count, 1u);
+  EXPECT_EQ(outer_.inner->AddRef(), 2U);
+  EXPECT_EQ(outer_.inner->Release(), 1U);
+  EXPECT_EQ(outer_.count, 1U);
 }
 
 TEST_F(Aggregation, MembersWorkInsideTheOuterObject) {
@@ -234,17 +234,17 @@ TEST_F(Aggregation, MembersWorkInsideTheOuterObject) {
   EXPECT_EQ(name, u"http://srv");
   IUrlPtr url;
   EXPECT_EQ(client->Url(Put(url)), S_OK);
-  EXPECT_EQ(url->AddRef(), 2u);
+  EXPECT_EQ(url->AddRef(), 2U);
   url->Release();
-  EXPECT_EQ(outer_.count, 2u);
+  EXPECT_EQ(outer_.count, 2U);
 }
 
 TEST_F(Aggregation, PartGoesWithTheLastReferenceOfTheWhole) {
   auto* const client = As<IQvScriptwells>(&outer_).detach();
-  EXPECT_EQ(outer_.Release(), 1u);
+  EXPECT_EQ(outer_.Release(), 1U);
   EXPECT_TRUE(log_.empty());
   EXPECT_EQ(ModuleLocks(), 1);
-  EXPECT_EQ(client->Release(), 0u);
+  EXPECT_EQ(client->Release(), 0U);
   EXPECT_EQ(log_, (std::vector<std::string>{"outer goes with 1", "part is gone with 0"}));
 }
 
@@ -253,7 +253,7 @@ TEST_F(Aggregation, ReturnsTheInnerUnknownOnly) {
     EXPECT_EQ(outer_.Aggregate(iid), CLASS_E_NOAGGREGATION);
     EXPECT_EQ(outer_.inner, nullptr);
   }
-  EXPECT_EQ(outer_.count, 1u);
+  EXPECT_EQ(outer_.count, 1U);
 }
 
 }  // namespace

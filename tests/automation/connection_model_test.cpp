@@ -181,7 +181,7 @@ TEST_F(ConnectionModelObject, LastReleaseReleasesTheServicesAndSendsNothing) {
   model_->SetUSID(u"u1");
   raw_.reset();
   model_.reset();
-  EXPECT_EQ(host_->References(), 1u);
+  EXPECT_EQ(host_->References(), 1U);
   EXPECT_TRUE(http_.Calls().empty());
   EXPECT_TRUE(host_->Calls().empty());
 }
@@ -192,8 +192,8 @@ TEST_F(ConnectionModelObject, ModelOutlivesACallInWhichItsHostReleasesIt) {
   IConnectionModel* called = model_.get();
   host_->OnSinkCall([this] { model_.reset(); });
   EXPECT_EQ(called->CreateUserSession(u"Username=joe;"), S_OK);
-  EXPECT_EQ(host_->Calls().size(), 3u);
-  EXPECT_EQ(host_->References(), 1u);
+  EXPECT_EQ(host_->Calls().size(), 3U);
+  EXPECT_EQ(host_->References(), 1U);
 }
 
 // The model goes with the failed call, and its services with it: they call an operation that clears the
@@ -228,7 +228,7 @@ TEST_F(ConnectionModelObject, ServicesOutliveACallInWhichTheyAreReplaced) {
     host_.reset();
   });
   EXPECT_EQ(Open(), S_OK);
-  EXPECT_EQ(calls.size(), 3u);
+  EXPECT_EQ(calls.size(), 3U);
 }
 
 TEST_F(ConnectionModelObject, ReferencesToAListAreReturned) {
@@ -240,7 +240,7 @@ TEST_F(ConnectionModelObject, ReferencesToAListAreReturned) {
   ExpectSuccess(Execute(list.get()));
   http_.Fail(HttpStep::kSend, E_FAIL, u"reset", 2);
   EXPECT_EQ(Execute(list.get()), DISP_E_EXCEPTION);
-  EXPECT_EQ(list->References(), 1u);
+  EXPECT_EQ(list->References(), 1U);
 }
 
 }  // namespace

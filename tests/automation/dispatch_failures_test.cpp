@@ -27,7 +27,7 @@ class DispatchFailures : public testing::Test {
     EXPECT_EQ(Shown(call.failure.bstrDescription), message);
     EXPECT_TRUE(call.failure.bstrSource.IsEmpty());
     EXPECT_TRUE(call.failure.bstrHelpFile.IsEmpty());
-    EXPECT_EQ(call.failure.dwHelpContext, 0u);
+    EXPECT_EQ(call.failure.dwHelpContext, 0U);
     EXPECT_EQ(call.failure.pfnDeferredFillIn, nullptr);
     EXPECT_EQ(call.failure.wCode, 11);
     EXPECT_EQ(call.index, kUntouchedIndex);

@@ -32,7 +32,7 @@ class DispatchObjects : public testing::Test {
   }
   void ExpectMismatch(const CountingObjectPtr& object) {
     ExpectRan(Variant::FromObject(object.get()), DISP_E_TYPEMISMATCH);
-    EXPECT_EQ(object->References(), 1u);
+    EXPECT_EQ(object->References(), 1U);
   }
 
   Script listScript_;
@@ -55,8 +55,8 @@ TEST_F(DispatchObjects, ReferencesAreReturned) {
     LateCall call(model.get(), 3);
     call.With({language, Text(u"s"), FromDispatch(list_.get())}).Run();
   }
-  EXPECT_EQ(list_->AddRef(), 2u);
-  EXPECT_EQ(list_->Release(), 1u);
+  EXPECT_EQ(list_->AddRef(), 2U);
+  EXPECT_EQ(list_->Release(), 1U);
 }
 
 TEST_F(DispatchObjects, ObjectsOfOtherTypesAreMismatches) {

@@ -127,7 +127,7 @@ TEST_F(DispatchResults, EveryOutputParameterIsOptional) {
     EXPECT_EQ(call.Run(nullptr, nullptr, nullptr), S_OK);
     script_.code = E_FAIL;
     EXPECT_EQ(call.Run(nullptr, nullptr, nullptr), E_FAIL);
-    EXPECT_EQ(script_.calls.size(), 2u);
+    EXPECT_EQ(script_.calls.size(), 2U);
   });
 }
 
@@ -144,7 +144,7 @@ TEST_F(DispatchResults, FailureIsFilledFromTheWaitingRecord) {
       EXPECT_EQ(Shown(call.failure.bstrDescription), Shown(record.description));
       EXPECT_EQ(Shown(call.failure.bstrHelpFile), Shown(record.helpFile));
       EXPECT_EQ(call.failure.dwHelpContext, record.helpContext);
-      EXPECT_EQ(static_cast<std::uint32_t>(call.failure.scode), 0x80040123u);
+      EXPECT_EQ(static_cast<std::uint32_t>(call.failure.scode), 0x80040123U);
       EXPECT_EQ(call.failure.pfnDeferredFillIn, nullptr);
       EXPECT_EQ(TakenWords(), "no record");
     });
@@ -187,12 +187,12 @@ TEST_F(DispatchResults, ObjectComesWithItsReference) {
     EXPECT_EQ(call.With({I2(0)}).Run(), code);
     EXPECT_EQ(ShownValue(call.result), "VT_DISPATCH object");
     EXPECT_EQ(DispatchOf(call.result), static_cast<IDispatch*>(found.get()));
-    EXPECT_EQ(found->AddRef(), 3u);
+    EXPECT_EQ(found->AddRef(), 3U);
     found->Release();
     call.result.Clear();
     // Without an output parameter the reference is released.
     call.Run(nullptr, nullptr, nullptr);
-    EXPECT_EQ(found->AddRef(), 2u);
+    EXPECT_EQ(found->AddRef(), 2U);
     found->Release();
   }
 }
@@ -210,7 +210,7 @@ TEST_F(DispatchResults, ObjectsOfTheClientComeWithTheirReferences) {
     LateCall call(client.get(), id++);
     EXPECT_EQ(call.Code(), "0x00000000");
     EXPECT_EQ(DispatchOf(call.result), made.get()) << NameOf(kind);
-    EXPECT_EQ(made->AddRef(), 3u);
+    EXPECT_EQ(made->AddRef(), 3U);
     made->Release();
   }
 }
@@ -235,14 +235,14 @@ TEST_F(DispatchResults, OldContentIsReleased) {
   const IDispatchPtr list = MakeNoting(Face::kParameters, &script);
   LateCall call(list.get(), 4);
   call.result = Variant::FromObject(old.get());
-  EXPECT_EQ(old->References(), 2u);
+  EXPECT_EQ(old->References(), 2U);
   EXPECT_EQ(call.Code(), "0x00000000");
-  EXPECT_EQ(old->References(), 1u);
+  EXPECT_EQ(old->References(), 1U);
   // Also by a call that fails after the test of the limit.
   LateCall refused(list.get(), 9);
   refused.result = Variant::FromObject(old.get());
   EXPECT_EQ(refused.Code(), "0x80020003");
-  EXPECT_EQ(old->References(), 1u);
+  EXPECT_EQ(old->References(), 1U);
 }
 
 // The result is cleared before the arguments are read; a host that uses one Variant for both loses the

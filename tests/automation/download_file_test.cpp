@@ -62,7 +62,7 @@ TEST_F(DownloadFileObject, UnreachableServerIsANullReference) {
     http_.Fail(HttpStep::kOpen, E_FAIL, u"no route", static_cast<int>(http_.CallsNamed("Open(").size()) + 1);
     ExpectFailure(Download(url), 0x80004003, "Unknown Error");
   }
-  EXPECT_EQ(http_.CallsNamed("Open(").size(), 2u);
+  EXPECT_EQ(http_.CallsNamed("Open(").size(), 2U);
 }
 
 TEST_F(DownloadFileObject, BrokenTransferBringsTheComponentsMessage) {

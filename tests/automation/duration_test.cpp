@@ -150,10 +150,10 @@ TEST_F(DurationObject, CanBeMadeFromAText) {
 }
 
 TEST_F(DurationObject, IsCountedOverBothInterfaces) {
-  EXPECT_EQ(object_->AddRef(), 3u);  // object_, raw_, this one
-  EXPECT_EQ(raw_->AddRef(), 4u);
-  EXPECT_EQ(object_->Release(), 3u);
-  EXPECT_EQ(raw_->Release(), 2u);
+  EXPECT_EQ(object_->AddRef(), 3U);  // object_, raw_, this one
+  EXPECT_EQ(raw_->AddRef(), 4U);
+  EXPECT_EQ(object_->Release(), 3U);
+  EXPECT_EQ(raw_->Release(), 2U);
 }
 
 TEST_F(DurationObject, OutlivesItsFirstInterface) {

@@ -42,7 +42,7 @@ inline void ExpectRows(const std::vector<LateRow>& rows) {
     LateCall call(object.get(), row.id, static_cast<std::uint16_t>(row.flags));
     EXPECT_EQ(ShownCode(call.WithBlock(row.block).Named(row.named).Run()), ShownCode(row.code));
     EXPECT_EQ(call.index, row.index);
-    ASSERT_EQ(script.calls.size(), row.noted == nullptr ? 0u : 1u);
+    ASSERT_EQ(script.calls.size(), row.noted == nullptr ? 0U : 1U);
     if (row.noted == nullptr) {
       EXPECT_EQ(ShownValue(call.result), "VT_EMPTY");
     } else {

@@ -177,7 +177,7 @@ TEST_F(ParameterObject, DispatchObjectIsKeptAsUnknown) {
   EXPECT_EQ(value.Tag(), VT_UNKNOWN);
   EXPECT_EQ(value.Object(), object.get());
   value.Clear();
-  EXPECT_EQ(object->References(), 2u);
+  EXPECT_EQ(object->References(), 2U);
 }
 
 TEST_F(ParameterObject, ObjectWhoseQueryFailsBringsItsCode) {

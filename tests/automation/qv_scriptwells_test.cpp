@@ -148,7 +148,7 @@ TEST_F(ClientObject, EverySuccessClearsTheStaleRecord) {
 TEST_F(ClientObject, EachValueIsANewObjectWithOneReference) {
   IUrl* url = nullptr;
   EXPECT_EQ(client_->Url(&url), S_OK);
-  EXPECT_EQ(IUrlPtr(url, false)->AddRef(), 2u);
+  EXPECT_EQ(IUrlPtr(url, false)->AddRef(), 2U);
   url->Release();
 }
 
@@ -276,12 +276,12 @@ TEST_F(ClientObject, ClientThatEndsMayBeCalledByItsServices) {
   SpeakingServices* const services = services_.get();
   services->OnEnd([&] {
     EXPECT_EQ(raw->Init(provider_.get()), S_OK);
-    EXPECT_EQ(services->References(), 0u) << "released once more while they go";
+    EXPECT_EQ(services->References(), 0U) << "released once more while they go";
   });
   services_.reset();
   ReleaseClient();
   EXPECT_EQ(SpeakingServices::Live(), 1);
-  EXPECT_EQ(others->References(), 2u);
+  EXPECT_EQ(others->References(), 2U);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ TEST(ScarceMemory, ClientThatCannotBeMadeIsOutOfMemory) {
   const auto createByClass = [] {
     IQvScriptwellsPtr client;
     ThrowIfFailed(CreateQvScriptwellsObject(nullptr, IQvScriptwells::kIid, Put(client)));
-    EXPECT_EQ(client->AddRef(), 2u);
+    EXPECT_EQ(client->AddRef(), 2U);
     client->Release();
   };
   EXPECT_EQ(ThrownWithout(Memory::kBoth, createByClass),

@@ -16,7 +16,7 @@ class AskedObject final : public IUnknown {
   AskedObject() = default;
   AskedObject(const AskedObject&) = delete;
   AskedObject& operator=(const AskedObject&) = delete;
-  ~AskedObject() { EXPECT_EQ(count, 1u) << "references were left or lost"; }
+  ~AskedObject() { EXPECT_EQ(count, 1U) << "references were left or lost"; }
 
   // The result of queries for `iid`. With S_OK the object is returned, though only its IUnknown part is real.
   void Answer(const Guid& iid, HRESULT code) { answers_[iid] = code; }

@@ -22,7 +22,7 @@ constexpr Guid kSomeInterface = ParseGuid("9d152496-5e82-4675-86e6-caaef442f767"
 // Says whether its interfaces leave error records, and keeps the interface of the question.
 class TalkingObject final : public ISupportErrorInfo {
  public:
-  ~TalkingObject() { EXPECT_EQ(count, 1u) << "references were left or lost"; }
+  ~TalkingObject() { EXPECT_EQ(count, 1U) << "references were left or lost"; }
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
     const bool known = iid == IUnknown::kIid || iid == ISupportErrorInfo::kIid;
     *object = known ? this : nullptr;
@@ -166,9 +166,9 @@ TEST_F(ComErrorTest, AsHoldsOneReference) {
   {
     const IUnknownPtr found = As<IUnknown>(&object, kSomeInterface);
     EXPECT_EQ(found, static_cast<IUnknown*>(&object));
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
   }
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
 }
 
 TEST_F(ComErrorTest, AsWithoutTheInterfaceOrTheObjectIsNull) {
@@ -196,9 +196,9 @@ TEST_F(ComErrorTest, PutTakesOverTheReturnedPointer) {
   IUnknownPtr found;
   EXPECT_EQ(object.QueryInterface(kSomeInterface, Put(found)), S_OK);
   EXPECT_EQ(found, static_cast<IUnknown*>(&object));
-  EXPECT_EQ(object.count, 2u);
+  EXPECT_EQ(object.count, 2U);
   found = nullptr;
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
 }
 
 TEST_F(ComErrorTest, PutTakesTypedPointers) {
@@ -210,17 +210,17 @@ TEST_F(ComErrorTest, PutTakesTypedPointers) {
   IUnknownPtr found;
   giveObject(Put(found));
   EXPECT_EQ(found, static_cast<IUnknown*>(&object));
-  EXPECT_EQ(object.count, 2u);
+  EXPECT_EQ(object.count, 2U);
 }
 
 TEST_F(ComErrorTest, PutReleasesTheOldPointer) {
   AskedObject held;
   AskedObject refusing;
   IUnknownPtr pointer(&held);
-  EXPECT_EQ(held.count, 2u);
+  EXPECT_EQ(held.count, 2U);
   EXPECT_EQ(refusing.QueryInterface(kSomeInterface, Put(pointer)), E_NOINTERFACE);
   EXPECT_EQ(pointer, nullptr);
-  EXPECT_EQ(held.count, 1u);
+  EXPECT_EQ(held.count, 1U);
 }
 
 }  // namespace

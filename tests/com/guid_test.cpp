@@ -46,7 +46,7 @@ TEST(Guid, OrderIsStrictAndLooksAtEveryField) {
   for (const Guid& other : kNeighbours) EXPECT_NE(kSample < other, other < kSample);
   std::set<Guid> all(std::begin(kNeighbours), std::end(kNeighbours));
   all.insert(kSample);
-  EXPECT_EQ(all.size(), 6u);
+  EXPECT_EQ(all.size(), 6U);
 }
 
 TEST(Guid, PublishedInterfacesHavePublishedIds) {
@@ -66,7 +66,7 @@ TEST(Guid, InterfacesOfTheLibraryDiffer) {
                               IConnectionModel::kIid,  IConnectionModelRaw::kIid,
                               IUnknown::kIid,          ISupportErrorInfo::kIid,
                               IRunnableObject::kIid};
-  EXPECT_EQ(ids.size(), 11u);
+  EXPECT_EQ(ids.size(), 11U);
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ TEST(CoCreateGuid, NoTwoAreAlikeAndEveryFreeBitVaries) {
     for (int at = 0; at < 8; ++at)
       everSet.data4[at] = static_cast<std::uint8_t>(everSet.data4[at] | id.data4[at]);
   }
-  EXPECT_EQ(seen.size(), 200u);
+  EXPECT_EQ(seen.size(), 200U);
   EXPECT_EQ(StringFromIID(everSet), u"{FFFFFFFF-FFFF-4FFF-BFFF-FFFFFFFFFFFF}");
 }
 

@@ -30,7 +30,7 @@ class Sessions : public ServiceTest {
 
 TEST_F(Sessions, CreateAnswersAnIdOf128Bits) {
   const std::string id = Login();
-  EXPECT_EQ(id.size(), 32u);
+  EXPECT_EQ(id.size(), 32U);
   EXPECT_EQ(id.find_first_not_of("0123456789abcdef"), std::string::npos);
   EXPECT_NE(Login(), id);
 }

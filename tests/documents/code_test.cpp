@@ -19,7 +19,7 @@ std::string Indented(const std::string& code) {
 
 TEST(Code, OfTheReadmeIsAnExcerptOfTheFirstExample) {
   const std::vector<std::string> blocks = BlocksOf(ReadFile(kRoot + "README.md"), "cpp");
-  ASSERT_EQ(blocks.size(), 1u);
+  ASSERT_EQ(blocks.size(), 1U);
   EXPECT_NE(ReadFile(kRoot + "examples/first_call.cpp").find(Indented(blocks[0])), std::string::npos)
       << "not in examples/first_call.cpp:\n"
       << blocks[0];

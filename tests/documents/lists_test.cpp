@@ -59,7 +59,7 @@ Names ParameterTypes() {
 TEST(Lists, FaultsOfTheDevelopmentServiceAreInItsDocument) {
   const Names codes =
       AllMatches(ContentOf("devservice", "fault_codes.h"), std::regex(" k[A-Za-z]+ = ([0-9]+),"));
-  EXPECT_GE(codes.size(), 18u);
+  EXPECT_GE(codes.size(), 18U);
   EXPECT_EQ(AllMatches(FirstCells(ReadFile(kRoot + "devservice/README.md"), "Code"), std::regex("([0-9]+)")),
             codes);
 }
@@ -68,13 +68,13 @@ TEST(Lists, CommandsAreInTheirDocument) {
   const std::string help = Program("--help");
   const std::string list = help.substr(help.find("Subcommands:\n"));
   const Names commands = AllMatches(list.substr(0, list.find("\n\n")), std::regex("\n  ([a-z-]+)"));
-  EXPECT_GE(commands.size(), 9u);
+  EXPECT_GE(commands.size(), 9U);
   EXPECT_EQ(NamesInFirstCells("tools/README.md", "Command"), commands);
 }
 
 TEST(Lists, TypesOfParametersAreInTheirDocument) {
   const Names types = ParameterTypes();
-  EXPECT_GE(types.size(), 13u);
+  EXPECT_GE(types.size(), 13U);
   EXPECT_EQ(NamesInFirstCells("tools/README.md", "Type"), types);
 }
 

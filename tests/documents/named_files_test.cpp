@@ -100,7 +100,7 @@ TEST_P(NamedFiles, LinksToSectionsFindTheirHeadings) {
        ++link) {
     const std::string file = (*link)[1];
     const fs::path target = file.empty() ? document : document.parent_path() / file;
-    EXPECT_EQ(AnchorsOf(target).count((*link)[2]), 1u) << GetParam() << " links to " << link->str();
+    EXPECT_EQ(AnchorsOf(target).count((*link)[2]), 1U) << GetParam() << " links to " << link->str();
   }
 }
 
@@ -109,7 +109,7 @@ INSTANTIATE_TEST_SUITE_P(Documents, NamedFiles, ::testing::ValuesIn(Documents())
 TEST(NamedFilesOfADocument, AreFoundOutsideOfBlocks) {
   const std::vector<NamedFile> files =
       FilesNamedIn("see `a/b.h`, `--help`\n```\n`no.h`\n```\n[this](c.md) and [that](http://x/)\n");
-  ASSERT_EQ(files.size(), 3u);
+  ASSERT_EQ(files.size(), 3U);
   EXPECT_EQ(files[0].name, "a/b.h");
   EXPECT_EQ(files[1].name, "--help");
   EXPECT_EQ(files[2].name, "c.md");

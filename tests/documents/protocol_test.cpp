@@ -70,7 +70,7 @@ class Protocol : public ::testing::Test {
 
 TEST_F(Protocol, SessionIsAsThePageShowsIt) {
   const std::vector<std::string> blocks = BlocksOf(kPage, "http");
-  ASSERT_EQ(blocks.size(), 6u);
+  ASSERT_EQ(blocks.size(), 6U);
   std::string requests;
   std::vector<std::string> answers;
   for (std::size_t i = 0; i < blocks.size(); ++i)
@@ -103,7 +103,7 @@ TEST_F(Protocol, AnswersAreReadAsThePageSays) {
 
 TEST_F(Protocol, ParametersAreWrittenAsThePageSays) {
   const std::vector<Row> rows = RowsOf(kPage, "Parameter");
-  EXPECT_EQ(rows.size(), 11u);
+  EXPECT_EQ(rows.size(), 11U);
   for (const Row& row : rows) {
     RunWith(Executed(kOne), "-e 1 -p " + Quoted(row.first));
     EXPECT_NE(server_.Received().back().find(row.second), std::string::npos) << row.first << "\n"

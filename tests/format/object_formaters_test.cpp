@@ -28,8 +28,8 @@ class FormaterDurationTest : public FactoryFixture {
   static std::string TextOf(const Variant& value) {
     EXPECT_EQ(value.Tag(), VT_UNKNOWN);
     if (value.Object() == nullptr) return "no object";
-    EXPECT_EQ(value.Object()->AddRef(), 2u);
-    EXPECT_EQ(value.Object()->Release(), 1u);
+    EXPECT_EQ(value.Object()->AddRef(), 2U);
+    EXPECT_EQ(value.Object()->Release(), 1U);
     const IDurationPtr duration = As<IDuration>(value.Object());
     const IDurationRawPtr raw = As<IDurationRaw>(value.Object());
     if (duration == nullptr || raw == nullptr) return "no duration";
@@ -109,8 +109,8 @@ TEST_F(FormaterDurationTest, DurationIsWrittenAsItsText) {
   for (const char16_t* text : {u"P1Y2M3DT4H5M6.5S", u"-P1D", u"PT90S", u"P0", u"-P0"}) {
     const IDurationPtr duration = CreateDuration(text);
     EXPECT_EQ(Written(duration.get()), Shown(text));
-    EXPECT_EQ(duration->AddRef(), 2u);
-    EXPECT_EQ(duration->Release(), 1u);
+    EXPECT_EQ(duration->AddRef(), 2U);
+    EXPECT_EQ(duration->Release(), 1U);
   }
   const IDurationPtr large = CreateDuration();
   EXPECT_EQ(large->put_Sec(12345678.9), S_OK);
@@ -120,7 +120,7 @@ TEST_F(FormaterDurationTest, DurationIsWrittenAsItsText) {
 TEST_F(FormaterDurationTest, TextOfAForeignDurationIsEscaped) {
   const FakeDurationPtr foreign(new FakeDuration(u"<P1D>&\"'\u00E9"));
   EXPECT_EQ(Written(foreign.get()), "&lt;P1D&gt;&amp;&quot;&apos;&#233;");
-  EXPECT_EQ(foreign->References(), 1u);
+  EXPECT_EQ(foreign->References(), 1U);
   const FakeDurationPtr null(new FakeDuration(WideString()));
   EXPECT_TRUE(duration_.WriteValue(Variant::FromObject(null.get())).IsEmpty());
 }
@@ -137,7 +137,7 @@ TEST_F(FormaterDurationTest, OtherValuesAreNoDurations) {
   EXPECT_EQ(WritingFails(value), kNoDuration);
   foreign_->AnswerRaw(S_OK);
   EXPECT_EQ(WritingFails(value), kNoDuration);
-  EXPECT_EQ(foreign_->References(), 2u);
+  EXPECT_EQ(foreign_->References(), 2U);
   for (const Variant& other : {Variant::FromObject(CreateUrl().get()), Variant::FromObject(nullptr),
                                Variant(), Variant::Null(), Int(5), Text(u"P1D")})
     EXPECT_EQ(WritingFails(other), kNoDuration) << other.Tag();
@@ -151,7 +151,7 @@ TEST_F(FormaterDurationTest, FailedCallBringsItsCode) {
   EXPECT_EQ(WritingFails(value), "_com_error 0x8007000E");
   foreign_->AnswerDuration(E_FAIL);
   EXPECT_EQ(WritingFails(value), "_com_error 0x80004005");
-  EXPECT_EQ(foreign_->References(), 2u);
+  EXPECT_EQ(foreign_->References(), 2U);
 }
 
 }  // namespace

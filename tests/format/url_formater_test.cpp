@@ -35,8 +35,8 @@ class FormaterUrlTest : public FactoryFixture {
   static void ExpectFreshUrl(const Variant& value, const std::string& which) {
     ASSERT_EQ(value.Tag(), VT_UNKNOWN) << which;
     ASSERT_NE(value.Object(), nullptr) << which;
-    EXPECT_EQ(value.Object()->AddRef(), 2u) << which;
-    EXPECT_EQ(value.Object()->Release(), 1u) << which;
+    EXPECT_EQ(value.Object()->AddRef(), 2U) << which;
+    EXPECT_EQ(value.Object()->Release(), 1U) << which;
     const IUrlPtr url = As<IUrl>(value.Object());
     ASSERT_NE(url, nullptr) << which;
     WideString text(u"before");

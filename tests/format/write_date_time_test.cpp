@@ -214,7 +214,7 @@ TEST(DomStringToWide, CopiesExactlyTheUnitsOfTheLength) {
   char16_t units[] = {u'a', u'b', 0, 0xD800, u'c', u'd'};
   const WideString text = DomStringToWide(units, 5);
   units[0] = u'x';
-  ASSERT_EQ(text.size(), 5u);
+  ASSERT_EQ(text.size(), 5U);
   EXPECT_EQ(Shown(text), "ab\\u0000\\uD800c");
   EXPECT_EQ(text.data()[5], u'\0');
   EXPECT_EQ(DomStringToWide(u"abc", 2), u"ab");

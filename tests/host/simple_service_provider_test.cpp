@@ -34,14 +34,14 @@ TEST_F(SimpleServiceProvider, WithoutServicesTheNameGivesNull) {
 }
 
 TEST_F(SimpleServiceProvider, EachAnswerCarriesOneReference) {
-  EXPECT_EQ(services_->AddRef(), 3u);  // ours, the provider's, and this one
+  EXPECT_EQ(services_->AddRef(), 3U);  // ours, the provider's, and this one
   services_->Release();
   {
     const IUnknownPtr service = Get(u"QvClientServices");
-    EXPECT_EQ(services_->AddRef(), 4u);
+    EXPECT_EQ(services_->AddRef(), 4U);
     services_->Release();
   }
-  EXPECT_EQ(services_->AddRef(), 3u);
+  EXPECT_EQ(services_->AddRef(), 3U);
   services_->Release();
 }
 

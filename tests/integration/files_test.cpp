@@ -42,7 +42,7 @@ class Files : public ValueTest {
     return code == S_OK ? NativePath(path) : OutcomeText(code);
   }
   std::string Content(const std::string& path) const {
-    EXPECT_EQ(path.rfind(directory_.Path(), 0), 0u) << path;
+    EXPECT_EQ(path.rfind(directory_.Path(), 0), 0U) << path;
     return directory_.Read(path.substr(directory_.Path().size() + 1));
   }
 

@@ -97,20 +97,20 @@ class Leak : public devservice::testing::ServiceTest {
     list_.reset();
     duration_.reset();
     model_.reset();
-    EXPECT_EQ(host->References(), 1u);
-    EXPECT_EQ(object->References(), 1u);
+    EXPECT_EQ(host->References(), 1U);
+    EXPECT_EQ(object->References(), 1U);
     CloseKeptConnections();
     service_->Stop();
   }
   void ExpectCountsAsAtTheStart(const FakeHostPtr& host, const CountingObjectPtr& object) {
-    EXPECT_EQ(host->References(), 2u);
-    EXPECT_EQ(object->References(), 2u);
+    EXPECT_EQ(host->References(), 2U);
+    EXPECT_EQ(object->References(), 2U);
     for (IUnknown* kept : {static_cast<IUnknown*>(list_.get()), static_cast<IUnknown*>(refused_.get()),
                            static_cast<IUnknown*>(model_.get())}) {
-      EXPECT_EQ(kept->AddRef(), 2u);
+      EXPECT_EQ(kept->AddRef(), 2U);
       kept->Release();
     }
-    EXPECT_EQ(duration_->AddRef(), 3u);  // this one, the list's and the test's
+    EXPECT_EQ(duration_->AddRef(), 3U);  // this one, the list's and the test's
     duration_->Release();
   }
 

@@ -141,7 +141,7 @@ TEST_F(OddAnswers, HostCanCancelAStalledAnswer) {
   Use("/odd/stall");
   EXPECT_EQ(Run(u"1"), "0x80020009 Operation was aborted by an application callback");
   SetThreadHttpOptions(HttpOptions(), nullptr);
-  EXPECT_EQ(canceller.References(), 0u);
+  EXPECT_EQ(canceller.References(), 0U);
   Use();
   EXPECT_EQ(Run(u"1"), "VT_INT 1");
   EXPECT_EQ(ScriptsRun(), 2);

@@ -209,7 +209,7 @@ TEST_F(ServiceCalls, AnswerOfTwentyMegabytesArrives) {
   ASSERT_EQ(OutcomeText(model_->Execute(u"JavaScript", u"'<'.repeat(20000000)", nullptr, &result)), "ok");
   EXPECT_EQ(result.Tag(), VT_BSTR);
   const WideString text = result.Text();
-  EXPECT_EQ(text.size(), 20'000'000u);
+  EXPECT_EQ(text.size(), 20'000'000U);
   EXPECT_EQ(text.view().find_first_not_of(u'<'), std::u16string_view::npos);
 }
 

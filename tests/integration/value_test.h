@@ -28,8 +28,8 @@ class ValueTest : public ClientTest {
   }
   static void ExpectOnlyReference(const Variant& answer) {
     ASSERT_EQ(answer.Tag(), VT_UNKNOWN);
-    EXPECT_EQ(answer.Object()->AddRef(), 2u);
-    EXPECT_EQ(answer.Object()->Release(), 1u);
+    EXPECT_EQ(answer.Object()->AddRef(), 2U);
+    EXPECT_EQ(answer.Object()->Release(), 1U);
   }
   // The model and the service are gone.
   void EndEverything() {

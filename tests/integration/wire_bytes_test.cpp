@@ -166,7 +166,7 @@ TEST_F(WireBytes, CallsFollowEachOtherOnOneConnection) {
   EXPECT_EQ(Open(), "ok");
   EXPECT_EQ(RunNil(), "VT_INT 7");
   EXPECT_EQ(Close(), "ok");
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
   EXPECT_EQ(server_.AllReceived(), CreateRequest() + NilRequest() + CloseRequest());
 }
 
@@ -187,9 +187,9 @@ TEST_F(WireBytes, ResetWhileTheAnswerIsAwaitedSendsNothingAgain) {
   server_.Expect(RawScript().ReadRequest().Reset());
   ExpectOne(kSessionOpened);
   EXPECT_EQ(Open().substr(0, 11), "0x80020009 ");
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
   EXPECT_EQ(Open(), "ok");
-  EXPECT_EQ(server_.Connections(), 2u);
+  EXPECT_EQ(server_.Connections(), 2U);
 }
 
 // Found closed before anything was sent, so that nothing can have been run.
@@ -199,7 +199,7 @@ TEST_F(WireBytes, KeptConnectionThatWasClosedIsReplaced) {
   EXPECT_EQ(Open(), "ok");
   ASSERT_TRUE(server_.WaitForClosed(1));
   EXPECT_EQ(Close(), "ok");
-  EXPECT_EQ(server_.Connections(), 2u);
+  EXPECT_EQ(server_.Connections(), 2U);
   EXPECT_EQ(server_.AllReceived(), CreateRequest() + CloseRequest());
 }
 
@@ -212,7 +212,7 @@ TEST_F(WireBytes, ProxyOfTheEnvironmentIsNotUsed) {
                                            {"all_proxy", url.c_str()},
                                            {"ALL_PROXY", url.c_str()}};
   ExpectOpening();
-  EXPECT_EQ(proxy.Connections(), 0u);
+  EXPECT_EQ(proxy.Connections(), 0U);
 }
 
 TEST_F(WireBytes, PlaceholderMeansNoProxy) {
@@ -228,8 +228,8 @@ TEST_F(WireBytes, ProxyIsLookedForOnPort80) {
     NewModel(FromUtf8(text));
     EXPECT_EQ(Open(), "0x80020009 Cannot create a soap call.");
   }
-  EXPECT_EQ(proxy.Connections(), 0u);
-  EXPECT_EQ(server_.Connections(), 0u);
+  EXPECT_EQ(proxy.Connections(), 0U);
+  EXPECT_EQ(server_.Connections(), 0U);
 }
 
 }  // namespace

@@ -82,11 +82,11 @@ TEST_F(DownloadName, NewDirectoryIsOnlyTheUsers) {
   Reply(FileAnswer("a.txt", "good"));
   EXPECT_EQ(Download(ServerUrl() + "/f", u""), "ok");
   const std::string path = NativePath(downloaded_);
-  EXPECT_EQ(path.rfind(files_.Path("temp") + "/", 0), 0u) << path;
+  EXPECT_EQ(path.rfind(files_.Path("temp") + "/", 0), 0U) << path;
   EXPECT_EQ(path.substr(path.size() - 6), "/a.txt");
   struct stat facts {};
   ASSERT_EQ(stat(path.substr(0, path.size() - 6).c_str(), &facts), 0);
-  EXPECT_EQ(facts.st_mode & 0777u, 0700u);
+  EXPECT_EQ(facts.st_mode & 0777U, 0700U);
 }
 
 }  // namespace

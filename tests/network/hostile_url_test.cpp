@@ -111,7 +111,7 @@ class Redirect : public TransferTest {
     return "HTTP/1.1 302 Found\r\nLocation: " + elsewhere_.Url() + "/evil\r\n" + headers +
            "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
   }
-  void TearDown() override { EXPECT_EQ(elsewhere_.Connections(), 0u); }
+  void TearDown() override { EXPECT_EQ(elsewhere_.Connections(), 0U); }
 
   RawServer elsewhere_;
 };

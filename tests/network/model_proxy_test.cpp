@@ -45,7 +45,7 @@ TEST_F(ModelProxy, DownloadGoesThroughTheProxyInAbsoluteForm) {
   EXPECT_EQ(NativePath(downloaded_), Target() + "/f.txt");
   EXPECT_EQ(files_.Read("target/f.txt"), "through");
   EXPECT_EQ(proxy.Requests(1), Words{"GET " + nginx.Url() + "/files/f.txt?ticket=1 HTTP/1.1"});
-  EXPECT_EQ(proxy.Connections(), 1u);
+  EXPECT_EQ(proxy.Connections(), 1U);
 }
 
 TEST_F(ModelProxy, SecureDownloadGoesThroughATunnel) {

@@ -47,8 +47,8 @@ TEST_F(Proxy, PlainRequestGoesInAbsoluteFormOnOneConnection) {
   const Tinyproxy proxy;
   ExpectThrough(proxy.Address());
   EXPECT_EQ(proxy.Requests(1), Words{"POST " + server_.Url() + "/x?a=b HTTP/1.1"});
-  EXPECT_EQ(proxy.Connections(), 1u);
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(proxy.Connections(), 1U);
+  EXPECT_EQ(server_.Connections(), 1U);
   const std::string received = server_.AllReceived();
   EXPECT_EQ(received.substr(0, 12), "POST /x?a=b ");
   EXPECT_EQ(received.substr(received.size() - 12), "\r\n\r\nquestion");
@@ -57,8 +57,8 @@ TEST_F(Proxy, PlainRequestGoesInAbsoluteFormOnOneConnection) {
 TEST_F(Proxy, ManyRequestsAllGoThrough) {
   const Tinyproxy proxy;
   for (int i = 0; i < 20; ++i) ExpectThrough(proxy.Address());
-  EXPECT_EQ(proxy.Requests(20).size(), 20u);
-  EXPECT_EQ(server_.Connections(), 20u);
+  EXPECT_EQ(proxy.Requests(20).size(), 20U);
+  EXPECT_EQ(server_.Connections(), 20U);
 }
 
 // Proxies in the field close after an answer without having announced it (tinyproxy does). What is sent on
@@ -67,7 +67,7 @@ TEST_F(Proxy, ConnectionThatTheProxyDoesNotPromiseToKeepIsNotUsedAgain) {
   server_.Expect(RawScript().Answer("one").ReadRequest().Close());
   EXPECT_EQ(ReadText(SentThrough(server_.Address()), 3), "one");
   ExpectThrough(server_.Address(), "two");
-  EXPECT_EQ(server_.Connections(), 2u);
+  EXPECT_EQ(server_.Connections(), 2U);
 }
 
 TEST_F(Proxy, LargeBodyPassesBothWays) {
@@ -112,7 +112,7 @@ TEST_F(Proxy, RefusalOfAPlainRequestIsAnAnswer) {
        {"Filter \"" + files.Write("filter", "127.0.0.1\n") + "\"\n", std::string("Allow 10.1.2.3\n")}) {
     const Tinyproxy proxy(line);
     EXPECT_EQ(Header(SentThrough(proxy.Address()), "StatusCode"), "403") << line;
-    EXPECT_EQ(server_.Connections(), 0u);
+    EXPECT_EQ(server_.Connections(), 0U);
   }
 }
 
@@ -131,7 +131,7 @@ TEST_F(Proxy, ProxyThatIsNotThereIsAFailureOfOpen) {
     EXPECT_EQ(OpenAt(protocol, "127.0.0.1", server_.Port(), dead), kNotConnected);
     EXPECT_EQ(ErrorWords().substr(0, 35), "Failed to connect to 127.0.0.1 port");
   }
-  EXPECT_EQ(server_.Connections(), 0u);
+  EXPECT_EQ(server_.Connections(), 0U);
 }
 
 TEST_F(Proxy, NextCallWithoutTheProxyGoesDirectly) {
@@ -139,7 +139,7 @@ TEST_F(Proxy, NextCallWithoutTheProxyGoesDirectly) {
   ExpectThrough(proxy.Address());
   Answer("directly");
   ExpectText("directly");
-  EXPECT_EQ(proxy.Requests(1).size(), 1u);
+  EXPECT_EQ(proxy.Requests(1).size(), 1U);
 }
 
 TEST_F(Proxy, VariablesOfTheEnvironmentNameNoProxy) {
@@ -151,7 +151,7 @@ TEST_F(Proxy, VariablesOfTheEnvironmentNameNoProxy) {
   Answer("directly");
   ExpectText("directly");
   ExpectSecret(SecureNginx(), "");
-  EXPECT_EQ(proxy.Connections(), 0u);
+  EXPECT_EQ(proxy.Connections(), 0U);
 }
 
 // The same proxy takes the same requests when it is named as an argument, so the test above proves something.
@@ -159,7 +159,7 @@ TEST_F(Proxy, ExclusionsOfTheEnvironmentDoNotCount) {
   const Tinyproxy proxy;
   const EnvironmentVariable variables[] = {{"no_proxy", "*"}, {"NO_PROXY", "*"}};
   ExpectThrough(proxy.Address());
-  EXPECT_EQ(proxy.Requests(1).size(), 1u);
+  EXPECT_EQ(proxy.Requests(1).size(), 1U);
 }
 
 }  // namespace

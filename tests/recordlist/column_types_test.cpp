@@ -78,7 +78,7 @@ TEST(ColumnTypes, EachTypeIsWrittenUnderOneNameAndHasItsFormater) {
 TEST(ColumnTypes, UnknownTypesAreWrittenUndefinedAndHaveNoFormater) {
   for (const std::int32_t type : kUnknownTypes) {
     EXPECT_EQ(WideString(XmlTypeNameOf(type)), u"Undefined") << type;
-    EXPECT_EQ(FormaterNameOf(type).size(), 0u) << type;
+    EXPECT_EQ(FormaterNameOf(type).size(), 0U) << type;
   }
 }
 

@@ -26,7 +26,7 @@ TEST_F(RecordListAnswer, AnyNameWithRecordlistIsATable) {
     EXPECT_EQ(ShownValue(value), "VT_UNKNOWN object") << Shown(name);
     EXPECT_EQ(ShownValue(fake_.Table().rows.at(0).cells.at(0)), "VT_INT 5") << Shown(name);
   }
-  EXPECT_EQ(fake_.TableCount(), 7u);
+  EXPECT_EQ(fake_.TableCount(), 7U);
 }
 
 TEST_F(RecordListAnswer, OtherNamesAreNot) {
@@ -46,7 +46,7 @@ TEST_F(RecordListAnswer, WrittenTableIsAnAnswer) {
   const WideString text = formater_.WriteValue(Variant::FromObject(fake_.MakeList(table).get()));
   const XmlText xml(u"<r>" + std::u16string(text.view()) + u"</r>");
   EXPECT_EQ(ShownValue(ReadResponseValue(xml.Root())), "VT_UNKNOWN object");
-  EXPECT_EQ(fake_.TableCount(), 2u);
+  EXPECT_EQ(fake_.TableCount(), 2U);
   EXPECT_EQ(ShownValue(fake_.Table().rows.at(0).cells.at(0)), "VT_INT 5");
 }
 
@@ -99,7 +99,7 @@ class RecordListCall : public ModelTest {
 TEST_F(RecordListCall, TableIsAnsweredAndCannotBeSentBack) {
   const Variant value = Executed(u"<i><a>5</a></i><i><a>6</a></i>");
   EXPECT_EQ(ShownValue(value), "VT_UNKNOWN object");
-  ASSERT_EQ(fake_.Table().rows.size(), 2u);
+  ASSERT_EQ(fake_.Table().rows.size(), 2U);
   EXPECT_EQ(ShownValue(fake_.Table().rows[1].cells.at(0)), "VT_INT 6");
   ExpectRefused(value);
 }

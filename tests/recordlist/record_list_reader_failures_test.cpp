@@ -17,7 +17,7 @@ TEST_F(RecordListReaderFailures, NullNodeIsAnEmptyResponse) {
 TEST_F(RecordListReaderFailures, EachFailedCallEndsTheReading) {
   ReadAway(TwoByTwoXml());
   const Lines calls = fake_.Calls();
-  ASSERT_EQ(calls.size(), 32u);
+  ASSERT_EQ(calls.size(), 32U);
   for (std::size_t i = 0; i < calls.size(); ++i) {
     for (const HRESULT code : {E_FAIL, E_OUTOFMEMORY, E_NOINTERFACE}) {
       FakeRecordList fake;
@@ -57,7 +57,7 @@ TEST_F(RecordListReaderFailures, SuccessCodesAreNoFailure) {
     FakeRecordList fake;
     fake.FailCall(i, S_FALSE);
     EXPECT_EQ(ReadThrows(TwoByTwoXml()), "nothing") << fake_.Calls()[i];
-    EXPECT_EQ(fake.CallsWith("SetValue").size(), 4u);
+    EXPECT_EQ(fake.CallsWith("SetValue").size(), 4U);
   }
 }
 
@@ -79,8 +79,8 @@ TEST_F(RecordListReaderFailures, TextInPlaceOfABlockHasNothingInIt) {
   for (const char16_t* content : {u"<h>text</h><d/>", u"<h> <s/></h><d/>", u"<h><s/></h>text",
                                   u"<h><s/></h> <d><i><a>5</a></i></d>", u"<h><!--c--></h><!--c-->"}) {
     ReadAway(content);
-    EXPECT_EQ(fake_.Table().columns.size(), 0u) << Shown(content);
-    EXPECT_EQ(fake_.Table().rows.size(), 0u) << Shown(content);
+    EXPECT_EQ(fake_.Table().columns.size(), 0U) << Shown(content);
+    EXPECT_EQ(fake_.Table().rows.size(), 0U) << Shown(content);
   }
 }
 
@@ -155,8 +155,8 @@ TEST_F(CreateRecordListTest, ListIsMadeStartedAndAsked) {
   const IRecordListPtr list = CreateRecordList();
   ASSERT_NE(list, nullptr);
   EXPECT_EQ(fake_.Calls(), (Lines{"CoCreate IUnknown", "Run", "List.Query"}));
-  EXPECT_EQ(list->AddRef(), 2u);
-  EXPECT_EQ(list->Release(), 1u);
+  EXPECT_EQ(list->AddRef(), 2U);
+  EXPECT_EQ(list->Release(), 1U);
 }
 
 TEST_F(CreateRecordListTest, FailedStepIsReportedWithItsCode) {

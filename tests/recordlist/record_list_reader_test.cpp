@@ -65,11 +65,11 @@ TEST_F(RecordListReader, ValueIsTheInterfaceOfANewListAndItsOnlyOwner) {
   ASSERT_EQ(value.Tag(), VT_UNKNOWN);
   ASSERT_NE(value.Object(), nullptr);
   EXPECT_EQ(fake_.LiveObjects(), 1);
-  EXPECT_EQ(value.Object()->AddRef(), 2u);
-  EXPECT_EQ(value.Object()->Release(), 1u);
+  EXPECT_EQ(value.Object()->AddRef(), 2U);
+  EXPECT_EQ(value.Object()->Release(), 1U);
   EXPECT_EQ(static_cast<IUnknown*>(As<IRecordList>(value.Object()).get()), value.Object());
   EXPECT_NE(Read(OneCellXml(u"xsd:int", u"6")).Object(), value.Object());
-  EXPECT_EQ(fake_.TableCount(), 2u);
+  EXPECT_EQ(fake_.TableCount(), 2U);
 }
 
 TEST_F(RecordListReader, ListThatNeedsNoStartIsUsedAllTheSame) {
@@ -189,10 +189,10 @@ TEST_F(RecordListReader, ManyColumnsAndRecordsAreRead) {
   std::u16string records;
   for (int i = 0; i < 100; ++i) records += u"<i>" + cells + u"</i>";
   ReadAway(TableXml(columns, records));
-  ASSERT_EQ(fake_.Table().rows.size(), 100u);
-  ASSERT_EQ(fake_.Table().rows.back().cells.size(), 60u);
+  ASSERT_EQ(fake_.Table().rows.size(), 100U);
+  ASSERT_EQ(fake_.Table().rows.back().cells.size(), 60U);
   EXPECT_EQ(ShownValue(fake_.Table().rows.back().cells.back()), "VT_INT 7");
-  EXPECT_EQ(fake_.CallsWith("SetValue").size(), 6000u);
+  EXPECT_EQ(fake_.CallsWith("SetValue").size(), 6000U);
 }
 
 }  // namespace

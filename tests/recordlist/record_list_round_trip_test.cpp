@@ -47,7 +47,7 @@ TEST_F(RecordListRoundTrip, EveryKindOfColumnComesBack) {
                       Shown(column.displayName));
   EXPECT_EQ(columns, (Lines{"s 1 s", "b 2 b", "f 0 f", "d 4 d", "m 6 m", "u 8 u", "i 10 i", "h 11 h", "l 0 l",
                             "y 13 y", "dt 16 dt", "t 17 t", "da 18 da", "x 23 x"}));
-  ASSERT_EQ(read.rows.size(), 1u);
+  ASSERT_EQ(read.rows.size(), 1U);
   Lines cells;
   for (const Variant& cell : read.rows[0].cells) cells.push_back(ShownValue(cell));
   EXPECT_EQ(cells, (Lines{"VT_BSTR a&amp;b", "VT_BOOL -1", "VT_EMPTY", "VT_R8 -2.25",
@@ -57,13 +57,13 @@ TEST_F(RecordListRoundTrip, EveryKindOfColumnComesBack) {
 
 TEST_F(RecordListRoundTrip, EmptyListsComeBack) {
   ReadBack(TextOf(FakeTable{}));
-  EXPECT_EQ(fake_.Table().columns.size(), 0u);
-  EXPECT_EQ(fake_.Table().rows.size(), 0u);
+  EXPECT_EQ(fake_.Table().columns.size(), 0U);
+  EXPECT_EQ(fake_.Table().rows.size(), 0U);
   ReadBack(TextOf(FakeTable{{}, {FakeRow{}, FakeRow{}, FakeRow{}}}));
-  EXPECT_EQ(fake_.Table().rows.size(), 3u);
+  EXPECT_EQ(fake_.Table().rows.size(), 3U);
   ReadBack(TextOf(FakeTable{{{u"a", 10, u"A"}}, {}}));
-  EXPECT_EQ(fake_.Table().columns.size(), 1u);
-  EXPECT_EQ(fake_.Table().rows.size(), 0u);
+  EXPECT_EQ(fake_.Table().columns.size(), 1U);
+  EXPECT_EQ(fake_.Table().rows.size(), 0U);
 }
 
 TEST_F(RecordListRoundTrip, TypeNamesComeBackInTheirOneForm) {

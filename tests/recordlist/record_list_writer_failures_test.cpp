@@ -14,7 +14,7 @@ class RecordListWriterFailures : public RecordListTest {
   void ForEachCall(HRESULT code, const WideString& message, const Check& check) {
     EXPECT_EQ(WriteThrows(TwoByTwo()), "nothing");
     const Lines calls = fake_.Calls();
-    ASSERT_EQ(calls.size(), 39u);
+    ASSERT_EQ(calls.size(), 39U);
     for (std::size_t i = 0; i < calls.size(); ++i) {
       if (calls[i].find("Query") != std::string::npos) continue;
       SCOPED_TRACE(calls[i]);
@@ -80,7 +80,7 @@ TEST_F(RecordListWriterFailures, AnythingButAListIsANullReference) {
   for (const Variant& value : {Variant::FromObject(nullptr), Variant(), Variant::Null(), Int(5),
                                Text(u"<RecordList/>"), Variant::FromObject(object.get())})
     EXPECT_EQ(WriteThrows(value), kNoPointer) << ShownValue(value);
-  EXPECT_EQ(object->References(), 1u);
+  EXPECT_EQ(object->References(), 1U);
 }
 
 TEST_F(RecordListWriterFailures, FailedQuestionBringsItsCode) {

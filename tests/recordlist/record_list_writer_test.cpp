@@ -87,14 +87,14 @@ TEST_F(RecordListWriter, ReferencesAreGivenBack) {
   const IRecordListPtr list = fake_.MakeList(TwoByTwo());
   Written(Variant::FromObject(list.get()));
   EXPECT_EQ(fake_.LiveObjects(), 1);
-  EXPECT_EQ(list->AddRef(), 2u);
-  EXPECT_EQ(list->Release(), 1u);
+  EXPECT_EQ(list->AddRef(), 2U);
+  EXPECT_EQ(list->Release(), 1U);
 }
 
 TEST_F(RecordListWriter, IdIsAGuidAfterItsMark) {
   const std::string text = Written(FakeTable{});
   const std::string id = IdOf(text);
-  ASSERT_EQ(id.size(), 41u) << text;
+  ASSERT_EQ(id.size(), 41U) << text;
   EXPECT_TRUE(IsGuid(id.substr(5))) << id;
   EXPECT_NE(text.find("targetNamespace=\"" + id + "\""), std::string::npos);
   EXPECT_NE(text.find("xmlns:tns=\"" + id + "\""), std::string::npos);
@@ -173,7 +173,7 @@ TEST_F(RecordListWriter, CountOfColumnsIsTakenOnce) {
   fake_.SayCount(1);
   EXPECT_EQ(Plain(TwoByTwo()), Document(Column("a", "xsd:int", "A"),
                                         "<q1:Record><a>5</a></q1:Record><q1:Record><a>6</a></q1:Record>"));
-  EXPECT_EQ(fake_.CallsWith("GetCount").size(), 1u);
+  EXPECT_EQ(fake_.CallsWith("GetCount").size(), 1U);
 }
 
 TEST_F(RecordListWriter, NegativeCountIsNoColumns) {

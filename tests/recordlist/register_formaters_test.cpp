@@ -51,7 +51,7 @@ TEST_F(RegisterFormatersTest, EachNameHasItsOwnFormaterOfItsType) {
       formaters.insert(formater);
     }
   }
-  EXPECT_EQ(formaters.size(), 27u);
+  EXPECT_EQ(formaters.size(), 27U);
 }
 
 TEST_F(RegisterFormatersTest, OtherNamesHaveNone) {

@@ -42,7 +42,7 @@ class SerializerTest : public testing::Test {
 
 TEST_F(SerializerTest, CanBeDeletedThroughItsClassAndHasNoTextAtFirst) {
   EXPECT_TRUE(std::has_virtual_destructor<CXMLRecordListSerializerStr>::value);
-  EXPECT_EQ(serializer_.TakeText().size(), 0u);
+  EXPECT_EQ(serializer_.TakeText().size(), 0U);
 }
 
 TEST_F(SerializerTest, ListNamesItsNamespaces) {
@@ -146,7 +146,7 @@ TEST(NewSchemaId, IsAGuidWithoutBracesAfterItsMark) {
 TEST(NewSchemaId, EachCallMakesANewOne) {
   std::set<std::string> ids;
   for (int i = 0; i < 100; ++i) ids.insert(Shown(NewSchemaId()));
-  EXPECT_EQ(ids.size(), 100u);
+  EXPECT_EQ(ids.size(), 100U);
 }
 
 }  // namespace

@@ -97,7 +97,7 @@ TEST(RegistryText, FirstDamageIsReportedWithItsLine) {
 TEST(RegistryText, ManyValuesOfALongKeyTakeNoLongTime) {
   std::string bytes = "[HKEY_LOCAL_MACHINE\\" + std::string(500000, 'k') + "]\n";
   for (int i = 0; i < 100000; ++i) bytes += "@=\"\"\n";
-  EXPECT_EQ(ParseRegistryFile(bytes).entries.size(), 1u);
+  EXPECT_EQ(ParseRegistryFile(bytes).entries.size(), 1U);
 }
 
 TEST(RegistryFind, KeyMatchesInAnyAsciiCaseAndAsAWhole) {

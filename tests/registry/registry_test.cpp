@@ -76,7 +76,7 @@ class RegistryEnvironmentTest : public RegistryTest {
 };
 
 TEST_F(RegistryEnvironmentTest, WithoutVariablesOnlyTheInstalledFileIsThere) {
-  ASSERT_EQ(Paths().size(), 1u);
+  ASSERT_EQ(Paths().size(), 1U);
   const std::string end = "/share/quorvane/registry.reg";
   const std::string path = Paths()[0];
   ASSERT_GT(path.size(), end.size());
@@ -88,7 +88,7 @@ TEST_F(RegistryEnvironmentTest, FilesAreInTheirOrder) {
   named_.Set("a.reg");
   config_.Set("/config");
   home_.Set("/home/me");
-  ASSERT_EQ(Paths().size(), 3u);
+  ASSERT_EQ(Paths().size(), 3U);
   EXPECT_EQ(Paths()[0], "a.reg");
   EXPECT_EQ(Paths()[1], "/config/quorvane/registry.reg");
 }
@@ -97,7 +97,7 @@ TEST_F(RegistryEnvironmentTest, HomeReplacesTheConfigDirectory) {
   home_.Set("/home/me");
   for (const char* value : {static_cast<const char*>(nullptr), "", "relative/dir"}) {
     config_.Set(value);
-    ASSERT_EQ(Paths().size(), 2u);
+    ASSERT_EQ(Paths().size(), 2U);
     EXPECT_EQ(Paths()[0], "/home/me/.config/quorvane/registry.reg");
   }
 }
@@ -107,7 +107,7 @@ TEST_F(RegistryEnvironmentTest, EmptyAndRelativeVariablesAreLikeNone) {
   config_.Set("");
   for (const char* value : {"", "relative"}) {
     home_.Set(value);
-    EXPECT_EQ(Paths().size(), 1u);
+    EXPECT_EQ(Paths().size(), 1U);
   }
 }
 
@@ -135,7 +135,7 @@ TEST_F(RegistryEnvironmentTest, DamageIsReportedAndTheFileCountsAsAbsent) {
   EXPECT_EQ(layers[0].damage, "line 2: neither a section nor a value nor a comment");
   EXPECT_TRUE(layers[0].entries.empty());
   EXPECT_EQ(layers[1].damage, "");
-  ASSERT_EQ(layers[1].entries.size(), 1u);
+  ASSERT_EQ(layers[1].entries.size(), 1U);
   EXPECT_EQ(layers[1].entries[0].key, kKey);
   EXPECT_EQ(layers[1].entries[0].value, u"user");
 }
@@ -181,7 +181,7 @@ TEST_F(RegistryTest, LongestFileIsOneMebibyteReadAndWritten) {
 TEST_F(RegistryTest, NewFileIsReadableForAllAndNothingElseIsLeft) {
   EXPECT_EQ(Write(u"x"), At("named.reg"));
   EXPECT_EQ(directory_.Read("named.reg"), Saying("x"));
-  EXPECT_EQ(ModeOf(At("named.reg")), 0644u);
+  EXPECT_EQ(ModeOf(At("named.reg")), 0644U);
   EXPECT_EQ(directory_.Count(), 1);
 }
 
@@ -189,7 +189,7 @@ TEST_F(RegistryTest, ModeOfAnOldFileIsKept) {
   directory_.Write("named.reg", "; c\n");
   ASSERT_EQ(chmod(At("named.reg").c_str(), 0640), 0);
   Write(u"x");
-  EXPECT_EQ(ModeOf(At("named.reg")), 0640u);
+  EXPECT_EQ(ModeOf(At("named.reg")), 0640U);
   EXPECT_EQ(directory_.Read("named.reg"), "; c\n\n" + Saying("x"));
 }
 
@@ -200,8 +200,8 @@ TEST_F(RegistryTest, RootLeavesAUsersFileToTheUser) {
   Write(u"x");
   struct stat facts {};
   ASSERT_EQ(stat(path.c_str(), &facts), 0);
-  EXPECT_EQ(facts.st_uid, 65534u);
-  EXPECT_EQ(facts.st_gid, 65533u);
+  EXPECT_EQ(facts.st_uid, 65534U);
+  EXPECT_EQ(facts.st_gid, 65533U);
 }
 
 TEST_F(RegistryTest, NoDescriptorStaysOpen) {
@@ -235,7 +235,7 @@ TEST_F(RegistryTest, DirectoriesOfTheUserAreMadeForTheUserOnly) {
   EXPECT_EQ(WriteToRegistry(lower_, kKey, u"x"), At(kUserFile));
   umask(old);
   for (const char* directory : {"home/config", "home/config/quorvane"})
-    EXPECT_EQ(ModeOf(At(directory)), 0700u);
+    EXPECT_EQ(ModeOf(At(directory)), 0700U);
   EXPECT_EQ(directory_.Read(kUserFile), Saying("x"));
 }
 

@@ -50,7 +50,7 @@ TEST(RegistryClasses, RootOfClassesIsAPartOfTheMachines) {
       "[HKEY_CLASSES_ROOT\\A.B\\CLSID]|@='1'|'N'='2'|[hkey_classes_root]|@='3'|[M\\SOFTWARE\\CLASSES\\a."
       "b\\clsid]|@='4'|";
   const RegistryContent content = ParseRegistryFile(File(file));
-  ASSERT_EQ(content.entries.size(), 2u);
+  ASSERT_EQ(content.entries.size(), 2U);
   EXPECT_EQ(Shown(content.entries[0].key), "SOFTWARE\\Classes\\A.B\\CLSID");
   EXPECT_EQ(Shown(content.entries[0].value), "4");
   EXPECT_EQ(Shown(content.entries[1].key), "SOFTWARE\\Classes");

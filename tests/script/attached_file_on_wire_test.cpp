@@ -79,7 +79,7 @@ TEST_F(AttachedFileOnWire, FailureAfterAFileKeepsItsTicket) {
 TEST_F(AttachedFileOnWire, FaultOfTheNestedCallFailsTheCall) {
   http_.Answer(FaultAnswer(u"no room"));
   EXPECT_EQ(RunThrows(One()), Refused("no room"));
-  EXPECT_EQ(http_.Bodies().size(), 1u);
+  EXPECT_EQ(http_.Bodies().size(), 1U);
 }
 
 TEST_F(AttachedFileOnWire, TypeNameMatchesInAnyCase) {
@@ -95,7 +95,7 @@ TEST_F(AttachedFileOnWire, FileUnderAnotherTypeNameIsNotUploaded) {
     ExpectRefused(Foreign(Object(file_), name));
   EXPECT_EQ(TicketOf(file_), "<null>, 0");
   EXPECT_EQ(Sent(Foreign(Object(file_), u"boolean")).find("FileTicket"), std::string::npos);
-  EXPECT_EQ(http_.Bodies().size(), 1u);
+  EXPECT_EQ(http_.Bodies().size(), 1U);
 }
 
 TEST_F(AttachedFileOnWire, ValueThatIsNotAFileIsAnUnknownProblem) {
@@ -105,7 +105,7 @@ TEST_F(AttachedFileOnWire, ValueThatIsNotAFileIsAnUnknownProblem) {
     SCOPED_TRACE(value.Tag());
     ExpectRefused(Foreign(value, u"AttachedFile"), kUnknownProblem);
   }
-  EXPECT_EQ(object->References(), 1u);
+  EXPECT_EQ(object->References(), 1U);
 }
 
 TEST_F(AttachedFileOnWire, MissingKeyOfTheUploadIsRefused) {
@@ -119,7 +119,7 @@ TEST_F(AttachedFileOnWire, ReferencesAreGivenBack) {
   Sent(Foreign(Object(file), u"AttachedFile"));
   http_.Fail(HttpStep::kOpen, E_FAIL, u"no route", 4);
   EXPECT_EQ(RunThrows(Foreign(Object(file), u"AttachedFile")), kNoSoapCall);
-  EXPECT_EQ(file->References(), 1u);
+  EXPECT_EQ(file->References(), 1U);
 }
 
 }  // namespace

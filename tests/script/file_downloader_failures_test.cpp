@@ -32,7 +32,7 @@ TEST_F(DownloadFailure, EachFailedCallEndsTheDownload) {
   http_.AnswerNamed(u"a.txt");
   EXPECT_EQ(DownloadThrows(u"http://files/f", u""), "nothing");
   const Lines calls = http_.Calls();
-  ASSERT_EQ(calls.size(), 12u);
+  ASSERT_EQ(calls.size(), 12U);
   for (std::size_t i = 0; i < calls.size(); ++i) {
     for (const WideString& message : {WideString(u"line cut"), WideString()}) {
       FakeHttp http;
@@ -71,7 +71,7 @@ TEST_F(DownloadFailure, PathOfARefusedFileIsReported) {
 TEST_F(DownloadFailure, NullRequestIsAMissingReference) {
   http_.GiveNullRequest();
   EXPECT_EQ(DownloadThrows(), kNoPointer);
-  EXPECT_EQ(http_.Calls().size(), 5u);
+  EXPECT_EQ(http_.Calls().size(), 5U);
 }
 
 TEST_F(DownloadFailure, TextThatIsNotAUrlIsAMissingReference) {
@@ -132,7 +132,7 @@ TEST_F(DownloadFailure, NoFileOrNewDirectoryStays) {
     http.AnswerNamed(u"a.txt");
     http.Fail(HttpStep::kReadToFile, HTTP_E_CUT_OFF, u"cut off");
     EXPECT_EQ(DownloadThrows(u"http://files/f", target), Refused("cut off"));
-    EXPECT_EQ(http.CallsNamed("ReadToFile").size(), 1u);
+    EXPECT_EQ(http.CallsNamed("ReadToFile").size(), 1U);
     EXPECT_EQ(files_.Count(), 0);
   }
 }

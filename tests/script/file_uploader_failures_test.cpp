@@ -17,7 +17,7 @@ class UploadFailure : public UploadFixture {
   void ExpectUnsent(FakeAttachedFile* file, const Lines& log) {
     EXPECT_EQ(UploadThrows(file), kUnknownProblem);
     EXPECT_TRUE(http_.Calls().empty());
-    EXPECT_EQ(file->References(), 1u);
+    EXPECT_EQ(file->References(), 1U);
     EXPECT_EQ(file->Log(), log);
   }
   FakeAttachedFilePtr fake_{new FakeAttachedFile(&http_, u"/a")};

@@ -58,7 +58,7 @@ TEST_F(FileUploader, CookieIsSentWithBothRequestsUnlessItIsEmpty) {
     Ticket();
   }
   EXPECT_TRUE(http_.CallsNamed("SetHeader(Cookie").empty());
-  EXPECT_EQ(http_.CallsNamed("SetHeader(usid").size(), 2u);
+  EXPECT_EQ(http_.CallsNamed("SetHeader(usid").size(), 2U);
   FakeHttp http;
   http.Answer(UrlAnswer(u"http://files:81/up?ticket=t1"));
   http.AnswerFile();
@@ -87,7 +87,7 @@ TEST_F(FileUploader, ProxyIsForTheFileOnlyAndWithoutItsPort) {
 }
 
 TEST_F(FileUploader, AbsentProxyIsEmptyAndNotNull) {
-  ASSERT_EQ(map_.count(u"Proxy"), 0u);
+  ASSERT_EQ(map_.count(u"Proxy"), 0U);
   Ticket();
   EXPECT_EQ(http_.CallsNamed("Open("),
             (Lines{"Open(http, srv, 8080, <null>, <null>, )", "Open(http, files, 81, <null>, <null>, )"}));
@@ -147,7 +147,7 @@ TEST_F(FileUploader, FileIsAskedForThisAndNothingElse) {
   Upload(fake_.get());
   EXPECT_EQ(fake_->Log(), (Lines{"get_Filename after 0", "IsTicketId after 0", "put_TicketId(t1) after 14"}));
   EXPECT_EQ(fake_->Flag(), VARIANT_TRUE);
-  EXPECT_EQ(fake_->References(), 1u);
+  EXPECT_EQ(fake_->References(), 1U);
 }
 
 TEST_F(FileUploader, FlagIsClearBeforeTheNestedCallIsSent) {
@@ -156,7 +156,7 @@ TEST_F(FileUploader, FlagIsClearBeforeTheNestedCallIsSent) {
   Upload(fake_.get());
   EXPECT_EQ(fake_->Log(), (Lines{"get_Filename after 0", "IsTicketId after 0", "get_TicketId after 0",
                                  "put_TicketId(t1) after 14"}));
-  EXPECT_EQ(fake_->References(), 1u);
+  EXPECT_EQ(fake_->References(), 1U);
 }
 
 TEST_F(FileUploader, AnyFlagButZeroMeansATicket) {

@@ -55,7 +55,7 @@ TEST_F(ParametersOnWire, ListIsAskedInThisOrderAndGivenBack) {
                                                             ParameterElement("b", "xsd:int", "2"))));
   EXPECT_EQ(log_, (FakeLog{"Size", "Find(0)", "get_ParamValue", "get_ParamKey", "get_ParamTypeAsString",
                            "Find(1)", "get_ParamValue", "get_ParamKey", "get_ParamTypeAsString"}));
-  EXPECT_EQ(list->References(), 1u);
+  EXPECT_EQ(list->References(), 1U);
 }
 
 TEST_F(ParametersOnWire, NegativeSizeIsWrittenAndHasNoElements) {

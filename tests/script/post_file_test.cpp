@@ -46,7 +46,7 @@ TEST_F(PostFile, FailureBeforeTheRequestIsAMissingReference) {
 TEST_F(PostFile, NullRequestIsAMissingReference) {
   http_.GiveNullRequest();
   EXPECT_EQ(PostThrows(), kNoPointer);
-  EXPECT_EQ(http_.Calls().size(), 5u);
+  EXPECT_EQ(http_.Calls().size(), 5U);
 }
 
 TEST_F(PostFile, RequestThatComesWithAFailureIsNotUsed) {

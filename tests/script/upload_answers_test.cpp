@@ -87,7 +87,7 @@ TEST_F(UploadAnswer, BrokenEnvelopeHasTheParsersPlace) {
 TEST_F(UploadAnswer, UrlWithoutATicketIsUsedAllTheSame) {
   EXPECT_EQ(Ticket(u"http://files/up"), "<null>");
   EXPECT_EQ(http_.Opens().back(), "Open(http, files, 80, , , )");
-  EXPECT_EQ(http_.CallsNamed("SendFile").size(), 1u);
+  EXPECT_EQ(http_.CallsNamed("SendFile").size(), 1U);
   EXPECT_EQ(http_.Closes(), "RSRS");
   EXPECT_EQ(TicketOf(file_), "<null>, -1");
 }

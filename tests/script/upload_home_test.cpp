@@ -56,7 +56,7 @@ TEST_F(UploadHome, DirectoryThatIsTooLongCountsAsNone) {
   const std::string fill(128 - path.size(), 'd');
   home_.Write(fill + "/ClientScripts/UploadScript.xml", "<longest/>");
   home_.Write(fill + "d/ClientScripts/UploadScript.xml", "<long/>");
-  ASSERT_EQ((path + "/" + fill).size(), 129u);
+  ASSERT_EQ((path + "/" + fill).size(), 129U);
   EXPECT_EQ(SentFrom(path + "/" + fill), RequestOfFile("&lt;longest/&gt;\\u000A\\u000A", kNoParameters));
   EXPECT_EQ(TicketOf(file_), "t1, -1");
   const CurrentDirectory current(path);

@@ -202,7 +202,7 @@ TEST_F(ValuesOnWire, TextOfAForeignDurationIsEscapedOnce) {
   const FakeDurationPtr foreign(new FakeDuration(u"<&\"'>\u00E9"));
   EXPECT_EQ(Sent(List({{u"k", Object(foreign)}})),
             RequestWithOne("xsd:duration", "&lt;&amp;&quot;&apos;&gt;&#233;"));
-  EXPECT_EQ(foreign->References(), 1u);
+  EXPECT_EQ(foreign->References(), 1U);
 }
 
 TEST_F(ValuesOnWire, ForeignDurationWithoutATextIsRefused) {
@@ -214,7 +214,7 @@ TEST_F(ValuesOnWire, ForeignDurationWithoutATextIsRefused) {
   foreign->AnswerRaw(S_OK);
   foreign->FailGetText(E_FAIL);
   ExpectRefused(Second(Object(foreign), nullptr));
-  EXPECT_EQ(foreign->References(), 1u);
+  EXPECT_EQ(foreign->References(), 1U);
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ TEST_P(ModelExecute, NewModelEmptyIdAndClosedSessionAreNoSession) {
   AdoptSession();
   EXPECT_EQ(CloseThrows(kSessionClosed), "nothing");
   EXPECT_EQ(RunThrows(), kNoSession);
-  EXPECT_EQ(http_.Bodies().size(), 1u);
+  EXPECT_EQ(http_.Bodies().size(), 1U);
 }
 
 TEST_P(ModelExecute, ScriptIsSentWithSessionAndNilForm) {
@@ -115,14 +115,14 @@ TEST_P(ModelExecute, ListIsReadOnlyAndItsReferencesAreGivenBack) {
   list_->Put(u"a", Variant::FromInt(1), u"int");
   EXPECT_EQ(RunThrows(list_.get(), kScriptDone), "nothing");
   EXPECT_EQ(log_, (FakeLog{"Size", "Find(0)", "get_ParamValue", "get_ParamKey", "get_ParamTypeAsString"}));
-  EXPECT_EQ(list_->References(), 1u);
+  EXPECT_EQ(list_->References(), 1U);
 }
 
 TEST_P(ModelExecute, ReferencesToTheListAreGivenBackAfterAFailure) {
   AdoptSession();
   list_->FailSize(E_FAIL);
   EXPECT_EQ(RunThrows(list_.get()), kNoDocument);
-  EXPECT_EQ(list_->References(), 1u);
+  EXPECT_EQ(list_->References(), 1U);
   EXPECT_TRUE(http_.Calls().empty());
   ExpectSession(SessionState::kOpen, "u1", "");
 }
@@ -183,7 +183,7 @@ TEST_F(ModelExecuteFile, BrokenFileLeavesTheListAlone) {
   list_->Put(u"a", Variant::FromInt(1), u"int");
   EXPECT_EQ(RunFileThrows("/nowhere/script.xml", list_.get()), kNoDocument);
   EXPECT_EQ(log_, FakeLog{});
-  EXPECT_EQ(list_->References(), 1u);
+  EXPECT_EQ(list_->References(), 1U);
 }
 
 }  // namespace

@@ -135,7 +135,7 @@ TEST_F(ModelServer, ProxyArgumentsAreTextAndNumberAndLeaveEarlierValues) {
   EXPECT_TRUE(map.empty());
   model_.SetServer(u"http://srv", u"host:8080");
   model_.AddProxyArguments(map);
-  ASSERT_EQ(map.size(), 2u);
+  ASSERT_EQ(map.size(), 2U);
   EXPECT_EQ(Shown(map[u"Proxy"].Text()), "host");
   EXPECT_EQ(map[u"ProxyPort"].Tag(), VT_INT);
   EXPECT_EQ(map[u"ProxyPort"].Data().intVal, 8080);
@@ -171,10 +171,10 @@ class ModelServices : public ModelServer {
 TEST_F(ModelServices, AreHeldOnceAndAskedNothingAndNullReleasesThem) {
   for (int i = 0; i < 2; ++i) {
     model_.SetClientServices(host_->Unknown());
-    EXPECT_EQ(host_->References(), 2u);
+    EXPECT_EQ(host_->References(), 2U);
   }
   model_.SetClientServices(nullptr);
-  EXPECT_EQ(host_->References(), 1u);
+  EXPECT_EQ(host_->References(), 1U);
   EXPECT_TRUE(host_->Calls().empty());
 }
 
@@ -182,8 +182,8 @@ TEST_F(ModelServices, OthersReplaceThem) {
   const FakeHostPtr second(new FakeHost);
   model_.SetClientServices(host_->Unknown());
   model_.SetClientServices(second->Unknown());
-  EXPECT_EQ(host_->References(), 1u);
-  EXPECT_EQ(second->References(), 2u);
+  EXPECT_EQ(host_->References(), 1U);
+  EXPECT_EQ(second->References(), 2U);
   model_.SetClientServices(nullptr);
 }
 
@@ -191,14 +191,14 @@ TEST_F(ModelServices, ObjectWithoutTheInterfaceClearsThem) {
   model_.SetClientServices(host_->Unknown());
   const CountingObjectPtr stranger(new CountingObject);
   EXPECT_EQ(Thrown([&] { model_.SetClientServices(stranger.get()); }), "nothing");
-  EXPECT_EQ(host_->References(), 1u);
-  EXPECT_EQ(stranger->References(), 1u);
+  EXPECT_EQ(host_->References(), 1U);
+  EXPECT_EQ(stranger->References(), 1U);
 }
 
 TEST_F(ModelServices, OtherFailureOfTheQueryIsThrown) {
   host_->FailQuery(E_UNEXPECTED);
   EXPECT_EQ(Thrown([&] { model_.SetClientServices(host_->Unknown()); }), "_com_error 0x8000FFFF <null>");
-  EXPECT_EQ(host_->References(), 1u);
+  EXPECT_EQ(host_->References(), 1U);
 }
 
 // The end of a model.
@@ -211,7 +211,7 @@ TEST_F(ModelServices, EndReleasesTheServicesAndSendsNothing) {
     model.SetClientServices(host_->Unknown());
     model.SetUSID(u"u1");
   }
-  EXPECT_EQ(host_->References(), 1u);
+  EXPECT_EQ(host_->References(), 1U);
   EXPECT_TRUE(host_->Calls().empty());
   EXPECT_TRUE(http.Calls().empty());
 }

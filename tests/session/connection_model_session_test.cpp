@@ -75,7 +75,7 @@ TEST_F(ModelSession, SecondOpenOverwritesTheHandleAndClosesNothing) {
   EXPECT_EQ(CreateThrows(kSessionOpened), "nothing");
   EXPECT_EQ(CreateThrows(kSessionOpenedAgain), "nothing");
   EXPECT_EQ(Shown(model_.ContextHandle()), "u2");
-  EXPECT_EQ(http_.Bodies().size(), 2u);
+  EXPECT_EQ(http_.Bodies().size(), 2U);
 }
 
 TEST_F(ModelSession, HostThatFailsEndsTheOpenAtItsCall) {
@@ -145,7 +145,7 @@ TEST_F(ModelSession, CloseSendsTheHandleAndTellsTheHost) {
   EXPECT_EQ(host_->Calls(), Lines{"ClearSession()"});
   ExpectSession(SessionState::kClosed, "", "");
   EXPECT_EQ(CloseThrows(), "nothing");
-  EXPECT_EQ(http_.Bodies().size(), 1u);
+  EXPECT_EQ(http_.Bodies().size(), 1U);
   EXPECT_EQ(CreateThrows(kSessionOpenedAgain), "nothing");
   ExpectSession(SessionState::kOpen, "u2", "<null>");
 }
@@ -204,9 +204,9 @@ TEST_F(ModelSession, ServicesOutliveTheQueryInWhichTheirHostTakesThemAway) {
 
 TEST_F(ModelSession, ReferencesToTheHostAreGivenBackAfterEachCall) {
   EXPECT_EQ(CreateThrows(kSessionOpened), "nothing");
-  EXPECT_EQ(host_->References(), 2u);
+  EXPECT_EQ(host_->References(), 2U);
   EXPECT_EQ(CloseThrows(kSessionClosed), "nothing");
-  EXPECT_EQ(host_->References(), 2u);
+  EXPECT_EQ(host_->References(), 2U);
 }
 
 }  // namespace

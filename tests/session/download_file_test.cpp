@@ -39,7 +39,7 @@ TEST_F(ModelDownloadFile, SessionIsSentToTheServerOfTheUrl) {
 
 TEST_F(ModelDownloadFile, WithoutASessionTheIdIsEmptyOrNull) {
   EXPECT_EQ(PathNamed(u"a.txt"), "/t\\a.txt");
-  ASSERT_EQ(http_.CallsNamed("SetHeader(").size(), 1u);
+  ASSERT_EQ(http_.CallsNamed("SetHeader(").size(), 1U);
   const std::string header = http_.CallsNamed("SetHeader(")[0];
   EXPECT_TRUE(header == "SetHeader(usid, )" || header == "SetHeader(usid, <null>)") << header;
 }

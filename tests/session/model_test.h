@@ -32,7 +32,7 @@ class ModelTest : public testing::Test {
   void TearDown() override {
     EXPECT_EQ(http_.LiveObjects(), 0);
     model_.SetClientServices(nullptr);
-    EXPECT_EQ(host_->References(), 1u);
+    EXPECT_EQ(host_->References(), 1U);
   }
 
   // A session "u1" that was opened elsewhere: no request, no call of the host.

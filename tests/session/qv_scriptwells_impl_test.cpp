@@ -22,8 +22,8 @@ TEST_F(ClientInit, AsksForTheServicesAndThenForTheSession) {
   ExpectInit(provider_.get(), "nothing", 1, {"GetService(QvClientServices)", "GetUsid"});
   EXPECT_EQ(services_->Found(), "256 zero units");
   for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(provider_->References(), 1u);
-    EXPECT_EQ(services_->References(), 3u);  // the test, the provider, the client
+    EXPECT_EQ(provider_->References(), 1U);
+    EXPECT_EQ(services_->References(), 3U);  // the test, the provider, the client
     EXPECT_EQ(ModuleLocks(), 1);
     EXPECT_EQ(Init(), "nothing");
   }
@@ -33,13 +33,13 @@ TEST_F(ClientInit, WithoutProviderOrServicesIsANullReference) {
   const CountingObjectPtr stranger(new CountingObject);
   ExpectInit(nullptr, kNoPointer, 0, {});
   ExpectInit(stranger.get(), kNoPointer, 0, {});
-  EXPECT_EQ(stranger->References(), 1u);
+  EXPECT_EQ(stranger->References(), 1U);
   // From here on the model was made.
   provider_->Provide(nullptr);
   ExpectInit(provider_.get(), kNoPointer, 1, {"GetService(QvClientServices)"});
   provider_->Provide(stranger.get());
   ExpectInit(provider_.get(), kNoPointer, 1, {"GetService(QvClientServices)"});
-  EXPECT_EQ(stranger->References(), 2u);  // the test, the provider
+  EXPECT_EQ(stranger->References(), 2U);  // the test, the provider
   provider_->Provide(services_->Unknown());
   provider_->Fail(E_FAIL);
   ExpectInit(provider_.get(), kNoPointer, 1, {"GetService(QvClientServices)"});
@@ -48,7 +48,7 @@ TEST_F(ClientInit, WithoutProviderOrServicesIsANullReference) {
 TEST_F(ClientInit, FailedQueryBringsItsCodeBeforeTheModelIsMade) {
   services_->FailQuery(E_FAIL);
   ExpectInit(provider_.get(), "_com_error 0x80004005 <null>", 0, {"GetService(QvClientServices)"});
-  EXPECT_EQ(services_->References(), 2u);
+  EXPECT_EQ(services_->References(), 2U);
   provider_->FailQuery(E_ACCESSDENIED);
   ExpectInit(provider_.get(), "_com_error 0x80070005 <null>", 0, {});
 }
@@ -56,9 +56,9 @@ TEST_F(ClientInit, FailedQueryBringsItsCodeBeforeTheModelIsMade) {
 TEST_F(ClientInit, WithoutServicesReleasesTheEarlierOnes) {
   MakeReady();
   provider_->Provide(nullptr);
-  EXPECT_EQ(services_->References(), 2u);  // the test, the client
+  EXPECT_EQ(services_->References(), 2U);  // the test, the client
   EXPECT_EQ(Init(), kNoPointer);
-  EXPECT_EQ(services_->References(), 1u);
+  EXPECT_EQ(services_->References(), 1U);
   EXPECT_EQ(ReadModel(), kNoPointer);
 }
 
@@ -74,8 +74,8 @@ TEST_F(ClientInit, SecondOneReplacesTheServices) {
   second->Answer("GetUsid", Replaces(u"other"));
   provider_->Provide(second->Unknown());
   EXPECT_EQ(Init(), "nothing");
-  EXPECT_EQ(services_->References(), 1u);
-  EXPECT_EQ(second->References(), 3u);
+  EXPECT_EQ(services_->References(), 1U);
+  EXPECT_EQ(second->References(), 3U);
   EXPECT_EQ(SessionOfModel(), "other");
   provider_->Provide(nullptr);
 }
@@ -154,13 +154,13 @@ TEST_F(ClientLogic, ReadOfTheModelAsksForTheSessionEachTime) {
 
 TEST_F(ClientLogic, ModelHoldsTheServicesToo) {
   MakeReady();
-  EXPECT_EQ(services_->References(), 3u);
+  EXPECT_EQ(services_->References(), 3U);
   const IConnectionModelPtr model = client_->get_ConnectionModel();
-  EXPECT_EQ(services_->References(), 4u);
+  EXPECT_EQ(services_->References(), 4U);
   client_->get_ConnectionModel();
-  EXPECT_EQ(services_->References(), 4u);
+  EXPECT_EQ(services_->References(), 4U);
   client_.reset();
-  EXPECT_EQ(services_->References(), 3u);
+  EXPECT_EQ(services_->References(), 3U);
 }
 
 TEST_F(ClientLogic, ModelReportsToTheServicesAndOutlivesTheClientWithItsSession) {
@@ -205,7 +205,7 @@ TEST_F(ClientLogic, BadServerNameBringsItsMessageAndAsksNobody) {
     client_->put_ServerName(name);
     EXPECT_EQ(ReadModel(), kBadServer) << Shown(name);
     EXPECT_TRUE(log_.empty());
-    EXPECT_EQ(services_->References(), 3u);
+    EXPECT_EQ(services_->References(), 3U);
   }
   client_->put_ServerName(u"http://srv");
   EXPECT_EQ(ReadModel(), "nothing");
@@ -224,9 +224,9 @@ TEST_F(ClientLogic, ReadWithoutServicesReleasesThoseOfTheModel) {
   const IConnectionModelPtr model = client_->get_ConnectionModel();
   provider_->Provide(nullptr);
   EXPECT_EQ(Init(), kNoPointer);
-  EXPECT_EQ(services_->References(), 2u);  // the test, the model
+  EXPECT_EQ(services_->References(), 2U);  // the test, the model
   EXPECT_EQ(ReadModel(), kNoPointer);
-  EXPECT_EQ(services_->References(), 1u);
+  EXPECT_EQ(services_->References(), 1U);
   EXPECT_EQ(SessionOf(model), "u1");  // Init did not come so far as to change it
 }
 

@@ -53,7 +53,7 @@ TEST_F(ClientLogic, ReplicaIdGetsRoomFor256Units) {
   std::size_t room = 0;
   services_->Answer("GetReplicaId", [&](BStr* text) { room = StringLength(*text); });
   client_->get_ConnectionString();
-  EXPECT_EQ(room, 256u);
+  EXPECT_EQ(room, 256U);
 }
 
 TEST_F(ClientLogic, ConnectionStringNeedsInitAndNoServerName) {
@@ -92,8 +92,8 @@ TEST_F(ClientLogic, ValuesNeedNoInit) {
   EXPECT_EQ(life, 1);
   EXPECT_EQ(list->Size(&number), S_OK);
   EXPECT_EQ(number, 0);
-  EXPECT_EQ(url->AddRef(), 2u);
-  EXPECT_EQ(url->Release(), 1u);
+  EXPECT_EQ(url->AddRef(), 2U);
+  EXPECT_EQ(url->Release(), 1U);
 }
 
 TEST_F(ClientLogic, ServerNameIsKeptUnchecked) {

@@ -164,7 +164,7 @@ TEST_F(ServerConnector, EachFailedCallEndsTheExchange) {
   http_.Answer(kSessionClosed);
   Post(CQvUrl(u"http://srv/a"), u"k=v");
   const Lines calls = http_.Calls();
-  ASSERT_EQ(calls.size(), 15u);
+  ASSERT_EQ(calls.size(), 15U);
   for (std::size_t i = 0; i < calls.size(); ++i) {
     FakeHttp http;
     http.Answer(kSessionClosed);

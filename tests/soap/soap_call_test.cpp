@@ -82,7 +82,7 @@ TEST_F(SoapCall, EnvelopeOfTheActionIsSentOnceWithoutItsNull) {
   const CSOAPResponse response = Run(u"CloseUserSession", close_);
   EXPECT_EQ(http_.Bodies(), Lines{CloseSessionRequest("u1")});
   EXPECT_EQ(http_.CallsNamed("Open("), Lines{"Open(http, srv, 80, <null>, <null>, )"});
-  EXPECT_EQ(http_.CallsNamed("SetHeader(").size(), 3u);
+  EXPECT_EQ(http_.CallsNamed("SetHeader(").size(), 3U);
   EXPECT_EQ(response.Value().Tag(), VT_EMPTY);
   EXPECT_TRUE(response.Cookie().IsNull());
 }

@@ -54,7 +54,7 @@ TEST(EncodeXmlText, AllOtherUnitsBelowDeleteStay) {
   std::u16string plain;
   for (char16_t unit = 1; unit < 0x7F; ++unit)
     if (u"\"&'<>"sv.find(unit) == std::u16string_view::npos) plain += unit;
-  EXPECT_EQ(plain.size(), 121u);
+  EXPECT_EQ(plain.size(), 121U);
   EXPECT_EQ(EncodeXmlText(plain).view(), plain);
   EXPECT_EQ(EncodeXmlText(u"\x01\x0B\x1F\t\r\n").view(), u"\x01\x0B\x1F\t\r\n"sv);
 }
@@ -74,7 +74,7 @@ TEST(EncodeXmlText, LeavesItsArgument) {
 
 TEST(EncodeXmlText, HundredThousandAmpersands) {
   const WideString escaped = EncodeXmlText(std::u16string(100000, u'&'));
-  EXPECT_EQ(escaped.size(), 500000u);
+  EXPECT_EQ(escaped.size(), 500000U);
   EXPECT_TRUE(escaped.view() == Repeated(u"&amp;", 100000));
 }
 

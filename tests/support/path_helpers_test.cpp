@@ -91,14 +91,14 @@ TEST(MakeDirectory, OnlyTheUserMayEnterWhateverTheUmask) {
     const Umask umask(mask);
     const std::string path = directory.Path("m" + std::to_string(mask));
     EXPECT_EQ(MakeDirectory(FromUtf8(path)), 0);
-    EXPECT_EQ(ModeOf(path), 0700u) << "umask " << mask;
+    EXPECT_EQ(ModeOf(path), 0700U) << "umask " << mask;
   }
 }
 
 TEST(MakeDirectory, BackslashesBecomeNativeAndTextIsUtf8) {
   const TemporaryDirectory directory;
   EXPECT_EQ(MakeDirectory(FromUtf8(directory.Path() + "\\\xC3\xA9")), 0);
-  EXPECT_EQ(ModeOf(directory.Path("\xC3\xA9")), 0700u);
+  EXPECT_EQ(ModeOf(directory.Path("\xC3\xA9")), 0700U);
 }
 
 TEST(MakeDirectory, FailureLeavesItsReasonInErrno) {
@@ -123,7 +123,7 @@ TEST_F(TempDirectoryTest, SubdirectoryIsMadeUnderANewName) {
   EXPECT_NE(first, second);
   for (const WideString& path : {first, second, third}) {
     EXPECT_EQ(WithoutGuids(ToUtf8(path)), directory.Path() + "\\GUID");
-    EXPECT_EQ(ModeOf(NativePath(path)), 0700u);
+    EXPECT_EQ(ModeOf(NativePath(path)), 0700U);
   }
   EXPECT_EQ(directory.Count(), 3);
 }
@@ -161,7 +161,7 @@ TEST_F(HomeDirectoryTest, IsWhatTheRegistrySays) {
 TEST_F(HomeDirectoryTest, LongestThatTheReaderHolds) {
   const std::string longest = "/" + std::string(126, 'x') + "\xC3\xA9!";
   Say(longest);
-  EXPECT_EQ(GetHomeDirectory().size(), 129u);
+  EXPECT_EQ(GetHomeDirectory().size(), 129U);
   EXPECT_EQ(GetHomeDirectory(), FromUtf8(longest));
   Say(longest + "y");
   EXPECT_TRUE(GetHomeDirectory().IsEmpty());

@@ -74,7 +74,7 @@ TEST(TokenizeString, WithoutSeparatorThereIsNothing) {
                           {u":/", u"://"},         {u"a:/b", u"://"}};
   for (const Unsplit& row : rows) {
     std::vector<WideString> tokens = {u"old", u"older"};
-    EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), 0u) << Shown(WideString(row.text));
+    EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), 0U) << Shown(WideString(row.text));
     EXPECT_TRUE(tokens.empty()) << Shown(WideString(row.text));
   }
 }
@@ -84,8 +84,8 @@ TEST(TokenizeString, SeparatorAtTheStartGivesZeroAndOneEmptyToken) {
       {u";a;b", u";"}, {u";", u";"}, {u";;;", u";"}, {u"://srv/a", u"://"}, {u"://", u"://"}};
   for (const Unsplit& row : rows) {
     std::vector<WideString> tokens = {u"old", u"older"};
-    EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), 0u) << Shown(WideString(row.text));
-    ASSERT_EQ(tokens.size(), 1u) << Shown(WideString(row.text));
+    EXPECT_EQ(TokenizeString(row.text, row.separator, tokens), 0U) << Shown(WideString(row.text));
+    ASSERT_EQ(tokens.size(), 1U) << Shown(WideString(row.text));
     EXPECT_TRUE(tokens[0].IsEmpty()) << Shown(WideString(row.text));
     EXPECT_FALSE(tokens[0].IsNull()) << Shown(WideString(row.text));
   }
@@ -93,14 +93,14 @@ TEST(TokenizeString, SeparatorAtTheStartGivesZeroAndOneEmptyToken) {
 
 TEST(TokenizeString, OldTokensAreCleared) {
   std::vector<WideString> tokens = {u"old", u"older", u"oldest", u"more", u"most"};
-  EXPECT_EQ(TokenizeString(u"a=b", u"=", tokens), 2u);
-  EXPECT_LE(tokens.size(), 3u);
+  EXPECT_EQ(TokenizeString(u"a=b", u"=", tokens), 2U);
+  EXPECT_LE(tokens.size(), 3U);
   EXPECT_EQ(tokens[0], u"a");
 }
 
 TEST(TokenizeString, EmptyPieceIsNotNull) {
   std::vector<WideString> tokens;
-  ASSERT_EQ(TokenizeString(u"Password=", u"=", tokens), 2u);
+  ASSERT_EQ(TokenizeString(u"Password=", u"=", tokens), 2U);
   EXPECT_TRUE(tokens[1].IsEmpty());
   EXPECT_FALSE(tokens[1].IsNull());
 }
@@ -109,7 +109,7 @@ TEST(TokenizeString, ManyPieces) {
   std::u16string text;
   for (int i = 0; i < 10000; ++i) text += u"ab;";
   std::vector<WideString> tokens;
-  EXPECT_EQ(TokenizeString(text, u";", tokens), 10001u);
+  EXPECT_EQ(TokenizeString(text, u";", tokens), 10001U);
   EXPECT_EQ(tokens[9999], u"ab");
   EXPECT_TRUE(tokens[10000].IsEmpty());
 }

@@ -14,7 +14,7 @@ using std::literals::string_view_literals::operator""sv;
 
 TEST(WideTextStream, FreshOneIsEmpty) {
   const WideTextStream stream;
-  EXPECT_EQ(stream.size(), 0u);
+  EXPECT_EQ(stream.size(), 0U);
   EXPECT_EQ(stream.view(), u""sv);
 }
 
@@ -25,7 +25,7 @@ TEST(WideTextStream, AppendsAsItStands) {
   stream.Append(u"x\0y"sv);
   stream.Append(u"\u00E9\xD800"sv);
   EXPECT_EQ(stream.view(), u"<a>x\0y\u00E9\xD800"sv);
-  EXPECT_EQ(stream.size(), 8u);
+  EXPECT_EQ(stream.size(), 8U);
 }
 
 TEST(WideTextStream, AppendsEscapedOnceAndTwiceUpToANullUnit) {
@@ -83,7 +83,7 @@ TEST(WideTextStream, IsEmptyAfterTheTextIsTaken) {
   stream.Append(u"abc");
   const WideString first = stream.TakeText();
   EXPECT_EQ(first.data()[3], u'\0');
-  EXPECT_EQ(stream.size(), 0u);
+  EXPECT_EQ(stream.size(), 0U);
   EXPECT_EQ(stream.view(), u""sv);
   EXPECT_TRUE(stream.TakeText().IsEmpty());
   stream.Append(u"XY");
@@ -108,7 +108,7 @@ TEST(WideTextStream, GrowsThroughEveryLength) {
 TEST(WideTextStream, HundredThousandAmpersandsTwice) {
   WideTextStream stream;
   stream.AppendTwiceEncoded(std::u16string(100000, u'&'));
-  ASSERT_EQ(stream.size(), 900000u);
+  ASSERT_EQ(stream.size(), 900000U);
   for (std::size_t at = 0; at < 900000; at += 9) ASSERT_EQ(stream.view().substr(at, 9), u"&amp;amp;"sv) << at;
 }
 

@@ -66,7 +66,7 @@ TEST(EQvException, CopyKeepsMessageAndCode) {
   const EQvException error(u"message", 5);
   const EQvException copy(error);
   EXPECT_EQ(copy.Description(), u"message");
-  EXPECT_EQ(static_cast<std::uint32_t>(copy.Code()), 0x80040005u);
+  EXPECT_EQ(static_cast<std::uint32_t>(copy.Code()), 0x80040005U);
 }
 
 }  // namespace

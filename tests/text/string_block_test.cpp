@@ -45,7 +45,7 @@ struct Block {
 TEST(StringBlock, FreshBlockIsEmptyWithOneOwner) {
   const Block block(10);
   ASSERT_NE(block.text, nullptr);
-  EXPECT_EQ(StringLength(block.text), 0u);
+  EXPECT_EQ(StringLength(block.text), 0U);
   EXPECT_FALSE(IsShared(block.text));
 }
 

@@ -62,7 +62,7 @@ TEST(Utf8, MalformedBytesBecomeReplacementsAndNothingElse) {
         "\xF4\x90\x80\x80"sv, "\xF8\x88\x80\x80\x80"sv}) {
     const WideString text = FromUtf8("a" + std::string(bad) + "z");
     SCOPED_TRACE(testing::PrintToString(text));
-    ASSERT_GE(text.size(), 3u);
+    ASSERT_GE(text.size(), 3U);
     EXPECT_EQ(text.view().front(), u'a');
     EXPECT_EQ(text.view().back(), u'z');
     const std::u16string_view inside = text.view().substr(1, text.size() - 2);

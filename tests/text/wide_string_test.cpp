@@ -18,7 +18,7 @@ using std::literals::string_view_literals::operator""sv;
 TEST(RawString, UnitsAreCopiedAndClosedWithNull) {
   BStr text = AllocString(u"a\0b!", 3);
   ASSERT_NE(text, nullptr);
-  EXPECT_EQ(StringLength(text), 3u);
+  EXPECT_EQ(StringLength(text), 3U);
   EXPECT_EQ(std::u16string_view(text, 3), u"a\0b"sv);
   EXPECT_EQ(text[3], u'\0');
   FreeString(text);
@@ -27,7 +27,7 @@ TEST(RawString, UnitsAreCopiedAndClosedWithNull) {
 TEST(RawString, WithoutUnitsTheBlockIsAllZero) {
   BStr text = AllocString(nullptr, 256);
   ASSERT_NE(text, nullptr);
-  EXPECT_EQ(StringLength(text), 256u);
+  EXPECT_EQ(StringLength(text), 256U);
   EXPECT_EQ(std::u16string_view(text, 257), std::u16string(257, u'\0'));
   FreeString(text);
 }
@@ -35,7 +35,7 @@ TEST(RawString, WithoutUnitsTheBlockIsAllZero) {
 TEST(RawString, LengthZeroIsNotNull) {
   BStr text = AllocString(u"", 0);
   ASSERT_NE(text, nullptr);
-  EXPECT_EQ(StringLength(text), 0u);
+  EXPECT_EQ(StringLength(text), 0U);
   EXPECT_EQ(text[0], u'\0');
   FreeString(text);
 }
@@ -46,7 +46,7 @@ TEST(RawString, LengthThatNoMemoryHoldsGivesNull) {
 }
 
 TEST(RawString, NullHasNoLengthAndMayBeFreed) {
-  EXPECT_EQ(StringLength(nullptr), 0u);
+  EXPECT_EQ(StringLength(nullptr), 0U);
   EXPECT_NO_FATAL_FAILURE(FreeString(nullptr));
 }
 
@@ -67,7 +67,7 @@ TEST(WideString, FreshOneIsNull) {
   const WideString text;
   EXPECT_TRUE(text.IsNull());
   EXPECT_TRUE(text.IsEmpty());
-  EXPECT_EQ(text.size(), 0u);
+  EXPECT_EQ(text.size(), 0U);
   EXPECT_EQ(text.data(), nullptr);
   EXPECT_EQ(text.view(), u""sv);
 }
@@ -86,9 +86,9 @@ TEST(WideString, OnlyANullPointerIsNull) {
 TEST(WideString, PointerIsReadUpToTheFirstNullAndAViewWithAllUnits) {
   EXPECT_EQ(WideString(u"ab\0cd").view(), u"ab"sv);
   EXPECT_EQ(WideString(u"ab\0cd\0"sv).view(), u"ab\0cd\0"sv);
-  EXPECT_EQ(WideString(std::u16string(u"ab\0cd", 5)).size(), 5u);
+  EXPECT_EQ(WideString(std::u16string(u"ab\0cd", 5)).size(), 5U);
   EXPECT_EQ(WideString(std::u16string_view(u"abcdef").substr(0, 3)).data()[3], u'\0');
-  EXPECT_EQ(WideString(u"\U0001F600").size(), 2u);
+  EXPECT_EQ(WideString(u"\U0001F600").size(), 2U);
 }
 
 TEST(WideString, CopySharesTheText) {

@@ -129,7 +129,7 @@ TEST_F(ModelsOnThreads, EndWithoutHarmWhereThereIsNoHold) {
       for (int j = 0; j < 20; ++j) CreateConnectionModel(server, u"", nullptr);
     });
   for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(server_.Connections(), 0u);
+  EXPECT_EQ(server_.Connections(), 0U);
 }
 
 }  // namespace

@@ -99,7 +99,7 @@ TEST(ParameterImpl, ObjectIsNamedByItsInterface) {
 TEST(ParameterImpl, OtherObjectsHaveANullTypeName) {
   AskedObject neither;
   EXPECT_TRUE(TypeNameOf(Variant::FromObject(&neither)).IsNull());
-  ASSERT_EQ(neither.asked.size(), 2u);
+  ASSERT_EQ(neither.asked.size(), 2U);
   EXPECT_TRUE(neither.asked[0] == IID_IAttachedFile);
   EXPECT_TRUE(neither.asked[1] == IID_IDuration);
   EXPECT_TRUE(TypeNameOf(Variant::FromObject(nullptr)).IsNull());
@@ -129,12 +129,12 @@ TEST(ParameterImpl, DispatchObjectIsStoredAsUnknown) {
   {
     ParameterImpl parameter;
     parameter.SetValues(u"key", UnderDispatch(&object));
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
     EXPECT_EQ(parameter.get_ParamValue().Tag(), VT_UNKNOWN);
     EXPECT_EQ(parameter.get_ParamValue().Object(), &object);
     EXPECT_EQ(parameter.get_ParamTypeAsString(), u"duration");
   }
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
 }
 
 TEST(ParameterImpl, NullDispatchObjectIsStoredAsUnknown) {
@@ -150,14 +150,14 @@ TEST(ParameterImpl, ObjectIsSharedAndReleased) {
   {
     ParameterImpl parameter;
     parameter.SetValues(u"key", Variant::FromObject(&object));
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
     const Variant read = parameter.get_ParamValue();
-    EXPECT_EQ(object.count, 3u);
+    EXPECT_EQ(object.count, 3U);
     parameter.SetValues(u"key", Variant());
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
     EXPECT_EQ(read.Object(), &object);
   }
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
 }
 
 TEST(ParameterImpl, ValueThatCannotBeCopiedReplacesTheKeyOnly) {

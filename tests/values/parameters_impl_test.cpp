@@ -142,22 +142,22 @@ TEST(ParametersImpl, FoundParameterOutlivesClear) {
   const IParameterPtr found = list.Find(1);
   list.Clear();
   EXPECT_EQ(KeyOf(found), u"b");
-  EXPECT_EQ(found->AddRef(), 2u) << "the list still holds a reference";
+  EXPECT_EQ(found->AddRef(), 2U) << "the list still holds a reference";
   found->Release();
 }
 
 TEST(ParametersImpl, EachReferenceIsCounted) {
   ParametersImpl list;
   const IParameterPtr added = list.Add(u"key", Variant());
-  EXPECT_EQ(added->AddRef(), 3u);  // the list's, ours, this one
+  EXPECT_EQ(added->AddRef(), 3U);  // the list's, ours, this one
   added->Release();
   {
     const IParameterPtr found = list.Find(0);
-    EXPECT_EQ(added->AddRef(), 4u);
+    EXPECT_EQ(added->AddRef(), 4U);
     added->Release();
   }
   list.Remove(0);
-  EXPECT_EQ(added->AddRef(), 2u);
+  EXPECT_EQ(added->AddRef(), 2U);
   added->Release();
 }
 
@@ -167,11 +167,11 @@ TEST(ParametersImpl, ValuesAreReleasedWithTheList) {
     ParametersImpl list;
     list.Add(u"a", Variant::FromObject(&object));
     list.Add(u"b", Variant::FromObject(&object));
-    EXPECT_EQ(object.count, 3u);
+    EXPECT_EQ(object.count, 3U);
     list.Remove(0);
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
   }
-  EXPECT_EQ(object.count, 1u);
+  EXPECT_EQ(object.count, 1U);
 }
 
 TEST(ParametersImpl, HoldsManyParametersInOrder) {

@@ -30,7 +30,7 @@ class ValuedObject final : public IDispatch {
   ValuedObject& operator=(const ValuedObject&) = delete;
   ~ValuedObject() {
     value_.Clear();
-    EXPECT_EQ(count, 1u) << "references were left or lost";
+    EXPECT_EQ(count, 1U) << "references were left or lost";
   }
   void Fail(HRESULT code) { code_ = code; }
   void OnAsked(std::function<void()> call) { onAsked_ = std::move(call); }

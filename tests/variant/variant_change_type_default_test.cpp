@@ -89,7 +89,7 @@ TEST(VariantChangeTypeDefault, ObjectThatIsReleasedMeanwhileIsKept) {
   Variant source = FromDispatch(&object);
   object.OnAsked([&] {
     source.Clear();
-    EXPECT_GE(object.count, 2u);
+    EXPECT_GE(object.count, 2U);
   });
   Variant result;
   EXPECT_EQ(VariantChangeType(&result, source, VT_I4), S_OK);

@@ -37,11 +37,11 @@ void ExpectSound(const Variant& source, VARTYPE tag) {
   ASSERT_TRUE(IsKnownCode(code)) << ShownValue(source) << " to " << tag << ": " << code;
   if (Failed(code)) {
     ASSERT_EQ(destination.Object(), &old) << ShownValue(source) << " to " << tag;
-    ASSERT_EQ(old.count, 2u);
+    ASSERT_EQ(old.count, 2U);
     return;
   }
   ASSERT_EQ(destination.Tag(), tag) << ShownValue(source);
-  ASSERT_EQ(old.count, 1u);
+  ASSERT_EQ(old.count, 1U);
   Variant again;
   ASSERT_EQ(VariantChangeType(&again, source, tag), S_OK);
   ASSERT_TRUE(IsSame(again, destination)) << ShownValue(source) << " to " << tag;
@@ -135,7 +135,7 @@ TEST(VariantChangeTypeProperty, ObjectsOfAllMannersAreSound) {
     ValuedObject object(answer);
     ExpectSoundEverywhere(Variant::FromObject(&object));
     ExpectSoundEverywhere(FromDispatch(&object));
-    ASSERT_EQ(object.count, 1u);
+    ASSERT_EQ(object.count, 1U);
   }
 }
 

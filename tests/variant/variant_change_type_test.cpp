@@ -15,7 +15,7 @@ TEST(VariantChangeType, OwnTagIsACopy) {
     Variant held;
     EXPECT_EQ(VariantChangeType(&held, Variant::FromObject(&object), VT_UNKNOWN), S_OK);
     EXPECT_EQ(held.Object(), &object);
-    EXPECT_EQ(object.count, 2u);
+    EXPECT_EQ(object.count, 2U);
   }
 }
 

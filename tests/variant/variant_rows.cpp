@@ -51,7 +51,7 @@ void ExpectRefusal(HRESULT code, VARTYPE tag, const Variant& source) {
   ValuedObject object;
   Variant held = Variant::FromObject(&object);
   check(source, &held, "onto an object");
-  EXPECT_EQ(object.count, 2u) << RowName(source, tag, "onto an object");
+  EXPECT_EQ(object.count, 2U) << RowName(source, tag, "onto an object");
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ class MemBufFormatTargetTest : public ::testing::Test {
 };
 
 TEST_F(MemBufFormatTargetTest, EachByteIsAUnitAndCallsFollowEachOther) {
-  EXPECT_EQ(MemBufFormatTarget::kCapacity, 0x4000u);
+  EXPECT_EQ(MemBufFormatTarget::kCapacity, 0x4000U);
   EXPECT_EQ(target_.view(), u"");
   Write("aZ\x01\x7F\x80\xC3\xA9\xFF");
   EXPECT_EQ(target_.view(), std::u16string_view(u"aZ\x01\x7F\x80\xC3\xA9\xFF", 8));

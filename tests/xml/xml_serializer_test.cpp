@@ -99,7 +99,7 @@ TEST_F(XmlSerializer, EachByteOfUtf8IsAUnit) {
   ExpectAttribute(u"\u00E9\U0001F600", "\\u00C3\\u00A9\\u00F0\\u009F\\u0098\\u0080");
   ExpectLine(Element(u"\u00E9", u"x"), "<\\u00C3\\u00A9>x</\\u00C3\\u00A9>");
   CXMLSerializer serializer;
-  EXPECT_EQ(serializer.Serialize(XmlNode(document_->createTextNode(u"\u00E9\U0001F600"))).size(), 7u);
+  EXPECT_EQ(serializer.Serialize(XmlNode(document_->createTextNode(u"\u00E9\U0001F600"))).size(), 7U);
 }
 
 // The library's formatter works in blocks of 16384 units.

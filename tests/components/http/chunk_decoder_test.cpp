@@ -43,11 +43,11 @@ TEST(ChunkDecoder, EveryStepGivesTheSameData) {
 TEST(ChunkDecoder, TakesNoMoreThanAsked) {
   ChunkDecoder decoder;
   std::string_view data;
-  EXPECT_EQ(decoder.Take("4\r\nabcd\r\n", 3, &data), 6u);
+  EXPECT_EQ(decoder.Take("4\r\nabcd\r\n", 3, &data), 6U);
   EXPECT_EQ(data, "abc");
-  EXPECT_EQ(decoder.Take("d\r\n", 0, &data), 0u);
+  EXPECT_EQ(decoder.Take("d\r\n", 0, &data), 0U);
   EXPECT_EQ(data, "");
-  EXPECT_EQ(decoder.Take("d\r\n", 3, &data), 1u);
+  EXPECT_EQ(decoder.Take("d\r\n", 3, &data), 1U);
   EXPECT_EQ(data, "d");
 }
 

@@ -34,7 +34,7 @@ TEST_F(HttpAnswerTest, StatusIsGivenAndNoFailure) {
   const IHttpRequestPtr request = Sent();
   std::uint32_t status = 0;
   EXPECT_EQ(request->GetStatus(&status), S_OK);
-  EXPECT_EQ(status, 500u);
+  EXPECT_EQ(status, 500U);
   EXPECT_EQ(Header(request, "StatusCode"), "500");
   EXPECT_EQ(ReadText(request, 5), "fault");
 }
@@ -44,7 +44,7 @@ TEST_F(HttpAnswerTest, RedirectIsAnAnswerLikeAnyOther) {
   const IHttpRequestPtr request = Sent();
   EXPECT_EQ(Header(request, "StatusCode"), "302");
   EXPECT_EQ(ReadText(request, 5), "moved");
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
 }
 
 TEST_F(HttpAnswerTest, CookieOfTheServerIsNotSentBack) {
@@ -310,7 +310,7 @@ TEST_F(HttpAnswerTest, ResetWhileSendingFailsOnce) {
   server_.Expect(RawScript().ReadBytes(100).Reset());
   EXPECT_EQ(SendMany(kMoreThanSocketsHold), kCutOff);
   EXPECT_NE(ErrorWords(), "<none>");
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
 }
 
 TEST_F(HttpAnswerTest, FailureNeverShowsWhatTheCallerOrTheServerSent) {

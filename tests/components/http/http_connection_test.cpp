@@ -33,7 +33,7 @@ TEST_F(HttpConnectionTest, OpenConnectsBeforeAnythingIsSent) {
   server_.Expect(RawScript());
   const IHttpSessionPtr session = OpenSession();
   ASSERT_TRUE(server_.WaitForDone(1));
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
   EXPECT_EQ(server_.AllReceived(), "");
 }
 
@@ -41,22 +41,22 @@ TEST_F(HttpConnectionTest, TwoCallsShareOneConnection) {
   server_.Expect(OneAndTwo());
   ExpectText("one");
   ExpectText("two");
-  EXPECT_EQ(server_.Connections(), 1u);
-  EXPECT_EQ(Requests(), 2u);
+  EXPECT_EQ(server_.Connections(), 1U);
+  EXPECT_EQ(Requests(), 2U);
 }
 
 TEST_F(HttpConnectionTest, ReleaseWithoutCloseKeepsTheConnectionToo) {
   server_.Expect(OneAndTwo());
   EXPECT_EQ(ReadText(Sent(), 3), "one");
   EXPECT_EQ(ReadText(Sent(), 3), "two");
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
 }
 
 TEST_F(HttpConnectionTest, SessionThatSentNothingLeavesItsConnectionForTheNext) {
   Answer("ok");
   EXPECT_EQ(OpenSession()->Close(), S_OK);
   ExpectText("ok");
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
 }
 
 TEST_F(HttpConnectionTest, KeptConnectionThatTheServerClosedIsReplaced) {
@@ -65,8 +65,8 @@ TEST_F(HttpConnectionTest, KeptConnectionThatTheServerClosedIsReplaced) {
   ASSERT_TRUE(server_.WaitForClosed(1));
   Answer("two");
   ExpectText("two");
-  EXPECT_EQ(server_.Connections(), 2u);
-  EXPECT_EQ(Requests(), 2u);
+  EXPECT_EQ(server_.Connections(), 2U);
+  EXPECT_EQ(Requests(), 2U);
 }
 
 TEST_F(HttpConnectionTest, KeptConnectionWithUnaskedBytesIsReplaced) {
@@ -75,7 +75,7 @@ TEST_F(HttpConnectionTest, KeptConnectionWithUnaskedBytesIsReplaced) {
   ASSERT_TRUE(server_.WaitForDone(1));
   Answer("two");
   ExpectText("two");
-  EXPECT_EQ(server_.Connections(), 2u);
+  EXPECT_EQ(server_.Connections(), 2U);
 }
 
 TEST_F(HttpConnectionTest, RequestIsSentOnceWhenAKeptConnectionEndsWithIt) {
@@ -154,7 +154,7 @@ TEST_F(HttpConnectionTest, ThreadsDoNotShareConnections) {
   Answer("two");
   ExpectText("one");
   std::thread([&] { ExpectText("two"); }).join();
-  EXPECT_EQ(server_.Connections(), 2u);
+  EXPECT_EQ(server_.Connections(), 2U);
   EXPECT_TRUE(server_.WaitForClosed(1)) << "the ended thread's connection stays open";
 }
 
@@ -191,7 +191,7 @@ TEST_F(HttpConnectionTest, ForkedChildLeavesTheParentsConnectionAlone) {
   EXPECT_EQ(status, 0);
   ASSERT_TRUE(server_.WaitForClosed(1)) << "the child made no connection";
   ExpectText("two");
-  EXPECT_EQ(server_.Connections(), 2u);
+  EXPECT_EQ(server_.Connections(), 2U);
 }
 
 TEST_F(HttpConnectionTest, NoDescriptorIsLeftAfterSuccessesAndFailures) {
@@ -229,7 +229,7 @@ TEST_F(HttpConnectionTest, ConnectionIsNotPassedOnToOtherPrograms) {
   server_.Expect(RawScript());
   const IHttpSessionPtr session = OpenSession();
   const std::vector<int> sockets = SocketsTo(server_.Port());
-  ASSERT_EQ(sockets.size(), 1u);
+  ASSERT_EQ(sockets.size(), 1U);
   EXPECT_EQ(fcntl(sockets[0], F_GETFD) & FD_CLOEXEC, FD_CLOEXEC);
 }
 

@@ -98,7 +98,7 @@ TEST_F(HttpFileTest, BodyWithoutLengthAndInChunksArrivesInTheFileAndReuseHolds) 
   EXPECT_EQ(Sent()->ReadToFile(Wide(files_.Path() + "\\g"), &count), S_OK);
   ExpectContent("g", "to the end");
   EXPECT_EQ(count, 10);
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
 }
 
 TEST_F(HttpFileTest, FailedDownloadLeavesTheOldFileAndNoOther) {

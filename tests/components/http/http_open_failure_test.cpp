@@ -32,7 +32,7 @@ TEST_F(HttpOpenFailureTest, UnreachableServerGivesLibcurlsMessage) {
     EXPECT_EQ(OpenAt("http", row.host, row.port, row.proxy), row.code) << row.host;
     EXPECT_EQ(ErrorWords().substr(0, row.words.size()), row.words);
   }
-  EXPECT_EQ(server_.Connections(), 0u);
+  EXPECT_EQ(server_.Connections(), 0U);
 }
 
 TEST_F(HttpOpenFailureTest, SessionCanBeOpenedAfterAFailure) {
@@ -94,7 +94,7 @@ TEST_F(HttpOpenFailureTest, ConnectionThroughAProxyServesThatProxyOnly) {
   server_.Expect(RawScript());
   ASSERT_EQ(Open(NewSession(), server_.Address()), S_OK);
   ASSERT_TRUE(server_.WaitForDone(2));
-  EXPECT_EQ(server_.Connections(), 2u);
+  EXPECT_EQ(server_.Connections(), 2U);
 }
 
 TEST_F(HttpOpenFailureTest, SecureRequestAsksTheProxyForATunnel) {

@@ -18,7 +18,7 @@ class HttpProgressTest : public HttpTest {
 
   ~HttpProgressTest() override {
     SetLimits(HttpOptions());
-    EXPECT_EQ(listener_.References(), 0u) << "somebody still holds the listener";
+    EXPECT_EQ(listener_.References(), 0U) << "somebody still holds the listener";
   }
   // The listener of this thread's sessions notes lines such as "read 2/4", each once, and does what `act`
   // says.
@@ -59,7 +59,7 @@ TEST_F(HttpProgressTest, LargeBodyIsReportedInPieces) {
   Listen();
   Answer("ok");
   EXPECT_EQ(SendMany(1'000'000), S_OK);
-  EXPECT_GT(lines_.size(), 10u);
+  EXPECT_GT(lines_.size(), 10U);
 }
 
 TEST_F(HttpProgressTest, ListenerCancelsTheReading) {
@@ -203,7 +203,7 @@ class SuccessorListener final : public IHttpProgress {
     if (left != 0) return left;
     references_ = 1000;  // a reference that is taken and returned below does not end it again
     if (generations_ > 0) SetThreadHttpOptions(HttpOptions(), new SuccessorListener(live_, generations_ - 1));
-    EXPECT_EQ(references_, 1000u) << "released once more while it goes";
+    EXPECT_EQ(references_, 1000U) << "released once more while it goes";
     --*live_;
     delete this;
     return 0;

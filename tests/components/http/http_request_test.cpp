@@ -161,7 +161,7 @@ TEST_F(HttpRequestTest, BadEndpointIsRefusedWithoutAConnection) {
     const std::string words = ErrorWords();
     EXPECT_NE(words, "<none>");
     EXPECT_EQ(words.find("secret"), std::string::npos);
-    EXPECT_EQ(server_.Connections(), 0u);
+    EXPECT_EQ(server_.Connections(), 0U);
   }
 }
 
@@ -192,7 +192,7 @@ TEST_F(HttpRequestTest, AnswerIsNotThereBeforeSend) {
   EXPECT_EQ(request->GetHeader(u"StatusCode", &text), E_UNEXPECTED);
   EXPECT_EQ(request->ReadToFile(u"/nowhere/x", &count), E_UNEXPECTED);
   EXPECT_EQ(request->GetStatus(&status), S_OK);
-  EXPECT_EQ(status, 0u);
+  EXPECT_EQ(status, 0U);
 }
 
 TEST_F(HttpRequestTest, NothingWorksAfterCloseButClose) {
@@ -237,7 +237,7 @@ TEST_F(HttpRequestTest, SecondRequestWaitsForTheFirstToClose) {
   EXPECT_EQ(first->Close(), S_OK);
   EXPECT_EQ(second->Send(u"", u""), S_OK);
   EXPECT_EQ(ReadText(second, 3), "two");
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
 }
 
 TEST_F(HttpRequestTest, SessionThatIsNotOpenMakesNoRequest) {
@@ -249,7 +249,7 @@ TEST_F(HttpRequestTest, OpenSessionIsNotOpenedTwice) {
   const IHttpSessionPtr session = OpenSilentSession();
   ExpectUnexpected(Open(session), "The session is open already");
   ASSERT_TRUE(server_.WaitForDone(1));
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
 }
 
 TEST_F(HttpRequestTest, NullOutPointersAreRefused) {

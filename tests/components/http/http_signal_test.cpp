@@ -40,7 +40,7 @@ TEST_F(HttpSignalTest, ConnectThatASignalInterruptsIsTriedAgain) {
   calls.Fail("connect", EINTR, 3);
   ExpectText("ok");
   EXPECT_EQ(calls.Left("connect"), 0);
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
 }
 
 TEST_F(HttpSignalTest, EndlessSignalsEndWithTheTimeToConnect) {

@@ -12,7 +12,7 @@ namespace {
 TEST(SecretBytes, HoldNothingAtFirst) {
   SecretBytes bytes;
   bytes.Append("");
-  EXPECT_EQ(bytes.size(), 0u);
+  EXPECT_EQ(bytes.size(), 0U);
   EXPECT_EQ(bytes.view(), "");
 }
 

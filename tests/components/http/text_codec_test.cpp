@@ -12,7 +12,7 @@ namespace {
 
 std::string Encoded(std::u16string_view first, std::u16string_view second = {}) {
   const RoomyBytes bytes = EncodeUtf8WithRoom(first, second, 7);
-  EXPECT_EQ(bytes.room, 7u);
+  EXPECT_EQ(bytes.room, 7U);
   return std::string(bytes.Text(), bytes.size);
 }
 
@@ -117,11 +117,11 @@ TEST(OpenTailUtf8, CountsTheBytesOfACutCharacter) {
 }
 
 TEST(OpenTailUtf16, CountsAnOddByteAndHalfAPair) {
-  EXPECT_EQ(OpenTailUtf16(std::string_view("\0a", 2), true), 0u);
-  EXPECT_EQ(OpenTailUtf16(std::string_view("\0a\0", 3), true), 1u);
-  EXPECT_EQ(OpenTailUtf16("\xD8\x3D", true), 2u);
-  EXPECT_EQ(OpenTailUtf16("\xD8\x3D\xDE", true), 3u);
-  EXPECT_EQ(OpenTailUtf16("x", false), 1u);
+  EXPECT_EQ(OpenTailUtf16(std::string_view("\0a", 2), true), 0U);
+  EXPECT_EQ(OpenTailUtf16(std::string_view("\0a\0", 3), true), 1U);
+  EXPECT_EQ(OpenTailUtf16("\xD8\x3D", true), 2U);
+  EXPECT_EQ(OpenTailUtf16("\xD8\x3D\xDE", true), 3U);
+  EXPECT_EQ(OpenTailUtf16("x", false), 1U);
 }
 
 }  // namespace

@@ -99,8 +99,8 @@ TEST(ListIdentity, MessageReachesTheException) {
 TEST(RecordListClass, ReturnsTheRequestedInterface) {
   IUnknownPtr object;
   ASSERT_EQ(CoCreateInstance(CLSID_RecordList, nullptr, CLSCTX_ALL, IUnknown::kIid, Put(object)), S_OK);
-  EXPECT_EQ(object->AddRef(), 2u);
-  EXPECT_EQ(object->Release(), 1u);
+  EXPECT_EQ(object->AddRef(), 2U);
+  EXPECT_EQ(object->Release(), 1U);
   int stranger = 0;
   void* made = &stranger;
   EXPECT_EQ(CoCreateInstance(CLSID_RecordList, nullptr, CLSCTX_ALL, IRecordListCursor::kIid, &made),

@@ -42,7 +42,7 @@ TEST(ListMemory, EmptyListsAreSmall) {
   NewList();  // the registry has what it allocates
   const std::size_t before = HeapBytes();
   const IRecordListPtr list = NewList();
-  EXPECT_LE(HeapBytes() - before, 1024u);
+  EXPECT_LE(HeapBytes() - before, 1024U);
 }
 
 TEST(ListMemory, AllIsFreed) {

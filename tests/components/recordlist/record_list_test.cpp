@@ -123,11 +123,11 @@ TEST_F(RecordList, ObjectIsHeldOnceForTheCellAndGivenUpWithTheValue) {
   const IRecordListRecordPtr row = NewRow(list_, 1);
   const CountingObjectPtr object(new CountingObject);
   Put(row, 0, Variant::FromObject(object.get()));
-  EXPECT_EQ(object->References(), 2u);
+  EXPECT_EQ(object->References(), 2U);
   EXPECT_EQ(ValueAt(row, 0).Object(), object.get());
-  EXPECT_EQ(object->References(), 2u);
+  EXPECT_EQ(object->References(), 2U);
   Put(row, 0, Int(1));
-  EXPECT_EQ(object->References(), 1u);
+  EXPECT_EQ(object->References(), 1U);
 }
 
 TEST_F(RecordList, ReadingOverAnObjectGivesItUp) {
@@ -137,7 +137,7 @@ TEST_F(RecordList, ReadingOverAnObjectGivesItUp) {
   Variant place = Variant::FromObject(object.get());
   EXPECT_EQ(row->GetValue(0, &place), S_OK);
   EXPECT_EQ(place.Data().intVal, 4);
-  EXPECT_EQ(object->References(), 1u);
+  EXPECT_EQ(object->References(), 1U);
 }
 
 TEST_F(RecordList, ValueOfTheSameCellMayBePutBack) {

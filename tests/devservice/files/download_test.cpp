@@ -19,7 +19,7 @@ class Downloads : public TransferTest {
 TEST_F(Downloads, AnswerHasLengthTypeAndName) {
   const std::string url = Text("publish('a b.txt', 'text')");
   EXPECT_EQ(url.substr(0, 26), "http://127.0.0.1:80/files/");
-  EXPECT_EQ(url.size(), 26 + 32 + 1u);
+  EXPECT_EQ(url.size(), 26 + 32 + 1U);
   const RawAnswer answer = Fetch(url);
   EXPECT_EQ(answer.head,
             "HTTP/1.1 200 OK\r\nContent-Type: application/octet-stream\r\n"

@@ -47,7 +47,7 @@ TEST_F(TransferLimits, LargeFilesTakeNoMemory) {
   RawClient upload(Port());
   ResetPeak();
   const std::size_t before = PeakKilobytes();
-  ASSERT_GT(before, 0u);
+  ASSERT_GT(before, 0U);
   upload.Send(UploadHead(PathIn(url), size));
   for (int i = 0; i < 1050; ++i) upload.Send(piece);
   ASSERT_EQ(StatusOf(upload.Receive()), "200");

@@ -28,7 +28,7 @@ TEST_F(UploadScripts, BothAreWrittenForEveryone) {
   EXPECT_EQ(Code(kFirst), "uploadUrl()");
   EXPECT_EQ(Code(kSecond), "uploadUrl(parameters.fileTicket)");
   EXPECT_EQ(fs::status(home_.Path(kFirst)).permissions(), static_cast<fs::perms>(0644));
-  EXPECT_EQ(InstallUploadScripts(home_.Path("a/b")).size(), 2u);
+  EXPECT_EQ(InstallUploadScripts(home_.Path("a/b")).size(), 2U);
 }
 
 TEST_F(UploadScripts, NamespaceHostIsTheGivenOne) {
@@ -68,7 +68,7 @@ TEST_F(UploadScripts, RunOnTheService) {
     return ValueIn(Post("", "Execute", envelope).body).substr(11);
   };
   const std::string url = run(kFirst, NilParameters());
-  EXPECT_EQ(TicketIn(url).size(), 32u);
+  EXPECT_EQ(TicketIn(url).size(), 32U);
   EXPECT_EQ(run(kSecond, ArrayOf(1, ParameterElement("fileTicket", "xsd:string", TicketIn(url)))), url);
 }
 

@@ -55,7 +55,7 @@ TEST_F(Http, ManyKeptConnectionsDoNotStarveTheNextClient) {
     kept.back()->Send(Request("GET /"));
     ASSERT_EQ(StatusOf(kept.back()->Receive()), "200") << i;
   }
-  EXPECT_EQ(Login().size(), 32u);
+  EXPECT_EQ(Login().size(), 32U);
 }
 
 TEST_F(Http, PathsMethodsAndTypes) {
@@ -102,7 +102,7 @@ TEST_F(Http, HostileHeadsDoNotHarm) {
     RawClient client(Port(), bytes);
     client.Receive(std::chrono::milliseconds(200));
   }
-  EXPECT_EQ(Login().size(), 32u);
+  EXPECT_EQ(Login().size(), 32U);
 }
 
 class SmallRequests : public Http {
@@ -131,7 +131,7 @@ TEST_F(SmallRequests, EndlessBodyIsCutOff) {
   for (int i = 0; i < 2000; ++i) client.Send(std::string(1024, 'a'));
   const RawAnswer answer = client.Receive(std::chrono::seconds(20));
   EXPECT_TRUE(answer.closed || StatusOf(answer) == "413");
-  EXPECT_EQ(Login().size(), 32u);
+  EXPECT_EQ(Login().size(), 32U);
 }
 
 std::string ServiceHead() {

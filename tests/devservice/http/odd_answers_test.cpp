@@ -132,7 +132,7 @@ TEST_F(Odd, CutTablesAreNotWellFormed) {
   for (const char* more : {"", "-", "--"}) {
     const std::string script = std::string("[{a: '\xE2\x82\xAC") + more + "'.repeat(50)}]";
     const std::string encoded = Run("table-cut+utf16", script).body;
-    EXPECT_EQ(encoded.size() % 2, 0u);
+    EXPECT_EQ(encoded.size() % 2, 0U);
     EXPECT_EQ(encoded.substr(encoded.size() - Wide(kEnd).size()), Wide(kEnd));
   }
 }
@@ -185,7 +185,7 @@ TEST_F(Odd, CutAndStallSendHalfTheBody) {
   const RawAnswer cut = Run("cut");
   EXPECT_TRUE(cut.closed);
   EXPECT_EQ(std::stoul(HeaderOf(cut.head, "Content-Length")) / 2, cut.body.size());
-  EXPECT_GT(cut.body.size(), 100u);
+  EXPECT_GT(cut.body.size(), 100U);
   RawClient client(Port(), RequestFor("stall"));
   const RawAnswer stalled = client.Receive(std::chrono::milliseconds(300));
   EXPECT_TRUE(stalled.timedOut);

@@ -42,8 +42,8 @@ TEST_F(TableLimits, AMillionCellsOfPlainObjects) {
             "a xsd:int, b xsd:double, c xsd:string, d xsd:boolean, e xsd:double, f xsd:string, g xsd:int, "
             "h xsd:string, i xsd:int, j xsd:string")
       << body.substr(0, 1000);
-  EXPECT_EQ(CountOf(body, "<q1:Record>"), 100000u);
-  EXPECT_EQ(CountOf(body, "<j/></q1:Record>"), 100000u);
+  EXPECT_EQ(CountOf(body, "<q1:Record>"), 100000U);
+  EXPECT_EQ(CountOf(body, "<j/></q1:Record>"), 100000U);
   EXPECT_TRUE(Contains(body, LastRecord("false")));
 }
 
@@ -52,15 +52,15 @@ TEST_F(TableLimits, AMillionCellsOfATypedTable) {
       std::string(kManyRows) +
       "typed.table({a: 'int', b: 'double', c: 'string', d: 'boolean', e: 'long', f: 'qvdt:Char', g: 'int',"
       " h: 'string', i: 'int', j: 'date'}, rows)");
-  EXPECT_EQ(CountOf(body, "<q1:Record>"), 100000u) << body.substr(0, 1000);
+  EXPECT_EQ(CountOf(body, "<q1:Record>"), 100000U) << body.substr(0, 1000);
   EXPECT_TRUE(Contains(body, LastRecord("0")));
 }
 
 TEST_F(TableLimits, ManyColumns) {
   const std::string body =
       Execute("row = {}; for (let i = 0; i < 5000; ++i) row['c' + i] = i; [row, {c4999: 1}]");
-  EXPECT_EQ(CountOf(body, "<xsd:element "), 5000u);
-  EXPECT_EQ(CountOf(body, "<c4998/><c4999>1</c4999></q1:Record>"), 1u);
+  EXPECT_EQ(CountOf(body, "<xsd:element "), 5000U);
+  EXPECT_EQ(CountOf(body, "<c4998/><c4999>1</c4999></q1:Record>"), 1U);
 }
 
 TEST_F(TableLimits, FewBytesThatMakeManyCellsAreRefused) {

@@ -84,7 +84,7 @@ TEST(ScriptDocument, EntitiesDoNotBlowUp) {
   const std::string type = "<!DOCTYPE s [<!ENTITY e \"" + std::string(10000, 'x') + "\">]>";
   std::string references;
   for (int i = 0; i < 100; ++i) references += "&e;";
-  EXPECT_EQ(Read(type + Code(references)).size(), 1000000u);
+  EXPECT_EQ(Read(type + Code(references)).size(), 1000000U);
   EXPECT_EQ(Read(type + Code(references + references)), "1006");
 }
 

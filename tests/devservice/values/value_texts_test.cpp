@@ -58,8 +58,8 @@ TEST(DurationText, FormsOfTheStandardAndOfClientsAreRead) {
       {"PT1.23457e+007S", "PT12345700S"},
   };
   for (const Row& row : kRows) EXPECT_EQ(Rewritten(row.text), row.read) << row.text;
-  EXPECT_EQ(Rewritten("PT1e300S").size(), 304u) << "no exponent";
-  EXPECT_EQ(Rewritten("PT5e-324S").size(), 329u) << "no exponent";
+  EXPECT_EQ(Rewritten("PT1e300S").size(), 304U) << "no exponent";
+  EXPECT_EQ(Rewritten("PT5e-324S").size(), 329U) << "no exponent";
 }
 
 TEST(DurationText, OtherFormsAreRefused) {
@@ -187,10 +187,10 @@ TEST(Text, Utf8AndUtf16Convert) {
 
 TEST(Text, CharactersThatXmlCannotCarry) {
   EXPECT_EQ(FindForbiddenUnit(u"ab\t\n\r \U0001F600"), std::u16string::npos);
-  EXPECT_EQ(FindForbiddenUnit(u"ab\u0001"), 2u);
-  EXPECT_EQ(FindForbiddenUnit(std::u16string(1, char16_t{0})), 0u);
-  EXPECT_EQ(FindForbiddenUnit(u"\uFFFE"), 0u);
-  EXPECT_EQ(FindForbiddenUnit(u"a" + std::u16string(1, char16_t{0xDC00})), 1u);
+  EXPECT_EQ(FindForbiddenUnit(u"ab\u0001"), 2U);
+  EXPECT_EQ(FindForbiddenUnit(std::u16string(1, char16_t{0})), 0U);
+  EXPECT_EQ(FindForbiddenUnit(u"\uFFFE"), 0U);
+  EXPECT_EQ(FindForbiddenUnit(u"a" + std::u16string(1, char16_t{0xDC00})), 1U);
   EXPECT_EQ(MakeCarriable("a\x01-\xFF\n\xEF\xBF\xBE"),
             "a"s + kReplacement + "-" + kReplacement + "\n" + kReplacement);
 }

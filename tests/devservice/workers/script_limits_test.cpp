@@ -105,7 +105,7 @@ TEST_F(ScriptLimits, DeepRecursionIsAnOrdinaryError) {
 TEST_F(ScriptLimits, KilledWorkerIsReplaced) {
   EXPECT_EQ(Value("1"), "xsd:int|1");
   const std::vector<pid_t> workers = Children();
-  ASSERT_EQ(workers.size(), 1u);
+  ASSERT_EQ(workers.size(), 1U);
   kill(workers[0], SIGKILL);
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
   EXPECT_EQ(Value("2"), "xsd:int|2");
@@ -116,7 +116,7 @@ TEST_F(ScriptLimits, WorkersHaveNoEnvironment) {
   ASSERT_EQ(setenv("SCRIPT_LIMITS_SECRET", "x", 1), 0);
   EXPECT_EQ(Value("1"), "xsd:int|1");
   const std::vector<pid_t> workers = Children();
-  ASSERT_EQ(workers.size(), 1u);
+  ASSERT_EQ(workers.size(), 1U);
   std::ifstream file("/proc/" + std::to_string(workers[0]) + "/environ");
   ASSERT_TRUE(file.is_open());
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "");
@@ -151,7 +151,7 @@ TEST_F(ScriptLimits, ManySessionsRunScriptsAtOnce) {
   }
   for (std::thread& thread : threads) thread.join();
   for (std::size_t i = 0; i < kThreads; ++i) EXPECT_EQ(results[i], "xsd:int|" + std::to_string(i * 10));
-  EXPECT_LE(Children().size(), 3u);
+  EXPECT_LE(Children().size(), 3U);
 }
 
 TEST_F(ScriptLimits, NoProcessIsLeftBehind) {
@@ -186,7 +186,7 @@ TEST_F(ScriptWorker, DiesWithItsService) {
   std::this_thread::sleep_for(std::chrono::milliseconds(500));
   kill(service, SIGKILL);
   waitpid(service, nullptr, 0);
-  ASSERT_EQ(workers.size(), 1u);
+  ASSERT_EQ(workers.size(), 1U);
   const auto deadline = Clock::now() + std::chrono::seconds(30);
   while (Runs(workers[0]) && Clock::now() < deadline)
     std::this_thread::sleep_for(std::chrono::milliseconds(5));

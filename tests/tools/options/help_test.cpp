@@ -26,7 +26,7 @@ class Help : public testing::OptionsTest {
 TEST_F(Help, LinesFitAHundredColumns) {
   for (const std::string& command : kCommands) {
     std::istringstream lines(TextOf(command + " --help"));
-    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100u) << line;
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;
   }
 }
 

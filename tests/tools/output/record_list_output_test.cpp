@@ -253,7 +253,7 @@ TEST_F(RecordListFailure, FullDiskEndsTheWalk) {
   std::ostream out(&disk);
   EXPECT_EQ(testing::RefusalOf([&] { WriteRecordList(Two(fake_), {OutputFormat::kCsv}, out); }),
             "cannot write the answer to standard output");
-  EXPECT_EQ(fake_.CallsWith("Next").size(), 1u);
+  EXPECT_EQ(fake_.CallsWith("Next").size(), 1U);
 }
 
 }  // namespace

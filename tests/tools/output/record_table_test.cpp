@@ -30,7 +30,7 @@ TEST(RecordTable, ColumnTypesHaveNames) {
 TEST(RecordTable, ColumnsHaveNamesDisplayNamesAndTypes) {
   const RecordTable table(
       BuildTable({{u"a", kColumnInt, u"The A"}, {u"b", kColumnString}, {u"c", kColumnDate, u""}}, {}));
-  ASSERT_EQ(table.Columns().size(), 3u);
+  ASSERT_EQ(table.Columns().size(), 3U);
   EXPECT_EQ(table.Columns()[0].name, "a");
   EXPECT_EQ(table.Columns()[0].displayName, "The A");
   EXPECT_EQ(table.Columns()[0].type, 10);
@@ -43,11 +43,11 @@ TEST(RecordTable, RowsComeInOrderAndOnce) {
                                {{Int(1), Text(u"x")}, {Variant(), Variant()}}));
   std::vector<Variant> cells;
   ASSERT_TRUE(table.Next(cells));
-  ASSERT_EQ(cells.size(), 2u);
+  ASSERT_EQ(cells.size(), 2U);
   EXPECT_EQ(cells[0].Data().intVal, 1);
   EXPECT_EQ(ToUtf8(cells[1].Text()), "x");
   ASSERT_TRUE(table.Next(cells));
-  ASSERT_EQ(cells.size(), 2u);
+  ASSERT_EQ(cells.size(), 2U);
   for (const Variant& cell : cells) EXPECT_EQ(cell.Tag(), VT_EMPTY);
   for (int again = 0; again < 2; ++again) EXPECT_FALSE(table.Next(cells));
 }

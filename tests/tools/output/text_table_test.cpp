@@ -102,7 +102,7 @@ TEST_F(CellWidth, IsThatOfTheCharactersOrTheirEscapes) {
        {"\xE2\x80\x8B", "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xAA", "\xE2\x80\xAB", "\xE2\x80\xAC",
         "\xE2\x80\xAD", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xE2\x81\xA7", "\xE2\x81\xA8", "\xE2\x81\xA9",
         "\xEF\xBB\xBF", "\xD8\x9C", "\xE2\x80\xA8", "\xE2\x80\xA9"})
-    EXPECT_EQ(ShownWidth(text), 6u) << text;
+    EXPECT_EQ(ShownWidth(text), 6U) << text;
 }
 
 TEST_F(CellWidth, EscapesOfFormatCharacters) {

@@ -129,7 +129,7 @@ TEST_F(RunTables, InterruptEndsTheRows) {
   const Outcome outcome = process.Finish();
   EXPECT_EQ(outcome.err, "scriptwells: interrupted\n");
   EXPECT_EQ(outcome.exit, 130);
-  EXPECT_LT(outcome.out.size(), 240000u);
+  EXPECT_LT(outcome.out.size(), 240000U);
   EXPECT_TRUE(WasClosed());
 }
 
@@ -140,7 +140,7 @@ TEST_F(RunTables, TableIsNeitherAddressNorParameter) {
       .Fails(6,
              "parameter 't': a table cannot be sent as a parameter; send its text, such as CSV or JSON, as a "
              "string");
-  EXPECT_EQ(server_.Connections(), 1u);  // of the first run
+  EXPECT_EQ(server_.Connections(), 1U);  // of the first run
 }
 
 // With the service inside the program.
@@ -180,7 +180,7 @@ TEST(RunTablesLocal, ArraysOfObjectsAreTables) {
                 .out,
             "n,b,t,u,x\r\n0,false,,NULL,NULL\r\n");
   const std::string out = Local("Array.from({length: 20000}, (_, i) => ({n: i}))", "-o csv").out;
-  EXPECT_EQ(out.size(), 3u + 10 * 3 + 90 * 4 + 900 * 5 + 9000 * 6 + 10000 * 7);
+  EXPECT_EQ(out.size(), 3U + 10 * 3 + 90 * 4 + 900 * 5 + 9000 * 6 + 10000 * 7);
   EXPECT_EQ(out.substr(out.size() - 14), "19998\r\n19999\r\n");
 }
 

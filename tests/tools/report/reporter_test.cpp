@@ -32,8 +32,8 @@ TEST(Reporter, LineNamesTheKindWhereTheMessageIsTheServers) {
   };
   for (const auto& [failure, line] : rows)
     EXPECT_EQ(Reported(failure), std::string("scriptwells: ") + line + "\n");
-  EXPECT_EQ(FaultNumber(five), 5u);
-  EXPECT_EQ(FaultNumber(MakeResult(0x800403EB)), 1003u);
+  EXPECT_EQ(FaultNumber(five), 5U);
+  EXPECT_EQ(FaultNumber(MakeResult(0x800403EB)), 1003U);
   const Failure silent = Failure(ExitStatus::kLocal, "nobody reads").Silent();
   EXPECT_EQ(Reported(silent), "");
   EXPECT_EQ(Reported(silent, ReportForm::kJson), "");

@@ -115,7 +115,7 @@ TEST_F(StandardOutput, FileNameWithControlCharactersIsRejected) {
 
 TEST(TerminalWidth, OtherStreamsHaveNone) {
   const std::ostringstream out;
-  EXPECT_EQ(TerminalWidth(out), 0u);
+  EXPECT_EQ(TerminalWidth(out), 0U);
   EXPECT_FALSE(IsTerminal(out));
   EXPECT_EQ(TextFor(out, "\x1b"), "\x1b");
 }

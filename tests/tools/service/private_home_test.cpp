@@ -40,7 +40,7 @@ TEST_F(PrivateHomeTest, IsTheHomeDirectoryDuringItsLifetime) {
       EXPECT_TRUE(std::filesystem::is_regular_file(home.Path() + "/ClientScripts/" + script));
     struct stat facts = {};
     ASSERT_EQ(::stat(home.Path().c_str(), &facts), 0);
-    EXPECT_EQ(facts.st_mode & 0777, 0700u);
+    EXPECT_EQ(facts.st_mode & 0777, 0700U);
   }
   EXPECT_EQ(folder_.Count(), 0);
   EXPECT_EQ(HomeDirectory(), "");

@@ -19,7 +19,7 @@ using namespace testing;
 TEST(UsersFile, HoldsAUserPerLine) {
   const auto users = ParseUsers("# who may come\n\njoe:secret\r\nann:a:b\nguest:");
   const std::pair<const char*, const char*> expected[] = {{"joe", "secret"}, {"ann", "a:b"}, {"guest", ""}};
-  ASSERT_EQ(users.size(), 3u);
+  ASSERT_EQ(users.size(), 3U);
   for (std::size_t i = 0; i < 3; ++i) {
     EXPECT_EQ(users[i].name, expected[i].first);
     EXPECT_EQ(users[i].password, expected[i].second);

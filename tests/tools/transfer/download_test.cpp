@@ -44,7 +44,7 @@ TEST_F(DownloadCommandTest, UsesAnOpenSessionAndNothingElse) {
   EXPECT_TRUE(WasSent("GET /f?t=1 HTTP/1.1\r\n"));
   EXPECT_TRUE(WasSent("\r\nusid: abc\r\n"));
   EXPECT_FALSE(WasSent("POST"));
-  EXPECT_EQ(server_.Connections(), 1u);
+  EXPECT_EQ(server_.Connections(), 1U);
   Fetch("=a.txt").Succeeds(folder_.Path("=a.txt\n"));
   Fetch("out.txt", "--json --force").Succeeds("{\"path\":\"" + out_ + "\",\"bytes\":4}\n");
 }
@@ -122,7 +122,7 @@ TEST_F(DownloadCommandTest, ReportsWhatItCannotUse) {
       .Fails(6, "URL 'out.txt' does not begin with http:// or https://");
   Tool("download " + Url() + " " + folder_.Path() + " --usid", {"a\r\nX: y"})
       .Fails(6, "the session's id holds a character that no header carries");
-  EXPECT_EQ(server_.Connections(), 0u);
+  EXPECT_EQ(server_.Connections(), 0U);
   Tool("download http://127.0.0.1:1/f " + folder_.Path() + " --usid abc")
       .FailsLike(3, "cannot reach http://127.0.0.1:1: ");
   std::filesystem::create_directory(out_);

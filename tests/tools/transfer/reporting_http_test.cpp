@@ -134,7 +134,7 @@ TEST_F(ReportingHttpTest, FaultAndEnvelopeOfTheAnswerAreNoted) {
 TEST_F(ReportingHttpTest, ProxyGetsItsPort) {
   EXPECT_EQ(Open(u"px"), S_OK);
   const std::vector<std::string> opens = fake_.CallsNamed("Open");
-  ASSERT_EQ(opens.size(), 1u);
+  ASSERT_EQ(opens.size(), 1U);
   EXPECT_NE(opens[0].find("px:3128"), std::string::npos) << opens[0];
   EXPECT_EQ(Note().proxy, "px:3128");
   EXPECT_EQ(Open(), S_OK);
@@ -148,7 +148,7 @@ TEST_F(ReportingHttpTest, RefusedUploadsAreKept) {
   SendFile(u"403");
   Open();
   http_.Forget();
-  ASSERT_EQ(http_.RefusedUploads().size(), 1u);
+  ASSERT_EQ(http_.RefusedUploads().size(), 1U);
   EXPECT_EQ(http_.RefusedUploads()[0].server, "http://srv:8080");
   EXPECT_EQ(http_.RefusedUploads()[0].path, "/tmp/a.txt");
   EXPECT_EQ(http_.RefusedUploads()[0].status, "403");
@@ -157,7 +157,7 @@ TEST_F(ReportingHttpTest, RefusedUploadsAreKept) {
 TEST_F(ReportingHttpTest, FileIsSavedIfTheStatusIsASuccess) {
   fake_.Answer(u"body");
   EXPECT_EQ(ReadToFile(), S_OK);
-  EXPECT_EQ(fake_.CallsNamed("ReadToFile").size(), 1u);
+  EXPECT_EQ(fake_.CallsNamed("ReadToFile").size(), 1U);
   HttpAnswer answer;
   answer.headers[u"Content-Disposition"] = u"attachment; filename=a.txt";
   fake_.AnswerAs(answer);

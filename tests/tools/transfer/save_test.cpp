@@ -56,7 +56,7 @@ TEST_F(Save, NothingIsReplacedOrHiddenWithoutForce) {
 TEST_F(Save, DirectoryAndHostAreChecked) {
   Joe("run -e 1 --save /nonexistent/d")
       .Fails(6, "cannot save into /nonexistent/d: No such file or directory");
-  EXPECT_EQ(server_.Connections(), 0u);
+  EXPECT_EQ(server_.Connections(), 0U);
   const std::string other = "http://localhost:" + std::to_string(server_.Port());
   AnswerCalls({ScriptAnswered("xsd:string", other + "/f")});
   Answer({FileAnswer("out.txt", "text")});

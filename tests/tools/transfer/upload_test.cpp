@@ -25,7 +25,7 @@ class Upload : public TransferServer {
   void AnswerUpload(const std::string& status) {
     AnswerCalls({Address(), StatusAnswer(status), ScriptAnswered("xsd:string", "done")});
   }
-  void ExpectNothingSent() const { EXPECT_EQ(server_.Connections(), 0u); }
+  void ExpectNothingSent() const { EXPECT_EQ(server_.Connections(), 0U); }
 
   std::string home_ = folder_.Path("home");
   std::string script_ =
