@@ -20,7 +20,7 @@ namespace {
 std::string Words(qv::HRESULT code, const qv::WideString& description) {
   if (!description.IsEmpty()) return qv::ToUtf8(description);
   char text[32];
-  std::snprintf(text, sizeof text, "code 0x%08X", static_cast<unsigned>(code));
+  static_cast<void>(std::snprintf(text, sizeof text, "code 0x%08X", static_cast<unsigned>(code)));
   return text;
 }
 

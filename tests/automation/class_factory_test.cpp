@@ -112,9 +112,9 @@ TEST_F(ClassObject, ObjectsKeepTheLibrary) {
 }
 
 TEST_F(ClassObject, MayBeUsedByManyThreads) {
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i)
-    threads.emplace_back([] {
+  std::vector<std::thread> threads(4);
+  for (std::thread& thread : threads)
+    thread = std::thread([] {
       for (int round = 0; round < 500; ++round) {
         const IClassFactoryPtr factory = Factory();
         factory->LockServer(true);

@@ -133,8 +133,10 @@ TEST_F(DispatchNames, NamesOfOtherInterfacesAreUnknown) {
 TEST_F(DispatchNames, AllRowsInOneCallAnswerEach) {
   ForEachTable([this](const std::vector<Name>& rows) {
     std::vector<std::u16string> texts;
+    texts.reserve(rows.size());
     for (const Name& row : rows) texts.push_back(Wide(row.name));
     std::vector<const char16_t*> names;
+    names.reserve(texts.size());
     for (const std::u16string& text : texts) names.push_back(text.c_str());
     std::vector<DISPID> ids(rows.size() + 1, kUntouched);
     const auto count = static_cast<std::uint32_t>(rows.size());

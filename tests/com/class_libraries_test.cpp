@@ -232,6 +232,7 @@ TEST_F(ClassLibraries, ThreadsMayCreateAtOnce) {
   Name(sound_);
   std::vector<std::thread> threads;
   std::vector<HRESULT> codes(8, E_FAIL);
+  threads.reserve(codes.size());
   for (HRESULT& code : codes)
     threads.emplace_back([&code] {
       IClassFactoryPtr factory;

@@ -156,6 +156,7 @@ std::string Typist::Script(const std::vector<Command>& commands) const {
 std::vector<Typed> Typist::Type(const std::vector<Command>& commands) {
   RunShell(Script(commands));
   std::vector<Typed> results;
+  results.reserve(commands.size());
   for (std::size_t i = 0; i < commands.size(); ++i) results.push_back(Result(i));
   return results;
 }

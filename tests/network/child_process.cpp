@@ -62,6 +62,7 @@ ChildProcess::ChildProcess(const Words& words, const std::string& output) {
   const std::string program = WholePath(words.at(0));
   Words kept = words;
   std::vector<char*> pointers;
+  pointers.reserve(kept.size() + 1);
   for (std::string& word : kept) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   const UniqueDescriptor said(open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));

@@ -184,9 +184,9 @@ TEST(WideString, OrderPutsNullFirstAndThenGoesByUnits) {
 
 TEST(WideString, CopiesOnSeveralThreadsShareOneText) {
   WideString text(u"shared");
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([copy = text] {
+  std::vector<std::thread> threads(4);
+  for (std::thread& thread : threads) {
+    thread = std::thread([copy = text] {
       for (int round = 0; round < 20000; ++round) {
         WideString again(copy);
         again = WideString(again);

@@ -95,6 +95,7 @@ TEST(LibraryOnThreads, IsLoadedUsedAndUnloadedRoundAfterRound) {
     std::vector<std::string> results(kThreads);
     std::vector<std::thread> threads;
     for (int i = 0; i < kThreads; ++i) server.Expect(test::Sessions(kSessions));
+    threads.reserve(results.size());
     for (std::string& result : results) threads.emplace_back([&] { result = RunSessions(address); });
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(results, std::vector<std::string>(kThreads, "ok"));

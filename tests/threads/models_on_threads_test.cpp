@@ -91,6 +91,7 @@ class ModelsOnThreads : public testing::Test {
   void RunAll(const std::function<Result()>& run) {
     std::vector<Result> results(kThreads);
     std::vector<std::thread> threads;
+    threads.reserve(results.size());
     for (Result& result : results) threads.emplace_back([&] { result = run(); });
     for (std::thread& thread : threads) thread.join();
     for (const Result& result : results) {
@@ -121,9 +122,9 @@ TEST_F(ModelsOnThreads, WorkUnderAHoldOfEachThread) {
 
 // Without a hold types may be gone, but nothing worse.
 TEST_F(ModelsOnThreads, EndWithoutHarmWhereThereIsNoHold) {
-  std::vector<std::thread> threads;
-  for (int i = 0; i < kThreads; ++i)
-    threads.emplace_back([this] {
+  std::vector<std::thread> threads(kThreads);
+  for (std::thread& thread : threads)
+    thread = std::thread([this] {
       const WideString server = FromUtf8(address_);
       start_.Join();
       for (int j = 0; j < 20; ++j) CreateConnectionModel(server, u"", nullptr);

@@ -177,13 +177,13 @@ class Campaign {
     int left = kShownFailures;
     for (const auto& [what, where] : tally_.shown)
       if (left-- > 0) std::printf("    %s: at %s\n", what.c_str(), where.c_str());
-    std::fflush(stdout);
+    static_cast<void>(std::fflush(stdout));
   }
 
   void Start(const Trial& trial) {
     while (running_.size() >= jobs_) Collect();
     auto report = std::make_unique<SharedReport>();
-    std::fflush(stdout);  // or the child prints it once more
+    static_cast<void>(std::fflush(stdout));  // or the child prints it once more
     const pid_t child = fork();
     if (child < 0) throw std::runtime_error("fork failed");
     if (child == 0) {

@@ -58,12 +58,12 @@ class Runner {
  private:
   bool Fail(Verdict verdict, const char* details) {
     report_->verdict = verdict;
-    std::snprintf(report_->details, sizeof report_->details, "%s", details);
+    static_cast<void>(std::snprintf(report_->details, sizeof report_->details, "%s", details));
     return false;
   }
   bool Fail(Verdict verdict, HRESULT code) {
     char text[40];
-    std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code));
+    static_cast<void>(std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code)));
     return Fail(verdict, text);
   }
 
@@ -90,7 +90,7 @@ class Runner {
     const long blocks = Growth(held, count, &Holdings::blocks);
     if (blocks == 0) return true;
     char text[80];
-    std::snprintf(text, sizeof text, "%ld blocks a call, step: %s", blocks, report_->step);
+    static_cast<void>(std::snprintf(text, sizeof text, "%ld blocks a call, step: %s", blocks, report_->step));
     return Fail(Verdict::kLeak, text);
   }
 

@@ -26,8 +26,9 @@ using TextList = std::initializer_list<std::u16string_view>;
 // " negative N" after it when that field is not 0.
 inline std::string State(DurationImpl& duration) {
   char line[160];
-  std::snprintf(line, sizeof line, "%d/%d/%d %d:%d:%.17g", duration.get_Year(), duration.get_Month(),
-                duration.get_Day(), duration.get_Hour(), duration.get_Min(), duration.get_Sec());
+  static_cast<void>(std::snprintf(line, sizeof line, "%d/%d/%d %d:%d:%.17g", duration.get_Year(),
+                                  duration.get_Month(), duration.get_Day(), duration.get_Hour(),
+                                  duration.get_Min(), duration.get_Sec()));
   const int negative = duration.get_Negative();
   return negative == 0 ? line : std::string(line) + " negative " + std::to_string(negative);
 }

@@ -82,6 +82,7 @@ TEST(ParseMemory, SizesNearTheLargestAreRefused) {
 
 TEST(ParseMemory, EachThreadHasItsOwnSpareBlock) {
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([t] {
       for (int i = 0; i < 1000; ++i) {

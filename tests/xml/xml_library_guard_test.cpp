@@ -161,9 +161,9 @@ TEST_F(XmlLibraryGuardTest, DestructorReleasesUntilZeroAndEndsWhenTheStopFails) 
 
 TEST_F(XmlLibraryGuardTest, ManyThreadsNeverMeetALibraryThatIsDown) {
   std::atomic<int> metDown{0};
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 8; ++t) {
-    threads.emplace_back([&] {
+  std::vector<std::thread> threads(8);
+  for (std::thread& thread : threads) {
+    thread = std::thread([&] {
       for (int i = 0; i < 5000; ++i) {
         const XmlLibraryGuardScope scope(guard_);
         if (!isUp) ++metDown;

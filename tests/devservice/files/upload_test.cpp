@@ -139,11 +139,11 @@ TEST_F(Uploads, ClosedSessionTakesNoMore) {
 
 TEST_F(Uploads, ManyAtOnceKeepApart) {
   const std::string shared = NewUploadUrl();
-  std::vector<std::string> own;
-  for (int i = 0; i < 6; ++i) own.push_back(NewUploadUrl());
-  std::vector<std::thread> clients;
+  std::vector<std::string> own(6);
+  for (std::string& url : own) url = NewUploadUrl();
+  std::vector<std::thread> clients(own.size());
   for (std::size_t i = 0; i < own.size(); ++i) {
-    clients.emplace_back([this, &own, &shared, i] {
+    clients[i] = std::thread([this, &own, &shared, i] {
       const std::string content(500000, static_cast<char>('a' + i));
       EXPECT_EQ(StatusOf(Upload(own[i], content)), "200");
       EXPECT_EQ(StatusOf(Upload(shared, content)), "200");

@@ -73,7 +73,7 @@ TEST_F(Http, PathsMethodsAndTypes) {
 TEST_F(Http, ChunkedRequestIsRead) {
   const std::string body = CreateEnvelope("Username=a;");
   char length[16];
-  std::snprintf(length, sizeof length, "%zx", body.size());
+  static_cast<void>(std::snprintf(length, sizeof length, "%zx", body.size()));
   const RawAnswer answer =
       Ask(OddPost("Content-Type: text/xml\r\n"
                   "SOAPAction: http://quorvane.example/dev/ns/ivarnel/scriptwells#CreateUserSession\r\n"

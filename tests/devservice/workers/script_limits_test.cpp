@@ -142,9 +142,9 @@ TEST_F(ScriptLimits, ManySessionsRunScriptsAtOnce) {
   constexpr std::size_t kThreads = 8;
   Session();
   std::vector<std::string> results(kThreads);
-  std::vector<std::thread> threads;
+  std::vector<std::thread> threads(kThreads);
   for (std::size_t i = 0; i < kThreads; ++i) {
-    threads.emplace_back([&, i] {
+    threads[i] = std::thread([&, i] {
       results[i] = ValueIn(
           Execute("var t = Date.now(); while (Date.now() - t < 100); " + std::to_string(i) + " * 10"));
     });

@@ -17,7 +17,7 @@ using Row = std::vector<std::string>;
 class Utf8Locale {
  public:
   Utf8Locale() { EXPECT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr); }
-  ~Utf8Locale() { std::setlocale(LC_CTYPE, "C"); }
+  ~Utf8Locale() { static_cast<void>(std::setlocale(LC_CTYPE, "C")); }
   Utf8Locale(const Utf8Locale&) = delete;
   Utf8Locale& operator=(const Utf8Locale&) = delete;
 };
