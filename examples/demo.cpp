@@ -94,7 +94,7 @@ void Add(const qv::IParametersPtr& list, const qv::WideString& name, const qv::V
 
 // Every sample, and the name of the one that the script must return.
 qv::IParametersPtr MakeParameters(const qv::WideString& pick) {
-  const qv::IParametersPtr list = qv::CreateParameters();
+  qv::IParametersPtr list = qv::CreateParameters();
   Add(list, u"pick", qv::Variant::FromString(pick));
   for (const Sample& sample : Samples()) Add(list, sample.name, sample.value);
   return list;
@@ -203,7 +203,7 @@ void RunDemo(const std::string& scriptPath) {
 int main(int argc, char** argv) {
   if (argc == 2 && std::string(argv[1]) == "script-worker")
     _exit(qv::devservice::RunScriptWorker(STDIN_FILENO));
-  std::setlocale(LC_CTYPE, "C.UTF-8");  // the table counts characters
+  static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));  // the table counts characters
   try {
     RunDemo(argc > 1 ? argv[1] : DEMO_SCRIPT);
     return 0;

@@ -204,14 +204,14 @@ std::string ServiceTest::Execute(const std::string& script, const std::string& p
 
 std::string ServiceTest::Value(const std::string& script, const std::string& parameters) {
   const std::string body = Execute(script, parameters);
-  const std::string value = ValueIn(body);
+  std::string value = ValueIn(body);
   EXPECT_NE(value, "(no value)") << body;
   return value;
 }
 
 std::string ServiceTest::Fault(const std::string& script, const std::string& parameters) {
   const std::string body = Execute(script, parameters);
-  const std::string fault = FaultIn(body);
+  std::string fault = FaultIn(body);
   EXPECT_NE(fault, "(no fault)") << body;
   return fault;
 }

@@ -25,7 +25,7 @@ class SimpleHost : public ::testing::Test {
   WideString Ask(Getter getter) {
     BStr text = AllocString(nullptr, 256);
     EXPECT_EQ((services_.get()->*getter)(&text), S_OK);
-    const WideString answer(static_cast<const char16_t*>(text));
+    WideString answer(static_cast<const char16_t*>(text));
     FreeString(text);
     return answer;
   }

@@ -18,7 +18,7 @@ class OddAnswers : public ValueTest {
   std::string RunOdd(const std::string& form, const WideString& script = u"'x'") {
     const int before = ScriptsRun();
     Use("/odd/" + form);
-    const std::string outcome = Run(script);
+    std::string outcome = Run(script);
     EXPECT_EQ(ScriptsRun(), before + 1);
     Use();
     EXPECT_EQ(Run(u"'next'"), "VT_BSTR next");

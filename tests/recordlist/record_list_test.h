@@ -64,7 +64,7 @@ class RecordListTest : public FactoryFixture {
   // The one cell that the content has.
   std::string CellRead(const std::u16string& type, const std::u16string& content) {
     Variant list;
-    const std::string thrown = Thrown([&] { list = Read(OneCellXml(type, content)); });
+    std::string thrown = Thrown([&] { list = Read(OneCellXml(type, content)); });
     if (thrown != "nothing") return thrown;
     return ShownValue(fake_.Table().rows.at(0).cells.at(0));
   }

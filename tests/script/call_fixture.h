@@ -56,7 +56,7 @@ class CallFixture : public testing::Test {
   }
   std::string RunThrows(const Variant& parameters) {
     map_[u"parameters"] = parameters;
-    const std::string thrown = Thrown([this] { Run(); });
+    std::string thrown = Thrown([this] { Run(); });
     map_.erase(u"parameters");
     EXPECT_EQ(http_.LiveObjects(), 0);
     return thrown;
@@ -71,7 +71,7 @@ class CallFixture : public testing::Test {
 
   // A list of the library's, and one of another program that names the type of its parameter "k" itself.
   static IParametersPtr List(std::initializer_list<std::pair<WideString, Variant>> parameters) {
-    const IParametersPtr list = CreateParameters();
+    IParametersPtr list = CreateParameters();
     for (const auto& [key, value] : parameters) EXPECT_EQ(list->Add(key, value, nullptr), S_OK);
     return list;
   }

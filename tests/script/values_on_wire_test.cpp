@@ -18,7 +18,7 @@ Variant Duration(const WideString& text) {
   return Object(CreateDuration(text));
 }
 IUrlPtr FilledUrl() {
-  const IUrlPtr url = CreateUrl();
+  IUrlPtr url = CreateUrl();
   EXPECT_EQ(url->put_Url(u"scheme://srv/a"), S_OK);
   EXPECT_EQ(url->put_UrlCaption(u"caption"), S_OK);
   return url;

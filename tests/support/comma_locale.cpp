@@ -72,7 +72,7 @@ CommaLocale::CommaLocale() : oldName_(std::setlocale(LC_ALL, nullptr)) {
 
 CommaLocale::~CommaLocale() {
   std::locale::global(oldLocale_);
-  std::setlocale(LC_ALL, oldName_.c_str());
+  static_cast<void>(std::setlocale(LC_ALL, oldName_.c_str()));
 }
 
 }  // namespace qv

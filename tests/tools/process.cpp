@@ -217,7 +217,7 @@ Outcome Tool::OnTerminal(const std::string& question, const std::string& typed, 
 }
 
 Process::Process(const Tool& tool) : command_(Joined(tool.words_)) {
-  ::signal(SIGPIPE, SIG_IGN);
+  static_cast<void>(::signal(SIGPIPE, SIG_IGN));
   const Start start(tool.words_, tool.variables_, registry_);
   Pipe in;
   Pipe out;
@@ -228,7 +228,7 @@ Process::Process(const Tool& tool) : command_(Joined(tool.words_)) {
     ::dup2(out.ends[1], 1);
     ::dup2(err.ends[1], 2);
     if (!tool.output_.empty()) ::dup2(::open(tool.output_.c_str(), O_WRONLY | O_CLOEXEC), 1);
-    ::signal(SIGPIPE, SIG_DFL);
+    static_cast<void>(::signal(SIGPIPE, SIG_DFL));
     for (const int stream : tool.closed_) ::close(stream);
     start.Become();
   }

@@ -24,7 +24,7 @@ class ListLock : public testing::Test {
     const int before = CountRows(list_);
     IUnknown* record = row_.get();
     const HRESULT code = list_->NewRecord(&record);
-    const std::string shown = Outcome(code);
+    std::string shown = Outcome(code);
     EXPECT_EQ(record == nullptr, Failed(code));
     if (Succeeded(code)) record->Release();
     EXPECT_EQ(CountRows(list_), before + (Succeeded(code) ? 1 : 0));
@@ -34,7 +34,7 @@ class ListLock : public testing::Test {
     const std::int32_t before = ColumnCount(list_);
     IRecordListHeader* added = column_.get();
     const HRESULT code = columns_->AddHeader(u"b", kColumnInt, &added);
-    const std::string shown = Outcome(code);
+    std::string shown = Outcome(code);
     EXPECT_EQ(added == nullptr, Failed(code));
     if (Succeeded(code)) added->Release();
     EXPECT_EQ(ColumnCount(list_), before + (Succeeded(code) ? 1 : 0));
@@ -45,7 +45,7 @@ class ListLock : public testing::Test {
     EXPECT_EQ(column_->GetDisplayName(&before), S_OK);
     const WideString name = Shown(before) == "one" ? u"two" : u"one";
     const HRESULT code = column_->SetDisplayName(name);
-    const std::string shown = Outcome(code);
+    std::string shown = Outcome(code);
     WideString after;
     EXPECT_EQ(column_->GetDisplayName(&after), S_OK);
     EXPECT_EQ(Shown(after), Shown(Succeeded(code) ? name : before));
@@ -54,7 +54,7 @@ class ListLock : public testing::Test {
   std::string BySetValue(const IRecordListRecordPtr& row) {
     const std::int32_t before = ValueAt(row, 0).Data().intVal;
     const HRESULT code = row->SetValue(0, Int(before + 1));
-    const std::string shown = Outcome(code);
+    std::string shown = Outcome(code);
     EXPECT_EQ(ValueAt(row, 0).Data().intVal, before + (Succeeded(code) ? 1 : 0));
     return shown;
   }

@@ -117,7 +117,7 @@ TEST_F(TransferLimits, FullDiskIsReportedAndLeavesNothing) {
   setrlimit(RLIMIT_FSIZE, &small);
   const RawAnswer answer = Upload(url, std::string(500000, 'a'));
   setrlimit(RLIMIT_FSIZE, &limit);
-  std::signal(SIGXFSZ, handler);
+  static_cast<void>(std::signal(SIGXFSZ, handler));
   EXPECT_EQ(StatusOf(answer), "507");
   EXPECT_EQ(answer.body, "There is no room for the file.\n");
   EXPECT_EQ(temporary_.CountFiles(), 0);

@@ -195,7 +195,7 @@ TEST(ProgressLine, WideCharactersTakeTwoColumns) {
   // Six characters of two columns each have to fit into eight.
   const std::string line = ProgressLine(
       {"\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E", 500, 1000, 1}, 15);
-  std::setlocale(LC_CTYPE, before.c_str());
+  static_cast<void>(std::setlocale(LC_CTYPE, before.c_str()));
   EXPECT_EQ(line, "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E..   50%");
 }
 
