@@ -2,6 +2,7 @@
 // same bytes each time, on kept connections.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "fixtures/loopback_server.h"
@@ -12,8 +13,9 @@ class CannedServer : public test::LoopbackServer {
  public:
   // `body` is sent with status 200 and its length.
   explicit CannedServer(const std::string& body)
-      : LoopbackServer([answer = test::RawAnswerText(body, "Content-Type: text/xml; charset=utf-8\r\n")] {
-          return [answer](test::LoopbackConnection& connection) { Serve(answer, connection); };
+      : LoopbackServer([answer = std::make_shared<const std::string>(
+                            test::RawAnswerText(body, "Content-Type: text/xml; charset=utf-8\r\n"))] {
+          return [answer](test::LoopbackConnection& connection) { Serve(*answer, connection); };
         }) {}
 
  private:

@@ -2,7 +2,6 @@
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -10,7 +9,6 @@
 #include "qvscriptwells/xml_library_hold.h"
 #include "ratio_reporter.h"
 #include "recordlist/register_formaters.h"
-#include "table_memory.h"
 
 namespace {
 
@@ -38,9 +36,6 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
-  // A filter is after one benchmark.
-  if (std::none_of(argv + 1, argv + argc, [](const char* a) { return std::strstr(a, "filter") != nullptr; }))
-    qv::bench::PrintTableMemory();
   const qv::XmlLibraryHold hold;
   qv::RegisterFormaters();
   qv::bench::RatioReporter reporter(isatty(STDOUT_FILENO) == 1);

@@ -13,20 +13,12 @@ struct Ratio {
 };
 
 constexpr Ratio kRatios[] = {
-    {"round_trip/execute", "round_trip/bare_curl", 2.2},
-    {"round_trip/execute", "round_trip/bare_curl_and_parse", 1.15},
     {"script_1MB/execute", "script_1MB/bare_curl", 3.0},
     {"upload_256MB/component", "upload_256MB/bare_curl", 1.25},
     {"download_256MB/component", "download_256MB/bare_curl", 1.25},
     {"envelope_200/write", "envelope_200/copy", 0},
     {"envelope_1MB/write", "envelope_1MB/copy", 0},
     {"read_string/response", "read_string/bare_parse", 0},
-    {"table_1k/read", "table_1k/bare_parse", 0.45},
-    {"table_10k/read", "table_10k/bare_parse", 0.45},
-    {"table_100k/read", "table_100k/bare_parse", 0.45},
-    {"table_10k/read", "table_1k/read", 11},
-    {"table_100k/read", "table_10k/read", 11},
-    {"table_1M/read", "table_100k/read", 11},
     {"service_table_1k/execute", "service_table_1k/bare_curl", 0},
     {"document_5MB/serialize", "document_5MB/bare_parse", 0},
     {"document_5MB/file_to_request", "document_5MB/bare_parse", 0},

@@ -5,15 +5,6 @@
 
 namespace qv::bench {
 
-WideString Script(std::size_t units) {
-  static const std::u16string line =
-      u"var total = 0; for (var i = 0; i < rows.length; ++i) total += rows[i].price;\n";
-  std::u16string script;
-  while (script.size() < units) script += line;
-  script.resize(units);
-  return WideString(script);
-}
-
 IParametersPtr ThreeParameters() {
   IParametersPtr parameters = CreateParameters();
   parameters->Add(u"count", Variant::FromInt(42), nullptr);
@@ -24,7 +15,7 @@ IParametersPtr ThreeParameters() {
 
 NamedArguments ExecuteArguments(const WideString& script, const IParametersPtr& parameters) {
   NamedArguments map;
-  map.emplace(u"ContextHandle", Variant::FromString(u"5f3c6f1e0f8d4c3ba1d2e3f405162738"));
+  map.emplace(u"ContextHandle", Variant::FromString(FromUtf8(kSampleSession)));
   map.emplace(u"ScriptLanguage", Variant::FromString(u"JavaScript"));
   map.emplace(u"Script", Variant::FromString(script));
   map.emplace(u"parameters", Variant::FromObject(parameters.get()));

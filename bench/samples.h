@@ -1,16 +1,14 @@
 // What the benchmarks send and get.
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "qvscriptwells/objects.h"
+#include "script_sample.h"
 #include "soap/qv_command.h"
 
 namespace qv::bench {
 
-// A script of `units` characters, made of a line that people could have written.
-WideString Script(std::size_t units);
 // Three parameters: int, double, string.
 IParametersPtr ThreeParameters();
 // What Execute hands to its command.

@@ -18,7 +18,6 @@ namespace {
 constexpr char16_t kScript[] =
     u"Array.from({length: 1000}, (_, i) => ({id: i, name: 'customer ' + i, balance: i * 1.25, active: i % 2 "
     u"== 0}))";
-constexpr char kSampleSession[] = "5f3c6f1e0f8d4c3ba1d2e3f405162738";
 
 // The service, and one session on it. Never ended: the end of any model removes the formaters of the process.
 struct Table {
