@@ -24,7 +24,7 @@ void Print(const Reading& reading, std::size_t bytes) {
 
 void EndLine() {
   std::printf("\n");
-  std::fflush(stdout);
+  static_cast<void>(std::fflush(stdout));
 }
 
 std::unique_ptr<Peer> MeasureFirst(MakePeer make, const Task& task, const Meter& meter) {

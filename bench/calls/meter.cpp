@@ -2,10 +2,10 @@
 
 #include <linux/perf_event.h>
 #include <sys/syscall.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <cstdint>
+#include <ctime>
 
 #include "allocations.h"
 

@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
     servers.emplace_back(rows == 0 ? qv::bench::StringAnswer() : qv::bench::TableAnswer(rows));
     std::printf("%s\n", servers.back().Url().c_str());
   }
-  std::fflush(stdout);
+  static_cast<void>(std::fflush(stdout));
   while (std::getchar() != EOF) continue;
   return 0;
 }
