@@ -10,8 +10,7 @@
 #include "support/numbers.h"
 #include "support/string_helpers.h"
 #include "text/join_text.h"
-#include "xml/qv_dom_error_handlers.h"
-#include "xml/qv_dom_parser.h"
+#include "xml/answer_document.h"
 #include "xml/xml_walk.h"
 
 namespace qv {
@@ -42,15 +41,15 @@ bool Take(const Wanted& wanted, std::u16string_view tag, const XmlNode& element)
 
 // Skips names that the document does not contain, since a table is large; the elements of an answer are near
 // its start.
-AnswerNodes FindAnswerNodes(const QvDomParser& parser, const WideString& action) {
+AnswerNodes FindAnswerNodes(const AnswerDocument& document, const WideString& action) {
   const WideString name = JoinText({action.view(), u"Response"});
   const WideString prefixed = JoinText({u"NS2:", name.view()});
   AnswerNodes found;
   const Wanted wanted[] = {
       {u"soap:Fault", &found.fault}, {name.view(), &found.answer}, {prefixed.view(), &found.prefixedAnswer}};
   int missing = 0;
-  for (const Wanted& one : wanted) missing += parser.MayHold(one.name) ? 1 : 0;
-  for (XmlWalk walk(parser.Document()); missing != 0 && !walk.Node().IsNull(); walk.Next()) {
+  for (const Wanted& one : wanted) missing += document.MayHold(one.name) ? 1 : 0;
+  for (XmlWalk walk(document.Document()); missing != 0 && !walk.Node().IsNull(); walk.Next()) {
     if (walk.Node().NodeType() != XmlNode::kElement) continue;
     const std::u16string_view tag = walk.Node().Name();
     for (const Wanted& one : wanted) missing -= Take(one, tag, walk.Node()) ? 1 : 0;
@@ -58,9 +57,10 @@ AnswerNodes FindAnswerNodes(const QvDomParser& parser, const WideString& action)
   return found;
 }
 
+// The usual prefix first: where it is missing, a large answer is searched to its end.
 bool IsEnvelope(std::u16string_view text) {
-  return text.find(u"SOAP:Envelope") != std::u16string_view::npos ||
-         text.find(u"soap:Envelope") != std::u16string_view::npos;
+  return text.find(u"soap:Envelope") != std::u16string_view::npos ||
+         text.find(u"SOAP:Envelope") != std::u16string_view::npos;
 }
 
 // The value of the last element of that name, in document order; false if there is none.
@@ -93,15 +93,13 @@ std::u16string_view ErrorObject(std::u16string_view faultText) {
 }
 
 [[noreturn]] void RaiseErrorObject(const WideString& faultText, std::u16string_view errorObject) {
-  QvDomParser parser;
-  QvDOMErrorHandlers handlers(true);
-  parser.setErrorHandler(&handlers);
-  parser.ParseHostileText(errorObject, kBufferId);
-  if (parser.Document().IsNull()) throw EQvException(faultText);
+  AnswerDocument document;
+  document.ReadText(errorObject, kBufferId);
+  if (document.Document().IsNull()) throw EQvException(faultText);
   WideString code;
   WideString description = faultText;
-  LastElementValue(parser.Document(), u"errorCode", code);
-  LastElementValue(parser.Document(), u"description", description);
+  LastElementValue(document.Document(), u"errorCode", code);
+  LastElementValue(document.Document(), u"description", description);
   throw EQvException(description, ToInt(code));
 }
 
@@ -142,22 +140,20 @@ void CSOAPResponse::ParseText() {
 }
 
 void CSOAPResponse::Parse() {
-  QvDomParser parser;
-  QvDOMErrorHandlers handlers(true);
-  parser.setErrorHandler(&handlers);
-  if (action_.view() == u"CreateUserSession") parser.ClearMemoryAtEnd();
+  AnswerDocument document;
+  if (action_.view() == u"CreateUserSession") document.ClearMemoryAtEnd();
   if (fromFile_) {
-    parser.parse(ToUtf8(text_).c_str(), false);
+    document.ReadFile(ToUtf8(text_).c_str());
   } else {
     if (!IsEnvelope(text_.view())) throw EQvException(messages::kInvalidResponse);
-    parser.ParseHostileText(text_.view(), kBufferId);
+    document.ReadText(text_.view(), kBufferId);
   }
-  ReadDocument(parser);
+  ReadNodes(document);
 }
 
-void CSOAPResponse::ReadDocument(const QvDomParser& parser) {
-  const AnswerNodes nodes = FindAnswerNodes(parser, action_);
-  const XmlNode document = parser.Document();
+void CSOAPResponse::ReadNodes(const AnswerDocument& answerDocument) {
+  const AnswerNodes nodes = FindAnswerNodes(answerDocument, action_);
+  const XmlNode document = answerDocument.Document();
   if (!nodes.fault.IsNull()) DeserializeFault(document);
   const XmlNode answer = nodes.answer.IsNull() ? nodes.prefixedAnswer : nodes.answer;
   if (answer.IsNull() || action_.view() == u"CloseUserSession") return;

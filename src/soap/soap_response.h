@@ -7,7 +7,7 @@
 
 namespace qv {
 
-class QvDomParser;
+class AnswerDocument;
 
 class CSOAPResponse {
  public:
@@ -20,7 +20,7 @@ class CSOAPResponse {
 
  private:
   void Parse();
-  void ReadDocument(const QvDomParser& parser);
+  void ReadNodes(const AnswerDocument& answerDocument);
   void ReadAnswer(const XmlNode& answer, const XmlNode& documentElement);
 
   WideString action_;

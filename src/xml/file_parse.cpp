@@ -70,7 +70,7 @@ void QvDomParser::ParseBytesOfFile(const std::string& bytes, const WideString& s
   xc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(bytes.data()), bytes.size(), systemId.data(),
                                false);
   source.setCopyBufToStream(false);
-  TreeBuilder::parse(source);
+  XercesDOMParser::parse(source);
 }
 
 }  // namespace qv

@@ -47,6 +47,9 @@ constexpr std::size_t kSmallRequest = 1024;
 constexpr std::size_t kReserve = std::size_t{16} * 1024 * 1024;
 constexpr std::size_t kLargestRequest = std::size_t{1} << 39;  // more is an error
 constexpr std::size_t kAlignment = alignof(std::max_align_t);
+// A part that grows to this has pages of its own.
+constexpr std::size_t kMappedPart = std::size_t{512} * 1024;
+constexpr std::size_t kPage = 4096;
 
 // Keeps one shared block between two parsers of a thread, so that a small parse needs no system call.
 ThreadSlot& SpareBlock() noexcept {
@@ -61,11 +64,20 @@ void* TakeSharedBlock() noexcept {
   return spare;
 }
 
+// A wish only.
+void AskForLargePages(void* bytes, std::size_t size) noexcept {
+  if (size >= kLarge) madvise(bytes, size, MADV_HUGEPAGE);
+}
+
 void* MapBlock(std::size_t size) noexcept {
   void* bytes = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (bytes == MAP_FAILED) return nullptr;
-  madvise(bytes, size, MADV_HUGEPAGE);  // a hint only
+  AskForLargePages(bytes, size);
   return bytes;
+}
+
+std::size_t RoundedUp(std::size_t size, std::size_t step) noexcept {
+  return (size + step - 1) / step * step;
 }
 
 void GiveSharedBlockBack(void* block) noexcept {
@@ -77,12 +89,20 @@ void GiveSharedBlockBack(void* block) noexcept {
 ParseMemory::ParseMemory() noexcept = default;
 
 ParseMemory::~ParseMemory() {
+  GiveAllBack();
+}
+
+void ParseMemory::GiveAllBack() noexcept {
   while (blocks_ != nullptr) {
     Block* block = blocks_;
     blocks_ = block->next;
     if (clears_) Clear(block);
     Give(block, block == shared_);
   }
+  shared_ = nullptr;
+  next_ = nullptr;
+  end_ = nullptr;
+  inUse_ = 0;
 }
 
 // Mapped memory returns to the system, which clears it.
@@ -110,14 +130,17 @@ xc::MemoryManager* ParseMemory::getExceptionMemoryManager() {
 
 void* ParseMemory::allocate(XMLSize_t size) {
   if (size > kLargestRequest) throw xc::OutOfMemoryException();
-  const std::size_t total = sizeof(Piece) + (size + kAlignment - 1) / kAlignment * kAlignment;
-  const std::size_t limit = size < kSmallRequest ? SmallRequestLimit() : limit_;
-  if (inUse_ > limit || total > limit - inUse_) throw xc::OutOfMemoryException();
+  const std::size_t total = sizeof(Piece) + RoundedUp(size, kAlignment);
+  RequireRoom(total, size < kSmallRequest ? SmallRequestLimit() : limit_);
   if (shared_ == nullptr) StartBlock();
   if (void* bytes = TakeFromBlock(total)) return bytes;
   if (total > LargestShared()) return TakeAlone(total);
   StartBlock();
   return TakeFromBlock(total);
+}
+
+void ParseMemory::RequireRoom(std::size_t more, std::size_t limit) const {
+  if (inUse_ > limit || more > limit - inUse_) throw xc::OutOfMemoryException();
 }
 
 std::size_t ParseMemory::SmallRequestLimit() const noexcept {
@@ -142,6 +165,47 @@ void* ParseMemory::TakeAlone(std::size_t total) {
   return new (block + 1) Piece{total, block} + 1;
 }
 
+void* ParseMemory::TakeMapped(std::size_t total) {
+  RequireRoom(total, limit_);
+  const std::size_t mapped = RoundedUp(sizeof(Block) + total, kPage);
+  void* raw = MapBlock(mapped);
+  if (raw == nullptr) throw xc::OutOfMemoryException();
+  auto* block = new (raw) Block{nullptr, nullptr, mapped};
+  Link(block);
+  inUse_ += total;
+  return new (block + 1) Piece{total, block} + 1;
+}
+
+void* ParseMemory::ResizeMapped(Piece* piece, std::size_t total) {
+  if (total > piece->total) RequireRoom(total - piece->total, limit_);
+  Block* const old = piece->alone;
+  const std::size_t before = piece->total;
+  const std::size_t mapped = RoundedUp(sizeof(Block) + total, kPage);
+  Unlink(old);
+  void* raw = mremap(old, old->mapped, mapped, MREMAP_MAYMOVE);
+  auto* block = static_cast<Block*>(raw == MAP_FAILED ? old : raw);
+  block->previous = nullptr;
+  Link(block);
+  if (raw == MAP_FAILED) throw xc::OutOfMemoryException();
+  if (block->mapped < kLarge) AskForLargePages(block, mapped);
+  block->mapped = mapped;
+  inUse_ += total - before;
+  return new (block + 1) Piece{total, block} + 1;
+}
+
+void* ParseMemory::Resize(void* bytes, std::size_t size) {
+  if (bytes == nullptr) return allocate(size);
+  if (size > kLargestRequest) throw xc::OutOfMemoryException();
+  Piece* const piece = static_cast<Piece*>(bytes) - 1;
+  const std::size_t total = sizeof(Piece) + RoundedUp(size, kAlignment);
+  const bool isMapped = piece->alone != nullptr && piece->alone->mapped != 0;
+  if (isMapped && total >= kMappedPart) return ResizeMapped(piece, total);
+  void* const moved = total >= kMappedPart ? TakeMapped(total) : allocate(size);
+  std::memcpy(moved, bytes, std::min(piece->total - sizeof(Piece), size));
+  deallocate(bytes);
+  return moved;
+}
+
 void ParseMemory::StartBlock() {
   const std::size_t mapped = inUse_ < kLarge ? 0 : std::min(inUse_, kLargestBlock);
   void* raw = mapped == 0 ? TakeSharedBlock() : MapBlock(mapped);
@@ -159,7 +223,7 @@ void ParseMemory::deallocate(void* bytes) {
   if (Block* block = piece->alone) {
     Unlink(block);
     if (clears_) Clear(block);
-    std::free(block);
+    Give(block, false);
     inUse_ -= total;
   } else if (static_cast<char*>(bytes) - sizeof(Piece) + total == next_) {
     next_ -= total;  // the newest part: its memory can be reused

@@ -1,7 +1,8 @@
-// The memory of one parser: allocated from a few large blocks, limited, and freed all at once. A small answer
-// fits into one block, which the thread keeps for its next parser. Parser and document must be destroyed
-// before it; exceptions outlive the parser, so they use the library's own manager. Used by one thread.
-// Failure: the XML library's OutOfMemoryException, at the limit and when the system has no more memory.
+// The memory of one document: allocated from a few large blocks, limited, and freed all at once. A small
+// answer fits into one block, which the thread keeps for its next document. Parser and document must be
+// destroyed before it; exceptions outlive the parser, so they use the library's own manager. Used by one
+// thread. Failure: the XML library's OutOfMemoryException, at the limit and when the system has no more
+// memory.
 #pragma once
 
 #include <cstddef>
@@ -22,10 +23,15 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   void ClearAtEnd() noexcept { clears_ = true; }
   // Bytes in use. Parts of a shared block count until the end, even after they are freed.
   std::size_t BytesInUse() const noexcept { return inUse_; }
+  // Gives everything back now, so that nothing of it is in use.
+  void GiveAllBack() noexcept;
 
   XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager* getExceptionMemoryManager() override;
   void* allocate(XMLSize_t size) override;
   void deallocate(void* bytes) override;
+  // A part of another size with the same contents; null stands for a part without contents. Large parts keep
+  // their pages, so they are neither copied nor there twice. After a failure the old part is as it was.
+  void* Resize(void* bytes, std::size_t size);
 
  private:
   struct Block;
@@ -35,6 +41,9 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   std::size_t LargestShared() const noexcept;
   void* TakeFromBlock(std::size_t total) noexcept;
   void* TakeAlone(std::size_t total);
+  void* TakeMapped(std::size_t total);
+  void* ResizeMapped(Piece* piece, std::size_t total);
+  void RequireRoom(std::size_t more, std::size_t limit) const;
   void StartBlock();
   void Link(Block* block) noexcept;
   void Unlink(Block* block) noexcept;

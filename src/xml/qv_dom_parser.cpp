@@ -6,7 +6,6 @@
 
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/framework/XMLElementDecl.hpp>
 #include <xercesc/internal/ReaderMgr.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -31,7 +30,7 @@ constexpr std::size_t kLargestUnits = std::numeric_limits<std::size_t>::max() / 
 
 }  // namespace
 
-QvDomParser::QvDomParser() : TreeBuilder(nullptr, &Memory()), ownHandler_(true) {
+QvDomParser::QvDomParser() : XercesDOMParser(nullptr, &Memory()), ownHandler_(true), tree_(Memory()) {
   setErrorHandler(&ownHandler_);
   setValidationScheme(Val_Never);
 }
@@ -49,7 +48,10 @@ void QvDomParser::ParseHostileText(std::u16string_view text, const char* bufferI
   bufferId_.assign(bufferId, bufferId + std::char_traits<char>::length(bufferId));
   Disarm(text.size());
   try {
+    StartTree(text.size());
     parse(TextInputSource(text, bufferId_.c_str(), &Memory()));
+    if (isCompact_) tree_.Finish();
+    isFinished_ = true;
   } catch (const xc::OutOfMemoryException&) {
     Refuse(u"The document needs more memory than it may have.");
   } catch (const xc::DOMException&) {
@@ -82,12 +84,12 @@ void QvDomParser::Refuse(const char16_t* why) {
 }
 
 XmlNode QvDomParser::Document() const {
-  return XmlNode(fDocument);
+  if (!isCompact_) return XmlNode(fDocument);
+  return isFinished_ ? XmlNode(tree_, CompactTree::kDocumentIndex) : XmlNode();
 }
 
 bool QvDomParser::MayHold(std::u16string_view elementName) const {
-  if (hasDocumentType_ || getDoNamespaces() || getDoSchema()) return true;
-  return std::find(elementNames_.begin(), elementNames_.end(), elementName) != elementNames_.end();
+  return !isCompact_ || tree_.HasElementNamed(elementName);
 }
 
 void QvDomParser::error(unsigned int /*code*/, const XMLCh* /*domain*/, xc::XMLErrorReporter::ErrTypes type,
@@ -104,25 +106,11 @@ void QvDomParser::error(unsigned int /*code*/, const XMLCh* /*domain*/, xc::XMLE
   }
 }
 
-void QvDomParser::startElement(const xc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
-                               const xc::RefVectorOf<xc::XMLAttr>& attributes, XMLSize_t attributeCount,
-                               bool isEmpty, bool isRoot) {
-  if (IsLimited()) {
-    // The scanner numbers element names in order of appearance.
-    if (declaration.getId() > kMaxElementNames) Refuse(u"The document has too many different elements.");
-    if (attributeCount > kMaxAttributesOfElement) Refuse(u"The element has too many attributes.");
-  }
-  // The scanner numbers the names of declared elements separately.
-  if (!hasDocumentType_ && declaration.getId() > elementNames_.size())
-    elementNames_.emplace_back(declaration.getFullName());
-  TreeBuilder::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
-}
-
 // The scanner accepts any version 1.x; the document throws DOMException for some.
 void QvDomParser::XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone,
                           const XMLCh* actualEncoding) {
   try {
-    TreeBuilder::XMLDecl(version, encoding, standalone, actualEncoding);
+    XercesDOMParser::XMLDecl(version, encoding, standalone, actualEncoding);
   } catch (const xc::DOMException&) {
     if (!isHostile_) throw;
     Refuse(u"The version of XML is not supported.");
@@ -132,9 +120,9 @@ void QvDomParser::XMLDecl(const XMLCh* version, const XMLCh* encoding, const XML
 // The document rejects some names that the scanner accepts.
 void QvDomParser::doctypeDecl(const xc::DTDElementDecl& root, const XMLCh* publicId, const XMLCh* systemId,
                               bool hasInternalSubset, bool hasExternalSubset) {
-  hasDocumentType_ = true;
+  if (isCompact_) UseLibraryTree();
   try {
-    TreeBuilder::doctypeDecl(root, publicId, systemId, hasInternalSubset, hasExternalSubset);
+    XercesDOMParser::doctypeDecl(root, publicId, systemId, hasInternalSubset, hasExternalSubset);
   } catch (const xc::DOMException&) {
     if (!isHostile_) throw;
     Refuse(u"The name of the document type is not valid.");
@@ -147,7 +135,7 @@ void QvDomParser::doctypeWhitespace(const XMLCh* units, XMLSize_t length) {
   if (IsLimited() && getScanner()->getReaderMgr()->getCurrentReaderNum() > maxExpansions_ + 1) {
     Refuse(u"The document refers to too many parameter entities.");
   }
-  TreeBuilder::doctypeWhitespace(units, length);
+  XercesDOMParser::doctypeWhitespace(units, length);
 }
 
 void QvDomParser::CountDeclaration() {
@@ -156,22 +144,22 @@ void QvDomParser::CountDeclaration() {
 
 void QvDomParser::attDef(const xc::DTDElementDecl& element, const xc::DTDAttDef& attribute, bool isIgnored) {
   CountDeclaration();
-  TreeBuilder::attDef(element, attribute, isIgnored);
+  XercesDOMParser::attDef(element, attribute, isIgnored);
 }
 
 void QvDomParser::elementDecl(const xc::DTDElementDecl& element, bool isIgnored) {
   CountDeclaration();
-  TreeBuilder::elementDecl(element, isIgnored);
+  XercesDOMParser::elementDecl(element, isIgnored);
 }
 
 void QvDomParser::entityDecl(const xc::DTDEntityDecl& entity, bool isParameterEntity, bool isIgnored) {
   CountDeclaration();
-  TreeBuilder::entityDecl(entity, isParameterEntity, isIgnored);
+  XercesDOMParser::entityDecl(entity, isParameterEntity, isIgnored);
 }
 
 void QvDomParser::notationDecl(const xc::XMLNotationDecl& notation, bool isIgnored) {
   CountDeclaration();
-  TreeBuilder::notationDecl(notation, isIgnored);
+  XercesDOMParser::notationDecl(notation, isIgnored);
 }
 
 }  // namespace qv

@@ -1,5 +1,6 @@
 // The library's only parser. It parses a document from memory (an answer) or from a file (a script document),
-// without namespaces, validation and schemas. It catches only its own memory limit: SAXParseException from
+// without namespaces, validation and schemas. A document from memory without a document type gets a compact
+// tree; all others get the XML library's. It catches only its own memory limit: SAXParseException from
 // the handler, DOMException and XMLException of the XML library reach the caller. Use a parser for one
 // document; after a failure it is unusable. It owns the document, even one that was adopted from it. Used by
 // one thread, in one scope, with the library started (XmlLibraryGuardScope). The constructor throws the XML
@@ -9,14 +10,14 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
 #include "qvscriptwells/wide_string.h"
+#include "xml/compact_tree.h"
 #include "xml/parse_memory.h"
 #include "xml/qv_dom_error_handlers.h"
-#include "xml/tree_builder.h"
 #include "xml/xml_node.h"
 
 namespace qv {
@@ -31,7 +32,7 @@ class ParseMemoryOwner {
   ParseMemory memory_;
 };
 
-class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
+class QvDomParser : private ParseMemoryOwner, public XERCES_CPP_NAMESPACE_QUALIFIER XercesDOMParser {
  public:
   // Sets its own error handler, so errors are thrown even if the caller sets none.
   QvDomParser();
@@ -39,7 +40,7 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   QvDomParser(const QvDomParser&) = delete;
   QvDomParser& operator=(const QvDomParser&) = delete;
 
-  using TreeBuilder::parse;
+  using XercesDOMParser::parse;
 
   // Parses a server's answer, which is not trusted: nothing external is opened, at most kMaxEntityExpansions
   // entity references are expanded (character references and the five predefined entities do not count), and
@@ -64,7 +65,7 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   // Memory of the parser and its document; for tests and measurements.
   std::size_t BytesInUse() const noexcept { return Memory().BytesInUse(); }
 
-  // The document of the last parse, or a null node.
+  // The document of the last parse, or a null node. After a failure it may be incomplete, or null.
   XmlNode Document() const;
   // False if the document certainly has no element of this name, so that a search can be skipped.
   bool MayHold(std::u16string_view elementName) const;
@@ -85,12 +86,18 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   void error(unsigned int code, const XMLCh* domain,
              XERCES_CPP_NAMESPACE_QUALIFIER XMLErrorReporter::ErrTypes type, const XMLCh* text,
              const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line, XMLFileLoc column) override;
-  // As in the base class, but check the limits of untrusted texts.
+  // They build a compact tree, or call the base class; they also check the limits of untrusted texts.
   void startElement(
       const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl& declaration, unsigned int uriId,
       const XMLCh* prefix,
       const XERCES_CPP_NAMESPACE_QUALIFIER RefVectorOf<XERCES_CPP_NAMESPACE_QUALIFIER XMLAttr>& attributes,
       XMLSize_t attributeCount, bool isEmpty, bool isRoot) override;
+  void endElement(const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl& declaration, unsigned int uriId,
+                  bool isRoot, const XMLCh* prefix) override;
+  void docCharacters(const XMLCh* units, XMLSize_t length, bool isCData) override;
+  void docComment(const XMLCh* comment) override;
+  void docPI(const XMLCh* target, const XMLCh* data) override;
+  // As in the base class, but with the refusals of a hostile text.
   void XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone,
                const XMLCh* actualEncoding) override;
   void doctypeDecl(const XERCES_CPP_NAMESPACE_QUALIFIER DTDElementDecl& root, const XMLCh* publicId,
@@ -103,9 +110,18 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
                   bool isIgnored) override;
   void notationDecl(const XERCES_CPP_NAMESPACE_QUALIFIER XMLNotationDecl& notation, bool isIgnored) override;
 
+ protected:
+  // An attribute with a copy of its name: the library's table of names has 257 places, so a document in which
+  // every attribute has another name would take time by the square of its length.
+  XERCES_CPP_NAMESPACE_QUALIFIER DOMAttr* createAttr(const XMLCh* name) override;
+
  private:
   void ParseBytesOfFile(const std::string& bytes, const WideString& systemId);
   void Disarm(std::size_t units);
+  void StartTree(std::size_t units);
+  void UseLibraryTree();
+  CompactTree::Index NameOfElement(const XERCES_CPP_NAMESPACE_QUALIFIER XMLElementDecl& declaration);
+  CompactTree::Index NameOfAttribute(std::u16string_view name);
   // Limits the expansion of a small document.
   void LimitGrowth(std::size_t expansions);
   bool IsLimited() const noexcept { return maxExpansions_ != 0; }
@@ -118,8 +134,12 @@ class QvDomParser : private ParseMemoryOwner, public TreeBuilder {
   std::size_t declarations_ = 0;
   std::size_t maxExpansions_ = 0;  // 0: no limits
   bool isHostile_ = false;
-  bool hasDocumentType_ = false;
-  std::vector<std::u16string> elementNames_;  // of a document without document type
+  bool isCompact_ = false;   // the document goes into the tree
+  bool isFinished_ = false;  // and is there, whole
+  CompactTree tree_;
+  ParseArray<CompactTree::Index> elementNames_;  // in the order of the scanner's numbers
+  static constexpr std::size_t kRecentNames = 256;
+  CompactTree::Index recentNames_[kRecentNames] = {};  // of attributes, each plus 1
 };
 
 }  // namespace qv

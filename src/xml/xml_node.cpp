@@ -38,57 +38,63 @@ class TerminatedName {
 
 }  // namespace
 
-int XmlNode::NodeType() const {
-  return node_ == nullptr ? int{kNone} : static_cast<int>(node_->getNodeType());
+int XmlNode::TypeInLibrary() const {
+  return IsNull() ? int{kNone} : static_cast<int>(DomNode()->getNodeType());
+}
+
+std::u16string_view XmlNode::ValueInLibrary() const {
+  const int type = TypeInLibrary();
+  if (type == kNone || type == kElement) return {};
+  if (type == kText || type == kCData) {  // these know their length
+    const auto* text = static_cast<const xc::DOMText*>(DomNode());
+    return {text->getData(), text->getLength()};
+  }
+  return ViewOf(DomNode()->getNodeValue());
+}
+
+XmlNode XmlNode::FirstChildInLibrary() const {
+  return IsNull() ? XmlNode() : XmlNode(FirstChildOf(DomNode()));
+}
+
+XmlNode XmlNode::NextSiblingInLibrary() const {
+  return IsNull() ? XmlNode() : XmlNode(NextSiblingOf(DomNode()));
 }
 
 std::u16string_view XmlNode::Name() const {
-  return node_ == nullptr ? std::u16string_view() : ViewOf(node_->getNodeName());
-}
-
-std::u16string_view XmlNode::Value() const {
-  if (node_ == nullptr) return {};
-  const int type = node_->getNodeType();
-  if (type == kElement) return {};
-  if (type == kText || type == kCData) {  // these know their length
-    const auto* text = static_cast<const xc::DOMText*>(node_);
-    return {text->getData(), text->getLength()};
-  }
-  return ViewOf(node_->getNodeValue());
+  if (kind_ == kRecord) return Tree().NameOf(index_);
+  if (kind_ == kHeldText) return u"#text";
+  return IsNull() ? std::u16string_view() : ViewOf(DomNode()->getNodeName());
 }
 
 bool XmlNode::HasValue() const {
-  return node_ != nullptr && node_->getNodeValue() != nullptr;
-}
-
-XmlNode XmlNode::FirstChild() const {
-  return node_ == nullptr ? XmlNode() : XmlNode(FirstChildOf(node_));
+  if (kind_ == kLibrary) return !IsNull() && DomNode()->getNodeValue() != nullptr;
+  const int type = NodeType();
+  return type != kElement && type != kDocument;
 }
 
 XmlNode XmlNode::LastChild() const {
-  return node_ == nullptr ? XmlNode() : XmlNode(node_->getLastChild());
-}
-
-XmlNode XmlNode::NextSibling() const {
-  return node_ == nullptr ? XmlNode() : XmlNode(NextSiblingOf(node_));
+  if (kind_ == kLibrary) return IsNull() ? XmlNode() : XmlNode(DomNode()->getLastChild());
+  const XmlNode first = FirstChild();
+  return first.kind_ == kRecord ? At(Tree().LastChildOf(index_)) : first;
 }
 
 XmlNode XmlNode::Parent() const {
-  return node_ == nullptr ? XmlNode() : XmlNode(ParentOf(node_));
-}
-
-bool XmlNode::HasAttributeMap() const {
-  return node_ != nullptr && node_->getAttributes() != nullptr;
+  if (kind_ == kHeldText) return XmlNode(owner_, index_, kRecord);
+  if (kind_ == kLibrary) return IsNull() ? XmlNode() : XmlNode(ParentOf(DomNode()));
+  if (index_ == CompactTree::kDocumentIndex || NodeType() == kAttribute) return {};
+  return XmlNode(owner_, Tree().ParentOf(index_), kRecord);
 }
 
 XmlNode XmlNode::Attribute(std::u16string_view qualifiedName) const {
-  const xc::DOMNamedNodeMap* map = node_ == nullptr ? nullptr : node_->getAttributes();
-  if (map == nullptr || qualifiedName.find(u'\0') != std::u16string_view::npos) return {};
-  return XmlNode(map->getNamedItem(TerminatedName(qualifiedName).Units()));
+  if (NodeType() != kElement) return {};
+  if (kind_ == kRecord) return At(Tree().AttributeOf(index_, qualifiedName));
+  if (qualifiedName.find(u'\0') != std::u16string_view::npos) return {};
+  return XmlNode(DomNode()->getAttributes()->getNamedItem(TerminatedName(qualifiedName).Units()));
 }
 
-bool operator==(const XmlNode& a, const XmlNode& b) noexcept {
-  return a.node_ == b.node_;
+std::size_t XmlNode::AttributeCount() const {
+  if (NodeType() != kElement) return 0;
+  return kind_ == kRecord ? Tree().AttributeCountOf(index_) : DomNode()->getAttributes()->getLength();
 }
 
 XmlNode FirstTextChild(const XmlNode& node) {

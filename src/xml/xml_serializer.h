@@ -12,7 +12,8 @@ namespace qv {
 
 // The text is UTF-8 with one byte in each unit; deployed readers reassemble the bytes. Comments, CDATA
 // sections, processing instructions and entity references stay; an element without children ends with "/>";
-// the XML declaration is omitted. Used on one thread, with the library started (XmlLibraryGuardScope).
+// the XML declaration is omitted. The node must be of the XML library's tree, as those of script documents
+// are. Used on one thread, with the library started (XmlLibraryGuardScope).
 class CXMLSerializer {
  public:
   CXMLSerializer() = default;

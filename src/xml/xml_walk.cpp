@@ -1,21 +1,15 @@
 #include "xml/xml_walk.h"
 
-#include "xml/node_links.h"
-
 namespace qv {
-
-namespace xc = XERCES_CPP_NAMESPACE;
 
 void XmlWalk::Next() {
   if (node_.IsNull()) return;
-  const xc::DOMNode* const root = root_.DomNode();
-  const xc::DOMNode* node = node_.DomNode();
-  const xc::DOMNode* next = FirstChildOf(node);
-  while (next == nullptr && node != root) {
-    next = NextSiblingOf(node);
-    if (next == nullptr) node = ParentOf(node);
+  XmlNode next = node_.FirstChild();
+  while (next.IsNull() && node_ != root_) {
+    next = node_.NextSibling();
+    if (next.IsNull()) node_ = node_.Parent();
   }
-  node_ = XmlNode(next);
+  node_ = next;
 }
 
 XmlNode DocumentElement(const XmlNode& document) {

@@ -92,7 +92,7 @@ TEST_F(SoapResponse, RefusedEntitiesAreAParseError) {
   EXPECT_EQ(Executed(text).substr(0, 61), Refused("Error at file application/xml, line 1"));
 }
 
-// A server can answer with markup that takes 60 bytes for each unit of it.
+// A server can answer with markup that takes 8 bytes for each unit of it.
 TEST_F(SoapResponse, MoreMemoryThanTheHostGivesIsAParseError) {
   std::u16string text = u"<soap:Envelope>";
   for (int i = 0; i < 1000000; ++i) text += u"<a/>";

@@ -1,190 +1,77 @@
 #include "tree_comparison.h"
 
-#include <string_view>
-#include <vector>
-
-#include <xercesc/dom/DOMAttr.hpp>
-#include <xercesc/dom/DOMDocument.hpp>
-#include <xercesc/dom/DOMDocumentType.hpp>
-#include <xercesc/dom/DOMElement.hpp>
-#include <xercesc/dom/DOMEntity.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
-#include <xercesc/dom/DOMNodeList.hpp>
-#include <xercesc/dom/DOMText.hpp>
-#include <xercesc/dom/impl/DOMCasts.hpp>
+#include <xercesc/dom/DOMNode.hpp>
 
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {
 namespace {
 
-namespace xc = XERCES_CPP_NAMESPACE;
-
-bool SameText(const XMLCh* ours, const XMLCh* theirs) {
-  if (ours == nullptr || theirs == nullptr) return ours == theirs;
-  return std::u16string_view(ours) == std::u16string_view(theirs);
+// Null when they are the same.
+const char* DifferenceOfFacts(const XmlNode& ours, const XmlNode& theirs) {
+  if (ours.NodeType() != theirs.NodeType()) return "type";
+  if (ours.Name() != theirs.Name()) return "name";
+  if (ours.Value() != theirs.Value()) return "value";
+  if (ours.HasValue() != theirs.HasValue()) return "existence of a value";
+  if (ours.HasAttributeMap() != theirs.HasAttributeMap()) return "attribute map";
+  if (ours.AttributeCount() != theirs.AttributeCount()) return "count of attributes";
+  return nullptr;
 }
 
-// No recursion: documents may be deep.
-class Comparison {
- public:
-  std::string Run(const xc::DOMNode* ours, const xc::DOMNode* theirs) {
-    Meet(ours, theirs, "document");
-    while (!open_.empty() && difference_.empty()) {
-      const Pair pair = open_.back();
-      open_.pop_back();
-      CompareNode(pair);
-    }
-    return difference_;
-  }
+// The links of a node and those back to it.
+const char* DifferenceOfLinks(const XmlNode& ours, const XmlNode& theirs) {
+  if (ours.FirstChild().IsNull() != theirs.FirstChild().IsNull()) return "first child";
+  if (ours.LastChild().IsNull() != theirs.LastChild().IsNull()) return "last child";
+  if (ours.NextSibling().IsNull() != theirs.NextSibling().IsNull()) return "next sibling";
+  if (ours.Parent().IsNull() != theirs.Parent().IsNull()) return "parent";
+  if (!ours.FirstChild().IsNull() && ours.FirstChild().Parent() != ours) return "parent of the first child";
+  if (!ours.LastChild().IsNull() && ours.LastChild().Parent() != ours) return "parent of the last child";
+  if (!ours.LastChild().NextSibling().IsNull()) return "sibling of the last child";
+  if (ours.NextSibling().IsNull() && !ours.Parent().IsNull() && ours.Parent().LastChild() != ours)
+    return "last sibling";
+  return nullptr;
+}
 
- private:
-  struct Pair {
-    const xc::DOMNode* ours;
-    const xc::DOMNode* theirs;
-  };
+const char* DifferenceOfNodes(const XmlNode& ours, const XmlNode& theirs) {
+  const char* const difference = DifferenceOfFacts(ours, theirs);
+  return difference != nullptr ? difference : DifferenceOfLinks(ours, theirs);
+}
 
-  void Expect(bool isSame, const char* what) {
-    if (!isSame && difference_.empty()) difference_ = std::string(what) + at_;
+// With its text child, that has no other way to it.
+const char* DifferenceOfAttributes(const XmlNode& ours, const XmlNode& theirs) {
+  const xercesc::DOMNode* const element = theirs.DomNode();
+  if (!theirs.HasAttributeMap() || element == nullptr) return nullptr;
+  for (XMLSize_t i = 0; i < theirs.AttributeCount(); ++i) {
+    const XmlNode attribute(element->getAttributes()->item(i));
+    const XmlNode own = ours.Attribute(attribute.Name());
+    if (own.IsNull()) return "attribute";
+    const char* difference = DifferenceOfNodes(own, attribute);
+    if (difference == nullptr && !own.FirstChild().IsNull())
+      difference = DifferenceOfNodes(own.FirstChild(), attribute.FirstChild());
+    if (difference != nullptr) return difference;
   }
-  // To be compared later; false for nothing on either side.
-  bool Meet(const xc::DOMNode* ours, const xc::DOMNode* theirs, const char* what) {
-    Expect((ours == nullptr) == (theirs == nullptr), what);
-    if (ours == nullptr || theirs == nullptr) return false;
-    open_.push_back({ours, theirs});
-    return true;
-  }
+  return nullptr;
+}
 
-  void CompareNode(const Pair& pair) {
-    at_ = " at " + ToUtf8(pair.ours->getNodeName());
-    Expect(pair.ours->getNodeType() == pair.theirs->getNodeType(), "type");
-    if (!difference_.empty()) return;
-    Expect(SameText(pair.ours->getNodeName(), pair.theirs->getNodeName()), "name");
-    Expect(SameText(pair.ours->getNodeValue(), pair.theirs->getNodeValue()), "value");
-    Expect(SameText(pair.ours->getNamespaceURI(), pair.theirs->getNamespaceURI()), "namespace");
-    Expect(SameText(pair.ours->getLocalName(), pair.theirs->getLocalName()), "local name");
-    Expect(SameText(pair.ours->getPrefix(), pair.theirs->getPrefix()), "prefix");
-    Expect(xc::castToNodeImpl(pair.ours)->flags == xc::castToNodeImpl(pair.theirs)->flags, "flags");
-    CompareChildren(pair);
-    CompareMaps(pair.ours->getAttributes(), pair.theirs->getAttributes(), pair, "attributes");
-    CompareKind(pair);
-  }
-
-  void CompareChildren(const Pair& parent) {
-    Pair before{nullptr, nullptr};
-    Pair child{parent.ours->getFirstChild(), parent.theirs->getFirstChild()};
-    while (Meet(child.ours, child.theirs, "count of children")) {
-      CompareLinks(child, parent, before);
-      before = child;
-      child = {child.ours->getNextSibling(), child.theirs->getNextSibling()};
-    }
-    Expect(parent.ours->getLastChild() == before.ours, "our last child");
-    Expect(parent.theirs->getLastChild() == before.theirs, "their last child");
-    Expect(parent.ours->hasChildNodes() == parent.theirs->hasChildNodes(), "children");
-  }
-
-  void CompareLinks(const Pair& child, const Pair& parent, const Pair& before) {
-    Expect(child.ours->getPreviousSibling() == before.ours, "our previous sibling");
-    Expect(child.theirs->getPreviousSibling() == before.theirs, "their previous sibling");
-    Expect((child.ours->getParentNode() == parent.ours) == (child.theirs->getParentNode() == parent.theirs),
-           "parent");
-    Expect(child.ours->getParentNode() == parent.ours ||
-               parent.ours->getNodeType() == xc::DOMNode::ATTRIBUTE_NODE,
-           "our parent");
-    Expect((child.ours->getOwnerDocument() == parent.ours->getOwnerDocument()) ==
-               (child.theirs->getOwnerDocument() == parent.theirs->getOwnerDocument()),
-           "owner");
-  }
-
-  void CompareMaps(const xc::DOMNamedNodeMap* ours, const xc::DOMNamedNodeMap* theirs, const Pair& owner,
-                   const char* what) {
-    Expect((ours == nullptr) == (theirs == nullptr), what);
-    if (ours == nullptr || theirs == nullptr) return;
-    Expect(ours->getLength() == theirs->getLength(), what);
-    for (XMLSize_t i = 0; i < ours->getLength() && difference_.empty(); ++i) {
-      const Pair item{ours->item(i), theirs->item(i)};
-      Meet(item.ours, item.theirs, what);
-      Expect((ours->getNamedItem(item.ours->getNodeName()) == item.ours) ==
-                 (theirs->getNamedItem(item.theirs->getNodeName()) == item.theirs),
-             "item by name");
-      if (item.ours->getNodeType() == xc::DOMNode::ATTRIBUTE_NODE) CompareOwner(item, owner);
-    }
-  }
-
-  void CompareOwner(const Pair& attribute, const Pair& owner) {
-    const auto* ours = static_cast<const xc::DOMAttr*>(attribute.ours);
-    const auto* theirs = static_cast<const xc::DOMAttr*>(attribute.theirs);
-    Expect(ours->getOwnerElement() == owner.ours, "our owner element");
-    Expect(theirs->getOwnerElement() == owner.theirs, "their owner element");
-    Expect(ours->getOwnerDocument() == owner.ours->getOwnerDocument(), "our owner document");
-    Expect(ours->getSpecified() == theirs->getSpecified(), "specified");
-    Expect(ours->isId() == theirs->isId(), "identity");
-  }
-
-  void CompareKind(const Pair& pair) {
-    switch (pair.ours->getNodeType()) {
-      case xc::DOMNode::TEXT_NODE:
-      case xc::DOMNode::CDATA_SECTION_NODE:
-        CompareTexts(static_cast<const xc::DOMText&>(*pair.ours),
-                     static_cast<const xc::DOMText&>(*pair.theirs));
-        break;
-      case xc::DOMNode::DOCUMENT_NODE:
-        CompareDocuments(static_cast<const xc::DOMDocument&>(*pair.ours),
-                         static_cast<const xc::DOMDocument&>(*pair.theirs));
-        break;
-      case xc::DOMNode::DOCUMENT_TYPE_NODE:
-        CompareDocumentTypes(pair);
-        break;
-      case xc::DOMNode::ENTITY_NODE:
-        CompareEntities(static_cast<const xc::DOMEntity&>(*pair.ours),
-                        static_cast<const xc::DOMEntity&>(*pair.theirs));
-        break;
-      default:
-        break;
-    }
-  }
-
-  void CompareTexts(const xc::DOMText& ours, const xc::DOMText& theirs) {
-    Expect(ours.getLength() == theirs.getLength(), "length");
-    Expect(ours.getIsElementContentWhitespace() == theirs.getIsElementContentWhitespace(), "white space");
-  }
-
-  void CompareDocuments(const xc::DOMDocument& ours, const xc::DOMDocument& theirs) {
-    Expect(SameText(ours.getXmlVersion(), theirs.getXmlVersion()), "version");
-    Expect(SameText(ours.getXmlEncoding(), theirs.getXmlEncoding()), "encoding");
-    Expect(SameText(ours.getInputEncoding(), theirs.getInputEncoding()), "encoding of the input");
-    Expect(ours.getXmlStandalone() == theirs.getXmlStandalone(), "standalone");
-    Expect(SameText(ours.getDocumentURI(), theirs.getDocumentURI()), "name");
-    Meet(ours.getDocumentElement(), theirs.getDocumentElement(), "document element");
-    Expect(ours.getElementsByTagName(u"*")->getLength() == theirs.getElementsByTagName(u"*")->getLength(),
-           "count of elements");
-  }
-
-  void CompareDocumentTypes(const Pair& pair) {
-    const auto& ours = static_cast<const xc::DOMDocumentType&>(*pair.ours);
-    const auto& theirs = static_cast<const xc::DOMDocumentType&>(*pair.theirs);
-    Expect(SameText(ours.getPublicId(), theirs.getPublicId()), "public id");
-    Expect(SameText(ours.getSystemId(), theirs.getSystemId()), "system id");
-    Expect(SameText(ours.getInternalSubset(), theirs.getInternalSubset()), "internal subset");
-    CompareMaps(ours.getEntities(), theirs.getEntities(), pair, "entities");
-    CompareMaps(ours.getNotations(), theirs.getNotations(), pair, "notations");
-  }
-
-  void CompareEntities(const xc::DOMEntity& ours, const xc::DOMEntity& theirs) {
-    Expect(SameText(ours.getPublicId(), theirs.getPublicId()), "public id");
-    Expect(SameText(ours.getSystemId(), theirs.getSystemId()), "system id");
-    Expect(SameText(ours.getNotationName(), theirs.getNotationName()), "notation");
-  }
-
-  std::vector<Pair> open_;
-  std::string difference_;
-  std::string at_;
-};
+XmlNode NextInOrder(const XmlNode& node) {
+  if (!node.FirstChild().IsNull()) return node.FirstChild();
+  XmlNode last = node;
+  while (!last.IsNull() && last.NextSibling().IsNull()) last = last.Parent();
+  return last.NextSibling();
+}
 
 }  // namespace
 
-std::string DifferenceBetween(const xc::DOMNode* ours, const xc::DOMNode* theirs) {
-  return Comparison().Run(ours, theirs);
+std::string DifferenceBetween(const XmlNode& ours, const XmlNode& theirs) {
+  XmlNode left = ours;
+  XmlNode right = theirs;
+  for (; !left.IsNull() && !right.IsNull(); left = NextInOrder(left), right = NextInOrder(right)) {
+    const char* difference = DifferenceOfNodes(left, right);
+    if (difference == nullptr) difference = DifferenceOfAttributes(left, right);
+    if (difference != nullptr) return std::string(difference) + " at " + ToUtf8(right.Name());
+  }
+  return left.IsNull() == right.IsNull() ? "" : "end";
 }
 
 }  // namespace qv

@@ -1,15 +1,14 @@
-// Compares all properties of the nodes of two parsed documents: types, names, values, flags, attributes with
-// their order, and every link. Linked nodes are compared by position.
+// Compares all properties of the nodes of two parsed documents: types, names, values, attributes, and every
+// link. The second document must have the XML library's tree.
 #pragma once
 
 #include <string>
 
-#include <xercesc/dom/DOMNode.hpp>
+#include "xml/xml_node.h"
 
 namespace qv {
 
 // Describes the first difference, with the node's name; empty if there is none. Both may be null.
-std::string DifferenceBetween(const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* ours,
-                              const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* theirs);
+std::string DifferenceBetween(const XmlNode& ours, const XmlNode& theirs);
 
 }  // namespace qv

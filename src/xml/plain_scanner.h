@@ -1,0 +1,17 @@
+// A scanner for the documents that servers usually send: elements, attributes, text and references to
+// characters, all names ASCII. It knows nothing of any protocol. Whatever is rarer or wrong is for the XML
+// library, which then starts afresh: to refuse a document too many costs time only, but what is accepted here
+// the library accepts too, and reads the same from it.
+#pragma once
+
+#include <string_view>
+
+#include "xml/compact_tree.h"
+
+namespace qv {
+
+// Fills the tree, whose texts are then views of `text`. False for a document that is not plain; the tree is
+// of no use then. OutOfMemoryException of the XML library, also at the tree's ceiling.
+bool ScanPlainDocument(std::u16string_view text, CompactTree& tree);
+
+}  // namespace qv
