@@ -52,18 +52,9 @@ CompactTree::Text CompactTree::Store(std::u16string_view units) {
   return {offset, static_cast<std::uint32_t>(units.size()), true};
 }
 
-void CompactTree::AddText(const Text& text) {
-  Node& element = nodes_[current_];
-  if (emptyAt_ != nodes_.Size() || element.holdsText) {
-    AddChild(kText, 0, text);
-    openText_ = nodes_.Size() - 1;
-    return;
-  }
-  element.holdsText = true;
-  element.isStored = text.isStored;
-  element.offset = text.offset;
-  element.length = text.length;
-  openText_ = current_;
+void CompactTree::AddTextRecord(const Text& text) {
+  AddChild(kText, 0, text);
+  openText_ = nodes_.Size() - 1;
 }
 
 void CompactTree::AppendText(std::u16string_view units) {

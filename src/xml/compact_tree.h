@@ -103,7 +103,15 @@ class CompactTree {
     emptyAt_ = nodes_.Size();
   }
   // A text of the open element, that does not follow a text.
-  void AddText(const Text& text);
+  void AddText(const Text& text) {
+    Node& element = nodes_[current_];
+    if (emptyAt_ != nodes_.Size() || element.holdsText) return AddTextRecord(text);
+    element.holdsText = true;
+    element.isStored = text.isStored;
+    element.offset = text.offset;
+    element.length = text.length;
+    openText_ = current_;
+  }
   // One that may follow a text, which then grows; nothing else was stored since.
   void AppendText(std::u16string_view units);
   void AddChild(Type type, Index name, const Text& value);
@@ -183,6 +191,7 @@ class CompactTree {
     openText_ = kNone;
     if (emptyAt_ == nodes_.Size() && nodes_[current_].holdsText) MoveText();
   }
+  void AddTextRecord(const Text& text);
   void MoveText();
   void MakeRoomForNode();
   std::size_t BytesUsed() const noexcept;

@@ -80,6 +80,11 @@ std::size_t RoundedUp(std::size_t size, std::size_t step) noexcept {
   return (size + step - 1) / step * step;
 }
 
+// Twice what is asked for: pages that are not touched cost nothing, and a part that grows seldom moves.
+std::size_t MappedFor(std::size_t size) noexcept {
+  return 2 * RoundedUp(size, kPage);
+}
+
 void GiveSharedBlockBack(void* block) noexcept {
   if (SpareBlock().Get() != nullptr || !SpareBlock().Set(block)) std::free(block);
 }
@@ -167,7 +172,7 @@ void* ParseMemory::TakeAlone(std::size_t total) {
 
 void* ParseMemory::TakeMapped(std::size_t total) {
   RequireRoom(total, limit_);
-  const std::size_t mapped = RoundedUp(sizeof(Block) + total, kPage);
+  const std::size_t mapped = MappedFor(sizeof(Block) + total);
   void* raw = MapBlock(mapped);
   if (raw == nullptr) throw xc::OutOfMemoryException();
   auto* block = new (raw) Block{nullptr, nullptr, mapped};
@@ -178,19 +183,23 @@ void* ParseMemory::TakeMapped(std::size_t total) {
 
 void* ParseMemory::ResizeMapped(Piece* piece, std::size_t total) {
   if (total > piece->total) RequireRoom(total - piece->total, limit_);
+  if (sizeof(Block) + total > piece->alone->mapped) piece = Remap(piece, MappedFor(sizeof(Block) + total));
+  inUse_ += total - piece->total;
+  piece->total = total;
+  return piece + 1;
+}
+
+ParseMemory::Piece* ParseMemory::Remap(Piece* piece, std::size_t mapped) {
   Block* const old = piece->alone;
-  const std::size_t before = piece->total;
-  const std::size_t mapped = RoundedUp(sizeof(Block) + total, kPage);
-  Unlink(old);
   void* raw = mremap(old, old->mapped, mapped, MREMAP_MAYMOVE);
-  auto* block = static_cast<Block*>(raw == MAP_FAILED ? old : raw);
-  block->previous = nullptr;
-  Link(block);
   if (raw == MAP_FAILED) throw xc::OutOfMemoryException();
+  auto* block = static_cast<Block*>(raw);
+  Relink(block);
   if (block->mapped < kLarge) AskForLargePages(block, mapped);
   block->mapped = mapped;
-  inUse_ += total - before;
-  return new (block + 1) Piece{total, block} + 1;
+  piece = reinterpret_cast<Piece*>(block + 1);
+  piece->alone = block;
+  return piece;
 }
 
 void* ParseMemory::Resize(void* bytes, std::size_t size) {
@@ -235,6 +244,12 @@ void ParseMemory::Link(Block* block) noexcept {
   block->next = blocks_;
   if (blocks_ != nullptr) blocks_->previous = block;
   blocks_ = block;
+}
+
+// After it has moved.
+void ParseMemory::Relink(Block* block) noexcept {
+  if (block->next != nullptr) block->next->previous = block;
+  (block->previous != nullptr ? block->previous->next : blocks_) = block;
 }
 
 void ParseMemory::Unlink(Block* block) noexcept {

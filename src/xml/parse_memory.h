@@ -43,10 +43,12 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   void* TakeAlone(std::size_t total);
   void* TakeMapped(std::size_t total);
   void* ResizeMapped(Piece* piece, std::size_t total);
+  Piece* Remap(Piece* piece, std::size_t mapped);
   void RequireRoom(std::size_t more, std::size_t limit) const;
   void StartBlock();
   void Link(Block* block) noexcept;
   void Unlink(Block* block) noexcept;
+  void Relink(Block* block) noexcept;
   static void Give(Block* block, bool isSpare) noexcept;
   static void Clear(Block* block) noexcept;
 

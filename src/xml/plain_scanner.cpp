@@ -50,6 +50,15 @@ bool IsPair(const char16_t* at) noexcept {
   return (at[0] & 0xFC00) == 0xD800 && (at[1] & 0xFC00) == 0xDC00;
 }
 
+// For names, which are short.
+bool AreSame(const char16_t* a, const char16_t* b, std::size_t length) noexcept {
+  for (; length >= 4; length -= 4, a += 4, b += 4)
+    if (std::memcmp(a, b, 4 * sizeof(char16_t)) != 0) return false;
+  for (; length != 0; --length)
+    if (*a++ != *b++) return false;
+  return true;
+}
+
 constexpr std::size_t kMostNames = 128;
 constexpr std::size_t kLongestName = 256;
 constexpr unsigned kMostAttributes = 32;
@@ -127,11 +136,9 @@ class PlainScanner {
 
   bool EndTag() {
     ++at_;
-    const std::u16string_view name = tree_.NameAt(tree_.NameOfOpenElement());
-    if (static_cast<std::size_t>(end_ - at_) <= name.size() ||
-        std::memcmp(at_, name.data(), name.size() * sizeof(char16_t)) != 0)
-      return false;
-    at_ += name.size();
+    const CompactTree::Index name = tree_.NameOfOpenElement();
+    if (!IsHere(name)) return false;
+    at_ += names_[name].size();
     if (*at_ != u'>') SkipSpace();
     if (*at_ != u'>') return false;
     ++at_;
@@ -182,7 +189,27 @@ class PlainScanner {
 
   // --- Names.
 
+  // A name is mostly the one that followed the name before it the last time, too.
   bool Name(CompactTree::Index* number) {
+    unsigned char& follower = followers_[lastName_];
+    if (IsHere(follower) && !Is(at_[names_[follower].size()], kName)) {
+      at_ += names_[follower].size();
+    } else if (!OtherName(&follower)) {
+      return false;
+    }
+    lastName_ = follower;
+    *number = follower;
+    return true;
+  }
+
+  // The name and one unit behind it are in the text.
+  bool IsHere(CompactTree::Index number) const noexcept {
+    const std::u16string_view name = names_[number];
+    return !name.empty() && static_cast<std::size_t>(end_ - at_) > name.size() &&
+           AreSame(at_, name.data(), name.size());
+  }
+
+  bool OtherName(unsigned char* number) {
     const char16_t* const begin = at_;
     if (!Is(*at_, kNameStart)) return false;
     while (Is(*at_, kName)) ++at_;
@@ -190,21 +217,18 @@ class PlainScanner {
     return length <= kLongestName && NumberOf({begin, length}, number);
   }
 
-  bool NumberOf(std::u16string_view name, CompactTree::Index* number) {
+  bool NumberOf(std::u16string_view name, unsigned char* number) {
     std::size_t place = name.size() + name.front() * 5U + name.back() * 11U + name[name.size() / 2] * 3U;
-    for (;; ++place) {
-      unsigned char& known = places_[place % kPlaces];
-      if (known == 0) {
-        if (names_ == kMostNames) return false;
-        *number = tree_.AddName(Here(name.data()));
-        known = static_cast<unsigned char>(++names_);  // numbers are given in order
-        return true;
-      }
-      if (tree_.NameAt(known - 1U) == name) {
-        *number = known - 1U;
-        return true;
-      }
+    while (places_[place % kPlaces] != 0 && names_[places_[place % kPlaces] - 1U] != name) ++place;
+    unsigned char& known = places_[place % kPlaces];
+    if (known == 0) {
+      if (count_ == kMostNames) return false;
+      tree_.AddName(Here(name.data()));  // numbers them in order, too
+      names_[count_] = name;
+      known = static_cast<unsigned char>(++count_);
     }
+    *number = static_cast<unsigned char>(known - 1U);
+    return true;
   }
 
   // --- Text.
@@ -363,7 +387,10 @@ class PlainScanner {
   const char16_t* at_;
   const char16_t* end_;
   CompactTree& tree_;
-  unsigned names_ = 0;
+  std::array<std::u16string_view, kMostNames> names_;
+  unsigned count_ = 0;
+  unsigned char lastName_ = 0;
+  unsigned char followers_[kMostNames] = {};
   unsigned char places_[kPlaces] = {};             // numbers of names, each plus 1
   CompactTree::Index elementOf_[kMostNames] = {};  // that had an attribute of this name last
 };
