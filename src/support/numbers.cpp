@@ -4,6 +4,7 @@
 #include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale is POSIX
 
 #include <algorithm>
+#include <cfloat>
 #include <charconv>
 #include <cstdlib>
 #include <string>
@@ -12,7 +13,8 @@
 namespace qv {
 namespace {
 
-constexpr std::size_t kLongestNumber = 32;
+constexpr std::size_t kMostPlainDigits = 9;   // below 2^31
+constexpr std::size_t kMostExactDigits = 15;  // below 2^53
 
 // isspace of the C locale.
 bool IsSpace(char16_t unit) noexcept {
@@ -39,15 +41,42 @@ std::string NumberPrefix(std::u16string_view text) {
   return prefix;
 }
 
+constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+// The usual number, such as -12.50: at most 15 digits, the first and the last unit among them. The digits and
+// the power of ten are exact, so their quotient is the nearest double.
+std::optional<double> PlainDouble(std::u16string_view text) noexcept {
+  if (FLT_EVAL_METHOD != 0) return std::nullopt;  // a quotient that is rounded twice
+  const bool negative = !text.empty() && text.front() == u'-';
+  if (negative) text.remove_prefix(1);
+  if (text.empty() || text.size() > kMostExactDigits + 1 || !IsAsciiDigit(text.back())) return std::nullopt;
+  std::uint64_t digits = 0;
+  std::size_t count = 0;
+  std::size_t wholeDigits = text.size();
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (IsAsciiDigit(text[at])) {
+      digits = digits * 10 + static_cast<std::uint64_t>(text[at] - u'0');
+      ++count;
+    } else if (text[at] == u'.' && at != 0 && wholeDigits == text.size()) {
+      wholeDigits = at;
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (count > kMostExactDigits) return std::nullopt;
+  const std::size_t fraction = wholeDigits == text.size() ? 0 : count - wholeDigits;
+  const double value = static_cast<double>(digits) / kPowersOfTen[fraction];
+  return negative ? -value : value;
+}
+
 locale_t CLocale() noexcept {
   static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
   return locale;
 }
 
-WideString Widened(const char* begin, const char* end) {
-  char16_t units[kLongestNumber];
-  return WideString(
-      std::u16string_view(units, static_cast<std::size_t>(std::copy(begin, end, units) - units)));
+std::u16string_view Widened(const char* begin, const char* end, char16_t* place) noexcept {
+  return {place, static_cast<std::size_t>(std::copy(begin, end, place) - place)};
 }
 
 }  // namespace
@@ -62,7 +91,20 @@ std::int32_t ParseInt(std::u16string_view text) {
   return static_cast<std::int32_t>(negative ? 0 - value : value);
 }
 
+std::optional<std::int32_t> PlainInt(std::u16string_view text) noexcept {
+  const bool negative = !text.empty() && text.front() == u'-';
+  if (negative) text.remove_prefix(1);
+  if (text.empty() || text.size() > kMostPlainDigits) return std::nullopt;
+  std::int32_t value = 0;
+  for (const char16_t unit : text) {
+    if (!IsAsciiDigit(unit)) return std::nullopt;
+    value = value * 10 + (unit - u'0');
+  }
+  return negative ? -value : value;
+}
+
 double ParseDouble(std::u16string_view text) {
+  if (const std::optional<double> plain = PlainDouble(text)) return *plain;
   const std::string number = NumberPrefix(WithoutLeadingSpace(text));
   double value = 0;
   const char* const end = number.data() + number.size();
@@ -72,15 +114,25 @@ double ParseDouble(std::u16string_view text) {
   return strtod_l(number.c_str(), nullptr, CLocale());
 }
 
-WideString DecimalText(std::int64_t value) {
+std::u16string_view DecimalText(std::int64_t value, char16_t* place) noexcept {
   char digits[kLongestNumber];
-  return Widened(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+  return Widened(digits, std::to_chars(digits, digits + sizeof digits, value).ptr, place);
+}
+
+std::u16string_view GeneralText(double value, char16_t* place) noexcept {
+  char digits[kLongestNumber];
+  return Widened(
+      digits, std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6).ptr, place);
+}
+
+WideString DecimalText(std::int64_t value) {
+  char16_t place[kLongestNumber];
+  return WideString(DecimalText(value, place));
 }
 
 WideString GeneralText(double value) {
-  char digits[kLongestNumber];
-  return Widened(digits,
-                 std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6).ptr);
+  char16_t place[kLongestNumber];
+  return WideString(GeneralText(value, place));
 }
 
 }  // namespace qv

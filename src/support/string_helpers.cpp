@@ -47,6 +47,7 @@ std::int64_t Find(const WideString& pattern, const WideString& text) {
 }
 
 std::int32_t NarrowedInt(std::u16string_view text) {
+  if (const std::optional<std::int32_t> plain = PlainInt(text)) return *plain;
   return CanBeNarrowed(text) ? ParseInt(text) : 0;
 }
 
