@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "format/plain_date.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/messages.h"
 #include "qvscriptwells/serial_date.h"
@@ -118,20 +119,24 @@ constexpr RefusedNumber kRefusedNumbers[] = {{u"NaN", u"Unable to convert NaN fl
                                              {u"INF", u"Unable to convert INF float value"},
                                              {u"-INF", u"Unable to convert -INF float value"}};
 
-// Room for the longest form: ten numbers of at most 20 characters and the marks between them.
 class PointText {
  public:
+  explicit PointText(char16_t* place) noexcept : units_(place) {}
   void Add(char16_t unit) { units_[size_++] = unit; }
   // Zeros on the left up to `width`, a sign included.
   void AddPadded(std::int64_t number, std::ptrdiff_t width) {
     if (width == 2 && number >= 0 && number < 100) return AddTwoDigits(static_cast<int>(number));
+    if (width == 4 && number >= 0 && number < 10000) {
+      AddTwoDigits(static_cast<int>(number / 100));
+      return AddTwoDigits(static_cast<int>(number % 100));
+    }
     char digits[24] = {};
     const char* const end = std::to_chars(digits, digits + sizeof digits, number).ptr;
     for (std::ptrdiff_t missing = width - (end - digits); missing > 0; --missing) Add(u'0');
     for (const char* digit = digits; digit != end; ++digit) Add(static_cast<char16_t>(*digit));
   }
   void AddNumber(std::int64_t number) { AddPadded(number, 0); }
-  WideString Text() const { return WideString(std::u16string_view(units_, size_)); }
+  std::u16string_view Text() const { return {units_, size_}; }
 
  private:
   // A fast path for nearly all numbers.
@@ -140,7 +145,7 @@ class PointText {
     Add(static_cast<char16_t>(u'0' + number % 10));
   }
 
-  char16_t units_[256];
+  char16_t* const units_;
   std::size_t size_ = 0;
 };
 
@@ -225,16 +230,24 @@ double DateTimeToSerial(const DateTimeValue& value) {
 }
 
 double ParseSerialDate(std::u16string_view text) {
+  if (const std::optional<double> plain = ReadPlainDate(text)) return *plain;
   return DateTimeToSerial(ParseDateTimeText(text));
 }
 
 WideString WriteDateTimeValue(const DateTimeValue& value) {
-  PointText text;
+  char16_t place[kLongestPoint];
+  return WideString(WriteDateTimeValue(value, place));
+}
+
+std::u16string_view WriteDateTimeValue(const DateTimeValue& value, char16_t* place) {
+  PointText text(place);
   switch (value.Accuracy) {
     case DateTimeValue::kCentury:
-      return DecimalText(value.Year / 100);
+      text.AddNumber(value.Year / 100);
+      break;
     case DateTimeValue::kYear:
-      return DecimalText(value.Year);
+      text.AddNumber(value.Year);
+      break;
     case DateTimeValue::kMonth:
       AppendMonth(text, value);
       break;

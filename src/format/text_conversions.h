@@ -61,6 +61,10 @@ double ParseSerialDate(std::u16string_view text);
 // "2024-03-05", "10:15:30.7Z" (the 7 are milliseconds), "+1:30" for an offset. "Invalid value" for a year
 // with month and for an unknown form.
 WideString WriteDateTimeValue(const DateTimeValue& value);
+// The same written to `place`, which has room for kLongestPoint units: ten numbers of at most 20 places and
+// the marks between them.
+constexpr std::size_t kLongestPoint = 256;
+std::u16string_view WriteDateTimeValue(const DateTimeValue& value, char16_t* place);
 
 // Copies a text of the XML library with a given length. Empty for null. "Failed to allocate string".
 WideString DomStringToWide(const char16_t* units, std::size_t length);
