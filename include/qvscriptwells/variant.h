@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
 #include "qvscriptwells/unknown.h"
 #include "qvscriptwells/wide_string.h"
@@ -80,12 +81,18 @@ class Variant {
  public:
   Variant() noexcept = default;  // VT_EMPTY
   Variant(const Variant& other);
-  Variant(Variant&& other) noexcept;
+  Variant(Variant&& other) noexcept { Swap(other); }
   // Releases the old content after storing the new one: an object that calls back on its release finds the
   // new content, and may assign again.
   Variant& operator=(const Variant& other);
-  Variant& operator=(Variant&& other) noexcept;
-  ~Variant() { Clear(); }
+  Variant& operator=(Variant&& other) noexcept {
+    Variant taken(std::move(other));
+    Swap(taken);
+    return *this;
+  }
+  ~Variant() {
+    if (OwnsContent()) Clear();
+  }
 
   static Variant Null() noexcept;
   static Variant FromByte(std::int8_t value) noexcept;    // VT_I1, type name "byte"
@@ -119,7 +126,14 @@ class Variant {
 
  private:
   Variant(VARTYPE tag, const VariantData& data) noexcept : tag_(tag), data_(data) {}
-  void Swap(Variant& other) noexcept;
+  bool OwnsContent() const noexcept { return tag_ == VT_BSTR || tag_ == VT_UNKNOWN || tag_ == VT_DISPATCH; }
+  void Swap(Variant& other) noexcept {
+    std::swap(tag_, other.tag_);
+    std::swap(scale_, other.scale_);
+    std::swap(sign_, other.sign_);
+    std::swap(high_, other.high_);
+    std::swap(data_, other.data_);
+  }
 
   VARTYPE tag_ = VT_EMPTY;
   // Rest of a VT_DECIMAL; its low part is in data_.

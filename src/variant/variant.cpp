@@ -38,28 +38,10 @@ Variant::Variant(const Variant& other)
       high_(other.high_),
       data_(SharedData(other.tag_, other.data_)) {}
 
-Variant::Variant(Variant&& other) noexcept {
-  Swap(other);
-}
-
 Variant& Variant::operator=(const Variant& other) {
   Variant copy(other);
   Swap(copy);
   return *this;
-}
-
-Variant& Variant::operator=(Variant&& other) noexcept {
-  Variant taken(std::move(other));
-  Swap(taken);
-  return *this;
-}
-
-void Variant::Swap(Variant& other) noexcept {
-  std::swap(tag_, other.tag_);
-  std::swap(scale_, other.scale_);
-  std::swap(sign_, other.sign_);
-  std::swap(high_, other.high_);
-  std::swap(data_, other.data_);
 }
 
 void Variant::Clear() noexcept {
