@@ -33,8 +33,8 @@ double TimeOfDay(double serialDate, const DateTimeValue& day) {
 }
 
 // Only digits and marks, which need no XML escape.
-WideString Written(const DateTimeValue& value) {
-  return WriteDateTimeValue(value);
+std::u16string_view Written(const DateTimeValue& value, TextPlace& place) {
+  return WriteDateTimeValue(value, place.units);
 }
 
 }  // namespace
@@ -43,20 +43,20 @@ Variant FormaterDate::ReadValue(const XmlNode& node) {
   return ReadSerialDate(node);
 }
 
-WideString FormaterDate::WriteValue(const Variant& value) {
-  return Written(DayOf(value.Data().date));
+std::u16string_view FormaterDate::TextOf(const Variant& value, TextPlace& place) {
+  return Written(DayOf(value.Data().date), place);
 }
 
 Variant FormaterDateTime::ReadValue(const XmlNode& node) {
   return ReadSerialDate(node);
 }
 
-WideString FormaterDateTime::WriteValue(const Variant& value) {
+std::u16string_view FormaterDateTime::TextOf(const Variant& value, TextPlace& place) {
   const double serialDate = value.Data().date;
   DateTimeValue point = DayOf(serialDate);
   point.Accuracy = DateTimeValue::kDateTime;
   point.Time = TimeOfDay(serialDate, point);
-  return Written(point);
+  return Written(point, place);
 }
 
 Variant FormaterTime::ReadValue(const XmlNode& node) {
@@ -64,11 +64,11 @@ Variant FormaterTime::ReadValue(const XmlNode& node) {
 }
 
 // Whole days stay in the value, but only the time of day is written.
-WideString FormaterTime::WriteValue(const Variant& value) {
+std::u16string_view FormaterTime::TextOf(const Variant& value, TextPlace& place) {
   DateTimeValue time;
   time.Accuracy = DateTimeValue::kTime;
   time.Time = value.Data().date;
-  return Written(time);
+  return Written(time, place);
 }
 
 }  // namespace qv

@@ -8,10 +8,10 @@
 namespace qv {
 
 // Writes "2024-03-05".
-class FormaterDate : public FormaterSerializer {
+class FormaterDate : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterDateCreator : public FormaterCreator {
  public:
@@ -23,10 +23,10 @@ class FormaterDateCreator : public FormaterCreator {
 };
 
 // Writes "2024-03-05T10:15:30.0Z".
-class FormaterDateTime : public FormaterSerializer {
+class FormaterDateTime : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterDateTimeCreator : public FormaterCreator {
  public:
@@ -38,10 +38,10 @@ class FormaterDateTimeCreator : public FormaterCreator {
 };
 
 // Writes "10:15:30.0Z".
-class FormaterTime : public FormaterSerializer {
+class FormaterTime : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterTimeCreator : public FormaterCreator {
  public:

@@ -8,10 +8,10 @@
 namespace qv {
 
 // VT_BOOL. Exactly "1" or "true" is true. Writes "1" or "0".
-class FormaterBool : public FormaterSerializer {
+class FormaterBool : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterBoolCreator : public FormaterCreator {
  public:
@@ -24,10 +24,10 @@ class FormaterBoolCreator : public FormaterCreator {
 
 // VT_I1. Reads the node's own value, so an element gives 0. Writes the value converted to VT_INT, or throws
 // the conversion's code.
-class FormaterByte : public FormaterSerializer {
+class FormaterByte : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterByteCreator : public FormaterCreator {
  public:
@@ -39,10 +39,10 @@ class FormaterByteCreator : public FormaterCreator {
 };
 
 // VT_I2, the low 16 bits of the number.
-class FormaterShort : public FormaterSerializer {
+class FormaterShort : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterShortCreator : public FormaterCreator {
  public:
@@ -54,10 +54,10 @@ class FormaterShortCreator : public FormaterCreator {
 };
 
 // VT_INT.
-class FormaterInt : public FormaterSerializer {
+class FormaterInt : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterIntCreator : public FormaterCreator {
  public:
@@ -69,10 +69,10 @@ class FormaterIntCreator : public FormaterCreator {
 };
 
 // Reads 32 bits into the 64-bit field and leaves the tag VT_EMPTY, so hosts get no value. Writes all 64 bits.
-class FormaterLong : public FormaterSerializer {
+class FormaterLong : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterLongCreator : public FormaterCreator {
  public:
@@ -84,10 +84,10 @@ class FormaterLongCreator : public FormaterCreator {
 };
 
 // VT_R4. Writes 6 significant digits.
-class FormaterFloat : public FormaterSerializer {
+class FormaterFloat : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterFloatCreator : public FormaterCreator {
  public:
@@ -99,10 +99,10 @@ class FormaterFloatCreator : public FormaterCreator {
 };
 
 // VT_R8. Writes 6 significant digits.
-class FormaterDouble : public FormaterSerializer {
+class FormaterDouble : public ShortTextFormater {
  public:
   Variant ReadValue(const XmlNode& node) override;
-  WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterDoubleCreator : public FormaterCreator {
  public:
@@ -118,6 +118,7 @@ class FormaterString : public FormaterSerializer {
  public:
   Variant ReadValue(const XmlNode& node) override;
   WideString WriteValue(const Variant& value) override;
+  std::u16string_view TextOf(const Variant& value, TextPlace& place) override;
 };
 class FormaterStringCreator : public FormaterCreator {
  public:
