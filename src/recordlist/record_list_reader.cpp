@@ -1,5 +1,6 @@
 #include "recordlist/record_list_reader.h"
 
+#include "components/recordlist/record_list_object.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/create_objects.h"
 #include "qvscriptwells/e_qv_exception.h"
@@ -46,26 +47,55 @@ void RecordListReader::ReadColumns(const XmlNode& headersBlock) {
 }
 
 void RecordListReader::ReadRecords(const XmlNode& recordsBlock) {
+  CellTable* const table = CellsOf(list_.get());
+  if (table != nullptr) types_ = ColumnTypes();
   for (XmlNode record = recordsBlock.FirstChild(); !record.IsNull(); record = record.NextSibling()) {
     ++records_;
     RequireFilled();
-    const IRecordListRecordPtr target = NewRecordOf(list_.get());
-    Lock(target.get(), false);
-    ReadCells(record, target.get());
-    Lock(target.get(), true);
+    if (table != nullptr)
+      ReadRow(record, *table);
+    else
+      ReadRecord(record);
   }
+}
+
+void RecordListReader::ReadRecord(const XmlNode& record) {
+  const IRecordListRecordPtr target = NewRecordOf(list_.get());
+  Lock(target.get(), false);
+  ReadCells(record, target.get());
+  Lock(target.get(), true);
 }
 
 void RecordListReader::ReadCells(const XmlNode& record, IRecordListRecord* target) {
   std::int32_t index = 0;
   for (XmlNode cell = record.FirstChild(); !cell.IsNull(); cell = cell.NextSibling(), ++index) {
-    const XmlNode text = FirstTextChild(cell);
     const std::int32_t type = TypeOf(HeaderAt(headers_.get(), index).get());
-    const Variant value = formaters_.ReadCell(type, text);
-    if (value.Tag() == VT_NULL) RaiseNoValue(type);
-    SetValueOf(target, index, value);
+    SetValueOf(target, index, ReadCell(cell, type));
   }
   cells_ += index;
+}
+
+void RecordListReader::ReadRow(const XmlNode& record, CellTable& table) {
+  Variant* const row = table.AddRow(true);
+  std::size_t index = 0;
+  for (XmlNode cell = record.FirstChild(); !cell.IsNull(); cell = cell.NextSibling(), ++index) {
+    if (index == types_.size()) _com_raise_error(DISP_E_BADINDEX);
+    row[index] = ReadCell(cell, types_[index]);
+  }
+  cells_ += static_cast<std::int64_t>(index);
+}
+
+Variant RecordListReader::ReadCell(const XmlNode& cell, std::int32_t type) {
+  Variant value = formaters_.ReadCell(type, FirstTextChild(cell));
+  if (value.Tag() == VT_NULL) RaiseNoValue(type);
+  return value;
+}
+
+std::vector<std::int32_t> RecordListReader::ColumnTypes() const {
+  std::vector<std::int32_t> types(static_cast<std::size_t>(CountOf(headers_.get())));
+  for (std::size_t index = 0; index < types.size(); ++index)
+    types[index] = TypeOf(HeaderAt(headers_.get(), static_cast<std::int32_t>(index)).get());
+  return types;
 }
 
 void RecordListReader::RequireFilled() const {

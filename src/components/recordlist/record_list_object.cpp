@@ -1,5 +1,8 @@
 #include "components/recordlist/record_list_object.h"
 
+#include <atomic>
+#include <cstring>
+
 #include "com/guarded.h"
 #include "components/recordlist/list_refusal.h"
 #include "components/recordlist/record_list_cursor.h"
@@ -7,6 +10,18 @@
 #include "qvscriptwells/error_info.h"
 
 namespace qv {
+namespace {
+
+// An interface begins with the address of its object's table of functions, and each class has its own.
+const void* FunctionsOf(IRecordList* list) noexcept {
+  const void* functions = nullptr;
+  std::memcpy(&functions, static_cast<const void*>(list), sizeof functions);
+  return functions;
+}
+
+std::atomic<const void*> functionsOfClass{nullptr};  // null until the first list is created
+
+}  // namespace
 
 // Released objects in the cells may call back. The reference held here prevents such a call from destroying
 // the list twice. A call that keeps a reference keeps the list, which is then empty.
@@ -58,10 +73,17 @@ HRESULT CreateRecordListComponent(const Guid& iid, void** object) {
   *object = nullptr;
   try {
     const RecordListObjectPtr list(new RecordListObject);
+    functionsOfClass.store(FunctionsOf(list.get()), std::memory_order_relaxed);
     return list->QueryInterface(iid, object);
   } catch (...) {
     return E_OUTOFMEMORY;  // the only failure of creating an empty list
   }
+}
+
+CellTable* CellsOf(IRecordList* list) noexcept {
+  if (list == nullptr || FunctionsOf(list) != functionsOfClass.load(std::memory_order_relaxed))
+    return nullptr;
+  return &static_cast<RecordListObject*>(list)->Cells();
 }
 
 }  // namespace qv

@@ -37,4 +37,9 @@ using RecordListObjectPtr = boost::intrusive_ptr<RecordListObject>;
 // The ClassCreator (class_registry.h) of CLSID_RecordList: creates an empty list and returns its `iid`.
 HRESULT CreateRecordListComponent(const Guid& iid, void** object);
 
+// For the reader and the writer of tables: the cells of a list of this class, past its locks. They live as
+// long as the list. Null for null and for a list of another class. Calls nothing, so a host's own list does
+// not notice it.
+CellTable* CellsOf(IRecordList* list) noexcept;
+
 }  // namespace qv
