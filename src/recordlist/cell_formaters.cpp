@@ -29,10 +29,10 @@ Variant CellFormaters::ReadCell(std::int32_t columnType, const XmlNode& text) {
   }
 }
 
-WideString CellFormaters::WriteCell(std::int32_t columnType, const Variant& value) {
+std::u16string_view CellFormaters::WriteCell(std::int32_t columnType, const Variant& value) {
   try {
     FormaterSerializer* const formater = FormaterOf(columnType);
-    return formater == nullptr ? WideString() : formater->WriteValue(value);
+    return formater == nullptr ? std::u16string_view() : formater->TextOf(value, text_);
   } catch (...) {
     RethrowAsCellFailure();
   }

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "format/formater_serializer.h"
 
@@ -16,8 +17,9 @@ class CellFormaters {
  public:
   // `text` is the text node of the cell, or a null node.
   Variant ReadCell(std::int32_t columnType, const XmlNode& text);
-  // Escaped for XML once. Null for a type without formater.
-  WideString WriteCell(std::int32_t columnType, const Variant& value);
+  // Escaped for XML once. Empty for a type without formater. Borrowed until the next call, or a change of
+  // `value`.
+  std::u16string_view WriteCell(std::int32_t columnType, const Variant& value);
 
  private:
   static constexpr std::size_t kKnownTypes = 24;
@@ -29,6 +31,7 @@ class CellFormaters {
   FormaterSerializer* FormaterOf(std::int32_t columnType);
 
   Place places_[kKnownTypes];
+  TextPlace text_;
 };
 
 }  // namespace qv

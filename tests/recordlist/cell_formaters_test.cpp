@@ -21,7 +21,7 @@ class CellFormatersTest : public FactoryFixture {
   void ExpectNothing(std::int32_t type) {
     const XmlText xml(u"<a>5</a>");
     EXPECT_EQ(ShownValue(cells_.ReadCell(type, xml.Root().FirstChild())), "VT_EMPTY") << type;
-    EXPECT_TRUE(cells_.WriteCell(type, Int(5)).IsEmpty()) << type;
+    EXPECT_TRUE(cells_.WriteCell(type, Int(5)).empty()) << type;
   }
 
   CellFormaters cells_;
@@ -52,7 +52,7 @@ TEST_F(CellFormatersTest, EachTypeAsksForItsOwnFormater) {
     ProbeFormaterCreator creator(row.name);
     CellFormaters cells;
     EXPECT_EQ(ShownValue(cells.ReadCell(row.type, XmlNode())), "VT_BSTR probe") << row.type;
-    EXPECT_EQ(Shown(cells.WriteCell(row.type, Variant())), "probe") << row.type;
+    EXPECT_EQ(cells.WriteCell(row.type, Variant()), u"probe") << row.type;
   }
 }
 
