@@ -19,6 +19,9 @@ constexpr double kGreatestDay = 3000000.0;
 constexpr int kDaysOfMonth[2][12] = {{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31},
                                      {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31}};
 
+constexpr int kDaysBeforeMonth[2][12] = {{0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334},
+                                         {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335}};
+
 bool IsLeapYear(int year) noexcept {
   return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
 }
@@ -50,8 +53,7 @@ MarchYear MarchYearOf(int day) noexcept {
 
 double EncodeDate(std::int16_t year, std::int16_t month, std::int16_t day) {
   if (!IsDayOfCalendar(year, month, day)) throw EQvException(u"Invalid argument to date encode");
-  int dayOfYear = day;
-  for (int i = 0; i < month - 1; ++i) dayOfYear += kDaysOfMonth[IsLeapYear(year) ? 1 : 0][i];
+  const int dayOfYear = kDaysBeforeMonth[IsLeapYear(year) ? 1 : 0][month - 1] + day;
   const int before = year - 1;
   const int days = before * 365 + before / 4 - before / 100 + before / 400 + dayOfYear - kDaysToYearOne;
   return days;
