@@ -4,6 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <utility>
 
 #include <xercesc/sax/SAXParseException.hpp>
 
@@ -14,6 +18,7 @@
 #include "qvscriptwells/serial_date.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "recordlist/register_formaters.h"
+#include "support/numbers.h"
 #include "support/wide_text_stream.h"
 #include "values/duration_impl.h"
 #include "xml/qv_dom_parser.h"
@@ -38,6 +43,35 @@ void LookAtDate(const qv::WideString& text) {
           qv::EncodeDate(date.year, date.month, date.day));
   const qv::ClockTime time = qv::DecodeTime(serial);
   Require(time.hour >= -24 && time.hour <= 24 && time.minute > -60 && time.minute < 60);
+}
+
+std::uint64_t BitsOf(double value) {
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits;
+}
+
+// The bits that were read, or the message of the failure.
+template <class Read>
+std::pair<std::uint64_t, qv::WideString> OutcomeOf(const Read& read) {
+  try {
+    return {BitsOf(read()), qv::WideString()};
+  } catch (const qv::EQvException& error) {
+    return {0, error.Description()};
+  }
+}
+
+// The usual dates and numbers are read directly: with the same result as by the general way.
+void LookAtUsualForms(const qv::WideString& text) {
+  const std::u16string_view all = text.view();
+  Require(OutcomeOf([&] { return qv::ParseSerialDate(all); }) ==
+          OutcomeOf([&] { return qv::DateTimeToSerial(qv::ParseDateTimeText(all)); }));
+  if (const std::optional<std::int32_t> plain = qv::PlainInt(all)) Require(*plain == qv::ParseInt(all));
+  std::string narrow;
+  for (const char16_t unit : all) narrow += unit > 0x7F ? '!' : static_cast<char>(unit);
+  const double number = qv::ParseDouble(all);
+  const double expected = std::strtod(narrow.c_str(), nullptr);
+  Require(std::isnan(number) ? std::isnan(expected) : BitsOf(number) == BitsOf(expected));
 }
 
 void LookAtDuration(const qv::WideString& text) {
@@ -85,6 +119,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const qv::XmlLibraryHold library;
   qv::RegisterFormaters();
   const qv::WideString text = qv::FromUtf8({reinterpret_cast<const char*>(data), size});
+  LookAtUsualForms(text);
   Refusable(LookAtDate, text);
   Refusable(LookAtDuration, text);
   Refusable(LookAtNode, text);
