@@ -15,6 +15,9 @@ BStr NewStringBlock(std::size_t capacity);
 // old pointer is then invalid; on failure (`_com_error`) it stays valid. Of a secret only the units within
 // its length are copied.
 BStr ResizeStringBlock(BStr text, std::size_t capacity);
+// Frees the unused capacity if possible; the block may move. Only for a block with one owner that is not
+// secret.
+BStr TrimStringBlock(BStr text, std::size_t capacity) noexcept;
 // Sets the length (at most the capacity) and the null terminator.
 void SetStringLength(BStr text, std::size_t length) noexcept;
 // Adds an owner, which must call FreeString. Null is allowed.

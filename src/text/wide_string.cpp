@@ -1,5 +1,7 @@
 #include "qvscriptwells/wide_string.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
@@ -23,6 +25,8 @@ struct Header {
 };
 
 constexpr std::uint32_t kAllUnits = std::numeric_limits<std::uint32_t>::max();
+constexpr std::size_t kLargePage = std::size_t{2} << 20;
+constexpr std::size_t kLargeBlock = std::size_t{4} << 20;
 constexpr std::size_t kMaxUnits = (std::numeric_limits<std::size_t>::max() - sizeof(Header)) / 2 - 1;
 
 Header* HeaderOf(const char16_t* text) noexcept {
@@ -45,6 +49,13 @@ void FreeBlock(Header* header) noexcept {
   char16_t* const text = UnitsOf(header);
   if (IsSecret(text)) explicit_bzero(text, SecretUnits(text) * sizeof(char16_t));
   std::free(header);
+}
+
+// A long text is usually written once and read once, so page faults would be most of its cost.
+void AskForLargePages(void* memory, std::size_t bytes) noexcept {
+  const auto begin = (reinterpret_cast<std::uintptr_t>(memory) + kLargePage - 1) / kLargePage * kLargePage;
+  const auto end = (reinterpret_cast<std::uintptr_t>(memory) + bytes) / kLargePage * kLargePage;
+  madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);  // a failure changes nothing
 }
 
 // Null for lack of memory; the old block is then still valid. Does not clear the old memory.
@@ -79,6 +90,7 @@ BStr ReallocateWithoutFront(BStr text, std::size_t capacity, std::size_t secretU
 BStr NewStringBlock(std::size_t capacity) {
   void* memory = capacity <= kMaxUnits ? std::malloc(BlockBytes(capacity)) : nullptr;
   if (memory == nullptr) _com_raise_error(E_OUTOFMEMORY);
+  if (BlockBytes(capacity) >= kLargeBlock) AskForLargePages(memory, BlockBytes(capacity));
   BStr text = UnitsOf(new (memory) Header{{1}, {0}, 0});
   text[0] = 0;
   return text;
@@ -90,6 +102,12 @@ BStr ResizeStringBlock(BStr text, std::size_t capacity) {
   BStr moved = secret == 0 ? Reallocate(text, capacity) : ReallocateWithoutFront(text, capacity, secret);
   if (moved == nullptr) _com_raise_error(E_OUTOFMEMORY);
   return moved;
+}
+
+BStr TrimStringBlock(BStr text, std::size_t capacity) noexcept {
+  if (StringLength(text) == capacity) return text;
+  BStr trimmed = Reallocate(text, StringLength(text));
+  return trimmed == nullptr ? text : trimmed;
 }
 
 void SetStringLength(BStr text, std::size_t length) noexcept {

@@ -70,6 +70,14 @@ TEST(StringBlock, ResizingKeepsUnitsAndLength) {
   shrunk.Expect(u"abc");
 }
 
+TEST(StringBlock, TrimmingKeepsUnitsAndLength) {
+  for (const std::size_t capacity : {std::size_t{3}, std::size_t{100}, std::size_t{5'000'000}}) {
+    Block block(capacity, u"abc");
+    block.text = TrimStringBlock(block.text, capacity);
+    block.Expect(u"abc");
+  }
+}
+
 TEST(StringBlock, SharingAddsAnOwnerAndFreeingTakesOneAway) {
   const Block block(u"abc");
   EXPECT_EQ(ShareString(block.text), block.text);

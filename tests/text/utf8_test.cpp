@@ -1,6 +1,9 @@
 // UTF-8 and UTF-16, there and back.
 #include <gtest/gtest.h>
+#include <utf8.h>
 
+#include <iterator>
+#include <random>
 #include <set>
 #include <string>
 #include <utility>
@@ -71,6 +74,82 @@ TEST(Utf8, MalformedBytesBecomeReplacementsAndNothingElse) {
   }
   EXPECT_EQ(FromUtf8("a\xC3").view(), u"a\uFFFD"sv);
   EXPECT_EQ(FromUtf8("\x80").view(), u"\uFFFD"sv);
+}
+
+// The conversions of utfcpp, character by character.
+std::u16string SlowFromUtf8(const std::string& bytes) {
+  std::string clean;
+  utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(clean), char32_t{0xFFFD});
+  std::u16string text;
+  utf8::unchecked::utf8to16(clean.begin(), clean.end(), std::back_inserter(text));
+  return text;
+}
+
+std::string SlowToUtf8(const std::u16string& text) {
+  std::string bytes;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    char32_t character = text[at];
+    const bool isHigh = character >= 0xD800 && character < 0xDC00;
+    if (isHigh && at + 1 < text.size() && text[at + 1] >= 0xDC00 && text[at + 1] < 0xE000)
+      character = 0x10000 + ((character - 0xD800) << 10) + (char32_t{text[++at]} - 0xDC00);
+    if (character >= 0xD800 && character < 0xE000) character = 0xFFFD;
+    utf8::append(character, std::back_inserter(bytes));
+  }
+  return bytes;
+}
+
+// ASCII with some other characters, cut anywhere and with some bytes changed.
+class RandomTexts {
+ public:
+  std::string Bytes() {
+    std::string bytes;
+    while (bytes.size() < length_(random_)) AppendCharacter(&bytes);
+    if (odds_(random_) < 3 && !bytes.empty()) bytes.resize(random_() % bytes.size());
+    for (std::size_t left = odds_(random_) % 4; left > 0 && !bytes.empty(); --left)
+      bytes[random_() % bytes.size()] = static_cast<char>(random_() % 256);
+    return bytes;
+  }
+  std::u16string Units() {
+    std::u16string units = SlowFromUtf8(Bytes());
+    for (std::size_t left = odds_(random_) % 4; left > 0 && !units.empty(); --left)
+      units[random_() % units.size()] = static_cast<char16_t>(0xD700 + random_() % 0xA00);
+    return units;
+  }
+
+ private:
+  void AppendCharacter(std::string* bytes) {
+    static constexpr char32_t kLimits[] = {0x80, 0x800, 0xD800, 0x110000};
+    if (odds_(random_) < 9) {
+      bytes->append(1 + random_() % 20, static_cast<char>('a' + random_() % 26));
+    } else {
+      const char32_t character = static_cast<char32_t>(random_() % kLimits[random_() % 4]);
+      utf8::append(character >= 0xD800 && character < 0xE000 ? U'\u20AC' : character,
+                   std::back_inserter(*bytes));
+    }
+  }
+
+  std::mt19937 random_{12345};
+  std::uniform_int_distribution<std::size_t> length_{0, 150};
+  std::uniform_int_distribution<unsigned> odds_{0, 9};
+};
+
+TEST(Utf8, RandomAndDamagedTextsAreConvertedAsCharacterByCharacter) {
+  RandomTexts texts;
+  for (int i = 0; i < 20'000; ++i) {
+    const std::string bytes = texts.Bytes();
+    ASSERT_EQ(FromUtf8(bytes).view(), SlowFromUtf8(bytes)) << testing::PrintToString(bytes);
+    const std::u16string units = texts.Units();
+    ASSERT_EQ(ToUtf8(units), SlowToUtf8(units));
+  }
+}
+
+TEST(Utf8, EachPairOfBytesIsConvertedAsCharacterByCharacter) {
+  for (int first = 0; first < 256; ++first)
+    for (int second = 0; second < 256; ++second)
+      for (const char* end : {"", "\x80", "\x80\x80", "\xBFz"}) {
+        const std::string bytes{static_cast<char>(first), static_cast<char>(second)};
+        ASSERT_EQ(FromUtf8(bytes + end).view(), SlowFromUtf8(bytes + end)) << first << " " << second;
+      }
 }
 
 TEST(Utf8, WideTextWithoutMemoryHasOneCode) {
