@@ -53,13 +53,13 @@ HRESULT HttpSession::Open(const WideString& protocol, const WideString& host, st
   });
 }
 
-void HttpSession::CheckedOpen(const Endpoint& endpoint) {
+void HttpSession::CheckedOpen(Endpoint endpoint) {
   if (open_ || connecting_) ThrowWrongState("The session is open already");
   const HttpOptions options = options_;
   const IHttpProgressPtr progress = progress_;
   const std::atomic<bool> notAborted{false};
   TransferWatch watch(options, progress.get(), notAborted);
-  endpoint_ = endpoint;
+  endpoint_ = std::move(endpoint);
   if (endpoint_.secure) endpoint_.tls = TlsFiles::FromOptions(options);
   Connect(watch);
   connectingTook_ = watch.Passed();

@@ -45,7 +45,7 @@ class HttpSession final
   ~HttpSession() override;
 
   void Connect(TransferWatch& watch);
-  void CheckedOpen(const Endpoint& endpoint);
+  void CheckedOpen(Endpoint endpoint);
   void CheckedClose();
   static void Keep(ConnectionPtr connection) noexcept;
 

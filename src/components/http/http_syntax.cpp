@@ -3,14 +3,28 @@
 #include <algorithm>
 
 #include "components/http/http_error.h"
-#include "components/http/text_codec.h"
+#include "qvscriptwells/wide_string.h"
 #include "text/ascii.h"
 
 namespace qv {
 namespace {
 
-constexpr std::string_view kTokenMarks = "!#$%&'*+-.^_`|~";
+// Which characters a token may have.
+struct TokenChars {
+  constexpr TokenChars() {
+    for (std::size_t c = 0; c < 128; ++c) may[c] = IsAsciiLetter(c) || IsAsciiDigit(c);
+    for (const char mark : std::string_view("!#$%&'*+-.^_`|~")) may[static_cast<std::size_t>(mark)] = true;
+  }
+  bool may[128] = {};
+};
+
+constexpr TokenChars kTokenChars;
 constexpr std::u16string_view kNotInHost = u"@/\\?#%<>\"[]{}|^`:;,&=+$!'()*";
+
+// Checked first, since almost all hosts have no other characters.
+bool IsPlainInHost(char16_t c) noexcept {
+  return IsAsciiLetter(c) || IsAsciiDigit(c) || c == u'.' || c == u'-';
+}
 
 bool IsControlOrBlank(char16_t c) noexcept {
   return c <= 0x20 || c == 0x7F;
@@ -37,8 +51,7 @@ void AppendPercent(std::string* out, unsigned char byte) {
 }  // namespace
 
 bool IsTokenChar(unsigned char c) noexcept {
-  return IsAsciiLetter(c) || IsAsciiDigit(c) ||
-         (c != 0 && kTokenMarks.find(static_cast<char>(c)) != std::string_view::npos);
+  return c < 128 && kTokenChars.may[c];
 }
 
 bool IsToken(std::string_view text) noexcept {
@@ -60,13 +73,13 @@ bool IsFieldValue(std::u16string_view text) noexcept {
 bool IsHost(std::u16string_view text) noexcept {
   if (IsAddressV6(WithoutBrackets(text))) return true;
   return !text.empty() && std::none_of(text.begin(), text.end(), [](char16_t c) {
-    return IsControlOrBlank(c) || kNotInHost.find(c) != std::u16string_view::npos;
+    return !IsPlainInHost(c) && (IsControlOrBlank(c) || kNotInHost.find(c) != std::u16string_view::npos);
   });
 }
 
 std::string HostForUrl(std::u16string_view host) {
   const std::u16string_view bare = WithoutBrackets(host);
-  const std::string text = LowerAscii(EncodeUtf8(bare));
+  const std::string text = LowerAscii(ToUtf8(bare));
   return IsAddressV6(bare) ? "[" + text + "]" : text;
 }
 
@@ -75,7 +88,7 @@ std::string RequestTarget(std::u16string_view path) {
   if (path.front() != u'/') ThrowBadArgument("The path of a request begins with \"/\"");
   if (std::any_of(path.begin(), path.end(), IsControlOrBlank))
     ThrowBadArgument("The path of a request holds a control character or a blank");
-  std::string text = EncodeUtf8(path);
+  std::string text = ToUtf8(path);
   if (text.size() == path.size()) return text;
   std::string target;
   for (const char c : text) {

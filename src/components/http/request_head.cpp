@@ -2,7 +2,7 @@
 
 #include "components/http/http_error.h"
 #include "components/http/http_syntax.h"
-#include "components/http/text_codec.h"
+#include "text/utf8_codec.h"
 
 namespace qv {
 namespace {
@@ -31,10 +31,9 @@ void RequestHead::Add(std::u16string_view name, std::u16string_view value) {
   if (!IsToken(name)) ThrowBadArgument("The name of a header is no word of HTTP");
   if (!IsFieldValue(value)) ThrowBadArgument("The value of a header holds CR, LF or NUL");
   if (IsFramingName(name)) ThrowBadArgument("The length of the body is not the caller's to set");
-  const RoomyBytes text = EncodeUtf8WithRoom(value, {}, 0);
-  fields_.Append(std::string(name.begin(), name.end()));
+  NarrowAscii(name, fields_.Extend(name.size()));
   fields_.Append(": ");
-  fields_.Append({text.Text(), text.size});
+  PutUtf8(value, fields_.Extend(Utf8Size(value)));
   fields_.Append("\r\n");
   hasHost_ = hasHost_ || EqualsIgnoringCase(name, "host");
 }

@@ -10,6 +10,8 @@
 namespace qv {
 namespace {
 
+constexpr std::size_t kUsualFields = 8;
+
 [[noreturn]] void ThrowMalformed(const char* words) {
   ThrowCurl(CURLE_WEIRD_SERVER_REPLY, words);
 }
@@ -28,6 +30,7 @@ std::string_view WithoutCr(std::string_view line) noexcept {
 void ResponseHead::Parse(std::string head) {
   text_ = std::move(head);
   fields_.clear();
+  fields_.reserve(kUsualFields);
   odd_ = false;
   if (text_.find('\0') != std::string::npos) ThrowMalformed("Nul byte in header");
   const std::size_t firstEnd = text_.find('\n');

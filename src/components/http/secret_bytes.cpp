@@ -5,6 +5,11 @@
 #include <utility>
 
 namespace qv {
+namespace {
+
+constexpr std::size_t kFirstCapacity = 256;
+
+}  // namespace
 
 void ClearingDelete::operator()(char* block) const noexcept {
   explicit_bzero(block, used);
@@ -23,11 +28,15 @@ void SecretBytes::Reserve(std::size_t capacity) {
   capacity_ = capacity;
 }
 
+char* SecretBytes::Extend(std::size_t bytes) {
+  if (bytes > capacity_ - size()) Reserve(std::max({size() + bytes, 2 * capacity_, kFirstCapacity}));
+  char* const end = block_.get() + size();
+  block_.get_deleter().used += bytes;
+  return end;
+}
+
 void SecretBytes::Append(std::string_view bytes) {
-  if (bytes.empty()) return;
-  if (bytes.size() > capacity_ - size()) Reserve(std::max(size() + bytes.size(), 2 * capacity_));
-  std::memcpy(block_.get() + size(), bytes.data(), bytes.size());
-  block_.get_deleter().used += bytes.size();
+  if (!bytes.empty()) std::memcpy(Extend(bytes.size()), bytes.data(), bytes.size());
 }
 
 }  // namespace qv

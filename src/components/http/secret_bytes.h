@@ -22,6 +22,8 @@ class SecretBytes {
  public:
   void Reserve(std::size_t capacity);
   void Append(std::string_view bytes);
+  // Appends uninitialized bytes, which the caller must write.
+  char* Extend(std::size_t bytes);
   std::string_view view() const noexcept { return {block_.get(), size()}; }
   std::size_t size() const noexcept { return block_.get_deleter().used; }
 

@@ -27,6 +27,16 @@ TEST(SecretBytes, AppendJoinsWhileTheyGrow) {
   EXPECT_EQ(bytes.view(), expected);
 }
 
+TEST(SecretBytes, ExtendedBytesAreTheCallersToWrite) {
+  SecretBytes bytes;
+  bytes.Append("a");
+  std::string("bcd").copy(bytes.Extend(3), 3);
+  const std::string more(1000, 'x');
+  more.copy(bytes.Extend(more.size()), more.size());
+  bytes.Append("z");
+  EXPECT_EQ(bytes.view(), "abcd" + more + "z");
+}
+
 TEST(SecretBytes, ReserveKeepsThem) {
   SecretBytes bytes;
   bytes.Append("one");
