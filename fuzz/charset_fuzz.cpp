@@ -17,7 +17,7 @@ void Require(bool holds) {
 
 void LookAtUtf8(std::string_view bytes) {
   const qv::WideString text = qv::DecodeUtf8(bytes);
-  const std::string again = qv::EncodeUtf8(text.view());
+  const std::string again = qv::ToUtf8(text.view());
   Require(qv::IsUtf8(again) && qv::DecodeUtf8(again) == text);
   if (qv::IsUtf8(bytes)) Require(again == bytes);
   Require(qv::OpenTailUtf8(bytes) <= 3 && qv::OpenTailUtf8(bytes) <= bytes.size());

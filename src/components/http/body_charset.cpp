@@ -4,6 +4,7 @@
 
 #include "components/http/http_syntax.h"
 #include "components/http/text_codec.h"
+#include "text/string_block.h"
 
 namespace qv {
 namespace {
@@ -130,22 +131,24 @@ std::size_t BodyCharset::OpenTail(std::string_view bytes) const noexcept {
   return 0;
 }
 
+std::size_t BodyCharset::MostUnits(std::size_t bytes) const noexcept {
+  const bool isWide = kind_ == Kind::kUtf16Little || kind_ == Kind::kUtf16Big;
+  return isWide ? bytes / 2 + bytes % 2 : bytes;
+}
+
+char16_t* BodyCharset::DecodePiece(std::string_view bytes, char16_t* out) const noexcept {
+  if (kind_ == Kind::kLatin1) return PutDecodedLatin1(bytes, out);
+  if (kind_ == Kind::kUtf16Little) return PutDecodedUtf16(bytes, false, out);
+  if (kind_ == Kind::kUtf16Big) return PutDecodedUtf16(bytes, true, out);
+  return PutDecodedUtf8(bytes, out);
+}
+
 WideString BodyCharset::Decode(std::string_view bytes) const {
   WideString text;
-  switch (kind_) {
-    case Kind::kLatin1:
-      return DecodeLatin1(bytes);
-    case Kind::kUtf16Little:
-      return DecodeUtf16(bytes, false);
-    case Kind::kUtf16Big:
-      return DecodeUtf16(bytes, true);
-    case Kind::kOther:
-      if (DecodeByIconv(bytes, name_, &text)) return text;
-      break;
-    case Kind::kUtf8:
-      break;
-  }
-  return DecodeUtf8(bytes);
+  if (!DecodesPieces() && DecodeByIconv(bytes, name_, &text)) return text;
+  BStr units = NewStringBlock(MostUnits(bytes.size()));
+  SetStringLength(units, static_cast<std::size_t>(DecodePiece(bytes, units) - units));
+  return WideString::Attach(units);
 }
 
 }  // namespace qv

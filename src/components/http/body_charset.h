@@ -22,6 +22,13 @@ class BodyCharset {
   std::size_t OpenTail(std::string_view bytes) const noexcept;
   WideString Decode(std::string_view bytes) const;
 
+  // Whether a body can be decoded in pieces, each without its open tail. False for the rarer charsets.
+  bool DecodesPieces() const noexcept { return kind_ != Kind::kOther; }
+  // The most units that a number of bytes can become.
+  std::size_t MostUnits(std::size_t bytes) const noexcept;
+  // Writes the text of `bytes` and returns the end of the output. Not for the rarer charsets.
+  char16_t* DecodePiece(std::string_view bytes, char16_t* out) const noexcept;
+
  private:
   enum class Kind { kUtf8, kUtf16Little, kUtf16Big, kLatin1, kOther };
 

@@ -171,47 +171,11 @@ void HttpRequest::CheckLimits(std::int32_t length) const {
 WideString HttpRequest::CheckedRead(std::int32_t length) {
   CheckLimits(length);
   try {
-    SecretBytes gathered;
-    return Decode(Gather(static_cast<std::size_t>(length), &gathered));
+    return bodyText_.Read(*exchange_, static_cast<std::size_t>(length));
   } catch (...) {
     Fail();
     throw;
   }
-}
-
-// A view of `length` bytes: of the connection's buffer if it has them all, else of *gathered, which grows
-// only as bytes arrive.
-std::string_view HttpRequest::Gather(std::size_t length, SecretBytes* gathered) {
-  if (length == 0) return {};
-  const std::string_view first = exchange_->NextBody(length);
-  if (first.size() == length) return first;
-  gathered->Append(first);
-  while (gathered->size() < length) {
-    const std::string_view piece = exchange_->NextBody(length - gathered->size());
-    if (piece.empty())
-      ThrowCurl(CURLE_PARTIAL_FILE, "transfer closed with " + std::to_string(length - gathered->size()) +
-                                        " bytes remaining to read");
-    gathered->Append(piece);
-  }
-  return gathered->view();
-}
-
-WideString HttpRequest::Decode(std::string_view bytes) {
-  if (!charset_.has_value()) {
-    std::string_view contentType;
-    exchange_->Head().Find("Content-Type", &contentType);
-    charset_.emplace(contentType, bytes);
-    bytes.remove_prefix(charset_->MarkSize(bytes));
-  }
-  SecretBytes joined;
-  if (!openTail_.empty()) {
-    joined.Append(openTail_);
-    joined.Append(bytes);
-    bytes = joined.view();
-  }
-  const std::size_t tail = exchange_->IsAtEnd() ? 0 : charset_->OpenTail(bytes);
-  openTail_.assign(bytes.substr(bytes.size() - tail));
-  return charset_->Decode(bytes.substr(0, bytes.size() - tail));
 }
 
 HRESULT HttpRequest::ReadToFile(const WideString& path, std::int32_t* count) noexcept {

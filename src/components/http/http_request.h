@@ -4,11 +4,10 @@
 #include <atomic>
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "com/counted_object.h"
-#include "components/http/body_charset.h"
+#include "components/http/body_text.h"
 #include "components/http/http_exchange.h"
 #include "components/http/http_session.h"
 #include "components/http/request_head.h"
@@ -54,8 +53,6 @@ class HttpRequest final : public CountedObject<IHttpRequest, SupportsErrorInfo<I
   std::int64_t CheckedReadToFile(const WideString& path);
   void BeginExchange();
   void CheckLimits(std::int32_t length) const;
-  std::string_view Gather(std::size_t length, SecretBytes* gathered);
-  WideString Decode(std::string_view bytes);
   WideString HeaderValue(std::u16string_view name) const;
   void Fail() noexcept;
 
@@ -69,8 +66,7 @@ class HttpRequest final : public CountedObject<IHttpRequest, SupportsErrorInfo<I
   IHttpProgressPtr progress_;
   std::optional<TransferWatch> watch_;
   std::optional<HttpExchange> exchange_;
-  std::optional<BodyCharset> charset_;  // known after the first Read
-  std::string openTail_;                // bytes of a character that the last Read split
+  BodyText bodyText_;
 };
 
 }  // namespace qv

@@ -20,14 +20,17 @@ struct RoomyBytes {
   char* Text() const noexcept { return block.get() + room; }
 };
 
-std::string EncodeUtf8(std::u16string_view text);
 // `first` and `second` joined, with `room` bytes before them.
 RoomyBytes EncodeUtf8WithRoom(std::u16string_view first, std::u16string_view second, std::size_t room);
 
+// Write the text of `bytes`, of which no byte becomes more than one unit, and return its end.
+char16_t* PutDecodedUtf8(std::string_view bytes, char16_t* out) noexcept;
+char16_t* PutDecodedLatin1(std::string_view bytes, char16_t* out) noexcept;
+// An odd last byte becomes one U+FFFD; so does a lone surrogate.
+char16_t* PutDecodedUtf16(std::string_view bytes, bool bigEndian, char16_t* out) noexcept;
+
 WideString DecodeUtf8(std::string_view bytes);
 WideString DecodeLatin1(std::string_view bytes);
-// An odd last byte becomes one U+FFFD; so does a lone surrogate.
-WideString DecodeUtf16(std::string_view bytes, bool bigEndian);
 // Uses the C library's converter for `charset`. False if there is none.
 bool DecodeByIconv(std::string_view bytes, const std::string& charset, WideString* text);
 

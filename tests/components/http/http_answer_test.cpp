@@ -113,6 +113,57 @@ TEST_F(HttpAnswerTest, LargeBodyArrivesWhole) {
   EXPECT_EQ(ReadText(Sent(), static_cast<std::int32_t>(body.size())), body);
 }
 
+// The pieces split characters, pairs and units at all places: each piece is odd in size, and the text has no
+// period that fits it.
+TEST_F(HttpAnswerTest, LongBodyInPiecesGivesTheSameTextInEachCharset) {
+  struct Row {
+    const char* charset;
+    const char* period;
+    std::size_t size;
+    std::u16string_view text;
+  };
+  const Row rows[] = {
+      {"utf-8", "ab\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\xE2\x82z", 14, u"ab\u00E9\u20AC\U0001F600\uFFFDz"},
+      {"utf-16le", "a\0\xAC\x20\x3D\xD8\x00\xDE\x3D\xD8", 10, u"a\u20AC\U0001F600\uFFFD"},
+      {"utf-16be", "\0a\x20\xAC\xD8\x3D\xDE\x00\xDE\x00", 10, u"a\u20AC\U0001F600\uFFFD"},
+      {"iso-8859-1", "ab\xE9", 3, u"ab\u00E9"},
+      {"shift_jis", "a\x82\xA0z", 4, u"a\u3042z"},
+  };
+  constexpr std::size_t kPeriods = 600;
+  for (const Row& row : rows) {
+    StartAnew();
+    std::string body;
+    std::u16string text;
+    for (std::size_t i = 0; i < kPeriods; ++i) {
+      body.append(row.period, row.size);
+      text += row.text;
+    }
+    RawScript script;
+    script.ReadRequest().Write(OkText("Content-Type: text/xml; charset=" + std::string(row.charset) +
+                                      "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n"));
+    for (std::size_t at = 0; at < body.size(); at += 497) script.Write(body.substr(at, 497)).Pause(1);
+    server_.Expect(script);
+    EXPECT_EQ(ReadText(Sent(), static_cast<std::int32_t>(body.size())), ToUtf8(text)) << row.charset;
+  }
+}
+
+TEST_F(HttpAnswerTest, LongBodyThatEndsInsideACharacterHasAReplacementThere) {
+  const std::string plain(5000, 'x');
+  server_.Expect(RawScript()
+                     .ReadRequest()
+                     .Write(SizedText(plain.size() + 2, plain.substr(0, 2000)))
+                     .Pause(20)
+                     .Write(plain.substr(2000) + "\xE2")
+                     .Pause(20)
+                     .Write("\x82"));
+  EXPECT_EQ(ReadText(Sent(), static_cast<std::int32_t>(plain.size() + 2)), plain + "\xEF\xBF\xBD");
+}
+
+TEST_F(HttpAnswerTest, LongBodyMayAnnounceFarMoreThanItHas) {
+  ReplyAndClose(SizedText(500'000'000, std::string(300'000, 'x')));
+  ExpectFailure(500'000'000, "Read", kCutOff, "transfer closed with 499700000 bytes remaining to read");
+}
+
 TEST_F(HttpAnswerTest, AnswerToHeadHasNoBody) {
   server_.Expect(RawScript().Reply(SizedText(5, "")).Answer("two"));
   const IHttpRequestPtr request = Sent("", "HEAD");
