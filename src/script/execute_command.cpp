@@ -1,24 +1,47 @@
 #include "script/execute_command.h"
 
+#include <utility>
+
 #include "format/formater_factory.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/messages.h"
 #include "script/file_uploader.h"
+#include "soap/envelope_pieces.h"
 #include "soap/named_arguments.h"
-#include "support/namespaces.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
-#include "text/join_text.h"
 #include "xml/qv_dom_parser.h"
 #include "xml/xml_serializer.h"
 
 namespace qv {
 namespace {
 
-constexpr char16_t kStringType[] = u"xsd:string";
 constexpr char16_t kAttachedFileType[] = u"AttachedFile";
+constexpr std::size_t kFrameUnits = 2048;  // of an envelope with a few parameters, without its script
+
+constexpr auto kExecuteStart =
+    JoinLiterals(u"<Execute xmlns=\"", kServiceNamespace, u"\"><usid xsi:type=\"xsd:string\">");
+constexpr char16_t kScriptStart[] = u"</usid><Script xsi:type=\"xsd:string\">";
+
+// The script document, escaped.
+constexpr char16_t kLanguageStart[] = u"&lt;Scriptwell Language=&quot;";
+constexpr auto kCodeStart =
+    JoinLiterals(u"&quot; xmlns:xsi=&quot;", kXmlSchemaInstanceNamespace, u"&quot; xsi:schemaLocation=&quot;",
+                 kScriptNamespace, u" ", kScriptSchemaLocation, u"&quot; xmlns=&quot;", kScriptNamespace,
+                 u"&quot;&gt;&lt;Code&gt;");
+constexpr char16_t kCodeEnd[] = u"&lt;/Code&gt;&lt;/Scriptwell&gt;";
+
+constexpr auto kNoParameters =
+    JoinLiterals(u"<parameters xsi:nil=\"true\" xsi:type=\"ns1:Parameter\" xmlns:ns1=\"", kSofNamespace,
+                 u"\" xmlns:ns2=\"", kSoapEncodingNamespace, u"\" ns2:arrayType=\"ns1:Parameter[]\"/>");
+// The prefixes are swapped compared with the nil form; deployed servers expect both forms.
+constexpr auto kParametersStart =
+    JoinLiterals(u"<parameters xmlns:ns1=\"", kSoapEncodingNamespace, u"\" xmlns:ns2=\"", kSofNamespace,
+                 u"\" ns1:arrayType=\"ns2:Parameter[");
+constexpr auto kParameterStart =
+    JoinLiterals(u"<Parameter xmlns=\"", kServiceNamespace, u"\"><Name xsi:type=\"xsd:string\">");
 
 // For `catch (...)` when writing a request fails.
 [[noreturn]] void RethrowAsWriteFailure() {
@@ -58,22 +81,22 @@ WideString UploadAttachedFile(const WideString& serviceUrl, const Variant& value
 }
 
 void AppendTicket(WideTextStream& stream, const WideString& ticket) {
-  stream.Append(u"<Value xsi:type=\"FileTicket\"><Id xsi:type=\"string\">");
+  stream.Append(u"</Name><Value xsi:type=\"FileTicket\"><Id xsi:type=\"string\">");
   stream.AppendEncoded(ticket.view());
-  stream.Append(u"</Id></Value>");
+  stream.Append(u"</Id></Value></Parameter>");
 }
 
 void AppendValue(WideTextStream& stream, const WideString& typeName, const WideString& text) {
-  stream.Append(u"<Value xsi:type=\"xsd:");
+  stream.Append(u"</Name><Value xsi:type=\"xsd:");
   stream.AppendEncoded(typeName.view());
   stream.Append(u"\">");
   stream.Append(text.view());
-  stream.Append(u"</Value>");
+  stream.Append(u"</Value></Parameter>");
 }
 
-WideString ValueText(const WireParameter& parameter) {
+WideString ValueText(WireParameter& parameter) {
   if (parameter.typeName.IsNull()) RefuseParameter();
-  WideString text = CExecuteCommand::FormatValue(parameter.typeName, parameter.value);
+  WideString text = CExecuteCommand::FormatValue(parameter.typeName, std::move(parameter.value));
   if (text.IsNull()) RefuseParameter();
   return text;
 }
@@ -107,6 +130,7 @@ WideString CExecuteCommand::FormatValue(WideString typeName, Variant value) {
 }
 
 void CExecuteCommand::Write(WideTextStream& stream, const WideString& serviceUrl, const NamedArguments& map) {
+  stream.Reserve(kFrameUnits + TextArgument(map, argument::kScript, u"").size());
   WriteEnvelopeHead(stream, map.at(argument::kContextHandle).Text());
   stream.EndSecret();
   WriteScriptDocument(stream, map);
@@ -119,19 +143,10 @@ void CExecuteCommand::Write(WideTextStream& stream, const WideString& serviceUrl
 }
 
 void CExecuteCommand::WriteEnvelopeHead(WideTextStream& stream, const WideString& contextHandle) {
-  stream.Append(u"<SOAP-ENV:Envelope");
-  stream.AppendAttribute(u"xmlns:xsd", kXmlSchemaNamespace);
-  stream.AppendAttribute(u"xmlns:xsi", kXmlSchemaInstanceNamespace);
-  stream.AppendAttribute(u"xmlns:SOAP-ENV", kSoapEnvelopeNamespace);
-  stream.Append(u"><SOAP-ENV:Body><Execute");
-  stream.AppendAttribute(u"xmlns", kServiceNamespace);
-  stream.Append(u"><usid");
-  stream.AppendAttribute(u"xsi:type", kStringType);
-  stream.Append(u">");
+  stream.Append(kEnvelopeStart.units);
+  stream.Append(kExecuteStart.units);
   stream.AppendEncoded(contextHandle.view());
-  stream.Append(u"</usid><Script");
-  stream.AppendAttribute(u"xsi:type", kStringType);
-  stream.Append(u">");
+  stream.Append(kScriptStart);
 }
 
 void CExecuteCommand::WriteScriptDocument(WideTextStream& stream, const NamedArguments& map) {
@@ -158,7 +173,7 @@ void CExecuteCommand::WriteScriptFile(WideTextStream& stream, const WideString& 
 // The whole document is escaped when it is written, so the script is escaped twice and the language once.
 void CExecuteCommand::WriteScriptText(WideTextStream& stream, const NamedArguments& map) {
   const WideString language = map.at(argument::kScriptLanguage).Text();
-  stream.AppendEncoded(u"<Scriptwell Language=\"");
+  stream.Append(kLanguageStart);
   stream.AppendEncoded(language.view());
   // The escape stops at a null unit, and so does the document.
   if (language.view().find(u'\0') == std::u16string_view::npos)
@@ -166,27 +181,13 @@ void CExecuteCommand::WriteScriptText(WideTextStream& stream, const NamedArgumen
 }
 
 void CExecuteCommand::WriteCode(WideTextStream& stream, const WideString& script) {
-  stream.AppendEncoded(u"\" xmlns:xsi=\"");
-  stream.AppendEncoded(kXmlSchemaInstanceNamespace);
-  stream.AppendEncoded(u"\" xsi:schemaLocation=\"");
-  stream.AppendEncoded(kScriptNamespace);
-  stream.AppendEncoded(u" ");
-  stream.AppendEncoded(kScriptSchemaLocation);
-  stream.AppendEncoded(u"\" xmlns=\"");
-  stream.AppendEncoded(kScriptNamespace);
-  stream.AppendEncoded(u"\"><Code>");
+  stream.Append(kCodeStart.units);
   stream.AppendTwiceEncoded(script.view());
-  stream.AppendEncoded(u"</Code></Scriptwell>");
+  stream.Append(kCodeEnd);
 }
 
 void CExecuteCommand::WriteNoParameters(WideTextStream& stream) {
-  stream.Append(u"<parameters");
-  stream.AppendAttribute(u"xsi:nil", u"true");
-  stream.AppendAttribute(u"xsi:type", u"ns1:Parameter");
-  stream.AppendAttribute(u"xmlns:ns1", kSofNamespace);
-  stream.AppendAttribute(u"xmlns:ns2", kSoapEncodingNamespace);
-  stream.AppendAttribute(u"ns2:arrayType", u"ns1:Parameter[]");
-  stream.Append(u"/>");
+  stream.Append(kNoParameters.units);
 }
 
 void CExecuteCommand::WriteParameters(WideTextStream& stream, const WideString& serviceUrl,
@@ -207,38 +208,29 @@ void CExecuteCommand::WriteParameters(WideTextStream& stream, const WideString& 
   stream.Append(u"</parameters>");
 }
 
-// The prefixes are swapped compared with the nil form; deployed servers expect both forms.
 void CExecuteCommand::WriteParametersStart(WideTextStream& stream, std::int16_t count) {
-  const WideString arrayType = JoinText({u"ns2:Parameter[", DecimalText(count).view(), u"]"});
-  stream.Append(u"<parameters");
-  stream.AppendAttribute(u"xmlns:ns1", kSoapEncodingNamespace);
-  stream.AppendAttribute(u"xmlns:ns2", kSofNamespace);
-  stream.AppendAttribute(u"ns1:arrayType", arrayType.view());
-  stream.Append(u">");
+  stream.Append(kParametersStart.units);
+  stream.Append(DecimalText(count).view());
+  stream.Append(u"]\">");
 }
 
 void CExecuteCommand::WriteParameter(WideTextStream& stream, IParameter* parameter,
                                      const WideString& serviceUrl, const NamedArguments& map) {
-  const WireParameter wire = ReadParameter(parameter);
+  WireParameter wire = ReadParameter(parameter);
   const bool isFile = EqualIgnoreCase(wire.typeName.data(), kAttachedFileType);
   const WideString text = isFile ? UploadAttachedFile(serviceUrl, wire.value, map) : ValueText(wire);
-  stream.Append(u"<Parameter");
-  stream.AppendAttribute(u"xmlns", kServiceNamespace);
-  stream.Append(u"><Name");
-  stream.AppendAttribute(u"xsi:type", kStringType);
-  stream.Append(u">");
+  stream.Append(kParameterStart.units);
   stream.AppendEncoded(wire.key.view());
-  stream.Append(u"</Name>");
   if (isFile) {
     AppendTicket(stream, text);
   } else {
     AppendValue(stream, wire.typeName, text);
   }
-  stream.Append(u"</Parameter>");
 }
 
 void CExecuteCommand::WriteEnvelopeTail(WideTextStream& stream) {
-  stream.Append(u"</Execute></SOAP-ENV:Body></SOAP-ENV:Envelope>");
+  stream.Append(u"</Execute>");
+  stream.Append(kEnvelopeEnd);
   stream.AppendNull();
 }
 

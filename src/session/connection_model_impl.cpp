@@ -24,7 +24,7 @@ constexpr std::u16string_view kServicePath = u"/Quorvane/api/Scriptwells/2.0/Scr
 constexpr std::u16string_view kUploadPath = u"/WebEditor/FileManagerUpload.aspx";
 constexpr std::int32_t kDefaultProxyPort = 80;
 
-void InsertText(NamedArguments& map, const char16_t* key, const WideString& text) {
+void InsertText(NamedArguments& map, std::u16string_view key, const WideString& text) {
   map.emplace(key, Variant::FromString(text));
 }
 

@@ -2,32 +2,33 @@
 #pragma once
 
 #include <map>
+#include <string_view>
 
 #include "qvscriptwells/variant.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace qv {
 
-// The caller fills it with insert, so the first value of a key stays.
-using NamedArguments = std::map<WideString, Variant>;
+// The caller fills it with insert, so the first value of a key stays. Keys are not copied: constants only.
+using NamedArguments = std::map<std::u16string_view, Variant>;
 
 namespace argument {
 
-inline constexpr char16_t kConnectionString[] = u"ConnectionString";
-inline constexpr char16_t kContextHandle[] = u"ContextHandle";
-inline constexpr char16_t kCookieHandle[] = u"CookieHandle";
-inline constexpr char16_t kParameters[] = u"parameters";  // IParameters
-inline constexpr char16_t kProxy[] = u"Proxy";
-inline constexpr char16_t kProxyPort[] = u"ProxyPort";  // VT_INT
-inline constexpr char16_t kScript[] = u"Script";
-inline constexpr char16_t kScriptFile[] = u"ScriptFile";
-inline constexpr char16_t kScriptLanguage[] = u"ScriptLanguage";
-inline constexpr char16_t kUploadFile[] = u"UploadFile";  // the address that takes uploads
+inline constexpr std::u16string_view kConnectionString = u"ConnectionString";
+inline constexpr std::u16string_view kContextHandle = u"ContextHandle";
+inline constexpr std::u16string_view kCookieHandle = u"CookieHandle";
+inline constexpr std::u16string_view kParameters = u"parameters";  // IParameters
+inline constexpr std::u16string_view kProxy = u"Proxy";
+inline constexpr std::u16string_view kProxyPort = u"ProxyPort";  // VT_INT
+inline constexpr std::u16string_view kScript = u"Script";
+inline constexpr std::u16string_view kScriptFile = u"ScriptFile";
+inline constexpr std::u16string_view kScriptLanguage = u"ScriptLanguage";
+inline constexpr std::u16string_view kUploadFile = u"UploadFile";  // the address that takes uploads
 
 }  // namespace argument
 
 // The text of a key, or `absent`.
-inline WideString TextArgument(const NamedArguments& map, const char16_t* key, const char16_t* absent) {
+inline WideString TextArgument(const NamedArguments& map, std::u16string_view key, const char16_t* absent) {
   const auto found = map.find(key);
   return found == map.end() ? WideString(absent) : found->second.Text();
 }

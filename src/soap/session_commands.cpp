@@ -1,7 +1,7 @@
 // The envelopes of the two session actions. They differ in one element and one value.
+#include "soap/envelope_pieces.h"
 #include "soap/named_arguments.h"
 #include "soap/qv_command.h"
-#include "support/namespaces.h"
 
 namespace qv {
 namespace {
@@ -9,19 +9,11 @@ namespace {
 struct SessionEnvelope {
   const char16_t* method;
   const char16_t* element;
-  const char16_t* key;
+  std::u16string_view key;
 };
 
 constexpr SessionEnvelope kCreate = {u"CreateUserSession", u"ConnectionString", argument::kConnectionString};
 constexpr SessionEnvelope kRelease = {u"CloseUserSession", u"usid", argument::kContextHandle};
-
-void WriteHead(WideTextStream& stream) {
-  stream.Append(u"<SOAP-ENV:Envelope");
-  stream.AppendAttribute(u"xmlns:xsd", kXmlSchemaNamespace);
-  stream.AppendAttribute(u"xmlns:xsi", kXmlSchemaInstanceNamespace);
-  stream.AppendAttribute(u"xmlns:SOAP-ENV", kSoapEnvelopeNamespace);
-  stream.Append(u"><SOAP-ENV:Body>");
-}
 
 void WriteMethod(WideTextStream& stream, const SessionEnvelope& envelope, const WideString& value) {
   stream.Append(u"<");
@@ -42,9 +34,9 @@ void WriteMethod(WideTextStream& stream, const SessionEnvelope& envelope, const 
 void WriteSessionEnvelope(WideTextStream& stream, const SessionEnvelope& envelope,
                           const NamedArguments& map) {
   const WideString value = map.at(envelope.key).Text();
-  WriteHead(stream);
+  stream.Append(kEnvelopeStart.units);
   WriteMethod(stream, envelope, value);
-  stream.Append(u"</SOAP-ENV:Body></SOAP-ENV:Envelope>");
+  stream.Append(kEnvelopeEnd);
   stream.AppendNull();
 }
 

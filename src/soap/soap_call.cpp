@@ -9,7 +9,6 @@
 #include "qvscriptwells/messages.h"
 #include "soap/named_arguments.h"
 #include "soap/server_connector.h"
-#include "support/namespaces.h"
 #include "text/join_text.h"
 #include "xml/xml_library_guard.h"
 
@@ -33,8 +32,6 @@ constexpr CommandOfAction kCommands[] = {{u"CreateUserSession", &NewCreateSessio
                                          {u"Execute", &NewExecuteCommand}};
 
 }  // namespace
-
-CSOAPCall::CSOAPCall() : encodingStyle_(kSoapEncodingNamespace) {}
 
 CQvCommand* CSOAPCall::CreateCommand() const {
   for (const CommandOfAction& row : kCommands)

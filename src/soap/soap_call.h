@@ -12,7 +12,7 @@ namespace qv {
 
 class CSOAPCall {
  public:
-  CSOAPCall();
+  CSOAPCall() = default;
   virtual ~CSOAPCall() = default;
 
   // Writes the envelope, sends it and reads the answer. Any failure becomes an EQvException
@@ -33,11 +33,7 @@ class CSOAPCall {
   void WriteEnvelope(WideTextStream& stream, const CQvUrl& url, const WideString& serviceNamespace,
                      const NamedArguments& map);
 
-  CQvUrl url_;
-  WideString namespace_;
   WideString action_;
-  WideString encodingStyle_;
-  WideString last_;
 };
 
 // For `catch (...)` around a call: converts the failure to an EQvException. Clauses in this order:

@@ -7,12 +7,6 @@
 namespace qv {
 namespace {
 
-// A unit to escape, or a null unit, ends a plain run.
-bool EndsRun(char16_t unit) noexcept {
-  return unit == 0 || unit >= 0x7F || unit == u'"' || unit == u'&' || unit == u'\'' || unit == u'<' ||
-         unit == u'>';
-}
-
 #if defined(__SSE2__)
 constexpr std::size_t kBlock = 16;
 
@@ -63,7 +57,7 @@ std::size_t PlainRun(std::u16string_view text) noexcept {
     if (ends != 0) return at + static_cast<std::size_t>(__builtin_ctz(ends));
   }
 #endif
-  while (at < text.size() && !EndsRun(text[at])) ++at;
+  while (at < text.size() && !EndsPlainRun(text[at])) ++at;
   return at;
 }
 

@@ -66,9 +66,13 @@ void WideTextStream::EndSecret() noexcept {
 }
 
 void WideTextStream::Append(std::u16string_view text) {
-  if (text.empty()) return;
-  const std::size_t null = firstNull_ == kNone ? text.find(u'\0') : kNone;
+  const std::size_t plain = PlainRun(text);  // ends at a null unit too, and is faster than find
+  const std::size_t null = firstNull_ == kNone && plain != text.size() ? text.find(u'\0', plain) : kNone;
   if (null != kNone) firstNull_ = size() + null;
+  AppendPlain(text);
+}
+
+void WideTextStream::AppendPlain(std::u16string_view text) {
   Wrote(Put(Room(text.size()), text));
 }
 

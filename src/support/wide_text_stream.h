@@ -19,8 +19,15 @@ class WideTextStream {
   void HoldsSecret() noexcept { isSecret_ = true; }
   // Later content is not secret.
   void EndSecret() noexcept;
+  // Call before the first append: the expected number of units, to avoid reallocations.
+  void Reserve(std::size_t units) { Room(units); }
   // Appends unchanged, including null units.
   void Append(std::u16string_view text);
+  // For literals, which have a known length and no null unit inside.
+  template <std::size_t kSize>
+  void Append(const char16_t (&literal)[kSize]) {
+    AppendPlain({literal, kSize - 1});
+  }
   // Escaped once, as EncodeXmlText does.
   void AppendEncoded(std::u16string_view text);
   // Escaped twice, in one pass.
@@ -41,6 +48,7 @@ class WideTextStream {
  private:
   char16_t* Room(std::size_t units);  // space for `units` more units
   void Wrote(const char16_t* end);
+  void AppendPlain(std::u16string_view text);
   void AppendEscaped(std::u16string_view text, std::u16string_view ampersand);
 
   BStr text_ = nullptr;

@@ -28,6 +28,16 @@ TEST(WideTextStream, AppendsAsItStands) {
   EXPECT_EQ(stream.size(), 8U);
 }
 
+TEST(WideTextStream, ReservedUnitsAreNoText) {
+  WideTextStream stream;
+  stream.Reserve(1000);
+  EXPECT_EQ(stream.size(), 0u);
+  stream.Append(u"<a>");
+  EXPECT_EQ(stream.TakeText().view(), u"<a>"sv);
+  stream.Reserve(1);
+  EXPECT_EQ(stream.TakeText().view(), u""sv);
+}
+
 TEST(WideTextStream, AppendsEscapedOnceAndTwiceUpToANullUnit) {
   WideTextStream stream;
   stream.AppendEncoded(u"a<b>&\"'~\x7F\u00E9\uFFFF");
