@@ -2,6 +2,8 @@
 
 #include <xercesc/dom/DOMException.hpp>
 
+#include <utility>
+
 #include "qvscriptwells/com_error.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/secret_text.h"
@@ -30,7 +32,7 @@ CSOAPResponse CServerConnector::Post(const CQvUrl& url, const WideString& action
     CloseAndRethrow(call);
   }
   try {
-    ParseResponse(action, text, response);
+    ParseResponse(action, std::move(text), response);
   } catch (...) {
     RethrowAsParseFailure();
   }
@@ -66,9 +68,8 @@ void CServerConnector::SetHeaders(const HttpCall& call, const WideString& action
   if (!cookie_.IsEmpty()) call.SetHeader(u"Cookie", cookie_);
 }
 
-void CServerConnector::ParseResponse(const WideString& action, const WideString& text,
-                                     CSOAPResponse& response) {
-  response.SetText(action, text, false);
+void CServerConnector::ParseResponse(const WideString& action, WideString text, CSOAPResponse& response) {
+  response.SetText(action, std::move(text), false);
   response.ParseText();
 }
 

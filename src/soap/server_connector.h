@@ -27,7 +27,7 @@ class CServerConnector {
   WideString Fetch(HttpCall& call, const CQvUrl& url, const WideString& action, WideTextStream& stream,
                    WideString& proxy);
   void SetHeaders(const HttpCall& call, const WideString& action, const CQvUrl& url);
-  static void ParseResponse(const WideString& action, const WideString& text, CSOAPResponse& response);
+  static void ParseResponse(const WideString& action, WideString text, CSOAPResponse& response);
 
   WideString cookie_;
 };

@@ -1,5 +1,7 @@
 #include "soap/soap_response.h"
 
+#include <utility>
+
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 
@@ -57,10 +59,16 @@ AnswerNodes FindAnswerNodes(const AnswerDocument& document, const WideString& ac
   return found;
 }
 
-// The usual prefix first: where it is missing, a large answer is searched to its end.
+// Whether the text contains "SOAP:Envelope" or "soap:Envelope".
 bool IsEnvelope(std::u16string_view text) {
-  return text.find(u"soap:Envelope") != std::u16string_view::npos ||
-         text.find(u"SOAP:Envelope") != std::u16string_view::npos;
+  constexpr std::u16string_view kName = u":Envelope";
+  constexpr std::size_t kPrefix = 4;
+  for (std::size_t at = text.find(kName); at != std::u16string_view::npos; at = text.find(kName, at + 1)) {
+    const std::u16string_view before = text.substr(0, at);
+    const std::u16string_view prefix = before.substr(at < kPrefix ? 0 : at - kPrefix);
+    if (prefix == u"SOAP" || prefix == u"soap") return true;
+  }
+  return false;
 }
 
 // The value of the last element of that name, in document order; false if there is none.
@@ -125,9 +133,9 @@ WideString ParseErrorText(const xercesc::SAXParseException& error) {
 
 }  // namespace
 
-void CSOAPResponse::SetText(const WideString& action, const WideString& text, bool fromFile) {
+void CSOAPResponse::SetText(const WideString& action, WideString text, bool fromFile) {
   action_ = action;
-  text_ = text;
+  text_ = std::move(text);
   fromFile_ = fromFile;
 }
 
@@ -137,6 +145,7 @@ void CSOAPResponse::ParseText() {
   } catch (...) {
     RethrowAsResponseFailure();
   }
+  text_ = WideString();  // may be large
 }
 
 void CSOAPResponse::Parse() {

@@ -11,7 +11,7 @@ class AnswerDocument;
 
 class CSOAPResponse {
  public:
-  void SetText(const WideString& action, const WideString& text, bool fromFile);
+  void SetText(const WideString& action, WideString text, bool fromFile);
   // Sets the value, or throws: EQvException for a fault, for text that is not an answer and for a parse error
   // ("Error at file ..."); a DOM exception of the XML library passes through.
   void ParseText();

@@ -69,6 +69,13 @@ TEST_F(SoapResponse, EnvelopeIsKnownByItsMarker) {
        "VT_INT 7"},
       {"marker in a comment",
        u"<!-- soap:Envelope --><a><b><ExecuteResponse>" + kSeven + u"</ExecuteResponse></b></a>", "VT_INT 7"},
+      {"marker after others",
+       u"<!-- :Envelope x:Envelope oap:Envelope soap:Envelope --><a><b><ExecuteResponse>" + kSeven +
+           u"</ExecuteResponse></b></a>",
+       "VT_INT 7"},
+      {"marker without its start", u"oap:Envelope", kNotValid},
+      {"marker without a prefix", u":Envelope", kNotValid},
+      {"marker without its end", u"soap:Envelop", kNotValid},
       {"marker in a page", u"<html><body>soap:Envelope<br></body></html>", ParserAt("line 1, char 32")},
       {"marker alone", u"soap:Envelope", ParserAt("line 1, char 1")},
       {"wrong end tag", u"<soap:Envelope>\n<a>\n</b></soap:Envelope>", ParserAt("line 3, char 3")},
