@@ -8,8 +8,11 @@ namespace qv {
 namespace {
 
 // The name is searched for inside the constants, so "ref" and "lang" are strings too.
-bool MeansString(const WideString& upperName) {
-  return Find(upperName, u"IDREF") >= 0 || Find(upperName, u"LANGUAGE") >= 0;
+bool MeansString(std::u16string_view upperName) {
+  constexpr std::u16string_view kReference = u"IDREF";
+  constexpr std::u16string_view kLanguage = u"LANGUAGE";
+  constexpr std::size_t kNone = std::u16string_view::npos;
+  return !upperName.empty() && (kReference.find(upperName) != kNone || kLanguage.find(upperName) != kNone);
 }
 
 }  // namespace
@@ -28,7 +31,7 @@ void FormaterFactory::Register(const WideString& name, FormaterCreator* creator)
 
 FormaterSerializer* FormaterFactory::GetFormater(const WideString& typeName) {
   const WideString name = ToUpper(typeName);
-  const auto found = creators_.find(MeansString(name) ? WideString(u"STRING") : name);
+  const auto found = creators_.find(MeansString(name.view()) ? WideString(u"STRING") : name);
   return found == creators_.end() ? nullptr : found->second->GetSerializer();
 }
 
