@@ -1,4 +1,4 @@
-// The script worker as a separate program, for hosts of the service that have no such command themselves.
+// The script worker: the only program that loads the script engine.
 
 #include <unistd.h>
 

@@ -37,8 +37,8 @@ struct ServiceOptions {
   ConsoleSink console;
   // Who may open a session. Empty: every non-empty user name, with any password.
   std::vector<ServiceUser> users;
-  // Program and arguments of the script worker, which has to call RunScriptWorker on descriptor 0. A name
-  // without "/" is looked up in PATH. Required.
+  // Program and arguments of the script worker: the path of scriptwells-script-worker. A name without "/" is
+  // looked up in PATH. Required.
   std::vector<std::string> workerCommand;
   // Most workers alive at one time; further scripts wait for a free one.
   std::size_t maxWorkers = 4;

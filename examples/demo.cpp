@@ -3,19 +3,17 @@
 // runs the script document examples/document.xml, shows a table, uploads a file, downloads the script's
 // result, and closes the session.
 //   demo [SCRIPT]
-#include <unistd.h>
-
 #include <clocale>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 
 #include "devservice/service.h"
-#include "devservice/workers/script_worker.h"
 #include "qvscriptwells/qvscriptwells.h"
 #include "tools/output/answer_format.h"
 #include "tools/output/record_list_output.h"
 #include "tools/output/text_table.h"
+#include "tools/service/local_service.h"
 #include "tools/service/private_home.h"
 #include "tools/values/object_text.h"
 
@@ -177,7 +175,7 @@ void RunDemo(const std::string& scriptPath) {
   const qv::WideString script = qv::FromUtf8(ReadFile(scriptPath));
   const qv::cli::PrivateHome home;  // with the upload scripts; removed at the end
   qv::devservice::ServiceOptions options;
-  options.workerCommand = {"/proc/self/exe", "script-worker"};
+  options.workerCommand = qv::cli::WorkerCommand();
   qv::devservice::Service service(options);
   service.Start();
   std::cout << "The development service runs at " << service.Url() << "\n";
@@ -201,8 +199,6 @@ void RunDemo(const std::string& scriptPath) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 2 && std::string(argv[1]) == "script-worker")
-    _exit(qv::devservice::RunScriptWorker(STDIN_FILENO));
   static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));  // the table counts characters
   try {
     RunDemo(argc > 1 ? argv[1] : DEMO_SCRIPT);

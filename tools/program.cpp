@@ -1,11 +1,8 @@
 #include "tools/program.h"
 
-#include <unistd.h>
-
 #include <clocale>
 #include <ostream>
 
-#include "devservice/workers/script_worker.h"
 #include "tools/commands.h"
 #include "tools/options/options.h"
 #include "tools/report/reporter.h"
@@ -53,9 +50,6 @@ ExitStatus Dispatch(const ParsedArguments& parsed, std::ostream& out, std::ostre
       return RegistryCommand(parsed.registry, out, err);
     case Command::kDescribe:
       return DescribeCommand(parsed.describe, out);
-    // The script engine's threads are still running, so no destructor may run.
-    case Command::kScriptWorker:
-      _exit(devservice::RunScriptWorker(STDIN_FILENO));
   }
   return ExitStatus::kFault;
 }
@@ -85,10 +79,8 @@ int RunProgram(const std::vector<std::string>& arguments, std::ostream& out, std
   try {
     SetTempDirectory();
     const ParsedArguments parsed = ParseArguments(arguments);
-    if (parsed.command != Command::kScriptWorker) {
-      SetLocale();
-      WatchForInterrupt();
-    }
+    SetLocale();
+    WatchForInterrupt();
     return static_cast<int>(Guarded(parsed, out, err));
   } catch (...) {
     return static_cast<int>(ExitStatus::kFault);

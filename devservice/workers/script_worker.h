@@ -1,4 +1,4 @@
-// The worker process: the only place where scripts run.
+// The worker process: the only place where scripts run. Part of its program, not of the service.
 #pragma once
 
 namespace qv::devservice {

@@ -18,8 +18,7 @@ enum class Command {
   kSession,
   kServe,
   kRegistry,
-  kDescribe,
-  kScriptWorker
+  kDescribe
 };
 
 // In milliseconds, rounded up, so that a short time never becomes 0 (no limit).

@@ -35,10 +35,7 @@ CLI::App& Prepared(CLI::App& app) {
 // Reads the whole command line. Owns the CLI11 objects.
 class ArgumentParser {
  public:
-  explicit ArgumentParser(ParsedArguments& result) : result_(result) {
-    worker_ = app_.add_subcommand("script-worker", "Run scripts for a service");
-    worker_->group("");
-  }
+  explicit ArgumentParser(ParsedArguments& result) : result_(result) {}
 
   void Parse(std::vector<std::string> arguments) {
     std::reverse(arguments.begin(), arguments.end());  // CLI11 takes them from the end
@@ -58,9 +55,7 @@ class ArgumentParser {
 
  private:
   void Decide() {
-    if (worker_->parsed()) {
-      result_.command = Command::kScriptWorker;
-    } else if (serve_.Parsed()) {
+    if (serve_.Parsed()) {
       Accept(Command::kServe, serve_.Check());
     } else if (run_.Parsed()) {
       Accept(Command::kRun, run_.Check());
@@ -135,7 +130,6 @@ class ArgumentParser {
   RegistryArguments registry_{app_};
   DescribeArguments describe_{app_};
   HelpArguments help_{app_};
-  CLI::App* worker_ = nullptr;
 };
 
 }  // namespace

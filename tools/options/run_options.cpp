@@ -4,10 +4,14 @@
 #include <cstdlib>
 #include <map>
 
+#include "devservice/soap/namespaces.h"
 #include "tools/options/help_format.h"
 #include "tools/options/help_texts.h"
 #include "tools/output/csv_text.h"
-#include "tools/service/local_service.h"
+
+#ifndef QV_NAMESPACE_HOST
+#error "QV_NAMESPACE_HOST comes from the build"
+#endif
 
 namespace qv::cli {
 
@@ -58,7 +62,8 @@ void RunArguments::DefineScript(CLI::App& app) {
 void RunArguments::DefineDocument(CLI::App& app) {
   run_.document = true;
   command_ = app.add_subcommand("run-document", "Run a script document, which names its own language");
-  SetHelp(*command_, kDocumentExamples, kDocumentStart + ScriptNamespace() + kDocumentEnd + kValuesNotes);
+  const std::string space = devservice::Namespaces(QV_NAMESPACE_HOST).script;
+  SetHelp(*command_, kDocumentExamples, kDocumentStart + space + kDocumentEnd + kValuesNotes);
   command_->add_option("FILE", run_.file, "The script document, an XML file")->type_name("");
 }
 

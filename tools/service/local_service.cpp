@@ -1,12 +1,10 @@
 #include "tools/service/local_service.h"
 
-#include <filesystem>
 #include <stdexcept>
-#include <system_error>
 
-#include "devservice/soap/namespaces.h"
 #include "devservice/values/random_id.h"
 #include "tools/report/failure.h"
+#include "tools/system/own_files.h"
 
 #ifndef QV_NAMESPACE_HOST
 #error "QV_NAMESPACE_HOST comes from the build"
@@ -15,18 +13,11 @@
 namespace qv::cli {
 
 std::vector<std::string> WorkerCommand() {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  if (error) throw Failure(ExitStatus::kLocal, "cannot find this program's own file: " + error.message());
-  return {program.string(), "script-worker"};
+  return {ScriptWorker()};
 }
 
 std::string NamespaceHost() {
   return QV_NAMESPACE_HOST;
-}
-
-std::string ScriptNamespace() {
-  return devservice::Namespaces(NamespaceHost()).script;
 }
 
 devservice::ServiceOptions CommonServiceOptions() {

@@ -8,15 +8,11 @@
 
 namespace qv::cli {
 
-// The command that starts this program as a script worker. Throws Failure (kLocal) if the program's path is
-// unknown.
+// The command that starts the script worker. Throws as ScriptWorker (own_files.h).
 std::vector<std::string> WorkerCommand();
 
 // The host of all namespaces, set by the build, such as "http://quorvane.example".
 std::string NamespaceHost();
-
-// The namespace of script documents, on that host.
-std::string ScriptNamespace();
 
 // The options that all services of this program share: worker and namespaces. Throws as WorkerCommand.
 devservice::ServiceOptions CommonServiceOptions();

@@ -79,12 +79,10 @@ TEST_F(Help, MistypedWordGetsASuggestion) {
                  {"run --local -e 1 --parm", "--parm|scriptwells run --help"},
                  {"--json registry list", "--json|scriptwells registry list --help"},
                  {"run --local a.js b.js", "b.js|scriptwells run --help"},
-                 {"script-worke", "script-worke|scriptwells --help"}});
-  EXPECT_FALSE(Holds(TextOf("--help"), "script-worker"));
+                 {"script-worker", "script-worker|scriptwells --help"}});
   const std::pair<const char*, const char*> rows[] = {{"serv", "no command serv (did you mean serve?)"},
                                                       {"registry gte", "no command gte (did you mean get?)"},
-                                                      {"run x", "no command x"},
-                                                      {"script-worker", "no command script-worker"}};
+                                                      {"run x", "no command x"}};
   for (const auto& [command, message] : rows)
     EXPECT_EQ(Refusal(std::string("help ") + command), std::string(message) + "|scriptwells help --help");
 }

@@ -170,9 +170,5 @@ TEST_F(OtherOptions, DescribeTakesAnObject) {
               std::string(message) + "|scriptwells describe --help");
 }
 
-TEST_F(OtherOptions, ScriptWorkerIsACommand) {
-  EXPECT_EQ(ParseArguments({"script-worker"}).command, Command::kScriptWorker);
-}
-
 }  // namespace
 }  // namespace qv::cli

@@ -1,0 +1,17 @@
+// The files that belong to this program: found from its own file, so that the installation may move.
+#pragma once
+
+#include <string>
+
+namespace qv::cli {
+
+// Both give the path in the installation, else in the build tree. If the file is in neither, the path in the
+// installation. Throw Failure (kLocal) if the program's own path is unknown.
+
+// The library of the commands that call a server or run a service.
+std::string CommandsLibrary();
+
+// The program that runs scripts for a service.
+std::string ScriptWorker();
+
+}  // namespace qv::cli
