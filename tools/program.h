@@ -5,9 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "tools/input/parsed_options.h"
+
 namespace qv::cli {
 
-// `arguments` without the program's name. Returns the exit status; never throws.
-int RunProgram(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) noexcept;
+// RunCallingCommand, or what loads it.
+using CallingCommands = int (*)(const ParsedArguments& parsed, std::ostream& out, std::ostream& err);
+
+// `arguments` without the program's name. Runs what calls by `callingCommands`, everything else itself.
+// Returns the exit status; never throws.
+int RunProgram(const std::vector<std::string>& arguments, CallingCommands callingCommands, std::ostream& out,
+               std::ostream& err) noexcept;
 
 }  // namespace qv::cli

@@ -46,7 +46,7 @@ TEST(TempDirectory, IsSetByTheProgram) {
   EXPECT_EXIT(
       {
         std::ostringstream out;
-        RunProgram({"--version"}, out, out);
+        RunProgram({"--version"}, nullptr, out, out);
         std::exit(Temp() == "/var/tmp/mine" ? 0 : 1);
       },
       ::testing::ExitedWithCode(0), "");

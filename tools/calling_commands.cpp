@@ -1,0 +1,40 @@
+#include "tools/calling_commands.h"
+
+#include "tools/command_frame.h"
+#include "tools/commands.h"
+
+namespace qv::cli {
+
+namespace {
+
+ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
+  switch (parsed.command) {
+    case Command::kRun:
+      RunCommand(parsed.run, out, err);
+      return ExitStatus::kOk;
+    case Command::kDownload:
+      DownloadCommand(parsed.download, out, err);
+      return ExitStatus::kOk;
+    case Command::kSession:
+      SessionCommand(parsed.session, out, err);
+      return ExitStatus::kOk;
+    case Command::kServe:
+      ServeCommand(parsed.serve, out, err);
+      return ExitStatus::kOk;
+    case Command::kDescribe:
+      return DescribeCommand(parsed.describe, out);
+    case Command::kText:
+    case Command::kUsageError:
+    case Command::kRegistry:
+      break;
+  }
+  return ExitStatus::kFault;
+}
+
+}  // namespace
+
+int RunCallingCommand(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) noexcept {
+  return InCommandFrame(parsed, Run, out, err);
+}
+
+}  // namespace qv::cli

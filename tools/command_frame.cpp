@@ -1,0 +1,57 @@
+#include "tools/command_frame.h"
+
+#include <clocale>
+#include <string>
+
+#include "tools/report/reporter.h"
+#include "tools/system/interrupt.h"
+
+namespace qv::cli {
+
+namespace {
+
+// Only for the width of characters in tables; numbers do not depend on it.
+void SetLocale() {
+  const char* set = std::setlocale(LC_CTYPE, "");
+  if (set == nullptr || std::string(set) == "C") static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));
+}
+
+ReportForm FormFor(const ParsedArguments& parsed) {
+  return parsed.command == Command::kServe ? ReportForm::kTextOnly : FormOf(parsed.json);
+}
+
+ExitStatus Guarded(const ParsedArguments& parsed, RunParsed run, std::ostream& out, std::ostream& err) {
+  const Reporter reporter(err, FormFor(parsed));
+  try {
+    return run(parsed, out, err);
+  } catch (const Failure& failure) {
+    reporter.Report(failure);
+    return failure.Status();
+  } catch (const std::exception& error) {
+    reporter.Report(Failure(ExitStatus::kFault, error.what()));
+    return ExitStatus::kFault;
+  }
+}
+
+}  // namespace
+
+int Reporting(const ParsedArguments& parsed, RunParsed run, std::ostream& out, std::ostream& err) noexcept {
+  try {
+    return static_cast<int>(Guarded(parsed, run, out, err));
+  } catch (...) {
+    return static_cast<int>(ExitStatus::kFault);
+  }
+}
+
+int InCommandFrame(const ParsedArguments& parsed, RunParsed run, std::ostream& out,
+                   std::ostream& err) noexcept {
+  try {
+    SetLocale();
+    WatchForInterrupt();
+  } catch (...) {
+    return static_cast<int>(ExitStatus::kFault);
+  }
+  return Reporting(parsed, run, out, err);
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,30 @@
+// What the program and its library of commands agree on. Both come from one build; a library of another
+// version refuses.
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+
+#include "tools/input/parsed_options.h"
+
+#ifndef SCRIPTWELLS_VERSION
+#error "SCRIPTWELLS_VERSION comes from the build"
+#endif
+
+namespace qv::cli {
+
+// All of it is borrowed. A library of another version reads only the first two members.
+struct CommandsCall {
+  const char* version = SCRIPTWELLS_VERSION;
+  std::size_t size = sizeof(ParsedArguments);
+  const ParsedArguments* parsed = nullptr;
+  std::ostream* out = nullptr;
+  std::ostream* err = nullptr;
+};
+
+constexpr char kCommandsEntry[] = "ScriptwellsRunCommand";
+// Runs the command and returns the exit status, or kOtherVersion without doing anything.
+using CommandsEntry = int (*)(const CommandsCall*);
+constexpr int kOtherVersion = -1;
+
+}  // namespace qv::cli

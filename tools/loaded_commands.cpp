@@ -1,0 +1,44 @@
+#include "tools/loaded_commands.h"
+
+#include <dlfcn.h>
+
+#include <string>
+
+#include "tools/command_frame.h"
+#include "tools/commands_library.h"
+#include "tools/report/failure.h"
+#include "tools/system/own_files.h"
+
+namespace qv::cli {
+
+namespace {
+
+// The library is never unloaded: its threads may still be running.
+CommandsEntry Load(const std::string& path) {
+  void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* entry = library == nullptr ? nullptr : ::dlsym(library, kCommandsEntry);
+  if (entry == nullptr)
+    throw Failure(ExitStatus::kLocal,
+                  std::string("cannot load the library of this program's commands: ") + ::dlerror());
+  return reinterpret_cast<CommandsEntry>(entry);
+}
+
+ExitStatus RunInLibrary(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
+  const std::string path = CommandsLibrary();
+  CommandsCall call;
+  call.parsed = &parsed;
+  call.out = &out;
+  call.err = &err;
+  const int status = Load(path)(&call);
+  if (status == kOtherVersion)
+    throw Failure(ExitStatus::kLocal, "the library " + path + " belongs to another version of this program");
+  return static_cast<ExitStatus>(status);
+}
+
+}  // namespace
+
+int RunLoadedCommand(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) noexcept {
+  return Reporting(parsed, RunInLibrary, out, err);
+}
+
+}  // namespace qv::cli

@@ -1,0 +1,14 @@
+// The commands that call, in a library that is loaded for them.
+#pragma once
+
+#include <iosfwd>
+
+#include "tools/input/parsed_options.h"
+
+namespace qv::cli {
+
+// Runs the command as RunCallingCommand does. If the library is missing or of another version: reports that,
+// and returns kLocal.
+int RunLoadedCommand(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) noexcept;
+
+}  // namespace qv::cli
