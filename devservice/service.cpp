@@ -38,11 +38,11 @@ std::vector<std::string> NamesOf(const ServiceOptions& options) {
 // The parts in the order in which they depend on each other.
 class Service::Running {
  public:
-  explicit Running(const ServiceOptions& options)
+  Running(const ServiceOptions& options, StartedWorker first)
       : sessions_(options.users, {options.maxSessions, options.maxTickets}),
         pool_({options.workerCommand, options.maxWorkers, options.scriptTimeLimit, options.scriptMemoryLimit,
                options.console},
-              stats_),
+              stats_, std::move(first)),
         endpoint_(Namespaces(options.namespaceHost), {sessions_, pool_, spool_, stats_},
                   AccessRule(NamesOf(options)), options.maxUploadBytes),
         server_({options.host, options.port, options.maxRequestBytes, options.maxConnections,
@@ -69,10 +69,10 @@ class Service::Running {
 Service::Service(ServiceOptions options) : options_(std::move(options)) {}
 Service::~Service() = default;
 
-void Service::Start() {
+void Service::Start(StartedWorker first) {
   if (running_) return;
   CheckOptions(options_);
-  running_ = std::make_unique<Running>(options_);
+  running_ = std::make_unique<Running>(options_, std::move(first));
 }
 
 void Service::Stop() {

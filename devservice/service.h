@@ -14,6 +14,7 @@
 
 #include "devservice/values/console_message.h"
 #include "devservice/values/credentials.h"
+#include "devservice/workers/started_worker.h"
 
 namespace qv::devservice {
 
@@ -80,8 +81,9 @@ class Service {
 
   // Opens the port and returns as soon as connections are accepted. Throws std::runtime_error with a message
   // when that fails (port taken, bad host, no worker command, worker program not found, no room for
-  // files); nothing is left open then. Starting a running service does nothing.
-  void Start();
+  // files); nothing is left open then. Starting a running service does nothing. `first`, if the host has
+  // started a worker already, becomes the first worker; without it, the first script starts one.
+  void Start(StartedWorker first = {});
 
   // Ends every connection and every running script, and returns when all threads and workers are gone: at
   // once, also while a script loops or an answer stalls. Sessions and counts are forgotten. Stopping a

@@ -1,5 +1,7 @@
 #include "tools/calling_commands.h"
 
+#include <utility>
+
 #include "tools/command_frame.h"
 #include "tools/commands.h"
 
@@ -7,22 +9,23 @@ namespace qv::cli {
 
 namespace {
 
-ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
+ExitStatus Run(CallingCommand& command) {
+  const ParsedArguments& parsed = command.parsed;
   switch (parsed.command) {
     case Command::kRun:
-      RunCommand(parsed.run, out, err);
+      RunCommand(parsed.run, std::move(command.worker), command.out, command.err);
       return ExitStatus::kOk;
     case Command::kDownload:
-      DownloadCommand(parsed.download, out, err);
+      DownloadCommand(parsed.download, command.out, command.err);
       return ExitStatus::kOk;
     case Command::kSession:
-      SessionCommand(parsed.session, out, err);
+      SessionCommand(parsed.session, command.out, command.err);
       return ExitStatus::kOk;
     case Command::kServe:
-      ServeCommand(parsed.serve, out, err);
+      ServeCommand(parsed.serve, command.out, command.err);
       return ExitStatus::kOk;
     case Command::kDescribe:
-      return DescribeCommand(parsed.describe, out);
+      return DescribeCommand(parsed.describe, command.out);
     case Command::kText:
     case Command::kUsageError:
     case Command::kRegistry:
@@ -33,8 +36,8 @@ ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& e
 
 }  // namespace
 
-int RunCallingCommand(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) noexcept {
-  return InCommandFrame(parsed, Run, out, err);
+int RunCallingCommand(CallingCommand command) noexcept {
+  return InCommandFrame(command.parsed, command.err, [&command] { return Run(command); });
 }
 
 }  // namespace qv::cli

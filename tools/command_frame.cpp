@@ -20,10 +20,10 @@ ReportForm FormFor(const ParsedArguments& parsed) {
   return parsed.command == Command::kServe ? ReportForm::kTextOnly : FormOf(parsed.json);
 }
 
-ExitStatus Guarded(const ParsedArguments& parsed, RunParsed run, std::ostream& out, std::ostream& err) {
+ExitStatus Guarded(const ParsedArguments& parsed, std::ostream& err, const RunCommandItself& run) {
   const Reporter reporter(err, FormFor(parsed));
   try {
-    return run(parsed, out, err);
+    return run();
   } catch (const Failure& failure) {
     reporter.Report(failure);
     return failure.Status();
@@ -35,23 +35,22 @@ ExitStatus Guarded(const ParsedArguments& parsed, RunParsed run, std::ostream& o
 
 }  // namespace
 
-int Reporting(const ParsedArguments& parsed, RunParsed run, std::ostream& out, std::ostream& err) noexcept {
+int Reporting(const ParsedArguments& parsed, std::ostream& err, const RunCommandItself& run) noexcept {
   try {
-    return static_cast<int>(Guarded(parsed, run, out, err));
+    return static_cast<int>(Guarded(parsed, err, run));
   } catch (...) {
     return static_cast<int>(ExitStatus::kFault);
   }
 }
 
-int InCommandFrame(const ParsedArguments& parsed, RunParsed run, std::ostream& out,
-                   std::ostream& err) noexcept {
+int InCommandFrame(const ParsedArguments& parsed, std::ostream& err, const RunCommandItself& run) noexcept {
   try {
     SetLocale();
     WatchForInterrupt();
   } catch (...) {
     return static_cast<int>(ExitStatus::kFault);
   }
-  return Reporting(parsed, run, out, err);
+  return Reporting(parsed, err, run);
 }
 
 }  // namespace qv::cli

@@ -1,6 +1,7 @@
 // What surrounds every command.
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 
 #include "tools/input/parsed_options.h"
@@ -8,14 +9,13 @@
 
 namespace qv::cli {
 
-using RunParsed = ExitStatus (*)(const ParsedArguments& parsed, std::ostream& out, std::ostream& err);
+using RunCommandItself = std::function<ExitStatus()>;
 
-// Runs a command, with the user's locale, and watching for interrupts (so once per process). Reports its
-// exception on `err`. Returns the exit status. Never throws.
-int InCommandFrame(const ParsedArguments& parsed, RunParsed run, std::ostream& out,
-                   std::ostream& err) noexcept;
+// Runs a command with the user's locale, watching for interrupts (so once per process), and reporting its
+// exception as Reporting does. Returns the exit status.
+int InCommandFrame(const ParsedArguments& parsed, std::ostream& err, const RunCommandItself& run) noexcept;
 
-// Only reports the exception.
-int Reporting(const ParsedArguments& parsed, RunParsed run, std::ostream& out, std::ostream& err) noexcept;
+// Runs a command, and reports its exception on `err`, as `parsed` wants it. Returns the exit status.
+int Reporting(const ParsedArguments& parsed, std::ostream& err, const RunCommandItself& run) noexcept;
 
 }  // namespace qv::cli

@@ -3,14 +3,17 @@
 
 #include <iosfwd>
 
+#include "devservice/workers/started_worker.h"
 #include "tools/input/parsed_options.h"
 #include "tools/report/failure.h"
 
 namespace qv::cli {
 
 // `scriptwells run` and `scriptwells run-document`: opens a session, runs the script, prints its answer on
-// `out` and always closes the session. Throws the first failure; prints notes on `err`.
-void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err);
+// `out` and always closes the session. Throws the first failure; prints notes on `err`. With --local,
+// `worker` runs the script unless it is none.
+void RunCommand(const RunOptions& options, devservice::StartedWorker worker, std::ostream& out,
+                std::ostream& err);
 
 // `scriptwells download`: opens a session (or uses that of --usid), downloads the file, prints its path on
 // `out` and always closes the session. Prints notes on `err`.

@@ -1,6 +1,7 @@
 #include "tools/commands_library.h"
 
 #include <string_view>
+#include <utility>
 
 #include "tools/calling_commands.h"
 
@@ -8,5 +9,5 @@ extern "C" __attribute__((visibility("default"))) int ScriptwellsRunCommand(
     const qv::cli::CommandsCall* call) noexcept {
   const qv::cli::CommandsCall own;
   if (std::string_view(call->version) != own.version || call->size != own.size) return qv::cli::kOtherVersion;
-  return qv::cli::RunCallingCommand(*call->parsed, *call->out, *call->err);
+  return qv::cli::RunCallingCommand({*call->parsed, std::move(*call->worker), *call->out, *call->err});
 }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <iosfwd>
 
+#include "devservice/workers/started_worker.h"
 #include "tools/input/parsed_options.h"
 
 #ifndef SCRIPTWELLS_VERSION
@@ -13,11 +14,13 @@
 
 namespace qv::cli {
 
-// All of it is borrowed. A library of another version reads only the first two members.
+// All of it is borrowed, and the worker is taken. A library of another version reads only the first two
+// members.
 struct CommandsCall {
   const char* version = SCRIPTWELLS_VERSION;
   std::size_t size = sizeof(ParsedArguments);
   const ParsedArguments* parsed = nullptr;
+  devservice::StartedWorker* worker = nullptr;
   std::ostream* out = nullptr;
   std::ostream* err = nullptr;
 };

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <exception>
 #include <string>
 
 #include "tools/command_frame.h"
@@ -23,10 +24,22 @@ CommandsEntry Load(const std::string& path) {
   return reinterpret_cast<CommandsEntry>(entry);
 }
 
+// Before the library is loaded, which takes as long as the worker's start.
+devservice::StartedWorker EarlyWorker(const ParsedArguments& parsed) {
+  if (parsed.command != Command::kRun || !parsed.run.local) return {};
+  try {
+    return devservice::StartedWorker({ScriptWorker()});
+  } catch (const std::exception&) {
+    return {};  // the service reports it when it starts one
+  }
+}
+
 ExitStatus RunInLibrary(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
+  devservice::StartedWorker worker = EarlyWorker(parsed);
   const std::string path = CommandsLibrary();
   CommandsCall call;
   call.parsed = &parsed;
+  call.worker = &worker;
   call.out = &out;
   call.err = &err;
   const int status = Load(path)(&call);
@@ -38,7 +51,7 @@ ExitStatus RunInLibrary(const ParsedArguments& parsed, std::ostream& out, std::o
 }  // namespace
 
 int RunLoadedCommand(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) noexcept {
-  return Reporting(parsed, RunInLibrary, out, err);
+  return Reporting(parsed, err, [&] { return RunInLibrary(parsed, out, err); });
 }
 
 }  // namespace qv::cli

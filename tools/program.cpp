@@ -34,7 +34,7 @@ int RunProgram(const std::vector<std::string>& arguments, CallingCommands callin
     SetTempDirectory();
     const ParsedArguments parsed = ParseArguments(arguments);
     if (!MakesNoCall(parsed.command)) return callingCommands(parsed, out, err);
-    return InCommandFrame(parsed, RunWithoutCall, out, err);
+    return InCommandFrame(parsed, err, [&] { return RunWithoutCall(parsed, out, err); });
   } catch (...) {
     return static_cast<int>(ExitStatus::kFault);
   }

@@ -134,7 +134,8 @@ void RunJob(const Job& job, const RunOptions& options, std::ostream& out, const 
 
 }  // namespace
 
-void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err) {
+void RunCommand(const RunOptions& options, devservice::StartedWorker worker, std::ostream& out,
+                std::ostream& err) {
   const Reporter reporter(err, FormOf(options.json));
   Job job = Prepare(options, reporter);
   if (!options.local) return RunJob(job, options, out, reporter);
@@ -146,7 +147,7 @@ void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err)
   serviceOptions.users = {user};
   serviceOptions.console = WriteConsole(options.json, err);
   devservice::Service service(serviceOptions);
-  StartService(service);
+  StartService(service, std::move(worker));
   job.settings.server = service.Url();
   job.settings.user = user.name;
   job.settings.password = user.password;

@@ -18,8 +18,11 @@ std::string Megabytes(std::size_t bytes) {
 
 }  // namespace
 
-WorkerPool::WorkerPool(Options options, ServiceStats& stats)
-    : options_(std::move(options)), stats_(stats), starter_(&WorkerPool::ServeStartRequests, this) {}
+WorkerPool::WorkerPool(Options options, ServiceStats& stats, StartedWorker first)
+    : options_(std::move(options)),
+      stats_(stats),
+      first_(std::move(first)),
+      starter_(&WorkerPool::ServeStartRequests, this) {}
 
 WorkerPool::~WorkerPool() {
   Stop();
@@ -112,6 +115,18 @@ WorkerPool::Worker WorkerPool::TakeIdleOrSlot(std::unique_lock<std::mutex>& lock
 }
 
 WorkerPool::Worker WorkerPool::StartWorker() {
+  StartedWorker first = TakeFirst();
+  Worker worker = first ? WorkerProcess::AwaitGreeting(std::move(first), stopping_) : RequestWorker();
+  ++stats_.workersStarted;
+  return worker;
+}
+
+StartedWorker WorkerPool::TakeFirst() {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  return std::move(first_);
+}
+
+WorkerPool::Worker WorkerPool::RequestWorker() {
   StartRequest request;
   std::future<Worker> started = request.get_future();
   {
@@ -120,9 +135,7 @@ WorkerPool::Worker WorkerPool::StartWorker() {
     startRequests_.push_back(std::move(request));
     changed_.notify_all();
   }
-  Worker worker = started.get();
-  ++stats_.workersStarted;
-  return worker;
+  return started.get();
 }
 
 void WorkerPool::ServeStartRequests() {
@@ -134,7 +147,7 @@ void WorkerPool::ServeStartRequests() {
     startRequests_.pop_front();
     lock.unlock();
     try {
-      request.set_value(WorkerProcess::Start(options_.command, stopping_));
+      request.set_value(WorkerProcess::AwaitGreeting(StartedWorker(options_.command), stopping_));
     } catch (...) {
       request.set_exception(std::current_exception());
     }

@@ -26,8 +26,8 @@ class WorkerPool {
     ConsoleSink console{};  // Called on the threads of Run, one at a time. Must not throw.
   };
 
-  // `stats` is borrowed and has to outlive the pool.
-  WorkerPool(Options options, ServiceStats& stats);
+  // `stats` is borrowed and has to outlive the pool. `first`, unless it is none, becomes the first worker.
+  WorkerPool(Options options, ServiceStats& stats, StartedWorker first);
   // Stops the pool.
   ~WorkerPool();
   WorkerPool(const WorkerPool&) = delete;
@@ -47,6 +47,8 @@ class WorkerPool {
   Worker Acquire();
   Worker TakeIdleOrSlot(std::unique_lock<std::mutex>& lock);
   Worker StartWorker();
+  Worker RequestWorker();
+  StartedWorker TakeFirst();
   void GiveBack(Worker worker);
   void FreeSlot();
   void PassOn(const ConsoleMessage& message);
@@ -59,6 +61,7 @@ class WorkerPool {
   std::mutex consoleMutex_;
   std::mutex mutex_;
   std::condition_variable changed_;
+  StartedWorker first_;  // None once it was taken.
   std::vector<Worker> idle_;
   std::size_t slots_ = 0;  // Workers alive or being started.
   std::deque<StartRequest> startRequests_;

@@ -1,17 +1,15 @@
 // One script worker on the side of the service: a child process at the other end of a socket.
 #pragma once
 
-#include <sys/types.h>
-
 #include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <vector>
 
 #include "devservice/values/console_message.h"
+#include "devservice/workers/started_worker.h"
 #include "devservice/workers/worker_channel.h"
 
 namespace qv::devservice {
@@ -27,31 +25,23 @@ struct ExchangeLimits {
   ConsoleSink console{};  // For messages of the script; may be empty.
 };
 
-// Owns the process: the destructor kills it and waits for its end, so none is left as a zombie. Used by one
-// thread at a time.
+// Used by one thread at a time.
 class WorkerProcess {
  public:
-  // Starts the program and waits for its greeting. Throws std::runtime_error when it cannot be started or
-  // does not greet within ten seconds. The calling thread has to outlive the process: the system kills a
-  // worker whose parent thread has ended.
-  static std::unique_ptr<WorkerProcess> Start(const std::vector<std::string>& command,
-                                              const std::atomic<bool>& stop);
-
-  ~WorkerProcess();
-  WorkerProcess(const WorkerProcess&) = delete;
-  WorkerProcess& operator=(const WorkerProcess&) = delete;
+  // Waits for the worker's greeting. Throws std::runtime_error when it does not greet within ten seconds.
+  static std::unique_ptr<WorkerProcess> AwaitGreeting(StartedWorker started, const std::atomic<bool>& stop);
 
   // Sends one message and waits for the answer. After any end but kAnswered, destroy the worker.
   ExchangeEnd Exchange(const std::string& packed, const ExchangeLimits& limits, nlohmann::json& answer);
 
   // Whether the process still runs.
-  bool IsAlive();
+  bool IsAlive() { return started_.IsAlive(); }
 
   // Bytes of resident memory beyond those of the fresh worker.
   std::size_t GrownBytes() const;
 
  private:
-  WorkerProcess(pid_t process, int descriptor);
+  explicit WorkerProcess(StartedWorker started);
   // Both transfer as much as the socket allows without waiting; false when the other end has closed.
   bool SendPart(const std::string& packed, std::size_t& sent) const;
   bool ReceivePart();
@@ -59,9 +49,7 @@ class WorkerProcess {
   bool TakeAnswer(const ConsoleSink& console, nlohmann::json& answer);
   std::size_t ResidentBytes() const;
 
-  pid_t process_;
-  int descriptor_;
-  bool reaped_ = false;
+  StartedWorker started_;
   std::size_t freshBytes_ = 0;
   MessageBuffer buffer_;
 };

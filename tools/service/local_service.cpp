@@ -35,9 +35,9 @@ devservice::ServiceUser RandomUser() {
   }
 }
 
-void StartService(devservice::Service& service) {
+void StartService(devservice::Service& service, devservice::StartedWorker first) {
   try {
-    service.Start();
+    service.Start(std::move(first));
   } catch (const std::runtime_error& error) {
     throw Failure(ExitStatus::kLocal, std::string("cannot start the service: ") + error.what());
   }

@@ -20,7 +20,7 @@ devservice::ServiceOptions CommonServiceOptions();
 // A random user name and password. Throws Failure (kLocal) if the system has no random numbers.
 devservice::ServiceUser RandomUser();
 
-// Starts the service. Throws Failure (kLocal).
-void StartService(devservice::Service& service);
+// Starts the service, with a worker unless that is none. Throws Failure (kLocal).
+void StartService(devservice::Service& service, devservice::StartedWorker first = {});
 
 }  // namespace qv::cli

@@ -175,6 +175,35 @@ class ScriptWorker : public ScriptLimits {
   void SetUp() override {}
 };
 
+TEST_F(ScriptWorker, OfTheHostIsTheFirst) {
+  ServiceOptions options = TestOptions();
+  service_ = std::make_unique<Service>(options);
+  service_->Start(StartedWorker(options.workerCommand));
+  const std::vector<pid_t> started = Children();
+  EXPECT_EQ(Value("6 * 7"), "int|42");
+  EXPECT_EQ(Children(), started);
+  EXPECT_EQ(Stats()["workersStarted"], 1);
+  StopAtOnce();
+  EXPECT_TRUE(Children().empty());
+}
+
+TEST_F(ScriptWorker, OfTheHostMayHaveEnded) {
+  service_ = std::make_unique<Service>(TestOptions());
+  service_->Start(StartedWorker({"/bin/true"}));
+  EXPECT_EQ(Fault("1"), "1016|The script worker \"/bin/true\" does not work.|service");
+  EXPECT_EQ(Value("6 * 7"), "int|42");
+}
+
+TEST_F(ScriptWorker, OfTheHostEndsUnusedToo) {
+  {
+    Service service(TestOptions());
+    service.Start(StartedWorker({"/bin/cat"}));
+    EXPECT_EQ(Children().size(), 1u);
+  }
+  EXPECT_TRUE(Children().empty());
+  EXPECT_THROW(StartedWorker({"/no/such/program"}), std::runtime_error);
+}
+
 TEST_F(ScriptWorker, DiesWithItsService) {
   const pid_t service = fork();
   if (service == 0) {  // Serves a script that loops until this process is killed.
