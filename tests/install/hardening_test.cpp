@@ -66,6 +66,7 @@ TEST_P(Hardening, TargetsOfJumpsAreMarked) {
 constexpr Binary kBinaries[] = {
     {"ClassLibrary", SHARED_LIBRARY, false},
     {"Scriptwells", SCRIPTWELLS, true},
+    {"CommandsLibrary", COMMANDS_LIBRARY, false},
     {"ScriptWorker", SCRIPT_WORKER, true},
 };
 INSTANTIATE_TEST_SUITE_P(Binaries, Hardening, testing::ValuesIn(kBinaries),

@@ -1,0 +1,72 @@
+// The program without a file that belongs to it. Each test has a copy of the program in a folder of its own,
+// since the program looks around its own file.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "fixtures/output_of.h"
+#include "fixtures/temporary_directory.h"
+#include "tests/tools/process.h"
+
+namespace qv::cli::testing {
+namespace {
+
+class OwnFiles : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::filesystem::create_directory(folder_.Path("tools"));
+    std::filesystem::copy_file(SCRIPTWELLS_PROGRAM, Program());
+  }
+  std::string Program() const { return folder_.Path("tools/scriptwells"); }
+  void PutLibrary(const char* file) const {
+    std::filesystem::create_symlink(file, folder_.Path("tools/scriptwells-commands.so"));
+  }
+  // What the copy prints on both streams.
+  std::string Says(const std::string& arguments) const {
+    return OutputOf("env -i QV_REGISTRY=/dev/null " + Program() + " " + arguments + " 2>&1; echo \"exit $?\"")
+        .text;
+  }
+
+  TemporaryDirectory folder_;
+};
+
+TEST_F(OwnFiles, WhatMakesNoCallNeedsNone) {
+  EXPECT_EQ(Says("--version"), RunTool("--version").out + "exit 0\n");
+  EXPECT_EQ(
+      Says("run"),
+      "scriptwells: usage: no script given (FILE, - or -e CODE); try 'scriptwells run --help'\nexit 2\n");
+  EXPECT_EQ(Says("registry get nothing").substr(0, 12), "scriptwells:");
+}
+
+TEST_F(OwnFiles, MissingLibraryIsNamed) {
+  const std::string said = Says("describe");
+  const std::string start =
+      "scriptwells: not run: cannot load the library of this program's commands: " + folder_.Path();
+  EXPECT_EQ(said.substr(0, start.size()), start);
+  EXPECT_NE(said.find("/scriptwells-commands.so: cannot open shared object file"), std::string::npos) << said;
+  EXPECT_NE(said.find("exit 6\n"), std::string::npos) << said;
+  EXPECT_EQ(Says("describe --json").substr(0, 10), "{\"error\":{");
+}
+
+TEST_F(OwnFiles, LibraryOfAnotherVersionIsRefused) {
+  PutLibrary(OTHER_COMMANDS_LIBRARY);
+  EXPECT_EQ(Says("describe"), "scriptwells: not run: the library " +
+                                  folder_.Path("tools/scriptwells-commands.so") +
+                                  " belongs to another version of this program\nexit 6\n");
+}
+
+TEST_F(OwnFiles, MissingWorkerIsNamed) {
+  PutLibrary(COMMANDS_LIBRARY);
+  for (const char* command : {"run --local -e 1", "serve"}) {
+    const std::string said = Says(command);
+    const std::string start =
+        "scriptwells: not run: cannot start the service: The script worker \"" + folder_.Path();
+    EXPECT_EQ(said.substr(0, start.size()), start);
+    EXPECT_NE(said.find("scriptwells-script-worker\" is no program that can be run"), std::string::npos)
+        << said;
+    EXPECT_NE(said.find("exit 6\n"), std::string::npos) << said;
+  }
+}
+
+}  // namespace
+}  // namespace qv::cli::testing
