@@ -1,7 +1,5 @@
 #include "tools/calling_commands.h"
 
-#include <utility>
-
 #include "tools/command_frame.h"
 #include "tools/commands.h"
 
@@ -9,26 +7,23 @@ namespace qv::cli {
 
 namespace {
 
-ExitStatus Run(CallingCommand& command) {
-  const ParsedArguments& parsed = command.parsed;
+ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
   switch (parsed.command) {
     case Command::kRun:
-      RunCommand(parsed.run, std::move(command.worker), command.out, command.err);
+      RunCommand(parsed.run, out, err);
       return ExitStatus::kOk;
     case Command::kDownload:
-      DownloadCommand(parsed.download, command.out, command.err);
+      DownloadCommand(parsed.download, out, err);
       return ExitStatus::kOk;
     case Command::kSession:
-      SessionCommand(parsed.session, command.out, command.err);
-      return ExitStatus::kOk;
-    case Command::kServe:
-      ServeCommand(parsed.serve, command.out, command.err);
+      SessionCommand(parsed.session, out, err);
       return ExitStatus::kOk;
     case Command::kDescribe:
-      return DescribeCommand(parsed.describe, command.out);
+      return DescribeCommand(parsed.describe, out);
     case Command::kText:
     case Command::kUsageError:
     case Command::kRegistry:
+    case Command::kServe:
       break;
   }
   return ExitStatus::kFault;
@@ -37,7 +32,8 @@ ExitStatus Run(CallingCommand& command) {
 }  // namespace
 
 int RunCallingCommand(CallingCommand command) noexcept {
-  return InCommandFrame(command.parsed, command.err, [&command] { return Run(command); });
+  return InCommandFrame(command.parsed, command.err,
+                        [&command] { return Run(command.parsed, command.out, command.err); });
 }
 
 }  // namespace qv::cli

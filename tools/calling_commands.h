@@ -16,7 +16,17 @@ struct CallingCommand {
   std::ostream& err;
 };
 
-// Runs the command, reports its failure on `err`, and returns the exit status. Never throws.
+// Whether the command runs a service of this program.
+inline bool RunsService(const ParsedArguments& parsed) {
+  return parsed.command == Command::kServe || (parsed.command == Command::kRun && parsed.run.local);
+}
+
+// Both run the command, report its failure on `err`, and return the exit status. Neither throws.
+
+// For commands that run no service.
 int RunCallingCommand(CallingCommand command) noexcept;
+
+// For commands that do.
+int RunServiceCommand(CallingCommand command) noexcept;
 
 }  // namespace qv::cli

@@ -10,10 +10,12 @@
 namespace qv::cli {
 
 // `scriptwells run` and `scriptwells run-document`: opens a session, runs the script, prints its answer on
-// `out` and always closes the session. Throws the first failure; prints notes on `err`. With --local,
-// `worker` runs the script unless it is none.
-void RunCommand(const RunOptions& options, devservice::StartedWorker worker, std::ostream& out,
-                std::ostream& err);
+// `out` and always closes the session. Throws the first failure; prints notes on `err`.
+void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err);
+
+// The same with --local: in a service of this program, by `worker` unless that is none.
+void LocalRunCommand(const RunOptions& options, devservice::StartedWorker worker, std::ostream& out,
+                     std::ostream& err);
 
 // `scriptwells download`: opens a session (or uses that of --usid), downloads the file, prints its path on
 // `out` and always closes the session. Prints notes on `err`.

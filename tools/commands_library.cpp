@@ -5,9 +5,14 @@
 
 #include "tools/calling_commands.h"
 
+// Compiled for each of the two libraries of commands.
+#ifndef SCRIPTWELLS_RUN
+#error "SCRIPTWELLS_RUN comes from the build"
+#endif
+
 extern "C" __attribute__((visibility("default"))) int ScriptwellsRunCommand(
     const qv::cli::CommandsCall* call) noexcept {
   const qv::cli::CommandsCall own;
   if (std::string_view(call->version) != own.version || call->size != own.size) return qv::cli::kOtherVersion;
-  return qv::cli::RunCallingCommand({*call->parsed, std::move(*call->worker), *call->out, *call->err});
+  return qv::cli::SCRIPTWELLS_RUN({*call->parsed, std::move(*call->worker), *call->out, *call->err});
 }

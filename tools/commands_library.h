@@ -1,4 +1,4 @@
-// What the program and its library of commands agree on. Both come from one build; a library of another
+// What the program and its two libraries of commands agree on. All come from one build; a library of another
 // version refuses.
 #pragma once
 

@@ -5,6 +5,7 @@
 #include <exception>
 #include <string>
 
+#include "tools/calling_commands.h"
 #include "tools/command_frame.h"
 #include "tools/commands_library.h"
 #include "tools/report/failure.h"
@@ -36,7 +37,7 @@ devservice::StartedWorker EarlyWorker(const ParsedArguments& parsed) {
 
 ExitStatus RunInLibrary(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
   devservice::StartedWorker worker = EarlyWorker(parsed);
-  const std::string path = CommandsLibrary();
+  const std::string path = RunsService(parsed) ? ServiceLibrary() : CommandsLibrary();
   CommandsCall call;
   call.parsed = &parsed;
   call.worker = &worker;

@@ -1,4 +1,4 @@
-// The commands that call, in a library that is loaded for them.
+// The commands that call, in libraries that are loaded for them.
 #pragma once
 
 #include <iosfwd>
@@ -7,8 +7,8 @@
 
 namespace qv::cli {
 
-// Runs the command as RunCallingCommand does. If the library is missing or of another version: reports that,
-// and returns kLocal.
+// Runs the command as RunCallingCommand and RunServiceCommand do. If the library is missing or of another
+// version: reports that, and returns kLocal.
 int RunLoadedCommand(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) noexcept;
 
 }  // namespace qv::cli

@@ -9,7 +9,7 @@
 
 namespace qv::cli {
 
-// RunCallingCommand, or what loads it.
+// Runs a command that calls, and returns the exit status.
 using CallingCommands = int (*)(const ParsedArguments& parsed, std::ostream& out, std::ostream& err);
 
 // `arguments` without the program's name. Runs what calls by `callingCommands`, everything else itself.

@@ -1,10 +1,10 @@
-#include "tools/commands.h"
+#include "tools/run_command.h"
 
 #include <algorithm>
-#include <optional>
 #include <ostream>
 #include <set>
 
+#include "tools/commands.h"
 #include "tools/input/document_file.h"
 #include "tools/input/input_text.h"
 #include "tools/input/password.h"
@@ -14,9 +14,6 @@
 #include "tools/report/failure.h"
 #include "tools/report/standard_output.h"
 #include "tools/service/home_directory.h"
-#include "tools/service/local_service.h"
-#include "tools/service/private_home.h"
-#include "tools/service/script_console.h"
 #include "tools/system/local_files.h"
 #include "tools/transfer/saved_file.h"
 #include "tools/transfer/session_frame.h"
@@ -30,14 +27,6 @@ namespace {
 
 // The library counts parameters in 16 bits.
 constexpr std::size_t kMostParameters = 32767;
-
-struct Job {
-  std::string script;  // or the document's URL from CheckDocument
-  std::vector<ScriptParameter> parameters;
-  bool hasFiles = false;      // among the parameters
-  std::string saveDirectory;  // empty: the answer is not a file
-  SessionSettings settings;
-};
 
 std::vector<ScriptParameter> ParseParameters(const RunOptions& options, const Reporter& reporter) {
   const std::vector<std::string>& texts = options.parameters;
@@ -77,19 +66,6 @@ bool HasFiles(const std::vector<ScriptParameter>& parameters) {
                      [](const ScriptParameter& parameter) { return IsFileParameter(parameter.value); });
 }
 
-// Reports everything that is wrong on this side before any request is sent.
-Job Prepare(const RunOptions& options, const Reporter& reporter) {
-  Job job;
-  job.parameters = ParseParameters(options, reporter);
-  job.hasFiles = HasFiles(job.parameters);
-  if (!options.local && job.hasFiles) CheckUploadScripts();
-  if (!options.saveDirectory.empty()) job.saveDirectory = CheckTargetDirectory(options.saveDirectory);
-  job.settings = CheckRunSettings(options);
-  job.settings.http.replaceFiles = options.force;
-  job.script = TakeScript(options, reporter);
-  return job;
-}
-
 // The library does not read these answers as they were sent.
 void NoteLosses(const Variant& answer, const Reporter& reporter) {
   if (answer.Tag() == VT_EMPTY)
@@ -116,12 +92,26 @@ void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream&
   NoteLosses(answer, reporter);
 }
 
-Variant Execute(ScriptSession& session, const Job& job, const RunOptions& options) {
+Variant Execute(ScriptSession& session, const RunJob& job, const RunOptions& options) {
   if (options.document) return session.ExecuteDocument(job.script, options.file, job.parameters);
   return session.Execute(options.language, job.script, job.parameters);
 }
 
-void RunJob(const Job& job, const RunOptions& options, std::ostream& out, const Reporter& reporter) {
+}  // namespace
+
+RunJob PrepareRun(const RunOptions& options, const Reporter& reporter) {
+  RunJob job;
+  job.parameters = ParseParameters(options, reporter);
+  job.hasFiles = HasFiles(job.parameters);
+  if (!options.local && job.hasFiles) CheckUploadScripts();
+  if (!options.saveDirectory.empty()) job.saveDirectory = CheckTargetDirectory(options.saveDirectory);
+  job.settings = CheckRunSettings(options);
+  job.settings.http.replaceFiles = options.force;
+  job.script = TakeScript(options, reporter);
+  return job;
+}
+
+void Run(const RunJob& job, const RunOptions& options, std::ostream& out, const Reporter& reporter) {
   InSession(job.settings, reporter, [&](ScriptSession& session) {
     const Variant answer = Execute(session, job, options);
     if (job.saveDirectory.empty()) return WriteAnswer(options, answer, out, reporter);
@@ -132,26 +122,9 @@ void RunJob(const Job& job, const RunOptions& options, std::ostream& out, const 
   });
 }
 
-}  // namespace
-
-void RunCommand(const RunOptions& options, devservice::StartedWorker worker, std::ostream& out,
-                std::ostream& err) {
+void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err) {
   const Reporter reporter(err, FormOf(options.json));
-  Job job = Prepare(options, reporter);
-  if (!options.local) return RunJob(job, options, out, reporter);
-  std::optional<PrivateHome> home;
-  if (job.hasFiles) home.emplace();
-  // Everybody on this machine can connect to the service, so only this program knows its user.
-  const devservice::ServiceUser user = RandomUser();
-  devservice::ServiceOptions serviceOptions = CommonServiceOptions();
-  serviceOptions.users = {user};
-  serviceOptions.console = WriteConsole(options.json, err);
-  devservice::Service service(serviceOptions);
-  StartService(service, std::move(worker));
-  job.settings.server = service.Url();
-  job.settings.user = user.name;
-  job.settings.password = user.password;
-  RunJob(job, options, out, reporter);
+  Run(PrepareRun(options, reporter), options, out, reporter);
 }
 
 }  // namespace qv::cli

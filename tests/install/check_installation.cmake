@@ -82,7 +82,9 @@ endforeach()
 # The program finds its library and its worker, also after a move.
 file(RENAME "${prefix}" "${moved}")
 run_expecting("42\n" "${moved}/bin/scriptwells" run --local -e "6 * 7")
-foreach(needed IN ITEMS ${LIBDIR}/quorvane/scriptwells-commands.so ${LIBEXECDIR}/quorvane/scriptwells-script-worker)
+run_expecting("" "${moved}/bin/scriptwells" describe)
+foreach(needed IN ITEMS ${LIBDIR}/quorvane/scriptwells-commands.so ${LIBDIR}/quorvane/scriptwells-service.so
+    ${LIBEXECDIR}/quorvane/scriptwells-script-worker)
   if(NOT EXISTS "${moved}/${needed}")
     message(FATAL_ERROR "${needed} is not installed")
   endif()

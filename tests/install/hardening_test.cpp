@@ -64,9 +64,8 @@ TEST_P(Hardening, TargetsOfJumpsAreMarked) {
 #endif
 
 constexpr Binary kBinaries[] = {
-    {"ClassLibrary", SHARED_LIBRARY, false},
-    {"Scriptwells", SCRIPTWELLS, true},
-    {"CommandsLibrary", COMMANDS_LIBRARY, false},
+    {"ClassLibrary", SHARED_LIBRARY, false},      {"Scriptwells", SCRIPTWELLS, true},
+    {"CommandsLibrary", COMMANDS_LIBRARY, false}, {"ServiceLibrary", SERVICE_LIBRARY, false},
     {"ScriptWorker", SCRIPT_WORKER, true},
 };
 INSTANTIATE_TEST_SUITE_P(Binaries, Hardening, testing::ValuesIn(kBinaries),

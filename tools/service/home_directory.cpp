@@ -9,8 +9,11 @@
 #include "qvscriptwells/native_path.h"
 #include "qvscriptwells/registry.h"
 #include "tools/report/failure.h"
-#include "tools/service/local_service.h"
 #include "tools/system/local_files.h"
+
+#ifndef QV_NAMESPACE_HOST
+#error "QV_NAMESPACE_HOST comes from the build"
+#endif
 
 namespace qv::cli {
 
@@ -71,7 +74,7 @@ void CheckUploadScripts() {
 
 bool InstallMissingScripts(const std::string& home) {
   try {
-    return !devservice::InstallUploadScripts(home, NamespaceHost()).empty();
+    return !devservice::InstallUploadScripts(home, QV_NAMESPACE_HOST).empty();
   } catch (const std::runtime_error& error) {
     std::string reason = error.what();
     if (!reason.empty() && reason.back() == '.') reason.pop_back();

@@ -16,13 +16,9 @@ std::vector<std::string> WorkerCommand() {
   return {ScriptWorker()};
 }
 
-std::string NamespaceHost() {
-  return QV_NAMESPACE_HOST;
-}
-
 devservice::ServiceOptions CommonServiceOptions() {
   devservice::ServiceOptions options;
-  options.namespaceHost = NamespaceHost();
+  options.namespaceHost = QV_NAMESPACE_HOST;
   options.workerCommand = WorkerCommand();
   return options;
 }

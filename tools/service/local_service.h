@@ -11,9 +11,6 @@ namespace qv::cli {
 // The command that starts the script worker. Throws as ScriptWorker (own_files.h).
 std::vector<std::string> WorkerCommand();
 
-// The host of all namespaces, set by the build, such as "http://quorvane.example".
-std::string NamespaceHost();
-
 // The options that all services of this program share: worker and namespaces. Throws as WorkerCommand.
 devservice::ServiceOptions CommonServiceOptions();
 

@@ -23,6 +23,8 @@ struct Places {
 
 constexpr Places kCommandsLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-commands.so",
                                      "../tools/scriptwells-commands.so"};
+constexpr Places kServiceLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-service.so",
+                                    "../tools/scriptwells-service.so"};
 constexpr Places kScriptWorker = {SCRIPTWELLS_WORKER_FOLDER "/scriptwells-script-worker",
                                   "../devservice/scriptwells-script-worker"};
 
@@ -45,6 +47,10 @@ std::string Find(const Places& places) {
 
 std::string CommandsLibrary() {
   return Find(kCommandsLibrary);
+}
+
+std::string ServiceLibrary() {
+  return Find(kServiceLibrary);
 }
 
 std::string ScriptWorker() {

@@ -5,11 +5,14 @@
 
 namespace qv::cli {
 
-// Both give the path in the installation, else in the build tree. If the file is in neither, the path in the
+// All give the path in the installation, else in the build tree. If the file is in neither, the path in the
 // installation. Throw Failure (kLocal) if the program's own path is unknown.
 
-// The library of the commands that call a server or run a service.
+// The library of the commands that call a server.
 std::string CommandsLibrary();
+
+// That of the commands that run a service.
+std::string ServiceLibrary();
 
 // The program that runs scripts for a service.
 std::string ScriptWorker();

@@ -180,7 +180,7 @@ TEST_F(ScriptWorker, OfTheHostIsTheFirst) {
   service_ = std::make_unique<Service>(options);
   service_->Start(StartedWorker(options.workerCommand));
   const std::vector<pid_t> started = Children();
-  EXPECT_EQ(Value("6 * 7"), "int|42");
+  EXPECT_EQ(Value("6 * 7"), "xsd:int|42");
   EXPECT_EQ(Children(), started);
   EXPECT_EQ(Stats()["workersStarted"], 1);
   StopAtOnce();
@@ -191,7 +191,7 @@ TEST_F(ScriptWorker, OfTheHostMayHaveEnded) {
   service_ = std::make_unique<Service>(TestOptions());
   service_->Start(StartedWorker({"/bin/true"}));
   EXPECT_EQ(Fault("1"), "1016|The script worker \"/bin/true\" does not work.|service");
-  EXPECT_EQ(Value("6 * 7"), "int|42");
+  EXPECT_EQ(Value("6 * 7"), "xsd:int|42");
 }
 
 TEST_F(ScriptWorker, OfTheHostEndsUnusedToo) {

@@ -18,8 +18,8 @@ class OwnFiles : public ::testing::Test {
     std::filesystem::copy_file(SCRIPTWELLS_PROGRAM, Program());
   }
   std::string Program() const { return folder_.Path("tools/scriptwells"); }
-  void PutLibrary(const char* file) const {
-    std::filesystem::create_symlink(file, folder_.Path("tools/scriptwells-commands.so"));
+  void PutLibrary(const char* name, const char* file) const {
+    std::filesystem::create_symlink(file, folder_.Path(name));
   }
   // What the copy prints on both streams.
   std::string Says(const std::string& arguments) const {
@@ -49,14 +49,14 @@ TEST_F(OwnFiles, MissingLibraryIsNamed) {
 }
 
 TEST_F(OwnFiles, LibraryOfAnotherVersionIsRefused) {
-  PutLibrary(OTHER_COMMANDS_LIBRARY);
+  PutLibrary("tools/scriptwells-commands.so", OTHER_COMMANDS_LIBRARY);
   EXPECT_EQ(Says("describe"), "scriptwells: not run: the library " +
                                   folder_.Path("tools/scriptwells-commands.so") +
                                   " belongs to another version of this program\nexit 6\n");
 }
 
 TEST_F(OwnFiles, MissingWorkerIsNamed) {
-  PutLibrary(COMMANDS_LIBRARY);
+  PutLibrary("tools/scriptwells-service.so", SERVICE_LIBRARY);
   for (const char* command : {"run --local -e 1", "serve"}) {
     const std::string said = Says(command);
     const std::string start =

@@ -1,0 +1,31 @@
+#include <optional>
+#include <utility>
+
+#include "tools/commands.h"
+#include "tools/run_command.h"
+#include "tools/service/local_service.h"
+#include "tools/service/private_home.h"
+#include "tools/service/script_console.h"
+
+namespace qv::cli {
+
+void LocalRunCommand(const RunOptions& options, devservice::StartedWorker worker, std::ostream& out,
+                     std::ostream& err) {
+  const Reporter reporter(err, FormOf(options.json));
+  RunJob job = PrepareRun(options, reporter);
+  std::optional<PrivateHome> home;
+  if (job.hasFiles) home.emplace();
+  // Everybody on this machine can connect to the service, so only this program knows its user.
+  const devservice::ServiceUser user = RandomUser();
+  devservice::ServiceOptions serviceOptions = CommonServiceOptions();
+  serviceOptions.users = {user};
+  serviceOptions.console = WriteConsole(options.json, err);
+  devservice::Service service(serviceOptions);
+  StartService(service, std::move(worker));
+  job.settings.server = service.Url();
+  job.settings.user = user.name;
+  job.settings.password = user.password;
+  Run(job, options, out, reporter);
+}
+
+}  // namespace qv::cli
