@@ -2,8 +2,7 @@
 // EQvException::Description and in the description of error records.
 #pragma once
 
-namespace qv {
-namespace messages {
+namespace qv::messages {
 
 // An envelope that could not be written, or an exchange that ended without an answer.
 inline constexpr char16_t kSoapCall[] = u"Cannot create a soap call.";
@@ -21,5 +20,4 @@ inline constexpr char16_t kRecordList[] = u"Cannot create the recordlist";
 inline constexpr char16_t kAccuracy[] = u"Unable to convert a value with the given accuracy";
 inline constexpr char16_t kTimeEncode[] = u"Invalid argument to time encode";
 
-}  // namespace messages
-}  // namespace qv
+}  // namespace qv::messages
