@@ -1,5 +1,5 @@
-// Feeds the scanner of plain documents. What it accepts the XML library must accept too, and both trees must be
-// the same in every node and link. Input is UTF-8; behind a first byte of 0xFF it is raw 16-bit units.
+// Feeds the scanner of plain documents. What it accepts the XML library must accept too, and both trees must
+// be the same in every node and link. Input is UTF-8; after a first byte of 0xFF it is raw 16-bit units.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

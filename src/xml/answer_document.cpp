@@ -19,7 +19,7 @@ void AnswerDocument::ReadFile(const char* fileName) {
   Parser().parse(fileName, false);
 }
 
-// Without memory for it the document is not plain: the parser knows how to tell of that.
+// Without memory the document is not plain: the parser then reports the failure.
 bool AnswerDocument::ReadPlainText(std::u16string_view text) {
   memory_.SetLimit(ThreadXmlMemoryCeiling());
   try {

@@ -1,5 +1,5 @@
 // A document from memory that a server sent: what is plain is read by the plain scanner, the rest by the XML
-// library's parser, which is made only then. Nobody can tell the two apart by what they read. Used by one
+// library's parser, which is made only then. Both read the same from a document. Used by one
 // thread, in one scope, for one document, with the library started (XmlLibraryGuardScope).
 #pragma once
 

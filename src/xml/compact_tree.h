@@ -1,8 +1,8 @@
 // The tree of a document from memory: one record of 20 bytes for each node, in document order. An attribute
-// stands behind its element. A text that is alone in its element, and the text of an attribute, has no record
-// of its own: its owner's holds it. Texts are views of the document's text where that says the same, which
-// must outlive the tree then; the others are stored here. All memory is that of a ParseMemory, so nothing has
-// to be given back. Used by one thread.
+// follows its element. The only text of an element, and the text of an attribute, is in the record of its
+// owner. A text is a view of the document's text where both are the same, so the document's text must outlive
+// the tree; all others are stored here. All memory is that of a ParseMemory, which frees it. Used by one
+// thread.
 #pragma once
 
 #include <cstddef>
@@ -95,7 +95,7 @@ class CompactTree {
     emptyAt_ = nodes_.Size();
     names_[name].isOfElement = true;
   }
-  // Directly behind OpenElement.
+  // Directly after OpenElement.
   void AddAttribute(Index name, const Text& value) {
     const Index index = AddRecord(kAttribute, name, value);
     nodes_[index].holdsText = true;
@@ -167,7 +167,7 @@ class CompactTree {
     bool holdsText : 1;
     bool isStored : 1;
     Index parent;
-    Index end;  // the record behind all below this node
+    Index end;  // the record after all descendants
     std::uint32_t offset;
     std::uint32_t length;
   };

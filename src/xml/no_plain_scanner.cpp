@@ -1,4 +1,4 @@
-// Stands in for plain_scanner.cpp where QV_PLAIN_SCANNER is off: no document is plain.
+// Replaces plain_scanner.cpp if QV_PLAIN_SCANNER is off: no document is plain.
 #include "xml/plain_scanner.h"
 
 namespace qv {

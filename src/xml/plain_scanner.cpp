@@ -1,16 +1,18 @@
 #include "xml/plain_scanner.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 
 namespace qv {
 namespace {
 
 // What an ASCII unit can be.
 enum Class : unsigned char {
-  kName = 1,       // stands in a name
+  kName = 1,       // part of a name
   kNameStart = 2,  // begins one
-  kText = 4,       // stands for itself in a text, whatever follows
+  kText = 4,       // part of a text, without a meaning
   kValue = 8,      // and in the value of an attribute
   kSpace = 16,     // may stand between attributes
 };
@@ -18,7 +20,7 @@ enum Class : unsigned char {
 constexpr std::array<unsigned char, 128> MakeClasses() {
   std::array<unsigned char, 128> classes{};
   for (std::size_t unit = 0x20; unit < classes.size(); ++unit) classes[unit] = kText | kValue;
-  for (const char unit : {'<', '&', '>'}) classes[static_cast<std::size_t>(unit)] = 0;
+  for (const char16_t unit : {u'<', u'&', u'>'}) classes[unit] = 0;
   classes[']'] = kValue;
   classes['"'] = kText;
   classes['\''] = kText;
@@ -31,7 +33,7 @@ constexpr std::array<unsigned char, 128> MakeClasses() {
   }
   for (std::size_t unit = '0'; unit <= '9'; ++unit) classes[unit] |= kName;
   classes['_'] |= kName | kNameStart;
-  for (const char unit : {'-', '.', ':'}) classes[static_cast<std::size_t>(unit)] |= kName;
+  for (const char16_t unit : {u'-', u'.', u':'}) classes[unit] |= kName;
   return classes;
 }
 
@@ -41,7 +43,7 @@ bool Is(char16_t unit, unsigned wanted) noexcept {
   return unit < kClasses.size() && (kClasses[unit] & wanted) != 0;
 }
 
-// Of those beyond ASCII: no half of a surrogate pair, and no unit that is no character.
+// For units beyond ASCII: false for surrogates, U+FFFE and U+FFFF.
 bool IsPlainBeyondAscii(char16_t unit) noexcept {
   return unit < 0xD800 || (unit >= 0xE000 && unit < 0xFFFE);
 }
@@ -64,7 +66,7 @@ constexpr std::size_t kLongestName = 256;
 constexpr unsigned kMostAttributes = 32;
 
 // The text ends with ">" here, and every loop below stops at one, so none of them has to look for the end.
-// Behind a ">" there may be nothing.
+// After a ">" the text may end.
 class PlainScanner {
  public:
   PlainScanner(std::u16string_view text, CompactTree& tree) noexcept
@@ -83,7 +85,7 @@ class PlainScanner {
   }
 
  private:
-  // --- Markup. Each begins behind its "<", and false means that the document is not plain.
+  // --- Markup. Each begins after its "<", and false means that the document is not plain.
 
   bool Content() {
     while (!tree_.IsInDocument()) {
@@ -202,7 +204,7 @@ class PlainScanner {
     return true;
   }
 
-  // The name and one unit behind it are in the text.
+  // Whether the name is next, with at least one unit after it.
   bool IsHere(CompactTree::Index number) const noexcept {
     const std::u16string_view name = names_[number];
     return !name.empty() && static_cast<std::size_t>(end_ - at_) > name.size() &&
@@ -218,7 +220,8 @@ class PlainScanner {
   }
 
   bool NumberOf(std::u16string_view name, unsigned char* number) {
-    std::size_t place = name.size() + name.front() * 5U + name.back() * 11U + name[name.size() / 2] * 3U;
+    std::size_t place = name.size() + std::size_t{5} * name.front() + std::size_t{11} * name.back() +
+                        std::size_t{3} * name[name.size() / 2];
     while (places_[place % kPlaces] != 0 && names_[places_[place % kPlaces] - 1U] != name) ++place;
     unsigned char& known = places_[place % kPlaces];
     if (known == 0) {
@@ -233,7 +236,7 @@ class PlainScanner {
 
   // --- Text.
 
-  // Up to what does not stand for itself.
+  // Skips to the next unit with a meaning.
   bool SkipText() {
     for (;; ++at_) {
       SkipUnits(kText);
@@ -270,7 +273,7 @@ class PlainScanner {
     return true;
   }
 
-  // A copy of what was skipped and of all that follows, in which references are what they stand for.
+  // Copies what was skipped and all that follows, with references replaced by their values.
   template <class Skip>
   bool StoreWithReferences(CompactTree::Text* text, const Skip& skip) {
     const std::uint32_t offset = tree_.StoredUnits();
@@ -293,12 +296,11 @@ class PlainScanner {
     };
     constexpr Entity kEntities[] = {
         {u"amp;", u"&"}, {u"lt;", u"<"}, {u"gt;", u">"}, {u"quot;", u"\""}, {u"apos;", u"'"}};
-    for (const Entity& entity : kEntities) {
-      if (!Take(entity.name)) continue;
-      tree_.Store(entity.value);
-      return true;
-    }
-    return false;
+    const auto* const found = std::find_if(std::begin(kEntities), std::end(kEntities),
+                                           [this](const Entity& entity) { return Take(entity.name); });
+    if (found == std::end(kEntities)) return false;
+    tree_.Store(found->value);
+    return true;
   }
 
   bool CharacterReference() {

@@ -1,7 +1,7 @@
 // A scanner for the documents that servers usually send: elements, attributes, text and references to
-// characters, all names ASCII. It knows nothing of any protocol. Whatever is rarer or wrong is for the XML
-// library, which then starts afresh: to refuse a document too many costs time only, but what is accepted here
-// the library accepts too, and reads the same from it.
+// characters, all names ASCII. It knows nothing of any protocol. Whatever is rarer or wrong is left to the
+// XML library, which then parses the whole document. Rejecting a document costs only time, but the library
+// must accept what is accepted here, and read the same from it.
 #pragma once
 
 #include <string_view>

@@ -57,7 +57,7 @@ class DocumentRandomTest : public XmlFixture, public ::testing::WithParamInterfa
       return;
     }
     ++refused_;
-    if (theirEnd == "cannot be built") return;  // our parser has its own words for that
+    if (theirEnd == "cannot be built") return;  // our parser has its own message for that
     EXPECT_EQ(parserEnd, theirEnd);
   }
 

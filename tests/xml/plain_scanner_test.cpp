@@ -13,7 +13,7 @@ namespace {
 
 class PlainScannerTest : public XmlFixture {
  protected:
-  // Scans a text of its own, which the nodes are views of.
+  // Scans a copy of the text, which the nodes are views of.
   bool IsPlain(std::u16string_view text) {
     text_ = text;
     tree_.Forget();
@@ -197,7 +197,7 @@ TEST_F(AnswerDocumentTest, ErrorsAreTheLibrarysOwn) {
   }
 }
 
-// A ceiling that the scanner meets is told by the parser, with the place that it reached.
+// A ceiling that the scanner reaches is reported by the parser, with the place that it reached.
 TEST_F(AnswerDocumentTest, CeilingOfTheThreadHoldsForBothWays) {
   const std::u16string dense = u"<r>\n" + Repeat(u"<a/>", 1000000);
   for (const char16_t* end : {u"</r>", u"<!----></r>"}) {

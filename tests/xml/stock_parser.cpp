@@ -12,7 +12,8 @@ StockParser::StockParser() {
   limit_.setEntityExpansionLimit(QvDomParser::kMaxEntityExpansions);
 }
 
-// A parser that has met version 1.1 keeps its rules for all later documents, so there is a new one behind it.
+// A parser that has met version 1.1 keeps its rules for all later documents, so the next document gets a new
+// one.
 XmlNode StockParser::Parse(std::u16string_view text) {
   if (metOtherVersion_) parser_.reset();
   metOtherVersion_ = text.find(u"1.1") != std::u16string_view::npos;
