@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <string>
 #include <system_error>
@@ -75,6 +76,37 @@ locale_t CLocale() noexcept {
   return locale;
 }
 
+constexpr int kGeneralDigits = 6;
+
+// Writes the six digits with a point after `whole` of them, without zeros at the end of a fraction.
+char16_t* PutDigits(std::int32_t digits, int whole, char16_t* to) noexcept {
+  char16_t units[kGeneralDigits];
+  for (int at = kGeneralDigits - 1; at >= 0; --at, digits /= 10)
+    units[at] = static_cast<char16_t>(u'0' + digits % 10);
+  int count = kGeneralDigits;
+  while (count > whole && units[count - 1] == u'0') --count;
+  to = std::copy(units, units + whole, to);
+  if (count == whole) return to;
+  *to++ = u'.';
+  return std::copy(units + whole, units + count, to);
+}
+
+// The usual number, from 1 up to a million, in general notation. Null for another one, and for one so near to
+// the middle of two such texts that the error of the product, which is below 1e-9, could decide.
+char16_t* PutUsual(double value, char16_t* to) noexcept {
+  constexpr double kNear = 1e-6;
+  const double size = std::fabs(value);
+  if (!(size >= 1 && size < kPowersOfTen[kGeneralDigits])) return nullptr;
+  int whole = 1;
+  while (size >= kPowersOfTen[whole]) ++whole;
+  const double scaled = size * kPowersOfTen[kGeneralDigits - whole];
+  const auto floor = static_cast<std::int32_t>(scaled);
+  const double rest = scaled - floor;
+  if (std::fabs(rest - 0.5) < kNear || scaled + kNear + 0.5 >= kPowersOfTen[kGeneralDigits]) return nullptr;
+  if (value < 0) *to++ = u'-';
+  return PutDigits(rest > 0.5 ? floor + 1 : floor, whole, to);
+}
+
 std::u16string_view Widened(const char* begin, const char* end, char16_t* place) noexcept {
   return {place, static_cast<std::size_t>(std::copy(begin, end, place) - place)};
 }
@@ -120,6 +152,8 @@ std::u16string_view DecimalText(std::int64_t value, char16_t* place) noexcept {
 }
 
 std::u16string_view GeneralText(double value, char16_t* place) noexcept {
+  const char16_t* const usual = PutUsual(value, place);
+  if (usual != nullptr) return {place, static_cast<std::size_t>(usual - place)};
   char digits[kLongestNumber];
   return Widened(
       digits, std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6).ptr, place);

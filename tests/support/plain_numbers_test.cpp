@@ -1,10 +1,13 @@
 // The usual forms of numbers, which have a short way: the same results in every bit as the general way.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
+#include <random>
 #include <string>
 
 #include "support/near_plain_texts.h"
@@ -123,6 +126,31 @@ TEST(PlainNumbers, EdgesOfTheShapeAreReadInEveryBit) {
                                          u"0x10",
                                          u"1.\u0661"})
     ExpectSameDouble(text);
+}
+
+void ExpectSameText(double value) {
+  char expected[40];
+  std::snprintf(expected, sizeof expected, "%g", value);
+  char16_t place[kLongestNumber];
+  const std::string text = Shown(WideString(GeneralText(value, place)));
+  if (text != expected) ADD_FAILURE() << text << " is not " << expected;
+}
+
+// Also the neighbours of the middle between two texts, and of each power of ten.
+TEST(PlainNumbers, TextsByChanceAreThoseOfTheCLibrary) {
+  std::mt19937_64 random(20240305);
+  for (long left = RandomTexts(300'000); left > 0; --left) {
+    const double digits = static_cast<double>(random() % 20'000'000);
+    const double power = std::pow(10, static_cast<double>(random() % 12));
+    const double middle = digits / power;
+    for (const double value : {middle, std::nextafter(middle, 0), std::nextafter(middle, 1e9), -middle})
+      ExpectSameText(value);
+    ExpectSameText(static_cast<double>(random()) / std::pow(2, static_cast<double>(random() % 80)));
+  }
+  for (double power = 1e-7; power < 1e9; power *= 10)
+    for (const double value :
+         {power, std::nextafter(power, 0), std::nextafter(power, 1e10), power - power * 5e-7})
+      ExpectSameText(value);
 }
 
 TEST(PlainNumbers, TextsGoIntoAPlaceOfTheCaller) {
