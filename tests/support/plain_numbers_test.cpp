@@ -61,7 +61,7 @@ TEST(PlainNumbers, WholeNumbersByChanceAreReadAsInTheGeneralWay) {
   static constexpr std::u16string_view kShapes[] = {
       u"#", u"-#", u"##", u"####", u"#########", u"-#########", u"##########", u"-############"};
   NearPlainTexts texts(20240305);
-  for (long left = RandomTexts(2'000'000); left > 0; --left) {
+  for (long left = RandomTexts(1'000'000); left > 0; --left) {
     const std::u16string_view text = texts.Next(kShapes[texts.Below(std::size(kShapes))]);
     if (NarrowedInt(text) != ParseInt(text)) ADD_FAILURE() << Shown(WideString(text));
   }
@@ -87,7 +87,7 @@ TEST(PlainNumbers, BrokenNumbersByChanceAreReadInEveryBit) {
                                                     u"##############.#",
                                                     u"99999999999999.9"};
   NearPlainTexts texts(20240306);
-  for (long left = RandomTexts(2'000'000); left > 0; --left)
+  for (long left = RandomTexts(1'000'000); left > 0; --left)
     ExpectSameDouble(texts.Next(kShapes[texts.Below(std::size(kShapes))]));
 }
 
