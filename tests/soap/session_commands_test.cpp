@@ -15,7 +15,7 @@ namespace {
 
 // A command with the key of its one value.
 template <class Command>
-std::string Written(const WideString& key, const Variant& value) {
+std::string Written(std::u16string_view key, const Variant& value) {
   WideTextStream stream;
   Command().Serialize(stream, u"ignored", u"ignored", u"ignored", {{key, value}});
   return Shown(WideString(stream.view()));
