@@ -27,12 +27,8 @@ std::string Cleaned(std::string_view text) {
 }  // namespace
 
 std::string ToUtf8(std::u16string_view text) {
-  std::string bytes(text.size(), 0);
-  const std::size_t plain = NarrowAscii(text, bytes.data());
-  text.remove_prefix(plain);
-  if (text.empty()) return bytes;
-  bytes.resize(plain + Utf8Size(text));
-  PutUtf8(text, bytes.data() + plain);
+  std::string bytes(Utf8Size(text), 0);
+  PutUtf8(text, bytes.data());
   return bytes;
 }
 

@@ -4,6 +4,8 @@
 #include <emmintrin.h>
 #endif
 
+#include <algorithm>
+
 namespace qv {
 namespace {
 
@@ -11,12 +13,24 @@ namespace {
 
 constexpr std::size_t kStep = 16;
 
+bool IsAscii(__m128i low, __m128i high) noexcept {
+  const __m128i beyond = _mm_and_si128(_mm_or_si128(low, high), _mm_set1_epi16(static_cast<short>(0xFF80)));
+  return _mm_movemask_epi8(_mm_cmpeq_epi16(beyond, _mm_setzero_si128())) == 0xFFFF;
+}
+
+__m128i Eight(const char16_t* in) noexcept {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
+}
+
+bool IsAsciiStep(const char16_t* in) noexcept {
+  return IsAscii(Eight(in), Eight(in + 8));
+}
+
 // Copies sixteen units as bytes; false, and copies nothing, if one of them is not ASCII.
 bool NarrowStep(const char16_t* in, char* out) noexcept {
-  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
-  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 8));
-  const __m128i beyond = _mm_and_si128(_mm_or_si128(low, high), _mm_set1_epi16(static_cast<short>(0xFF80)));
-  if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, _mm_setzero_si128())) != 0xFFFF) return false;
+  const __m128i low = Eight(in);
+  const __m128i high = Eight(in + 8);
+  if (!IsAscii(low, high)) return false;
   _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_packus_epi16(low, high));
   return true;
 }
@@ -34,8 +48,12 @@ bool WidenStep(const char* in, char16_t* out) noexcept {
 
 constexpr std::size_t kStep = 1;
 
+bool IsAsciiStep(const char16_t* in) noexcept {
+  return *in < 0x80;
+}
+
 bool NarrowStep(const char16_t* in, char* out) noexcept {
-  if (*in >= 0x80) return false;
+  if (!IsAsciiStep(in)) return false;
   *out = static_cast<char>(*in);
   return true;
 }
@@ -130,10 +148,18 @@ std::size_t WidenAscii(std::string_view bytes, char16_t* out) noexcept {
 std::size_t Utf8Size(std::u16string_view text) noexcept {
   std::size_t size = text.size();
   bool afterHigh = false;
-  for (const char16_t unit : text) {
-    size += (unit >= 0x80 ? 1U : 0U) + (unit >= 0x800 ? 1U : 0U);
-    size -= afterHigh && IsLowSurrogate(unit) ? 2U : 0U;
-    afterHigh = IsHighSurrogate(unit);
+  for (std::size_t at = 0; at < text.size();) {
+    if (at + kStep <= text.size() && IsAsciiStep(text.data() + at)) {
+      afterHigh = false;
+      at += kStep;
+      continue;
+    }
+    for (const std::size_t end = std::min(at + kStep, text.size()); at < end; ++at) {
+      const char16_t unit = text[at];
+      size += (unit >= 0x80 ? 1U : 0U) + (unit >= 0x800 ? 1U : 0U);
+      size -= afterHigh && IsLowSurrogate(unit) ? 2U : 0U;
+      afterHigh = IsHighSurrogate(unit);
+    }
   }
   return size;
 }

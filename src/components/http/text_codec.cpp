@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <utility>
 
 #include "text/string_block.h"
 #include "text/utf8_codec.h"
@@ -66,17 +65,9 @@ bool Iconv::Run(char** in, std::size_t* left, std::u16string* out) {
 RoomyBytes EncodeUtf8WithRoom(std::u16string_view first, std::u16string_view second, std::size_t room) {
   RoomyBytes bytes;
   bytes.room = room;
-  bytes.block = NewSecretBlock(room + first.size() + second.size());
-  const std::size_t plain = NarrowAscii(first, bytes.Text());
-  first.remove_prefix(plain);
-  const std::size_t total = plain + Utf8Size(first) + Utf8Size(second);
-  if (!first.empty() || total > plain + second.size()) {
-    SecretBlock larger = NewSecretBlock(room + total);
-    std::memcpy(larger.get() + room, bytes.Text(), plain);
-    bytes.block = std::move(larger);
-  }
-  PutUtf8(second, PutUtf8(first, bytes.Text() + plain));
-  bytes.size = total;
+  bytes.size = Utf8Size(first) + Utf8Size(second);
+  bytes.block = NewSecretBlock(room + bytes.size);
+  PutUtf8(second, PutUtf8(first, bytes.Text()));
   return bytes;
 }
 
