@@ -32,16 +32,15 @@ class OwnFiles : public ::testing::Test {
 
 TEST_F(OwnFiles, WhatMakesNoCallNeedsNone) {
   EXPECT_EQ(Says("--version"), RunTool("--version").out + "exit 0\n");
-  EXPECT_EQ(
-      Says("run"),
-      "scriptwells: usage: no script given (FILE, - or -e CODE); try 'scriptwells run --help'\nexit 2\n");
+  EXPECT_EQ(Says("run"),
+            "scriptwells: no script given (FILE, - or -e CODE); try 'scriptwells run --help'\nexit 2\n");
   EXPECT_EQ(Says("registry get nothing").substr(0, 12), "scriptwells:");
 }
 
 TEST_F(OwnFiles, MissingLibraryIsNamed) {
   const std::string said = Says("describe");
   const std::string start =
-      "scriptwells: not run: cannot load the library of this program's commands: " + folder_.Path();
+      "scriptwells: cannot load the library of this program's commands: " + folder_.Path();
   EXPECT_EQ(said.substr(0, start.size()), start);
   EXPECT_NE(said.find("/scriptwells-commands.so: cannot open shared object file"), std::string::npos) << said;
   EXPECT_NE(said.find("exit 6\n"), std::string::npos) << said;
@@ -50,8 +49,7 @@ TEST_F(OwnFiles, MissingLibraryIsNamed) {
 
 TEST_F(OwnFiles, LibraryOfAnotherVersionIsRefused) {
   PutLibrary("tools/scriptwells-commands.so", OTHER_COMMANDS_LIBRARY);
-  EXPECT_EQ(Says("describe"), "scriptwells: not run: the library " +
-                                  folder_.Path("tools/scriptwells-commands.so") +
+  EXPECT_EQ(Says("describe"), "scriptwells: the library " + folder_.Path("tools/scriptwells-commands.so") +
                                   " belongs to another version of this program\nexit 6\n");
 }
 
@@ -59,8 +57,7 @@ TEST_F(OwnFiles, MissingWorkerIsNamed) {
   PutLibrary("tools/scriptwells-service.so", SERVICE_LIBRARY);
   for (const char* command : {"run --local -e 1", "serve"}) {
     const std::string said = Says(command);
-    const std::string start =
-        "scriptwells: not run: cannot start the service: The script worker \"" + folder_.Path();
+    const std::string start = "scriptwells: cannot start the service: The script worker \"" + folder_.Path();
     EXPECT_EQ(said.substr(0, start.size()), start);
     EXPECT_NE(said.find("scriptwells-script-worker\" is no program that can be run"), std::string::npos)
         << said;
