@@ -23,7 +23,7 @@ struct RunJob {
 // Checks all that can be wrong on this side before any request is sent. Throws Failure; prints notes.
 RunJob PrepareRun(const RunOptions& options, const Reporter& reporter);
 
-// Runs it in a session of its own on the server of its settings, and prints the answer on `out`.
+// Runs it in its own session on the server of its settings, and prints the answer on `out`.
 void Run(const RunJob& job, const RunOptions& options, std::ostream& out, const Reporter& reporter);
 
 }  // namespace qv::cli

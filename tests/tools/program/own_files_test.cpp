@@ -1,4 +1,4 @@
-// The program without a file that belongs to it. Each test has a copy of the program in a folder of its own,
+// The program without a file that belongs to it. Each test has its own folder with a copy of the program,
 // since the program looks around its own file.
 #include <gtest/gtest.h>
 
