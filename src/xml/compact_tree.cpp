@@ -5,11 +5,20 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 
 namespace qv {
+namespace {
+
+// Tables have 24 to 32 units for each node.
+constexpr std::size_t kUnitsOfNode = 24;
+constexpr std::size_t kBytesBesideNodes = 16 * 1024;
+
+}  // namespace
 
 void CompactTree::Start(std::u16string_view source, std::size_t ceiling) {
   Forget();
   source_ = source.data();
   ceiling_ = ceiling;
+  const std::size_t nodes = source.size() / kUnitsOfNode + 1;
+  if (memory_.Expect(nodes * sizeof(Node) + kBytesBesideNodes)) MakeRoom(nodes_, nodes);
   AddRecord(kDocument, 0, {});
 }
 

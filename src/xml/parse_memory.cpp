@@ -1,6 +1,5 @@
 #include "xml/parse_memory.h"
 
-#include <malloc.h>
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -21,6 +20,7 @@ namespace xc = XERCES_CPP_NAMESPACE;
 struct alignas(std::max_align_t) ParseMemory::Block {
   Block* previous;
   Block* next;
+  std::size_t size;
   std::size_t mapped;  // its size when it was mapped, else 0
 };
 
@@ -34,6 +34,7 @@ namespace {
 
 // A parser and the document of a small answer take 240 kB, most of it the library's read buffers.
 constexpr std::size_t kSharedBlockSize = std::size_t{256} * 1024;
+constexpr std::size_t kLargestSpare = std::size_t{1024} * 1024;
 // Larger parts get a separate block once the shared one is full, and are freed at once.
 constexpr std::size_t kLargestShared = std::size_t{32} * 1024;
 // A document of this size gets large blocks with large pages: allocating small ones takes a fifth of the time
@@ -51,17 +52,10 @@ constexpr std::size_t kAlignment = alignof(std::max_align_t);
 constexpr std::size_t kMappedPart = std::size_t{512} * 1024;
 constexpr std::size_t kPage = 4096;
 
-// Keeps one shared block between two parsers of a thread, so that a small parse needs no system call.
+// Keeps one shared block between two documents of a thread, so that a small one needs no system call.
 ThreadSlot& SpareBlock() noexcept {
   static ThreadSlot slot(&std::free);
   return slot;
-}
-
-void* TakeSharedBlock() noexcept {
-  void* const spare = SpareBlock().Get();
-  if (spare == nullptr) return std::malloc(kSharedBlockSize);
-  SpareBlock().Set(nullptr);
-  return spare;
 }
 
 // A wish only.
@@ -85,13 +79,24 @@ std::size_t MappedFor(std::size_t size) noexcept {
   return 2 * RoundedUp(size, kPage);
 }
 
-void GiveSharedBlockBack(void* block) noexcept {
-  if (SpareBlock().Get() != nullptr || !SpareBlock().Set(block)) std::free(block);
-}
-
 }  // namespace
 
 ParseMemory::ParseMemory() noexcept = default;
+
+// Null for lack of memory. A spare block that is too small goes.
+void* ParseMemory::TakeSpare(std::size_t size) noexcept {
+  void* const spare = SpareBlock().Get();
+  if (spare == nullptr) return nullptr;
+  SpareBlock().Set(nullptr);
+  if (static_cast<Block*>(spare)->size >= size) return spare;
+  std::free(spare);
+  return nullptr;
+}
+
+void ParseMemory::KeepSpare(Block* block) noexcept {
+  if (block->size > kLargestSpare || SpareBlock().Get() != nullptr || !SpareBlock().Set(block))
+    std::free(block);
+}
 
 ParseMemory::~ParseMemory() {
   GiveAllBack();
@@ -106,20 +111,24 @@ void ParseMemory::GiveAllBack() noexcept {
   }
   shared_ = nullptr;
   next_ = nullptr;
+  top_ = nullptr;
   end_ = nullptr;
   inUse_ = 0;
 }
 
-// Mapped memory returns to the system, which clears it.
-void ParseMemory::Clear(Block* block) noexcept {
-  if (block->mapped == 0) explicit_bzero(block + 1, malloc_usable_size(block) - sizeof(Block));
+// Mapped memory returns to the system, which clears it. A spare block may be much larger than what was used.
+void ParseMemory::Clear(Block* block) const noexcept {
+  if (block->mapped != 0) return;
+  char* const begin = reinterpret_cast<char*>(block + 1);
+  const char* const end = block == shared_ ? top_ : reinterpret_cast<char*>(block) + block->size;
+  explicit_bzero(begin, static_cast<std::size_t>(end - begin));
 }
 
 void ParseMemory::Give(Block* block, bool isSpare) noexcept {
   if (block->mapped != 0) {
     munmap(block, block->mapped);
   } else if (isSpare) {
-    GiveSharedBlockBack(block);
+    KeepSpare(block);
   } else {
     std::free(block);
   }
@@ -157,6 +166,7 @@ void* ParseMemory::TakeFromBlock(std::size_t total) noexcept {
   if (static_cast<std::size_t>(end_ - next_) < total) return nullptr;
   auto* piece = new (next_) Piece{total, nullptr};
   next_ += total;
+  top_ = std::max(top_, next_);
   inUse_ += total;
   return piece + 1;
 }
@@ -164,7 +174,7 @@ void* ParseMemory::TakeFromBlock(std::size_t total) noexcept {
 void* ParseMemory::TakeAlone(std::size_t total) {
   void* raw = std::malloc(sizeof(Block) + total);
   if (raw == nullptr) throw xc::OutOfMemoryException();
-  auto* block = new (raw) Block{nullptr, nullptr, 0};
+  auto* block = new (raw) Block{nullptr, nullptr, sizeof(Block) + total, 0};
   Link(block);
   inUse_ += total;
   return new (block + 1) Piece{total, block} + 1;
@@ -175,7 +185,7 @@ void* ParseMemory::TakeMapped(std::size_t total) {
   const std::size_t mapped = MappedFor(sizeof(Block) + total);
   void* raw = MapBlock(mapped);
   if (raw == nullptr) throw xc::OutOfMemoryException();
-  auto* block = new (raw) Block{nullptr, nullptr, mapped};
+  auto* block = new (raw) Block{nullptr, nullptr, mapped, mapped};
   Link(block);
   inUse_ += total;
   return new (block + 1) Piece{total, block} + 1;
@@ -197,9 +207,27 @@ ParseMemory::Piece* ParseMemory::Remap(Piece* piece, std::size_t mapped) {
   Relink(block);
   if (block->mapped < kLarge) AskForLargePages(block, mapped);
   block->mapped = mapped;
+  block->size = mapped;
   piece = reinterpret_cast<Piece*>(block + 1);
   piece->alone = block;
   return piece;
+}
+
+bool ParseMemory::IsNewest(const Piece* piece) const noexcept {
+  return piece->alone == nullptr && reinterpret_cast<const char*>(piece) + piece->total == next_;
+}
+
+// In place. False if it is not the newest part, or the block or the limit has no room.
+bool ParseMemory::ResizeNewest(Piece* piece, std::size_t total) noexcept {
+  if (!IsNewest(piece)) return false;
+  const std::size_t used = inUse_ - piece->total;
+  char* const begin = reinterpret_cast<char*>(piece);
+  if (used + total > limit_ || static_cast<std::size_t>(end_ - begin) < total) return false;
+  inUse_ = used + total;
+  next_ = begin + total;
+  top_ = std::max(top_, next_);
+  piece->total = total;
+  return true;
 }
 
 void* ParseMemory::Resize(void* bytes, std::size_t size) {
@@ -209,6 +237,7 @@ void* ParseMemory::Resize(void* bytes, std::size_t size) {
   const std::size_t total = sizeof(Piece) + RoundedUp(size, kAlignment);
   const bool isMapped = piece->alone != nullptr && piece->alone->mapped != 0;
   if (isMapped && total >= kMappedPart) return ResizeMapped(piece, total);
+  if (ResizeNewest(piece, total)) return bytes;
   void* const moved = total >= kMappedPart ? TakeMapped(total) : allocate(size);
   std::memcpy(moved, bytes, std::min(piece->total - sizeof(Piece), size));
   deallocate(bytes);
@@ -217,12 +246,33 @@ void* ParseMemory::Resize(void* bytes, std::size_t size) {
 
 void ParseMemory::StartBlock() {
   const std::size_t mapped = inUse_ < kLarge ? 0 : std::min(inUse_, kLargestBlock);
-  void* raw = mapped == 0 ? TakeSharedBlock() : MapBlock(mapped);
+  void* raw = mapped == 0 ? TakeSpare(kSharedBlockSize) : MapBlock(mapped);
+  if (raw != nullptr) return ShareBlock(raw, mapped == 0 ? static_cast<Block*>(raw)->size : mapped, mapped);
+  raw = mapped == 0 ? std::malloc(kSharedBlockSize) : nullptr;
   if (raw == nullptr) throw xc::OutOfMemoryException();
-  shared_ = new (raw) Block{nullptr, nullptr, mapped};
+  ShareBlock(raw, kSharedBlockSize, 0);
+}
+
+void ParseMemory::ShareBlock(void* memory, std::size_t size, std::size_t mapped) noexcept {
+  shared_ = new (memory) Block{nullptr, nullptr, size, mapped};
   Link(shared_);
-  next_ = static_cast<char*>(raw) + sizeof(Block);
-  end_ = static_cast<char*>(raw) + (mapped == 0 ? kSharedBlockSize : mapped);
+  next_ = static_cast<char*>(memory) + sizeof(Block);
+  top_ = next_;
+  end_ = static_cast<char*>(memory) + size;
+}
+
+bool ParseMemory::Expect(std::size_t bytes) noexcept {
+  const std::size_t size =
+      std::max(RoundedUp(sizeof(Block) + sizeof(Piece) + bytes, kPage), kSharedBlockSize);
+  if (blocks_ != nullptr || size > kLargestSpare || size > limit_) return false;
+  void* raw = TakeSpare(size);
+  if (raw != nullptr) {
+    ShareBlock(raw, static_cast<Block*>(raw)->size, 0);
+    return true;
+  }
+  raw = std::malloc(size);
+  if (raw != nullptr) ShareBlock(raw, size, 0);
+  return raw != nullptr;
 }
 
 void ParseMemory::deallocate(void* bytes) {
@@ -234,7 +284,7 @@ void ParseMemory::deallocate(void* bytes) {
     if (clears_) Clear(block);
     Give(block, false);
     inUse_ -= total;
-  } else if (static_cast<char*>(bytes) - sizeof(Piece) + total == next_) {
+  } else if (IsNewest(piece)) {
     next_ -= total;  // the newest part: its memory can be reused
     inUse_ -= total;
   }

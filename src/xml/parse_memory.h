@@ -1,5 +1,6 @@
 // The memory of one document: allocated from a few large blocks, limited, and freed all at once. A small
-// answer fits into one block, which the thread keeps for its next document. Parser and document must be
+// answer fits into one block of at most 1 MB, which the thread keeps for its next document: new memory from
+// the system would cost as much as reading the document. Parser and document must be
 // destroyed before it; exceptions outlive the parser, so they use the library's own manager. Used by one
 // thread. Failure: the XML library's OutOfMemoryException, at the limit and when the system has no more
 // memory.
@@ -23,6 +24,8 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   void ClearAtEnd() noexcept { clears_ = true; }
   // Bytes in use. Parts of a shared block count until the end, even after they are freed.
   std::size_t BytesInUse() const noexcept { return inUse_; }
+  // Before the first allocation: the document is likely to need so many bytes. True if one block has them.
+  bool Expect(std::size_t bytes) noexcept;
   // Gives everything back now, so that nothing of it is in use.
   void GiveAllBack() noexcept;
 
@@ -46,15 +49,21 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   Piece* Remap(Piece* piece, std::size_t mapped);
   void RequireRoom(std::size_t more, std::size_t limit) const;
   void StartBlock();
+  void ShareBlock(void* memory, std::size_t size, std::size_t mapped) noexcept;
+  bool IsNewest(const Piece* piece) const noexcept;
+  bool ResizeNewest(Piece* piece, std::size_t total) noexcept;
+  static void* TakeSpare(std::size_t size) noexcept;
+  static void KeepSpare(Block* block) noexcept;
   void Link(Block* block) noexcept;
   void Unlink(Block* block) noexcept;
   void Relink(Block* block) noexcept;
   static void Give(Block* block, bool isSpare) noexcept;
-  static void Clear(Block* block) noexcept;
+  void Clear(Block* block) const noexcept;
 
   Block* blocks_ = nullptr;  // all allocated blocks, the newest first
   Block* shared_ = nullptr;  // the one that pieces are cut from
   char* next_ = nullptr;     // its free part
+  char* top_ = nullptr;      // the end of what was ever used of it
   char* end_ = nullptr;
   std::size_t inUse_ = 0;
   std::size_t limit_ = static_cast<std::size_t>(-1);

