@@ -1,5 +1,8 @@
 // This library, as a typed host uses it: under its holds, with one model.
+#include <exception>
 #include <stdexcept>
+#include <thread>
+#include <vector>
 
 #include "peer.h"
 #include "qvscriptwells/com_call.h"
@@ -109,6 +112,46 @@ class OursWalk : public Ours {
   void Check() override {}
 };
 
+// Many calls at once: each thread has a model.
+constexpr int kThreads = 8;
+constexpr int kCallsOfThread = 200;
+
+class OnThreads : public Peer {
+ public:
+  OnThreads(const Task& task, int threads) : task_(task), failures_(static_cast<std::size_t>(threads)) {}
+
+  std::size_t Call() override {
+    std::vector<std::thread> threads;
+    for (std::exception_ptr& failure : failures_)
+      threads.emplace_back([this, &failure] {
+        try {
+          Run();
+        } catch (...) {
+          failure = std::current_exception();
+        }
+      });
+    for (std::thread& thread : threads) thread.join();
+    return 0;
+  }
+
+  void Check() override {
+    for (const std::exception_ptr& failure : failures_)
+      if (failure != nullptr) std::rethrow_exception(failure);
+  }
+
+ private:
+  void Run() const {
+    Ours peer(task_);
+    for (int i = 0; i < kCallsOfThread * kThreads / static_cast<int>(failures_.size()); ++i) peer.Call();
+    peer.Check();
+  }
+
+  const XmlLibraryHold library_;
+  const ValueTypesHold types_;
+  const Task task_;
+  std::vector<std::exception_ptr> failures_;
+};
+
 // From a table to its text, without a call.
 class Writer : public Peer {
  public:
@@ -128,6 +171,12 @@ std::unique_ptr<Peer> MakeOurs(const Task& task) {
 }
 std::unique_ptr<Peer> MakeOursWalk(const Task& task) {
   return std::make_unique<OursWalk>(task);
+}
+std::unique_ptr<Peer> MakeOneThread(const Task& task) {
+  return std::make_unique<OnThreads>(task, 1);
+}
+std::unique_ptr<Peer> MakeEightThreads(const Task& task) {
+  return std::make_unique<OnThreads>(task, kThreads);
 }
 std::unique_ptr<Peer> MakeWriter(const Task& task) {
   return std::make_unique<Writer>(task);

@@ -35,6 +35,9 @@ std::unique_ptr<Peer> MakeGsoap(const Task& task);
 std::unique_ptr<Peer> MakeGsoapWalk(const Task& task);
 std::unique_ptr<Peer> MakeOurs(const Task& task);
 std::unique_ptr<Peer> MakeOursWalk(const Task& task);
+// Each of their calls is 1,600 calls by one thread, or by eight.
+std::unique_ptr<Peer> MakeOneThread(const Task& task);
+std::unique_ptr<Peer> MakeEightThreads(const Task& task);
 std::unique_ptr<Peer> MakeWriter(const Task& task);
 
 // Prints the figures of the first call, the making of the peer included, and the peak memory of the process

@@ -12,11 +12,16 @@ struct Row {
 };
 
 constexpr Row kPeers[] = {
-    {"curl", &qv::bench::MakeCurl},     {"stock_tree", &qv::bench::MakeStockTree},
-    {"ours", &qv::bench::MakeOurs},     {"ours_walk", &qv::bench::MakeOursWalk},
+    {"curl", &qv::bench::MakeCurl},
+    {"stock_tree", &qv::bench::MakeStockTree},
+    {"ours", &qv::bench::MakeOurs},
+    {"ours_walk", &qv::bench::MakeOursWalk},
+    {"one_thread", &qv::bench::MakeOneThread},
+    {"eight_threads", &qv::bench::MakeEightThreads},
     {"writer", &qv::bench::MakeWriter},
 #ifdef QV_BENCH_GSOAP
-    {"gsoap", &qv::bench::MakeGsoap},   {"gsoap_walk", &qv::bench::MakeGsoapWalk},
+    {"gsoap", &qv::bench::MakeGsoap},
+    {"gsoap_walk", &qv::bench::MakeGsoapWalk},
 #endif
 };
 

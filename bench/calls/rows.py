@@ -14,6 +14,7 @@ ROWS = (
     Row("table_10k", "10,000 x 10 cells", 10_000, 2, CLIENTS),
     Row("table_100k", "100,000 x 10 cells", 100_000, 1, CLIENTS),
     Row("walk_10k", "10,000 x 10 cells, each read", 10_000, 2, ("gsoap_walk", "ours_walk")),
+    Row("threads", "1,600 string answers", 0, 1, ("one_thread", "eight_threads")),
     Row("write_100k", "100,000 x 10 cells written", 100_000, 1, ("writer",)),
 )
 
@@ -22,7 +23,9 @@ FIRST = Row("first_100k", "100,000 x 10 cells, first answer of a process", 100_0
 
 NAMES = {
     "curl": "bare libcurl", "gsoap": "gSOAP", "stock_tree": "libcurl and stock tree", "ours": "this library",
-    "late": "this library, late-bound", "gsoap_walk": "gSOAP", "ours_walk": "this library", "writer": "this library",
+    "late": "this library, late-bound", "one_thread": "this library, one thread",
+    "eight_threads": "this library, eight threads", "gsoap_walk": "gSOAP", "ours_walk": "this library",
+    "writer": "this library",
 }
 
 # Programs, by their names in the figures. SERVER and PASSWORD are replaced; the server is the development service.

@@ -16,7 +16,7 @@
 namespace qv {
 namespace {
 
-constexpr int kThreads = 4;
+constexpr int kThreads = 8;
 constexpr int kModels = 6;  // of each thread
 
 // A whole session with a new client: the answer of its script.
