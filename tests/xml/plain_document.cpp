@@ -94,7 +94,7 @@ constexpr Piece kRareTexts[] = {u"]]>",        u"]]",
                                 u"& amp;"};
 
 std::u16string LoneHalves(std::uint32_t which) {
-  const char16_t halves[] = {0xD83D, 0xDE00, u'x', 0xD83D, 0xDE00, 0xDE00};
+  const char16_t halves[] = {0xD83D, 0xDE00, u'x', 0xD83D, 0xDE00, 0xDE00, 0xD83D, u'y'};
   return {halves + which, which % 3 + 1};
 }
 
