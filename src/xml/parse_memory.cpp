@@ -48,7 +48,7 @@ constexpr std::size_t kSmallRequest = 1024;
 constexpr std::size_t kReserve = std::size_t{16} * 1024 * 1024;
 constexpr std::size_t kLargestRequest = std::size_t{1} << 39;  // more is an error
 constexpr std::size_t kAlignment = alignof(std::max_align_t);
-// A part that grows to this has pages of its own.
+// A part that grows to this has its own pages.
 constexpr std::size_t kMappedPart = std::size_t{512} * 1024;
 constexpr std::size_t kPage = 4096;
 

@@ -32,7 +32,7 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager* getExceptionMemoryManager() override;
   void* allocate(XMLSize_t size) override;
   void deallocate(void* bytes) override;
-  // A part of another size with the same contents; null stands for a part without contents. Large parts keep
+  // A part of another size with the same contents; null is a part without contents. Large parts keep
   // their pages, so they are neither copied nor there twice. After a failure the old part is as it was.
   void* Resize(void* bytes, std::size_t size);
 

@@ -10,8 +10,8 @@
 
 namespace qv {
 
-// Fills the tree, whose texts are then views of `text`. False for a document that is not plain; the tree is
-// of no use then. OutOfMemoryException of the XML library, also at the tree's ceiling.
+// Fills the tree, whose texts are then views of `text`. False for a document that is not plain; the tree
+// must not be used then. OutOfMemoryException of the XML library, also at the tree's ceiling.
 bool ScanPlainDocument(std::u16string_view text, CompactTree& tree);
 
 }  // namespace qv

@@ -1,4 +1,4 @@
-// Texts by chance near a shape that has a reader of its own: most have it, the others miss it by a little.
+// Texts by chance near a shape that has its own reader: most have it, the others miss it by a little.
 // QV_RANDOM_TEXTS sets how many texts a test compares.
 #pragma once
 
