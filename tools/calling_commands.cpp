@@ -18,11 +18,10 @@ ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& e
     case Command::kSession:
       SessionCommand(parsed.session, out, err);
       return ExitStatus::kOk;
-    case Command::kDescribe:
-      return DescribeCommand(parsed.describe, out);
     case Command::kText:
     case Command::kUsageError:
     case Command::kRegistry:
+    case Command::kDescribe:
     case Command::kServe:
       break;
   }

@@ -1,4 +1,4 @@
-// The commands that call a server, run a service or create the library's objects.
+// The commands that call a server or run a service.
 #pragma once
 
 #include <iosfwd>

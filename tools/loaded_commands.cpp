@@ -15,9 +15,10 @@ namespace qv::cli {
 
 namespace {
 
-// The library is never unloaded: its threads may still be running.
+// The library is linked to be bound at once; RTLD_LAZY is for those that it needs, of which a command uses
+// little. It is never unloaded: its threads may still be running.
 CommandsEntry Load(const std::string& path) {
-  void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* library = ::dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL);
   void* entry = library == nullptr ? nullptr : ::dlsym(library, kCommandsEntry);
   if (entry == nullptr)
     throw Failure(ExitStatus::kLocal,

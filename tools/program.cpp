@@ -13,11 +13,13 @@ namespace qv::cli {
 namespace {
 
 bool MakesNoCall(Command command) {
-  return command == Command::kText || command == Command::kUsageError || command == Command::kRegistry;
+  return command == Command::kText || command == Command::kUsageError || command == Command::kRegistry ||
+         command == Command::kDescribe;
 }
 
 ExitStatus RunWithoutCall(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
   if (parsed.command == Command::kRegistry) return RegistryCommand(parsed.registry, out, err);
+  if (parsed.command == Command::kDescribe) return DescribeCommand(parsed.describe, out);
   if (parsed.command == Command::kUsageError)
     throw Failure(ExitStatus::kUsage, parsed.text + "; try '" + parsed.hint + "'");
   out << parsed.text << std::flush;

@@ -54,7 +54,10 @@ std::string Reflowed(const std::string& text) {
 
 class HelpFormat : public CLI::Formatter {
  public:
-  explicit HelpFormat(std::string examples) : examples_(std::move(examples)) { column_width(kFirstColumn); }
+  HelpFormat(std::string examples, std::string notes)
+      : examples_(std::move(examples)), notes_(std::move(notes)) {
+    column_width(kFirstColumn);
+  }
 
   std::string make_usage(const CLI::App* app, std::string name) const override {
     const std::string usage = CLI::Formatter::make_usage(app, std::move(name));
@@ -69,16 +72,19 @@ class HelpFormat : public CLI::Formatter {
                              Wrapped(command->get_description(), kColumns - kFirstColumn), kFirstColumn);
     return out.str();
   }
+  std::string make_footer(const CLI::App*) const override {
+    return notes_.empty() ? "" : Reflowed(notes_) + "\n";
+  }
 
  private:
   std::string examples_;
+  std::string notes_;
 };
 
 }  // namespace
 
 void SetHelp(CLI::App& app, const std::string& examples, const std::string& notes) {
-  app.formatter(std::make_shared<HelpFormat>(examples));
-  app.footer(Reflowed(notes));
+  app.formatter(std::make_shared<HelpFormat>(examples, notes));
 }
 
 }  // namespace qv::cli
