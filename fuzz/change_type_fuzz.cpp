@@ -67,6 +67,8 @@ qv::Variant Pointing(const qv::Variant& value, unsigned way) {
   // A pointer under VT_VARIANT would promise a whole Variant where only its value stands.
   if (way % 3 == 1 && value.Tag() != qv::VT_VARIANT && (value.Tag() & qv::VT_BYREF) == 0) {
     pointer.byref = const_cast<qv::VariantData*>(&value.Data());
+    // The number of a decimal fills the Variant from its first byte on.
+    if (value.Tag() == qv::VT_DECIMAL) pointer.byref = const_cast<qv::Variant*>(&value);
     return qv::Variant::FromRaw(static_cast<qv::VARTYPE>(qv::VT_BYREF | value.Tag()), pointer);
   }
   pointer.byref = const_cast<qv::Variant*>(&value);
