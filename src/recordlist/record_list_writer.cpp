@@ -99,7 +99,7 @@ void RecordListWriter::WriteStored(const Column& column, const Variant& cell) {
 // theirs stays, as after the calls of the list's interfaces.
 void RecordListWriter::WriteObject(const Column& column, const Variant& cell) {
   {
-    const Variant value = cell;
+    const Variant value = cell;  // NOLINT(performance-unnecessary-copy-initialization): see above
     ClearErrorInfo();
     WriteText(column, value);
   }

@@ -13,7 +13,7 @@ constexpr bool EndsPlainRun(char16_t unit) noexcept {
 }
 // Whether nothing ends the run; for constants.
 constexpr bool IsPlain(std::u16string_view text) noexcept {
-  for (const char16_t unit : text)
+  for (const char16_t unit : text)  // NOLINT(readability-use-anyofallof): std::all_of is not constexpr
     if (EndsPlainRun(unit)) return false;
   return true;
 }

@@ -67,6 +67,7 @@ std::optional<double> PlainDouble(std::u16string_view text) noexcept {
   }
   if (count > kMostExactDigits) return std::nullopt;
   const std::size_t fraction = wholeDigits == text.size() ? 0 : count - wholeDigits;
+  // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult): a fraction is part of the digits
   const double value = static_cast<double>(digits) / kPowersOfTen[fraction];
   return negative ? -value : value;
 }

@@ -105,6 +105,7 @@ HRESULT HttpSession::OpenRequest(const WideString& verb, const WideString& path,
     if (flags != 0) ThrowBadArgument("Flags of a request are 0");
     CheckVerb(verb.view());
     IHttpRequestPtr opened(
+        // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): GuardedBy catches
         new HttpRequest(HttpSessionPtr(this), opening_, endpoint_, verb.view(), path.view()));
     *request = opened.detach();
   });

@@ -13,7 +13,7 @@ namespace {
 struct TokenChars {
   constexpr TokenChars() {
     for (std::size_t c = 0; c < 128; ++c) may[c] = IsAsciiLetter(c) || IsAsciiDigit(c);
-    for (const char mark : std::string_view("!#$%&'*+-.^_`|~")) may[static_cast<std::size_t>(mark)] = true;
+    for (const char mark : std::string_view("!#$%&'*+-.^_`|~")) may[static_cast<unsigned char>(mark)] = true;
   }
   bool may[128] = {};
 };

@@ -36,6 +36,7 @@ HRESULT RecordListObject::NewRecord(IUnknown** record) noexcept {
     CheckPlace(record);
     *record = nullptr;
     CheckUnlocked();
+    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): GuardedBy catches
     IRecordListRecordPtr made(new RecordListRecord(*this, cells_.Rows()));
     cells_.AddRow();
     *record = made.detach();
@@ -54,6 +55,7 @@ HRESULT RecordListObject::OpenCursor(VARIANT_BOOL, IRecordListCursor** cursor) n
   return GuardedBy(ReportListFailure, [&] {
     CheckPlace(cursor);
     *cursor = nullptr;
+    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): GuardedBy catches
     *cursor = IRecordListCursorPtr(new RecordListCursor(*this)).detach();
   });
 }
