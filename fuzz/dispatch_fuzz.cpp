@@ -51,7 +51,7 @@ class Input {
   // Small numbers in one byte; any number after 0x7F.
   qv::DISPID Id() {
     const std::uint8_t byte = Byte();
-    qv::DISPID id = static_cast<std::int8_t>(byte);
+    qv::DISPID id = byte < 0x80 ? byte : byte - 0x100;
     if (byte == 0x7F) Take(&id, sizeof id);
     return id;
   }
