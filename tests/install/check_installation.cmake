@@ -79,10 +79,13 @@ foreach(component IN ITEMS development Unspecified)
   run_expecting("" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --component ${component})
 endforeach()
 
-# The program finds its library and its worker, also after a move.
+# The program finds its libraries and its worker, also after a move.
 file(RENAME "${prefix}" "${moved}")
 run_expecting("42\n" "${moved}/bin/scriptwells" run --local -e "6 * 7")
-run_expecting("" "${moved}/bin/scriptwells" describe)
+execute_process(COMMAND "${moved}/bin/scriptwells" session close --server http://127.0.0.1:1 --usid 1 ERROR_VARIABLE said)
+if(NOT said MATCHES "cannot reach")
+  message(FATAL_ERROR "A call after the move said:\n${said}")
+endif()
 foreach(needed IN ITEMS ${LIBDIR}/quorvane/scriptwells-commands.so ${LIBDIR}/quorvane/scriptwells-service.so
     ${LIBEXECDIR}/quorvane/scriptwells-script-worker)
   if(NOT EXISTS "${moved}/${needed}")

@@ -11,6 +11,9 @@
 namespace qv::cli::testing {
 namespace {
 
+// A command that calls a server.
+constexpr char kCall[] = "session close --server http://127.0.0.1:1 --usid 1";
+
 class OwnFiles : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -35,22 +38,23 @@ TEST_F(OwnFiles, WhatMakesNoCallNeedsNone) {
   EXPECT_EQ(Says("run"),
             "scriptwells: no script given (FILE, - or -e CODE); try 'scriptwells run --help'\nexit 2\n");
   EXPECT_EQ(Says("registry get nothing").substr(0, 12), "scriptwells:");
+  EXPECT_EQ(Says("describe Url"), RunTool("describe Url").out + "exit 0\n");
 }
 
 TEST_F(OwnFiles, MissingLibraryIsNamed) {
-  const std::string said = Says("describe");
+  const std::string said = Says(kCall);
   const std::string start =
       "scriptwells: cannot load the library of this program's commands: " + folder_.Path();
   EXPECT_EQ(said.substr(0, start.size()), start);
   EXPECT_NE(said.find("/scriptwells-commands.so: cannot open shared object file"), std::string::npos) << said;
   EXPECT_NE(said.find("exit 6\n"), std::string::npos) << said;
-  EXPECT_EQ(Says("describe --json").substr(0, 10), "{\"error\":{");
+  EXPECT_EQ(Says(std::string(kCall) + " --json").substr(0, 10), "{\"error\":{");
 }
 
 TEST_F(OwnFiles, LibraryOfAnotherVersionIsRefused) {
   PutLibrary("tools/scriptwells-commands.so", OTHER_COMMANDS_LIBRARY);
-  EXPECT_EQ(Says("describe"), "scriptwells: the library " + folder_.Path("tools/scriptwells-commands.so") +
-                                  " belongs to another version of this program\nexit 6\n");
+  EXPECT_EQ(Says(kCall), "scriptwells: the library " + folder_.Path("tools/scriptwells-commands.so") +
+                             " belongs to another version of this program\nexit 6\n");
 }
 
 TEST_F(OwnFiles, MissingWorkerIsNamed) {
