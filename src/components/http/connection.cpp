@@ -117,7 +117,7 @@ bool IsAscii(const std::string& text) noexcept {
 }  // namespace
 
 Connection::Connection(const Endpoint& endpoint, TransferWatch& watch)
-    : endpoint_(endpoint), handle_(NewHandle()), owner_(getpid()), buffer_(kBufferBytes) {
+    : endpoint_(endpoint), handle_(NewHandle()), owner_(getpid()), buffer_(new char[kBufferBytes]) {
   SetOptions(watch);
   Perform(watch);
   curl_easy_setopt(handle_.get(), CURLOPT_XFERINFODATA, nullptr);
@@ -210,9 +210,9 @@ std::size_t Connection::Send(std::string_view bytes) {
 Connection::Arrival Connection::Receive() {
   const SigpipeGuard guard(endpoint_.secure);
   if (begin_ == end_) begin_ = end_ = 0;
-  const std::size_t room = buffer_.size() - end_;
+  const std::size_t room = kBufferBytes - end_;
   std::size_t received = 0;
-  const CURLcode code = curl_easy_recv(handle_.get(), buffer_.data() + end_, room, &received);
+  const CURLcode code = curl_easy_recv(handle_.get(), buffer_.get() + end_, room, &received);
   filledUp_ = code == CURLE_OK && received == room;
   if (code == CURLE_AGAIN) return Arrival::kNothingYet;
   if (code != CURLE_OK) ThrowCurl(code, words_);
@@ -236,7 +236,7 @@ short Connection::Wait(short events, TransferWatch& watch) {
 }
 
 std::string_view Connection::Buffered() const noexcept {
-  return {buffer_.data() + begin_, end_ - begin_};
+  return {buffer_.get() + begin_, end_ - begin_};
 }
 
 void Connection::Take(std::size_t bytes) noexcept {
@@ -244,7 +244,7 @@ void Connection::Take(std::size_t bytes) noexcept {
 }
 
 void Connection::ClearBuffer() noexcept {
-  explicit_bzero(buffer_.data(), filled_);
+  explicit_bzero(buffer_.get(), filled_);
   begin_ = end_ = filled_ = 0;
 }
 

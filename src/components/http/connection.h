@@ -8,7 +8,6 @@
 #include <chrono>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "components/http/endpoint.h"
 #include "components/http/transfer_watch.h"
@@ -62,7 +61,7 @@ class Connection {
   CurlEasy handle_;
   int socket_ = -1;
   pid_t owner_;
-  std::vector<char> buffer_;
+  std::unique_ptr<char[]> buffer_;  // of kBufferBytes; not filled beforehand
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
   std::size_t filled_ = 0;  // the maximum since the last clear
