@@ -2,10 +2,9 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,6 +15,7 @@
 #include "fixtures/calling_object.h"
 #include "fixtures/environment.h"
 #include "fixtures/loaded_files.h"
+#include "fixtures/output_of.h"
 #include "fixtures/speaking_host.h"
 #include "fixtures/temporary_directory.h"
 #include "fixtures/waiting_record.h"
@@ -57,7 +57,7 @@ std::string Entries(const std::string& path) {
   };
   std::string text;
   for (const auto& [key, values] : sections)
-    text += (text.empty() ? "" : "\n") + ("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\" + std::string(key)) +
+    text += (text.empty() ? "" : "\n") + (R"([HKEY_LOCAL_MACHINE\SOFTWARE\Classes\)" + std::string(key)) +
             "]\n" + values;
   return text;
 }
@@ -141,15 +141,12 @@ class UnregisteredClassServer : public ClassServer {
 };
 
 TEST_F(ClassServer, ExportsItsFiveEntryPointsAndNothingElse) {
-  const std::string command = "nm -D --defined-only '" + kLibrary + "'";
-  const std::unique_ptr<FILE, int (*)(FILE*)> lines(popen(command.c_str(), "r"), pclose);
-  ASSERT_NE(lines, nullptr);
+  std::istringstream lines(OutputOf("nm -D --defined-only '" + kLibrary + "'").text);
   std::string names;
-  char address[64];
-  char kind[8];
-  char name[256];
-  while (std::fscanf(lines.get(), "%63s %7s %255s", address, kind, name) == 3)
-    names += std::string(kind) + " " + name + "\n";
+  std::string address;
+  std::string kind;
+  std::string name;
+  while (lines >> address >> kind >> name) names += kind + " " + name + "\n";
   EXPECT_EQ(
       names,
       "T DllCanUnloadNow\nT DllGetClassObject\nT DllMain\nT DllRegisterServer\nT DllUnregisterServer\n");

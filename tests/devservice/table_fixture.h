@@ -53,7 +53,7 @@ inline std::string TableElement(const std::string& schemaId, const std::string& 
 inline std::string ColumnElement(const std::string& name, const std::string& type,
                                  const std::string& displayName) {
   return "<xsd:element xsd:name=\"" + name + "\" xsd:type=\"" + type + "\" xsd:displayName=\"" + displayName +
-         "\" qvrl:valueSize=\"\" qvrl:valueSize2=\"\"/>";
+         R"(" qvrl:valueSize="" qvrl:valueSize2=""/>)";
 }
 
 // A record of cells, each an element: "<a>1</a><b/>".

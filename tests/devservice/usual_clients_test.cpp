@@ -1,11 +1,7 @@
 // The WSDL, and usual SOAP clients that are made from it.
-#include <sys/wait.h>
-#include <array>
-#include <cstdio>
-#include <cstdlib>
-
 #include "devservice/soap/well_formed.h"
 #include "devservice/soap/wsdl.h"
+#include "fixtures/output_of.h"
 #include "service_fixture.h"
 
 namespace qv::devservice::testing {
@@ -14,23 +10,9 @@ namespace {
 // Any other version may behave otherwise.
 constexpr char kSoapPackage[] = "soap@1.13.0";
 
-struct Outcome {
-  int status = -1;
-  std::string output;  // Both outputs.
-};
-
-Outcome RunShell(const std::string& command) {
-  Outcome outcome;
-  FILE* const pipe = popen(("(" + command + ") 2>&1").c_str(), "r");
-  if (!pipe) return outcome;
-  std::array<char, 4096> bytes;
-  for (std::size_t count = 1; count > 0;) {
-    count = fread(bytes.data(), 1, bytes.size(), pipe);
-    outcome.output.append(bytes.data(), count);
-  }
-  const int status = pclose(pipe);
-  outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return outcome;
+// With what the command prints on either output.
+CommandOutput RunShell(const std::string& command) {
+  return OutputOf("(" + command + ") 2>&1");
 }
 
 std::string Quoted(const std::string& path) {
@@ -38,7 +20,7 @@ std::string Quoted(const std::string& path) {
 }
 
 // The package is fetched once for a build directory.
-Outcome InstallSoap() {
+CommandOutput InstallSoap() {
   const std::string directory = Quoted(USUAL_CLIENTS_MODULES);
   return RunShell("mkdir -p " + directory + " && cd " + directory + " && { grep -qs '\"" +
                   std::string(kSoapPackage).replace(4, 1, "\": \"") +
@@ -56,14 +38,14 @@ class UsualClients : public ServiceTest {
 };
 
 TEST_F(UsualClients, NodeSoap) {
-  if (RunShell("command -v node && command -v npm").status != 0)
+  if (RunShell("command -v node && command -v npm").exit != 0)
     GTEST_SKIP() << "NOT RUN: there is no node or no npm on this machine, so nothing is known of node-soap";
-  const Outcome installed = InstallSoap();
-  if (installed.status != 0)
-    GTEST_SKIP() << "NOT RUN: npm cannot install " << kSoapPackage << ":\n" << installed.output;
-  const Outcome outcome = RunShell("NODE_PATH=" + Quoted(USUAL_CLIENTS_MODULES "/node_modules") +
-                                   " timeout 60 node " + Script("node_soap.js"));
-  EXPECT_EQ(outcome.output,
+  const CommandOutput installed = InstallSoap();
+  if (installed.exit != 0)
+    GTEST_SKIP() << "NOT RUN: npm cannot install " << kSoapPackage << ":\n" << installed.text;
+  const CommandOutput outcome = RunShell("NODE_PATH=" + Quoted(USUAL_CLIENTS_MODULES "/node_modules") +
+                                         " timeout 60 node " + Script("node_soap.js"));
+  EXPECT_EQ(outcome.text,
             "session true\n"
             "number xsd:int 42\n"
             "text xsd:string a<b & \xC3\xA9\n"
@@ -71,14 +53,14 @@ TEST_F(UsualClients, NodeSoap) {
             "datetime xsd:string 2024-03-05T10:15:30.500Z\n"
             "fault true\n"
             "closed true\n");
-  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.exit, 0);
 }
 
 TEST_F(UsualClients, Zeep) {
-  if (RunShell("/usr/bin/python3 -c 'import zeep'").status != 0)
+  if (RunShell("/usr/bin/python3 -c 'import zeep'").exit != 0)
     GTEST_SKIP() << "NOT RUN: /usr/bin/python3 has no zeep (package python3-zeep), so nothing is known of it";
-  const Outcome outcome = RunShell("timeout 60 /usr/bin/python3 " + Script("zeep_client.py"));
-  EXPECT_EQ(outcome.output,
+  const CommandOutput outcome = RunShell("timeout 60 /usr/bin/python3 " + Script("zeep_client.py"));
+  EXPECT_EQ(outcome.text,
             "session True\n"
             "number 42\n"
             "text 'a<b & \\xe9'\n"
@@ -87,7 +69,7 @@ TEST_F(UsualClients, Zeep) {
             "fault True\n"
             "nothing None\n"
             "closed True\n");
-  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.exit, 0);
 }
 
 TEST(Wsdl, IsWellFormedWhateverTheAddressIs) {

@@ -108,7 +108,7 @@ std::vector<Row> RowsOf(const std::string& document, const std::string& head) {
 
 std::vector<NamedFile> FilesNamedIn(const std::string& document) {
   static const std::regex kQuoted("`([A-Za-z0-9_./-]+)`");
-  static const std::regex kLinked("\\]\\(([A-Za-z0-9_./-]+)\\)");
+  static const std::regex kLinked(R"(\]\(([A-Za-z0-9_./-]+)\))");
   std::vector<NamedFile> files;
   for (const Line& line : LinesOf(document)) {
     if (line.inBlock) continue;

@@ -93,7 +93,7 @@ std::set<std::string> AnchorsOf(const fs::path& document) {
 }
 
 TEST_P(NamedFiles, LinksToSectionsFindTheirHeadings) {
-  static const std::regex kLink("\\]\\(([A-Za-z0-9_./-]*)#([^)]+)\\)");
+  static const std::regex kLink(R"(\]\(([A-Za-z0-9_./-]*)#([^)]+)\))");
   const fs::path document = kRoot / GetParam();
   const std::string text = ReadFile(document);
   for (auto link = std::sregex_iterator(text.begin(), text.end(), kLink); link != std::sregex_iterator();

@@ -51,8 +51,8 @@ TEST_F(OddAnswers, EachFormHasItsOutcome) {
       // The 381st character is the first after the "</" of an end tag that ends nothing.
       {"spoil", u"'x'",
        "0x80020009 Error at file application/xml, line 1, char 381  Message: application/xml"},
-      {"latin1", letters, "VT_BSTR \\u00E9\\u20AC\\uD83D\\uDE00"},
-      {"utf16", letters, "VT_BSTR \\u00E9\\u20AC\\uD83D\\uDE00"},
+      {"latin1", letters, R"(VT_BSTR \u00E9\u20AC\uD83D\uDE00)"},
+      {"utf16", letters, R"(VT_BSTR \u00E9\u20AC\uD83D\uDE00)"},
       {"stallhead", u"'x'", "VT_BSTR x"},  // late, but within the idle time
   };
   for (const auto& row : rows) EXPECT_EQ(RunOdd(row.form, row.script), row.outcome) << row.form;

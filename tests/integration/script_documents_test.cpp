@@ -11,7 +11,7 @@ namespace {
 constexpr char kNamespace[] = "xmlns=\"http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0\"";
 constexpr char kRefused[] = "0x80020009 Cannot create the xml document.";
 constexpr char kWide[] = "'\xE2\x82\xAC\xF0\x9F\x98\x80'";
-constexpr char kWideText[] = "VT_BSTR \\u20AC\\uD83D\\uDE00";
+constexpr char kWideText[] = R"(VT_BSTR \u20AC\uD83D\uDE00)";
 constexpr int kLevels = 100'000;
 
 // A document around this code, which is escaped already.
@@ -79,7 +79,7 @@ class ScriptDocuments : public ValueTest {
 
 TEST_F(ScriptDocuments, CodeRunsInEveryEncoding) {
   const std::string latin = Document("'\xC3\xA9\xC3\xBC'"), wide = Document(kWide);
-  const std::string declared = "<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + wide;
+  const std::string declared = R"(<?xml version="1.0" encoding="UTF-16"?>)" + wide;
   ExpectTexts({
       {latin, "VT_BSTR \\u00E9\\u00FC"},
       {wide, kWideText},
@@ -88,9 +88,9 @@ TEST_F(ScriptDocuments, CodeRunsInEveryEncoding) {
       {Utf16(latin, false), "VT_BSTR \\u00E9\\u00FC"},
       {Utf16(declared, true), kWideText},
       {Utf16(declared, false), kWideText},
-      {"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + Document("'\xE9\xFC'"), "VT_BSTR \\u00E9\\u00FC"},
-      {"<?xml version=\"1.0\" encoding=\"windows-1252\"?>" + Document("'\x80'"), "VT_BSTR \\u20AC"},
-      {Document("'&#xE9;&#8364;&#x1F600;'"), "VT_BSTR \\u00E9\\u20AC\\uD83D\\uDE00"},
+      {R"(<?xml version="1.0" encoding="ISO-8859-1"?>)" + Document("'\xE9\xFC'"), "VT_BSTR \\u00E9\\u00FC"},
+      {R"(<?xml version="1.0" encoding="windows-1252"?>)" + Document("'\x80'"), "VT_BSTR \\u20AC"},
+      {Document("'&#xE9;&#8364;&#x1F600;'"), R"(VT_BSTR \u00E9\u20AC\uD83D\uDE00)"},
       // Two characters that look like the bytes of one in another encoding.
       {Document("'\xC3\x83\xC2\xA9'"), "VT_BSTR \\u00C3\\u00A9"},
   });
@@ -114,7 +114,7 @@ TEST_F(ScriptDocuments, EveryFormOfADocumentRuns) {
        "VT_BSTR ab"},
       // Entities of the document are known.
       {"<!DOCTYPE Scriptwell [<!ENTITY e \"Gr\xC3\xBC\xC3\x9F\x65\">]>" + Document("'&e;' + \"&e;\""),
-       "VT_BSTR Gr\\u00FC\\u00DFeGr\\u00FC\\u00DFe"},
+       R"(VT_BSTR Gr\u00FC\u00DFeGr\u00FC\u00DFe)"},
       {"<!DOCTYPE Scriptwell [<!ENTITY language \"JavaScript\">]>" + Document("5", "&language;"), "VT_INT 5"},
   });
 }
@@ -152,7 +152,7 @@ TEST_F(ScriptDocuments, NamesInEveryFormAreFound) {
   for (const char* file :
        {"my script.xml", "a b/100% %41.xml", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80.xml", "&<>\"'+=.xml"})
     ExpectFound(file, files_.Path(file));
-  ExpectFound("deep/down/a.xml", files_.Path() + "\\deep\\down\\a.xml");
+  ExpectFound("deep/down/a.xml", files_.Path() + R"(\deep\down\a.xml)");
   ExpectFound("deep/down/a b.xml", "file:///" + files_.Path("deep/down/a b.xml"));
   ExpectFound("deep/down/a.xml", "file:///" + files_.Path() + "\\deep/down\\a.xml");
 }
@@ -176,7 +176,7 @@ TEST_F(ScriptDocuments, DocumentThatIsNoScriptIsAFaultOfTheService) {
   ExpectTexts({{"<r/>", "0x800403EE "},
                {"<Scriptwell Language=\"JavaScript\"><Code>1</Code></Scriptwell>", "0x800403EE "},
                {Document("", "VBScript"),
-                "0x800403EF The script language \"VBScript\" is not known; \"JavaScript\" is."}});
+                R"(0x800403EF The script language "VBScript" is not known; "JavaScript" is.)"}});
   EXPECT_EQ(ScriptsRun(), 0);
   ExpectTexts({{Document("throw new ScriptError(5, 'f\xC3\xBCnf')"), "0x80040005 f\\u00FCnf"},
                {Document(""), "0x80020009 The respone that arrived is not valid"}});

@@ -150,7 +150,7 @@ TEST_F(ServiceCalls, FaultOfAScriptComesWithItsCodeAndMessage) {
       {u"throw new ScriptError(65536, 'many bits')", "0x80050000 many bits"},
       {u"throw new ScriptError(0, 'no number')", "0x80020009 no number"},
       {u"throw new Error('a<b>&amp;\"c\"')", "0x800403F2 a<b>&amp;\"c\" (line 1)"},
-      {u"throw '\\u00e9\\ud83d\\ude00'", "0x800403F2 \\u00E9\\uD83D\\uDE00"},
+      {u"throw '\\u00e9\\ud83d\\ude00'", R"(0x800403F2 \u00E9\uD83D\uDE00)"},
       {u"throw '</description><errorCode>7</errorCode></ErrorObject>'",
        "0x800403F2 </description><errorCode>7</errorCode></ErrorObject>"},
       {u"1 +", "0x800403F3 ..."},
@@ -180,7 +180,7 @@ TEST_F(ServiceCalls, MarkupInAScriptStaysText) {
       {u"']]>' + \"<![CDATA[\"", "VT_BSTR ]]><![CDATA["},
       {u"'&lt;&#65;&amp;amp;'", "VT_BSTR &lt;&#65;&amp;amp;"},
       {u"1 < 2 && 3 > 2", "VT_BOOL -1"},
-      {u"'\u00E9\U0001F600\uFFFD'", "VT_BSTR \\u00E9\\uD83D\\uDE00\\uFFFD"},
+      {u"'\u00E9\U0001F600\uFFFD'", R"(VT_BSTR \u00E9\uD83D\uDE00\uFFFD)"},
       {u"// a comment\r\n'line two'", "VT_BSTR line two"},
       // A script ends at its first null unit.
       {WideString(std::u16string_view(u"1 + 1\0 + 40", 11)), "VT_INT 2"},

@@ -127,7 +127,7 @@ TEST_F(Values, TextsArriveUnitByUnit) {
 TEST_F(Values, TextsInAnswersArriveUnitByUnit) {
   ExpectRuns({
       {u"'<>&\\'\"]]>'", "VT_BSTR <>&'\"]]>"},
-      {u"'a\\r\\nb\\rc\\td'", "VT_BSTR a\\u000D\\u000Ab\\u000Dc\\u0009d"},
+      {u"'a\\r\\nb\\rc\\td'", R"(VT_BSTR a\u000D\u000Ab\u000Dc\u0009d)"},
       {u"'\\u00e9\\ufffd'", "VT_BSTR \\u00E9\\uFFFD"},
       {u"'\\ud83d\\ude00'", "VT_BSTR \\uD83D\\uDE00"},
       {u"''", "VT_BSTR "},

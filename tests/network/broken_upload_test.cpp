@@ -68,7 +68,7 @@ TEST_F(BrokenUpload, WholeUploadIsThreeRequestsOnOneConnection) {
   const std::string sent = server_.Received().back();
   for (const char* piece :
        {"POST /up?ticket=T1 HTTP/1.1\r\n", "\r\nusid: s1\r\n", "Content-Length: 7\r\n\r\ncontent",
-        "<Value xsi:type=\"FileTicket\"><Id xsi:type=\"string\">T1</Id></Value>"})
+        R"(<Value xsi:type="FileTicket"><Id xsi:type="string">T1</Id></Value>)"})
     EXPECT_NE(sent.find(piece), std::string::npos) << piece;
 }
 

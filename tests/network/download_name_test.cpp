@@ -25,7 +25,7 @@ class DownloadName : public TransferTest {
 
 TEST_F(DownloadName, NamesThatLeadElsewhereAreRefused) {
   for (const char* name : {"a/b", "../evil", "/tmp/evil", "../../here/evil", "a\\b", "..\\evil", "\\evil",
-                           "/", "\\", "../", "..\\..\\here\\evil", ".", "..", ""})
+                           "/", "\\", "../", R"(..\..\here\evil)", ".", "..", ""})
     ExpectRefused(FileHeader(name));
 }
 

@@ -75,7 +75,7 @@ TEST_F(RecordListRoundTrip, TypeNamesComeBackInTheirOneForm) {
               {u"xsd:objectidentifier", "xsd:int"}, {u"made up", "Undefined"}};
   for (const auto& row : rows) {
     const std::string text = Written(Read(TableXml(ColumnXml(u"a", row.read), u"")));
-    const std::string piece = "xsd:name=\"a\" xsd:type=\"" + std::string(row.written) + "\"";
+    const std::string piece = R"(xsd:name="a" xsd:type=")" + std::string(row.written) + "\"";
     EXPECT_NE(text.find(piece), std::string::npos) << piece << " in " << text;
   }
 }

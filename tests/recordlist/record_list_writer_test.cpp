@@ -45,7 +45,7 @@ class RecordListWriter : public RecordListTest {
   }
   static std::string Column(const std::string& name, const std::string& type, const std::string& shown) {
     return "<xsd:element xsd:name=\"" + name + "\" xsd:type=\"" + type + "\" xsd:displayName=\"" + shown +
-           "\" qvrl:valueSize=\"\" qvrl:valueSize2=\"\"/>";
+           R"(" qvrl:valueSize="" qvrl:valueSize2=""/>)";
   }
   // The columns of TwoByTwo, and its records.
   static std::string TwoColumns() { return Column("a", "xsd:int", "A") + Column("b", "xsd:string", "B"); }

@@ -30,7 +30,7 @@ class SerializerTest : public testing::Test {
   static std::string ColumnElement(const std::string& name, const std::string& type,
                                    const std::string& shown) {
     return "<xsd:element xsd:name=\"" + name + "\" xsd:type=\"" + type + "\" xsd:displayName=\"" + shown +
-           "\" qvrl:valueSize=\"\" qvrl:valueSize2=\"\"/>";
+           R"(" qvrl:valueSize="" qvrl:valueSize2=""/>)";
   }
   std::string Cell(std::u16string_view name, std::u16string_view text) {
     serializer_.WriteCell(name, text);

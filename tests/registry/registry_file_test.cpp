@@ -53,8 +53,8 @@ TEST(RegistryText, CommentsHeadingsAndLineEndsAreReadOver) {
 
 TEST(RegistryText, TextsAndKeysAreAnyUtf8WithTwoEscapes) {
   ExpectEntries("a=|", {"[M\\a]|@=''|"});
-  ExpectEntries("a=c:\\d \"e\" \\|", {"[M\\a]|@='c:\\\\d \\'e\\' \\\\'|"});
-  ExpectEntries("\\u00E9=\\u20AC\\uD83D\\uDE00|", {"[M\\\xC3\xA9]|@='\xE2\x82\xAC\xF0\x9F\x98\x80'|"});
+  ExpectEntries(R"(a=c:\d "e" \|)", {R"([M\a]|@='c:\\d \'e\' \\'|)"});
+  ExpectEntries(R"(\u00E9=\u20AC\uD83D\uDE00|)", {"[M\\\xC3\xA9]|@='\xE2\x82\xAC\xF0\x9F\x98\x80'|"});
   ExpectEntries("a]b=x|", {"[M\\a]b]|@='x'|"});
 }
 
@@ -62,7 +62,7 @@ TEST(RegistryText, OfAKeyInAnyAsciiCaseTheLastValueCounts) {
   ExpectEntries("b=x|", {"[M\\a]|[M\\b]|@='x'|"});
   ExpectEntries("z=1|a=2|", {"[M\\z]|@='1'|[M\\a]|@='2'|"});
   ExpectEntries("a=2|", {"[M\\a]|@='1'|@='2'|"});
-  ExpectEntries("Ab=3|c=2|", {"[M\\Ab]|@='1'|[M\\c]|@='2'|[M\\aB]|@='3'|"});
+  ExpectEntries("Ab=3|c=2|", {R"([M\Ab]|@='1'|[M\c]|@='2'|[M\aB]|@='3'|)"});
   ExpectEntries("\\u00E9=1|\\u00C9=2|", {"[M\\\xC3\xA9]|@='1'|[M\\\xC3\x89]|@='2'|"});
 }
 
@@ -101,7 +101,7 @@ TEST(RegistryText, ManyValuesOfALongKeyTakeNoLongTime) {
 }
 
 TEST(RegistryFind, KeyMatchesInAnyAsciiCaseAndAsAWhole) {
-  const auto entries = ParseRegistryFile(File("[M\\Soft\\Dir]|@='x'|[M\\a]|@=''|")).entries;
+  const auto entries = ParseRegistryFile(File(R"([M\Soft\Dir]|@='x'|[M\a]|@=''|)")).entries;
   EXPECT_EQ(FindRegistryValue(entries, u"sOFT\\dIR"), u"x");
   EXPECT_FALSE(FindRegistryValue(entries, u"a").IsNull());
   for (const char16_t* key : {u"Soft", u"Soft\\Dir\\", u"", static_cast<const char16_t*>(nullptr)})
@@ -135,11 +135,11 @@ TEST(RegistryEdit, TheValueThatCountsIsTheOneThatChanges) {
 
 // The key's other sections are removed too, those below it are not.
 TEST(RegistryEdit, RemovingTakesEveryValueOfTheKeyAndLeavesNoEmptySection) {
-  ExpectWithout("; c|[M\\a]|@='1'|'N'='v'|[M\\b]|@='2'|[M\\A]|; d|@='3'", u"a",
-                "; c|[M\\a]|'N'='v'|[M\\b]|@='2'|[M\\A]|; d|");
+  ExpectWithout(R"(; c|[M\a]|@='1'|'N'='v'|[M\b]|@='2'|[M\A]|; d|@='3')", u"a",
+                R"(; c|[M\a]|'N'='v'|[M\b]|@='2'|[M\A]|; d|)");
   ExpectWithout("[M\\b]|@='2'||[M\\a]|@='1'|", u"a", "[M\\b]|@='2'|");
   ExpectWithout("[M\\a]\r|\r|@='1'", u"a", "\r|");
-  ExpectWithout("[M\\a]||[M\\A]|@='1'||[M\\a\\c]||[M\\b]|", u"a", "|[M\\a\\c]||[M\\b]|");
+  ExpectWithout(R"([M\a]||[M\A]|@='1'||[M\a\c]||[M\b]|)", u"a", R"(|[M\a\c]||[M\b]|)");
 }
 
 TEST(RegistryEdit, RemovingAnUnknownKeyOrAnEmptySectionChangesNothing) {

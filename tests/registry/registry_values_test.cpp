@@ -33,8 +33,8 @@ void ExpectWithoutKey(const std::string& file, const WideString& key, const std:
 }
 
 TEST(RegistryNamedValue, TextsAreReadAndOtherKindsReadOver) {
-  ExpectNamed("[M\\a]|'N'='v'|@='own'| 'x \\'y\\\\' = '' |[M\\b]|'N'='w'|", "a/N=v|a/x \"y\\=|b/N=w|");
-  ExpectNamed("[M\\a]|'N'=dword:00000001|'N'='c:\\dir'|'N'='v' more|'N'=hex:00,\\|  01|[M]|'N'='root'|", "");
+  ExpectNamed(R"([M\a]|'N'='v'|@='own'| 'x \'y\\' = '' |[M\b]|'N'='w'|)", "a/N=v|a/x \"y\\=|b/N=w|");
+  ExpectNamed(R"([M\a]|'N'=dword:00000001|'N'='c:\dir'|'N'='v' more|'N'=hex:00,\|  01|[M]|'N'='root'|)", "");
 }
 
 TEST(RegistryNamedValue, LastOneCountsInAnyCase) {
@@ -54,7 +54,7 @@ TEST(RegistryClasses, RootOfClassesIsAPartOfTheMachines) {
   EXPECT_EQ(Shown(content.entries[0].key), "SOFTWARE\\Classes\\A.B\\CLSID");
   EXPECT_EQ(Shown(content.entries[0].value), "4");
   EXPECT_EQ(Shown(content.entries[1].key), "SOFTWARE\\Classes");
-  ExpectNamed(file, "SOFTWARE\\Classes\\A.B\\CLSID/N=2|");
+  ExpectNamed(file, R"(SOFTWARE\Classes\A.B\CLSID/N=2|)");
   EXPECT_EQ(ParseRegistryFile("[HKEY_CLASSES_ROOTS\\a]\n").damage,
             "line 1: the section is not below HKEY_LOCAL_MACHINE");
 }
@@ -67,7 +67,7 @@ TEST(RegistryClasses, EditFindsTheSectionUnderEitherName) {
 
 TEST(RegistryNamedEdit, NewNameFollowsTheOtherValuesOfItsKey) {
   ExpectWith("[M\\a]|@='1'|'M'='2'|; c||[M\\b]|", {u"a", u"N\"", u"c:\\x"},
-             "[M\\a]|@='1'|'M'='2'|'N\\''='c:\\\\x'|; c||[M\\b]|");
+             R"([M\a]|@='1'|'M'='2'|'N\''='c:\\x'|; c||[M\b]|)");
   ExpectWith("", {u"a", u"N", u"1"}, "[M\\a]|'N'='1'|");
 }
 
@@ -82,8 +82,8 @@ TEST(RegistryNamedEdit, NullMakesTheKeyAloneAndOnlyOnce) {
 }
 
 TEST(RegistryKeyRemoval, TakesTheKeyAndAllBelowButNoComments) {
-  ExpectWithoutKey("[M\\a]|@='1'||[M\\a\\b]|@='2'|'N'=hex:00,\\|  01||[M\\A\\B\\c]||[M\\a\\bc]|@='3'|",
-                   u"a\\b", "[M\\a]|@='1'||[M\\a\\bc]|@='3'|");
+  ExpectWithoutKey(R"([M\a]|@='1'||[M\a\b]|@='2'|'N'=hex:00,\|  01||[M\A\B\c]||[M\a\bc]|@='3'|)", u"a\\b",
+                   R"([M\a]|@='1'||[M\a\bc]|@='3'|)");
   ExpectWithoutKey("; top|||[M\\a]|; inside|@='1'||; next|[M\\b]|", u"a", "; top||; inside||; next|[M\\b]|");
 }
 

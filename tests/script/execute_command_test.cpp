@@ -57,7 +57,7 @@ TEST_F(ExecuteCommand, ScriptIsEscapedTwiceAndItsLanguageOnce) {
        "&amp;quot;&amp;amp;&amp;apos;&amp;lt;&amp;gt;"},
       {"beyond ASCII", Text(u"VBScript"), Text(u"\u00E9\x7F\U0001F600"), "VBScript",
        "&amp;#233;&amp;#127;&amp;#55357;&amp;#56832;"},
-      {"control characters", Text(u"VBScript"), Text(u"a\n\tb\x01"), "VBScript", "a\\u000A\\u0009b\\u0001"},
+      {"control characters", Text(u"VBScript"), Text(u"a\n\tb\x01"), "VBScript", R"(a\u000A\u0009b\u0001)"},
       {"null unit", Text(u"VBScript"), Text(std::u16string_view(u"a\0b", 3)), "VBScript", "a"},
       {"empty script", Text(u"VBScript"), Text(u""), "VBScript", ""},
       {"markup in the language", Text(u"V\"<&'>"), Text(u"x"), "V&quot;&lt;&amp;&apos;&gt;", "x"},

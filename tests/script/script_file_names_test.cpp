@@ -59,7 +59,7 @@ TEST_F(ScriptFileNames, NameWithoutAFileIsRejected) {
   for (const std::string& name :
        {files_.Path("none.xml"), files_.Path("none/none.xml"), "file:///" + files_.Path("none.xml"),
         files_.Path("none?.xml"), files_.Path("none#.xml"), std::string("c:\\none.xml"),
-        std::string("\\\\none\\none.xml"),
+        std::string(R"(\\none\none.xml)"),
         // Directories, and names that are too long for the system.
         files_.Path(), "file:///" + files_.Path(), std::string("/"), "/" + std::string(5000, 'a'),
         "/" + std::string(100000, 'a') + "?",
@@ -89,15 +89,15 @@ TEST_F(ScriptFileNames, FileThatIsNotADocumentIsRejected) {
        {""sv, " \n"sv, "text"sv, "<r>"sv, "<r></s>"sv, "<r/><r/>"sv, "<r/>text"sv, "<r a='1' a='2'/>"sv,
         "<r a=1/>"sv, "<r>&undefined;</r>"sv, "<r>\x01</r>"sv, "<r>&#0;</r>"sv, "<r>&#xD800;</r>"sv,
         "<r>a&b</r>"sv, "<r><!-- -- --></r>"sv, "<r>]]></r>"sv, "<!DOCTYPE r ["sv,
-        "<!DOCTYPE r [<!ENTITY e \"&e;\">]><r>&e;</r>"sv, " <?xml version='1.0'?><r/>"sv,
+        R"(<!DOCTYPE r [<!ENTITY e "&e;">]><r>&e;</r>)"sv, " <?xml version='1.0'?><r/>"sv,
         // Bytes that do not decode.
         "<r>\xFF</r>"sv, "<r>\xC3"sv, "<r>\xED\xA0\x80</r>"sv, "<r>\0</r>"sv, "\xFF\xFE<\0r\0>"sv,
         "\xFF\xFE<\0r\0>\0\x00\xD8<\0/\0r\0>\0"sv, "<?xml version='1.0' encoding='nonsense'?><r/>"sv,
         // External parts on the network, and missing ones.
-        "<!DOCTYPE r [<!ENTITY e SYSTEM \"http://127.0.0.1:1/e\">]><r>&e;</r>"sv,
-        "<!DOCTYPE r SYSTEM \"http://127.0.0.1:1/r.dtd\"><r/>"sv,
-        "<!DOCTYPE r [<!ENTITY e SYSTEM \"none.txt\">]><r>&e;</r>"sv,
-        "<!DOCTYPE r SYSTEM \"none.dtd\"><r/>"sv})
+        R"(<!DOCTYPE r [<!ENTITY e SYSTEM "http://127.0.0.1:1/e">]><r>&e;</r>)"sv,
+        R"(<!DOCTYPE r SYSTEM "http://127.0.0.1:1/r.dtd"><r/>)"sv,
+        R"(<!DOCTYPE r [<!ENTITY e SYSTEM "none.txt">]><r>&e;</r>)"sv,
+        R"(<!DOCTYPE r SYSTEM "none.dtd"><r/>)"sv})
     EXPECT_EQ(RefusalOfText(std::string(text)), kNoDocument) << text;
 }
 

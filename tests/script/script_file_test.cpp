@@ -59,7 +59,7 @@ TEST_F(ScriptFile, DocumentIsRenderedAndEscapedOnce) {
        "&lt;r a=&quot;&amp;lt;&amp;amp;&amp;quot;&gt;&apos;&quot; "
        "m=&quot;&amp;#xA;&amp;#x9;&amp;#xD;&#195;&#169;&quot; z=&quot;1&quot;/&gt;"},
       {"white space of the element", "\n<r>\n\t<a/>  \n</r>\n\n",
-       "&lt;r&gt;\\u000A\\u0009&lt;a/&gt;  \\u000A&lt;/r&gt;"},
+       R"(&lt;r&gt;\u000A\u0009&lt;a/&gt;  \u000A&lt;/r&gt;)"},
       {"white space between declared children", "<!DOCTYPE r [<!ELEMENT r (a)*>]><r>\n <a/> </r>",
        "&lt;!DOCTYPE [&lt;!ELEMENT r (a)*&gt;]&gt;\\u000A&lt;r&gt;\\u000A &lt;a/&gt; &lt;/r&gt;"},
       {"line ends", "<r>a\r\nb\rc&#13;</r>", "&lt;r&gt;a\\u000Ab\\u000Ac&amp;#xD;&lt;/r&gt;"},
@@ -69,7 +69,7 @@ TEST_F(ScriptFile, DocumentIsRenderedAndEscapedOnce) {
       {"CDATA", "<r>1<![CDATA[a<b&&c>\xC3\xA9]]>2</r>",
        "&lt;r&gt;1&lt;![CDATA[a&lt;b&amp;&amp;c&gt;&#195;&#169;]]&gt;2&lt;/r&gt;"},
       // An entity stays a reference in text and is its value in an attribute.
-      {"entity", "<!DOCTYPE r [<!ENTITY e \"x\">]><r a=\"&e;\">1&e;2</r>",
+      {"entity", R"(<!DOCTYPE r [<!ENTITY e "x">]><r a="&e;">1&e;2</r>)",
        "&lt;!DOCTYPE [&lt;!ENTITY e &quot;x&quot;&gt;]&gt;\\u000A&lt;r "
        "a=&quot;x&quot;&gt;1&amp;e;2&lt;/r&gt;"},
       {"declared attribute", "<!DOCTYPE r [<!ATTLIST r a CDATA \"x\">]><r/>",
@@ -118,7 +118,8 @@ TEST_F(ScriptFile, FileIsReadAgainForEachCall) {
 
 TEST_F(ScriptFile, DeepDocumentIsWritten) {
   constexpr int kLevels = 100000;
-  std::string source, expected;
+  std::string source;
+  std::string expected;
   for (int i = 0; i < kLevels; ++i) source += "<a>", expected += "&lt;a&gt;";
   source += "x", expected += "x";
   for (int i = 0; i < kLevels; ++i) source += "</a>", expected += "&lt;/a&gt;";
@@ -126,7 +127,8 @@ TEST_F(ScriptFile, DeepDocumentIsWritten) {
 }
 
 TEST_F(ScriptFile, LongDocumentIsWrittenWhole) {
-  std::string source, expected;
+  std::string source;
+  std::string expected;
   for (int i = 0; i < 300000; ++i) source += "x&amp;\xC3\xA9", expected += "x&amp;amp;&#195;&#169;";
   EXPECT_TRUE(Script("<r>" + source + "</r>") == "&lt;r&gt;" + expected + "&lt;/r&gt;");
 }

@@ -58,7 +58,7 @@ class ClientLogic : public testing::Test {
     return Thrown([this] { client_->get_ConnectionModel(); });
   }
   // The session that a model holds: what it sends when it closes it; "none" when it sends nothing.
-  std::string SessionOf(const IConnectionModelPtr& model) {
+  static std::string SessionOf(const IConnectionModelPtr& model) {
     FakeHttp http;
     http.Answer(kSessionClosed);
     model->CloseUserSession();
@@ -70,7 +70,7 @@ class ClientLogic : public testing::Test {
   }
   std::string SessionOfModel() { return SessionOf(client_->get_ConnectionModel()); }
   // Where a model sends its requests.
-  std::string ServerOf(const IConnectionModelPtr& model) {
+  static std::string ServerOf(const IConnectionModelPtr& model) {
     FakeHttp http;
     EXPECT_EQ(model->SetUSID(u"u"), S_OK);
     http.Answer(kSessionClosed);

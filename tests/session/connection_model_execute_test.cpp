@@ -36,7 +36,7 @@ class ModelExecuteFile : public ModelTest {
 // Whatever a script is run by: its text or its file.
 class ModelExecute : public ModelExecuteFile, public testing::WithParamInterface<const char*> {
  protected:
-  bool IsFile() const { return GetParam() == std::string("ExecuteFile"); }
+  static bool IsFile() { return GetParam() == std::string("ExecuteFile"); }
   Variant Run(IParameters* parameters = nullptr) {
     return IsFile() ? RunFile(file_, parameters) : model_.Execute(u"VBScript", u"a<b", parameters);
   }

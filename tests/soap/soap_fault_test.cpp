@@ -156,7 +156,7 @@ TEST_F(SoapFault, ErrorObjectHasCodeAndMessage) {
       {"names are exact", u"<ErrorCode>5</ErrorCode><Description>d</Description>",
        Refused("<ErrorObject><ErrorCode>5</ErrorCode><Description>d</Description></ErrorObject>")},
       {"beyond ASCII", u"<description>caf\u00E9 \U0001F600</description>",
-       Refused("caf\\u00E9 \\uD83D\\uDE00")},
+       Refused(R"(caf\u00E9 \uD83D\uDE00)")},
   };
   for (const Row& row : rows) ExpectObject(row);
 }

@@ -88,7 +88,8 @@ TEST(EncodeXmlText, EveryLengthGrowsAlike) {
     expectEscaped(a, a);
     expectEscaped(std::u16string(length, u'"'), Repeated(u"&quot;", length));
     expectEscaped(std::u16string(length, u'\uFFFF'), Repeated(u"&#65535;", length));
-    expectEscaped(a + u"\uFFFF" + b, a + u"&#65535;" + b);
+    expectEscaped(std::u16string(a).append(u"\uFFFF").append(b),
+                  std::u16string(a).append(u"&#65535;").append(b));
   }
 }
 

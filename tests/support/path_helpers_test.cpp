@@ -87,7 +87,7 @@ TEST_F(TempDirectoryTest, NoOtherVariableIsRead) {
 
 TEST(MakeDirectory, OnlyTheUserMayEnterWhateverTheUmask) {
   const TemporaryDirectory directory;
-  for (const mode_t mask : {0, 02, 022, 027, 077}) {
+  for (const mode_t mask : {0U, 02U, 022U, 027U, 077U}) {
     const Umask umask(mask);
     const std::string path = directory.Path("m" + std::to_string(mask));
     EXPECT_EQ(MakeDirectory(FromUtf8(path)), 0);
@@ -154,7 +154,7 @@ class HomeDirectoryTest : public testing::Test {
 };
 
 TEST_F(HomeDirectoryTest, IsWhatTheRegistrySays) {
-  Say("c:\\\\Program Files\\\\Quorvane");
+  Say(R"(c:\\Program Files\\Quorvane)");
   EXPECT_EQ(GetHomeDirectory(), u"c:\\Program Files\\Quorvane");
 }
 

@@ -138,7 +138,7 @@ void ExpectSameText(double value) {
 
 // Also the neighbours of the middle between two texts, and of each power of ten.
 TEST(PlainNumbers, TextsByChanceAreThoseOfTheCLibrary) {
-  std::mt19937_64 random(20240305);
+  std::mt19937_64 random(20240305);  // NOLINT(cert-msc32-c,cert-msc51-cpp): repeatable
   for (long left = RandomTexts(300'000); left > 0; --left) {
     const double digits = static_cast<double>(random() % 20'000'000);
     const double power = std::pow(10, static_cast<double>(random() % 12));

@@ -31,7 +31,7 @@ TEST(WideTextStream, AppendsAsItStands) {
 TEST(WideTextStream, ReservedUnitsAreNoText) {
   WideTextStream stream;
   stream.Reserve(1000);
-  EXPECT_EQ(stream.size(), 0u);
+  EXPECT_EQ(stream.size(), 0U);
   stream.Append(u"<a>");
   EXPECT_EQ(stream.TakeText().view(), u"<a>"sv);
   stream.Reserve(1);

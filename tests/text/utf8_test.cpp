@@ -128,7 +128,7 @@ class RandomTexts {
     }
   }
 
-  std::mt19937 random_{12345};
+  std::mt19937 random_{12345};  // NOLINT(cert-msc32-c,cert-msc51-cpp): repeatable
   std::uniform_int_distribution<std::size_t> length_{0, 150};
   std::uniform_int_distribution<unsigned> odds_{0, 9};
 };

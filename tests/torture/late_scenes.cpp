@@ -119,7 +119,7 @@ bool CanHoldXmlLibrary() {
 }
 
 std::string RegistryText(const std::string& home) {
-  const std::string classes = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\";
+  const std::string classes = R"([HKEY_LOCAL_MACHINE\SOFTWARE\Classes\)";
   const std::string id = "{01932093-F909-400b-B02E-7AEDABA33A36}";
   return "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Quorvane\\Quorvane\\HomeDir]\n@=\"" + home + "\"\n\n" + classes +
          "QvScriptwells.QvScriptwells\\CLSID]\n@=\"" + id + "\"\n\n" + classes + "CLSID\\" + id +

@@ -111,7 +111,7 @@ TEST(VariantChangeTypeProperty, EveryTagWithANullPointerIsSound) {
 }
 
 TEST(VariantChangeTypeProperty, RandomTextsAreSound) {
-  std::mt19937 random(20240305);
+  std::mt19937 random(20240305);  // NOLINT(cert-msc32-c,cert-msc51-cpp): repeatable
   for (int i = 0; i < 4000; ++i) {
     ExpectSoundEverywhere(Text(RandomText(&random)));
     ASSERT_FALSE(HasFatalFailure());
@@ -156,7 +156,7 @@ TEST(VariantChangeTypeProperty, WholeNumbersThatFitComeBack) {
 }
 
 TEST(VariantChangeTypeProperty, FractionsRoundAsTheProcessorDoes) {
-  std::mt19937_64 random(20240305);
+  std::mt19937_64 random(20240305);  // NOLINT(cert-msc32-c,cert-msc51-cpp): repeatable
   for (int i = 0; i < 100000; ++i) {
     const double value = static_cast<double>(static_cast<std::int64_t>(random() % 400001) - 200000) / 4;
     const double rounded = std::nearbyint(value);
@@ -171,7 +171,7 @@ TEST(VariantChangeTypeProperty, FractionsRoundAsTheProcessorDoes) {
 }
 
 TEST(VariantChangeTypeProperty, DoublesComeBackFromTheirTextToFifteenDigits) {
-  std::mt19937_64 random(20240305);
+  std::mt19937_64 random(20240305);  // NOLINT(cert-msc32-c,cert-msc51-cpp): repeatable
   for (int i = 0; i < 100000; ++i) {
     const Variant source = Raw(VT_R8, static_cast<std::int64_t>(random()));
     const double value = source.Data().dblVal;
@@ -184,7 +184,7 @@ TEST(VariantChangeTypeProperty, DoublesComeBackFromTheirTextToFifteenDigits) {
 }
 
 TEST(VariantChangeTypeProperty, DatesComeBackFromTheirTextToTheSecond) {
-  std::mt19937_64 random(20240305);
+  std::mt19937_64 random(20240305);  // NOLINT(cert-msc32-c,cert-msc51-cpp): repeatable
   for (int i = 0; i < 100000; ++i) {
     const double day = static_cast<double>(static_cast<std::int64_t>(random() % 3615898) - 657433);
     const double seconds = static_cast<double>(random() % 86400);

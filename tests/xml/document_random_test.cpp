@@ -23,7 +23,7 @@ constexpr std::uint32_t kSlices = 10;
 
 std::uint32_t DocumentsOfSlice(std::uint32_t usual) {
   const char* const wanted = std::getenv("QV_RANDOM_DOCUMENTS");
-  return wanted == nullptr ? usual : static_cast<std::uint32_t>(std::atoi(wanted));
+  return wanted == nullptr ? usual : static_cast<std::uint32_t>(std::stoul(wanted));
 }
 
 // How reading ended; empty for a document that was read.

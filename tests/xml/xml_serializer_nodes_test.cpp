@@ -33,9 +33,9 @@ class XmlSerializerNodes : public SerializerFixture {
 
 TEST_F(XmlSerializerNodes, CDataCommentsAndInstructionsAreWrittenAsTheyAre) {
   ExpectLine(document_->createCDATASection(u"a<b&c>\"'\r\t\u00E9"),
-             "<![CDATA[a<b&c>\"'\\u000D\\u0009\\u00C3\\u00A9]]>");
+             R"(<![CDATA[a<b&c>"'\u000D\u0009\u00C3\u00A9]]>)");
   ExpectLine(document_->createCDATASection(u""), "<![CDATA[]]>");
-  ExpectLine(document_->createComment(u" a<b&c>\"\r\u00E9 "), "<!-- a<b&c>\"\\u000D\\u00C3\\u00A9 -->");
+  ExpectLine(document_->createComment(u" a<b&c>\"\r\u00E9 "), R"(<!-- a<b&c>"\u000D\u00C3\u00A9 -->)");
   ExpectLine(document_->createComment(u""), "<!---->");
   ExpectLine(document_->createProcessingInstruction(u"go", u"a<b&\"c\""), "<?go a<b&\"c\"?>");
   ExpectLine(document_->createProcessingInstruction(u"go", u""), "<?go?>");
@@ -55,7 +55,7 @@ TEST_F(XmlSerializerNodes, EscapesEndWithTheirNode) {
 // Resolved references become text.
 TEST_F(XmlSerializerNodes, EntityReferenceIsItsNameWithoutItsContent) {
   ExpectLine(document_->createEntityReference(u"e"), "&e;");
-  ExpectLine(ParsedElement("<r>&#65;&lt;&#xE9;&quot;</r>"), "<r>A&lt;\\u00C3\\u00A9\"</r>");
+  ExpectLine(ParsedElement("<r>&#65;&lt;&#xE9;&quot;</r>"), R"(<r>A&lt;\u00C3\u00A9"</r>)");
   xercesc::DOMElement* root =
       ParsedElement("<!DOCTYPE r [<!ENTITY e \"x<b>y</b>\">]><r>1&e;2<c>&e;</c>&e;</r>");
   ASSERT_NE(root->getChildNodes()->item(1)->getFirstChild(), nullptr);
@@ -66,7 +66,7 @@ TEST_F(XmlSerializerNodes, EntityReferenceIsItsNameWithoutItsContent) {
 // Nothing is written for the XML declaration.
 TEST_F(XmlSerializerNodes, EachChildOfADocumentIsALineAndOneMoreFollows) {
   ExpectLine(Parsed("<!--c--><?p d?><r><a/>t</r><!--e-->"),
-             "<!--c-->\\u000A<?p d?>\\u000A<r><a/>t</r>\\u000A<!--e-->\\u000A");
+             R"(<!--c-->\u000A<?p d?>\u000A<r><a/>t</r>\u000A<!--e-->\u000A)");
   ExpectLine(Parsed("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n\n<r/>\n\n"),
              "<r/>\\u000A");
   ExpectLine(document_, "");
@@ -79,20 +79,20 @@ TEST_F(XmlSerializerNodes, DocumentTypeHasItsIdsAndItsInternalSubset) {
     const char16_t* systemId;
     const char* line;
   } made[] = {{nullptr, nullptr, "<!DOCTYPE >"},
-              {u"-//P", u"s.dtd", "<!DOCTYPE  PUBLIC \"-//P\" \"s.dtd\">"},
+              {u"-//P", u"s.dtd", R"(<!DOCTYPE  PUBLIC "-//P" "s.dtd">)"},
               {u"-//P", nullptr, "<!DOCTYPE  PUBLIC \"-//P\">"},
               {nullptr, u"s.dtd", "<!DOCTYPE  SYSTEM \"s.dtd\">"},
-              {u"a&b", u"<\u00E9", "<!DOCTYPE  PUBLIC \"a&b\" \"<\\u00C3\\u00A9\">"}};
+              {u"a&b", u"<\u00E9", R"(<!DOCTYPE  PUBLIC "a&b" "<\u00C3\u00A9">)"}};
   for (const auto& row : made) ExpectLine(DocumentType(row.publicId, row.systemId), row.line);
   ExpectLine(Parsed("<!DOCTYPE r><r/>"), "<!DOCTYPE >\\u000A<r/>\\u000A");
   ExpectLine(Parsed("<!DOCTYPE r [<!ENTITY e \"x\">]><r/>"),
-             "<!DOCTYPE [<!ENTITY e \"x\">]>\\u000A<r/>\\u000A");
+             R"(<!DOCTYPE [<!ENTITY e "x">]>\u000A<r/>\u000A)");
   const std::pair<const char*, const char*> parsed[] = {
-      {"<!DOCTYPE r PUBLIC \"-//P\" \"s.dtd\" [<!ENTITY e \"x\">]><r/>",
-       "<!DOCTYPE  PUBLIC \"-//P\" \"s.dtd\"[<!ENTITY e \"x\">]>"},
+      {R"(<!DOCTYPE r PUBLIC "-//P" "s.dtd" [<!ENTITY e "x">]><r/>)",
+       R"(<!DOCTYPE  PUBLIC "-//P" "s.dtd"[<!ENTITY e "x">]>)"},
       {"<!DOCTYPE r SYSTEM \"s.dtd\"><r/>", "<!DOCTYPE  SYSTEM \"s.dtd\">"},
-      {"<!DOCTYPE r SYSTEM \"s.dtd\" [<!ENTITY e \"x\">]><r/>",
-       "<!DOCTYPE  SYSTEM \"s.dtd\"[<!ENTITY e \"x\">]>"}};
+      {R"(<!DOCTYPE r SYSTEM "s.dtd" [<!ENTITY e "x">]><r/>)",
+       R"(<!DOCTYPE  SYSTEM "s.dtd"[<!ENTITY e "x">]>)"}};
   for (const auto& [text, line] : parsed) ExpectLine(Parsed(text)->getDoctype(), line);
 }
 
@@ -101,9 +101,9 @@ TEST_F(XmlSerializerNodes, EntityIsItsDeclaration) {
   const std::pair<const char16_t*, const char*> rows[] = {
       {u"inside", "<!ENTITY inside>"},
       {u"system", "<!ENTITY systemSYSTEM \"s.xml\">"},
-      {u"public", "<!ENTITY publicPUBLIC \"-//P\"SYSTEM \"p.xml\">"},
-      {u"picture", "<!ENTITY pictureSYSTEM \"p.gif\"NDATA \"gif\">"},
-      {u"known", "<!ENTITY knownPUBLIC \"-//K\"SYSTEM \"k.gif\"NDATA \"gif\">"}};
+      {u"public", R"(<!ENTITY publicPUBLIC "-//P"SYSTEM "p.xml">)"},
+      {u"picture", R"(<!ENTITY pictureSYSTEM "p.gif"NDATA "gif">)"},
+      {u"known", R"(<!ENTITY knownPUBLIC "-//K"SYSTEM "k.gif"NDATA "gif">)"}};
   for (const auto& [name, line] : rows)
     ExpectLine(Parsed(kDeclarations)->getDoctype()->getEntities()->getNamedItem(name),
                std::string(line) + "\\u000A");

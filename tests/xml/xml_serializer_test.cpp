@@ -36,7 +36,7 @@ TEST_F(XmlSerializer, ElementWithoutChildrenClosesItself) {
   ExpectLine(Element(u"r"), "<r/>");
   ExpectLine(ParsedElement("<r></r>"), "<r/>");
   ExpectLine(Element(u"r", u""), "<r></r>");
-  ExpectLine(ParsedElement("<r>\n\t<a/> \n</r>"), "<r>\\u000A\\u0009<a/> \\u000A</r>");
+  ExpectLine(ParsedElement("<r>\n\t<a/> \n</r>"), R"(<r>\u000A\u0009<a/> \u000A</r>)");
   xercesc::DOMElement* element = document_->createElementNS(u"urn:n", u"p:r");
   element->setAttributeNS(u"urn:n", u"p:a", u"1");
   ExpectLine(element, "<p:r p:a=\"1\"/>");
@@ -72,17 +72,16 @@ TEST_F(XmlSerializer, AttributesAreInTheOrderOfTheirMapBeforeTheContent) {
   xercesc::DOMElement* element = Element(u"r", u"t");
   for (const char16_t* name : {u"b", u"xsi:schemaLocation", u"xmlns", u"a", u"xmlns:xsi", u"Language"})
     element->setAttribute(name, u"v");
-  ExpectLine(element,
-             "<r Language=\"v\" a=\"v\" b=\"v\" xmlns=\"v\" xmlns:xsi=\"v\" xsi:schemaLocation=\"v\">t</r>");
+  ExpectLine(element, R"(<r Language="v" a="v" b="v" xmlns="v" xmlns:xsi="v" xsi:schemaLocation="v">t</r>)");
 }
 
 TEST_F(XmlSerializer, MarkupAndReturnsInTextBecomeReferences) {
   ExpectText(u"a&b<c>d", "a&amp;b&lt;c&gt;d");
   ExpectText(u"]]>", "]]&gt;");
   ExpectText(u"&amp;", "&amp;amp;");
-  ExpectText(u"\"'\t\n", "\"'\\u0009\\u000A");
+  ExpectText(u"\"'\t\n", R"("'\u0009\u000A)");
   ExpectText(u"a\r\nb", "a&#xD;\\u000Ab");
-  ExpectText(u"\x01\x7F\x85", "\\u0001\\u007F\\u00C2\\u0085");
+  ExpectText(u"\x01\x7F\x85", R"(\u0001\u007F\u00C2\u0085)");
 }
 
 TEST_F(XmlSerializer, MarkupQuotesAndLineEndsInAnAttributeBecomeReferences) {
@@ -94,10 +93,10 @@ TEST_F(XmlSerializer, MarkupQuotesAndLineEndsInAnAttributeBecomeReferences) {
 
 TEST_F(XmlSerializer, EachByteOfUtf8IsAUnit) {
   ExpectText(u"\u00E9", "\\u00C3\\u00A9");
-  ExpectText(u"\u20AC", "\\u00E2\\u0082\\u00AC");
-  ExpectText(u"\U0001F600", "\\u00F0\\u009F\\u0098\\u0080");
-  ExpectAttribute(u"\u00E9\U0001F600", "\\u00C3\\u00A9\\u00F0\\u009F\\u0098\\u0080");
-  ExpectLine(Element(u"\u00E9", u"x"), "<\\u00C3\\u00A9>x</\\u00C3\\u00A9>");
+  ExpectText(u"\u20AC", R"(\u00E2\u0082\u00AC)");
+  ExpectText(u"\U0001F600", R"(\u00F0\u009F\u0098\u0080)");
+  ExpectAttribute(u"\u00E9\U0001F600", R"(\u00C3\u00A9\u00F0\u009F\u0098\u0080)");
+  ExpectLine(Element(u"\u00E9", u"x"), R"(<\u00C3\u00A9>x</\u00C3\u00A9>)");
   CXMLSerializer serializer;
   EXPECT_EQ(serializer.Serialize(XmlNode(document_->createTextNode(u"\u00E9\U0001F600"))).size(), 7U);
 }
@@ -108,7 +107,7 @@ TEST_F(XmlSerializer, PairAtAnyPlaceIsOneCharacter) {
     const std::u16string text = std::u16string(static_cast<std::size_t>(units), u'a') + u"\U0001F600z";
     SCOPED_TRACE(units);
     ExpectLongLine(document_->createTextNode(text.c_str()),
-                   Repeat("a", units) + "\\u00F0\\u009F\\u0098\\u0080z");
+                   Repeat("a", units) + R"(\u00F0\u009F\u0098\u0080z)");
   }
 }
 

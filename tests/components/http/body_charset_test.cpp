@@ -43,7 +43,7 @@ TEST(BodyCharset, ParameterDecides) {
       {"text/xml; charset=us-ascii", "a\xFFz", "a\\uFFFDz"},
       // It comes before a declaration and a mark.
       {"text/xml; charset=iso-8859-1", "<?xml encoding='utf-8'?>\xE9", "<?xml encoding='utf-8'?>\\u00E9"},
-      {"text/xml; charset=iso-8859-1", "\xEF\xBB\xBF\x61", "\\u00EF\\u00BB\\u00BFa"},
+      {"text/xml; charset=iso-8859-1", "\xEF\xBB\xBF\x61", R"(\u00EF\u00BB\u00BFa)"},
   });
 }
 
@@ -72,7 +72,7 @@ TEST(BodyCharset, MarkDecidesAndIsDropped) {
 TEST(BodyCharset, DeclarationAtTheStartDecides) {
   ExpectShown({
       {"text/xml", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\xE9",
-       "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\\u00E9"},
+       R"(<?xml version="1.0" encoding="ISO-8859-1"?>\u00E9)"},
       {"", "<?xml version='1.0' encoding = 'latin1' ?>\xE9",
        "<?xml version='1.0' encoding = 'latin1' ?>\\u00E9"},
       // UTF-16 cannot be true, and without its end or elsewhere it is no declaration.

@@ -19,7 +19,8 @@ namespace {
 const std::string kOddBytes("a\0\r\n\xFF", 5);
 
 TEST_F(HttpFileTest, FileIsSentAsItIs) {
-  std::string large, received;
+  std::string large;
+  std::string received;
   while (large.size() < 3'000'000) large += std::to_string(large.size()) + ",";
   for (const std::string& content : {kOddBytes, std::string(), large}) {
     files_.Write("f", content);
@@ -147,9 +148,9 @@ TEST_F(HttpFileTest, WriteThatFailsLeavesNothing) {
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
   const rlimit small{100'000, before.rlim_max};
   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-  signal(SIGXFSZ, SIG_IGN);
+  static_cast<void>(signal(SIGXFSZ, SIG_IGN));
   const HRESULT code = ReadToFile(request, Path("f"));
-  signal(SIGXFSZ, SIG_DFL);
+  static_cast<void>(signal(SIGXFSZ, SIG_DFL));
   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
   EXPECT_EQ(code, MakeResult(0x8007001D));
   ExpectWriteFailure("File too large");

@@ -69,9 +69,9 @@ TEST(DecodeUtf8, BadBytesAreReplaced) {
       {"\xE2\x82", "\\uFFFD"},  // cut
       {"\xE2\x82z", "\\uFFFDz"},
       {"\xC0\xAF", "\\uFFFD\\uFFFD"},  // overlong
-      {"\xE0\x80\xAF", "\\uFFFD\\uFFFD\\uFFFD"},
-      {"\xED\xA0\x80", "\\uFFFD\\uFFFD\\uFFFD"},             // a surrogate
-      {"\xF4\x90\x80\x80", "\\uFFFD\\uFFFD\\uFFFD\\uFFFD"},  // beyond Unicode
+      {"\xE0\x80\xAF", R"(\uFFFD\uFFFD\uFFFD)"},
+      {"\xED\xA0\x80", R"(\uFFFD\uFFFD\uFFFD)"},            // a surrogate
+      {"\xF4\x90\x80\x80", R"(\uFFFD\uFFFD\uFFFD\uFFFD)"},  // beyond Unicode
       {"\xFE\xFF", "\\uFFFD\\uFFFD"},
   };
   for (const auto& row : rows) EXPECT_EQ(Shown(DecodeUtf8(row.bytes)), row.shown) << row.bytes;

@@ -40,7 +40,8 @@ void ExpectNumbers(CellTable& table, std::size_t columns) {
 }
 
 TEST(CellTable, EachCellHasItsPlaceWhateverTheShape) {
-  for (const std::size_t columns : {1, 2, 3, 7, 10, 100, 341, 512, 513, 1023, 1024, 1025, 3000}) {
+  for (const std::size_t columns :
+       {1U, 2U, 3U, 7U, 10U, 100U, 341U, 512U, 513U, 1023U, 1024U, 1025U, 3000U}) {
     SCOPED_TRACE(columns);
     CellTable table = TableOf(columns);
     const std::size_t rows = columns < 100 ? 5000 : 40;
@@ -53,6 +54,7 @@ TEST(CellTable, EachCellHasItsPlaceWhateverTheShape) {
 TEST(CellTable, CellsStayWhereTheyAreWhenRowsAreAdded) {
   CellTable table = TableOf(3);
   std::vector<const Variant*> places;
+  places.reserve(3000);
   for (std::size_t row = 0; row < 3000; ++row) places.push_back(table.AddRow());
   for (std::size_t row = 0; row < 3000; ++row) EXPECT_EQ(&table.Cell(row, 0), places[row]) << row;
 }
@@ -71,7 +73,7 @@ TEST(CellTable, RowsWithoutColumnsAreCounted) {
   CellTable table;
   EXPECT_EQ(table.AddRow(true), nullptr);
   EXPECT_EQ(table.AddRow(), nullptr);
-  EXPECT_EQ(table.Rows(), 2u);
+  EXPECT_EQ(table.Rows(), 2U);
   table.AddColumn();
   EXPECT_EQ(table.Cell(1, 0).Tag(), VT_EMPTY);
   EXPECT_TRUE(table.IsLocked(0));
@@ -90,7 +92,7 @@ TEST(CellTable, ValuesGoFromTheFirstToTheLast) {
     }
   }
   table.Clear();
-  ASSERT_EQ(gone.size(), 60u);
+  ASSERT_EQ(gone.size(), 60U);
   for (int number = 0; number < 60; ++number) EXPECT_EQ(gone[static_cast<std::size_t>(number)], number);
 }
 
@@ -99,7 +101,7 @@ TEST(CellsOf, ListOfTheBuiltInClassShowsItsCells) {
   AddNumbers(list, 3);
   CellTable* const table = CellsOf(list.get());
   ASSERT_NE(table, nullptr);
-  EXPECT_EQ(table->Rows(), 3u);
+  EXPECT_EQ(table->Rows(), 3U);
   EXPECT_EQ(table->Cell(2, 0).Data().intVal, 3);
   EXPECT_NE(CellsOf(NewList().get()), table);
 }

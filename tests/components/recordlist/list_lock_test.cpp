@@ -51,7 +51,7 @@ class ListLock : public testing::Test {
     EXPECT_EQ(Shown(after), Shown(Succeeded(code) ? name : before));
     return shown;
   }
-  std::string BySetValue(const IRecordListRecordPtr& row) {
+  static std::string BySetValue(const IRecordListRecordPtr& row) {
     const std::int32_t before = ValueAt(row, 0).Data().intVal;
     const HRESULT code = row->SetValue(0, Int(before + 1));
     std::string shown = Outcome(code);

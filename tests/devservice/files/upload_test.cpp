@@ -219,7 +219,7 @@ TEST_F(FileParameters, OtherFormsAreBadRequests) {
   for (const std::string& value :
        {ticket, std::string(), "<Id>" + ticket + "</Id>", "<Id xsi:type=\"xsd:string\">" + ticket + "</Id>",
         "<id xsi:type=\"string\">" + ticket + "</id>",
-        std::string("<Id xsi:type=\"string\">a</Id><Id xsi:type=\"string\">b</Id>")})
+        std::string(R"(<Id xsi:type="string">a</Id><Id xsi:type="string">b</Id>)")})
     EXPECT_EQ(FaultCode("1", OneParameter("FileTicket", value)), "1001") << value;
   EXPECT_EQ(FaultCode("1", OneParameter("xsd:FileTicket", ticket)), "1009");
 }

@@ -44,7 +44,7 @@ TEST_F(Console, MessagesAreJoinedTexts) {
        "console.log(c, {toString() { throw 1 }}, Object.create(null), {toJSON() { throw 1 }})",
        "log|[object Object] {} {} [object Object]\n"},
       {"console.log('\\ud800')", "log|\xEF\xBF\xBD\n"},
-      {"console.log('a\\nb\\x1b[2J\\u0085')", "log|a\nb\x1b[2J\xC2\x85\n"},
+      {R"(console.log('a\nb\x1b[2J\u0085'))", "log|a\nb\x1b[2J\xC2\x85\n"},
       // A script that is killed.
       {"console.log('before'); while (true);", "log|before\n"},
   };

@@ -158,10 +158,9 @@ TEST_F(Script, BadParametersAreFaults) {
   for (const char* text : {"200", "x", "", "1.0", "99999999999999999999"})
     EXPECT_EQ(FaultCode("1", OneParameter("xsd:byte", text)), "1008") << text;
   ExpectFaults({
-      {"1", "1008|The parameter \"p\" holds \"yes\", which is no value of the type boolean.|request",
+      {"1", R"(1008|The parameter "p" holds "yes", which is no value of the type boolean.|request)",
        "xsd:boolean", "yes"},
-      {"1",
-       "1009|The parameter \"p\" has the type \"xsd:decimal\", which this service does not know.|request",
+      {"1", R"(1009|The parameter "p" has the type "xsd:decimal", which this service does not know.|request)",
        "xsd:decimal", "1.5"},
   });
 }

@@ -88,7 +88,7 @@ TEST_F(TypedTable, CellsOfARecord) {
       {"typed.table({a: 'int', b: 'int'}, [{b: 2, a: 1}, {a: 3, b: 4}, {__proto__: null, b: 5}])",
        Record("<a>1</a><b>2</b>") + Record("<a>3</a><b>4</b>") + Record("<a/><b>5</b>")},
       {"typed.table({}, [[], {}])", Record("") + Record("")},
-      {"typed.table({a: 'string'}, [['<a & \"b\">'], ['&amp;'], ['x\\r\\n\\ty'], ['\\u{1F600}']])",
+      {R"(typed.table({a: 'string'}, [['<a & "b">'], ['&amp;'], ['x\r\n\ty'], ['\u{1F600}']]))",
        Record("<a>&lt;a &amp; &quot;b&quot;&gt;</a>") + Record("<a>&amp;amp;</a>") +
            Record("<a>x&#13;\n\ty</a>") + Record("<a>\xF0\x9F\x98\x80</a>")},
       {"typed.table({a: 'short', b: 'string', c: 'qvdt:Money'},"

@@ -18,7 +18,7 @@ std::string Read(const std::string& document) {
 
 std::string Document(const std::string& content, const std::string& language = "JavaScript") {
   return "<Scriptwell Language=\"" + language +
-         "\" xmlns=\"http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0\">" + content +
+         R"(" xmlns="http://quorvane.example/dev/ns/scriptwellsApp/scriptwell/1.0">)" + content +
          "</Scriptwell>";
 }
 
@@ -56,7 +56,7 @@ TEST(ScriptDocument, OtherDocumentsAreRefused) {
 TEST(ScriptDocument, DocumentTypeIsSkipped) {
   for (const char* type :
        {"<!DOCTYPE Scriptwell>", "<!DOCTYPE Scriptwell SYSTEM \"a>b[.dtd\">", "<!DOCTYPE []>", "<!DOCTYPE >",
-        "<!DOCTYPE  PUBLIC \"-//p\" \"s\"[<!-- ]> ' -->]>",
+        R"(<!DOCTYPE  PUBLIC "-//p" "s"[<!-- ]> ' -->]>)",
         "<!DOCTYPE Scriptwell [<!ELEMENT Code (#PCDATA)><!ATTLIST Code x CDATA \"]>\"><?pi ]>?>] >"})
     EXPECT_EQ(Read(type + ("\n" + Code("1"))), "1") << type;
   for (const char* broken : {"<!DOCTYPE", "<!DOCTYPE s [", "<!DOCTYPE s [<!ENTITY e 'x", "<!DOCTYPE s []",
@@ -75,7 +75,7 @@ TEST(ScriptDocument, PlainEntitiesAreResolved) {
   EXPECT_EQ(Read("<!DOCTYPE s [<!ENTITY l \"Java\">]>" + Document("<Code>1</Code>", "&l;Script")), "1");
   for (const std::string entity :
        {"", "<!ENTITY e SYSTEM \"file:///etc/passwd\">", "<!ENTITY e \"<b/>\">", "<!ENTITY e \"&#38;#60;\">",
-        "<!ENTITY e \"&#0060;b/>\">", "<!ENTITY e \"&#x003c;b/>\">", "<!ENTITY a \"x\"><!ENTITY e \"&a;\">",
+        "<!ENTITY e \"&#0060;b/>\">", "<!ENTITY e \"&#x003c;b/>\">", R"(<!ENTITY a "x"><!ENTITY e "&a;">)",
         "<!ENTITY e \"&e;\">", "<!ENTITY % e \"x\">", "<!ENTITY e \"x>", "<!ENTITY e>", "<!ENTITY"})
     EXPECT_EQ(Read("<!DOCTYPE s [" + entity + "]>" + Code("&e;")), "1006") << entity;
 }

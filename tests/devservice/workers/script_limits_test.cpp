@@ -5,6 +5,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -45,9 +46,10 @@ std::vector<pid_t> ChildrenOf(pid_t wanted) {
   std::vector<pid_t> result;
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
     const std::string line = StatOf(entry.path());
+    std::istringstream fields(line.substr(line.rfind(')') + 1));
+    char state = 0;
     int parent = 0;
-    if (std::sscanf(line.c_str() + line.rfind(')') + 1, " %*c %d", &parent) != 1 || parent != wanted)
-      continue;
+    if (!(fields >> state >> parent) || parent != wanted) continue;
     result.push_back(static_cast<pid_t>(std::stol(line)));
   }
   return result;
@@ -198,7 +200,7 @@ TEST_F(ScriptWorker, OfTheHostEndsUnusedToo) {
   {
     Service service(TestOptions());
     service.Start(StartedWorker({"/bin/cat"}));
-    EXPECT_EQ(Children().size(), 1u);
+    EXPECT_EQ(Children().size(), 1U);
   }
   EXPECT_TRUE(Children().empty());
   EXPECT_THROW(StartedWorker({"/no/such/program"}), std::runtime_error);

@@ -77,8 +77,8 @@ TEST(AnswerFormat, JsonOfObjectsHasTheirFields) {
                {Variant::FromObject(CreateParameters().get()), R"({"type":"object","value":"","tag":13})"}});
   EXPECT_EQ(TypeName(Variant::FromObject(CreateRecordList().get())), "recordlist");
   // A server's text must not make the JSON invalid.
-  const std::pair<const char16_t*, const char*> rows[] = {{u"PTINFS", ",\"seconds\":\"INF\"}"},
-                                                          {u"PTNANS", ",\"seconds\":\"NaN\"}"}};
+  const std::pair<const char16_t*, const char*> rows[] = {{u"PTINFS", R"(,"seconds":"INF"})"},
+                                                          {u"PTNANS", R"(,"seconds":"NaN"})"}};
   for (const auto& [text, end] : rows)
     EXPECT_NE(FormatAnswer(OutputFormat::kJson, Duration(text)).find(end), std::string::npos);
 }

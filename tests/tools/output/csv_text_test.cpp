@@ -23,8 +23,8 @@ TEST(CsvText, PlainTextsAndFormulasAreNotQuoted) {
 
 TEST(CsvText, SeparatorsBlanksAtTheEndsAndTheNullTextAreQuoted) {
   const Row rows[] = {
-      {"a,b", "", "\"a,b\""},     {"say \"hi\"", "", "\"say \"\"hi\"\"\""},
-      {"\"", "", "\"\"\"\""},     {"a\nb", "", "\"a\nb\""},
+      {"a,b", "", "\"a,b\""},     {"say \"hi\"", "", R"("say ""hi""")"},
+      {"\"", "", R"("""")"},      {"a\nb", "", "\"a\nb\""},
       {"a\rb", "", "\"a\rb\""},   {"a\r\nb", "", "\"a\r\nb\""},
       {" a", "", "\" a\""},       {"a ", "", "\"a \""},
       {"\ta", "", "\"\ta\""},     {" ", "", "\" \""},

@@ -30,7 +30,7 @@ std::string Csv(const IRecordListPtr& list, const std::string& nullText = "") {
 }
 // The columns and rows of the JSON.
 std::string Json(const IRecordListPtr& list) {
-  const std::string start = "{\"type\":\"recordlist\",\"columns\":[";
+  const std::string start = R"({"type":"recordlist","columns":[)";
   const std::string json = Written(list, {OutputFormat::kJson});
   EXPECT_EQ(json.substr(0, start.size()), start);
   EXPECT_EQ(json.substr(json.size() - 2), "}\n");

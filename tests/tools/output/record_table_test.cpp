@@ -87,7 +87,7 @@ TEST(RecordTable, CellsHaveTheJsonOfSingleValues) {
                       {R8(std::nan("")), kColumnDouble, "\"NaN\""},
                       {I8(9007199254740993), kColumnLong, "\"9007199254740993\""},
                       {Bool(true), kColumnBoolean, "true"},
-                      {Text(u"a\"\n"), kColumnString, "\"a\\\"\\n\""},
+                      {Text(u"a\"\n"), kColumnString, R"("a\"\n")"},
                       {Date(45356), kColumnDateTime, "\"2024-03-05T00:00:00\""},
                       {Variant::FromObject(CreateDuration(u"P1D").get()), kColumnDuration, "\"P1D\""},
                       {Variant(), kColumnInt, "null"}};

@@ -10,7 +10,7 @@ namespace {
 
 using namespace testing;
 
-constexpr char kHome[] = "SOFTWARE\\Quorvane\\Quorvane\\HomeDir";
+constexpr char kHome[] = R"(SOFTWARE\Quorvane\Quorvane\HomeDir)";
 const std::string kRoot = "HKEY_LOCAL_MACHINE\\";
 
 // A section of a registry file.
@@ -39,13 +39,13 @@ class RegistryCommand : public ::testing::Test {
   std::string named_ = folder_.Path("named.reg");
   std::string user_ = folder_.Path("quorvane/registry.reg");
   // Lines of `list --json` begin like this.
-  std::string start_ = "{\"file\":\"" + named_ + "\",\"key\":";
+  std::string start_ = R"({"file":")" + named_ + R"(","key":)";
 };
 
 TEST_F(RegistryCommand, ValueIsReadUnderEveryFormOfItsKey) {
   Registry("set home /usr/share/quorvane").Succeeds(named_ + "\n");
   EXPECT_TRUE(Holds(Named(), Section(kHome, "/usr/share/quorvane")));
-  ExpectValues({"home", "HOME", kHome, "software\\quorvane\\quorvane\\homedir"}, "/usr/share/quorvane");
+  ExpectValues({"home", "HOME", kHome, R"(software\quorvane\quorvane\homedir)"}, "/usr/share/quorvane");
   WriteUsers(Section("A", "user's") + Section("B", "b"));
   WriteNamed(Section("A", "named"));
   EXPECT_EQ(Registry("get A").out, "named\n");
@@ -124,7 +124,7 @@ TEST_F(RegistryCommand, DamagedFileIsReportedWithItsLine) {
 }
 
 TEST_F(RegistryCommand, UnusableHomeGetsAWarning) {
-  for (const char* key : {"home", kHome, "Software\\quorvane\\Quorvane\\homedir"})
+  for (const char* key : {"home", kHome, R"(Software\quorvane\Quorvane\homedir)"})
     Registry("set", {key, "/" + std::string(129, 'x')})
         .Succeeds(named_ + "\n", "warning: a home directory of more than 129 characters is read as none");
   Registry("set home ''").Succeeds(named_ + "\n", "warning: an empty home directory is read as none");
@@ -174,14 +174,14 @@ TEST_F(RegistryCommand, RootsOfKeysAreUnderstood) {
   EXPECT_EQ(Registry("set HKEY_CLASSES_ROOT\\A.B\\CLSID 1").err, "");
   EXPECT_EQ(Named(), Section("SOFTWARE\\Classes\\A.B\\CLSID", "1"));
   ExpectValues({"HKEY_CLASSES_ROOT\\A.B\\CLSID", "hkey_classes_Root\\a.b\\clsid",
-                "SOFTWARE\\Classes\\A.B\\CLSID", "HKEY_LOCAL_MACHINE\\software\\classes\\a.b\\clsid"},
+                R"(SOFTWARE\Classes\A.B\CLSID)", R"(HKEY_LOCAL_MACHINE\software\classes\a.b\clsid)"},
                "1");
   EXPECT_EQ(Registry("get hkey_classes_root\\A.B\\CLSID --json").out,
             R"({"key":"SOFTWARE\\Classes\\A.B\\CLSID","value":"1"})"
             "\n");
   EXPECT_EQ(Registry("get HKEY_CLASSES_ROOT\\").exit, 6);
   EXPECT_EQ(Registry("remove Hkey_Classes_Root\\A.B\\CLSID").exit, 0);
-  ExpectMissing("SOFTWARE\\Classes\\A.B\\CLSID");
+  ExpectMissing(R"(SOFTWARE\Classes\A.B\CLSID)");
 }
 
 TEST_F(RegistryCommand, UsageFailuresNameTheHelp) {

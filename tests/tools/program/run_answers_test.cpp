@@ -55,7 +55,7 @@ TEST_F(RunAnswers, RequestThatIsTooLongIsReported) {
     EXPECT_TRUE(WasClosed());
   }
   Answered(StatusAnswer("413 Too Large"), "--json")
-      .Fails(7, "{\"error\":{\"kind\":\"request too long\",\"message\":\"" + message + "\",\"exit\":7}}");
+      .Fails(7, R"({"error":{"kind":"request too long","message":")" + message + R"(","exit":7}})");
 }
 
 }  // namespace

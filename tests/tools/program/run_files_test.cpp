@@ -37,7 +37,7 @@ TEST_F(RunFiles, ScriptAndDocumentReadUploadedFiles) {
            " -p n=int:7 -p b=file:" + folder_.Write("2", ""))
       .Succeeds("300000,7,0\n");
   const std::string document = folder_.Write(
-      "a.xml", "<Scriptwell Language=\"JavaScript\" xmlns=\"" QV_NAMESPACE_HOST
+      "a.xml", R"(<Scriptwell Language="JavaScript" xmlns=")" QV_NAMESPACE_HOST
                "/dev/ns/scriptwellsApp/scriptwell/1.0\"><Code>parameters.doc.size</Code></Scriptwell>");
   Tool("run-document --local " + document + " " + File("12345")).Set("TEMP", temp_.Path()).Succeeds("5\n");
   ExpectNothingLeft();

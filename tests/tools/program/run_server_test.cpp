@@ -94,7 +94,7 @@ TEST(RunNowhere, UnusableServerIsReported) {
   const Outcome outcome = RunTool(kNobody);
   outcome.FailsLike(3, message);
   EXPECT_GT(outcome.err.size(), std::string("scriptwells: \n").size() + message.size());
-  RunTool(kNobody + "--json").FailsLike(3, "{\"error\":{\"kind\":\"not connected\",\"message\":\"" + message);
+  RunTool(kNobody + "--json").FailsLike(3, R"({"error":{"kind":"not connected","message":")" + message);
   RunTool("run -e 1 --user joe --server http://no-such-host.invalid")
       .FailsLike(3, "cannot reach http://no-such-host.invalid:80: ");
   RunTool("run -e 1 --user joe --server localhost:8080")

@@ -160,7 +160,7 @@ TEST(RunTablesLocal, EveryTypeArrives) {
           Lines({"text,yes,real,whole,little,tiny,on,at,when,span,blob,money",
                  "\"caf\xC3\xA9, \"\"x\"\"\",true,0.1,-7,8,9,2024-03-05,10:15:30,2024-03-05T00:00:00,P1DT2H,"
                  "AAEC,1.5",
-                 "\"\",false,NaN,0,0,0,0001-01-01,00:00:00,1960-04-21T10:15:30,-P1Y,\"\",-1"},
+                 R"("",false,NaN,0,0,0,0001-01-01,00:00:00,1960-04-21T10:15:30,-P1Y,"",-1)"},
                 "\r\n"));
   const std::string json = Local(kEveryType, "--json").out;
   EXPECT_EQ(json.substr(json.find("\"rows\":")),

@@ -22,13 +22,13 @@ TEST(UnsafeCharacters, AreEscapedForATerminal) {
   const std::string text = "caf\xC3\xA9 \xC2\xA0 \xE2\x98\x83 \xF0\x9F\x98\x80 C:\\x41 \\u202e";
   const Row rows[] = {
       {"a\x1b]0;title\x07z", "a\\x1b]0;title\\x07z"},
-      {"\x01\x08\x0b\x0c\x1f\x7f", "\\x01\\x08\\x0b\\x0c\\x1f\\x7f"},
-      {"a\xC2\x80\xC2\x9B\xC2\x9Fz", "a\\xc2\\x80\\xc2\\x9b\\xc2\\x9fz"},
+      {"\x01\x08\x0b\x0c\x1f\x7f", R"(\x01\x08\x0b\x0c\x1f\x7f)"},
+      {"a\xC2\x80\xC2\x9B\xC2\x9Fz", R"(a\xc2\x80\xc2\x9b\xc2\x9fz)"},
       {std::string("a\0b", 3), "a\\x00b"},
       {"\xC2\x85", "\\xc2\\x85"},
       {"a\xE2\x80\xAE.b", "a\\u202e.b"},
-      {"\xE2\x80\xA8\xE2\x80\xA9\xE2\x81\xA6\xEF\xBB\xBF\xD8\x9C", "\\u2028\\u2029\\u2066\\ufeff\\u061c"},
-      {"a\x9B.2J\xFFz\xC3", "a\\x9b.2J\\xffz\\xc3"},
+      {"\xE2\x80\xA8\xE2\x80\xA9\xE2\x81\xA6\xEF\xBB\xBF\xD8\x9C", R"(\u2028\u2029\u2066\ufeff\u061c)"},
+      {"a\x9B.2J\xFFz\xC3", R"(a\x9b.2J\xffz\xc3)"},
       {"\xE2\x80", "\\xe2\\x80"},
       {"a\tb\nc\r\nd\n", "a\tb\nc\r\nd\n"},
       {"safe\rEVIL", "safe\\x0dEVIL"},
@@ -98,7 +98,7 @@ TEST_F(StandardOutput, TerminalGetsEscapesAndAPipeEveryByte) {
 
 TEST_F(StandardOutput, MessagesAreAlwaysEscaped) {
   Answered(Fault("no&#27;[2J such&#x9b;1m\xE2\x80\xAE"))
-      .Fails(1, "script fault: no\\x1b[2J such\\xc2\\x9b1m\\u202e");
+      .Fails(1, R"(script fault: no\x1b[2J such\xc2\x9b1m\u202e)");
   Answered(Fault("a&#27;&#x9b;z"), "--json")
       .Fails(1, R"({"error":{"kind":"script fault","message":"a\u001b\u009bz","exit":1}})");
 }

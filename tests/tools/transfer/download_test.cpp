@@ -46,7 +46,7 @@ TEST_F(DownloadCommandTest, UsesAnOpenSessionAndNothingElse) {
   EXPECT_FALSE(WasSent("POST"));
   EXPECT_EQ(server_.Connections(), 1U);
   Fetch("=a.txt").Succeeds(folder_.Path("=a.txt\n"));
-  Fetch("out.txt", "--json --force").Succeeds("{\"path\":\"" + out_ + "\",\"bytes\":4}\n");
+  Fetch("out.txt", "--json --force").Succeeds(R"({"path":")" + out_ + "\",\"bytes\":4}\n");
 }
 
 TEST_F(DownloadCommandTest, OpensAndClosesASessionOnTheServerOfTheUrl) {
@@ -110,8 +110,8 @@ TEST_F(DownloadCommandTest, DoesNotSaveAnErrorPage) {
              "that session's id, --usid, or by run --save)");
   EXPECT_TRUE(WasClosed());
   Answer({"HTTP/1.1 500 X\r\nContent-Disposition: a; filename=page\r\nContent-Length: 4\r\n\r\noops"});
-  Adopted("--json").Fails(1, "{\"error\":{\"kind\":\"download refused\",\"message\":\"" + Origin() +
-                                 " answered the download with the status 500\",\"exit\":1}}");
+  Adopted("--json").Fails(1, R"({"error":{"kind":"download refused","message":")" + Origin() +
+                                 R"( answered the download with the status 500","exit":1}})");
   EXPECT_EQ(folder_.Count(), 0);
 }
 
