@@ -10,7 +10,7 @@ namespace {
 class DispatchObjects : public testing::Test {
  protected:
   // Execute and ExecuteFile with this parameter list have this code, and note `noted` calls.
-  void ExpectRan(const Variant& parameters, HRESULT code) {
+  static void ExpectRan(const Variant& parameters, HRESULT code) {
     const bool taken = Succeeded(code);
     const std::uint32_t index = taken ? kUntouchedIndex : 0;
     ExpectRows({{"",

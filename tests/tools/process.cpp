@@ -18,8 +18,6 @@
 #include <thread>
 #include <utility>
 
-extern char** environ;
-
 namespace qv::cli::testing {
 
 namespace {
@@ -43,7 +41,7 @@ std::vector<std::string> EnvironmentWith(Variables variables, const TemporaryDir
     const std::string name(*line, std::strcspn(*line, "="));
     if (!StartsWith(name, "SCRIPTWELLS_") && variables.count(name) == 0) lines.emplace_back(*line);
   }
-  for (const auto& [name, value] : variables) lines.push_back(name + "=" + value);
+  for (const auto& [name, value] : variables) lines.push_back(std::string(name).append("=").append(value));
   return lines;
 }
 
@@ -256,11 +254,11 @@ void Process::CloseOutput() {
   Close(out_);
 }
 
-std::string Process::ReadLine() {
+std::string Process::ReadLine() const {
   return LineFrom(out_);
 }
 
-std::string Process::ReadErrorLine() {
+std::string Process::ReadErrorLine() const {
   return LineFrom(err_);
 }
 
@@ -288,7 +286,7 @@ ServeProcess::ServeProcess(const std::string& options, const Words& more)
 int ServeProcess::Count(const std::string& name) const {
   const std::string page = Fetch(url_, "/stats");
   const std::size_t found = page.find("\"" + name + "\":");
-  return found == std::string::npos ? -1 : std::atoi(page.c_str() + found + name.size() + 3);
+  return found == std::string::npos ? -1 : std::stoi(page.substr(found + name.size() + 3));
 }
 
 bool ServeProcess::Reaches(const std::string& name, int count) const {

@@ -82,8 +82,8 @@ class Process {
 
   void Signal(int signal) const;
   // The next line of standard output, without its line end.
-  std::string ReadLine();
-  std::string ReadErrorLine();
+  std::string ReadLine() const;
+  std::string ReadErrorLine() const;
   // Nobody reads its standard output from now on.
   void CloseOutput();
   // Writes the input, closes standard input, and collects the rest of the output until the program ends.

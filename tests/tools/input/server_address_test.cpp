@@ -25,7 +25,8 @@ void ExpectRefused(Check check, const std::vector<Row>& rows) {
 void ExpectRefused(Check check, const std::string& what, const std::vector<std::string>& urls,
                    const std::string& reason) {
   for (const std::string& url : urls)
-    EXPECT_EQ(testing::RefusalOf([&] { check(url); }), what + " '" + url + "' " + reason);
+    EXPECT_EQ(testing::RefusalOf([&] { check(url); }),
+              std::string(what).append(" '").append(url).append("' ").append(reason));
 }
 
 constexpr char kNoScheme[] = "does not begin with http:// or https://";

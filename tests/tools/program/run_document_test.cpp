@@ -1,6 +1,5 @@
 // `scriptwells run-document`, with the service inside the program and with another one.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
 
 #include <csignal>
@@ -15,7 +14,7 @@ using namespace testing;
 class RunDocument : public ::testing::Test {
  protected:
   static std::string WithCode(const std::string& code) {
-    return "<Scriptwell Language=\"JavaScript\" xmlns=\"" QV_NAMESPACE_HOST
+    return R"(<Scriptwell Language="JavaScript" xmlns=")" QV_NAMESPACE_HOST
            "/dev/ns/scriptwellsApp/scriptwell/1.0\"><Code>" +
            code + "</Code></Scriptwell>";
   }
@@ -61,7 +60,7 @@ TEST_F(RunDocument, FileMayHaveAnyName) {
 TEST_F(RunDocument, UnreadableDocumentIsALocalFailure) {
   for (const char* content :
        {"<a", "6 * 7", "<a></b>", "<a/><b/>", "<a>&nothing;</a>", "\xFF\xFE",
-        "<?xml version=\"1.0\" encoding=\"none-such\"?><a/>", "<!DOCTYPE a SYSTEM \"missing.dtd\"><a/>",
+        R"(<?xml version="1.0" encoding="none-such"?><a/>)", "<!DOCTYPE a SYSTEM \"missing.dtd\"><a/>",
         "<!DOCTYPE a [<!ENTITY e SYSTEM \"missing.txt\">]><a>&e;</a>"})
     ExpectUnreadable(Write(content));
   ASSERT_EQ(::mkfifo(folder_.Path("part").c_str(), 0600), 0);

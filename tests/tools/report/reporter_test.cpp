@@ -46,6 +46,7 @@ TEST(Reporter, JsonHasTheWholeFailure) {
        R"("script fault","message":"no \"such\"\ncustomer","code":"0x80040005","number":5,"exit":1)"},
       {{ExitStatus::kTimeout, "late"}, R"("timeout","message":"late","exit":4)"},
       {{ExitStatus::kUsage, "x\xFFy"}, "\"usage\",\"message\":\"x\xEF\xBF\xBDy\",\"exit\":2"},
+      // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
       {{ExitStatus::kTimeout, "a\x1b\x7f\xC2\x9B\xE2\x80\xAE\xE2\x80\xA8z"},
        R"("timeout","message":"a\u001b\u007f\u009b\u202e\u2028z","exit":4)"},
       {Failure(ExitStatus::kFault, "no file has it").Called("no such key"),
@@ -62,12 +63,14 @@ TEST(Reporter, NotesAreALineOrALineOfJson) {
   std::ostringstream json;
   Reporter(json, ReportForm::kJson).Warn("two\nlines \xFF");
   EXPECT_EQ(json.str(), "{\"warning\":\"two\\nlines \xEF\xBF\xBD\"}\n");
+  // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
   EXPECT_EQ(Noted("a\x1b\x7f\xC2\x9B\xE2\x80\xAE\xE2\x80\xA8z", ReportForm::kJson),
             "{\"note\":\"a\\u001b\\u007f\\u009b\\u202e\\u2028z\"}\n");
 }
 
 TEST(Reporter, LongMessageIsCutInTextOnly) {
   const std::string start(3999, 'a');
+  // NOLINTNEXTLINE(bugprone-string-constructor): it is that long
   const Failure failure(ExitStatus::kTimeout, start + "\xC3\xA9" + std::string(20'000'000, 'z'));
   EXPECT_EQ(Reported(failure),
             "scriptwells: " + start + "... (cut; 20004001 bytes in all, which --json shows)\n");

@@ -71,9 +71,9 @@ TEST_F(PrivateHomeTest, IsRemovedWhenTheProgramEndsAtOnce) {
       {
         WatchForInterrupt();
         const PrivateHome home;
-        ::raise(SIGINT);
+        static_cast<void>(::raise(SIGINT));
         if (folder_.Count() == 0) std::_Exit(1);
-        ::raise(SIGINT);
+        static_cast<void>(::raise(SIGINT));
       },
       ::testing::ExitedWithCode(130), "");
   EXPECT_EQ(folder_.Count(), 0);

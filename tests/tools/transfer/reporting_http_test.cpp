@@ -12,7 +12,7 @@ namespace {
 
 class ReportingHttpTest : public ::testing::Test {
  protected:
-  IHttpSessionPtr MakeSession() {
+  static IHttpSessionPtr MakeSession() {
     void* object = nullptr;
     EXPECT_EQ(CoCreateInstance(CLSID_HttpComponent, nullptr, CLSCTX_ALL, IUnknown::kIid, &object), S_OK);
     const IUnknownPtr component(static_cast<IUnknown*>(object), false);
