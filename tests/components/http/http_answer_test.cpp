@@ -260,7 +260,7 @@ TEST_F(HttpAnswerTest, BadAnswerFailsWithItsMessageAndTheNextCallWorks) {
 
 TEST_F(HttpAnswerTest, HeadUpToTheLimitIsReadAndOneByteMoreIsNot) {
   const std::string start = OkText("Content-Length: 2\r\nX: ");
-  const std::string filling(300 * 1024 - start.size() - 4, 'x');
+  const std::string filling(std::size_t{300} * 1024 - start.size() - 4, 'x');
   Reply(start + filling + "\r\n\r\nok");
   ExpectText("ok");
   StartAnew();
@@ -273,9 +273,10 @@ TEST_F(HttpAnswerTest, HeadUpToTheLimitIsReadAndOneByteMoreIsNot) {
 }
 
 TEST_F(HttpAnswerTest, EndlessInterimAnswersAndTrailersReachTheHeadLimit) {
-  std::string many, trailers;
-  while (many.size() < 400 * 1024) many += "HTTP/1.1 100 Continue\r\n\r\n";
-  while (trailers.size() < 400 * 1024) trailers += "T: x\r\n";
+  std::string many;
+  std::string trailers;
+  while (many.size() < std::size_t{400} * 1024) many += "HTTP/1.1 100 Continue\r\n\r\n";
+  while (trailers.size() < std::size_t{400} * 1024) trailers += "T: x\r\n";
   for (const std::string& bytes : {many, ChunkedText("2\r\nok\r\n0\r\n" + trailers)}) {
     StartAnew();
     Reply(bytes);

@@ -18,7 +18,8 @@ class HttpConnectionTest : public HttpTest {
  protected:
   // How often "question" was sent.
   std::size_t Requests() const {
-    const std::string all = server_.AllReceived(), end = "\r\nContent-Length: 8\r\n\r\nquestion";
+    const std::string all = server_.AllReceived();
+    const std::string end = "\r\nContent-Length: 8\r\n\r\nquestion";
     std::size_t count = 0;
     for (std::size_t at = all.find(end); at != std::string::npos; at = all.find(end, at + 1)) ++count;
     return count;
@@ -87,7 +88,8 @@ TEST_F(HttpConnectionTest, RequestIsSentOnceWhenAKeptConnectionEndsWithIt) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.words);
     StartAnew();
-    const std::size_t connections = server_.Connections(), requests = Requests();
+    const std::size_t connections = server_.Connections();
+    const std::size_t requests = Requests();
     RawScript script = RawScript().Answer("one").ReadRequest();
     server_.Expect((script.*row.end)());
     ExpectText("one");
