@@ -1,6 +1,6 @@
-// Feeds documents to the XML library's parser, whose tree is the one that is serialized, and what it accepts to
-// the serializer. Nothing may crash, leak or take long; the text is bytes in units, ends in a line feed, and
-// without a document type is a document again. Input is UTF-8.
+// Feeds documents to the XML library's parser, whose tree is the one that is serialized, and what it accepts
+// to the serializer. Nothing may crash, leak or take long; the text is bytes in units, ends in a line feed,
+// and without a document type is a document again. Input is UTF-8.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
