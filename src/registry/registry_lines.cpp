@@ -66,7 +66,7 @@ const char* Unquote(std::string_view quoted, std::string& text) {
     if (quoted[at] == '\\' && quoted[++at] != '\\' && quoted[at] != '"') return "an unknown escape";
     text += quoted[at];
   }
-  return end + 1 == quoted.size() ? nullptr : "text behind the closing quote";
+  return end + 1 == quoted.size() ? nullptr : "text after the closing quote";
 }
 
 class LineReader {
@@ -152,7 +152,7 @@ class LineReader {
     if (rest.empty() || rest[0] != '=') Fail("a value without \"=\"");
     if (!hasSection_) Fail("a value before any section");
     const std::string_view value = Trimmed(rest.substr(1));
-    if (value.empty()) Fail("nothing behind the \"=\"");
+    if (value.empty()) Fail("nothing after the \"=\"");
     return value;
   }
 

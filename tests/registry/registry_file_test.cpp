@@ -88,9 +88,9 @@ TEST(RegistryText, FirstDamageIsReportedWithItsLine) {
                {"[M\\a]|@='x|", "[M\\a]|@='x\\'|", "[M\\a]|@='", "[M\\a]|@='\\", "[M\\a]|'N'='x|",
                 "[M\\a]|'N|", "[M\\a]|@='x|stray|[|"});
   ExpectDamage("line 2: an unknown escape", {"[M\\a]|@='a\\nb'|"});
-  ExpectDamage("line 2: text behind the closing quote", {"[M\\a]|@='x' ; c|"});
+  ExpectDamage("line 2: text after the closing quote", {"[M\\a]|@='x' ; c|"});
   ExpectDamage("line 2: a value without \"=\"", {"[M\\a]|@ 'x'|", "[M\\a]|'N'|"});
-  ExpectDamage("line 2: nothing behind the \"=\"", {"[M\\a]|@=|"});
+  ExpectDamage("line 2: nothing after the \"=\"", {"[M\\a]|@=|"});
   ExpectDamage("line 2: the value is not complete", {"[M\\a]|'N'=hex:00,\\|"});
 }
 
