@@ -8,7 +8,7 @@
 namespace qv::cli {
 
 DownloadArguments::DownloadArguments(CLI::App& app)
-    : command_(app.add_subcommand("download", "Download a file of a server and print its path")) {
+    : CommandArguments(app.add_subcommand("download", "Download a file of a server and print its path")) {
   SetHelp(*command_, kDownloadExamples, kDownloadNotes);
   command_->add_option("URL", download_.url, "The file, such as http://host:port/path?query")->type_name("");
   directory_ =
@@ -16,10 +16,6 @@ DownloadArguments::DownloadArguments(CLI::App& app)
   command_->add_flag("--force", download_.force,
                      "Replace a file of the same name, and save a file whose name begins with '.'");
   session_.emplace(*command_, download_);
-}
-
-bool DownloadArguments::Parsed() const {
-  return command_->parsed();
 }
 
 const char* DownloadArguments::Check() {

@@ -8,7 +8,8 @@
 namespace qv::cli {
 
 RegistryArguments::RegistryArguments(CLI::App& app)
-    : command_(app.add_subcommand("registry", "Show and change the settings that the library finds")) {
+    : CommandArguments(
+          app.add_subcommand("registry", "Show and change the settings that the library finds")) {
   SetHelp(*command_, kRegistryExamples, kRegistryNotes);
   command_->require_subcommand(0, 1);
   AddJson(*command_);
@@ -32,10 +33,6 @@ CLI::App* RegistryArguments::AddVerb(RegistryVerb verb, const char* name, const 
 // Users type it before or after the verb.
 void RegistryArguments::AddJson(CLI::App& command) {
   command.add_flag("--json", registry_.json, "Results and failures as one line of JSON each");
-}
-
-bool RegistryArguments::Parsed() const {
-  return command_->parsed();
 }
 
 const char* RegistryArguments::Check() {

@@ -2,21 +2,13 @@
 #pragma once
 
 #include "tools/input/parsed_options.h"
-
-namespace CLI {
-class App;
-}
+#include "tools/options/command_arguments.h"
 
 namespace qv::cli {
 
-class RegistryArguments {
+class RegistryArguments : public CommandArguments {
  public:
-  // Adds the command to `app`, which owns it. Parsing sets the options of this object.
   explicit RegistryArguments(CLI::App& app);
-  RegistryArguments(const RegistryArguments&) = delete;
-  RegistryArguments& operator=(const RegistryArguments&) = delete;
-
-  bool Parsed() const;
   // To be called after parsing. Returns an error message, or null.
   const char* Check();
   const RegistryOptions& Options() const { return registry_; }
@@ -31,7 +23,6 @@ class RegistryArguments {
   };
 
   RegistryOptions registry_;
-  CLI::App* command_;
   std::vector<VerbRow> verbs_;
 };
 

@@ -22,13 +22,19 @@ const std::map<std::string, OutputFormat> kOutputs = {{"text", OutputFormat::kTe
                                                       {"table", OutputFormat::kTable},
                                                       {"csv", OutputFormat::kCsv}};
 
+CLI::App* AddCommand(CLI::App& app, RunArguments::Kind kind) {
+  return kind == RunArguments::Kind::kScript
+             ? app.add_subcommand("run", "Run a script on a server and print its answer")
+             : app.add_subcommand("run-document", "Run a script document, which names its own language");
+}
+
 }  // namespace
 
-RunArguments::RunArguments(CLI::App& app, Kind kind) {
+RunArguments::RunArguments(CLI::App& app, Kind kind) : CommandArguments(AddCommand(app, kind)) {
   if (kind == Kind::kScript)
-    DefineScript(app);
+    DefineScript();
   else
-    DefineDocument(app);
+    DefineDocument();
   DefineParameters();
   session_.emplace(*command_, run_);
   DefineOutput();
@@ -47,8 +53,7 @@ void RunArguments::DefineParameters() {
       "so that nobody else can use it");
 }
 
-void RunArguments::DefineScript(CLI::App& app) {
-  command_ = app.add_subcommand("run", "Run a script on a server and print its answer");
+void RunArguments::DefineScript() {
   SetHelp(*command_, kRunExamples, kValuesNotes);
   command_->add_option("FILE", run_.file, "The script; - reads it from standard input")->type_name("");
   code_ =
@@ -59,9 +64,8 @@ void RunArguments::DefineScript(CLI::App& app) {
       ->envname("SCRIPTWELLS_LANGUAGE");
 }
 
-void RunArguments::DefineDocument(CLI::App& app) {
+void RunArguments::DefineDocument() {
   run_.document = true;
-  command_ = app.add_subcommand("run-document", "Run a script document, which names its own language");
   const std::string space = devservice::Namespaces(QV_NAMESPACE_HOST).script;
   SetHelp(*command_, kDocumentExamples, kDocumentStart + space + kDocumentEnd + kValuesNotes);
   command_->add_option("FILE", run_.file, "The script document, an XML file")->type_name("");
@@ -84,10 +88,6 @@ void RunArguments::DefineOutput() {
   command_->add_flag(
       "--force", run_.force,
       "With --save: replace a file of the same name, and save a file whose name begins with '.'");
-}
-
-bool RunArguments::Parsed() const {
-  return command_->parsed();
 }
 
 const char* RunArguments::Check() {

@@ -5,33 +5,24 @@
 #include <string>
 
 #include "tools/input/parsed_options.h"
+#include "tools/options/command_arguments.h"
 #include "tools/options/session_options.h"
-
-namespace CLI {
-class App;
-class Option;
-}  // namespace CLI
 
 namespace qv::cli {
 
-class RunArguments {
+class RunArguments : public CommandArguments {
  public:
   enum class Kind { kScript, kDocument };
 
-  // Adds the command to `app`, which owns it. Parsing sets the options of this object.
   RunArguments(CLI::App& app, Kind kind);
-  RunArguments(const RunArguments&) = delete;
-  RunArguments& operator=(const RunArguments&) = delete;
-
-  bool Parsed() const;
   // To be called once, after parsing: applies the environment and checks options that depend on each other.
   // Returns an error message, or null.
   const char* Check();
   const RunOptions& Options() const { return run_; }
 
  private:
-  void DefineScript(CLI::App& app);
-  void DefineDocument(CLI::App& app);
+  void DefineScript();
+  void DefineDocument();
   void DefineParameters();
   void DefineOutput();
   const char* WrongWithOutput();
@@ -42,7 +33,6 @@ class RunArguments {
 
   RunOptions run_;
   std::string output_ = "text";
-  CLI::App* command_ = nullptr;
   std::optional<SessionArguments> session_;
   CLI::Option* code_ = nullptr;  // null for a document
   CLI::Option* outputOption_ = nullptr;

@@ -21,7 +21,7 @@ bool IsHostName(const std::string& text) {
 }  // namespace
 
 ServeArguments::ServeArguments(CLI::App& app)
-    : command_(app.add_subcommand("serve", "Run the development service until it is stopped")) {
+    : CommandArguments(app.add_subcommand("serve", "Run the development service until it is stopped")) {
   SetHelp(*command_, kServeExamples, kServeNotes);
   command_->add_option("--host", serve_.host, "Address to listen on")
       ->capture_default_str()
@@ -53,10 +53,6 @@ ServeArguments::ServeArguments(CLI::App& app)
       "--install-home", serve_.installHome,
       "Permanently: put the upload scripts into --home DIR and make it the home directory of your registry; "
       "without --home, complete the one that the registry names");
-}
-
-bool ServeArguments::Parsed() const {
-  return command_->parsed();
 }
 
 const char* ServeArguments::Check() const {

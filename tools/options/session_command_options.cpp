@@ -8,7 +8,8 @@
 namespace qv::cli {
 
 SessionCommandArguments::SessionCommandArguments(CLI::App& app)
-    : command_(app.add_subcommand("session", "Open a session that several commands use, or close it")),
+    : CommandArguments(
+          app.add_subcommand("session", "Open a session that several commands use, or close it")),
       open_(command_->add_subcommand("open", "Open a session, print its id and leave it open")),
       close_(command_->add_subcommand("close", "Close the session of --usid")) {
   command_->require_subcommand(0, 1);
@@ -17,10 +18,6 @@ SessionCommandArguments::SessionCommandArguments(CLI::App& app)
   SetHelp(*close_, kSessionCloseExamples, kSessionNotes);
   opening_.emplace(*open_, options_, SessionKind::kOpened);
   closing_.emplace(*close_, options_, SessionKind::kAdopted);
-}
-
-bool SessionCommandArguments::Parsed() const {
-  return command_->parsed();
 }
 
 const char* SessionCommandArguments::Check() {

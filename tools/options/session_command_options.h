@@ -4,25 +4,20 @@
 #include <optional>
 
 #include "tools/input/parsed_options.h"
+#include "tools/options/command_arguments.h"
 #include "tools/options/session_options.h"
 
 namespace qv::cli {
 
-class SessionCommandArguments {
+class SessionCommandArguments : public CommandArguments {
  public:
-  // Adds the command to `app`, which owns it. Parsing sets the options of this object.
   explicit SessionCommandArguments(CLI::App& app);
-  SessionCommandArguments(const SessionCommandArguments&) = delete;
-  SessionCommandArguments& operator=(const SessionCommandArguments&) = delete;
-
-  bool Parsed() const;
   // To be called once, after parsing. Returns an error message, or null.
   const char* Check();
   const SessionCommandOptions& Options() const { return options_; }
 
  private:
   SessionCommandOptions options_;
-  CLI::App* command_;
   CLI::App* open_;
   CLI::App* close_;
   std::optional<SessionArguments> opening_;
