@@ -28,11 +28,21 @@ bool NamesAFile(const std::string& text) {
   return text.find("=file:") != std::string::npos;
 }
 
+// Not the numbers: a NaN is the same as itself, and 0 is another than -0.
+template <class Bits, class Real>
+Bits BitsOf(Real value) {
+  Bits bits;
+  static_assert(sizeof bits == sizeof value);
+  std::memcpy(&bits, &value, sizeof bits);
+  return bits;
+}
+
 bool IsSame(const qv::Variant& a, const qv::Variant& b) {
   if (a.Tag() != b.Tag()) return false;
-  if (a.Tag() == qv::VT_R4) return std::memcmp(&a.Data().fltVal, &b.Data().fltVal, sizeof(float)) == 0;
+  if (a.Tag() == qv::VT_R4)
+    return BitsOf<std::uint32_t>(a.Data().fltVal) == BitsOf<std::uint32_t>(b.Data().fltVal);
   if (a.Tag() == qv::VT_R8 || a.Tag() == qv::VT_DATE)
-    return std::memcmp(&a.Data().dblVal, &b.Data().dblVal, sizeof(double)) == 0;
+    return BitsOf<std::uint64_t>(a.Data().dblVal) == BitsOf<std::uint64_t>(b.Data().dblVal);
   return qv::cli::ValueText(a) == qv::cli::ValueText(b);
 }
 

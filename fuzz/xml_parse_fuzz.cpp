@@ -1,30 +1,18 @@
 // Tests the parser of server answers, and reads every node of accepted documents. Nothing may crash, leak or
-// take long, and the links between nodes must agree. Input is UTF-8; after a first byte of 0xFF it is raw
-// 16-bit units.
+// take long, and the links between nodes must agree.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include <xercesc/sax/SAXParseException.hpp>
 
-#include "qvscriptwells/wide_string.h"
+#include "input_units.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "xml/qv_dom_parser.h"
 #include "xml/xml_node.h"
 
 namespace {
-
-std::u16string UnitsOf(const std::uint8_t* data, std::size_t size) {
-  if (size == 0 || data[0] != 0xFF) {
-    const qv::WideString text = qv::FromUtf8({reinterpret_cast<const char*>(data), size});
-    return std::u16string(text.view());
-  }
-  std::u16string units((size - 1) / 2, u'\0');
-  std::memcpy(units.data(), data + 1, units.size() * sizeof(char16_t));
-  return units;
-}
 
 void Require(bool holds) {
   if (!holds) std::abort();
@@ -63,7 +51,7 @@ void Walk(const qv::XmlNode& document) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const qv::XmlLibraryHold library;
-  const std::u16string text = UnitsOf(data, size);
+  const std::u16string text = qv::fuzz::UnitsOf(data, size);
   try {
     qv::QvDomParser parser;
     parser.ParseHostileText(text, "application/xml");
