@@ -146,7 +146,7 @@ TEST_F(ClassServer, ExportsItsFiveEntryPointsAndNothingElse) {
   std::string address;
   std::string kind;
   std::string name;
-  while (lines >> address >> kind >> name) names += kind + " " + name + "\n";
+  while (lines >> address >> kind >> name) names.append(kind).append(" ").append(name).append("\n");
   EXPECT_EQ(
       names,
       "T DllCanUnloadNow\nT DllGetClassObject\nT DllMain\nT DllRegisterServer\nT DllUnregisterServer\n");

@@ -30,7 +30,7 @@ class DispatchObjects : public testing::Test {
                  index,
                  taken ? "ExecuteFile(f, object)" : nullptr}});
   }
-  void ExpectMismatch(const CountingObjectPtr& object) {
+  static void ExpectMismatch(const CountingObjectPtr& object) {
     ExpectRan(Variant::FromObject(object.get()), DISP_E_TYPEMISMATCH);
     EXPECT_EQ(object->References(), 1U);
   }

@@ -43,7 +43,7 @@ class ClassLibraries : public testing::Test {
     ClearErrorInfo();
   }
 
-  void Name(const std::string& path, const char16_t* key = kKeyOfLibrary) {
+  static void Name(const std::string& path, const char16_t* key = kKeyOfLibrary) {
     WriteRegistryValue(key, FromUtf8(path));
   }
   static HRESULT Create(IUnknownPtr& object, const Guid& classId = kClassOfLibrary) {

@@ -1,6 +1,7 @@
 // A class library as small as one can be: one class, whose objects do nothing. The build makes several of it,
 // all but one with a flaw.
 #include <atomic>
+#include <new>
 
 #include "com/class_library.h"
 #include "com/counted_object.h"
@@ -26,7 +27,9 @@ class EmptyFactory final : public qv::ComObject<qv::IClassFactory> {
   std::uint32_t AddRef() noexcept override { return static_cast<std::uint32_t>(++inUse); }
   std::uint32_t Release() noexcept override { return static_cast<std::uint32_t>(--inUse); }
   qv::HRESULT CreateInstance(qv::IUnknown*, const qv::Guid& iid, void** object) noexcept override {
-    const qv::IUnknownPtr made(new EmptyObject);
+    *object = nullptr;
+    const qv::IUnknownPtr made(new (std::nothrow) EmptyObject);
+    if (made == nullptr) return qv::E_OUTOFMEMORY;
     const qv::HRESULT code = made->QueryInterface(iid, object);
     qv::ErrorInfo info;
     info.description = u"words of the class library";

@@ -163,7 +163,8 @@ TEST_F(ClassRegistryTest, ClassesAreIndependent) {
 class RunnableObject final : public IRunnableObject {
  public:
   HRESULT QueryInterface(const Guid& iid, void** object) noexcept override {
-    log.push_back(iid == IRunnableObject::kIid ? "QueryInterface IRunnableObject" : "QueryInterface other");
+    log.emplace_back(iid == IRunnableObject::kIid ? "QueryInterface IRunnableObject"
+                                                  : "QueryInterface other");
     *object = iid == IRunnableObject::kIid ? this : nullptr;
     if (*object == nullptr) return E_NOINTERFACE;
     ++count;
@@ -171,11 +172,11 @@ class RunnableObject final : public IRunnableObject {
   }
   std::uint32_t AddRef() noexcept override { return ++count; }
   std::uint32_t Release() noexcept override {
-    log.push_back("Release");
+    log.emplace_back("Release");
     return --count;
   }
   HRESULT Run() noexcept override {
-    log.push_back(count == 2 ? "Run with a reference" : "Run without a reference");
+    log.emplace_back(count == 2 ? "Run with a reference" : "Run without a reference");
     return result;
   }
 

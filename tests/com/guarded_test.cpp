@@ -69,6 +69,7 @@ TEST(ResultFromCaughtException, HasThisCodeAndRecord) {
 
 class Counter {
  public:
+  // NOLINTNEXTLINE(readability-make-member-function-const): the guard takes operations that are not const
   int get_Count() { return count_; }
   void put_Count(int count) {
     if (count < 0) throw EQvException(u"below zero");

@@ -25,7 +25,7 @@ RawClient::~RawClient() {
   close(socket_);
 }
 
-void RawClient::Send(const std::string& bytes) {
+void RawClient::Send(const std::string& bytes) const {
   for (std::size_t sent = 0; sent < bytes.size();) {
     const ssize_t count = send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
     if (count <= 0) return;  // The service may close early; its answer is still to be read.
@@ -33,7 +33,7 @@ void RawClient::Send(const std::string& bytes) {
   }
 }
 
-void RawClient::EndSending() {
+void RawClient::EndSending() const {
   shutdown(socket_, SHUT_WR);
 }
 

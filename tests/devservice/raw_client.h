@@ -25,9 +25,9 @@ class RawClient {
   RawClient(const RawClient&) = delete;
   RawClient& operator=(const RawClient&) = delete;
 
-  void Send(const std::string& bytes);
+  void Send(const std::string& bytes) const;
   // Closes our direction of the connection.
-  void EndSending();
+  void EndSending() const;
   // Reads to the end of the announced length, else to the end of the connection, but no longer than `time`.
   RawAnswer Receive(std::chrono::milliseconds time = std::chrono::seconds(60));
   // The same with a body that is not kept: its bytes go to `take`. Pieces need no new memory, since

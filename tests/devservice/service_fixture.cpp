@@ -173,7 +173,7 @@ const std::string& ServiceTest::Session() {
 
 std::string ServiceTest::Login() {
   const std::string body = Post("", "CreateUserSession", CreateEnvelope("Username=joe;Password=x;")).body;
-  const std::string id =
+  std::string id =
       Between(body, "<CreateUserSessionResult xsi:type=\"xsd:string\">", "</CreateUserSessionResult>");
   EXPECT_NE(id, "(none)") << body;
   return id;

@@ -48,7 +48,7 @@ class TransferTest : public ServiceTest {
     return RequestAs(Session(), start, headers);
   }
   // The head of an upload, up to and with the empty line.
-  std::string UploadHead(const std::string& path, std::size_t length, const std::string& usid) {
+  static std::string UploadHead(const std::string& path, std::size_t length, const std::string& usid) {
     return RequestAs(usid, "POST " + path,
                      "cache-control: no-cache\r\nContent-Length: " + std::to_string(length) + "\r\n");
   }

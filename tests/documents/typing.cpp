@@ -123,13 +123,15 @@ void Typist::MakeCheckout() const {
 
 std::string Typist::ForShell(const std::string& text) const {
   std::string shown = Replaced(text, kHome, home_);
-  for (std::size_t i = 0; i < ports_.size(); ++i) shown = Replaced(shown, kPorts[i], ports_[i]);
+  auto port = ports_.begin();
+  for (const char* written : kPorts) shown = Replaced(shown, written, *port++);
   return shown;
 }
 
 std::string Typist::ForDocument(const std::string& text) const {
   std::string shown = Replaced(text, home_, kHome);
-  for (std::size_t i = 0; i < ports_.size(); ++i) shown = Replaced(shown, ports_[i], kPorts[i]);
+  auto port = ports_.begin();
+  for (const char* written : kPorts) shown = Replaced(shown, *port++, written);
   return shown;
 }
 

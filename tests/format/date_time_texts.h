@@ -13,7 +13,7 @@
 
 namespace qv {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 constexpr double kMorning = 36930000.0 / 86400000.0;  // 10:15:30
 constexpr double kQuarter = 36900000.0 / 86400000.0;  // 10:15

@@ -17,7 +17,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 

@@ -59,7 +59,7 @@ TEST_F(SimpleHost, TextThatFitsIsWrittenIntoTheCallersBlock) {
   const std::u16string longest(256, u'x');
   Make({WideString(longest), nullptr, u"replica", nullptr});
   BStr text = AllocString(nullptr, 256);
-  const BStr block = text;
+  char16_t* const block = text;
   EXPECT_EQ(services_->GetUserName(&text), S_OK);
   EXPECT_EQ(std::u16string(text), longest);
   EXPECT_EQ(services_->GetReplicaId(&text), S_OK);

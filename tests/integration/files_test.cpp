@@ -25,12 +25,12 @@ class Files : public ValueTest {
   std::string RunWith(const WideString& script, const IAttachedFilePtr& file) {
     return Run(script, {{u"doc", Variant::FromObject(file.get())}});
   }
-  std::string Ticket(const IAttachedFilePtr& file) {
+  static std::string Ticket(const IAttachedFilePtr& file) {
     WideString ticket;
     EXPECT_EQ(file->get_TicketId(&ticket), S_OK);
     return ToUtf8(ticket);
   }
-  bool HasTicket(const IAttachedFilePtr& file) {
+  static bool HasTicket(const IAttachedFilePtr& file) {
     VARIANT_BOOL has = VARIANT_FALSE;
     EXPECT_EQ(file->IsTicketId(&has), S_OK);
     return has == VARIANT_TRUE;

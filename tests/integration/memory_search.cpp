@@ -32,7 +32,10 @@ std::vector<Mapping> ReadableMappings() {
     std::istringstream fields(line);
     Mapping one{};
     char dash = 0;
-    std::string rights, offset, device, inode;
+    std::string rights;
+    std::string offset;
+    std::string device;
+    std::string inode;
     fields >> std::hex >> one.begin >> dash >> one.end >> rights >> offset >> device >> inode >> one.name;
     if (!rights.empty() && rights.front() == 'r') all.push_back(one);
   }

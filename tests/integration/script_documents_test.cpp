@@ -42,7 +42,8 @@ std::string Utf16(const std::string& utf8, bool littleEndian) {
   const WideString text = FromUtf8("\xEF\xBB\xBF" + utf8);
   std::string bytes;
   for (const char16_t unit : text.view()) {
-    const char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
+    const char high = static_cast<char>(unit >> 8);
+    const char low = static_cast<char>(unit & 0xFF);
     bytes += littleEndian ? std::string{low, high} : std::string{high, low};
   }
   return bytes;
@@ -78,7 +79,8 @@ class ScriptDocuments : public ValueTest {
 };
 
 TEST_F(ScriptDocuments, CodeRunsInEveryEncoding) {
-  const std::string latin = Document("'\xC3\xA9\xC3\xBC'"), wide = Document(kWide);
+  const std::string latin = Document("'\xC3\xA9\xC3\xBC'");
+  const std::string wide = Document(kWide);
   const std::string declared = R"(<?xml version="1.0" encoding="UTF-16"?>)" + wide;
   ExpectTexts({
       {latin, "VT_BSTR \\u00E9\\u00FC"},

@@ -189,6 +189,7 @@ TEST_F(ServiceCalls, MarkupInAScriptStaysText) {
 
 TEST_F(ServiceCalls, ScriptOfTwentyMegabytesRuns) {
   UseLargeService();
+  // NOLINTNEXTLINE(bugprone-string-constructor): it is that long
   const std::u16string script = u"'" + std::u16string(20'000'000, u'x') + u"'.length";
   EXPECT_EQ(Run(WideString(script)), "VT_INT 20000000");
 }
@@ -197,6 +198,7 @@ TEST_F(ServiceCalls, ScriptOfTwentyMegabytesRuns) {
 // body.
 TEST_F(ServiceCalls, ScriptBeyondTheServicesLimitIsAnHttpProblem) {
   ASSERT_EQ(Open(), "ok");
+  // NOLINTNEXTLINE(bugprone-string-constructor): it is that long
   const std::u16string script = u"'" + std::u16string(20'000'000, u'<') + u"'.length";
   EXPECT_EQ(Run(WideString(script)), "0x80020009 Unknown Http problem.");
   EXPECT_EQ(Run(u"1"), "VT_INT 1");

@@ -13,7 +13,9 @@ class Urls : public ValueTest {
   // "link|caption|text"
   static std::string PartsOf(const IUrlPtr& url) {
     if (url == nullptr) return "no url";
-    WideString link, caption, text;
+    WideString link;
+    WideString caption;
+    WideString text;
     EXPECT_EQ(url->get_Url(&link), S_OK);
     EXPECT_EQ(url->get_UrlCaption(&caption), S_OK);
     EXPECT_EQ(url->ToString(&text), S_OK);

@@ -15,7 +15,7 @@ class BrokenUpload : public TransferTest {
   // A file that takes no room on the disk, and more than sockets hold.
   IAttachedFilePtr LargeFile() const {
     const std::string name = files_.Write("here/f.bin", "");
-    EXPECT_EQ(truncate(name.c_str(), 64 * 1024 * 1024), 0);
+    EXPECT_EQ(truncate(name.c_str(), 64L * 1024 * 1024), 0);
     return CreateAttachedFile(Wide(name));
   }
   // The ticket was stored before the file was sent, and stays.

@@ -28,8 +28,10 @@ constexpr int kMostPorts = 5;
 std::string WholePath(const std::string& program) {
   const char* const path = std::getenv("PATH");
   std::istringstream directories(std::string(path == nullptr ? "" : path) + ":/usr/sbin:/sbin");
-  for (std::string directory; std::getline(directories, directory, ':');)
-    if (access((directory + "/" + program).c_str(), X_OK) == 0) return directory + "/" + program;
+  for (std::string file; std::getline(directories, file, ':');) {
+    file.append("/").append(program);
+    if (access(file.c_str(), X_OK) == 0) return file;
+  }
   if (program.find('/') != std::string::npos && access(program.c_str(), X_OK) == 0) return program;
   throw std::runtime_error(program + " is not installed; scripts/install-packages does it");
 }

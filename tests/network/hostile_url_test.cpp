@@ -76,7 +76,8 @@ TEST_F(HostileUrl, LineBreaksInADownloadUrlSendNothing) {
 }
 
 TEST_F(HostileUrl, OnlyHttpIsAPlaceForAnUpload) {
-  const std::string file = secret_ + "?ticket=T1", server = ServerUrl().substr(4) + "/up?ticket=T1";
+  const std::string file = secret_ + "?ticket=T1";
+  const std::string server = ServerUrl().substr(4) + "/up?ticket=T1";
   ExpectNoUpload("",
                  {"file://" + file, "FILE://" + file, "file://localhost" + file, "file://127.0.0.1" + file});
   EXPECT_EQ(files_.Read("secret.txt"), "secret");

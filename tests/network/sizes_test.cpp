@@ -25,7 +25,7 @@ constexpr bool kIsBound = true;
 constexpr std::uint64_t kLarge = std::uint64_t{1} << 30;
 constexpr char kMarks[] = "0=A 536870912=M 1073741823=Z ";
 #endif
-constexpr long kMostKilobytes = 40 * 1024;
+constexpr long kMostKilobytes = 40L * 1024;
 constexpr std::uint64_t kRoomWanted = std::uint64_t{3} << 30;
 constexpr int kSeconds = 60;
 

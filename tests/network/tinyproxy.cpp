@@ -15,8 +15,7 @@ constexpr int kPatience = 10;
 Tinyproxy::Tinyproxy(const std::string& more, const std::string& address, std::uint16_t fixedPort)
     : address_(address),
       server_([this, &more](std::uint16_t port) { return Command(port, more); }, files_.Path("said"), address,
-              fixedPort),
-      before_(0) {
+              fixedPort) {
   WaitUntil([this] { return !LogLines(kConnection).empty(); }, kPatience);
   before_ = LogLines(kConnection).size();
 }

@@ -31,7 +31,7 @@ class Tinyproxy {
   TemporaryDirectory files_;
   std::string address_;
   ServerProcess server_;
-  std::size_t before_;  // connections that looked whether it is up
+  std::size_t before_ = 0;  // connections that looked whether it is up
 };
 
 }  // namespace qv::test

@@ -132,7 +132,7 @@ class RecordListTwoWays : public FactoryFixture {
   static std::string WrittenTwoWays(const Make& make) {
     const std::string byInterfaces = Written(Forwarding(make()));
     EXPECT_EQ(TakenWords(), "no record");
-    const std::string inPlace = Written(make());
+    std::string inPlace = Written(make());
     EXPECT_EQ(TakenWords(), "no record");
     EXPECT_EQ(inPlace, byInterfaces);
     return inPlace;

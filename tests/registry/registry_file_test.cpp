@@ -15,7 +15,7 @@
 namespace qv {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 // "key=value|" for each entry.
 void ExpectEntries(const std::string& entries, std::initializer_list<std::string> files) {

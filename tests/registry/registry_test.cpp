@@ -171,7 +171,7 @@ TEST_F(RegistryTest, OnlyRegularFilesAreRead) {
 }
 
 TEST_F(RegistryTest, LongestFileIsOneMebibyteReadAndWritten) {
-  const std::string filled = Saying("x") + ";" + std::string(1024 * 1024 - Saying("x").size() - 1, 'c');
+  const std::string filled = Saying("x") + ";" + std::string(1024UL * 1024 - Saying("x").size() - 1, 'c');
   EXPECT_EQ(ReadRegistryLayer(directory_.Write("named.reg", filled)).damage, "");
   EXPECT_EQ(ReadRegistryLayer(directory_.Write("b.reg", filled + "c")).damage, "Longer than 1 MiB");
   EXPECT_EQ(Writing(all_, u"a"), "0x80004005 " + At("named.reg") + ": It would be longer than 1 MiB");

@@ -10,7 +10,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 std::string TicketIn(const WideString& url) {
   return Shown(CFileUploader::ExtractTicket(url));

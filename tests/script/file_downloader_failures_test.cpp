@@ -9,7 +9,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 class DownloadFailure : public DownloadFixture {
  protected:

@@ -9,7 +9,8 @@ namespace {
 
 class PostFile : public UploadFixture {
  protected:
-  std::string PostThrows(const CQvUrl& url = CQvUrl(u"http://files/up"), const WideString& proxy = u"") {
+  static std::string PostThrows(const CQvUrl& url = CQvUrl(u"http://files/up"),
+                                const WideString& proxy = u"") {
     return Thrown([&] { CFileUploader(u"http://srv/svc", u"").PostFile(url, proxy, u"u1", u"/a.txt"); });
   }
 };

@@ -8,7 +8,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 class ResolveTargetPath : public DownloadFixture {
  protected:

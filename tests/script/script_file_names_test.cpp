@@ -8,7 +8,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 constexpr char kFound[] = "&lt;found/&gt;\\u000A\\u000A";
 constexpr char kDocument[] = "<found/>";

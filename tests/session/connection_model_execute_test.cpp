@@ -43,7 +43,7 @@ class ModelExecute : public ModelExecuteFile, public testing::WithParamInterface
   std::string RunThrows(IParameters* parameters = nullptr, const std::u16string& answer = u"") {
     return Throws(answer, [&] { Run(parameters); });
   }
-  std::string Request(const std::string& parameters) const {
+  static std::string Request(const std::string& parameters) {
     return IsFile() ? RequestOfFile(kOnTheWire, parameters) : RequestWith(parameters);
   }
 };

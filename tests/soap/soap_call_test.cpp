@@ -29,10 +29,10 @@ class SoapCall : public testing::Test {
     call.SetAction(action);
     return std::unique_ptr<CQvCommand>(call.CreateCommand());
   }
-  CSOAPResponse Run(const WideString& action, const NamedArguments& map) {
+  static CSOAPResponse Run(const WideString& action, const NamedArguments& map) {
     return CSOAPCall().Run(CQvUrl(u"http://srv/a"), action, u"ignored", map);
   }
-  std::string RunThrows(const WideString& action, const NamedArguments& map) {
+  static std::string RunThrows(const WideString& action, const NamedArguments& map) {
     return Thrown([&] { Run(action, map); });
   }
   std::string CloseThrows() { return RunThrows(u"CloseUserSession", close_); }

@@ -66,8 +66,8 @@ CommaLocale::CommaLocale() : oldName_(std::setlocale(LC_ALL, nullptr)) {
                             new CommaNumbers<wchar_t>);
   oldLocale_ = std::locale::global(numbers);
   if (!SpeakGerman())
-    std::fprintf(stderr,
-                 "NOT TESTED: no C locale with a decimal comma here, and localedef could not make one\n");
+    (void)std::fprintf(
+        stderr, "NOT TESTED: no C locale with a decimal comma here, and localedef could not make one\n");
 }
 
 CommaLocale::~CommaLocale() {

@@ -12,7 +12,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 std::u16string Repeated(std::u16string_view piece, std::size_t count) {
   std::u16string text;

@@ -136,8 +136,10 @@ TEST_F(TempDirectoryTest, DirectoryThatCannotBeMadeIsRaisedWithTheReason) {
   for (const auto& [temp, reason] : rows) {
     temp_.Set(temp.c_str());
     EXPECT_EQ(WithoutGuids(Thrown([] { CreateTempSubdirectory(nullptr); })),
-              "EQvException 0x00000000 Cannot create the following directory: " + temp +
-                  "\\GUID due to the following error: " + reason);
+              std::string("EQvException 0x00000000 Cannot create the following directory: ")
+                  .append(temp)
+                  .append("\\GUID due to the following error: ")
+                  .append(reason));
   }
 }
 

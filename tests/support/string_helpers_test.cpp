@@ -13,7 +13,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 constexpr std::u16string_view kBeyondAscii =
     u"\u00E9\u00C9\u00DF\u00FF\u0131\u0130\u03B1\u0391\u0436\u0416\uFF41\uFF21";

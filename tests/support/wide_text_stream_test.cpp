@@ -10,7 +10,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 TEST(WideTextStream, FreshOneIsEmpty) {
   const WideTextStream stream;

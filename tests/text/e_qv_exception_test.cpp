@@ -64,7 +64,7 @@ TEST(EQvException, CopyCostsNoMemoryAndKeepsTheText) {
 
 TEST(EQvException, CopyKeepsMessageAndCode) {
   const EQvException error(u"message", 5);
-  const EQvException copy(error);
+  const EQvException copy(error);  // NOLINT(performance-unnecessary-copy-initialization): the copy is tested
   EXPECT_EQ(copy.Description(), u"message");
   EXPECT_EQ(static_cast<std::uint32_t>(copy.Code()), 0x80040005U);
 }

@@ -101,9 +101,9 @@ TEST(StringBlock, SizeThatNoMemoryHoldsRaisesOutOfMemoryAndLeavesTheBlockGood) {
 TEST(SecretText, NoTextIsOneUnlessItIsMarkedOnAllCopies) {
   const WideString before(u"word");
   EXPECT_FALSE(IsSecret(before.data()));
-  const WideString marked = before;
+  const WideString marked = before;  // NOLINT(performance-unnecessary-copy-initialization): a copy to mark
   MarkSecret(marked);
-  const WideString after = marked;
+  const WideString after = marked;  // NOLINT(performance-unnecessary-copy-initialization): a copy of it
   EXPECT_TRUE(IsSecret(before.data()));
   EXPECT_TRUE(IsSecret(after.data()));
   EXPECT_EQ(before, WideString(u"word"));

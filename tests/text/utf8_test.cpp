@@ -16,7 +16,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 using Row = std::pair<std::u16string_view, std::string_view>;
 

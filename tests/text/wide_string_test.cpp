@@ -13,7 +13,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 TEST(RawString, UnitsAreCopiedAndClosedWithNull) {
   BStr text = AllocString(u"a\0b!", 3);
@@ -93,7 +93,7 @@ TEST(WideString, PointerIsReadUpToTheFirstNullAndAViewWithAllUnits) {
 
 TEST(WideString, CopySharesTheText) {
   const WideString text(u"abc");
-  const WideString copy(text);
+  const WideString copy(text);  // NOLINT(performance-unnecessary-copy-initialization): the copy is tested
   EXPECT_EQ(copy.data(), text.data());
   WideString assigned(u"other");
   assigned = text;

@@ -150,6 +150,7 @@ using qv::torture::Transfer;
 
 extern "C" {
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the C library's have reserved names.
 int socket(int family, int type, int protocol) noexcept {
   if (const auto* kind = Struck(Call::kSocket)) return FailWith(kind);
   static const auto real = Real<int (*)(int, int, int)>("socket");
@@ -219,6 +220,8 @@ int close(int descriptor) {
   const int result = real(descriptor);
   return kind == nullptr ? result : FailWith(kind);
 }
+
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 }  // extern "C"
 

@@ -102,7 +102,7 @@ class Campaign {
                   static_cast<unsigned>(report.code), report.seen);
       return report.verdict == Verdict::kGood || report.verdict == Verdict::kXmlRefused ? 0 : 1;
     }
-    std::fprintf(stderr, "no flow has this name\n");
+    (void)std::fprintf(stderr, "no flow has this name\n");
     return 2;
   }
 

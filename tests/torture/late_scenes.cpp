@@ -45,7 +45,7 @@ class LoadScene : public Scene {
 
  private:
   const std::vector<Variant> server_{ServerName()};
-  const std::vector<Variant> none_;
+  const std::vector<Variant> none_{};
 };
 
 // A client that is ready, in a library that stays.
@@ -61,7 +61,7 @@ class ClientScene : public Scene {
 
   IDispatchPtr client_;
   IDispatchPtr model_;
-  const std::vector<Variant> none_;
+  const std::vector<Variant> none_{};
 };
 
 class LateSessionScene : public ClientScene {
@@ -87,7 +87,7 @@ class LateExecuteScene : public ClientScene {
   }
   bool Call() override {
     script_[0].Clear();
-    CallByName(client_.get(), u"Parameters", DISPATCH_METHOD, none_, &script_[0]);
+    CallByName(client_.get(), u"Parameters", DISPATCH_METHOD, none_, script_.data());
     CallByName(DispatchOf(script_[0]), u"Add", DISPATCH_METHOD, pair_);
     Variant result;
     CallByName(model_.get(), u"Execute", DISPATCH_METHOD, script_, &result);

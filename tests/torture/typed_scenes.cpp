@@ -264,7 +264,9 @@ class MembersScene : public Scene {
  public:
   bool Call() override {
     const IQvScriptwellsPtr client = CreateQvScriptwells();
-    Variant list, added, type;
+    Variant list;
+    Variant added;
+    Variant type;
     EXCEPINFO failure;
     CallByName(client.get(), u"put_ServerName", DISPATCH_PROPERTYPUT, server_, nullptr, &failure);
     CallByName(client.get(), u"Parameters", DISPATCH_METHOD, none_, &list, &failure);
@@ -277,7 +279,7 @@ class MembersScene : public Scene {
  private:
   const std::vector<Variant> add_{Variant::FromInt(42), Variant::FromString(u"key")};
   const std::vector<Variant> server_{Variant::FromString(u"http://srv")};
-  const std::vector<Variant> none_;
+  const std::vector<Variant> none_{};
 };
 
 // The class that the program itself carries, by its id.

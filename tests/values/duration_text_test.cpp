@@ -6,7 +6,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 constexpr char kZero[] = "0/0/0 0:0:0";
 constexpr char kNegativeZero[] = "0/0/0 0:0:0 negative -1";

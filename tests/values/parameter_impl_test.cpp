@@ -18,9 +18,9 @@
 namespace qv {
 namespace {
 
-WideString TypeNameOf(Variant value) {
+WideString TypeNameOf(const Variant& value) {
   ParameterImpl parameter;
-  parameter.SetValues(u"key", std::move(value));
+  parameter.SetValues(u"key", value);
   return parameter.get_ParamTypeAsString();
 }
 

@@ -9,7 +9,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 using TextList = std::initializer_list<std::u16string_view>;
 
 constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();

@@ -88,7 +88,7 @@ TEST_F(VariantReentry, SourceThatChangesWhileItIsCopiedIsCopiedWhole) {
   Variant source = Variant::FromObject(object);
   object->OnAddRef([&] { source = Variant::FromInt(7); });
   {
-    const Variant copy(source);
+    const Variant copy(source);  // NOLINT(performance-unnecessary-copy-initialization): the copy is tested
     EXPECT_EQ(copy.Tag(), VT_UNKNOWN);
     EXPECT_EQ(copy.Object(), object);
   }

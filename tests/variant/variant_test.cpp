@@ -16,7 +16,7 @@
 namespace qv {
 namespace {
 
-using std::literals::string_view_literals::operator""sv;
+using namespace std::literals::string_view_literals;
 
 constexpr VARTYPE kUnknownTag = 77;
 constexpr char kBadVarType[] = "_com_error 0x80020008 <null>";
@@ -119,6 +119,8 @@ TEST(Variant, TextIsSharedWithTheStringThatMadeIt) {
   EXPECT_EQ(value.Text().data(), text.data());
   EXPECT_EQ(value.Text().view(), u"a\0b"sv);
 }
+
+// NOLINTBEGIN(performance-unnecessary-copy-initialization): copies are what is tested.
 
 TEST(Variant, TextOutlivesStringAndValue) {
   WideString text;
@@ -272,6 +274,8 @@ TEST(Variant, ValueByReferenceIsBorrowed) {
   EXPECT_EQ(object.count, 1U);
   EXPECT_EQ(copy.Object(), nullptr);
 }
+
+// NOLINTEND(performance-unnecessary-copy-initialization)
 
 }  // namespace
 }  // namespace qv

@@ -33,9 +33,10 @@ TEST(ParseMemory, LargePartsAreGivenBackAtOnceInAnyOrder) {
   ParseMemory memory;
   memory.allocate(1);
   const std::size_t before = memory.BytesInUse();
+  const std::size_t large = 1 << 20;
   void* parts[3];
-  for (void*& part : parts) part = memory.allocate(1 << 20);
-  EXPECT_GE(memory.BytesInUse(), before + 3 * (1 << 20));
+  for (void*& part : parts) part = memory.allocate(large);
+  EXPECT_GE(memory.BytesInUse(), before + 3 * large);
   for (const int i : {1, 0, 2}) memory.deallocate(parts[i]);
   EXPECT_EQ(memory.BytesInUse(), before);
 }

@@ -47,7 +47,7 @@ TEST_F(PlainScannerTest, PlainDocumentsAreReadAsTheLibraryReadsThem) {
 }
 
 TEST_F(PlainScannerTest, OthersAreLeftToTheLibrary) {
-  using std::literals::string_view_literals::operator""sv;
+  using namespace std::literals::string_view_literals;
   for (const std::u16string_view text : {u""sv,
                                          u"x"sv,
                                          u"  "sv,

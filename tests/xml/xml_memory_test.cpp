@@ -76,7 +76,7 @@ TEST_F(XmlMemoryTest, ReallyNoMoreIsTakenFromTheSystem) {
     getrusage(RUSAGE_SELF, &before);
     const bool refused = RefusalOf(text, 32 * kMegabyte).thrown;
     getrusage(RUSAGE_SELF, &after);
-    _exit(refused && after.ru_maxrss - before.ru_maxrss < 64 * 1024 ? 0 : 1);  // kB
+    _exit(refused && after.ru_maxrss - before.ru_maxrss < 64L * 1024 ? 0 : 1);  // kB
   }
   int status = -1;
   ASSERT_EQ(waitpid(child, &status, 0), child);

@@ -1,6 +1,7 @@
 // Options, progress and cancelling.
 #include <chrono>
 #include <functional>
+#include <new>
 #include <string>
 #include <thread>
 #include <vector>
@@ -202,7 +203,8 @@ class SuccessorListener final : public IHttpProgress {
     const std::uint32_t left = --references_;
     if (left != 0) return left;
     references_ = 1000;  // a reference that is taken and returned below does not end it again
-    if (generations_ > 0) SetThreadHttpOptions(HttpOptions(), new SuccessorListener(live_, generations_ - 1));
+    if (generations_ > 0)
+      SetThreadHttpOptions(HttpOptions(), new (std::nothrow) SuccessorListener(live_, generations_ - 1));
     EXPECT_EQ(references_, 1000U) << "released once more while it goes";
     --*live_;
     delete this;

@@ -33,6 +33,7 @@ int Call(const char* function, long number, Arguments... arguments) {
 
 extern "C" {
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the C library's have reserved names.
 int connect(int socket, const sockaddr* address, socklen_t size) {
   return Call("connect", SYS_connect, socket, address, size);
 }
@@ -54,6 +55,8 @@ int renameat2(int fromDirectory, const char* from, int toDirectory, const char* 
 int link(const char* from, const char* to) noexcept {
   return Call("link", SYS_link, from, to);
 }
+
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 }  // extern "C"
 

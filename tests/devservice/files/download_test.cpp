@@ -4,7 +4,7 @@
 namespace qv::devservice::testing {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 class Downloads : public TransferTest {
  protected:

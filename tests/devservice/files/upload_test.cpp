@@ -7,7 +7,7 @@
 namespace qv::devservice::testing {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 class Uploads : public TransferTest {
  protected:

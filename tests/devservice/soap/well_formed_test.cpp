@@ -6,7 +6,7 @@
 namespace qv::devservice::testing {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 TEST(WellFormed, DocumentsPass) {
   for (const std::string& text :

@@ -13,7 +13,7 @@
 namespace qv::devservice {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 constexpr char kRefused[] = "(refused)";
 

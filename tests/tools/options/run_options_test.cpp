@@ -4,7 +4,6 @@
 namespace qv::cli {
 namespace {
 
-using testing::Each;
 using testing::Words;
 
 constexpr char kOne[] = "run --local -e 1 ";

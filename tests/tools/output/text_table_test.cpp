@@ -50,6 +50,8 @@ TEST(TextTable, ControlCharactersAreEscaped) {
   EXPECT_EQ(FormatColumns({"a\x1b[2J"}, {{"1"}}), "a\\x1b[2J\n1\n");
 }
 
+// NOLINTBEGIN(misc-misleading-bidirectional): characters that mislead are what is tested.
+
 TEST(TextTable, OnlyFormatCharactersAreEscapedInAUtf8Locale) {
   const Utf8Locale locale;
   EXPECT_EQ(FormatColumns({"A", "B"}, {{"x\xE2\x80\xAEtxt", "1"}, {"\xEF\xBB\xBF", "2"}, {"\\u202e", "3"}}),
@@ -139,6 +141,8 @@ TEST(CellWidthInC, EllipsisIsAscii) {
   ASSERT_NE(std::setlocale(LC_CTYPE, "C"), nullptr);
   EXPECT_EQ(CutToWidth("Rome", 3), "Ro~");
 }
+
+// NOLINTEND(misc-misleading-bidirectional)
 
 }  // namespace
 }  // namespace qv::cli

@@ -18,6 +18,8 @@ struct Row {
   std::string escaped;
 };
 
+// NOLINTBEGIN(misc-misleading-bidirectional): characters that mislead are what is tested.
+
 TEST(UnsafeCharacters, AreEscapedForATerminal) {
   const std::string text = "caf\xC3\xA9 \xC2\xA0 \xE2\x98\x83 \xF0\x9F\x98\x80 C:\\x41 \\u202e";
   const Row rows[] = {
@@ -147,6 +149,8 @@ TEST(ClosedStreams, NoFileTakesTheNumberOfAStream) {
   EXPECT_EQ(Tool("run --local", {folder.Write("script.js", "6 * 7")}).Close({0, 1, 2}).Run().exit, 6);
   EXPECT_EQ(folder.Read("script.js"), "6 * 7");
 }
+
+// NOLINTEND(misc-misleading-bidirectional)
 
 }  // namespace
 }  // namespace qv::cli

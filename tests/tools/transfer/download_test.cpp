@@ -193,6 +193,7 @@ TEST(FaultOfName, UnsafeAndHiddenNamesAreFaults) {
   for (const bool savesHidden : {false, true}) {
     EXPECT_EQ(FaultOfName("a.txt", savesHidden), NameFault::kNone);
     EXPECT_EQ(FaultOfName("\x1b]0;x\x07.txt", savesHidden), NameFault::kUnsafe);
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
     EXPECT_EQ(FaultOfName("cod\xE2\x80\xAEtxt.exe", savesHidden), NameFault::kUnsafe);
   }
   EXPECT_STREQ(ReasonOf(NameFault::kUnsafe), "it holds a control character");

@@ -177,7 +177,7 @@ TEST(ExplainFailure, StrangeAnswerRaisesADoubt) {
       {"407", ", and a proxy that wants a password is not supported"}};
   for (const auto& [status, remark] : rows) {
     const std::string doubt = std::string(" (HTTP status ") + status + remark;
-    const std::string question = "; is http://srv:8080 a Scriptwells server?)";
+    const char question[] = "; is http://srv:8080 a Scriptwells server?)";
     for (const Phase phase : {kOpen, kExecute})
       ExpectShown({{phase, kInvalid, Answered(status),
                     "7 The respone that arrived is not valid" + doubt + question}});

@@ -69,7 +69,7 @@ TEST_F(SessionCommandTest, SessionIsClosedIfItsIdCannotBePrinted) {
 // The server closes the connection after the request, so that no session is opened.
 class TlsSession : public ::testing::Test {
  protected:
-  Outcome At(const TlsServer& server, const std::string& options = "") const {
+  static Outcome At(const TlsServer& server, const std::string& options = "") {
     return RunTool("run -e 1 --user joe --server " + UrlOf(server) + " " + options);
   }
   static std::string UrlOf(const TlsServer& server) {

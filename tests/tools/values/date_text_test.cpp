@@ -5,12 +5,11 @@
 #include <limits>
 
 #include "tests/tools/refusal.h"
-#include "tests/tools/words.h"
 
 namespace qv::cli {
 namespace {
 
-using testing::Each;
+using testing::ExpectRefusals;
 
 using Parser = double (*)(const std::string&);
 
@@ -25,12 +24,6 @@ struct SerialRow {
 
 void ExpectSerials(Parser parse, const std::vector<SerialRow>& rows) {
   for (const SerialRow& row : rows) EXPECT_EQ(parse(row.text), row.serial) << row.text;
-}
-
-// Each of the texts is rejected with this reason.
-void ExpectRefusals(Parser parse, const std::string& texts, const std::string& reason) {
-  for (const std::string& text : Each(texts))
-    EXPECT_EQ(testing::RefusalOf([&] { parse(text); }), "'" + text + "' " + reason);
 }
 
 TEST(ParseDate, TakesDaysOfTheCalendar) {
