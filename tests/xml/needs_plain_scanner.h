@@ -7,6 +7,6 @@
 #error "QV_PLAIN_SCANNER comes from the build"
 #endif
 
-// A macro, since GTEST_SKIP leaves the function that it stands in.
+// A macro, since GTEST_SKIP returns from the function.
 #define NEEDS_PLAIN_SCANNER() \
   if (QV_PLAIN_SCANNER == 0) GTEST_SKIP() << "built without the plain scanner"

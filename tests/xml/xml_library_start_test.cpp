@@ -113,7 +113,7 @@ bool ReadsPlainText() {
   return GetNodeText(DocumentElement(document.Document())) == u"text";
 }
 
-// With the first parser, for as long as the guard counts; and each time anew.
+// With the first parser, for as long as the guard counts.
 Outcome StartPutOff(long times, Refusal) {
   PutOffXmlLibraryStart();
   for (long i = 0; i < times; ++i) {
