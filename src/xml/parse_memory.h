@@ -1,9 +1,9 @@
 // The memory of one document: allocated from a few large blocks, limited, and freed all at once. Most answers
 // fit into one block, since new memory from the system would cost as much as reading the document: one of at
 // most 1 MB is kept by the thread for its next document, and one of at most 32 MB comes from the C library,
-// which reuses it. Parser and document must be destroyed before it; exceptions outlive the parser, so they use
-// the library's own manager. Used by one thread. Failure: the XML library's OutOfMemoryException, at the limit
-// and when the system has no more memory.
+// which reuses it. Parser and document must be destroyed before it; exceptions outlive the parser, so they
+// use the library's own manager. Used by one thread. Failure: the XML library's OutOfMemoryException, at the
+// limit and when the system has no more memory.
 #pragma once
 
 #include <cstddef>
