@@ -9,7 +9,7 @@ namespace {
 
 // Tables have 24 to 32 units for each node.
 constexpr std::size_t kUnitsOfNode = 24;
-constexpr std::size_t kBytesBesideNodes = 16 * 1024;
+constexpr std::size_t kBytesBesideNodes = std::size_t{16} * 1024;
 // They have a stored unit for each 12 units.
 constexpr std::size_t kUnitsOfStoredByte = 6;
 
