@@ -9,7 +9,9 @@ namespace {
 
 // Tables have 24 to 32 units for each node.
 constexpr std::size_t kUnitsOfNode = 24;
-constexpr std::size_t kBytesBesideNodes = 16 * 1024;
+constexpr std::size_t kBytesBesideNodes = std::size_t{16} * 1024;
+// They have a stored unit for each 12 units.
+constexpr std::size_t kUnitsOfStoredByte = 6;
 
 }  // namespace
 
@@ -18,7 +20,8 @@ void CompactTree::Start(std::u16string_view source, std::size_t ceiling) {
   source_ = source.data();
   ceiling_ = ceiling;
   const std::size_t nodes = source.size() / kUnitsOfNode + 1;
-  if (memory_.Expect(nodes * sizeof(Node) + kBytesBesideNodes)) MakeRoom(nodes_, nodes);
+  const std::size_t beside = kBytesBesideNodes + source.size() / kUnitsOfStoredByte;
+  if (memory_.Expect(nodes * sizeof(Node) + beside)) MakeRoom(nodes_, nodes);
   AddRecord(kDocument, 0, {});
 }
 

@@ -51,6 +51,7 @@ constexpr std::size_t kAlignment = alignof(std::max_align_t);
 // A part that grows to this has its own pages.
 constexpr std::size_t kMappedPart = std::size_t{512} * 1024;
 constexpr std::size_t kPage = 4096;
+constexpr std::size_t kLargePage = std::size_t{2} * 1024 * 1024;
 
 // Keeps one shared block between two documents of a thread, so that a small one needs no system call.
 ThreadSlot& SpareBlock() noexcept {
@@ -58,9 +59,15 @@ ThreadSlot& SpareBlock() noexcept {
   return slot;
 }
 
+std::size_t RoundedUp(std::size_t size, std::size_t step) noexcept {
+  return (size + step - 1) / step * step;
+}
+
 // A wish only.
 void AskForLargePages(void* bytes, std::size_t size) noexcept {
-  if (size >= kLarge) madvise(bytes, size, MADV_HUGEPAGE);
+  if (size < kLarge) return;
+  const std::size_t before = reinterpret_cast<std::uintptr_t>(bytes) % kPage;
+  madvise(static_cast<char*>(bytes) - before, size + before, MADV_HUGEPAGE);
 }
 
 void* MapBlock(std::size_t size) noexcept {
@@ -70,13 +77,10 @@ void* MapBlock(std::size_t size) noexcept {
   return bytes;
 }
 
-std::size_t RoundedUp(std::size_t size, std::size_t step) noexcept {
-  return (size + step - 1) / step * step;
-}
-
-// Twice what is asked for: pages that are not touched cost nothing, and a part that grows seldom moves.
+// Twice what is asked for: pages that are not touched cost nothing, and a part that grows seldom moves. The
+// system aligns whole large pages.
 std::size_t MappedFor(std::size_t size) noexcept {
-  return 2 * RoundedUp(size, kPage);
+  return RoundedUp(2 * size, kLargePage);
 }
 
 }  // namespace
@@ -163,7 +167,7 @@ std::size_t ParseMemory::SmallRequestLimit() const noexcept {
 
 // Null if the shared block has no room.
 void* ParseMemory::TakeFromBlock(std::size_t total) noexcept {
-  if (static_cast<std::size_t>(end_ - next_) < total) return nullptr;
+  if (!HasRoom(total)) return nullptr;
   auto* piece = new (next_) Piece{total, nullptr};
   next_ += total;
   top_ = std::max(top_, next_);
@@ -231,10 +235,10 @@ bool ParseMemory::ResizeNewest(Piece* piece, std::size_t total) noexcept {
 }
 
 void* ParseMemory::Resize(void* bytes, std::size_t size) {
-  if (bytes == nullptr) return allocate(size);
   if (size > kLargestRequest) throw xc::OutOfMemoryException();
-  Piece* const piece = static_cast<Piece*>(bytes) - 1;
   const std::size_t total = sizeof(Piece) + RoundedUp(size, kAlignment);
+  if (bytes == nullptr) return total < kMappedPart || HasRoom(total) ? allocate(size) : TakeMapped(total);
+  Piece* const piece = static_cast<Piece*>(bytes) - 1;
   const bool isMapped = piece->alone != nullptr && piece->alone->mapped != 0;
   if (isMapped && total >= kMappedPart) return ResizeMapped(piece, total);
   if (ResizeNewest(piece, total)) return bytes;
@@ -264,15 +268,17 @@ void ParseMemory::ShareBlock(void* memory, std::size_t size, std::size_t mapped)
 bool ParseMemory::Expect(std::size_t bytes) noexcept {
   const std::size_t size =
       std::max(RoundedUp(sizeof(Block) + sizeof(Piece) + bytes, kPage), kSharedBlockSize);
-  if (blocks_ != nullptr || size > kLargestSpare || size > limit_) return false;
-  void* raw = TakeSpare(size);
-  if (raw != nullptr) {
-    ShareBlock(raw, static_cast<Block*>(raw)->size, 0);
+  if (blocks_ != nullptr || size > limit_) return false;
+  if (size > kLargestBlock) return true;
+  if (void* spare = size <= kLargestSpare ? TakeSpare(size) : nullptr) {
+    ShareBlock(spare, static_cast<Block*>(spare)->size, 0);
     return true;
   }
-  raw = std::malloc(size);
-  if (raw != nullptr) ShareBlock(raw, size, 0);
-  return raw != nullptr;
+  void* raw = std::malloc(size);
+  if (raw == nullptr) return false;
+  AskForLargePages(raw, size);
+  ShareBlock(raw, size, 0);
+  return true;
 }
 
 void ParseMemory::deallocate(void* bytes) {

@@ -1,9 +1,9 @@
-// The memory of one document: allocated from a few large blocks, limited, and freed all at once. A small
-// answer fits into one block of at most 1 MB, which the thread keeps for its next document: new memory from
-// the system would cost as much as reading the document. Parser and document must be
-// destroyed before it; exceptions outlive the parser, so they use the library's own manager. Used by one
-// thread. Failure: the XML library's OutOfMemoryException, at the limit and when the system has no more
-// memory.
+// The memory of one document: allocated from a few large blocks, limited, and freed all at once. Most answers
+// fit into one block, since new memory from the system would cost as much as reading the document: one of at
+// most 1 MB is kept by the thread for its next document, and one of at most 32 MB comes from the C library,
+// which reuses it. Parser and document must be destroyed before it; exceptions outlive the parser, so they
+// use the library's own manager. Used by one thread. Failure: the XML library's OutOfMemoryException, at the
+// limit and when the system has no more memory.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,8 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   void ClearAtEnd() noexcept { clears_ = true; }
   // Bytes in use. Parts of a shared block count until the end, even after they are freed.
   std::size_t BytesInUse() const noexcept { return inUse_; }
-  // Before the first allocation: the document is likely to need so many bytes. True if one block has them.
+  // Before the first allocation: the document is likely to need so many bytes. True if a part of that size,
+  // from Resize, costs nothing until it is used.
   bool Expect(std::size_t bytes) noexcept;
   // Gives everything back now, so that nothing of it is in use.
   void GiveAllBack() noexcept;
@@ -42,6 +43,7 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
 
   std::size_t SmallRequestLimit() const noexcept;
   std::size_t LargestShared() const noexcept;
+  bool HasRoom(std::size_t total) const noexcept { return static_cast<std::size_t>(end_ - next_) >= total; }
   void* TakeFromBlock(std::size_t total) noexcept;
   void* TakeAlone(std::size_t total);
   void* TakeMapped(std::size_t total);

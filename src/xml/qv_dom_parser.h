@@ -18,13 +18,16 @@
 #include "xml/compact_tree.h"
 #include "xml/parse_memory.h"
 #include "xml/qv_dom_error_handlers.h"
+#include "xml/xml_library_start.h"
 #include "xml/xml_node.h"
 
 namespace qv {
 
-// The parser's first base class, so that its memory is created first and destroyed last.
+// The parser's first base class, so that its memory is created first and destroyed last. What else comes
+// before a parser is the start of the library.
 class ParseMemoryOwner {
  protected:
+  ParseMemoryOwner() { RequireXmlLibrary(); }
   ParseMemory& Memory() noexcept { return memory_; }
   const ParseMemory& Memory() const noexcept { return memory_; }
 

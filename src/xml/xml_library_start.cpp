@@ -1,6 +1,8 @@
 #include "xml/xml_library_start.h"
 
+#include <mutex>
 #include <new>
+#include <utility>
 
 #include <xercesc/util/PanicHandler.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -35,6 +37,8 @@ Lent& ToLibrary() {
 }
 
 bool failedInside = false;
+bool isPutOff = false;
+bool isStarted = false;  // what is put off
 
 void Initialize() {
   try {
@@ -47,9 +51,7 @@ void Initialize() {
   }
 }
 
-}  // namespace
-
-void StartXmlLibrary() {
+void StartNow() {
   if (failedInside) throw StartFailure();
   StartMemory& memory = ToLibrary().memory;
   if (!memory.Reserve()) throw std::bad_alloc();
@@ -57,7 +59,26 @@ void StartXmlLibrary() {
   Initialize();
 }
 
+}  // namespace
+
+void PutOffXmlLibraryStart() noexcept {
+  isPutOff = true;
+}
+
+void StartXmlLibrary() {
+  if (!isPutOff) StartNow();
+}
+
+void RequireXmlLibrary() {
+  if (!isPutOff) return;
+  static std::mutex mutex;
+  const std::lock_guard<std::mutex> lock(mutex);
+  if (!isStarted) StartNow();
+  isStarted = true;
+}
+
 void StopXmlLibrary() {
+  if (isPutOff && !std::exchange(isStarted, false)) return;
   StartMemory& memory = ToLibrary().memory;
   {
     const StartMemory::Serving serving(memory);

@@ -5,6 +5,7 @@
 
 #include <xercesc/dom/DOMException.hpp>
 
+#include "needs_plain_scanner.h"
 #include "plain_document.h"
 #include "random_document.h"
 #include "stock_parser.h"
@@ -93,6 +94,7 @@ TEST_P(DocumentRandomTest, PlainDocumentsInEachWay) {
 // What the scanner accepts the library accepts, and reads the same from it. What it does not accept is the
 // library's anyway, so there is nothing to compare.
 TEST_P(DocumentRandomTest, ScannerReadsWhatTheLibraryReads) {
+  NEEDS_PLAIN_SCANNER();
   const std::uint32_t wanted = DocumentsOfSlice(20000);
   PlainDocuments documents(GetParam() + 1000);
   ParseMemory memory;

@@ -81,6 +81,34 @@ TEST(ParseMemory, SizesNearTheLargestAreRefused) {
     EXPECT_THROW(memory.allocate(size), OutOfMemoryException);
 }
 
+TEST(ParseMemory, ExpectedPartsKeepTheirContentsWhenTheyGrow) {
+  for (const std::size_t size : {1U << 10, 1U << 20, 2U << 20, 20U << 20, 40U << 20}) {
+    SCOPED_TRACE(size);
+    ParseMemory memory;
+    ASSERT_TRUE(memory.Expect(size));
+    EXPECT_EQ(memory.BytesInUse(), 0U);
+    auto* part = static_cast<unsigned char*>(memory.Resize(nullptr, size));
+    part[0] = 1;
+    part[size - 1] = 2;
+    auto* next = static_cast<unsigned char*>(memory.Resize(nullptr, 100));
+    next[99] = 3;
+    part = static_cast<unsigned char*>(memory.Resize(part, 2 * size));
+    part[2 * size - 1] = 4;
+    EXPECT_EQ(part[0], 1);
+    EXPECT_EQ(part[size - 1], 2);
+    EXPECT_EQ(next[99], 3);
+  }
+}
+
+TEST(ParseMemory, NothingIsExpectedBeyondTheLimitOrAfterTheFirstPart) {
+  ParseMemory memory;
+  memory.SetLimit(1 << 20);
+  EXPECT_FALSE(memory.Expect(1 << 20));
+  EXPECT_FALSE(memory.Expect(std::size_t{40} << 20));
+  memory.allocate(1);
+  EXPECT_FALSE(memory.Expect(1));
+}
+
 TEST(ParseMemory, EachThreadHasItsOwnSpareBlock) {
   std::vector<std::thread> threads;
   threads.reserve(4);

@@ -3,6 +3,7 @@
 
 #include <xercesc/util/OutOfMemoryException.hpp>
 
+#include "needs_plain_scanner.h"
 #include "stock_parser.h"
 #include "tree_comparison.h"
 #include "xml/answer_document.h"
@@ -13,6 +14,7 @@ namespace {
 
 class PlainScannerTest : public XmlFixture {
  protected:
+  void SetUp() override { NEEDS_PLAIN_SCANNER(); }
   // Scans a copy of the text, which the nodes are views of.
   bool IsPlain(std::u16string_view text) {
     text_ = text;
@@ -165,6 +167,7 @@ TEST_F(AnswerDocumentTest, NothingIsThereBeforeReading) {
 
 // A parser takes 200 kB and more.
 TEST_F(AnswerDocumentTest, PlainTextNeedsNoParser) {
+  NEEDS_PLAIN_SCANNER();
   AnswerDocument plain;
   plain.ReadText(u"<a k='v'>text</a>", "application/xml");
   EXPECT_EQ(GetNodeText(plain.Document().FirstChild()), u"text");

@@ -8,14 +8,17 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <new>
 #include <string>
 
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "com/module.h"
 #include "fixtures/refused_memory.h"
+#include "needs_plain_scanner.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/wide_string.h"
+#include "xml/answer_document.h"
 #include "xml/qv_dom_parser.h"
 #include "xml/xml_library_guard.h"
 #include "xml/xml_walk.h"
@@ -98,6 +101,41 @@ Outcome InProcessOfItsOwn(Outcome (*function)(long, Refusal), long number, Refus
   int status = 0;
   if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status)) return kWrong;
   return static_cast<Outcome>(WEXITSTATUS(status));
+}
+
+bool IsStarted() {
+  return XERCES_CPP_NAMESPACE::XMLPlatformUtils::fgMemoryManager != nullptr;
+}
+
+bool ReadsPlainText() {
+  AnswerDocument document;
+  document.ReadText(u"<r>text</r>", "application/xml");
+  return GetNodeText(DocumentElement(document.Document())) == u"text";
+}
+
+// With the first parser, for as long as the guard counts.
+Outcome StartPutOff(long times, Refusal) {
+  PutOffXmlLibraryStart();
+  for (long i = 0; i < times; ++i) {
+    if (!Acquires() || IsStarted() || !ReadsPlainText() || IsStarted()) return kWrong;
+    if (!Parses() || !IsStarted() || !Parses() || !Releases() || IsStarted()) return kWrong;
+    if (!Acquires() || !Releases() || IsStarted()) return kWrong;
+  }
+  return Guard().Count() == 0 ? kUnharmed : kWrong;
+}
+
+Outcome RefuseStartPutOff(long number, Refusal refusal) {
+  PutOffXmlLibraryStart();
+  if (!Acquires()) return kWrong;
+  RefuseAllocation(number, refusal);
+  bool failed = false;
+  try {
+    RequireXmlLibrary();
+  } catch (const std::bad_alloc&) {
+    failed = true;
+  }
+  StopRefusing();
+  return failed && !IsStarted() && Parses() && Releases() ? kRecovered : kWrong;
 }
 
 struct Tally {
@@ -188,6 +226,15 @@ TEST(XmlLibraryStart, BlockThatIsMissingIsReportedWithTheFixedMessage) {
   EXPECT_EQ(message, u"Xerces initialization failed.");
   EXPECT_TRUE(WorksTwice());
   EXPECT_EQ(ModuleLocks(), 0);
+}
+
+TEST(XmlLibraryStart, StartThatIsPutOffComesWithTheFirstParser) {
+  NEEDS_PLAIN_SCANNER();
+  EXPECT_EQ(InProcessOfItsOwn(StartPutOff, 3, Refusal::kOne), kUnharmed);
+}
+
+TEST(XmlLibraryStart, StartThatIsPutOffAndFailsCanBeTriedAgain) {
+  EXPECT_EQ(InProcessOfItsOwn(RefuseStartPutOff, 1, Refusal::kOne), kRecovered);
 }
 
 // If the program itself has started the XML library, the borrowed objects stay.

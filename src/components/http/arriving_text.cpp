@@ -9,8 +9,9 @@
 namespace qv {
 namespace {
 
-// A server may announce more than it sends, so the capacity is at most this multiple of what has arrived.
-// Unused capacity takes no memory, and an eighth of the text or less is copied.
+// A server may announce more than it sends, so beyond the first of these the capacity is at most a multiple
+// of what has arrived. Unused capacity takes no memory, and an eighth of the text or less is copied.
+constexpr std::size_t kUnitsAtOnce = std::size_t{32} << 20;
 constexpr std::size_t kGrowth = 8;
 
 }  // namespace
@@ -22,7 +23,8 @@ ArrivingText::~ArrivingText() {
 char16_t* ArrivingText::Room(std::size_t units) {
   const std::size_t needed = StringLength(text_) + units;
   if (text_ == nullptr || needed > capacity_) {
-    const std::size_t larger = std::max(needed, std::min(announced_, needed * kGrowth));
+    const bool isExpected = announced_ <= std::max(kUnitsAtOnce, needed * kGrowth);
+    const std::size_t larger = std::max(needed, isExpected ? announced_ : needed * kGrowth);
     if (text_ == nullptr) {
       text_ = NewStringBlock(larger);
       MarkSecret(text_);

@@ -10,7 +10,7 @@ namespace qv {
 // The text may contain a session id, so memory is cleared when the text moves to a larger block.
 class ArrivingText {
  public:
-  // `announced` units are expected. The capacity is limited to a multiple of what has arrived.
+  // `announced` units are expected. Beyond 64 MB the capacity is limited to a multiple of what has arrived.
   explicit ArrivingText(std::size_t announced) noexcept : announced_(announced) {}
   ~ArrivingText();
   ArrivingText(const ArrivingText&) = delete;

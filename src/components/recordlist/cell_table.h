@@ -1,4 +1,4 @@
-// The values of a record list, row by row, in chunks of about 16 kB: a cell needs little more memory than its
+// The values of a record list, row by row, in chunks of about 64 kB: a cell needs little more memory than its
 // Variant, and a table has few blocks to free. Each row has a lock.
 //
 // Failure: AddRow and AddColumn throw std::bad_alloc or std::length_error, and then change nothing.

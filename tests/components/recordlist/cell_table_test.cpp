@@ -41,7 +41,7 @@ void ExpectNumbers(CellTable& table, std::size_t columns) {
 
 TEST(CellTable, EachCellHasItsPlaceWhateverTheShape) {
   for (const std::size_t columns :
-       {1U, 2U, 3U, 7U, 10U, 100U, 341U, 512U, 513U, 1023U, 1024U, 1025U, 3000U}) {
+       {1U, 2U, 3U, 7U, 10U, 100U, 341U, 512U, 513U, 1024U, 3000U, 4095U, 4096U, 4097U}) {
     SCOPED_TRACE(columns);
     CellTable table = TableOf(columns);
     const std::size_t rows = columns < 100 ? 5000 : 40;
