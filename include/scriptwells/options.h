@@ -1,0 +1,102 @@
+// Options of sessions and calls.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "scriptwells/exchange.h"
+#include "scriptwells/export.h"
+
+namespace scriptwells {
+
+struct Credentials {
+  std::string user{};
+  std::string password{};
+  std::string replica{};
+};
+
+// Cancels running calls from any thread, or from a signal handler. Copies share one state.
+class SCRIPTWELLS_API CancelToken {
+ public:
+  CancelToken();
+  // Calls that use the token end with CancelledError, at the latest after a quarter of a second; later calls
+  // at once. Closing the session is not affected. Safe in a signal handler.
+  void Cancel() noexcept { *state_ = true; }
+  // Later calls work again.
+  void Reset() noexcept { *state_ = false; }
+  bool IsCancelled() const noexcept { return *state_; }
+
+ private:
+  std::shared_ptr<std::atomic<bool>> state_;
+};
+
+// How far a transfer is.
+struct Progress {
+  bool sending = false;
+  std::int64_t done = 0;    // bytes of the body
+  std::int64_t total = -1;  // -1: unknown
+  std::string_view file;    // the local path of an upload or download; empty for a message
+};
+// Called on the thread of the call, between chunks and every quarter of a second while waiting. An exception
+// that it throws ends the call and reaches the caller.
+using ProgressListener = std::function<void(const Progress&)>;
+
+// Runs a function, soon and once, on any thread. For Session::RunAsync.
+using Executor = std::function<void(std::function<void()>)>;
+// A pool of the library's own threads, which start with the first function. The last copy waits for what was
+// given to it.
+SCRIPTWELLS_API Executor ThreadPool(unsigned threads);
+
+// Times of 0 mean no limit.
+struct Options {
+  std::string language = "JavaScript";  // of Run
+  std::string proxy;                    // "name" (port 80) or "name:port"; empty for none
+
+  std::chrono::milliseconds connectTimeout{30'000};  // for each connection, with resolving and TLS
+  std::chrono::milliseconds silenceTimeout{60'000};  // without a byte in either direction
+  std::chrono::milliseconds totalTimeout{0};         // for each call, with its uploads
+  std::chrono::milliseconds closeTimeout{2'000};     // of the destructor's close
+  std::int64_t leastBytesPerSecond = 16;             // mean of a minute of waiting
+  std::int64_t mostAnswerBytes = std::int64_t{512} << 20;
+
+  // For https; PEM files, empty for none. The authorities replace those of the system.
+  std::filesystem::path authorities;
+  std::filesystem::path certificate;
+  std::filesystem::path key;  // may be in the certificate's file; has no password
+
+  // Where the upload scripts are (ClientScripts/UploadScript.xml and UploadScriptWithoutTicketdId.xml).
+  // Empty: the installation's, which the registry names.
+  std::filesystem::path homeDirectory;
+  bool replaceFiles = true;  // Download replaces a file that is there
+  bool hiddenFiles = false;  // Download saves under names that begin with "."
+
+  // Refuse what the protocol would change: arguments with LossesOnTheWire, and answers that were declared as
+  // long, byte or URL, with fractions of a second, or with a zone that is not whole days.
+  bool strict = false;
+  // The destructor cancels what RunAsync has queued and runs, and does not wait for it.
+  bool cancelQueued = false;
+
+  std::optional<CancelToken> cancel;
+  ProgressListener progress;
+  ExchangeListener listener;
+  bool showSecrets = false;  // to the listener
+  Executor executor;         // of RunAsync
+};
+
+// Options of one call. What is not set is that of the session.
+struct RunOptions {
+  std::optional<std::string> language;
+  std::optional<bool> strict;
+  std::optional<std::chrono::milliseconds> totalTimeout;
+  std::optional<CancelToken> cancel;
+  ProgressListener progress;
+};
+
+}  // namespace scriptwells

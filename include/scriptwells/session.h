@@ -1,0 +1,70 @@
+// A session on a server: runs scripts, uploads and downloads files.
+//
+//   scriptwells::Session session("http://127.0.0.1:8080", {"joe", "secret"});
+//   int sum = session.Run("parameters.a + parameters.b", {{"a", 2}, {"b", 40}}).As<int>();
+//
+// Failure: every function throws Error (error.h) or std::bad_alloc. After a failed call the session is as
+// before and may be used. Threads: any number of sessions on any threads. The calls of one session run one
+// after the other, whatever threads they come from. Each call blocks until it is done, but for RunAsync. One
+// call is one request (and two for each file); nothing is ever repeated.
+#pragma once
+
+#include <filesystem>
+#include <future>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "scriptwells/arguments.h"
+#include "scriptwells/export.h"
+#include "scriptwells/options.h"
+#include "scriptwells/value.h"
+
+namespace scriptwells {
+
+class SCRIPTWELLS_API Session {
+ public:
+  // Opens a session. `server` is "http://name", "http://name:port" or https, without a path; the default
+  // ports are 80 and 443. Throws SessionError if the server refuses it.
+  explicit Session(const std::string& server, const Credentials& credentials = {}, Options options = {});
+  // Uses a session that is open already, without a request. It is not closed at the end, but by Close.
+  static Session Adopt(const std::string& server, const std::string& id, Options options = {});
+  // Checks address, proxy, certificates and credentials as the constructor does, without a request.
+  static void Check(const std::string& server, const Credentials& credentials, const Options& options);
+
+  // Closes the session that the constructor opened, within closeTimeout, unless the server could not be
+  // reached any more. A failure has no effect. Waits for what RunAsync has queued.
+  ~Session();
+  Session(Session&& other) noexcept;
+  Session& operator=(Session&& other) noexcept;
+
+  // Runs the script. The answer is empty if it has a type that does not arrive.
+  Value Run(std::string_view script, const Arguments& arguments = {}, const RunOptions& options = {});
+  // Runs a script document: an XML file with a script and its language.
+  Value RunDocument(const std::filesystem::path& document, const Arguments& arguments = {},
+                    const RunOptions& options = {});
+  // Run, on the executor of the options; throws std::logic_error without one. Calls run in their order. The
+  // future has the value or the exception; it may be dropped.
+  std::future<Value> RunAsync(std::string script, Arguments arguments = {}, RunOptions options = {});
+  // Saves the file at `url` in the directory, under the name that the server gives. Returns its path. The
+  // session's id is sent to the server of the URL.
+  std::filesystem::path Download(const std::string& url, const std::filesystem::path& directory = ".",
+                                 const RunOptions& options = {});
+
+  // Closes the session, also one that was adopted. Further calls throw.
+  void Close();
+  // The session's id, which lets another program adopt the session: a secret.
+  std::string Id() const;
+  // "http://127.0.0.1:8080"
+  const std::string& Server() const noexcept;
+
+ private:
+  class Impl;
+  explicit Session(std::unique_ptr<Impl> impl) noexcept;
+  std::unique_ptr<Impl> impl_;
+};
+
+// "0.1.0"
+SCRIPTWELLS_API const char* Version() noexcept;
+
+}  // namespace scriptwells

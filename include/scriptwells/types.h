@@ -1,0 +1,117 @@
+// The types of values that C++ has no type for. All are plain data, can be compared and printed, and have a
+// text in the form of ISO 8601. Parse is strict and throws ConversionError; so do conversions that would lose
+// something. Values are sent and read without a time zone; std::chrono time points are taken as UTC.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+#include "scriptwells/export.h"
+
+namespace scriptwells {
+
+// A day of the proleptic Gregorian calendar, years 1 to 9999.
+//   On the wire: day 0 (1899-12-30) is sent as a time, since the value alone decides the type.
+struct SCRIPTWELLS_API Date {
+  int year = 1899;
+  int month = 12;
+  int day = 30;
+
+  static Date Parse(std::string_view text);  // "2024-03-05"
+  auto Parts() const noexcept { return std::tie(year, month, day); }
+  std::string ToString() const;
+};
+
+// A time of day, to the millisecond.
+//   On the wire: milliseconds are written without leading zeros (7 ms as ".7"), and answers arrive in whole
+//   seconds.
+struct SCRIPTWELLS_API Time {
+  int hour = 0;
+  int minute = 0;
+  int second = 0;
+  int millisecond = 0;
+
+  static Time Parse(std::string_view text);  // "10:15", "10:15:30", "10:15:30.5", with or without a "Z"
+  auto Parts() const noexcept { return std::tie(hour, minute, second, millisecond); }
+  std::string ToString() const;  // "10:15:30", with ".500" unless that is 0
+};
+
+// As long as the years 1 to 9999.
+using TimePoint = std::chrono::time_point<std::chrono::system_clock, std::chrono::milliseconds>;
+
+// A day and a time of day.
+//   On the wire: at midnight it is sent as a date, and on day 0 as a time. It cannot be sent on 1899-12-29
+//   (but at midnight) nor in the last half second of a day. Of a zone in an answer only whole days count.
+struct SCRIPTWELLS_API DateTime {
+  Date date;
+  Time time;
+
+  static DateTime Parse(std::string_view text);  // "2024-03-05T10:15:30"
+  auto Parts() const noexcept { return std::tie(date, time); }
+  std::string ToString() const;
+
+  // Rounds down to the millisecond. Throws ConversionError outside the years 1 to 9999.
+  static DateTime From(TimePoint point);
+  template <class Duration>
+  static DateTime From(std::chrono::time_point<std::chrono::system_clock, Duration> point) {
+    return From(std::chrono::floor<std::chrono::milliseconds>(point));
+  }
+  TimePoint ToTimePoint() const;
+};
+
+// A duration in the units of xsd:duration. All counts have one sign.
+//   On the wire: counts up to 32767, and 6 significant digits of the seconds. A larger count in an answer
+//   arrives changed, often negative.
+struct SCRIPTWELLS_API Duration {
+  bool negative = false;
+  int years = 0;
+  int months = 0;
+  int days = 0;
+  int hours = 0;
+  int minutes = 0;
+  double seconds = 0;
+
+  static Duration Parse(std::string_view text);  // "P1Y2M3DT4H5M6.5S", "-P1D"
+  auto Parts() const noexcept { return std::tie(negative, years, months, days, hours, minutes, seconds); }
+  std::string ToString() const;  // as it is sent: without units that are 0, "P0" for none
+
+  // Days, hours, minutes and seconds. Throws ConversionError for more than 32767 days.
+  static Duration From(std::chrono::milliseconds span);
+  // Throws ConversionError if there are years or months, whose lengths vary.
+  std::chrono::milliseconds ToMilliseconds() const;
+};
+
+// An address with a caption. It comes in answers only.
+//   On the wire: an answer that is a URL arrives without both, one in a table as text.
+struct SCRIPTWELLS_API Link {
+  std::string url;
+  std::string caption;
+
+  auto Parts() const noexcept { return std::tie(url, caption); }
+  std::string ToString() const { return url; }
+};
+
+// Types with Parts() are compared part by part ("PT60M" is not "PT1H"), and printed as ToString.
+template <class T, class = decltype(std::declval<const T&>().Parts())>
+bool operator==(const T& a, const T& b) {
+  return a.Parts() == b.Parts();
+}
+template <class T, class = decltype(std::declval<const T&>().Parts())>
+bool operator!=(const T& a, const T& b) {
+  return a.Parts() != b.Parts();
+}
+template <class T, class = decltype(std::declval<const T&>().Parts())>
+bool operator<(const T& a, const T& b) {
+  return a.Parts() < b.Parts();
+}
+template <class T, class = decltype(std::declval<const T&>().Parts())>
+std::ostream& operator<<(std::ostream& out, const T& value) {
+  return out << value.ToString();
+}
+
+}  // namespace scriptwells
