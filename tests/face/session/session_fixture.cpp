@@ -24,7 +24,9 @@ Session SessionTest::Open(Options options) {
 
 int SessionTest::Seen(const std::string& action) {
   const std::string answer =
-      qv::devservice::testing::Ask(service_->Port(), qv::devservice::testing::Request("GET /stats")).body;
+      qv::devservice::testing::RawClient(service_->Port(), qv::devservice::testing::Request("GET /stats"))
+          .Receive()
+          .body;
   return nlohmann::json::parse(answer)["actions"][action].get<int>();
 }
 
