@@ -19,6 +19,7 @@ struct CallSettings {
   bool hiddenFiles = false;
   ExchangeListener listener;
   bool showSecrets = false;  // to the listener; messages of errors never have them
+  bool listenerBodies = true;
   ProgressListener progress;
   std::optional<CancelToken> cancel;  // none while closing
   std::vector<std::string> secrets;   // password, session id: masked

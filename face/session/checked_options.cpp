@@ -57,6 +57,7 @@ CallSettings CheckedSettings(const Options& options) {
   settings.hiddenFiles = options.hiddenFiles;
   settings.listener = options.listener;
   settings.showSecrets = options.showSecrets;
+  settings.listenerBodies = options.listenerBodies;
   settings.progress = options.progress;
   settings.cancel = options.cancel;
   return settings;

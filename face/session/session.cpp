@@ -48,8 +48,12 @@ std::filesystem::path Session::Download(const std::string& url, const std::files
   return impl_->Download(url, directory, options);
 }
 
-void Session::Close() {
-  impl_->Close();
+void Session::Close(std::chrono::milliseconds within) {
+  impl_->Close(within);
+}
+
+std::string Session::Release() {
+  return impl_->Release();
 }
 
 std::string Session::Id() const {

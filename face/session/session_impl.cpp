@@ -100,12 +100,7 @@ Session::Impl::~Impl() {
   queue_.WaitUntilIdle();
   if (state_ == State::kOpen && !isUnreachable_) {
     try {
-      CallSettings settings = settings_;
-      const std::int64_t limit = options_.closeTimeout.count();
-      settings.http.connectTimeout = Sooner(settings.http.connectTimeout, limit);
-      settings.http.idleTimeout = Sooner(settings.http.idleTimeout, limit);
-      settings.http.totalTimeout = limit;
-      CloseWithin(settings);
+      CloseNow(options_.closeTimeout);
     } catch (...) {  // there is nobody to tell
     }
   }
@@ -207,20 +202,31 @@ std::filesystem::path Session::Impl::Download(const std::string& url, const std:
   return qv::NativePath(path);
 }
 
-void Session::Impl::CloseWithin(const CallSettings& settings) {
-  Observe(settings, Purpose::kCloseSession, {}, [&](ObservedCall& observed) {
-    static_cast<void>(observed);
+// A cancelled session is closed, too.
+void Session::Impl::CloseNow(std::chrono::milliseconds within) {
+  CallSettings settings = settings_;
+  settings.cancel.reset();
+  if (within.count() > 0) {
+    const std::int64_t limit = within.count();
+    settings.http.connectTimeout = Sooner(settings.http.connectTimeout, limit);
+    settings.http.idleTimeout = Sooner(settings.http.idleTimeout, limit);
+    settings.http.totalTimeout = limit;
+  }
+  Observe(settings, Purpose::kCloseSession, {}, [&](ObservedCall&) {
     qv::ThrowIfFailed(client_.Model().CloseUserSession());
     state_ = State::kClosed;
   });
 }
 
-void Session::Impl::Close() {
+void Session::Impl::Close(std::chrono::milliseconds within) {
   const CallQueue::Turn turn(queue_);
-  if (state_ == State::kClosed) return;
-  CallSettings settings = settings_;
-  settings.cancel.reset();
-  CloseWithin(settings);
+  if (state_ != State::kClosed) CloseNow(within);
+}
+
+std::string Session::Impl::Release() {
+  const CallQueue::Turn turn(queue_);
+  state_ = State::kClosed;
+  return id_;
 }
 
 std::future<Value> Session::Impl::Post(std::string script, Arguments arguments, RunOptions options) {

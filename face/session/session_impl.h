@@ -25,7 +25,8 @@ class Session::Impl {
                     const RunOptions& options);
   std::filesystem::path Download(const std::string& url, const std::filesystem::path& directory,
                                  const RunOptions& options);
-  void Close();
+  void Close(std::chrono::milliseconds within);
+  std::string Release();
 
   std::future<Value> Post(std::string script, Arguments arguments, RunOptions options);
 
@@ -40,7 +41,8 @@ class Session::Impl {
   void CheckUsable() const;
   Value RunNow(std::string_view script, const Arguments& arguments, const RunOptions& options);
   CallSettings SettingsFor(const RunOptions& options) const;
-  void CloseWithin(const CallSettings& settings);
+  // Limits the whole close, unless the time is 0.
+  void CloseNow(std::chrono::milliseconds within);
   template <class Call>
   void Observe(const CallSettings& settings, Purpose purpose, const std::string& document, Call call);
   // `execute` calls the model with the list and the result.

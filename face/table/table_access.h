@@ -8,8 +8,8 @@ namespace scriptwells {
 
 class TableAccess {
  public:
-  // Takes the list over: nobody else may change it. Reads the columns. Throws Error (kAnswer) with the message of the
-  // list's component.
+  // Takes the list over: nobody else may change it. Reads the columns. Throws Error (kAnswer) with the
+  // message of the list's component.
   static Table Make(qv::IRecordListPtr list);
 };
 

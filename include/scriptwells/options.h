@@ -86,8 +86,9 @@ struct Options {
   std::optional<CancelToken> cancel;
   ProgressListener progress;
   ExchangeListener listener;
-  bool showSecrets = false;  // to the listener
-  Executor executor;         // of RunAsync
+  bool showSecrets = false;    // to the listener
+  bool listenerBodies = true;  // the listener gets heads and bodies, which costs time and memory
+  Executor executor;           // of RunAsync
 };
 
 // Options of one call. What is not set is that of the session.

@@ -51,8 +51,10 @@ class SCRIPTWELLS_API Session {
   std::filesystem::path Download(const std::string& url, const std::filesystem::path& directory = ".",
                                  const RunOptions& options = {});
 
-  // Closes the session, also one that was adopted. Further calls throw.
-  void Close();
+  // Closes the session, also one that was adopted, within the time if it is not 0. Further calls throw.
+  void Close(std::chrono::milliseconds within = {});
+  // Leaves the session open: returns its id, and further calls throw.
+  std::string Release();
   // The session's id, which lets another program adopt the session: a secret.
   std::string Id() const;
   // "http://127.0.0.1:8080"

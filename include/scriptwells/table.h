@@ -150,8 +150,6 @@ class SCRIPTWELLS_API Table {
   std::shared_ptr<const TableData> data_;  // null: no rows and columns
 };
 
-SCRIPTWELLS_API std::ostream& operator<<(std::ostream& out, const Table& table);
-
 // Rows as tuples of T, for range-for with structured bindings.
 template <class... T>
 class TypedRows {

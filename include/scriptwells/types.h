@@ -96,7 +96,7 @@ struct SCRIPTWELLS_API Link {
   std::string ToString() const { return url; }
 };
 
-// Types with Parts() are compared part by part ("PT60M" is not "PT1H"), and printed as ToString.
+// Types with Parts() are compared part by part ("PT60M" is not "PT1H").
 template <class T, class = decltype(std::declval<const T&>().Parts())>
 bool operator==(const T& a, const T& b) {
   return a.Parts() == b.Parts();
@@ -109,7 +109,8 @@ template <class T, class = decltype(std::declval<const T&>().Parts())>
 bool operator<(const T& a, const T& b) {
   return a.Parts() < b.Parts();
 }
-template <class T, class = decltype(std::declval<const T&>().Parts())>
+// Everything with ToString is printed as that.
+template <class T, class = decltype(std::declval<const T&>().ToString())>
 std::ostream& operator<<(std::ostream& out, const T& value) {
   return out << value.ToString();
 }

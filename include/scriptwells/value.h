@@ -137,8 +137,6 @@ class SCRIPTWELLS_API Value {
   Sum sum_;
 };
 
-SCRIPTWELLS_API std::ostream& operator<<(std::ostream& out, const Value& value);
-
 // Values of a chosen type. Throw ConversionError for a number that does not fit.
 SCRIPTWELLS_API Value Byte(std::int64_t value);
 SCRIPTWELLS_API Value Short(std::int64_t value);

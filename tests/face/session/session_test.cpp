@@ -71,6 +71,17 @@ TEST_F(SessionTest, AdoptsAnIdAndDoesNotCloseIt) {
   EXPECT_THROW(owner.Run("1"), Error);
 }
 
+TEST_F(SessionTest, ReleasesASessionThatStaysOpen) {
+  std::string id;
+  {
+    Session session = Open();
+    id = session.Release();
+    EXPECT_THROW(session.Run("1"), SessionError);
+  }
+  EXPECT_EQ(Seen("CloseUserSession"), 0);
+  EXPECT_EQ(Session::Adopt(Url(), id).Run("1").As<int>(), 1);
+}
+
 TEST_F(SessionTest, Moves) {
   std::optional<Session> kept;
   {
