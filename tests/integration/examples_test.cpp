@@ -1,11 +1,14 @@
 // The examples as their readers run them, against the development service.
 #include <dlfcn.h>
 
+#include <filesystem>
 #include <string>
 
+#include "devservice/files/upload_scripts.h"
 #include "fixtures/environment.h"
 #include "fixtures/output_of.h"
 #include "fixtures/temporary_directory.h"
+#include "qvscriptwells/registry.h"
 #include "qvscriptwells/result_codes.h"
 #include "service_fixture.h"
 
@@ -25,9 +28,22 @@ class Examples : public devservice::testing::ServiceTest {
   }
 };
 
-TEST_F(Examples, FirstCallAddsAndWalkTableShowsColumnsAndRows) {
-  ExpectSays(FIRST_CALL, "42\n");
-  ExpectSays(WALK_TABLE, "city people\nRome 2748109\nBern 134591\n");
+TEST_F(Examples, ExactBindingAddsAndWalkTableShowsColumnsAndRows) {
+  ExpectSays(EXACT_BINDING, "42\n");
+  ExpectSays(WALK_TABLE,
+             "city (string)\npeople (int)\nRome 2748109\nBern 134591\nRome is large\n2882700 in all\n"
+             "city,people\r\nRome,2748109\r\nBern,134591\r\n");
+}
+
+TEST_F(Examples, FirstCallUploadsAndDownloads) {
+  const TemporaryDirectory directory;
+  const EnvironmentVariable registry("QV_REGISTRY", directory.Path("registry.reg").c_str());
+  devservice::InstallUploadScripts(directory.Path("home"), "http://quorvane.example");
+  WriteRegistryValue(kHomeDirectoryKey, FromUtf8(directory.Path("home")));
+  directory.Write("report.pdf", "a report");
+  std::filesystem::create_directory(directory.Path("results"));
+  ExpectSays("cd " + directory.Path() + " && " FIRST_CALL, "42\nRome 2748109\n");
+  EXPECT_EQ(directory.Read("results/out.txt"), "text");
 }
 
 // Lets the shared library write itself into the test's registry, as an installation does.
@@ -61,8 +77,9 @@ TEST_F(Examples, LateBindingWithoutRegistrationFails) {
 
 TEST_F(Examples, ServerThatIsNotThereIsReported) {
   const CommandOutput said = OutputOf(FIRST_CALL " http://127.0.0.1:1 2>&1");
-  EXPECT_EQ(said.text, "failed: Cannot create a soap call.\n");
+  EXPECT_EQ(said.text, "failed: cannot reach http://127.0.0.1:1: Connection refused\n");
   EXPECT_EQ(said.exit, 1);
+  EXPECT_EQ(OutputOf(EXACT_BINDING " http://127.0.0.1:1 2>&1").text, "failed: Cannot create a soap call.\n");
 }
 
 }  // namespace
