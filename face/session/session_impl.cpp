@@ -206,6 +206,7 @@ std::filesystem::path Session::Impl::Download(const std::string& url, const std:
 void Session::Impl::CloseNow(std::chrono::milliseconds within) {
   CallSettings settings = settings_;
   settings.cancel.reset();
+  settings.progress = options_.progress;
   if (within.count() > 0) {
     const std::int64_t limit = within.count();
     settings.http.connectTimeout = Sooner(settings.http.connectTimeout, limit);

@@ -52,7 +52,7 @@ TEST_F(SessionTest, SendsEveryTypeAsItIs) {
                 .As<std::string>(),
             "true|-5|7|-3|5000000000|4000000000|0.5|2.25|Grüße <&>");
   EXPECT_EQ(session.Run("parameters.date", arguments).As<Date>(), (Date{2024, 3, 5}));
-  EXPECT_EQ(session.Run("parameters.time", arguments).As<Time>(), (Time{10, 15, 30, 0}));
+  EXPECT_EQ(session.Run("typed.time(parameters.time)", arguments).As<Time>(), (Time{10, 15, 30, 0}));
   EXPECT_EQ(session.Run("parameters.when", arguments).As<DateTime>(),
             (DateTime{{2024, 3, 5}, {10, 15, 30, 0}}));
   EXPECT_EQ(session.Run("parameters.span", arguments).As<Duration>(), Duration::Parse("P1DT2H"));
