@@ -135,20 +135,24 @@ void Session::Impl::CheckUsable() const {
   if (state_ == State::kClosed) throw SessionError(Phase::kSession, "the session is closed");
 }
 
-CallSettings Session::Impl::SettingsFor(const RunOptions& options) const {
-  CallSettings settings = settings_;
-  if (options.totalTimeout) settings.http.totalTimeout = options.totalTimeout->count();
-  if (options.cancel) settings.cancel = options.cancel;
-  if (options.progress) settings.progress = options.progress;
-  settings.keepAnswer = options.strict.value_or(options_.strict);
-  return settings;
+// Copying the settings would cost more than the rest of this room.
+const CallSettings& Session::Impl::SettingsFor(const RunOptions& options, std::optional<CallSettings>& own) {
+  settings_.keepAnswer = options.strict.value_or(options_.strict);
+  if (!options.totalTimeout && !options.cancel && !options.progress) return settings_;
+  own.emplace(settings_);
+  if (options.totalTimeout) own->http.totalTimeout = options.totalTimeout->count();
+  if (options.cancel) own->cancel = options.cancel;
+  if (options.progress) own->progress = options.progress;
+  return *own;
 }
 
 template <class Execute>
-Value Session::Impl::Answer(CallSettings settings, const Arguments& arguments, const RunOptions& options,
+Value Session::Impl::Answer(const Arguments& arguments, const RunOptions& options,
                             const std::string& document, Execute execute) {
   const bool strict = options.strict.value_or(options_.strict);
-  settings.files = CountFiles(arguments);
+  settings_.files = CountFiles(arguments);
+  std::optional<CallSettings> own;
+  const CallSettings& settings = SettingsFor(options, own);
   Value value;
   Observe(settings, Purpose::kExecute, document, [&](ObservedCall& observed) {
     const qv::IParametersPtr list = MakeParameters(arguments, strict);
@@ -167,10 +171,9 @@ Value Session::Impl::RunNow(std::string_view script, const Arguments& arguments,
   const bool strict = options.strict.value_or(options_.strict);
   CheckText(script, "script", strict);
   CheckText(language, "language", strict);
-  return Answer(SettingsFor(options), arguments, options, {},
-                [&](qv::IParameters* list, qv::Variant* answer) {
-                  return client_.Model().Execute(qv::FromUtf8(language), qv::FromUtf8(script), list, answer);
-                });
+  return Answer(arguments, options, {}, [&](qv::IParameters* list, qv::Variant* answer) {
+    return client_.Model().Execute(qv::FromUtf8(language), qv::FromUtf8(script), list, answer);
+  });
 }
 
 Value Session::Impl::Run(std::string_view script, const Arguments& arguments, const RunOptions& options) {
@@ -183,10 +186,9 @@ Value Session::Impl::RunDocument(const std::filesystem::path& document, const Ar
   const CallQueue::Turn turn(queue_);
   CheckUsable();
   const std::string url = DocumentUrl(document);
-  return Answer(SettingsFor(options), arguments, options, document.native(),
-                [&](qv::IParameters* list, qv::Variant* answer) {
-                  return client_.Model().ExecuteFile(qv::FromUtf8(url), list, answer);
-                });
+  return Answer(arguments, options, document.native(), [&](qv::IParameters* list, qv::Variant* answer) {
+    return client_.Model().ExecuteFile(qv::FromUtf8(url), list, answer);
+  });
 }
 
 std::filesystem::path Session::Impl::Download(const std::string& url, const std::filesystem::path& directory,
@@ -196,7 +198,8 @@ std::filesystem::path Session::Impl::Download(const std::string& url, const std:
   const std::string source = CheckedFileUrl(url);
   const std::string target = TargetDirectory(directory);
   qv::WideString path;
-  Observe(SettingsFor(options), Purpose::kDownload, {}, [&](ObservedCall&) {
+  std::optional<CallSettings> own;
+  Observe(SettingsFor(options, own), Purpose::kDownload, {}, [&](ObservedCall&) {
     qv::ThrowIfFailed(client_.Model().DownloadFile(qv::FromUtf8(source), qv::FromUtf8(target), &path));
   });
   return qv::NativePath(path);

@@ -1,6 +1,7 @@
 // What a session is made of. Calls run one after the other (call_queue.h).
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "face/exchange/call_settings.h"
@@ -40,15 +41,16 @@ class Session::Impl {
   void Open(const Credentials& credentials);
   void CheckUsable() const;
   Value RunNow(std::string_view script, const Arguments& arguments, const RunOptions& options);
-  CallSettings SettingsFor(const RunOptions& options) const;
+  // Those of the session, or a copy in `own` with what the call changes. Valid for one call.
+  const CallSettings& SettingsFor(const RunOptions& options, std::optional<CallSettings>& own);
   // Limits the whole close, unless the time is 0.
   void CloseNow(std::chrono::milliseconds within);
   template <class Call>
   void Observe(const CallSettings& settings, Purpose purpose, const std::string& document, Call call);
   // `execute` calls the model with the list and the result.
   template <class Execute>
-  Value Answer(CallSettings settings, const Arguments& arguments, const RunOptions& options,
-               const std::string& document, Execute execute);
+  Value Answer(const Arguments& arguments, const RunOptions& options, const std::string& document,
+               Execute execute);
 
   std::string server_;
   Options options_;
