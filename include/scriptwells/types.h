@@ -1,6 +1,7 @@
 // The types of values that C++ has no type for. All are plain data, can be compared and printed, and have a
 // text in the form of ISO 8601. Parse is strict and throws ConversionError; so do conversions that would lose
-// something. Values are sent and read without a time zone; std::chrono time points are taken as UTC.
+// something. Values are sent and read without a time zone; std::chrono time points are taken as UTC. An
+// answer can be on the day before or after the years 1 to 9999 (of a zone of one day): it cannot be sent.
 #pragma once
 
 #include <chrono>
@@ -57,11 +58,13 @@ struct SCRIPTWELLS_API DateTime {
 
   // Rounds down to the millisecond. Throws ConversionError outside the years 1 to 9999.
   static DateTime From(TimePoint point);
-  template <class Duration>
-  static DateTime From(std::chrono::time_point<std::chrono::system_clock, Duration> point) {
-    return From(std::chrono::floor<std::chrono::milliseconds>(point));
+  template <class D>
+  static DateTime From(std::chrono::time_point<std::chrono::system_clock, D> point) {
+    const std::chrono::duration<double> seconds = point.time_since_epoch();
+    const bool isNear = seconds.count() > -1e12 && seconds.count() < 1e12;  // or it could overflow
+    return From(isNear ? std::chrono::floor<std::chrono::milliseconds>(point) : TimePoint::max());
   }
-  TimePoint ToTimePoint() const;
+  TimePoint ToTimePoint() const;  // throws ConversionError for a day or time that does not exist
 };
 
 // A duration in the units of xsd:duration. All counts have one sign.
@@ -82,7 +85,7 @@ struct SCRIPTWELLS_API Duration {
 
   // Days, hours, minutes and seconds. Throws ConversionError for more than 32767 days.
   static Duration From(std::chrono::milliseconds span);
-  // Throws ConversionError if there are years or months, whose lengths vary.
+  // Throws ConversionError if there are years or months, whose lengths vary, or a part of a millisecond.
   std::chrono::milliseconds ToMilliseconds() const;
 };
 

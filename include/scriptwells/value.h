@@ -119,13 +119,15 @@ class SCRIPTWELLS_API Value {
   template <class T>
   static Sum Natural(T value);
   static std::int64_t Signed(std::uint64_t value);
-  // Throw ConversionError with `wanted`, the name of the type that was asked for.
-  [[noreturn]] void Refuse(const char* wanted) const;
-  std::int64_t Whole(std::int64_t least, std::int64_t greatest, const char* wanted) const;
-  std::uint64_t Unsigned(std::uint64_t greatest, const char* wanted) const;
-  double Number() const;
-  float SingleNumber() const;
+  // All throw ConversionError for a value that does not fit.
+  [[noreturn]] void Refuse(const std::string& why) const;
+  std::int64_t Whole(std::size_t bytes) const;
+  std::uint64_t Unsigned(std::size_t bytes) const;
+  template <class Span>
+  Span Exactly(std::chrono::milliseconds span) const;
   void Read(bool& to) const;
+  void Read(float& to) const;
+  void Read(double& to) const;
   void Read(std::string& to) const;
   void Read(Date& to) const;
   void Read(Time& to) const;
@@ -145,10 +147,12 @@ SCRIPTWELLS_API Value Long(std::int64_t value);
 SCRIPTWELLS_API Value Float(double value);
 SCRIPTWELLS_API Value Double(double value);
 // Parses `text` strictly as the type of that name: byte, short, int, long, boolean, float, double, string,
-// date, time, datetime, duration. Throws ConversionError with the reason.
+// date, time, datetime, duration. Throws ConversionError with the reason, also for what cannot be sent.
 SCRIPTWELLS_API Value Parse(std::string_view typeName, std::string_view text);
 // What sending would change, one sentence each, such as "travels with 6 significant digits". Often none.
 SCRIPTWELLS_API std::vector<std::string> LossesOnTheWire(const Value& value);
+// The number below this library of a date, time or datetime: days since 1899-12-30. Otherwise throws as `As`.
+SCRIPTWELLS_API double SerialOf(const Value& value);
 
 }  // namespace scriptwells
 

@@ -20,17 +20,6 @@ struct IsSpan : std::false_type {};
 template <class R, class P>
 struct IsSpan<std::chrono::duration<R, P>> : std::true_type {};
 
-// For messages.
-template <class T>
-constexpr const char* NameOfWhole() noexcept {
-  constexpr const char* kSigned[] = {"an 8-bit integer", "a 16-bit integer", "a 32-bit integer",
-                                     "a 64-bit integer"};
-  constexpr const char* kUnsigned[] = {"an unsigned 8-bit integer", "an unsigned 16-bit integer",
-                                       "an unsigned 32-bit integer", "an unsigned 64-bit integer"};
-  constexpr std::size_t kSize = sizeof(T) == 1 ? 0 : sizeof(T) == 2 ? 1 : sizeof(T) == 4 ? 2 : 3;
-  return std::is_signed_v<T> ? kSigned[kSize] : kUnsigned[kSize];
-}
-
 }  // namespace detail
 
 template <class T>
@@ -57,29 +46,36 @@ T Value::As() const {
     return As<typename T::value_type>();
   } else if constexpr (std::is_same_v<T, Value>) {
     return *this;
-  } else if constexpr (std::is_same_v<T, double>) {
-    return Number();
-  } else if constexpr (std::is_same_v<T, float>) {
-    return SingleNumber();
   } else if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
     static_assert(detail::kIsNumber<T>, "a character is no number: use std::string or int");
-    constexpr const char* kName = detail::NameOfWhole<T>();
-    using Limits = std::numeric_limits<T>;
     if constexpr (std::is_unsigned_v<T>)
-      return static_cast<T>(Unsigned(Limits::max(), kName));
+      return static_cast<T>(Unsigned(sizeof(T)));
     else
-      return static_cast<T>(Whole(Limits::min(), Limits::max(), kName));
+      return static_cast<T>(Whole(sizeof(T)));
   } else if constexpr (detail::IsTimePoint<T>::value) {
-    return std::chrono::time_point_cast<typename T::duration>(As<DateTime>().ToTimePoint());
+    return T(Exactly<typename T::duration>(As<DateTime>().ToTimePoint().time_since_epoch()));
   } else if constexpr (detail::IsSpan<T>::value) {
-    return std::chrono::duration_cast<T>(As<Duration>().ToMilliseconds());
+    return Exactly<T>(As<Duration>().ToMilliseconds());
   } else {
-    static_assert(detail::kIsOneOf<T, bool, std::string, Date, Time, DateTime, Duration, Link, Table>,
-                  "not a type that values have: see Value::As");
+    static_assert(
+        detail::kIsOneOf<T, bool, float, double, std::string, Date, Time, DateTime, Duration, Link, Table>,
+        "not a type that values have: see Value::As");
     T result{};
     Read(result);
     return result;
   }
+}
+
+template <class Span>
+Span Value::Exactly(std::chrono::milliseconds span) const {
+  const auto converted = [span] { return std::chrono::duration_cast<Span>(span); };
+  if constexpr (!std::chrono::treat_as_floating_point_v<typename Span::rep>) {
+    using Wide = std::chrono::duration<long double, std::milli>;
+    if (Wide(span) < Wide(Span::min()) || Wide(span) > Wide(Span::max()) ||
+        std::chrono::duration_cast<std::chrono::milliseconds>(converted()) != span)
+      Refuse("does not fit the unit that was asked for");
+  }
+  return converted();
 }
 
 inline Table Value::AsTable() const {
