@@ -12,7 +12,7 @@ void RefuseConversion(const std::string& reason) {
 }
 
 std::string MessageOf(const qv::_com_error& error) {
-  const std::string message = qv::ToUtf8(error.Description());
+  std::string message = qv::ToUtf8(error.Description());
   if (!message.empty()) return message;
   char code[32];
   static_cast<void>(std::snprintf(code, sizeof code, "failure 0x%08X", static_cast<unsigned>(error.Error())));
