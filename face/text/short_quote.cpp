@@ -22,27 +22,11 @@ std::size_t ShortLength(std::string_view text) {
   return text.size();
 }
 
-// Layout, which EscapeForTerminal keeps.
-std::string WithoutLayout(const std::string& text) {
-  std::string line;
-  for (const char c : text) {
-    if (c == '\n')
-      line += "\\n";
-    else if (c == '\r')
-      line += "\\r";
-    else if (c == '\t')
-      line += "\\t";
-    else
-      line += c;
-  }
-  return line;
-}
-
 }  // namespace
 
 std::string ShortQuote(std::string_view text) {
   const std::size_t length = ShortLength(text);
-  const std::string shown = WithoutLayout(EscapeForTerminal(std::string(text.substr(0, length))));
+  const std::string shown = EscapeInLine(std::string(text.substr(0, length)));
   return "'" + shown + "'" + (length == text.size() ? "" : "...");
 }
 

@@ -119,6 +119,21 @@ std::string EscapeForTerminal(const std::string& text) {
   return escaped;
 }
 
+std::string EscapeInLine(const std::string& text) {
+  std::string line;
+  for (const char c : EscapeForTerminal(text)) {
+    if (c == '\n')
+      line += "\\n";
+    else if (c == '\r')
+      line += "\\r";
+    else if (c == '\t')
+      line += "\\t";
+    else
+      line += c;
+  }
+  return line;
+}
+
 std::string OneLine(const std::string& text) {
   std::string line = text;
   for (char& c : line)

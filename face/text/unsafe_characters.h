@@ -24,6 +24,9 @@ bool HoldsUnsafeCharacters(const std::string& text);
 // that is not UTF-8, "\u202e" for a format character. Tabs and line ends ("\n", "\r\n") are kept.
 std::string EscapeForTerminal(const std::string& text);
 
+// The same with "\n", "\r" and "\t" for tabs and line ends.
+std::string EscapeInLine(const std::string& text);
+
 // The same in one line: tabs and line ends become blanks, and blanks at the end are removed.
 std::string OneLine(const std::string& text);
 
