@@ -90,7 +90,9 @@ class SCRIPTWELLS_API Value {
   // numbers are not converted to each other. Otherwise throws ConversionError, which names both types and the
   // value.
   template <class T>
-  T As() const;
+  T As() const&;
+  template <class T>
+  T As() &&;  // moves a text
   // `fallback` for an empty value.
   template <class T>
   T ValueOr(T fallback) const {

@@ -40,7 +40,7 @@ Value::Sum Value::Natural(T value) {
 }
 
 template <class T>
-T Value::As() const {
+T Value::As() const& {
   if constexpr (detail::IsOptional<T>::value) {
     if (IsEmpty()) return std::nullopt;
     return As<typename T::value_type>();
@@ -64,6 +64,13 @@ T Value::As() const {
     Read(result);
     return result;
   }
+}
+
+template <class T>
+T Value::As() && {
+  if constexpr (detail::kIsOneOf<T, bool, std::int32_t, double, std::string>)
+    if (T* const held = std::get_if<T>(&sum_)) return std::move(*held);
+  return std::as_const(*this).template As<T>();
 }
 
 template <class Span>
