@@ -1,6 +1,5 @@
 // Values of answers and cells.
 #include <cmath>
-#include <cstring>
 
 #include "face/text/failures.h"
 #include "face/text/number_text.h"
@@ -41,13 +40,6 @@ Value OfSerial(double serial, std::int32_t columnType) {
   return isOnDayZero ? Value(point.time) : Value(point);
 }
 
-// An interface begins with the address of its object's table of functions, and each class has its own.
-const void* FunctionsOf(const qv::IUnknown* object) noexcept {
-  const void* functions = nullptr;
-  std::memcpy(&functions, static_cast<const void*>(object), sizeof functions);
-  return functions;
-}
-
 Duration Read(qv::IDuration& object) {
   const auto check = [&object](qv::HRESULT code) { qv::ThrowIfFailed(code, &object, qv::IDuration::kIid); };
   const auto count = [&](qv::HRESULT (qv::IDuration::*get)(std::int16_t*) noexcept) {
@@ -76,14 +68,8 @@ Link Read(qv::IUrl& object) {
   return {qv::ToUtf8(url), qv::ToUtf8(caption)};
 }
 
-// Objects of the library's own classes are recognised without a call: reference counts are not atomic, and
-// any number of threads may read one table.
 Value OfObject(qv::IUnknown* object) {
-  static const void* const functionsOfDuration = FunctionsOf(qv::CreateDuration().get());
-  static const void* const functionsOfUrl = FunctionsOf(qv::CreateUrl().get());
   if (object == nullptr) return {};
-  if (FunctionsOf(object) == functionsOfDuration) return Read(*static_cast<qv::IDuration*>(object));
-  if (FunctionsOf(object) == functionsOfUrl) return Read(*static_cast<qv::IUrl*>(object));
   if (const qv::IDurationPtr duration = qv::As<qv::IDuration>(object)) return Read(*duration);
   if (const qv::IUrlPtr url = qv::As<qv::IUrl>(object)) return Read(*url);
   throw Error(Phase::kAnswer, "an object that is neither a duration nor a link");
