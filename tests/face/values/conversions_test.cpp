@@ -2,6 +2,7 @@
 #include <cmath>
 #include <limits>
 
+#include "fixtures/scarce_memory.h"
 #include "scriptwells/value.h"
 #include "tests/face/refusal.h"
 
@@ -112,6 +113,17 @@ TEST(ValueAs, OtherTypesAreThemselves) {
   EXPECT_EQ(Value(Link{"http://a/", "b"}).As<Link>(), (Link{"http://a/", "b"}));
   EXPECT_EQ(Value(42).As<Value>(), Value(42));
   EXPECT_TRUE(Value(Table()).AsTable().empty());
+}
+
+// A text that needs memory of its own.
+TEST(ValueAs, MovesTheTextOfATemporary) {
+  const std::string text(100, 'x');
+  Value value(text);
+  EXPECT_EQ(value.As<std::string>(), text);
+  EXPECT_EQ(value.As<std::string>(), text);
+  const std::size_t before = qv::HeapBlocks();
+  EXPECT_EQ(std::move(value).As<std::string>(), text);
+  EXPECT_EQ(qv::HeapBlocks(), before);
 }
 
 TEST(ValueAs, DatesAndMidnightsAreEachOther) {
