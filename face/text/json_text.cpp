@@ -1,5 +1,6 @@
 #include "face/text/json_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
@@ -17,9 +18,16 @@ std::string Quoted(const std::string& plain) {
   return '"' + plain + '"';
 }
 
+// Most texts, which the JSON library and the rules for unsafe characters leave as they are.
+bool IsPlain(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
+}
+
 }  // namespace
 
 std::string JsonText(std::string_view text) {
+  if (IsPlain(text)) return Quoted(std::string(text));
   return EscapeForJson(nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 

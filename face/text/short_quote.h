@@ -1,4 +1,4 @@
-// Texts of others, as they stand in a message.
+// Texts of others in messages.
 #pragma once
 
 #include <string>

@@ -41,12 +41,12 @@ bool IsTimeOfDay(const Time& time) noexcept {
          IsBelow(time.millisecond, 1000);
 }
 
-void CheckExists(const Date& date, const std::string& name) {
-  if (!IsDayOfCalendar(date)) RefuseConversion(name + " names no day of the calendar of the years 1 to 9999");
+void RefuseDay(const std::string& name) {
+  RefuseConversion(name + " names no day of the calendar of the years 1 to 9999");
 }
 
-void CheckExists(const Time& time, const std::string& name) {
-  if (!IsTimeOfDay(time)) RefuseConversion(name + " names no time of day (00:00 to 23:59:59.999)");
+void RefuseTime(const std::string& name) {
+  RefuseConversion(name + " names no time of day (00:00 to 23:59:59.999)");
 }
 
 std::int64_t DayNumber(const Date& date) noexcept {

@@ -15,10 +15,9 @@ bool IsDay(const Date& date) noexcept;
 bool IsDayOfCalendar(const Date& date) noexcept;
 bool IsTimeOfDay(const Time& time) noexcept;
 
-// Throw ConversionError for what does not exist in the years 1 to 9999. `name` is the value's text as it was
-// given, in quotes.
-void CheckExists(const Date& date, const std::string& name);
-void CheckExists(const Time& time, const std::string& name);
+// Throw ConversionError for a value that these find not to exist. `name` is its text in quotes.
+[[noreturn]] void RefuseDay(const std::string& name);
+[[noreturn]] void RefuseTime(const std::string& name);
 
 // Days since 1899-12-30. The date must be a day.
 std::int64_t DayNumber(const Date& date) noexcept;

@@ -58,7 +58,7 @@ Value ParsePoint(const std::string& text) {
 template <class T>
 Value ParseSent(const std::string& text) {
   const T value = T::Parse(text);
-  CheckSent(value, "'" + text + "'");
+  CheckSent(value, text);
   return value;
 }
 

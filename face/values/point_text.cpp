@@ -81,13 +81,13 @@ Date Date::Parse(std::string_view text) {
   std::string_view rest = text;
   Date date;
   if (!TakeDate(rest, date) || !rest.empty()) RefuseShape(text, kDateShape);
-  CheckExists(date, Quoted(text));
+  if (!IsDayOfCalendar(date)) RefuseDay(Quoted(text));
   return date;
 }
 
 Time Time::Parse(std::string_view text) {
   const Time time = ReadTime(text, text, kTimeShape);
-  CheckExists(time, Quoted(text));
+  if (!IsTimeOfDay(time)) RefuseTime(Quoted(text));
   return time;
 }
 
@@ -96,8 +96,8 @@ DateTime DateTime::Parse(std::string_view text) {
   DateTime point;
   if (!TakeDate(rest, point.date) || !TakeCharacter(rest, 'T')) RefuseShape(text, kDateTimeShape);
   point.time = ReadTime(text, rest, kDateTimeShape);
-  CheckExists(point.date, Quoted(text));
-  CheckExists(point.time, Quoted(text));
+  if (!IsDayOfCalendar(point.date)) RefuseDay(Quoted(text));
+  if (!IsTimeOfDay(point.time)) RefuseTime(Quoted(text));
   return point;
 }
 

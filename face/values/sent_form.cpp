@@ -71,27 +71,30 @@ double SerialNumber(const DateTime& point) {
   return SerialNumber(point.date) + SerialNumber(point.time);
 }
 
-void CheckSent(const DateTime& point, const std::string& name) {
-  CheckExists(point.date, name);
-  CheckExists(point.time, name);
-  if (!ArrivesAs(SerialNumber(point), point))
-    RefuseConversion(
-        name +
-        " would arrive as another one: no time of day travels on 1899-12-29, nor in the last half "
-        "second of a day; send a string");
+void CheckSent(const DateTime& point, const std::string& text) {
+  const bool exists = IsDayOfCalendar(point.date) && IsTimeOfDay(point.time);
+  if (exists && ArrivesAs(SerialNumber(point), point)) return;
+  const std::string name = "'" + (text.empty() ? point.ToString() : text) + "'";
+  if (!IsDayOfCalendar(point.date)) RefuseDay(name);
+  if (!IsTimeOfDay(point.time)) RefuseTime(name);
+  RefuseConversion(name +
+                   " would arrive as another one: no time of day travels on 1899-12-29, nor in the last half "
+                   "second of a day; send a string");
 }
 
-void CheckSent(const Duration& duration, const std::string& name) {
-  if (!HasOnlyCounts(duration)) RefuseConversion(name + " has a count that is negative or more than 32767");
+void CheckSent(const Duration& duration, const std::string& text) {
   const std::string sent = duration.ToString();
+  if (!HasOnlyCounts(duration))
+    RefuseConversion("the duration " + sent + " has a count that is negative or more than 32767");
   if (!Arrives(duration, sent))
-    RefuseConversion(name + " would travel as '" + sent + "'; write it in other units");
+    RefuseConversion((text.empty() ? "a duration" : "'" + text + "'") + " would travel as '" + sent +
+                     "'; write it in other units");
 }
 
 double SerialOf(const Value& value) {
   if (value.Is<Time>()) {
     const Time time = value.As<Time>();
-    CheckExists(time, "'" + time.ToString() + "'");
+    if (!IsTimeOfDay(time)) RefuseTime("'" + time.ToString() + "'");
     return SerialNumber(time);
   }
   const auto point = value.As<DateTime>();

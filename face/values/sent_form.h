@@ -18,8 +18,8 @@ double SerialNumber(const Time& time);
 double SerialNumber(const DateTime& point);
 
 // Throw ConversionError for a value that does not exist, that would arrive as another one or has no form on
-// the wire. `name` stands for the value in the message: its text as it was given, in quotes.
-void CheckSent(const DateTime& point, const std::string& name);
-void CheckSent(const Duration& duration, const std::string& name);
+// the wire. `text` is the value as it was given; empty for one that was not a text.
+void CheckSent(const DateTime& point, const std::string& text = {});
+void CheckSent(const Duration& duration, const std::string& text = {});
 
 }  // namespace scriptwells

@@ -38,12 +38,6 @@ qv::Variant ObjectOf(const Duration& value) {
   return qv::Variant::FromObject(object.get());
 }
 
-template <class T>
-qv::Variant SentPoint(const T& value) {
-  CheckExists(value, "'" + value.ToString() + "'");
-  return qv::Variant::FromDate(SerialNumber(value));
-}
-
 struct Sender {
   qv::Variant operator()(std::monostate) const { RefuseConversion("an empty value cannot be sent"); }
   qv::Variant operator()(bool value) const { return qv::Variant::FromBool(value); }
@@ -60,17 +54,27 @@ struct Sender {
     return qv::Variant::FromDouble(value);
   }
   qv::Variant operator()(const std::string& value) const {
-    if (!utf8::is_valid(value.begin(), value.end())) RefuseConversion(kNotUtf8);
-    return qv::Variant::FromString(qv::FromUtf8(value));
+    const qv::WideString text = qv::FromUtf8(value);
+    // Few texts hold the character that replaces other bytes.
+    if (text.view().find(u'\uFFFD') != std::u16string_view::npos &&
+        !utf8::is_valid(value.begin(), value.end()))
+      RefuseConversion(kNotUtf8);
+    return qv::Variant::FromString(text);
   }
-  qv::Variant operator()(const Date& value) const { return SentPoint(value); }
-  qv::Variant operator()(const Time& value) const { return SentPoint(value); }
+  qv::Variant operator()(const Date& value) const {
+    if (!IsDayOfCalendar(value)) RefuseDay("'" + value.ToString() + "'");
+    return qv::Variant::FromDate(SerialNumber(value));
+  }
+  qv::Variant operator()(const Time& value) const {
+    if (!IsTimeOfDay(value)) RefuseTime("'" + value.ToString() + "'");
+    return qv::Variant::FromDate(SerialNumber(value));
+  }
   qv::Variant operator()(const DateTime& value) const {
-    CheckSent(value, "'" + value.ToString() + "'");
+    CheckSent(value);
     return qv::Variant::FromDate(SerialNumber(value));
   }
   qv::Variant operator()(const Duration& value) const {
-    CheckSent(value, "a duration");
+    CheckSent(value);
     return ObjectOf(value);
   }
   qv::Variant operator()(const Link&) const { RefuseConversion(kLinkIsNotSent); }

@@ -40,8 +40,8 @@ enum class Phase {
 // "address", "connect", "TLS", ..., "local file", ...
 SCRIPTWELLS_API const char* ToString(Phase phase) noexcept;
 
-// What would help, where this library knows it. what() says it in words of C++; a program with its own words
-// (such as options of a command line) uses message() and this.
+// What would help, where this library knows it. what() says it for C++; a program whose options have other
+// names (a command line) uses message() and this.
 enum class Remedy {
   kNone,
   kOwnAuthority,    // Options::authorities
@@ -62,7 +62,7 @@ struct ErrorDetails {
   std::string text;                     // the fixed text of the call below, which programs may compare
   std::string transport;                // the message of the connection, such as "Connection refused"
   int status = 0;                       // the HTTP status of the answer; 0 if there was none
-  int line = 0;                         // the place in the script, where the server tells it; 0 if not
+  int line = 0;                         // the place in the script, where the server says it; 0 if not
   int column = 0;
 };
 

@@ -49,7 +49,7 @@ TEST(Error, HasMessageAndDetails) {
   EXPECT_EQ(plain.status(), 0);
 }
 
-// A program with its own words uses the message and the remedy.
+// A program with options of another name uses message() and remedy().
 TEST(Error, WhatNamesTheRemedy) {
   const std::map<Remedy, const char*> words = {
       {Remedy::kNone, ""},

@@ -64,7 +64,7 @@ TEST(ShortQuote, IsCutAfter40Characters) {
   for (int i = 0; i < 40; ++i) faces += "\xF0\x9F\x98\x80";
   EXPECT_EQ(ShortQuote(faces), "'" + faces + "'");
   EXPECT_EQ(ShortQuote(faces + "y"), "'" + faces + "'...");
-  // Bytes that are no text are bounded, too.
+  // So is a text that is not UTF-8.
   EXPECT_EQ(ShortQuote(std::string(1000, '\x80')).size(), 4 * 160 + 5U);
 }
 

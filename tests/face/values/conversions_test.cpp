@@ -115,7 +115,7 @@ TEST(ValueAs, OtherTypesAreThemselves) {
   EXPECT_TRUE(Value(Table()).AsTable().empty());
 }
 
-// A text that needs memory of its own.
+// A text that is too long to be kept without a block of memory.
 TEST(ValueAs, MovesTheTextOfATemporary) {
   const std::string text(100, 'x');
   Value value(text);

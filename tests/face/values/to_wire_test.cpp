@@ -22,7 +22,7 @@ TEST(ToWire, RefusesWhatHasNoForm) {
             "a table cannot be sent as a parameter; send its text, such as CSV or JSON, as a string");
   EXPECT_EQ(Refusal("a\xFF"), "the text is not valid UTF-8");
   EXPECT_EQ(Refusal("\xED\xA0\x80"), "the text is not valid UTF-8");
-  EXPECT_EQ(Refusal("caf\xC3\xA9"), "accepted");
+  for (const char* text : {"caf\xC3\xA9", "\xEF\xBF\xBD", ""}) EXPECT_EQ(Refusal(text), "accepted");
 }
 
 TEST(ToWire, RefusesNumbersThatAreNotFinite) {
@@ -66,11 +66,11 @@ TEST(ToWire, RefusesDurationsWithoutForm) {
   EXPECT_EQ(Refusal(Duration::Parse("PT0.00001S")), "a duration would travel as 'PT1e-05S'" + units);
   EXPECT_EQ(Refusal(Duration{false, 0, 0, 0, 0, 0, std::nan("")}),
             "a duration would travel as 'PTnanS'" + units);
-  const std::string count = "a duration has a count that is negative or more than 32767";
-  EXPECT_EQ(Refusal(Duration{false, 32768, 0, 0, 0, 0, 0}), count);
-  EXPECT_EQ(Refusal(Duration{false, 0, 0, 65537, 0, 0, 0}), count);
-  EXPECT_EQ(Refusal(Duration{false, 0, 0, 0, -1, 0, 0}), count);
-  EXPECT_EQ(Refusal(Duration{false, 0, 0, 0, 0, 0, -0.5}), count);
+  const std::string count = " has a count that is negative or more than 32767";
+  EXPECT_EQ(Refusal(Duration{false, 32768, 0, 0, 0, 0, 0}), "the duration P32768Y" + count);
+  EXPECT_EQ(Refusal(Duration{false, 0, 0, 65537, 0, 0, 0}), "the duration P65537D" + count);
+  EXPECT_EQ(Refusal(Duration{false, 0, 0, 0, -1, 0, 0}), "the duration PT-1H" + count);
+  EXPECT_EQ(Refusal(Duration{false, 0, 0, 0, 0, 0, -0.5}), "the duration PT-0.5S" + count);
 }
 
 // All parts, and the seconds with all their digits.
