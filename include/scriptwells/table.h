@@ -13,6 +13,8 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "scriptwells/export.h"
@@ -26,19 +28,19 @@ enum class Type : int;
 
 struct Column {
   std::string name;
-  // Of all cells that have a value. kEmpty for a type that is not read (such as long and float); its cells
-  // are empty. A column of addresses is kString.
+  // Of its cells, but for empty ones. kEmpty for a type that is not read (such as long and float). Addresses
+  // are kString, or links without content (kLink).
   Type type{};
   std::string typeName;  // "string", "boolean", "double", "int", "url", "blob", ..., "unknown"
 };
 
-// One cell. Empty if its row does not have it, or if its type is not read. A cell that is null on the server
-// arrives as 0, false or an empty text.
+// One cell. Empty if its row does not have it, or if its type is not read. Null on the server arrives as 0,
+// false or an empty text.
 class SCRIPTWELLS_API Cell {
  public:
   bool IsEmpty() const noexcept;
   Value Get() const;
-  // As those of Value. An error names the column and the row, too.
+  // As those of Value. An error names the column and the row (from 0, as Row::Index), too.
   template <class T>
   T As() const;
   template <class T>
@@ -58,12 +60,14 @@ class SCRIPTWELLS_API Cell {
 
 class SCRIPTWELLS_API Row {
  public:
-  // Throws Error for a name that no column has; names the columns. The first of several of that name.
+  // By name, the first of several, or by index. Throw Error, which names the columns, for one that is not
+  // there.
   Cell operator[](std::string_view column) const;
-  Cell operator[](const char* column) const { return (*this)[std::string_view(column)]; }
-  // Throws Error for a column that is not there.
-  Cell operator[](std::size_t column) const;
-  Cell operator[](int column) const { return (*this)[static_cast<std::size_t>(column)]; }
+  template <class Index, class = std::enable_if_t<std::is_integral_v<Index>>>
+  Cell operator[](Index column) const {
+    return At(static_cast<std::size_t>(column));
+  }
+  Cell At(std::size_t column) const;
   std::size_t size() const noexcept;  // columns
   std::size_t Index() const noexcept { return index_; }
 
@@ -118,7 +122,7 @@ class SCRIPTWELLS_API Table {
   const_iterator begin() const { return {*this, 0}; }
   const_iterator end() const { return {*this, size()}; }
 
-  // The index of a column. Throws as Row.
+  // Throws as Row.
   std::size_t IndexOf(std::string_view column) const;
   // The values of a column; std::optional for columns with empty cells.
   template <class T>
@@ -128,14 +132,14 @@ class SCRIPTWELLS_API Table {
   template <class... T, class... Name>
   TypedRows<T...> As(const Name&... columns) const;
 
-  // RFC 4180 in UTF-8, without byte order mark: names, then rows, line ends CR LF. `null` stands for empty
-  // cells, without quotes; a text that is the same is in quotes.
+  // RFC 4180 in UTF-8: names, then rows, line ends CR LF. `null`, which must not need quotes, is written for
+  // empty cells; a text that is the same is in quotes. A stream that fails ends the writing.
   void WriteCsv(std::ostream& out, std::string_view null = {}) const;
   std::string ToCsv(std::string_view null = {}) const;
-  // {"columns":[{"name":"city","type":"string"}],"rows":[["Rome"],[null]]}; cells as Value::ToJson.
+  // {"columns":[{"name":"a","displayName":"a","type":"int"}],"rows":[[5],[null]]}; cells as Value::ToJson.
   void WriteJson(std::ostream& out) const;
   std::string ToJson() const;
-  // Aligned columns for people, with names as heads.
+  // Aligned columns for people, with names as heads; without a line end after the last row.
   std::string ToString() const;
 
   // Cell by cell, and the same columns.
