@@ -77,8 +77,8 @@ struct Options {
   bool replaceFiles = true;  // Download replaces a file that is there
   bool hiddenFiles = false;  // Download saves under names that begin with "."
 
-  // Refuse what the protocol would change: arguments with LossesOnTheWire, and answers that were declared as
-  // long, byte or URL, with fractions of a second, or with a zone that is not whole days.
+  // Refuse what the protocol would change: arguments with LossesOnTheWire, and answers whose type does not
+  // arrive (long, byte, URL), or with a part of a second, a zone of hours, a large count in a duration.
   bool strict = false;
   // The destructor cancels what RunAsync has queued and runs, and does not wait for it.
   bool cancelQueued = false;

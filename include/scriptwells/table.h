@@ -28,7 +28,7 @@ enum class Type : int;
 
 struct Column {
   std::string name;
-  // Of its cells, but for empty ones. kEmpty for a type that is not read (such as long and float). Addresses
+  // Of the cells that are not empty. kEmpty for a type that is not read (such as long and float). Addresses
   // are kString, or links without content (kLink).
   Type type{};
   std::string typeName;  // "string", "boolean", "double", "int", "url", "blob", ..., "unknown"

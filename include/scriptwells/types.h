@@ -90,7 +90,7 @@ struct SCRIPTWELLS_API Duration {
 };
 
 // An address with a caption. It comes in answers only.
-//   On the wire: an answer that is a URL arrives without both, one in a table as text.
+//   On the wire: a URL arrives without both; addresses in a table may be texts (see Column).
 struct SCRIPTWELLS_API Link {
   std::string url;
   std::string caption;

@@ -25,7 +25,7 @@ namespace scriptwells {
 enum class Type : int {
   kEmpty,  // no value; also what arrives of a long and of a type that is not read
   kBoolean,
-  kByte,  // arrives as 0 always
+  kByte,  // arrives as 0, but in a table
   kShort,
   kInt,
   kLong,   // is sent, but arrives empty
