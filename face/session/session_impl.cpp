@@ -160,7 +160,7 @@ Value Session::Impl::Answer(const Arguments& arguments, const RunOptions& option
     qv::Variant answer;
     qv::ThrowIfFailed(execute(list.get(), &answer));
     if (strict) CheckStrict(observed.AnswerText());
-    value = AnswerOf(answer);
+    value = AnswerOf(std::move(answer));
   });
   return value;
 }
