@@ -18,8 +18,8 @@ struct CallSettings {
   std::string home;      // native path of the home directory; empty: the registry's
   bool hiddenFiles = false;
   ExchangeListener listener;
-  bool showSecrets = false;  // to the listener; messages of errors never have them
-  bool listenerBodies = true;
+  bool showSecrets = false;    // to the listener
+  bool listenerBodies = true;  // the listener gets heads and bodies
   ProgressListener progress;
   std::optional<CancelToken> cancel;  // none while closing
   std::vector<std::string> secrets;   // password, session id: masked

@@ -46,7 +46,6 @@ struct Exchange {
 
 // Called at the end of each exchange, on the thread of the call. An exception that it throws ends the call
 // and reaches the caller of Run.
-
 using ExchangeListener = std::function<void(const Exchange&)>;
 
 // One line: "POST http://127.0.0.1:8080/... execute 200, 912 bytes sent, 1204 received, 3 ms".
