@@ -1,4 +1,4 @@
-#include "scriptwells/exchange.h"
+#include "scriptwells/options.h"
 
 namespace scriptwells {
 

@@ -8,7 +8,7 @@
 #include "face/exchange/saved_name.h"
 #include "qvscriptwells/result_codes.h"
 #include "qvscriptwells/wide_string.h"
-#include "scriptwells/exchange.h"
+#include "scriptwells/options.h"
 
 namespace scriptwells {
 

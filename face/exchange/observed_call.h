@@ -7,7 +7,7 @@
 
 #include "face/exchange/call_settings.h"
 #include "qvscriptwells/com_error.h"
-#include "scriptwells/exchange.h"
+#include "scriptwells/options.h"
 
 namespace scriptwells {
 

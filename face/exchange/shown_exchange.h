@@ -6,7 +6,7 @@
 
 #include "face/exchange/exchange_record.h"
 #include "face/exchange/masking.h"
-#include "scriptwells/exchange.h"
+#include "scriptwells/options.h"
 
 namespace scriptwells {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "qvscriptwells/objects.h"
-#include "scriptwells/arguments.h"
+#include "scriptwells/session.h"
 
 namespace scriptwells {
 

@@ -94,16 +94,10 @@ Session::Impl::Impl(const std::string& server, const Credentials& credentials, O
   settings_.secrets.push_back(id_);
 }
 
-// Under the limit of a close, and without the listeners' exceptions.
 Session::Impl::~Impl() {
   if (options_.cancelQueued) ending_.Cancel();
   queue_.WaitUntilIdle();
-  if (state_ == State::kOpen && !isUnreachable_) {
-    try {
-      CloseNow(options_.closeTimeout);
-    } catch (...) {  // there is nobody to tell
-    }
-  }
+  if (state_ == State::kOpen && !isUnreachable_) CloseSilently();
   WipeAll(settings_.secrets);
   Wipe(id_);
 }
@@ -123,7 +117,13 @@ void Session::Impl::Observe(const CallSettings& settings, Purpose purpose, const
 }
 
 void Session::Impl::Open(const Credentials& credentials) {
-  Observe(settings_, Purpose::kOpenSession, {}, [&](ObservedCall&) { client_.Open(credentials); });
+  try {
+    Observe(settings_, Purpose::kOpenSession, {}, [&](ObservedCall&) { client_.Open(credentials); });
+  } catch (...) {
+    // A listener may have thrown after the server opened the session.
+    if (!client_.Id().empty()) CloseSilently();
+    throw;
+  }
   // The library takes an answer without an id for a success; a script would fail with a misleading message.
   id_ = client_.Id();
   if (id_.empty()) throw Error(Phase::kAnswer, "the server opened a session without an id");
@@ -203,6 +203,13 @@ std::filesystem::path Session::Impl::Download(const std::string& url, const std:
     qv::ThrowIfFailed(client_.Model().DownloadFile(qv::FromUtf8(source), qv::FromUtf8(target), &path));
   });
   return qv::NativePath(path);
+}
+
+void Session::Impl::CloseSilently() noexcept {
+  try {
+    CloseNow(options_.closeTimeout);
+  } catch (...) {  // nobody waits for it
+  }
 }
 
 // A cancelled session is closed, too.

@@ -45,6 +45,7 @@ class Session::Impl {
   const CallSettings& SettingsFor(const RunOptions& options, std::optional<CallSettings>& own);
   // Limits the whole close, unless the time is 0.
   void CloseNow(std::chrono::milliseconds within);
+  void CloseSilently() noexcept;
   template <class Call>
   void Observe(const CallSettings& settings, Purpose purpose, const std::string& document, Call call);
   // `execute` calls the model with the list and the result.

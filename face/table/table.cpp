@@ -1,4 +1,4 @@
-#include "scriptwells/table.h"
+#include "scriptwells/value.h"
 
 #include <algorithm>
 #include <ostream>

@@ -3,7 +3,7 @@
 
 #include "qvscriptwells/record_list.h"
 #include "qvscriptwells/variant.h"
-#include "scriptwells/table.h"
+#include "scriptwells/value.h"
 
 namespace scriptwells {
 

@@ -4,7 +4,7 @@
 
 #include "face/table/aligned_text.h"
 #include "face/table/csv_text.h"
-#include "scriptwells/table.h"
+#include "scriptwells/value.h"
 
 namespace scriptwells {
 

@@ -74,6 +74,58 @@ bool FitsFloat(double number) {
   return std::abs(number) <= FLT_MAX && static_cast<double>(static_cast<float>(number)) == number;
 }
 
+// For messages.
+template <class T>
+const char* Wanted(const T& content) {
+  return ToString(Value(content).type());
+}
+
+template <class T>
+const T* HeldBy(const Value& value) {
+  return value.Visit([](const auto& content) -> const T* {
+    if constexpr (std::is_same_v<std::decay_t<decltype(content)>, T>) return &content;
+    return nullptr;
+  });
+}
+
+// False for a value that is not of that type, and does not become it without a loss.
+template <class T>
+bool Take(const Value& value, T& to) {
+  const T* const held = HeldBy<T>(value);
+  if (held != nullptr) to = *held;
+  return held != nullptr;
+}
+
+bool Take(const Value& value, double& to) {
+  const std::optional<double> number = value.Visit(DoubleNumber());
+  to = number.value_or(0);
+  return number.has_value();
+}
+
+bool Take(const Value& value, float& to) {
+  double number = 0;
+  if (!Take(value, number) || !FitsFloat(number)) return false;
+  to = static_cast<float>(number);
+  return true;
+}
+
+bool Take(const Value& value, Date& to) {
+  const DateTime* const point = HeldBy<DateTime>(value);
+  const Date* const date = point != nullptr && point->time == Time() ? &point->date : HeldBy<Date>(value);
+  if (date != nullptr) to = *date;
+  return date != nullptr;
+}
+
+bool Take(const Value& value, DateTime& to) {
+  if (const Date* const date = HeldBy<Date>(value)) {
+    to = {*date, Time()};
+    return true;
+  }
+  const DateTime* const point = HeldBy<DateTime>(value);
+  if (point != nullptr) to = *point;
+  return point != nullptr;
+}
+
 }  // namespace
 
 void Value::Refuse(const std::string& why) const {
@@ -99,65 +151,20 @@ std::uint64_t Value::Unsigned(std::size_t bytes) const {
   return static_cast<std::uint64_t>(*large);
 }
 
-void Value::Read(bool& to) const {
-  if (!Is<bool>()) Refuse("is not a boolean");
-  to = std::get<bool>(sum_);
+template <class T>
+void Value::Read(T& to) const {
+  if (!Take(*this, to)) Refuse(NotA(*this, std::string("a ") + Wanted(to)));
 }
 
-void Value::Read(float& to) const {
-  const std::optional<double> number = Visit(DoubleNumber());
-  if (!number || !FitsFloat(*number)) Refuse(NotA(*this, "a float"));
-  to = static_cast<float>(*number);
-}
-
-void Value::Read(double& to) const {
-  const std::optional<double> number = Visit(DoubleNumber());
-  if (!number) Refuse(NotA(*this, "a double"));
-  to = *number;
-}
-
-void Value::Read(std::string& to) const {
-  if (!Is<std::string>()) Refuse("is not a string");
-  to = std::get<std::string>(sum_);
-}
-
-void Value::Read(Date& to) const {
-  const auto* const point = std::get_if<DateTime>(&sum_);
-  if (point != nullptr && point->time == Time())
-    to = point->date;
-  else if (Is<Date>())
-    to = std::get<Date>(sum_);
-  else
-    Refuse("is not a date");
-}
-
-void Value::Read(Time& to) const {
-  if (!Is<Time>()) Refuse("is not a time");
-  to = std::get<Time>(sum_);
-}
-
-void Value::Read(DateTime& to) const {
-  if (Is<DateTime>())
-    to = std::get<DateTime>(sum_);
-  else if (Is<Date>())
-    to = {std::get<Date>(sum_), Time()};
-  else
-    Refuse("is not a datetime");
-}
-
-void Value::Read(Duration& to) const {
-  if (!Is<Duration>()) Refuse("is not a duration");
-  to = std::get<Duration>(sum_);
-}
-
-void Value::Read(Link& to) const {
-  if (!Is<Link>()) Refuse("is not a link");
-  to = std::get<Link>(sum_);
-}
-
-void Value::Read(Table& to) const {
-  if (!Is<Table>()) Refuse("is not a table");
-  to = std::get<Table>(sum_);
-}
+template void Value::Read(bool& to) const;
+template void Value::Read(float& to) const;
+template void Value::Read(double& to) const;
+template void Value::Read(std::string& to) const;
+template void Value::Read(Date& to) const;
+template void Value::Read(Time& to) const;
+template void Value::Read(DateTime& to) const;
+template void Value::Read(Duration& to) const;
+template void Value::Read(Link& to) const;
+template void Value::Read(Table& to) const;
 
 }  // namespace scriptwells

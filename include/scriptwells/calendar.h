@@ -1,9 +1,6 @@
 // Conversions to and from the calendar types of C++20. For programs that are compiled as C++20 or later.
 #pragma once
 
-#include <chrono>
-
-#include "scriptwells/error.h"
 #include "scriptwells/types.h"
 
 namespace scriptwells {
@@ -25,9 +22,8 @@ inline Time TimeFrom(std::chrono::hh_mm_ss<std::chrono::milliseconds> time) {
 }
 
 inline std::chrono::hh_mm_ss<std::chrono::milliseconds> ToHhMmSs(const Time& time) {
-  return std::chrono::hh_mm_ss<std::chrono::milliseconds>(
-      std::chrono::hours(time.hour) + std::chrono::minutes(time.minute) + std::chrono::seconds(time.second) +
-      std::chrono::milliseconds(time.millisecond));
+  const int seconds = (time.hour * 60 + time.minute) * 60 + time.second;
+  return std::chrono::hh_mm_ss(std::chrono::milliseconds(seconds * 1000 + time.millisecond));
 }
 
 }  // namespace scriptwells

@@ -7,8 +7,8 @@
 //   CancelledError    CancelToken::Cancel
 //   ConversionError   Value::As, an argument that cannot be sent, or a loss under `strict`
 //
-// Everything else is an Error itself. The table in docs/errors.md has every phase with its class and the exit
-// code of the command-line program. Functions of this library throw std::bad_alloc, too.
+// Everything else is an Error itself. The table in docs/errors.md has every phase with its class and the exit code of
+// the command-line program. Functions of this library throw std::bad_alloc, too.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "scriptwells/export.h"
+// Marks what the shared library exports. Everything else in it is hidden.
+#define SCRIPTWELLS_API __attribute__((visibility("default")))
 
 namespace scriptwells {
 
@@ -36,12 +37,11 @@ enum class Phase {
   kConversion,  // a value that does not fit the type, or that would arrive changed
   kCancelled,
 };
-
 // "address", "connect", "TLS", ..., "local file", ...
 SCRIPTWELLS_API const char* ToString(Phase phase) noexcept;
 
-// What would help, where this library knows it. what() says it for C++; a program whose options have other
-// names (a command line) uses message() and this.
+// What would help, where this library knows it. what() says it for C++; a program whose options have other names (a
+// command line) uses message() and this.
 enum class Remedy {
   kNone,
   kOwnAuthority,    // Options::authorities
@@ -62,8 +62,7 @@ struct ErrorDetails {
   std::string text;                     // the fixed text of the call below, which programs may compare
   std::string transport;                // the message of the connection, such as "Connection refused"
   int status = 0;                       // the HTTP status of the answer; 0 if there was none
-  int line = 0;                         // the place in the script, where the server says it; 0 if not
-  int column = 0;
+  int line = 0, column = 0;             // the place in the script, where the server says it; 0 if not
 };
 
 class SCRIPTWELLS_API Error : public std::runtime_error {
@@ -74,8 +73,7 @@ class SCRIPTWELLS_API Error : public std::runtime_error {
   ~Error() override;
 
   Phase phase() const noexcept;
-  // For people, in UTF-8, without a full stop. what() is the same with the remedy.
-  const std::string& message() const noexcept;
+  const std::string& message() const noexcept;  // for people, in UTF-8; what() adds the remedy
   Remedy remedy() const noexcept { return details().remedy; }
   std::optional<std::uint32_t> number() const noexcept { return details().number; }
   int status() const noexcept { return details().status; }

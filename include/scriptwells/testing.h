@@ -3,16 +3,11 @@
 //   scriptwells::DevelopmentService service;
 //   scriptwells::Session session = service.Connect();
 //
-// In the archive of QvScriptwells::testing. Failure: throws Error (kLocalFile) if the service is not
-// installed or does not start, and std::bad_alloc. Threads: one at a time per object.
+// In the archive of QvScriptwells::testing. Failure: throws Error (kLocalFile) if the service is not installed or
+// does not start, and std::bad_alloc. Threads: one at a time per object.
 #pragma once
 
-#include <cstdint>
-#include <filesystem>
 #include <map>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include "scriptwells/session.h"
 
@@ -27,10 +22,8 @@ struct ServiceOptions {
 
 // A request that the service saw.
 struct SeenRequest {
-  std::string method;
-  std::string target;
+  std::string method, target, body;
   std::string action;  // "Execute"; empty for one that is not SOAP
-  std::string body;
 };
 
 // A fault to order, for one request that comes next.

@@ -1,27 +1,23 @@
-// The types of values that C++ has no type for. All are plain data, can be compared and printed, and have a
-// text in the form of ISO 8601. Parse is strict and throws ConversionError; so do conversions that would lose
-// something. Values are sent and read without a time zone; std::chrono time points are taken as UTC. An
-// answer can be on the day before or after the years 1 to 9999 (of a zone of one day): it cannot be sent.
+// The types of values that C++ has no type for. All are plain data, can be compared and printed, and have a text in
+// the form of ISO 8601. Parse is strict and throws ConversionError; so do conversions that would lose something.
+// Values are sent and read without a time zone; std::chrono time points are taken as UTC. An answer can be on the day
+// before or after the years 1 to 9999 (of a zone of one day): it cannot be sent.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <ostream>
-#include <string>
 #include <string_view>
 #include <tuple>
-#include <utility>
 
-#include "scriptwells/export.h"
+#include "scriptwells/error.h"
 
 namespace scriptwells {
 
 // A day of the proleptic Gregorian calendar, years 1 to 9999.
 //   On the wire: day 0 (1899-12-30) is sent as a time, since the value alone decides the type.
 struct SCRIPTWELLS_API Date {
-  int year = 1899;
-  int month = 12;
-  int day = 30;
+  int year = 1899, month = 12, day = 30;
 
   static Date Parse(std::string_view text);  // "2024-03-05"
   auto Parts() const noexcept { return std::tie(year, month, day); }
@@ -32,10 +28,7 @@ struct SCRIPTWELLS_API Date {
 //   On the wire: milliseconds are written without leading zeros (7 ms as ".7"), and answers arrive in whole
 //   seconds.
 struct SCRIPTWELLS_API Time {
-  int hour = 0;
-  int minute = 0;
-  int second = 0;
-  int millisecond = 0;
+  int hour = 0, minute = 0, second = 0, millisecond = 0;
 
   static Time Parse(std::string_view text);  // "10:15", "10:15:30", "10:15:30.5", with or without a "Z"
   auto Parts() const noexcept { return std::tie(hour, minute, second, millisecond); }
@@ -58,8 +51,7 @@ struct SCRIPTWELLS_API DateTime {
 
   // Rounds down to the millisecond. Throws ConversionError outside the years 1 to 9999.
   static DateTime From(TimePoint point);
-  template <class D>
-  static DateTime From(std::chrono::time_point<std::chrono::system_clock, D> point) {
+  template <class D> static DateTime From(std::chrono::time_point<std::chrono::system_clock, D> point) {
     const std::chrono::duration<double> seconds = point.time_since_epoch();
     const bool isNear = seconds.count() > -1e12 && seconds.count() < 1e12;  // or it could overflow
     return From(isNear ? std::chrono::floor<std::chrono::milliseconds>(point) : TimePoint::max());
@@ -72,11 +64,7 @@ struct SCRIPTWELLS_API DateTime {
 //   arrives changed, often negative.
 struct SCRIPTWELLS_API Duration {
   bool negative = false;
-  int years = 0;
-  int months = 0;
-  int days = 0;
-  int hours = 0;
-  int minutes = 0;
+  int years = 0, months = 0, days = 0, hours = 0, minutes = 0;
   double seconds = 0;
 
   static Duration Parse(std::string_view text);  // "P1Y2M3DT4H5M6.5S", "-P1D"
@@ -100,16 +88,13 @@ struct SCRIPTWELLS_API Link {
 };
 
 // Types with Parts() are compared part by part ("PT60M" is not "PT1H").
-template <class T, class = decltype(std::declval<const T&>().Parts())>
-bool operator==(const T& a, const T& b) {
+template <class T, class = decltype(std::declval<const T&>().Parts())> bool operator==(const T& a, const T& b) {
   return a.Parts() == b.Parts();
 }
-template <class T, class = decltype(std::declval<const T&>().Parts())>
-bool operator!=(const T& a, const T& b) {
+template <class T, class = decltype(std::declval<const T&>().Parts())> bool operator!=(const T& a, const T& b) {
   return a.Parts() != b.Parts();
 }
-template <class T, class = decltype(std::declval<const T&>().Parts())>
-bool operator<(const T& a, const T& b) {
+template <class T, class = decltype(std::declval<const T&>().Parts())> bool operator<(const T& a, const T& b) {
   return a.Parts() < b.Parts();
 }
 // Everything with ToString is printed as that.

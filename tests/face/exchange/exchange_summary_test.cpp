@@ -1,7 +1,7 @@
 // One line for each exchange.
 #include <gtest/gtest.h>
 
-#include "scriptwells/exchange.h"
+#include "scriptwells/options.h"
 
 namespace scriptwells {
 namespace {

@@ -101,6 +101,16 @@ TEST_F(SessionTest, PassesOnWhatListenersThrow) {
   EXPECT_THROW(session.Run("1", {}, call), std::out_of_range);
 }
 
+TEST_F(SessionTest, ClosesASessionWhoseOpeningAListenerEnds) {
+  Options options;
+  options.listener = [](const Exchange& exchange) {
+    if (exchange.purpose == Purpose::kOpenSession) throw std::out_of_range("enough");
+  };
+  EXPECT_THROW(Open(options), std::out_of_range);
+  EXPECT_EQ(Seen("CreateUserSession"), 1);
+  EXPECT_EQ(Seen("CloseUserSession"), 1);
+}
+
 TEST_F(SessionTest, ShowsExchangesWithoutSecrets) {
   std::vector<Exchange> seen;
   Options options;

@@ -1,5 +1,5 @@
 // Columns, rows and cells by name and index.
-#include "scriptwells/table.h"
+#include "scriptwells/value.h"
 
 #include <gtest/gtest.h>
 

@@ -15,7 +15,7 @@ TEST(NaturalTypes, DecideOnTheType) {
   EXPECT_EQ(Value().type(), Type::kEmpty);
   EXPECT_EQ(Value(true).type(), Type::kBoolean);
   EXPECT_EQ(Value(static_cast<signed char>(1)).type(), Type::kByte);
-  EXPECT_EQ(Value(static_cast<unsigned char>(1)).type(), Type::kShort);
+  EXPECT_EQ(Value(static_cast<unsigned char>(1)).type(), Type::kInt);
   EXPECT_EQ(Value(static_cast<short>(1)).type(), Type::kShort);
   EXPECT_EQ(Value(static_cast<unsigned short>(1)).type(), Type::kInt);
   EXPECT_EQ(Value(1).type(), Type::kInt);
@@ -46,7 +46,7 @@ TEST(NaturalTypes, DecideOnTheType) {
 
 TEST(NaturalTypes, KeepTheirNumber) {
   EXPECT_EQ(Value(std::numeric_limits<unsigned>::max()), Long(4294967295));
-  EXPECT_EQ(Value(static_cast<unsigned char>(255)), Short(255));
+  EXPECT_EQ(Value(static_cast<unsigned char>(255)), Int(255));
   EXPECT_EQ(Value(static_cast<unsigned short>(65535)), Int(65535));
   EXPECT_EQ(Value(std::uint64_t{INT64_MAX}), Long(INT64_MAX));
   EXPECT_EQ(RefusalOf([] { Value value(std::uint64_t{1} << 63); }),
