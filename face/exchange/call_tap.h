@@ -18,7 +18,7 @@ class CallTap final : public qv::WireTap, public qv::IHttpProgress {
  public:
   CallTap(const CallSettings& settings, Purpose purpose);
 
-  // Ends the exchange that is under way, if there is one, and tells the listener.
+  // Ends the exchange that is under way, if there is one, and calls the listener.
   void EndExchange();
   const ExchangeRecord& Last() const noexcept { return record_; }
   // The first upload that the server answered with another status than success, such as "http://srv:80

@@ -7,7 +7,7 @@ namespace {
 constexpr const char* kPurposes[] = {"open session",   "close session", "execute",
                                      "upload address", "upload",        "download"};
 
-// The first two words of a head: "POST /path". Empty if nothing was sent.
+// Verb and address, such as "POST http://srv:80/path"; the server alone if nothing was sent.
 std::string RequestOf(const Exchange& exchange) {
   const std::string line = exchange.requestHead.substr(0, exchange.requestHead.find('\r'));
   const std::size_t verb = line.find(' ');

@@ -23,7 +23,7 @@ std::string SourceIn(const std::string& answer) {
   return DecodeXmlText(Between(object, "<source>", "</source>"));
 }
 
-// The number behind the last "WORD "; 0 if there is none.
+// The number after the last "WORD "; 0 if there is none.
 int NumberAfter(const std::string& text, const std::string& word) {
   const std::size_t found = text.rfind(word + " ");
   if (found == std::string::npos) return 0;

@@ -1,4 +1,4 @@
-// Secrets that a server hands out during a call.
+// Secrets that a server makes during a call.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Collects what a listener is told of one exchange.
+// Collects what a listener gets of one exchange.
 #pragma once
 
 #include <chrono>

@@ -50,7 +50,7 @@ WireTap* ThreadWireTap() noexcept;
 // Borrows the tap until the next call on this thread. Returns the one before; both may be null.
 WireTap* SetThreadWireTap(WireTap* tap) noexcept;
 
-// Passes the code on, and tells the tap.
+// Returns the code, after OnFailure of the tap if there is one.
 HRESULT TappedFailure(HRESULT code) noexcept;
 
 }  // namespace qv

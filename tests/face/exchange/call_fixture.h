@@ -51,7 +51,7 @@ class CallTest : public ::testing::Test {
   std::function<qv::HRESULT()> OpenCall();
   std::function<qv::HRESULT()> RunCall(const std::vector<std::string>& files = {});
 
-  // Collects what the listener is told, in `exchanges_`.
+  // A listener that collects in `exchanges_`.
   void Listen();
   // Both upload scripts below a new home directory, which is used.
   void MakeHome();

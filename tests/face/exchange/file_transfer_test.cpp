@@ -1,4 +1,4 @@
-// Uploads and downloads: their failures, what is refused, and the home directory of the call.
+// Uploads and downloads: their failures, rejected names, and the home directory of the call.
 #include "support/path_helpers.h"
 #include "tests/face/exchange/call_fixture.h"
 

@@ -1,4 +1,4 @@
-// What a listener for exchanges is told.
+// What a listener for exchanges gets.
 #include <algorithm>
 
 #include "qvscriptwells/com_call.h"
@@ -139,7 +139,7 @@ TEST_F(Listener, ProgressNamesTheFile) {
   EXPECT_EQ(std::count(files.begin(), files.end(), file), static_cast<std::ptrdiff_t>(files.size()));
 }
 
-// A secret is searched in all that a listener is told, in each form that the wire may have.
+// A secret is searched in all that a listener gets, in each form that the wire may have.
 TEST_F(Listener, CanaryNoSecretIsTold) {
   const std::string password = "pw<&>\"'%+/\xC3\xA9";
   settings_.secrets = {password, "session-1"};
@@ -162,7 +162,7 @@ TEST_F(Listener, CanaryNoSecretIsTold) {
   for (const char* form : {"session-1", "new&lt;id", "new<id", "pw<&", "pw&lt;", "pw%3C", "cHc8", "T&lt;i",
                            "T%3C", "T<i", "c=ket"})
     EXPECT_EQ(all.find(form), std::string::npos) << form << "\n" << all;
-  // What is no secret stays.
+  // Everything else stays.
   EXPECT_NE(all.find("Username=joe;Password=***;"), std::string::npos) << all;
   EXPECT_NE(all.find("/up?ticket=***"), std::string::npos);
   EXPECT_EQ(exchanges_[2].file, folder_.Path("***.txt"));

@@ -32,7 +32,7 @@ TEST_F(ObservedCallTest, ExceptionOfAListenerEndsTheCallAndArrives) {
   EXPECT_EQ(Thrown([&] { Run({file}); }), "from the listener");
   // The second exchange was not begun.
   EXPECT_EQ(server_.AllReceived().find("POST /up"), std::string::npos);
-  // A success that is told at the end.
+  // The listener is called at the end of a success.
   Answer({ScriptAnswer("done")});
   EXPECT_EQ(Thrown([&] { Run(); }), "from the listener");
 }
