@@ -3,8 +3,9 @@
 //   scriptwells::DevelopmentService service;
 //   scriptwells::Session session = service.Connect();
 //
-// In the archive of QvScriptwells::testing. Failure: throws Error (kLocalFile) if the service is not installed or
-// does not start, and std::bad_alloc. Threads: one at a time per object.
+// In the archive of QvScriptwells::testing. The service ends with the object, or with this process. The console of
+// its scripts is lost. Failure: throws Error, of the phase kLocalFile if the service is not installed or does not
+// start. Threads: one at a time per object.
 #pragma once
 
 #include <map>
@@ -26,13 +27,13 @@ struct SeenRequest {
   std::string action;  // "Execute"; empty for one that is not SOAP
 };
 
-// A fault to order, for one request that comes next.
+// A fault for one request that comes next. After the first two kinds nothing is run.
 struct OrderedFault {
   enum class Kind {
     kFault,      // a fault of the protocol, with number and text
     kStatus,     // the HTTP status `number`, with `text` as body
     kCutAnswer,  // the connection closes in the middle of the answer
-    kSilence,    // no answer for `number` milliseconds
+    kSilence,    // `number` milliseconds until the answer
   };
   Kind kind = Kind::kFault;
   std::uint32_t number = 5;
@@ -43,7 +44,6 @@ struct OrderedFault {
 class DevelopmentService {
  public:
   explicit DevelopmentService(const ServiceOptions& options = {});
-  // Ends the service.
   ~DevelopmentService();
   DevelopmentService(DevelopmentService&& other) noexcept;
   DevelopmentService& operator=(DevelopmentService&& other) noexcept;

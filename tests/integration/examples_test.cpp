@@ -95,6 +95,13 @@ void RegisterLibrary() {
   ::dlclose(library);
 }
 
+TEST_F(Examples, OwnTestsPassOnAServiceOfTheirOwn) {
+  const EnvironmentVariable program("SCRIPTWELLS_PROGRAM", SCRIPTWELLS_PROGRAM);
+  const CommandOutput said = OutputOf(OWN_TESTS " 2>&1");
+  EXPECT_EQ(said.text, "all tests passed\n");
+  EXPECT_EQ(said.exit, 0);
+}
+
 TEST_F(Examples, LateBindingFindsTheLibraryThroughTheRegistry) {
   const TemporaryDirectory directory;
   const EnvironmentVariable registry("QV_REGISTRY", directory.Path("registry.reg").c_str());

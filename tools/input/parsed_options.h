@@ -10,16 +10,7 @@
 
 namespace qv::cli {
 
-enum class Command {
-  kText,
-  kUsageError,
-  kRun,
-  kDownload,
-  kSession,
-  kServe,
-  kRegistry,
-  kDescribe
-};
+enum class Command { kText, kUsageError, kRun, kDownload, kSession, kServe, kRegistry, kDescribe };
 
 // In milliseconds, rounded up, so that a short time never becomes 0 (no limit).
 inline std::int64_t Milliseconds(double seconds) {
@@ -80,6 +71,9 @@ struct ServeOptions {
   int scriptMemoryMegabytes = 256;
   std::string home;          // home directory for clients on this machine, while the service runs
   bool installHome = false;  // permanently: in the registry
+  bool json = false;         // the address, messages and failures as JSON
+  bool control = false;      // a control interface for tests; only with `json`, which shows its address
+  bool untilEof = false;     // stop also at the end of standard input
 };
 
 enum class RegistryVerb { kGet, kSet, kRemove, kList };

@@ -93,4 +93,15 @@ void WaitForInterrupt() {
   WaitForEither(-1);
 }
 
+void WaitForInterruptOrEof(int descriptor) {
+  char dropped[4096];
+  ssize_t count = 1;
+  while (!Interrupted() && (count > 0 || errno == EINTR || errno == EAGAIN)) {
+    WaitForEither(descriptor);
+    if (Interrupted()) return;
+    errno = 0;
+    count = read(descriptor, dropped, sizeof dropped);
+  }
+}
+
 }  // namespace qv::cli

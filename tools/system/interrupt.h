@@ -24,4 +24,7 @@ void WaitReadable(int descriptor);
 // Waits for the first signal. The program then has 5 seconds to exit.
 void WaitForInterrupt();
 
+// The same, or until `descriptor` is at its end or cannot be read. What comes before the end is dropped.
+void WaitForInterruptOrEof(int descriptor);
+
 }  // namespace qv::cli
