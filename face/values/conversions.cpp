@@ -153,7 +153,9 @@ std::uint64_t Value::Unsigned(std::size_t bytes) const {
 
 template <class T>
 void Value::Read(T& to) const {
-  if (!Take(*this, to)) Refuse(NotA(*this, std::string("a ") + Wanted(to)));
+  if (Take(*this, to)) return;
+  const std::string wanted = std::string("a ") + Wanted(to);
+  Refuse(std::is_floating_point_v<T> ? NotA(*this, wanted) : "is not " + wanted);
 }
 
 template void Value::Read(bool& to) const;

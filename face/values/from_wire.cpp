@@ -94,7 +94,7 @@ Value FromWire(const qv::Variant& variant, std::int32_t columnType) {
       case qv::VT_I1:
         return data.cVal;
       case qv::VT_UI1:
-        return data.bVal;
+        return static_cast<std::int16_t>(data.bVal);
       case qv::VT_I2:
         return data.iVal;
       case qv::VT_UI2:
