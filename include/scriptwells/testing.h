@@ -23,8 +23,9 @@ struct ServiceOptions {
 
 // A request that the service saw.
 struct SeenRequest {
-  std::string method, target, body;
+  std::string method, target;
   std::string action;  // "Execute"; empty for one that is not SOAP
+  std::string body;
 };
 
 // A fault for one request that comes next. After the first two kinds nothing is run.

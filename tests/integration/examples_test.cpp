@@ -122,7 +122,7 @@ TEST_F(Examples, LateBindingWithoutRegistrationFails) {
 
 TEST_F(Examples, ServerThatIsNotThereIsReported) {
   const CommandOutput said = OutputOf(FIRST_CALL " http://127.0.0.1:1 2>&1");
-  EXPECT_EQ(said.text, "failed: cannot reach http://127.0.0.1:1: Connection refused\n");
+  EXPECT_EQ(said.text.rfind("failed: cannot reach http://127.0.0.1:1: ", 0), 0U) << said.text;
   EXPECT_EQ(said.exit, 1);
   EXPECT_EQ(OutputOf(EXACT_BINDING " http://127.0.0.1:1 2>&1").text, "failed: Cannot create a soap call.\n");
 }
