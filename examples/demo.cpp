@@ -3,9 +3,9 @@
 // examples/document.xml, shows a table, uploads a file, downloads the script's result, and closes the
 // session.
 //   demo [SCRIPT]
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iomanip>
 #include <iostream>
 #include <sstream>
 
@@ -50,10 +50,16 @@ Arguments ArgumentsFor(const std::string& pick) {
   return arguments;
 }
 
+// The text with blanks up to the column's width, in characters.
+std::string Padded(const std::string& text, std::size_t width) {
+  const auto isStart = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
+  const auto characters = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isStart));
+  return text + std::string(characters < width ? width - characters : 1, ' ');
+}
+
 void ShowRow(const std::string& name, const std::string& type, const std::string& sent,
              const std::string& answer, const std::string& value) {
-  std::cout << std::left << std::setw(10) << name << std::setw(9) << type << std::setw(20) << sent
-            << std::setw(9) << answer << value << "\n";
+  std::cout << Padded(name, 10) << Padded(type, 9) << Padded(sent, 20) << Padded(answer, 9) << value << "\n";
 }
 
 void ShowAnswers(Session& session, const std::string& script) {
@@ -89,7 +95,7 @@ constexpr char kTableScript[] = R"([
 void ShowTable(Session& session) {
   const scriptwells::Table table = session.Run(kTableScript).AsTable();
   std::cout << "\nA script that answers an array of objects answers a table:\n\n" << table;
-  std::cout << "\nThe same as CSV:\n\n";
+  std::cout << "\n\nThe same as CSV:\n\n";
   table.WriteCsv(std::cout);
 }
 
