@@ -1,5 +1,7 @@
 #include "face/session/process_hold.h"
 
+#include <new>
+
 #include "qvscriptwells/qv_exception.h"
 #include "qvscriptwells/value_types_hold.h"
 #include "qvscriptwells/wide_string.h"
@@ -20,8 +22,8 @@ struct ProcessHold {
 void HoldLibrary() {
   try {
     // Never destroyed: threads may still use their sessions while the process ends.
-    static ProcessHold* const hold = new ProcessHold;
-    static_cast<void>(hold);
+    alignas(ProcessHold) static unsigned char place[sizeof(ProcessHold)];
+    [[maybe_unused]] static const ProcessHold* const hold = new (place) ProcessHold;
   } catch (const qv::QvException& error) {
     throw Error(Phase::kAddress, error.what());
   }

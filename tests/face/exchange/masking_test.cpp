@@ -19,7 +19,8 @@ std::string Masked(const std::string& text, const std::string& secret = kSecret)
 
 std::string Utf16(const std::string& text, bool isBig) {
   std::string bytes;
-  for (const char16_t unit : qv::FromUtf8(text).view()) {
+  const qv::WideString wide = qv::FromUtf8(text);
+  for (const char16_t unit : wide.view()) {
     const char high = static_cast<char>(unit >> 8);
     const char low = static_cast<char>(unit & 0xFF);
     bytes += isBig ? high : low;
