@@ -26,12 +26,8 @@ std::string Quoted(const std::string& text) {
 
 }  // namespace
 
-std::string CsvField(const std::string& text, const std::string& nullText) {
-  return text == nullText || NeedsQuotes(text) ? Quoted(text) : text;
-}
-
 std::string CsvOnlyField(const std::string& text, const std::string& nullText) {
-  return text.empty() ? Quoted(text) : CsvField(text, nullText);
+  return text.empty() || text == nullText || NeedsQuotes(text) ? Quoted(text) : text;
 }
 
 bool IsCsvNull(const std::string& text) {

@@ -16,7 +16,7 @@ namespace qv::cli {
 namespace {
 
 constexpr std::size_t kLongestPath = 256;
-constexpr std::size_t kMostPaths = 5;
+constexpr std::size_t kMostPaths = 2;
 
 // What a signal handler removes: files, then directories. Empty texts are unused.
 char g_files[kMostPaths][kLongestPath];
@@ -73,21 +73,16 @@ PrivateHome::~PrivateHome() {
 }
 
 void PrivateHome::Fill() {
-  const std::string registry = path_ + "/registry.reg";
   const std::vector<std::string> scripts = UploadScripts(path_);
-  Keep(g_files[0], registry);
-  Keep(g_files[1], scripts[0]);
-  Keep(g_files[2], scripts[1]);
+  Keep(g_files[0], scripts[0]);
+  Keep(g_files[1], scripts[1]);
   Keep(g_directories[0], std::filesystem::path(scripts[0]).parent_path().string());
   Keep(g_directories[1], path_);
   OnForcedExit(&RemoveAtOnce);
-  variable_.emplace(registry);
-  SetHomeDirectory(path_);
   InstallMissingScripts(path_);
 }
 
 void PrivateHome::Remove() noexcept {
-  variable_.reset();
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
   OnForcedExit(nullptr);
