@@ -61,6 +61,22 @@ void AppendBytes(std::string& escaped, const std::string& text, std::size_t at, 
   for (std::size_t i = at; i < at + bytes; ++i) AppendCode(escaped, "\\x%02x", BitsOf(text, i, 0xFF));
 }
 
+// Escapes the characters at which `bytesAt` returns their length.
+template <class BytesAt>
+std::string EscapeEach(const std::string& text, BytesAt bytesAt) {
+  std::string escaped;
+  escaped.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t bytes = bytesAt(text, at);
+    if (bytes == 0)
+      escaped += text[at];
+    else
+      AppendCode(escaped, "\\u%04x", bytes == 1 ? BitsOf(text, at, 0xFF) : DecodedAt(text, at).character);
+    at += bytes == 0 ? 1 : bytes;
+  }
+  return escaped;
+}
+
 // Appends the character at this place of `text`, escaped if it is unsafe. Returns the bytes that it took from
 // `text`.
 std::size_t AppendNext(std::string& escaped, const std::string& text, std::size_t at) {
@@ -83,23 +99,7 @@ std::size_t FormatCharacterAt(const std::string& text, std::size_t at) noexcept 
 }
 
 std::string EscapeFormatCharacters(const std::string& text) {
-  std::string escaped;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t bytes = FormatCharacterAt(text, at);
-    if (bytes == 0) {
-      escaped += text[at++];
-      continue;
-    }
-    AppendCode(escaped, "\\u%04x", DecodedAt(text, at).character);
-    at += bytes;
-  }
-  return escaped;
-}
-
-bool HoldsUnsafeCharacters(const std::string& text) {
-  for (std::size_t at = 0; at < text.size(); ++at)
-    if (ControlCharacterAt(text, at) + FormatCharacterAt(text, at) != 0) return true;
-  return false;
+  return EscapeEach(text, FormatCharacterAt);
 }
 
 std::string EscapeForTerminal(const std::string& text) {
@@ -129,18 +129,9 @@ std::string OneLine(const std::string& text) {
 }
 
 std::string EscapeForJson(const std::string& json) {
-  std::string escaped;
-  escaped.reserve(json.size());
-  for (std::size_t at = 0; at < json.size();) {
-    const std::size_t bytes = ControlCharacterAt(json, at) + FormatCharacterAt(json, at);
-    if (bytes == 0) {
-      escaped += json[at++];
-      continue;
-    }
-    AppendCode(escaped, "\\u%04x", bytes == 1 ? BitsOf(json, at, 0xFF) : DecodedAt(json, at).character);
-    at += bytes;
-  }
-  return escaped;
+  return EscapeEach(json, [](const std::string& text, std::size_t at) {
+    return ControlCharacterAt(text, at) + FormatCharacterAt(text, at);
+  });
 }
 
 }  // namespace qv::cli

@@ -17,9 +17,6 @@ constexpr std::size_t kFormatEscape = 6;
 // The text with the escapes of all format characters.
 std::string EscapeFormatCharacters(const std::string& text);
 
-// Whether the text holds a control character (U+0000 to U+001F, U+007F to U+009F) or a format character.
-bool HoldsUnsafeCharacters(const std::string& text);
-
 // The text with escapes as in a table: "\x1b" for each byte of a control character and for each byte
 // that is not UTF-8, "\u202e" for a format character. Tabs and line ends ("\n", "\r\n") are kept.
 std::string EscapeForTerminal(const std::string& text);

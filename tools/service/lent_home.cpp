@@ -1,12 +1,39 @@
 #include "tools/service/lent_home.h"
 
+#include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include "tools/service/home_directory.h"
-#include "tools/system/registry_variable.h"
 
 namespace qv::cli {
+
+namespace {
+
+constexpr char kVariable[] = "QV_REGISTRY";
+
+// A temporary value of the variable, which names the first file of the registry.
+class RegistryVariable {
+ public:
+  explicit RegistryVariable(const std::string& file) {
+    if (const char* before = std::getenv(kVariable)) before_ = before;
+    ::setenv(kVariable, file.c_str(), 1);
+  }
+  ~RegistryVariable() {
+    if (before_)
+      ::setenv(kVariable, before_->c_str(), 1);
+    else
+      ::unsetenv(kVariable);
+  }
+  RegistryVariable(const RegistryVariable&) = delete;
+  RegistryVariable& operator=(const RegistryVariable&) = delete;
+
+ private:
+  std::optional<std::string> before_;
+};
+
+}  // namespace
 
 LentHome::LentHome(const std::string& home) : registry_(home + "/serve.reg") {
   InstallMissingScripts(home);

@@ -16,17 +16,14 @@ namespace qv::cli {
 namespace {
 
 constexpr std::size_t kLongestPath = 256;
-constexpr std::size_t kMostPaths = 2;
+constexpr std::size_t kMostPaths = 4;
 
-// What a signal handler removes: files, then directories. Empty texts are unused.
-char g_files[kMostPaths][kLongestPath];
-char g_directories[kMostPaths][kLongestPath];
+// What a signal handler removes, in this order: files, then directories. Empty texts are unused.
+char g_paths[kMostPaths][kLongestPath];
 
 void RemoveAtOnce() {
-  for (const auto& file : g_files)
-    if (file[0] != '\0') unlink(file);
-  for (const auto& directory : g_directories)
-    if (directory[0] != '\0') rmdir(directory);
+  for (const auto& path : g_paths)
+    if (path[0] != '\0' && unlink(path) != 0) rmdir(path);
 }
 
 void Keep(char (&slot)[kLongestPath], const std::string& path) {
@@ -74,10 +71,10 @@ PrivateHome::~PrivateHome() {
 
 void PrivateHome::Fill() {
   const std::vector<std::string> scripts = UploadScripts(path_);
-  Keep(g_files[0], scripts[0]);
-  Keep(g_files[1], scripts[1]);
-  Keep(g_directories[0], std::filesystem::path(scripts[0]).parent_path().string());
-  Keep(g_directories[1], path_);
+  Keep(g_paths[0], scripts[0]);
+  Keep(g_paths[1], scripts[1]);
+  Keep(g_paths[2], std::filesystem::path(scripts[0]).parent_path().string());
+  Keep(g_paths[3], path_);
   OnForcedExit(&RemoveAtOnce);
   InstallMissingScripts(path_);
 }
