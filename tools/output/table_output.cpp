@@ -1,14 +1,16 @@
 #include "tools/output/table_output.h"
 
-#include <nlohmann/json.hpp>
 #include <ostream>
+#include <streambuf>
+#include <string_view>
+#include <utility>
 
 #include "scriptwells/value.h"
 #include "tools/output/answer_format.h"
 #include "tools/output/text_table.h"
 #include "tools/report/failure.h"
-#include "tools/report/json_text.h"
 #include "tools/report/standard_output.h"
+#include "tools/report/unsafe_characters.h"
 #include "tools/system/interrupt.h"
 
 namespace qv::cli {
@@ -43,25 +45,44 @@ std::string TextOf(const Table& table, std::size_t width) {
   return text.Format(width);
 }
 
+// Passes on what the library writes, line by line, until an interrupt.
+class WatchedOutput : public std::streambuf {
+ public:
+  // Leaves out the first `skipped` bytes.
+  explicit WatchedOutput(std::ostream& out, std::streamsize skipped = 0)
+      : out_(out), isTerminal_(IsTerminal(out)), skipped_(skipped) {}
+
+ protected:
+  std::streamsize xsputn(const char* text, std::streamsize count) override {
+    if (Interrupted()) return 0;
+    const std::streamsize skipped = std::exchange(skipped_, 0);
+    const std::string_view rest(text + skipped, static_cast<std::size_t>(count - skipped));
+    if (isTerminal_)
+      out_ << EscapeForTerminal(std::string(rest));
+    else
+      out_ << rest;
+    return out_ ? count : 0;
+  }
+
+ private:
+  std::ostream& out_;
+  bool isTerminal_;
+  std::streamsize skipped_;
+};
+
 void WriteCsv(const Table& table, const std::string& nullText, std::ostream& out) {
-  if (IsTerminal(out))
-    out << TextFor(out, table.ToCsv(nullText));
-  else
-    table.WriteCsv(out, nullText);
+  WatchedOutput watched(out);
+  std::ostream lines(&watched);
+  table.WriteCsv(lines, nullText);
 }
 
+// The type comes before the members that the library writes.
 void WriteJson(const Table& table, std::ostream& out) {
-  nlohmann::ordered_json columns = nlohmann::ordered_json::array();
-  for (const Column& column : table.Columns())
-    columns.push_back({{"name", column.name}, {"displayName", column.name}, {"type", column.typeName}});
-  out << R"({"type":"recordlist","columns":)" + JsonText(columns) + R"(,"rows":[)";
-  for (const Row& row : table) {
-    CheckWritten(out);
-    std::string line = row.Index() == 0 ? "[" : ",[";
-    for (std::size_t i = 0; i < row.size(); ++i) line += (i == 0 ? "" : ",") + row[i].Get().ToJson();
-    out << line + "]";
-  }
-  out << "]}\n";
+  out << R"({"type":"recordlist",)";
+  WatchedOutput watched(out, 1);
+  std::ostream members(&watched);
+  table.WriteJson(members);
+  out << "\n";
 }
 
 bool HasWrappedCounts(const Table& table, std::size_t column) {

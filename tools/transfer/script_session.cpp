@@ -35,6 +35,8 @@ scriptwells::Options ScriptSession::Options() {
   options.cancel = InterruptToken();
   options.listener = [this](const scriptwells::Exchange& exchange) { Look(exchange); };
   options.listenerBodies = trace_.has_value();
+  // Nothing is shown without a trace, but a file's name may look like a password.
+  options.showSecrets = settings_.options.showSecrets || !trace_;
   if (progress_.IsShown())
     options.progress = [this](const scriptwells::Progress& progress) { progress_.Update(progress); };
   return options;

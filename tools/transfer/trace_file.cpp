@@ -68,7 +68,7 @@ std::string TraceText(const scriptwells::Exchange& exchange) {
          Lines("> ", exchange.requestBody) + Lines("< ", exchange.answerHead) +
          Lines("< ", exchange.answerBody) + FileNote(exchange) + "= " + UtcText(exchange.begin) +
          ", connecting " + MillisecondsText(exchange.connecting) + ", waiting " +
-         MillisecondsText(exchange.waiting) + ", total " + MillisecondsText(exchange.total) + "\n";
+         MillisecondsText(exchange.waiting) + ", total " + MillisecondsText(exchange.total) + "\n\n";
 }
 
 TraceFile::TraceFile(const std::string& path)

@@ -10,7 +10,8 @@
 namespace qv::cli {
 
 // Each exchange as one line of summary, the head and body of the request with "> " before each line, those of
-// the answer with "< ", and a line of times. Unsafe characters (unsafe_characters.h) are escaped.
+// the answer with "< ", a line of times, and an empty line. Unsafe characters (unsafe_characters.h) are
+// escaped.
 class TraceFile {
  public:
   // Creates or empties the file, which only its owner may read, or uses standard error for "-". Throws

@@ -13,7 +13,8 @@ using scriptwells::Value;
 using testing::Each;
 
 Value ValueOf(const std::string& text) {
-  const Value* value = ParseParameter(text).argument.GetValue();
+  const ScriptParameter parameter = ParseParameter(text);
+  const Value* value = parameter.argument.GetValue();
   EXPECT_NE(value, nullptr) << text;
   return value == nullptr ? Value() : *value;
 }
