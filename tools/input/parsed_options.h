@@ -46,7 +46,7 @@ struct RunOptions : SessionOptions {
   bool local = false;                   // run in a service of this process; else on `server`
   std::string language = "JavaScript";
   OutputFormat output = OutputFormat::kText;
-  std::string csvNull;  // no value in CSV; as IsCsvNull (csv_text.h) allows it
+  std::string csvNull;  // no value in CSV; needs no quotes
   std::string
       saveDirectory;   // the answer is the URL of a file to download into this directory; empty: print it
   bool force = false;  // with a directory: as in DownloadOptions

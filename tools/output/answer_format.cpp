@@ -1,13 +1,13 @@
 #include "tools/output/answer_format.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <ctime>
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "tools/output/csv_text.h"
+#include "face/text/csv_text.h"
+#include "face/text/number_text.h"
 #include "tools/output/text_table.h"
 #include "tools/report/json_text.h"
 
@@ -15,7 +15,6 @@ namespace qv::cli {
 
 namespace {
 
-using scriptwells::Date;
 using scriptwells::DateTime;
 using scriptwells::Duration;
 using scriptwells::Time;
@@ -45,16 +44,9 @@ const TypeRow& RowOf(Type type) {
 
 // A point in time; in a time the date is day 0.
 std::optional<DateTime> PointOf(const Value& value) {
-  switch (value.type()) {
-    case Type::kDate:
-      return DateTime{value.As<Date>(), {}};
-    case Type::kTime:
-      return DateTime{{}, value.As<Time>()};
-    case Type::kDateTime:
-      return value.As<DateTime>();
-    default:
-      return std::nullopt;
-  }
+  if (value.Is<Time>()) return DateTime{{}, value.As<Time>()};
+  if (value.Is<scriptwells::Date>() || value.Is<DateTime>()) return value.As<DateTime>();
+  return std::nullopt;
 }
 
 // Days since 1899-12-30.
@@ -71,16 +63,11 @@ double SerialOf(const DateTime& point) {
   return static_cast<double>(days) + milliseconds / 86'400'000.0;
 }
 
-std::string NumberText(double number) {
-  char text[64];
-  return std::string(text, std::to_chars(text, text + sizeof text, number).ptr);
-}
-
 // The number of a point outside the years that other programs read; else empty.
 std::string FarPointText(const Value& value) {
   const std::optional<DateTime> point = PointOf(value);
   const bool isFar = point && (point->date.year < 1 || point->date.year > 9999);
-  return isFar ? NumberText(SerialOf(*point)) : std::string();
+  return isFar ? scriptwells::NumberText(SerialOf(*point)) : std::string();
 }
 
 std::string TextOf(const Value& value) {
@@ -126,7 +113,8 @@ std::string FormatJson(const Value& value) {
 }
 
 std::string FormatCsv(const Value& value, const std::string& nullText) {
-  return "value\r\n" + (value.IsEmpty() ? nullText : CsvOnlyField(TextOf(value), nullText)) + "\r\n";
+  return "value\r\n" + (value.IsEmpty() ? nullText : scriptwells::CsvOnlyField(TextOf(value), nullText)) +
+         "\r\n";
 }
 
 }  // namespace

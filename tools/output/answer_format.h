@@ -12,8 +12,8 @@ namespace qv::cli {
 std::string TypeName(const scriptwells::Value& value);
 
 // The whole output with its line end.
-// Text: the bare value. Table: one row. CSV: the head "value" and one field, `nullText` for no value
-// (csv_text.h). JSON: {"type":"int","value":42,"tag":22}. A point in time also has its "serial" number, a
+// Text: the bare value. Table: one row. CSV: the head "value" and one field, `nullText` for no value.
+// JSON: {"type":"int","value":42,"tag":22}. A point in time also has its "serial" number, a
 // duration its counts, a URL its "caption". A point outside the years 1 to 9999 is shown as its number.
 std::string FormatAnswer(OutputFormat format, const scriptwells::Value& value,
                          const std::string& nullText = "");

@@ -5,16 +5,18 @@
 
 #include <cerrno>
 #include <cstring>
-#include <ctime>
 #include <iostream>
 #include <string_view>
 
+#include "scriptwells/types.h"
 #include "tools/report/failure.h"
 #include "tools/report/unsafe_characters.h"
 
 namespace qv::cli {
 
 namespace {
+
+using scriptwells::DateTime;
 
 // A trace may hold what a script answered, so others may not read it.
 std::string Created(const std::string& path) {
@@ -44,19 +46,6 @@ std::string MillisecondsText(std::chrono::microseconds time) {
   return text;
 }
 
-// "2024-03-05T10:15:30.007Z"
-std::string UtcText(std::chrono::system_clock::time_point point) {
-  const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(point.time_since_epoch()).count();
-  const std::time_t seconds = milliseconds / 1000;
-  std::tm parts = {};
-  ::gmtime_r(&seconds, &parts);
-  char text[64];
-  const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &parts);
-  static_cast<void>(
-      std::snprintf(text + length, sizeof text - length, ".%03dZ", static_cast<int>(milliseconds % 1000)));
-  return text;
-}
-
 std::string FileNote(const scriptwells::Exchange& exchange) {
   return exchange.file.empty() ? "" : "= file " + OneLine(exchange.file) + "\n";
 }
@@ -66,9 +55,10 @@ std::string FileNote(const scriptwells::Exchange& exchange) {
 std::string TraceText(const scriptwells::Exchange& exchange) {
   return OneLine(Summary(exchange)) + "\n" + Lines("> ", exchange.requestHead) +
          Lines("> ", exchange.requestBody) + Lines("< ", exchange.answerHead) +
-         Lines("< ", exchange.answerBody) + FileNote(exchange) + "= " + UtcText(exchange.begin) +
-         ", connecting " + MillisecondsText(exchange.connecting) + ", waiting " +
-         MillisecondsText(exchange.waiting) + ", total " + MillisecondsText(exchange.total) + "\n\n";
+         Lines("< ", exchange.answerBody) + FileNote(exchange) + "= " +
+         DateTime::From(exchange.begin).ToString() + "Z" + ", connecting " +
+         MillisecondsText(exchange.connecting) + ", waiting " + MillisecondsText(exchange.waiting) +
+         ", total " + MillisecondsText(exchange.total) + "\n\n";
 }
 
 TraceFile::TraceFile(const std::string& path)

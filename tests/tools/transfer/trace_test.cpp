@@ -51,7 +51,7 @@ TEST_F(Trace, HasEveryExchangeInOrder) {
   for (const char* part : {"\n> POST /", "\n> \n> <", "6 * 7", "\n< HTTP/1.1 200 OK\n", "\n< \n< <",
                            "<r xsi:type=\"xsd:int\">42</r>", "joe"})
     EXPECT_TRUE(Holds(trace, part)) << part << "\n" << trace;
-  EXPECT_TRUE(std::regex_search(trace, std::regex(R"(\n= \d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z, connecting )"
+  EXPECT_TRUE(std::regex_search(trace, std::regex(R"(\n= \d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(\.\d{3})?Z, connecting )"
                                                   R"(\d+\.\d ms, waiting \d+\.\d ms, total \d+\.\d ms\n\n)")))
       << trace;
   struct stat facts = {};
@@ -128,7 +128,7 @@ TEST(TraceText, IsEscapedForTerminals) {
   const std::string text = TraceText(exchange);
   EXPECT_TRUE(Holds(text,
                     "\n< HTTP/1.1 200 \\x1b[2J\n< \n< a\n< \\u202eb\\xff\n= file /tmp/a\\x1b\n= "
-                    "1970-01-01T00:00:00.000Z, "))
+                    "1970-01-01T00:00:00Z, "))
       << text;
 }
 

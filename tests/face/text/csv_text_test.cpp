@@ -1,9 +1,11 @@
 // Which texts are quoted as fields of CSV.
-#include "tools/output/csv_text.h"
+#include "face/text/csv_text.h"
 
 #include <gtest/gtest.h>
 
-namespace qv::cli {
+#include "scriptwells/error.h"
+
+namespace scriptwells {
 namespace {
 
 struct Row {
@@ -15,10 +17,11 @@ struct Row {
 TEST(CsvText, PlainTextsAndFormulasAreNotQuoted) {
   for (const char* text : {"Rome", "two words", "-1.5", "2024-03-05T10:15:30", "a;b", "'a'", "\xC3\xA9",
                            "=1+1", "+1", "-1", "@a", "=HYPERLINK(A1)"})
-    EXPECT_EQ(CsvOnlyField(text, ""), text);
-  for (const char* text : {"", "NULL", "\\N", "-", "n a", "\xC3\xA9"}) EXPECT_TRUE(IsCsvNull(text)) << text;
+    EXPECT_EQ(CsvField(text, ""), text);
+  for (const char* text : {"", "NULL", "\\N", "-", "n a", "\xC3\xA9"})
+    EXPECT_NO_THROW(CheckCsvNull(text)) << text;
   for (const char* text : {",", "\"", "a\nb", "\r", " a", "a ", "\t", "\xC3"})
-    EXPECT_FALSE(IsCsvNull(text)) << text;
+    EXPECT_THROW(CheckCsvNull(text), ConversionError) << text;
 }
 
 TEST(CsvText, SeparatorsBlanksAtTheEndsAndTheNullTextAreQuoted) {
@@ -29,11 +32,14 @@ TEST(CsvText, SeparatorsBlanksAtTheEndsAndTheNullTextAreQuoted) {
       {" a", "", "\" a\""},       {"a ", "", "\"a \""},
       {"\ta", "", "\"\ta\""},     {" ", "", "\" \""},
       {"a b", "", "a b"},         {"", "", "\"\""},
-      {"", "NULL", "\"\""},       {"NULL", "NULL", "\"NULL\""},
+      {"", "NULL", ""},           {"NULL", "NULL", "\"NULL\""},
       {"NULLS", "NULL", "NULLS"}, {"NULL", "", "NULL"},
   };
-  for (const Row& row : rows) EXPECT_EQ(CsvOnlyField(row.text, row.nullText), row.field);
+  for (const Row& row : rows) EXPECT_EQ(CsvField(row.text, row.nullText), row.field);
+  const Row alone[] = {
+      {"", "", "\"\""}, {"", "NULL", "\"\""}, {"NULL", "NULL", "\"NULL\""}, {"Rome", "NULL", "Rome"}};
+  for (const Row& row : alone) EXPECT_EQ(CsvOnlyField(row.text, row.nullText), row.field);
 }
 
 }  // namespace
-}  // namespace qv::cli
+}  // namespace scriptwells
