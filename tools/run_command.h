@@ -4,7 +4,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "scriptwells/arguments.h"
+#include "scriptwells/session.h"
 #include "tools/input/parsed_options.h"
 #include "tools/report/reporter.h"
 #include "tools/transfer/session_settings.h"

@@ -96,13 +96,13 @@ class SCRIPTWELLS_API Session {
 
   // Closes the session, also one that was adopted, within the time if it is not 0. Further calls throw.
   void Close(std::chrono::milliseconds within = {});
-  // The server of a file's URL, as Server() returns it. Throws Error (kAddress) as Download does for the URL.
-  static std::string ServerOf(const std::string& url);
   // Leaves the session open: returns its id, and further calls throw.
   std::string Release();
   // The session's id, which lets another program adopt the session: a secret.
   std::string Id() const;
   const std::string& Server() const noexcept;  // "http://127.0.0.1:8080"
+  // That of a file's URL. Throws Error (kAddress) as Download does.
+  static std::string ServerOf(const std::string& url);
 
  private:
   class Impl;

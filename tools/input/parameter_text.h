@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "scriptwells/arguments.h"
+#include "scriptwells/session.h"
 
 namespace qv::cli {
 

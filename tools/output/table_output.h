@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "scriptwells/table.h"
+#include "scriptwells/value.h"
 #include "tools/output/output_format.h"
 
 namespace qv::cli {

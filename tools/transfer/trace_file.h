@@ -5,7 +5,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "scriptwells/exchange.h"
+#include "scriptwells/options.h"
 
 namespace qv::cli {
 
