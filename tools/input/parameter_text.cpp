@@ -65,7 +65,7 @@ std::string Example(const std::string& text) {
   return name + "=" + GuessedType(value) + ":" + value;
 }
 
-// Types that only answers have are refused with a reason of their own.
+// Types that only answers have have their own reason.
 [[noreturn]] void RefuseValue(const std::string& type, const std::string& reason) {
   const bool isUnknown = reason.rfind("unknown type ", 0) == 0;
   Refuse(isUnknown ? "unknown type '" + type + "' (known: " + KnownTypes() + ")" : reason);

@@ -27,8 +27,8 @@ constexpr PhaseRow kPhases[] = {
 
 struct RemedyRow {
   Remedy remedy;
-  const char* words;  // after the message
-  const char* kind;   // null: that of the exit status
+  const char* option;  // after the message
+  const char* kind;    // null: that of the exit status
 };
 
 constexpr RemedyRow kRemedies[] = {
@@ -40,13 +40,13 @@ constexpr RemedyRow kRemedies[] = {
     {Remedy::kOtherSession, "", "download refused"},
 };
 
-// What the library says in words for programs.
-struct WordsRow {
+// Ends of messages that are for programs.
+struct EndRow {
   const char* library;
   const char* program;
 };
 
-constexpr WordsRow kWords[] = {
+constexpr EndRow kEnds[] = {
     {"; credentials are given beside it", "; use --user"},
     {"the time that the call may take is over", "the time that --max-time allows is over"},
 };
@@ -67,12 +67,11 @@ const RemedyRow* FindRemedy(Remedy remedy) {
   return nullptr;
 }
 
-// Only at the end, where no text of a server stands.
 std::string Reworded(std::string message) {
-  for (const auto& [library, program] : kWords) {
-    const std::string words = library;
-    const std::size_t at = message.size() - std::min(message.size(), words.size());
-    if (message.compare(at, words.size(), words) == 0) message.replace(at, words.size(), program);
+  for (const auto& [library, program] : kEnds) {
+    const std::string end = library;
+    const std::size_t at = message.size() - std::min(message.size(), end.size());
+    if (message.compare(at, end.size(), end) == 0) message.replace(at, end.size(), program);
   }
   return message;
 }
@@ -80,7 +79,9 @@ std::string Reworded(std::string message) {
 std::string MessageOf(const Error& error) {
   if (error.phase() == Phase::kCancelled) return "interrupted";
   const RemedyRow* row = FindRemedy(error.remedy());
-  return Reworded(error.message()) + (row == nullptr ? "" : row->words);
+  // All other messages may be a server's.
+  const bool isOwn = error.phase() == Phase::kAddress || error.remedy() == Remedy::kTotalTime;
+  return (isOwn ? Reworded(error.message()) : error.message()) + (row == nullptr ? "" : row->option);
 }
 
 const char* KindOf(const Error& error) {

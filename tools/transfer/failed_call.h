@@ -1,4 +1,4 @@
-// Failures of the library in the words of this program.
+// Failures of the library as this program reports them.
 #pragma once
 
 #include <new>

@@ -1,4 +1,4 @@
-// Exit status, kind and words of the library's errors.
+// Exit status, kind and message of the library's errors.
 #include "tools/transfer/failed_call.h"
 
 #include <gtest/gtest.h>
@@ -56,14 +56,14 @@ TEST(FailedCall, RemediesAreOptionsOfTheCommandLine) {
   for (const auto& [phase, remedy, shown] : rows) EXPECT_EQ(Shown(Error(phase, "why", With(remedy))), shown);
 }
 
-TEST(FailedCall, WordsForProgramsAreReplacedAtTheEnd) {
+TEST(FailedCall, TextForProgramsIsReplacedAtTheEnd) {
   EXPECT_EQ(Shown(Error(Phase::kAddress, "proxy must not hold a user name; credentials are given beside it")),
             "6 proxy must not hold a user name; use --user");
   EXPECT_EQ(Shown(scriptwells::TimeoutError(
                 Phase::kWait, "no answer from http://h:1: the time that the call may take is over",
                 With(Remedy::kTotalTime))),
             "4 no answer from http://h:1: the time that --max-time allows is over");
-  const std::string quoted = "'the time that the call may take is over'";
+  const std::string quoted = "the time that the call may take is over";
   EXPECT_EQ(Shown(scriptwells::ScriptError(Phase::kScript, quoted)), "1 " + quoted);
 }
 

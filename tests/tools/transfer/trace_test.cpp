@@ -51,8 +51,9 @@ TEST_F(Trace, HasEveryExchangeInOrder) {
   for (const char* part : {"\n> POST /", "\n> \n> <", "6 * 7", "\n< HTTP/1.1 200 OK\n", "\n< \n< <",
                            "<r xsi:type=\"xsd:int\">42</r>", "joe"})
     EXPECT_TRUE(Holds(trace, part)) << part << "\n" << trace;
-  EXPECT_TRUE(std::regex_search(trace, std::regex(R"(\n= \d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(\.\d{3})?Z, connecting )"
-                                                  R"(\d+\.\d ms, waiting \d+\.\d ms, total \d+\.\d ms\n\n)")))
+  EXPECT_TRUE(
+      std::regex_search(trace, std::regex(R"(\n= \d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(\.\d{3})?Z, connecting )"
+                                          R"(\d+\.\d ms, waiting \d+\.\d ms, total \d+\.\d ms\n\n)")))
       << trace;
   struct stat facts = {};
   ASSERT_EQ(::stat(file_.c_str(), &facts), 0);
