@@ -68,9 +68,8 @@ void CompleteHome(const Reporter& reporter) {
 constexpr char kWithoutUploads[] =
     "scripts and downloads work; clients on this machine cannot upload files: ";
 
-// Without a home directory from the service.
-void NoteWhatWorks(const Reporter& reporter) {
-  const std::string home = HomeDirectory();
+// `home` may be empty.
+void NoteWhatWorks(const std::string& home, const Reporter& reporter) {
   if (home.empty())
     reporter.Note(std::string(kWithoutUploads) +
                   "no home directory is known (serve --home DIR lends one, with --install-home permanently)");
@@ -113,9 +112,9 @@ void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& 
   if (options.installHome && !options.home.empty()) InstallHome(options.home, reporter);
   if (options.installHome && options.home.empty()) CompleteHome(reporter);
   if (lent) NoteHowToBorrow(*lent, reporter);
-  if (options.home.empty() && !options.installHome) NoteWhatWorks(reporter);
+  const std::string home = own ? own->Path() : HomeDirectory();
+  if (options.home.empty() && !options.installHome) NoteWhatWorks(home, reporter);
   if (!IsLoopback(options.host)) reporter.Warn("others can reach this service and run code on this machine");
-  const std::string home = lent ? CheckedHome(options.home) : HomeDirectory();
   out << (options.json ? JsonAddress(service, home) : service.Url()) << std::endl;
   if (!out) throw FailedOutput(out, "cannot write the address to standard output");
   if (options.untilEof)

@@ -26,6 +26,11 @@ void Session::Check(const std::string& server, const Credentials& credentials, c
   CheckCredentials(credentials);
 }
 
+std::string Session::ServerOf(const std::string& url) {
+  const std::string checked = CheckedFileUrl(url);
+  return checked.substr(0, checked.find('/', checked.find("://") + 3));
+}
+
 Session::~Session() = default;
 Session::Session(Session&& other) noexcept = default;
 Session& Session::operator=(Session&& other) noexcept = default;

@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "face/table/aligned_text.h"
-#include "face/table/csv_text.h"
+#include "face/text/csv_text.h"
 #include "scriptwells/value.h"
 
 namespace scriptwells {

@@ -101,6 +101,8 @@ class SCRIPTWELLS_API Session {
   // The session's id, which lets another program adopt the session: a secret.
   std::string Id() const;
   const std::string& Server() const noexcept;  // "http://127.0.0.1:8080"
+  // That of a file's URL. Throws Error (kAddress) as Download does.
+  static std::string ServerOf(const std::string& url);
 
  private:
   class Impl;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/output/answer_format.h"
+#include "tools/output/output_format.h"
 
 namespace qv::cli {
 
@@ -33,6 +33,8 @@ struct SessionOptions {
   double timeoutSeconds = 60;
   double connectTimeoutSeconds = 30;
   double maxTimeSeconds = 0;  // for all requests together; 0: no limit
+  std::string traceFile;      // of the exchanges with the server; "-": standard error; empty: none
+  bool traceSecrets = false;  // not masked there
 };
 
 // Of `run` and `run-document`.
@@ -44,7 +46,7 @@ struct RunOptions : SessionOptions {
   bool local = false;                   // run in a service of this process; else on `server`
   std::string language = "JavaScript";
   OutputFormat output = OutputFormat::kText;
-  std::string csvNull;  // no value in CSV; as IsCsvNull (csv_text.h) allows it
+  std::string csvNull;  // no value in CSV; needs no quotes
   std::string
       saveDirectory;   // the answer is the URL of a file to download into this directory; empty: print it
   bool force = false;  // with a directory: as in DownloadOptions

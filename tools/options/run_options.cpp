@@ -5,9 +5,10 @@
 #include <map>
 
 #include "devservice/soap/namespaces.h"
+#include "face/text/csv_text.h"
+#include "scriptwells/error.h"
 #include "tools/options/help_format.h"
 #include "tools/options/help_texts.h"
-#include "tools/output/csv_text.h"
 
 #ifndef QV_NAMESPACE_HOST
 #error "QV_NAMESPACE_HOST comes from the build"
@@ -21,6 +22,15 @@ const std::map<std::string, OutputFormat> kOutputs = {{"text", OutputFormat::kTe
                                                       {"json", OutputFormat::kJson},
                                                       {"table", OutputFormat::kTable},
                                                       {"csv", OutputFormat::kCsv}};
+
+bool IsCsvNull(const std::string& text) {
+  try {
+    scriptwells::CheckCsvNull(text);
+    return true;
+  } catch (const scriptwells::ConversionError&) {
+    return false;
+  }
+}
 
 }  // namespace
 

@@ -46,6 +46,13 @@ TEST_F(SessionTest, ChecksEverythingBeforeTheFirstRequest) {
   EXPECT_EQ(Seen("CreateUserSession"), 0);
 }
 
+TEST_F(SessionTest, NamesTheServerOfAFile) {
+  EXPECT_EQ(Session::ServerOf("HTTP://srv/a?b=/c"), "http://srv:80");
+  EXPECT_EQ(Session::ServerOf("https://srv:8443/a/b"), "https://srv:8443");
+  EXPECT_EQ(RefusalOf(Phase::kAddress, [] { Session::ServerOf("http://srv"); }),
+            "URL 'http://srv' names no file after its host");
+}
+
 TEST_F(SessionTest, CancelsFromAnotherThread) {
   Options options;
   options.cancel.emplace();

@@ -51,6 +51,8 @@ TEST(UnsafeCharacters, AreFoundInTexts) {
 
 TEST(UnsafeCharacters, FormatCharactersAloneAreEscaped) {
   EXPECT_EQ(EscapeFormatCharacters("a\xE2\x80\xAE\x1b\n"), "a\\u202e\x1b\n");
+  for (const char* text : {"caf\xC3\xA9 \xE2\x80\xA6\n\xF0\x9F\x98\x80", "\xE2\x80", "\xE2", "\xE2\x80z\xEF"})
+    EXPECT_EQ(EscapeFormatCharacters(text), text);
   EXPECT_EQ(FormatCharacterAt("\xD8\x9C", 0), 2U);
   EXPECT_EQ(FormatCharacterAt("a\xE2\x80\x8B", 1), 3U);
   EXPECT_EQ(FormatCharacterAt("a\xE2\x80\x8B", 0), 0U);

@@ -1,4 +1,4 @@
-#include "face/table/csv_text.h"
+#include "face/text/csv_text.h"
 
 #include <utf8.h>
 

@@ -1,5 +1,5 @@
-// Tables as text, CSV and JSON, and a component or an output that fails in the middle.
-#include "tools/output/record_list_output.h"
+// Tables as text, CSV and JSON, and an output that fails in the middle.
+#include "tools/output/table_output.h"
 
 #include <gtest/gtest.h>
 
@@ -7,12 +7,10 @@
 #include <limits>
 #include <sstream>
 
-#include "fixtures/fake_record_list.h"
+#include "face/table/table_access.h"
 #include "fixtures/variant_makers.h"
-#include "qvscriptwells/result_codes.h"
 #include "tests/tools/refusal.h"
 #include "tests/tools/table_builder.h"
-#include "tools/output/record_table.h"
 
 namespace qv::cli {
 namespace {
@@ -20,42 +18,43 @@ namespace {
 using testing::BuildTable;
 using Notes = std::vector<std::string>;
 
-std::string Written(const IRecordListPtr& list, const ListForm& form) {
+scriptwells::Table Made(IRecordListPtr list) {
+  return scriptwells::TableAccess::Make(std::move(list));
+}
+
+std::string Written(IRecordListPtr list, const TableForm& form) {
   std::ostringstream out;
-  WriteRecordList(list, form, out);
+  WriteTable(Made(std::move(list)), form, out);
   return out.str();
 }
-std::string Csv(const IRecordListPtr& list, const std::string& nullText = "") {
-  return Written(list, {OutputFormat::kCsv, nullText});
+std::string Csv(IRecordListPtr list, const std::string& nullText = "") {
+  return Written(std::move(list), {OutputFormat::kCsv, nullText});
 }
 // The columns and rows of the JSON.
-std::string Json(const IRecordListPtr& list) {
+std::string Json(IRecordListPtr list) {
   const std::string start = R"({"type":"recordlist","columns":[)";
-  const std::string json = Written(list, {OutputFormat::kJson});
+  const std::string json = Written(std::move(list), {OutputFormat::kJson});
   EXPECT_EQ(json.substr(0, start.size()), start);
   EXPECT_EQ(json.substr(json.size() - 2), "}\n");
   return json.substr(start.size(), json.size() - start.size() - 2);
 }
-std::string Table(const IRecordListPtr& list, std::size_t width = 0) {
-  return Written(list, {OutputFormat::kTable, "", width});
+std::string Table(IRecordListPtr list, std::size_t width = 0) {
+  return Written(std::move(list), {OutputFormat::kTable, "", width});
 }
-Notes NotesOn(const IRecordListPtr& list) {
-  std::ostringstream out;
-  return WriteRecordList(list, {OutputFormat::kCsv}, out);
+Notes NotesOn(IRecordListPtr list) {
+  return LossesOf(Made(std::move(list)));
 }
 
 IRecordListPtr Cities() {
-  return BuildTable({{u"city", kColumnString, u"City"},
-                     {u"people", kColumnInt, u"People"},
-                     {u"founded", kColumnDate, u"Founded on"}},
+  return BuildTable({{u"city", kColumnString}, {u"people", kColumnInt}, {u"founded", kColumnDate}},
                     {{Text(u"Rome"), Int(2748109), Date(-693593)},
                      {Text(u"Brasilia, DF"), Int(-1), Date(22027)},
                      {Text(u""), Variant(), Variant()}});
 }
 
-TEST(RecordListOutput, TableHasDisplayNamesAndNumbersToTheRight) {
+TEST(TableOutput, TableHasNamesAndNumbersToTheRight) {
   const std::string table =
-      "City          People Founded on\n"
+      "city          people founded\n"
       "Rome         2748109 0001-01-01\n"
       "Brasilia, DF      -1 1960-04-21\n"
       "                     \n";
@@ -63,24 +62,26 @@ TEST(RecordListOutput, TableHasDisplayNamesAndNumbersToTheRight) {
   EXPECT_EQ(Table(Cities(), 31), table);
   EXPECT_EQ(Written(Cities(), {OutputFormat::kText}), table);
   EXPECT_EQ(Table(Cities(), 24),
-            "City   People Founded on\n"
+            "city   people founded\n"
             "Rome  2748109 0001-01-01\n"
             "Bras~      -1 1960-04-21\n"
             "              \n");
   EXPECT_EQ(Table(BuildTable({{u"a", kColumnString}}, {{Text(u"x\u001b[2Jy\nz")}})), "a\nx\\x1b[2Jy\\x0az\n");
 }
 
-TEST(RecordListOutput, PointsInTimeAreNotCut) {
+TEST(TableOutput, PointsInTimeAreNotCut) {
   for (const std::int32_t type : {kColumnDateTime, kColumnTime, kColumnDate})
     EXPECT_EQ(Table(BuildTable({{u"a", kColumnString}, {u"when", type}},
                                {{Text(u"abcdefg"), Date(45356.42743055556)}}),
                     10),
               "a    when\nabc~ 2024-03-05T10:15:30\n");
-  EXPECT_TRUE(IsTimeColumn(kColumnDuration));
-  EXPECT_FALSE(IsTimeColumn(kColumnString));
+  EXPECT_EQ(Table(BuildTable({{u"a", kColumnString}, {u"span", kColumnDuration}},
+                             {{Text(u"abcdefg"), Variant::FromObject(CreateDuration(u"P1DT2H").get())}}),
+                  8),
+            "a    span\nabc~ P1DT2H\n");
 }
 
-TEST(RecordListOutput, CsvHasNamesAndTheTextForNoValue) {
+TEST(TableOutput, CsvHasNamesAndTheTextForNoValue) {
   const std::string rows =
       "city,people,founded\r\n"
       "Rome,2748109,0001-01-01\r\n"
@@ -97,7 +98,7 @@ TEST(RecordListOutput, CsvHasNamesAndTheTextForNoValue) {
             "\"a,b\",\"\",\"c\"\"\"\r\n");
 }
 
-TEST(RecordListOutput, CsvHasEveryTypeAsItsText) {
+TEST(TableOutput, CsvHasEveryTypeAsItsText) {
   const IRecordListPtr list =
       BuildTable({{u"b", kColumnBoolean},
                   {u"d", kColumnDouble},
@@ -118,14 +119,14 @@ TEST(RecordListOutput, CsvHasEveryTypeAsItsText) {
             "false,INF,,,,,,,,\r\n");
 }
 
-TEST(RecordListOutput, JsonHasColumnsAndRows) {
+TEST(TableOutput, JsonHasColumnsAndRows) {
   EXPECT_EQ(Json(Cities()),
-            R"({"name":"city","displayName":"City","type":"string"},)"
-            R"({"name":"people","displayName":"People","type":"int"},)"
-            R"({"name":"founded","displayName":"Founded on","type":"date"}],)"
+            R"({"name":"city","displayName":"city","type":"string"},)"
+            R"({"name":"people","displayName":"people","type":"int"},)"
+            R"({"name":"founded","displayName":"founded","type":"date"}],)"
             R"("rows":[["Rome",2748109,"0001-01-01"],["Brasilia, DF",-1,"1960-04-21"],["",null,null]])");
-  EXPECT_EQ(Json(BuildTable({{u"a\"b", kColumnString, u"\u00E9"}}, {{Text(u"c\\d\n\u2603")}})),
-            "{\"name\":\"a\\\"b\",\"displayName\":\"\xC3\xA9\",\"type\":\"string\"}],"
+  EXPECT_EQ(Json(BuildTable({{u"\u00E9\"b", kColumnString}}, {{Text(u"c\\d\n\u2603")}})),
+            "{\"name\":\"\xC3\xA9\\\"b\",\"displayName\":\"\xC3\xA9\\\"b\",\"type\":\"string\"}],"
             "\"rows\":[[\"c\\\\d\\n\xE2\x98\x83\"]]");
   EXPECT_EQ(
       Json(BuildTable({{u"d", kColumnDouble}},
@@ -133,14 +134,13 @@ TEST(RecordListOutput, JsonHasColumnsAndRows) {
       R"({"name":"d","displayName":"d","type":"double"}],"rows":[["NaN"],["-INF"],[1e+300]])");
 }
 
-TEST(RecordListOutput, RowsOrColumnsMayBeMissingOrRepeat) {
-  const IRecordListPtr noRows = BuildTable({{u"a", kColumnInt}, {u"b", kColumnString, u"Bee"}}, {});
-  EXPECT_EQ(Table(noRows), "a Bee\n");
+TEST(TableOutput, RowsOrColumnsMayBeMissingOrRepeat) {
+  const IRecordListPtr noRows = BuildTable({{u"a", kColumnInt}, {u"b", kColumnString}}, {});
+  EXPECT_EQ(Table(noRows), "a b\n");
   EXPECT_EQ(Csv(noRows), "a,b\r\n");
-  EXPECT_EQ(
-      Json(noRows),
-      R"({"name":"a","displayName":"a","type":"int"},{"name":"b","displayName":"Bee","type":"string"}],)"
-      R"("rows":[])");
+  EXPECT_EQ(Json(noRows),
+            R"({"name":"a","displayName":"a","type":"int"},{"name":"b","displayName":"b","type":"string"}],)"
+            R"("rows":[])");
   const IRecordListPtr noColumns = BuildTable({}, {{}, {}});
   EXPECT_EQ(Table(noColumns), "");
   EXPECT_EQ(Csv(noColumns), "\r\n\r\n\r\n");
@@ -150,7 +150,7 @@ TEST(RecordListOutput, RowsOrColumnsMayBeMissingOrRepeat) {
   EXPECT_EQ(Table(twice), "a a\n1 2\n");
 }
 
-TEST(RecordListOutput, LossesAreReported) {
+TEST(TableOutput, LossesAreReported) {
   const Variant wrapped = Variant::FromObject(CreateDuration(u"P40000D").get());
   EXPECT_EQ(NotesOn(BuildTable({{u"x", kColumnUnknown}, {u"link", kColumnUrl}, {u"n", kColumnInt}},
                                {{Variant(), Variant::FromObject(CreateUrl().get()), Int(1)}})),
@@ -160,76 +160,6 @@ TEST(RecordListOutput, LossesAreReported) {
             (Notes{"a count of a duration in column 'span' does not fit 16 bits and arrived changed"}));
   EXPECT_EQ(NotesOn(BuildTable({{u"x", kColumnUnknown}, {u"link", kColumnUrl}}, {})), Notes{});
   EXPECT_EQ(NotesOn(Cities()), Notes{});
-}
-
-// A component that fails at a step.
-class RecordListFailure : public ::testing::Test {
- protected:
-  static IRecordListPtr Two(FakeRecordList& fake) {
-    return fake.MakeList({{{u"a", kColumnInt, u"a"}}, {{{Int(1)}}, {{Int(2)}}}});
-  }
-  // The output, a bar, the exit status and the message.
-  std::string Failed(OutputFormat format) { return Failed(format, fake_); }
-  static std::string Failed(OutputFormat format, FakeRecordList& fake) {
-    std::ostringstream out;
-    try {
-      WriteRecordList(Two(fake), {format}, out);
-      return out.str() + "|no failure";
-    } catch (const Failure& failure) {
-      return out.str() + "|" + std::to_string(static_cast<int>(failure.Status())) + " " + failure.Message();
-    }
-  }
-
-  FakeRecordList fake_;
-};
-
-TEST_F(RecordListFailure, KeepsTheRowsBeforeAndReportsTheMessage) {
-  EXPECT_EQ(Failed(OutputFormat::kCsv), "a\r\n1\r\n2\r\n|no failure");
-  EXPECT_EQ(fake_.LiveObjects(), 0);
-  struct Row {
-    ListStep step;
-    const char16_t* message;
-    OutputFormat format;
-    const char* result;
-  };
-  const Row rows[] = {
-      {ListStep::kNext, u"the store is gone", OutputFormat::kCsv, "a\r\n1\r\n|7 the store is gone"},
-      {ListStep::kGetValue, u"the store is gone", OutputFormat::kTable, "|7 the store is gone"},
-      {ListStep::kHasMore, nullptr, OutputFormat::kCsv, "a\r\n1\r\n|7 failure 0x80004005"}};
-  for (const Row& row : rows) {
-    FakeRecordList fake;
-    fake.Fail(row.step, E_FAIL, row.message, 2);
-    EXPECT_EQ(Failed(row.format, fake), row.result);
-    EXPECT_EQ(fake.LiveObjects(), 0);
-  }
-}
-
-TEST_F(RecordListFailure, OfEveryStepIsReported) {
-  for (const ListStep step :
-       {ListStep::kGetHeaders, ListStep::kGetCount, ListStep::kGetHeader, ListStep::kGetName,
-        ListStep::kGetDisplayName, ListStep::kGetType, ListStep::kOpenCursor}) {
-    FakeRecordList fake;
-    fake.Fail(step, E_FAIL, u"no");
-    std::ostringstream out;
-    const IRecordListPtr list = fake.MakeList({{{u"a", kColumnInt}}, {}});
-    EXPECT_THROW(WriteRecordList(list, {OutputFormat::kCsv}, out), Failure) << static_cast<int>(step);
-    EXPECT_EQ(out.str(), "");
-  }
-  for (const ListStep step :
-       {ListStep::kGetHeaders, ListStep::kGetHeader, ListStep::kOpenCursor, ListStep::kNext}) {
-    FakeRecordList fake;
-    fake.GiveNull(step);
-    std::ostringstream out;
-    const IRecordListPtr list = fake.MakeList({{{u"a", kColumnInt}}, {{{Variant()}}}});
-    EXPECT_THROW(WriteRecordList(list, {OutputFormat::kCsv}, out), Failure) << static_cast<int>(step);
-  }
-}
-
-TEST_F(RecordListFailure, WrongCountOfColumns) {
-  fake_.SayCount(2);
-  EXPECT_EQ(Failed(OutputFormat::kCsv).substr(0, 2), "|7");
-  fake_.SayCount(-1);
-  EXPECT_EQ(Failed(OutputFormat::kCsv), "\r\n\r\n\r\n|no failure");
 }
 
 // Takes this many bytes and then no more.
@@ -248,12 +178,14 @@ class FullDisk : public std::stringbuf {
   std::size_t room_;
 };
 
-TEST_F(RecordListFailure, FullDiskEndsTheWalk) {
-  FullDisk disk(4);
-  std::ostream out(&disk);
-  EXPECT_EQ(testing::RefusalOf([&] { WriteRecordList(Two(fake_), {OutputFormat::kCsv}, out); }),
-            "cannot write the answer to standard output");
-  EXPECT_EQ(fake_.CallsWith("Next").size(), 1U);
+TEST(TableOutput, FullDiskEndsTheRows) {
+  for (const OutputFormat format : {OutputFormat::kCsv, OutputFormat::kJson, OutputFormat::kTable}) {
+    FullDisk disk(4);
+    std::ostream out(&disk);
+    EXPECT_EQ(testing::RefusalOf([&] { WriteTable(Made(Cities()), {format}, out); }),
+              "cannot write the answer to standard output");
+    EXPECT_LE(disk.str().size(), 4U);
+  }
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 // Which texts are quoted as fields of CSV.
-#include "tools/output/csv_text.h"
+#include "face/text/csv_text.h"
 
 #include <gtest/gtest.h>
 
-namespace qv::cli {
+#include "scriptwells/error.h"
+
+namespace scriptwells {
 namespace {
 
 struct Row {
@@ -16,9 +18,10 @@ TEST(CsvText, PlainTextsAndFormulasAreNotQuoted) {
   for (const char* text : {"Rome", "two words", "-1.5", "2024-03-05T10:15:30", "a;b", "'a'", "\xC3\xA9",
                            "=1+1", "+1", "-1", "@a", "=HYPERLINK(A1)"})
     EXPECT_EQ(CsvField(text, ""), text);
-  for (const char* text : {"", "NULL", "\\N", "-", "n a", "\xC3\xA9"}) EXPECT_TRUE(IsCsvNull(text)) << text;
+  for (const char* text : {"", "NULL", "\\N", "-", "n a", "\xC3\xA9"})
+    EXPECT_NO_THROW(CheckCsvNull(text)) << text;
   for (const char* text : {",", "\"", "a\nb", "\r", " a", "a ", "\t", "\xC3"})
-    EXPECT_FALSE(IsCsvNull(text)) << text;
+    EXPECT_THROW(CheckCsvNull(text), ConversionError) << text;
 }
 
 TEST(CsvText, SeparatorsBlanksAtTheEndsAndTheNullTextAreQuoted) {
@@ -39,4 +42,4 @@ TEST(CsvText, SeparatorsBlanksAtTheEndsAndTheNullTextAreQuoted) {
 }
 
 }  // namespace
-}  // namespace qv::cli
+}  // namespace scriptwells
