@@ -10,7 +10,8 @@ namespace scriptwells {
 
 namespace {
 
-const TableData& Of(const std::shared_ptr<const TableData>& data) noexcept {
+// The data of a table without any needs memory once.
+const TableData& Of(const std::shared_ptr<const TableData>& data) {
   static const TableData none;
   return data ? *data : none;
 }
@@ -68,11 +69,12 @@ std::size_t Row::size() const noexcept {
 Table::Table() = default;
 
 const std::vector<Column>& Table::Columns() const noexcept {
-  return Of(data_).Columns();
+  static const std::vector<Column> none;
+  return data_ != nullptr ? data_->Columns() : none;
 }
 
 std::size_t Table::size() const noexcept {
-  return Of(data_).Rows();
+  return data_ != nullptr ? data_->Rows() : 0;
 }
 
 Row Table::operator[](std::size_t row) const {
@@ -96,10 +98,6 @@ bool operator==(const Table& a, const Table& b) {
   for (std::size_t row = 0; row < first.Rows(); ++row)
     if (!HaveSameCells(first, second, row)) return false;
   return true;
-}
-
-std::ostream& operator<<(std::ostream& out, const Table& table) {
-  return out << table.ToString();
 }
 
 }  // namespace scriptwells
