@@ -1,7 +1,6 @@
 #include "scriptwells/value.h"
 
 #include <algorithm>
-#include <ostream>
 
 #include "face/table/table_data.h"
 #include "face/table/table_messages.h"

@@ -59,8 +59,5 @@ std::string Value::ToJson() const {
   return Visit(Json());
 }
 
-std::ostream& operator<<(std::ostream& out, const Value& value) {
-  return out << value.ToString();
-}
 
 }  // namespace scriptwells
