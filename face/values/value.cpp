@@ -59,5 +59,4 @@ std::string Value::ToJson() const {
   return Visit(Json());
 }
 
-
 }  // namespace scriptwells
