@@ -1,13 +1,17 @@
-# Installs the headers, both archives with their CMake package and pkg-config files, the library of classes, and the
+# Installs the headers, the libraries with their CMake package and pkg-config files, the library of classes, and the
 # registry file that names the library and the home directory.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QvScriptwells)
 
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/qvscriptwells DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-  COMPONENT development)
-install(TARGETS qvscriptwells qvplatform EXPORT QvScriptwellsTargets ARCHIVE COMPONENT development)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/scriptwells ${PROJECT_SOURCE_DIR}/include/qvscriptwells
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(TARGETS qvscriptwells qvplatform scriptwells_archive scriptwells_testing EXPORT QvScriptwellsTargets
+  ARCHIVE COMPONENT development)
+if(TARGET scriptwells_library)
+  install(TARGETS scriptwells_library EXPORT QvScriptwellsTargets LIBRARY COMPONENT development)
+endif()
 if(QV_BUILD_CLASS_LIBRARY)
   # Without the name that linkers look for: "-lqvscriptwells" is the archive, and nothing links this library.
   install(TARGETS qvscriptwells_shared LIBRARY NAMELINK_SKIP COMPONENT development)
@@ -39,7 +43,7 @@ endfunction()
 
 pkgconfig_directory(QV_PC_LIBDIR "${CMAKE_INSTALL_LIBDIR}")
 pkgconfig_directory(QV_PC_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}")
-foreach(package qvscriptwells qvplatform)
+foreach(package scriptwells qvscriptwells qvplatform)
   configure_file(${CMAKE_CURRENT_LIST_DIR}/${package}.pc.in ${PROJECT_BINARY_DIR}/${package}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)

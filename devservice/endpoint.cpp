@@ -44,18 +44,6 @@ void ExpectWellFormed(std::string_view xml, const char* encoding, int code, cons
   if (!fault.empty()) throw FaultError(code, what + " is not well-formed XML: " + fault + ".", "request");
 }
 
-std::atomic<std::uint64_t> ServiceStats::*CounterOf(Action action) {
-  switch (action) {
-    case Action::kCreateUserSession:
-      return &ServiceStats::createUserSession;
-    case Action::kCloseUserSession:
-      return &ServiceStats::closeUserSession;
-    case Action::kExecute:
-      break;
-  }
-  return &ServiceStats::execute;
-}
-
 }  // namespace
 
 Endpoint::Endpoint(const Namespaces& spaces, const EndpointParts& parts, AccessRule access,
@@ -147,7 +135,7 @@ HttpAnswer Endpoint::HandleSoap(const HttpRequest& request, const OddForms& form
 HttpAnswer Endpoint::Perform(const HttpRequest& http, const OddForms& forms) {
   if (forms.strictXml) ExpectWellFormed(http.body, nullptr, kBadRequest, "The request");
   const SoapRequest request = ParseSoapRequest(http.body, http.soapAction, spaces_);
-  ++(stats_.*CounterOf(request.action));
+  ++*CounterOf(stats_, ActionName(request.action));
   const ScriptResult result = Carry(request, MakeTransferUrls(http, kServicePath, forms.transfer), forms);
   if (result.kind == ResultKind::kFault)
     return Fault({result.code, result.text, result.source, false}, forms);

@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "devservice/control/control.h"
 #include "devservice/endpoint.h"
 #include "devservice/files/sessions.h"
 #include "devservice/files/spool.h"
@@ -45,9 +46,10 @@ class Service::Running {
               stats_, std::move(first)),
         endpoint_(Namespaces(options.namespaceHost), {sessions_, pool_, spool_, stats_},
                   AccessRule(NamesOf(options)), options.maxUploadBytes),
+        control_(options.control ? std::make_unique<Control>(endpoint_, stats_) : nullptr),
         server_({options.host, options.port, options.maxRequestBytes, options.maxConnections,
                  options.keepAliveTime, options.stallTime, options.requestTime, options.maxBodyBytes},
-                stats_, endpoint_) {}
+                stats_, control_ ? static_cast<RequestHandler&>(*control_) : endpoint_) {}
 
   // Scripts first: the server waits for its handlers.
   ~Running() {
@@ -56,6 +58,7 @@ class Service::Running {
   }
 
   int Port() const { return server_.Port(); }
+  std::string ControlPath() const { return control_ ? control_->Path() : ""; }
 
  private:
   ServiceStats stats_;
@@ -63,6 +66,7 @@ class Service::Running {
   SessionTable sessions_;
   WorkerPool pool_;
   Endpoint endpoint_;
+  std::unique_ptr<Control> control_;
   HttpServer server_;
 };
 
@@ -88,6 +92,11 @@ std::string Service::Url() const {
   const bool bracketed = options_.host.find(':') != std::string::npos;
   const std::string host = bracketed ? "[" + options_.host + "]" : options_.host;
   return "http://" + host + ":" + std::to_string(Port());
+}
+
+std::string Service::ControlUrl() const {
+  const std::string path = running_ ? running_->ControlPath() : "";
+  return path.empty() ? "" : Url() + path;
 }
 
 }  // namespace qv::devservice

@@ -64,6 +64,8 @@ struct ServiceOptions {
   std::size_t maxConnections = 128;
   // How long a kept connection may stay without a request before it is closed.
   std::chrono::milliseconds keepAliveTime{60000};
+  // Whether there is a control interface, see ControlUrl. Who knows its address sees all requests.
+  bool control = false;
   // How long odd answers that stall are silent.
   std::chrono::milliseconds stallTime{30000};
 };
@@ -95,6 +97,9 @@ class Service {
 
   // "http://host:port" without a path, in the form that a client takes as server name; empty when stopped.
   std::string Url() const;
+
+  // The same with the path of the control interface, which nobody can guess; empty without it.
+  std::string ControlUrl() const;
 
  private:
   class Running;

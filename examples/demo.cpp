@@ -1,197 +1,138 @@
-// A host program with its own service: starts the development service on a free port, opens a session with a
-// connection string, runs examples/hello.js once per type and shows the typed answers, a link and a fault,
-// runs the script document examples/document.xml, shows a table, uploads a file, downloads the script's
-// result, and closes the session.
+// A tour of the library: starts the development service on a free port, opens a session, runs
+// examples/hello.js once per type and shows the typed answers, a link and a fault, runs the script document
+// examples/document.xml, shows a table, uploads a file, downloads the script's result, and closes the
+// session.
 //   demo [SCRIPT]
-#include <clocale>
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 
-#include "devservice/service.h"
-#include "qvscriptwells/qvscriptwells.h"
-#include "tools/output/answer_format.h"
-#include "tools/output/record_list_output.h"
-#include "tools/output/text_table.h"
-#include "tools/service/local_service.h"
-#include "tools/service/private_home.h"
-#include "tools/values/object_text.h"
+#include <scriptwells/scriptwells.h>
+#include <scriptwells/testing.h>
 
 namespace {
 
-struct Sample {
-  const char16_t* name;
-  qv::Variant value;
+using scriptwells::Argument;
+using scriptwells::Arguments;
+using scriptwells::File;
+using scriptwells::Session;
+using scriptwells::Value;
+
+const std::vector<Argument> kSamples = {
+    {"aByte", scriptwells::Byte(41)},
+    {"aShort", scriptwells::Short(1233)},
+    {"anInt", 2024},
+    {"aLong", 5'000'000'000},
+    {"aBoolean", false},
+    {"aFloat", 0.125F},
+    {"aDouble", 3.14},
+    {"aString", "W\u00F6rld \u2603"},
+    {"aDate", scriptwells::Date{2024, 2, 28}},
+    {"aTime", scriptwells::Time{10, 15, 30, 0}},
+    {"aDatetime", scriptwells::DateTime::Parse("2024-02-28T10:15:30")},
+    {"aDuration", scriptwells::Duration::Parse("P1DT2H")},
 };
 
-std::vector<Sample> Samples() {
-  return {
-      {u"aByte", qv::Variant::FromByte(41)},
-      {u"aShort", qv::Variant::FromShort(1233)},
-      {u"anInt", qv::Variant::FromInt(2024)},
-      {u"aLong", qv::Variant::FromLong(5000000000)},
-      {u"aBoolean", qv::Variant::FromBool(false)},
-      {u"aFloat", qv::Variant::FromFloat(0.125F)},
-      {u"aDouble", qv::Variant::FromDouble(3.14)},
-      {u"aString", qv::Variant::FromString(u"W\u00F6rld \u2603")},
-      {u"aDate", qv::Variant::FromDate(qv::EncodeDate(2024, 2, 28))},
-      {u"aTime", qv::Variant::FromDate(qv::EncodeTime(10, 15, 30, 0))},
-      {u"aDatetime", qv::Variant::FromDate(qv::EncodeDate(2024, 2, 28) + qv::EncodeTime(10, 15, 30, 0))},
-      {u"aDuration", qv::Variant::FromObject(qv::CreateDuration(u"P1DT2H").get())},
-  };
-}
-
-std::string ReadFile(const std::string& path) {
+std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   std::ostringstream text;
   text << file.rdbuf();
-  if (!file || text.str().empty()) throw std::runtime_error("cannot read " + path);
+  if (!file || text.str().empty()) throw std::runtime_error("cannot read " + path.string());
   return text.str();
 }
 
-// One session; every failure is a _com_error.
-class Client {
- public:
-  explicit Client(const std::string& server)
-      : provider_(qv::CreateSimpleServiceProvider(qv::CreateSimpleHost({u"demo"}).get())),
-        client_(qv::CreateQvScriptwells(qv::FromUtf8(server), u"", provider_.get())),
-        model_(qv::ModelOf(client_.get())) {}
-
-  void Open(const qv::WideString& connectionString) { Check(model_->CreateUserSession(connectionString)); }
-  // The path as the library returns it.
-  qv::WideString Download(const qv::WideString& url, const qv::WideString& directory) {
-    qv::WideString path;
-    Check(model_->DownloadFile(url, directory, &path));
-    return path;
-  }
-  void Close() { Check(model_->CloseUserSession()); }
-
-  qv::Variant Run(const qv::WideString& script, const qv::IParametersPtr& parameters) {
-    qv::Variant answer;
-    Check(model_->Execute(u"JavaScript", script, parameters.get(), &answer));
-    return answer;
-  }
-
-  qv::Variant RunDocument(const qv::WideString& path, const qv::IParametersPtr& parameters) {
-    qv::Variant answer;
-    Check(model_->ExecuteFile(path, parameters.get(), &answer));
-    return answer;
-  }
-
- private:
-  void Check(qv::HRESULT code) { qv::ThrowIfFailed(code, model_.get(), qv::IConnectionModel::kIid); }
-
-  qv::IQvServiceProviderPtr provider_;
-  qv::IQvScriptwellsPtr client_;
-  qv::IConnectionModelPtr model_;
-};
-
-void Add(const qv::IParametersPtr& list, const qv::WideString& name, const qv::Variant& value) {
-  qv::ThrowIfFailed(list->Add(name, value, nullptr), list.get(), qv::IParameters::kIid);
-}
-
 // Every sample, and the name of the one that the script must return.
-qv::IParametersPtr MakeParameters(const qv::WideString& pick) {
-  qv::IParametersPtr list = qv::CreateParameters();
-  Add(list, u"pick", qv::Variant::FromString(pick));
-  for (const Sample& sample : Samples()) Add(list, sample.name, sample.value);
-  return list;
+Arguments ArgumentsFor(const std::string& pick) {
+  Arguments arguments = {{"pick", pick}};
+  for (const Argument& sample : kSamples) arguments.Add(sample);
+  return arguments;
 }
 
-void ShowAnswers(Client& client, const qv::WideString& script) {
-  std::vector<std::vector<std::string>> rows;
-  for (const Sample& sample : Samples()) {
-    const qv::Variant answer = client.Run(script, MakeParameters(sample.name));
-    rows.push_back({qv::ToUtf8(qv::WideString(sample.name)), qv::cli::TypeName(sample.value),
-                    qv::cli::ValueText(sample.value), qv::cli::TypeName(answer), qv::cli::ValueText(answer)});
+// The text with blanks up to the column's width, in characters.
+std::string Padded(const std::string& text, std::size_t width) {
+  const auto isStart = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
+  const auto characters = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isStart));
+  return text + std::string(characters < width ? width - characters : 1, ' ');
+}
+
+void ShowRow(const std::string& name, const std::string& type, const std::string& sent,
+             const std::string& answer, const std::string& value) {
+  std::cout << Padded(name, 10) << Padded(type, 9) << Padded(sent, 20) << Padded(answer, 9) << value << "\n";
+}
+
+void ShowAnswers(Session& session, const std::string& script) {
+  std::cout << "\nOne answer per type:\n\n";
+  ShowRow("NAME", "TYPE", "SENT", "ANSWER", "VALUE");
+  for (const Argument& sample : kSamples) {
+    const Value& sent = *sample.GetValue();
+    const Value answer = session.Run(script, ArgumentsFor(sample.Name()));
+    ShowRow(sample.Name(), ToString(sent.type()), sent.ToString(), ToString(answer.type()),
+            answer.ToString());
   }
-  std::cout
-      << "\nOne answer per type:\n\n"
-      << qv::cli::FormatColumns({"NAME", "TYPE", "SENT", "ANSWER", "VALUE"}, rows)
-      << "\nA byte arrives as 0 and a long as an empty value: existing clients read them so, and this one "
-         "keeps to it.\n";
+  std::cout << "\nA byte arrives as 0 and a long as an empty value: existing clients read them so, and this "
+               "one keeps "
+               "to it.\n";
 }
 
-// A link arrives as an object without link and caption.
-void ShowLink(Client& client, const qv::WideString& script) {
-  const qv::Variant answer = client.Run(script, MakeParameters(u"link"));
-  const qv::IUrlPtr url = qv::As<qv::IUrl>(answer.Object());
-  if (!url) throw std::runtime_error("the answer is no link");
-  qv::WideString link;
-  qv::ThrowIfFailed(url->get_Url(&link), url.get(), qv::IUrl::kIid);
-  std::cout << "\nA link that a script answers arrives as a " << qv::cli::TypeName(answer)
-            << " object whose link is \"" << qv::ToUtf8(link) << "\": existing clients never keep it.\n";
+void ShowLink(Session& session, const std::string& script) {
+  const auto link = session.Run(script, ArgumentsFor("link")).As<scriptwells::Link>();
+  std::cout << "\nA link that a script answers arrives as a link whose address is \"" << link.url
+            << "\": existing clients never keep it.\n";
 }
 
-void ShowDocument(Client& client) {
-  const qv::IParametersPtr parameters = qv::CreateParameters();
-  Add(parameters, u"who", qv::Variant::FromString(u"W\u00F6rld \u2603"));
-  const qv::Variant answer = client.RunDocument(qv::FromUtf8(DEMO_DOCUMENT), parameters);
-  std::cout << "\nThe script document examples/document.xml answers:\n\n  " << qv::cli::ValueText(answer)
-            << "\n";
+void ShowDocument(Session& session) {
+  std::cout << "\nThe script document examples/document.xml answers:\n\n  "
+            << session.RunDocument(DEMO_DOCUMENT, {{"who", "W\u00F6rld \u2603"}}) << "\n";
 }
 
-constexpr char16_t kTableScript[] =
-    uR"([
+constexpr char kTableScript[] = R"([
   {city: "Rome", people: 2748109, founded: typed.date("0001-01-01"), density: 2129.4},
   {city: "Brasilia", people: 2817381, founded: typed.date("1960-04-21"), density: 489.1},
 ])";
 
-void ShowTable(Client& client) {
-  const qv::Variant answer = client.Run(kTableScript, qv::CreateParameters());
-  const qv::IRecordListPtr table = qv::cli::AsRecordList(answer);
-  if (!table) throw std::runtime_error("the answer is no table");
-  std::cout << "\nA script that answers an array of objects answers a table:\n\n";
-  qv::cli::WriteRecordList(table, {qv::cli::OutputFormat::kTable}, std::cout);
-  std::cout << "\nThe same as CSV:\n\n";
-  qv::cli::WriteRecordList(table, {qv::cli::OutputFormat::kCsv}, std::cout);
+void ShowTable(Session& session) {
+  const scriptwells::Table table = session.Run(kTableScript).AsTable();
+  std::cout << "\nA script that answers an array of objects answers a table:\n\n" << table;
+  std::cout << "\n\nThe same as CSV:\n\n";
+  table.WriteCsv(std::cout);
 }
 
-void ShowFault(Client& client, const qv::WideString& script) {
+void ShowFault(Session& session, const std::string& script) {
   std::cout << "\nAsking for a parameter that is not there:\n\n";
   try {
-    client.Run(script, MakeParameters(u"aDream"));
+    session.Run(script, ArgumentsFor("aDream"));
     throw std::runtime_error("the server reported no fault");
-  } catch (const qv::_com_error& fault) {
-    std::cout << "  fault 0x" << std::hex << static_cast<std::uint32_t>(fault.Error()) << std::dec << ": "
-              << qv::ToUtf8(fault.Description()) << "\n";
+  } catch (const scriptwells::ScriptError& fault) {
+    std::cout << "  fault " << fault.number().value_or(0) << ": " << fault.message() << "\n";
   }
 }
 
-// The file is uploaded when the call is serialized; the answer is the URL of another file.
-void ShowFiles(Client& client, const qv::WideString& script, const std::string& directory) {
-  const std::string name = directory + "/notes.txt";
-  std::ofstream(name) << "W\u00F6rld\n\u2603\n";
-  const qv::IParametersPtr parameters = qv::CreateParameters();
-  const qv::IAttachedFilePtr file = qv::CreateAttachedFile(qv::FromUtf8(name));
-  Add(parameters, u"pick", qv::Variant::FromString(u"doc"));
-  Add(parameters, u"doc", qv::Variant::FromObject(file.get()));
-  const qv::Variant url = client.Run(script, parameters);
-  const std::string path = qv::NativePath(client.Download(url.Text(), qv::FromUtf8(directory)));
-  std::cout << "\nThe script numbers the lines of " << name << " in\n" << path << ":\n\n" << ReadFile(path);
+// The answer is the URL of another file.
+void ShowFiles(Session& session, const std::string& script, const std::filesystem::path& directory) {
+  const std::filesystem::path notes = directory / "notes.txt";
+  std::ofstream(notes) << "W\u00F6rld\n\u2603\n";
+  const Value url = session.Run(script, {{"pick", "doc"}, {"doc", File{notes}}});
+  const std::filesystem::path saved = session.Download(url.As<std::string>(), directory);
+  std::cout << "\nThe script numbers the lines of " << notes.string() << " in\n"
+            << saved.string() << ":\n\n"
+            << ReadFile(saved);
 }
 
 void RunDemo(const std::string& scriptPath) {
-  const qv::WideString script = qv::FromUtf8(ReadFile(scriptPath));
-  const qv::cli::PrivateHome home;  // with the upload scripts; removed at the end
-  qv::devservice::ServiceOptions options;
-  options.workerCommand = qv::cli::WorkerCommand();
-  qv::devservice::Service service(options);
-  service.Start();
+  const std::string script = ReadFile(scriptPath);
+  const scriptwells::DevelopmentService service;
   std::cout << "The development service runs at " << service.Url() << "\n";
-
-  const qv::XmlLibraryHold hold;
-  Client client(service.Url());
-  client.Open(u"DbReplicationId=;Username=demo;Password=secret;");
+  Session session = service.Connect();
   std::cout << "The session is open.\n";
-  ShowAnswers(client, script);
-  ShowLink(client, script);
-  ShowDocument(client);
-  ShowTable(client);
-  ShowFiles(client, script, home.Path());
-  ShowFault(client, script);
-  client.Close();
-  qv::CloseKeptConnections();
+  ShowAnswers(session, script);
+  ShowLink(session, script);
+  ShowDocument(session);
+  ShowTable(session);
+  ShowFiles(session, script, service.HomeDirectory());
+  ShowFault(session, script);
+  session.Close();
   std::cout << "\nThe session is closed.\n"
             << "\nTry: build/demo/tools/scriptwells run --local -e '6 * 7'\n";
 }
@@ -199,14 +140,11 @@ void RunDemo(const std::string& scriptPath) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));  // the table counts characters
   try {
     RunDemo(argc > 1 ? argv[1] : DEMO_SCRIPT);
     return 0;
-  } catch (const qv::_com_error& error) {
-    std::cerr << "demo: failed: " << qv::ToUtf8(error.Description()) << "\n";
   } catch (const std::exception& error) {
     std::cerr << "demo: " << error.what() << "\n";
+    return 1;
   }
-  return 1;
 }

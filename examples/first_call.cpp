@@ -1,36 +1,32 @@
-// The shortest complete host: opens a session, adds two numbers on the server, closes the session.
+// A first program: runs scripts, reads a table, uploads a file and downloads another. It reads report.pdf and
+// writes into results/, in the current directory.
 //   first_call http://127.0.0.1:8080
 #include <iostream>
 
-#include "qvscriptwells/qvscriptwells.h"
+#include <scriptwells/scriptwells.h>
 
 namespace {
 
-void AddOnTheServer(const char* server) {
-  const qv::XmlLibraryHold library;  // make all calls under these two: see their headers
-  const qv::ValueTypesHold types;
-  const auto provider = qv::CreateSimpleServiceProvider(qv::CreateSimpleHost({u"joe"}).get());
-  const auto client = qv::CreateQvScriptwells(qv::FromUtf8(server), u"", provider.get());
-  const auto model = qv::ModelOf(client.get());
-  qv::ThrowIfFailed(model->CreateUserSession(u"Username=joe;Password=secret;"));
-  const auto parameters = qv::CreateParameters();
-  qv::ThrowIfFailed(parameters->Add(u"a", qv::Variant::FromInt(40), nullptr));
-  qv::Variant answer;
-  qv::ThrowIfFailed(model->Execute(u"JavaScript", u"parameters.a + 2", parameters.get(), &answer));
-  std::cout << answer.Data().intVal << "\n";  // 42
-  qv::ThrowIfFailed(model->CloseUserSession());
+void MakeFirstCalls(const std::string& server) {
+  scriptwells::Session session(server, {"joe", "secret"});
+  int sum = session.Run("parameters.a + parameters.b", {{"a", 2}, {"b", 40}}).As<int>();  // 42
+  std::cout << sum << "\n";
+
+  for (const auto& row : session.Run("[{city: 'Rome', people: 2748109}]").AsTable())
+    std::cout << row["city"].As<std::string>() << " " << row["people"].As<int>() << "\n";
+
+  session.Run("parameters.doc.size", {{"doc", scriptwells::File{"report.pdf"}}});
+  session.Download(session.Run("publish('out.txt', 'text')").As<std::string>(), "results");
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    AddOnTheServer(argc > 1 ? argv[1] : "http://127.0.0.1:8080");
+    MakeFirstCalls(argc > 1 ? argv[1] : "http://127.0.0.1:8080");
     return 0;
-  } catch (const qv::_com_error& error) {
-    std::cerr << "failed: " << qv::ToUtf8(error.Description()) << "\n";
-  } catch (const qv::EQvException& error) {  // the XML library cannot be started
-    std::cerr << "failed: " << qv::ToUtf8(error.Description()) << "\n";
+  } catch (const std::exception& error) {
+    std::cerr << "failed: " << error.what() << "\n";
+    return 1;
   }
-  return 1;
 }

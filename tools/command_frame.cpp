@@ -16,12 +16,8 @@ void SetLocale() {
   if (set == nullptr || std::string(set) == "C") static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));
 }
 
-ReportForm FormFor(const ParsedArguments& parsed) {
-  return parsed.command == Command::kServe ? ReportForm::kTextOnly : FormOf(parsed.json);
-}
-
 ExitStatus Guarded(const ParsedArguments& parsed, std::ostream& err, const RunCommandItself& run) {
-  const Reporter reporter(err, FormFor(parsed));
+  const Reporter reporter(err, FormOf(parsed.json));
   try {
     return run();
   } catch (const Failure& failure) {

@@ -26,8 +26,8 @@ void DownloadCommand(const DownloadOptions& options, std::ostream& out, std::ost
 // Prints notes on `err`.
 void SessionCommand(const SessionCommandOptions& options, std::ostream& out, std::ostream& err);
 
-// `scriptwells serve`: runs the development service until Ctrl-C or SIGTERM. Prints its address as the only
-// line on `out`, and notes on `err`.
+// `scriptwells serve`: runs the development service until Ctrl-C, SIGTERM or the end of its input. Prints its
+// address as the only line on `out`, and notes on `err`.
 void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& err);
 
 // `scriptwells registry`: prints the result on `out`, and damaged files on `err`. Returns kLocal if a file is

@@ -3,12 +3,11 @@
 #include <ostream>
 #include <string_view>
 
-#include "tools/input/password.h"
-#include "tools/input/server_address.h"
 #include "tools/report/failure.h"
 #include "tools/system/local_files.h"
 #include "tools/transfer/saved_file.h"
 #include "tools/transfer/session_frame.h"
+#include "tools/transfer/session_settings.h"
 
 namespace qv::cli {
 
@@ -26,15 +25,16 @@ Failure WithHintAtSessions(const Failure& failure, const DownloadOptions& option
 }  // namespace
 
 void DownloadCommand(const DownloadOptions& options, std::ostream& out, std::ostream& err) {
-  const std::string url = CheckFileUrl(options.url);
+  const std::string serverOfFile = ServerOfFile(options.url);
   const std::string directory = CheckTargetDirectory(options.directory);
-  SessionSettings settings = CheckSettings(options);
-  settings.server = options.server.empty() ? OriginOf(url) : CheckServer(options.server);
-  settings.http.replaceFiles = options.force;
-  if (options.usid.empty()) settings.password = FindPassword(options);
+  SessionSettings settings = SettingsOf(options);
+  if (options.server.empty()) settings.server = serverOfFile;
+  settings.options.replaceFiles = options.force;
+  settings.options.hiddenFiles = options.force;
+  TakePassword(options, settings);
   try {
     InSession(settings, Reporter(err, FormOf(options.json)),
-              [&](ScriptSession& session) { SaveFile(session, url, directory, options.json, out); });
+              [&](ScriptSession& session) { SaveFile(session, options.url, directory, options.json, out); });
   } catch (const Failure& failure) {
     throw WithHintAtSessions(failure, options);
   }

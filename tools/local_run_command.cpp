@@ -14,7 +14,7 @@ void LocalRunCommand(const RunOptions& options, devservice::StartedWorker worker
   const Reporter reporter(err, FormOf(options.json));
   RunJob job = PrepareRun(options, reporter);
   std::optional<PrivateHome> home;
-  if (job.hasFiles) home.emplace();
+  if (job.hasFiles) job.settings.options.homeDirectory = home.emplace().Path();
   // Everybody on this machine can connect to the service, so only this program knows its user.
   const devservice::ServiceUser user = RandomUser();
   devservice::ServiceOptions serviceOptions = CommonServiceOptions();
@@ -23,8 +23,8 @@ void LocalRunCommand(const RunOptions& options, devservice::StartedWorker worker
   devservice::Service service(serviceOptions);
   StartService(service, std::move(worker));
   job.settings.server = service.Url();
-  job.settings.user = user.name;
-  job.settings.password = user.password;
+  job.settings.credentials.user = user.name;
+  job.settings.credentials.password = user.password;
   Run(job, options, out, reporter);
 }
 

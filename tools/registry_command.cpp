@@ -27,6 +27,11 @@ WideString ToWide(const std::string& text, const char* what) {
   return FromUtf8(text);
 }
 
+std::string MessageOf(const _com_error& error) {
+  const std::string message = ToUtf8(error.Description());
+  return message.empty() ? "failure " + HexCode(static_cast<std::uint32_t>(error.Error())) : message;
+}
+
 // Exported files and other programs write keys with these roots.
 std::string WithoutRoot(const std::string& key) {
   const std::pair<std::string, std::string> roots[] = {

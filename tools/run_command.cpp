@@ -7,117 +7,131 @@
 #include "tools/commands.h"
 #include "tools/input/document_file.h"
 #include "tools/input/input_text.h"
-#include "tools/input/password.h"
-#include "tools/input/server_address.h"
+#include "tools/input/parameter_text.h"
 #include "tools/output/answer_format.h"
-#include "tools/output/record_list_output.h"
+#include "tools/output/table_output.h"
 #include "tools/report/failure.h"
 #include "tools/report/standard_output.h"
 #include "tools/service/home_directory.h"
 #include "tools/system/local_files.h"
 #include "tools/transfer/saved_file.h"
 #include "tools/transfer/session_frame.h"
-#include "tools/values/object_text.h"
-#include "tools/values/parameter_text.h"
-#include "tools/values/wire_characters.h"
+#include "tools/transfer/session_settings.h"
 
 namespace qv::cli {
 
 namespace {
 
+using scriptwells::Type;
+using scriptwells::Value;
+
 // The library counts parameters in 16 bits.
 constexpr std::size_t kMostParameters = 32767;
 
-std::vector<ScriptParameter> ParseParameters(const RunOptions& options, const Reporter& reporter) {
+// Their names differ. Prints notes.
+scriptwells::Arguments ParseParameters(const RunOptions& options, const Reporter& reporter) {
   const std::vector<std::string>& texts = options.parameters;
   if (texts.size() > kMostParameters) throw Failure(ExitStatus::kLocal, "more than 32767 parameters");
-  std::vector<ScriptParameter> parameters;
+  scriptwells::Arguments arguments;
   std::set<std::string> names;
   for (const std::string& text : texts) {
-    parameters.push_back(ParseParameter(text));
-    const ScriptParameter& last = parameters.back();
-    if (!names.insert(last.name).second)
-      throw Failure(ExitStatus::kLocal, "parameter '" + last.name + "' is given twice");
-    for (const std::string& note : last.notes) reporter.Note("parameter '" + last.name + "' " + note);
+    ScriptParameter parameter = ParseParameter(text);
+    const std::string name = parameter.argument.Name();
+    if (!names.insert(name).second)
+      throw Failure(ExitStatus::kLocal, "parameter '" + name + "' is given twice");
+    for (const std::string& note : parameter.notes) reporter.Note("parameter '" + name + "' " + note);
+    arguments.Add(std::move(parameter.argument));
   }
-  return parameters;
+  return arguments;
 }
 
+// The server of --local is known later; the rest of its settings is checked with any.
 SessionSettings CheckRunSettings(const RunOptions& options) {
-  SessionSettings settings = CheckSettings(options);
-  if (options.local) return settings;
-  settings.server = CheckServer(options.server);
-  if (options.usid.empty()) settings.password = FindPassword(options, options.file == "-");
+  SessionSettings settings = SettingsOf(options);
+  settings.options.language = options.language;
+  settings.options.replaceFiles = options.force;
+  settings.options.hiddenFiles = options.force;
+  if (options.local) settings.server = "http://localhost";
+  if (options.local)
+    CheckSettings(settings);
+  else
+    TakePassword(options, settings, options.file == "-");
   return settings;
 }
 
+// Nothing for a document, which is read by its name.
 std::string TakeScript(const RunOptions& options, const Reporter& reporter) {
-  if (options.document) return CheckDocument(options.file);
+  if (options.document) {
+    CheckDocument(options.file);
+    return {};
+  }
   std::string script = options.file.empty() ? CheckScript(options.code) : ReadScript(options.file);
   if (LooksLikeDocument(script))
     reporter.Note("this looks like a script document, which scriptwells run-document runs");
-  const std::string odd = RefusedCharacterNote(script);
-  if (!odd.empty()) reporter.Note("the script " + odd);
+  for (const std::string& odd : scriptwells::LossesOnTheWire(script)) reporter.Note("the script " + odd);
   return script;
 }
 
-bool HasFiles(const std::vector<ScriptParameter>& parameters) {
-  return std::any_of(parameters.begin(), parameters.end(),
-                     [](const ScriptParameter& parameter) { return IsFileParameter(parameter.value); });
+bool HasFiles(const scriptwells::Arguments& arguments) {
+  return std::any_of(arguments.begin(), arguments.end(),
+                     [](const scriptwells::Argument& argument) { return argument.GetFile() != nullptr; });
 }
 
 // The library does not read these answers as they were sent.
-void NoteLosses(const Variant& answer, const Reporter& reporter) {
-  if (answer.Tag() == VT_EMPTY)
+void NoteLosses(const Value& answer, const Reporter& reporter) {
+  if (answer.IsEmpty())
     reporter.Note(
         "the answer arrived as an empty value: a long, a type that the library does not read, or a URL "
         "without text");
   if (HasWrappedCount(answer))
     reporter.Note("a count of the duration does not fit 16 bits and arrived changed");
-  if (answer.Tag() == VT_I1) reporter.Note("the answer arrived as 0, as every answer of the type byte does");
-  if (TypeName(answer) == "url")
+  if (answer.type() == Type::kByte)
+    reporter.Note("the answer arrived as 0, as every answer of the type byte does");
+  if (answer.type() == Type::kLink)
     reporter.Note("the link of a URL answer does not arrive; let the script answer with a string");
 }
 
-void WriteTable(const RunOptions& options, IRecordListPtr list, std::ostream& out, const Reporter& reporter) {
-  const ListForm form{options.output, options.csvNull, TerminalWidth(out)};
-  for (const std::string& loss : WriteRecordList(std::move(list), form, out)) reporter.Note(loss);
+void WriteTableAnswer(const RunOptions& options, const scriptwells::Table& table, std::ostream& out,
+                      const Reporter& reporter) {
+  WriteTable(table, {options.output, options.csvNull, TerminalWidth(out)}, out);
+  for (const std::string& loss : LossesOf(table)) reporter.Note(loss);
 }
 
-void WriteAnswer(const RunOptions& options, const Variant& answer, std::ostream& out,
+void WriteAnswer(const RunOptions& options, const Value& answer, std::ostream& out,
                  const Reporter& reporter) {
-  if (IRecordListPtr list = AsRecordList(answer)) return WriteTable(options, std::move(list), out, reporter);
+  if (answer.type() == Type::kTable) return WriteTableAnswer(options, answer.AsTable(), out, reporter);
   out << TextFor(out, FormatAnswer(options.output, answer, options.csvNull)) << std::flush;
   CheckWritten(out);
   NoteLosses(answer, reporter);
 }
 
-Variant Execute(ScriptSession& session, const RunJob& job, const RunOptions& options) {
-  if (options.document) return session.ExecuteDocument(job.script, options.file, job.parameters);
-  return session.Execute(options.language, job.script, job.parameters);
+// The file may be on another server than that of the session.
+void WarnOfOtherServer(const std::string& url, const std::string& server, const Reporter& reporter) {
+  const std::string other = ServerOfFile(url);
+  if (other != ServerOfFile(server + "/file"))
+    reporter.Warn("the session's id is sent to " + other + ", which has the file");
 }
 
 }  // namespace
 
 RunJob PrepareRun(const RunOptions& options, const Reporter& reporter) {
   RunJob job;
-  job.parameters = ParseParameters(options, reporter);
-  job.hasFiles = HasFiles(job.parameters);
+  job.arguments = ParseParameters(options, reporter);
+  job.hasFiles = HasFiles(job.arguments);
   if (!options.local && job.hasFiles) CheckUploadScripts();
   if (!options.saveDirectory.empty()) job.saveDirectory = CheckTargetDirectory(options.saveDirectory);
   job.settings = CheckRunSettings(options);
-  job.settings.http.replaceFiles = options.force;
   job.script = TakeScript(options, reporter);
   return job;
 }
 
 void Run(const RunJob& job, const RunOptions& options, std::ostream& out, const Reporter& reporter) {
   InSession(job.settings, reporter, [&](ScriptSession& session) {
-    const Variant answer = Execute(session, job, options);
+    const Value answer = options.document ? session.RunDocument(options.file, job.arguments)
+                                          : session.Run(job.script, job.arguments);
     if (job.saveDirectory.empty()) return WriteAnswer(options, answer, out, reporter);
     const std::string url = UrlOfAnswer(answer);
-    if (OriginOf(url) != OriginOf(job.settings.server))
-      reporter.Warn("the session's id is sent to " + OriginOf(url) + ", which has the file");
+    WarnOfOtherServer(url, job.settings.server, reporter);
     SaveFile(session, url, job.saveDirectory, options.output == OutputFormat::kJson, out);
   });
 }

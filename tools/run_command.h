@@ -3,19 +3,18 @@
 
 #include <iosfwd>
 #include <string>
-#include <vector>
 
+#include "scriptwells/session.h"
 #include "tools/input/parsed_options.h"
 #include "tools/report/reporter.h"
-#include "tools/transfer/session_frame.h"
-#include "tools/values/parameter_text.h"
+#include "tools/transfer/session_settings.h"
 
 namespace qv::cli {
 
 struct RunJob {
-  std::string script;  // or the document's URL from CheckDocument
-  std::vector<ScriptParameter> parameters;
-  bool hasFiles = false;      // among the parameters
+  std::string script;  // empty for a document
+  scriptwells::Arguments arguments;
+  bool hasFiles = false;      // among the arguments
   std::string saveDirectory;  // empty: the answer is not a file
   SessionSettings settings;
 };

@@ -1,15 +1,20 @@
 #include "tools/commands.h"
 
+#include <unistd.h>
+
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 
 #include "tools/input/input_text.h"
+#include "tools/report/json_text.h"
 #include "tools/report/reporter.h"
 #include "tools/report/standard_output.h"
 #include "tools/service/home_directory.h"
 #include "tools/service/lent_home.h"
 #include "tools/service/local_service.h"
+#include "tools/service/private_home.h"
 #include "tools/service/script_console.h"
 #include "tools/service/users_file.h"
 #include "tools/system/interrupt.h"
@@ -24,6 +29,7 @@ devservice::ServiceOptions ToServiceOptions(const ServeOptions& options) {
   service.host = options.host;
   service.names = options.names;
   service.port = options.port;
+  service.control = options.control;
   service.scriptTimeLimit = std::chrono::milliseconds(Milliseconds(options.scriptTimeoutSeconds));
   service.scriptMemoryLimit = static_cast<std::size_t>(options.scriptMemoryMegabytes) << 20;
   if (!options.usersFile.empty()) service.users = ParseUsers(ReadWhole(options.usersFile, "users file"));
@@ -62,9 +68,8 @@ void CompleteHome(const Reporter& reporter) {
 constexpr char kWithoutUploads[] =
     "scripts and downloads work; clients on this machine cannot upload files: ";
 
-// Without a home directory from the service.
-void NoteWhatWorks(const Reporter& reporter) {
-  const std::string home = HomeDirectory();
+// `home` may be empty.
+void NoteWhatWorks(const std::string& home, const Reporter& reporter) {
   if (home.empty())
     reporter.Note(std::string(kWithoutUploads) +
                   "no home directory is known (serve --home DIR lends one, with --install-home permanently)");
@@ -82,24 +87,40 @@ void NoteHowToBorrow(const LentHome& lent, const Reporter& reporter) {
       lent.Registry() + ", until the service stops");
 }
 
+// `home` may be empty, or without the upload scripts.
+std::string JsonAddress(const devservice::Service& service, const std::string& home) {
+  nlohmann::ordered_json line;
+  line["url"] = service.Url();
+  line["home"] = nullptr;
+  if (!home.empty() && HasUploadScripts(home)) line["home"] = home;
+  if (!service.ControlUrl().empty()) line["control"] = service.ControlUrl();
+  return JsonText(line);
+}
+
 }  // namespace
 
 void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& err) {
-  const Reporter reporter(err, ReportForm::kTextOnly);
+  const Reporter reporter(err, FormOf(options.json));
   std::optional<LentHome> lent;  // before the service and its threads
+  std::optional<PrivateHome> own;
   if (!options.home.empty() && !options.installHome) lent.emplace(CheckedHome(options.home));
+  if (options.control && options.home.empty() && !options.installHome) own.emplace();
   devservice::ServiceOptions serviceOptions = ToServiceOptions(options);
-  serviceOptions.console = WriteConsole(false, err);
+  serviceOptions.console = WriteConsole(options.json, err);
   devservice::Service service(std::move(serviceOptions));
   StartService(service);
   if (options.installHome && !options.home.empty()) InstallHome(options.home, reporter);
   if (options.installHome && options.home.empty()) CompleteHome(reporter);
   if (lent) NoteHowToBorrow(*lent, reporter);
-  if (options.home.empty() && !options.installHome) NoteWhatWorks(reporter);
+  const std::string home = own ? own->Path() : HomeDirectory();
+  if (options.home.empty() && !options.installHome) NoteWhatWorks(home, reporter);
   if (!IsLoopback(options.host)) reporter.Warn("others can reach this service and run code on this machine");
-  out << service.Url() << std::endl;
+  out << (options.json ? JsonAddress(service, home) : service.Url()) << std::endl;
   if (!out) throw FailedOutput(out, "cannot write the address to standard output");
-  WaitForInterrupt();
+  if (options.untilEof)
+    WaitForInterruptOrEof(STDIN_FILENO);
+  else
+    WaitForInterrupt();
   service.Stop();
 }
 

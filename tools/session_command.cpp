@@ -3,12 +3,11 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
-#include "tools/input/password.h"
-#include "tools/input/server_address.h"
 #include "tools/report/failure.h"
 #include "tools/report/json_text.h"
 #include "tools/report/standard_output.h"
 #include "tools/transfer/session_frame.h"
+#include "tools/transfer/session_settings.h"
 
 namespace qv::cli {
 
@@ -25,23 +24,23 @@ void PrintId(const std::string& usid, bool asJson, std::ostream& out) {
 
 void Open(const SessionCommandOptions& options, SessionSettings& settings, std::ostream& out,
           std::ostream& err) {
-  settings.password = FindPassword(options);
+  TakePassword(options, settings);
   LeaveSessionOpen(settings, Reporter(err, FormOf(options.json)),
                    [&](ScriptSession& session) { PrintId(session.Id(), options.json, out); });
 }
 
-// In a catch block. The server rejected a request of this program, so this is not a script's fault.
+// In a catch block. The server rejected a request of this program, so it did not refuse a session.
 [[noreturn]] void RethrowAsNotClosed(const Failure& failure) {
-  if (failure.Status() != ExitStatus::kFault) throw;
-  throw Failure(failure.Status(), "the session was not closed: " + failure.Message())
+  if (failure.Status() != ExitStatus::kRefused) throw;
+  throw Failure(ExitStatus::kFault, "the session was not closed: " + failure.Message())
       .Called("session not closed");
 }
 
-void Close(const SessionCommandOptions& options, const SessionSettings& settings, std::ostream& out) {
-  ScriptSession session(settings);
-  session.Open();
+void Close(const SessionCommandOptions& options, const SessionSettings& settings, std::ostream& out,
+           std::ostream& err) {
+  CheckSettings(settings);
   try {
-    session.CloseAdopted();
+    CloseSession(settings, Reporter(err, FormOf(options.json)));
   } catch (const Failure& failure) {
     RethrowAsNotClosed(failure);
   }
@@ -52,12 +51,11 @@ void Close(const SessionCommandOptions& options, const SessionSettings& settings
 }  // namespace
 
 void SessionCommand(const SessionCommandOptions& options, std::ostream& out, std::ostream& err) {
-  SessionSettings settings = CheckSettings(options);
-  settings.server = CheckServer(options.server);
+  SessionSettings settings = SettingsOf(options);
   if (options.verb == SessionVerb::kOpen)
     Open(options, settings, out, err);
   else
-    Close(options, settings, out);
+    Close(options, settings, out, err);
 }
 
 }  // namespace qv::cli

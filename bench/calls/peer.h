@@ -35,6 +35,10 @@ std::unique_ptr<Peer> MakeGsoap(const Task& task);
 std::unique_ptr<Peer> MakeGsoapWalk(const Task& task);
 std::unique_ptr<Peer> MakeOurs(const Task& task);
 std::unique_ptr<Peer> MakeOursWalk(const Task& task);
+// Each of their calls walks a table that was read before.
+std::unique_ptr<Peer> MakeOursWalkOnly(const Task& task);
+std::unique_ptr<Peer> MakeFaceWalk(const Task& task);
+std::unique_ptr<Peer> MakeFace(const Task& task);
 // Each of their calls is 1,600 calls by one thread, or by eight.
 std::unique_ptr<Peer> MakeOneThread(const Task& task);
 std::unique_ptr<Peer> MakeEightThreads(const Task& task);

@@ -9,11 +9,12 @@ Row = namedtuple("Row", "key title rows calls peers")
 CLIENTS = ("curl", "gsoap", "stock_tree", "ours")
 
 ROWS = (
-    Row("string", "string answer", 0, 300, CLIENTS + ("late",)),
+    Row("string", "string answer", 0, 300, CLIENTS + ("late", "face")),
     Row("table_1k", "1,000 x 10 cells", 1_000, 10, CLIENTS),
     Row("table_10k", "10,000 x 10 cells", 10_000, 2, CLIENTS),
     Row("table_100k", "100,000 x 10 cells", 100_000, 1, CLIENTS),
     Row("walk_10k", "10,000 x 10 cells, each read", 10_000, 2, ("gsoap_walk", "ours_walk")),
+    Row("walk_100k", "100,000 x 10 cells, read again", 100_000, 1, ("ours_walk_only", "face_walk")),
     Row("threads", "1,600 string answers", 0, 1, ("one_thread", "eight_threads")),
     Row("write_100k", "100,000 x 10 cells written", 100_000, 1, ("writer",)),
 )
@@ -23,7 +24,8 @@ FIRST = Row("first_100k", "100,000 x 10 cells, first answer of a process", 100_0
 
 NAMES = {
     "curl": "bare libcurl", "gsoap": "gSOAP", "stock_tree": "libcurl and stock tree", "ours": "this library",
-    "late": "this library, late-bound", "one_thread": "this library, one thread",
+    "late": "this library, late-bound", "face": "the C++ library", "ours_walk_only": "this library",
+    "face_walk": "the C++ library, by name", "one_thread": "this library, one thread",
     "eight_threads": "this library, eight threads", "gsoap_walk": "gSOAP", "ours_walk": "this library",
     "writer": "this library",
 }
@@ -74,6 +76,8 @@ BARS = (
     Bar("string answer, of gSOAP's", "x", 0.85, ratio("string", "ours", "gsoap")),
     Bar("string answer, of bare libcurl's", "x", 1.2, ratio("string", "ours", "curl")),
     Bar("late-bound call, of the typed one", "x", 1.1, ratio("string", "late", "ours")),
+    Bar("the C++ library's call, of the typed one", "x", 1.05, ratio("string", "face", "ours")),
+    Bar("its walk through a table by name, of the typed one", "x", 2, ratio("walk_100k", "face_walk", "ours_walk_only")),
     Bar("1,000 x 10 cells, of gSOAP's", "x", 0.45, ratio("table_1k", "ours", "gsoap")),
     Bar("100,000 x 10 cells, of gSOAP's", "x", 0.45, ratio("table_100k", "ours", "gsoap")),
     Bar("the same as first answer of a process", "x", 0.45, ratio("first_100k", "ours", "gsoap")),

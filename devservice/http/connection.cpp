@@ -22,8 +22,7 @@ bool WaitFor(socket_t socket, short events, std::chrono::milliseconds time) {
   pollfd watched{socket, events, 0};
   const auto end = std::chrono::steady_clock::now() + time;
   for (;;) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
     const int ready = poll(&watched, 1, static_cast<int>(std::max<long long>(left.count(), 0)));
     if (ready >= 0 || errno != EINTR) return ready > 0;
   }

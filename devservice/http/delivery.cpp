@@ -132,6 +132,7 @@ void Deliver(Connection& connection, const HttpAnswer& answer, std::chrono::mill
   if (answer.delivery != Delivery::kPlain && answer.delivery != Delivery::kChunked)
     connection.CloseAfterwards();
   if (answer.delayed) connection.HoldStill(stallTime);
+  if (answer.silence.count() > 0) connection.HoldStill(answer.silence);
   if (answer.delivery == Delivery::kDrop) return;
   const BodySource source(answer, fileBytes);
   if (!source.IsReadable() || !SendAnswer(connection, answer, source)) return connection.CloseAfterwards();

@@ -1,6 +1,7 @@
 // Requests and answers, and the ways in which they are sent.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -16,6 +17,7 @@ namespace qv::devservice {
 struct HttpRequest {
   std::string method;
   std::string path;
+  std::string target;  // The whole target of the request, as it came.
   std::string contentType;
   std::string soapAction;
   // Header Host, or the service's own address if the header is missing or cannot be part of a URL.
@@ -51,7 +53,8 @@ struct HttpAnswer {
   std::shared_ptr<const SpooledFile> file;  // In place of `body`; delivered in all ways but kChunked.
   bool headOnly = false;                    // Answers HEAD: the head of a whole answer, no body.
   Delivery delivery = Delivery::kPlain;
-  bool delayed = false;  // Silence for the stall time before the first byte.
+  bool delayed = false;                  // Silence for the stall time before the first byte.
+  std::chrono::milliseconds silence{0};  // The same for this time.
 };
 
 // An answer whose body is a plain text.

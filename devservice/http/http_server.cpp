@@ -203,7 +203,8 @@ class HttpServer::Implementation : public httplib::Server {
     ++stats_.requests;
     HttpAnswer answer = handler_.Handle(request);
     answer.headOnly = request.method == "HEAD";
-    if (answer.file || !answer.headers.empty() || answer.delivery != Delivery::kPlain || answer.delayed)
+    if (answer.file || !answer.headers.empty() || answer.delivery != Delivery::kPlain || answer.delayed ||
+        answer.silence.count() > 0)
       return currentConnection->TakeOver(std::move(answer));
     response.status = answer.status;
     response.set_content(answer.body, answer.contentType);

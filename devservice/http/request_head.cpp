@@ -54,6 +54,7 @@ HttpRequest MakeRequestHead(const httplib::Request& request, const std::string& 
   HttpRequest head;
   head.method = request.method;
   head.path = path;
+  head.target = request.target;
   head.contentType = request.get_header_value("Content-Type");
   head.soapAction = request.get_header_value("SOAPAction");
   head.hostHeader = JoinedValues(request, "Host");

@@ -3,16 +3,35 @@
 #include <nlohmann/json.hpp>
 
 namespace qv::devservice {
+namespace {
+
+struct ActionCount {
+  const char* name;
+  std::atomic<std::uint64_t> ServiceStats::*count;
+};
+
+constexpr ActionCount kActions[] = {
+    {"CreateUserSession", &ServiceStats::createUserSession},
+    {"CloseUserSession", &ServiceStats::closeUserSession},
+    {"Execute", &ServiceStats::execute},
+};
+
+}  // namespace
+
+std::atomic<std::uint64_t>* CounterOf(ServiceStats& stats, std::string_view action) {
+  for (const ActionCount& row : kActions)
+    if (action == row.name) return &(stats.*row.count);
+  return nullptr;
+}
 
 std::string StatsText(const ServiceStats& stats, std::size_t openSessions) {
+  nlohmann::json actions;
+  for (const ActionCount& row : kActions) actions[row.name] = (stats.*row.count).load();
   const nlohmann::json counts = {
       {"connections", stats.connections.load()},
       {"requests", stats.requests.load()},
       {"refused", stats.refused.load()},
-      {"actions",
-       {{"CreateUserSession", stats.createUserSession.load()},
-        {"CloseUserSession", stats.closeUserSession.load()},
-        {"Execute", stats.execute.load()}}},
+      {"actions", actions},
       {"faults", stats.faults.load()},
       {"openSessions", openSessions},
       {"scriptsRun", stats.scriptsRun.load()},

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace qv::devservice {
 
@@ -26,6 +27,9 @@ struct ServiceStats {
   std::atomic<std::uint64_t> workersKilled{0};  // Killed for a limit.
   std::atomic<std::uint64_t> workersCrashed{0};
 };
+
+// The count of the action with this name on the wire; null for any other name.
+std::atomic<std::uint64_t>* CounterOf(ServiceStats& stats, std::string_view action);
 
 // The counts as JSON, for GET /stats.
 std::string StatsText(const ServiceStats& stats, std::size_t openSessions);

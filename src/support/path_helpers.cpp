@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "com/guid_text.h"
 #include "qvscriptwells/e_qv_exception.h"
@@ -17,6 +18,8 @@ namespace qv {
 namespace {
 
 constexpr char16_t kSeparator = u'\\';
+
+[[gnu::tls_model("initial-exec")]] thread_local const WideString* threadHome = nullptr;
 
 WideString Variable(const char* name) {
   const char* text = secure_getenv(name);
@@ -77,9 +80,14 @@ WideString CreateTempSubdirectory(const WideString&) {
 }
 
 WideString GetHomeDirectory() {
+  if (threadHome != nullptr) return *threadHome;
   WideString directory = ReadRegistryValue(kHomeDirectoryKey);
   if (directory.size() > kLongestHomeDirectory) return WideString();
   return directory;
+}
+
+const WideString* SetThreadHomeDirectory(const WideString* directory) noexcept {
+  return std::exchange(threadHome, directory);
 }
 
 WideString NewGuidText() {

@@ -28,6 +28,9 @@ void MakeTempSubdirectory(const WideString& directory);
 // Throws `_com_error` with E_OUTOFMEMORY for lack of memory, since an empty path would mean the current
 // directory.
 WideString GetHomeDirectory();
+// This thread gets `directory` instead, whatever its length, until the next call. The text is borrowed; null
+// is the registry's again. Returns what was set before.
+const WideString* SetThreadHomeDirectory(const WideString* directory) noexcept;
 
 // A new GUID's text, with braces, 38 units.
 WideString NewGuidText();

@@ -57,7 +57,8 @@ bool IsBuilt(const fs::path& name) {
 }
 
 bool IsInTheTree(const std::string& name, const fs::path& besides) {
-  for (const fs::path& folder : {kRoot, besides, kRoot / "src", kRoot / "include/qvscriptwells"})
+  for (const fs::path& folder :
+       {kRoot, besides, kRoot / "src", kRoot / "include", kRoot / "include/qvscriptwells"})
     if (fs::exists(folder / name)) return true;
   return IsBuilt(name);
 }

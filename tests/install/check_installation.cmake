@@ -24,6 +24,10 @@ run_expecting("caption\nhome ${prefix}/${DATADIR}/quorvane\n" ${with_registry} $
 run_expecting("http://srv:8080\nQvScriptwells.QvScriptwells.1.0\nunloaded\n"
   ${with_registry} ${WORK_DIR}/host/late_host)
 
+foreach(host IN ITEMS face_host static_face_host)
+  run_expecting("0.1.0 connect\n" ${WORK_DIR}/host/${host})
+endforeach()
+
 # What the library itself writes is what the installation has written.
 file(READ "${registry}" installed)
 run_expecting("" ${with_registry} ${WORK_DIR}/host/register_library ${prefix}/${LIBDIR}/libqvscriptwells.so.1)
@@ -53,10 +57,25 @@ foreach(program IN ITEMS typed_host:qvscriptwells late_host:qvplatform)
   run_expecting("" ${with_registry} ${WORK_DIR}/${source})
 endforeach()
 
+# "--static" links the archive where there is no shared library.
+foreach(form IN ITEMS shared static)
+  if(form STREQUAL static)
+    set(flag --static)
+    file(RENAME "${prefix}/${LIBDIR}/libscriptwells.so" "${WORK_DIR}/libscriptwells.so")
+  endif()
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${prefix}/${LIBDIR}/pkgconfig
+    pkg-config --cflags --libs ${flag} scriptwells OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE
+    COMMAND_ERROR_IS_FATAL ANY)
+  separate_arguments(flags UNIX_COMMAND "${flags}")
+  run_expecting("" ${CXX_COMPILER} -std=c++17 ${SOURCE_DIR}/face_host.cpp -o ${WORK_DIR}/face_${form} ${flags})
+  run_expecting("0.1.0 connect\n" ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/${LIBDIR} ${WORK_DIR}/face_${form})
+endforeach()
+file(RENAME "${WORK_DIR}/libscriptwells.so" "${prefix}/${LIBDIR}/libscriptwells.so")
+
 # The prefix may move, and the files of pkg-config with it.
 set(moved "${WORK_DIR}/moved prefix")
 file(RENAME "${prefix}" "${moved}")
-foreach(package IN ITEMS qvscriptwells qvplatform)
+foreach(package IN ITEMS scriptwells qvscriptwells qvplatform)
   execute_process(COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${moved}/${LIBDIR}/pkgconfig
     pkg-config --variable=includedir ${package} OUTPUT_VARIABLE include OUTPUT_STRIP_TRAILING_WHITESPACE
     COMMAND_ERROR_IS_FATAL ANY)
@@ -82,6 +101,8 @@ endforeach()
 # The program finds its libraries and its worker, also after a move.
 file(RENAME "${prefix}" "${moved}")
 run_expecting("42\n" "${moved}/bin/scriptwells" run --local -e "6 * 7")
+run_expecting("42 1\n" ${CMAKE_COMMAND} -E env SCRIPTWELLS_PROGRAM=${moved}/bin/scriptwells
+  LD_LIBRARY_PATH=${moved}/${LIBDIR} ${WORK_DIR}/host/tested_host)
 execute_process(COMMAND "${moved}/bin/scriptwells" session close --server http://127.0.0.1:1 --usid 1 ERROR_VARIABLE said)
 if(NOT said MATCHES "cannot reach")
   message(FATAL_ERROR "A call after the move said:\n${said}")
@@ -99,7 +120,7 @@ file(GLOB_RECURSE left "${prefix}/*")
 if(left)
   message(FATAL_ERROR "Uninstalling left ${left}")
 endif()
-foreach(directory IN ITEMS include/qvscriptwells ${LIBDIR}/cmake/QvScriptwells ${LIBDIR}/quorvane ${LIBEXECDIR}/quorvane
+foreach(directory IN ITEMS include/qvscriptwells include/scriptwells ${LIBDIR}/cmake/QvScriptwells ${LIBDIR}/quorvane ${LIBEXECDIR}/quorvane
     ${DATADIR}/quorvane)
   if(EXISTS "${prefix}/${directory}")
     message(FATAL_ERROR "Uninstalling left the empty directory ${directory}")

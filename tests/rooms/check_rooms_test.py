@@ -8,13 +8,16 @@ import unittest
 
 CHECKER = pathlib.Path(__file__).resolve().parents[2] / "scripts" / "check-rooms"
 RIGHT = [("src/soap/a.h", "src/text/b.h"), ("devservice/endpoint.h", "devservice/js/b.h"),
-         ("tools/transfer/a.h", "tools/input/b.h"), ("tools/service/a.h", "devservice/service.h")]
+         ("tools/transfer/a.h", "tools/input/b.h"), ("tools/service/a.h", "devservice/service.h"),
+         ("tools/transfer/c.h", "include/scriptwells/session.h"), ("tools/report/c.h", "face/text/b.h"),
+         ("tools/registry_command.cpp", "include/qvscriptwells/registry.h")]
 WRONG = [("src/text/a.h", "src/soap/b.h"), ("src/text/a.h", "tools/report/b.h"),
          ("devservice/values/a.h", "devservice/http/b.h"), ("devservice/js/a.h", "devservice/service.h"),
          ("devservice/values/a.h", "src/text/b.h"), ("devservice/workers/a.h", "tools/report/b.h"),
          ("tools/report/a.h", "tools/system/b.h"), ("tools/options/a.h", "tools/transfer/b.h"),
-         ("tools/transfer/a.h", "tools/options/b.h"), ("tools/values/a.h", "tools/program.h"),
-         ("tools/values/a.h", "src/text/b.h")]
+         ("tools/transfer/a.h", "tools/options/b.h"), ("tools/output/a.h", "tools/program.h"),
+         ("tools/output/a.h", "src/text/b.h"), ("tools/transfer/a.h", "include/qvscriptwells/session.h"),
+         ("tools/input/a.h", "face/values/b.h")]
 
 
 def check(pairs):

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <regex>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "fixtures/environment.h"
@@ -179,6 +180,18 @@ TEST_F(HomeDirectoryTest, EmptyMissingAndDamagedFilesGiveEmpty) {
   EXPECT_TRUE(GetHomeDirectory().IsEmpty());
   std::filesystem::remove(directory_.Path("named.reg"));
   EXPECT_TRUE(GetHomeDirectory().IsEmpty());
+}
+
+TEST_F(HomeDirectoryTest, AThreadMayHaveItsOwn) {
+  Say("/of/the/registry");
+  const WideString own(std::u16string(200, u'x'));
+  EXPECT_EQ(SetThreadHomeDirectory(&own), nullptr);
+  EXPECT_EQ(GetHomeDirectory(), own);
+  WideString ofAnother;
+  std::thread([&] { ofAnother = GetHomeDirectory(); }).join();
+  EXPECT_EQ(ofAnother, u"/of/the/registry");
+  EXPECT_EQ(SetThreadHomeDirectory(nullptr), &own);
+  EXPECT_EQ(GetHomeDirectory(), u"/of/the/registry");
 }
 
 // An empty one would be taken for the current directory.

@@ -5,10 +5,9 @@
 
 namespace qv::cli {
 
-// The file URL of the absolute path, percent-encoded: the library can open a file of any name in this form.
 // Throws Failure (kLocal) for a file that cannot be read, is not a regular file, is empty, or is longer than
 // 64 MB.
-std::string CheckDocument(const std::string& file);
+void CheckDocument(const std::string& file);
 
 // Whether a script begins like such a document, after blanks and an XML declaration.
 bool LooksLikeDocument(const std::string& script);

@@ -6,20 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "tools/output/answer_format.h"
+#include "tools/output/output_format.h"
 
 namespace qv::cli {
 
-enum class Command {
-  kText,
-  kUsageError,
-  kRun,
-  kDownload,
-  kSession,
-  kServe,
-  kRegistry,
-  kDescribe
-};
+enum class Command { kText, kUsageError, kRun, kDownload, kSession, kServe, kRegistry, kDescribe };
 
 // In milliseconds, rounded up, so that a short time never becomes 0 (no limit).
 inline std::int64_t Milliseconds(double seconds) {
@@ -42,6 +33,8 @@ struct SessionOptions {
   double timeoutSeconds = 60;
   double connectTimeoutSeconds = 30;
   double maxTimeSeconds = 0;  // for all requests together; 0: no limit
+  std::string traceFile;      // of the exchanges with the server; "-": standard error; empty: none
+  bool traceSecrets = false;  // not masked there
 };
 
 // Of `run` and `run-document`.
@@ -53,7 +46,7 @@ struct RunOptions : SessionOptions {
   bool local = false;                   // run in a service of this process; else on `server`
   std::string language = "JavaScript";
   OutputFormat output = OutputFormat::kText;
-  std::string csvNull;  // no value in CSV; as IsCsvNull (csv_text.h) allows it
+  std::string csvNull;  // no value in CSV; needs no quotes
   std::string
       saveDirectory;   // the answer is the URL of a file to download into this directory; empty: print it
   bool force = false;  // with a directory: as in DownloadOptions
@@ -80,6 +73,9 @@ struct ServeOptions {
   int scriptMemoryMegabytes = 256;
   std::string home;          // home directory for clients on this machine, while the service runs
   bool installHome = false;  // permanently: in the registry
+  bool json = false;         // the address, messages and failures as JSON
+  bool control = false;      // a control interface for tests; only with `json`, which shows its address
+  bool untilEof = false;     // stop also at the end of standard input
 };
 
 enum class RegistryVerb { kGet, kSet, kRemove, kList };

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
-#include <utf8.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -68,31 +67,14 @@ bool CanAsk(const SessionOptions& options, bool inputIsTaken) {
   return !options.user.empty() && !inputIsTaken && isatty(STDIN_FILENO) == 1;
 }
 
-std::string TakePassword(const SessionOptions& options, bool inputIsTaken) {
+}  // namespace
+
+std::string FindPassword(const SessionOptions& options, bool inputIsTaken) {
   if (!options.passwordFile.empty()) return ReadPasswordFile(options.passwordFile);
   if (options.passwordFromInput) return ReadLine(STDIN_FILENO, "password");
   const char* variable = std::getenv("SCRIPTWELLS_PASSWORD");
   if (variable != nullptr) return variable;
   return CanAsk(options, inputIsTaken) ? AskPassword(options.user) : std::string();
-}
-
-}  // namespace
-
-void CheckCredential(const std::string& value, const std::string& what) {
-  if (!utf8::is_valid(value.begin(), value.end()))
-    throw Failure(ExitStatus::kLocal, "the " + what + " is not valid UTF-8");
-  if (value.find_first_of(";=") != std::string::npos)
-    throw Failure(ExitStatus::kLocal,
-                  "the " + what + " holds ';' or '=', which a connection string cannot carry");
-  for (const char c : value)
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
-      throw Failure(ExitStatus::kLocal, "the " + what + " holds a control character");
-}
-
-std::string FindPassword(const SessionOptions& options, bool inputIsTaken) {
-  std::string password = TakePassword(options, inputIsTaken);
-  CheckCredential(password, "password");
-  return password;
 }
 
 }  // namespace qv::cli

@@ -122,7 +122,11 @@ is accepted, with any password.
 Scripts and downloads always work. To upload files, a client needs the upload scripts in its home directory,
 which its registry names. --home DIR writes missing upload scripts into DIR, and DIR/serve.reg, a registry that names DIR:
 clients on this machine that run with QV_REGISTRY=DIR/serve.reg can upload files until the service stops and
-removes it. Only --install-home changes settings.)";
+removes it. Only --install-home changes settings.
+--json prints {"url":...,"home":...}, where home is the directory with the upload scripts, or null. --control
+adds "control", an address of pages that show requests, with their passwords, and order faults.
+A program that starts the service for its tests uses --json --control --until-eof and a pipe as standard
+input: the service then ends with the program.)";
 
 inline constexpr char kDescribeExamples[] = R"(  scriptwells describe Parameters
   scriptwells describe Parameters.Add)";

@@ -87,7 +87,7 @@ class ArgumentParser {
     result_.serve = serve_.Options();
     result_.registry = registry_.Options();
     result_.describe = describe_.Options();
-    result_.json = result_.run.json || result_.download.json || result_.session.json ||
+    result_.json = result_.run.json || result_.download.json || result_.session.json || result_.serve.json ||
                    result_.registry.json || result_.describe.json;
   }
 

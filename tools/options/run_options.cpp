@@ -5,9 +5,10 @@
 #include <map>
 
 #include "devservice/soap/namespaces.h"
+#include "face/text/csv_text.h"
+#include "scriptwells/error.h"
 #include "tools/options/help_format.h"
 #include "tools/options/help_texts.h"
-#include "tools/output/csv_text.h"
 
 #ifndef QV_NAMESPACE_HOST
 #error "QV_NAMESPACE_HOST comes from the build"
@@ -26,6 +27,15 @@ CLI::App* AddCommand(CLI::App& app, RunArguments::Kind kind) {
   return kind == RunArguments::Kind::kScript
              ? app.add_subcommand("run", "Run a script on a server and print its answer")
              : app.add_subcommand("run-document", "Run a script document, which names its own language");
+}
+
+bool IsCsvNull(const std::string& text) {
+  try {
+    scriptwells::CheckCsvNull(text);
+    return true;
+  } catch (const scriptwells::ConversionError&) {
+    return false;
+  }
 }
 
 }  // namespace

@@ -53,12 +53,18 @@ ServeArguments::ServeArguments(CLI::App& app)
       "--install-home", serve_.installHome,
       "Permanently: put the upload scripts into --home DIR and make it the home directory of your registry; "
       "without --home, complete the one that the registry names");
+  command_->add_flag("--json", serve_.json, "Print the address as a line of JSON, and so all messages");
+  command_->add_flag("--control", serve_.control,
+                     "For tests: add a control interface, whose address is in the line of --json; without "
+                     "--home the service makes a home directory and removes it at its end");
+  command_->add_flag("--until-eof", serve_.untilEof, "Stop also when standard input ends");
 }
 
 const char* ServeArguments::Check() const {
   for (const std::string& name : serve_.names)
     if (!IsHostName(name)) return "--name must be a host name, without http:// and without a port";
   if (home_->count() > 0 && serve_.home.empty()) return "--home must name a directory";
+  if (serve_.control && !serve_.json) return "--control needs --json, which prints the secret address";
   const double seconds = serve_.scriptTimeoutSeconds;
   if (std::isfinite(seconds) && seconds >= 0.001 && seconds <= kLongestScript) return nullptr;
   return "--script-timeout must be between 0.001 and 86400 seconds";

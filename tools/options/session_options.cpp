@@ -30,6 +30,7 @@ SessionArguments::SessionArguments(CLI::App& command, SessionOptions& options, S
   if (kind != SessionKind::kOpened) DefineUsid();
   DefineTls();
   DefineWaits();
+  DefineTrace();
   command_.add_flag("--json", options_.json,
                     "The result, or what failed, and every note, as one line of JSON each");
 }
@@ -82,6 +83,14 @@ void SessionArguments::DefineWaits() {
           "Longest time for all requests together, files included; 0: no limit", "SCRIPTWELLS_MAX_TIME");
 }
 
+void SessionArguments::DefineTrace() {
+  AddText(command_, "--trace", options_.traceFile,
+          "Write what passes between this program and the server into this file, without passwords, session "
+          "ids and upload tickets; - is standard error",
+          "FILE");
+  command_.add_flag("--trace-secrets", options_.traceSecrets, "With --trace: write these, too");
+}
+
 bool SessionArguments::HasServer() const {
   return server_->count() > 0;
 }
@@ -111,6 +120,7 @@ const char* SessionArguments::Check() {
   if (const char* wrong = WrongWithUsid()) return wrong;
   if (options_.passwordFromInput && !options_.passwordFile.empty())
     return "give --password-file or --password-stdin, not both";
+  if (options_.traceSecrets && options_.traceFile.empty()) return "--trace-secrets needs --trace";
   if (options_.certificateFile.empty() && !options_.keyFile.empty())
     return "--key needs --cert, whose key it is";
   if (!IsWait(options_.timeoutSeconds)) return "--timeout must be between 0 and 86400 seconds";

@@ -40,6 +40,7 @@ class SessionArguments {
   void DefineUsid();
   void DefineTls();
   void DefineWaits();
+  void DefineTrace();
   const char* WrongWithUsid();
 
   CLI::App& command_;

@@ -1,194 +1,139 @@
 #include "tools/output/answer_format.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cmath>
+#include <ctime>
 #include <nlohmann/json.hpp>
+#include <optional>
 
-#include "tools/output/csv_text.h"
+#include "face/text/csv_text.h"
+#include "face/text/number_text.h"
 #include "tools/output/text_table.h"
 #include "tools/report/json_text.h"
-#include "tools/values/date_text.h"
-#include "tools/values/object_text.h"
 
 namespace qv::cli {
 
 namespace {
 
+using scriptwells::DateTime;
+using scriptwells::Duration;
+using scriptwells::Time;
+using scriptwells::Type;
+using scriptwells::Value;
 using Json = nlohmann::ordered_json;
 
+// How the interfaces below the library tag a value of the type (VARTYPE), which readers of the JSON compare.
 struct TypeRow {
-  VARTYPE tag;
+  Type type;
   const char* name;
+  int tag;
 };
 
 constexpr TypeRow kTypes[] = {
-    {VT_EMPTY, "empty"}, {VT_NULL, "null"}, {VT_I1, "byte"},     {VT_I2, "short"},
-    {VT_I4, "int"},      {VT_INT, "int"},   {VT_I8, "long"},     {VT_BOOL, "boolean"},
-    {VT_R4, "float"},    {VT_R8, "double"}, {VT_BSTR, "string"},
+    {Type::kEmpty, "empty", 0},        {Type::kBoolean, "boolean", 11}, {Type::kByte, "byte", 16},
+    {Type::kShort, "short", 2},        {Type::kInt, "int", 22},         {Type::kLong, "long", 20},
+    {Type::kFloat, "float", 4},        {Type::kDouble, "double", 5},    {Type::kString, "string", 8},
+    {Type::kDate, "date", 7},          {Type::kTime, "time", 7},        {Type::kDateTime, "datetime", 7},
+    {Type::kDuration, "duration", 13}, {Type::kLink, "url", 13},        {Type::kTable, "recordlist", 13},
 };
 
-// A reader that keeps numbers as doubles would round larger numbers.
-constexpr std::int64_t kSafeWhole = 9007199254740991;
-
-// A float is printed as a float: 0.1f is "0.1", while a double of it has more digits.
-std::string NumberText(double value, bool single) {
-  if (std::isnan(value)) return "NaN";
-  if (std::isinf(value)) return value < 0 ? "-INF" : "INF";
-  char text[64];
-  char* const end = text + sizeof text;
-  const std::to_chars_result result =
-      single ? std::to_chars(text, end, static_cast<float>(value)) : std::to_chars(text, end, value);
-  return std::string(text, result.ptr);
+const TypeRow& RowOf(Type type) {
+  return *std::find_if(std::begin(kTypes), std::end(kTypes),
+                       [type](const TypeRow& row) { return row.type == type; });
 }
 
-Json NumberJson(double value, bool single) {
-  if (!std::isfinite(value)) return NumberText(value, single);
-  if (!single) return value;
-  const std::string text = NumberText(value, single);
-  double shortest = 0;
-  std::from_chars(text.data(), text.data() + text.size(), shortest);
-  return shortest;
+// A point in time; in a time the date is day 0.
+std::optional<DateTime> PointOf(const Value& value) {
+  if (value.Is<Time>()) return DateTime{{}, value.As<Time>()};
+  if (value.Is<scriptwells::Date>() || value.Is<DateTime>()) return value.As<DateTime>();
+  return std::nullopt;
 }
 
-Json LongJson(std::int64_t value) {
-  if (value > kSafeWhole || value < -kSafeWhole) return std::to_string(value);
-  return value;
+// Days since 1899-12-30.
+double SerialOf(const DateTime& point) {
+  constexpr std::time_t kSecondsOfDay = 86400;
+  constexpr std::time_t kDayOfEpoch = 25569;
+  std::tm day = {};
+  day.tm_year = point.date.year - 1900;
+  day.tm_mon = point.date.month - 1;
+  day.tm_mday = point.date.day;
+  const std::time_t days = ::timegm(&day) / kSecondsOfDay + kDayOfEpoch;
+  const Time& time = point.time;
+  const int milliseconds = ((time.hour * 60 + time.minute) * 60 + time.second) * 1000 + time.millisecond;
+  return static_cast<double>(days) + milliseconds / 86'400'000.0;
 }
 
-// Null for dates, objects and tags that have no name.
-const char* PlainTypeName(VARTYPE tag) {
-  for (const TypeRow& row : kTypes)
-    if (row.tag == tag) return row.name;
-  return nullptr;
+// The number of a point outside the years that other programs read; else empty.
+std::string FarPointText(const Value& value) {
+  const std::optional<DateTime> point = PointOf(value);
+  const bool isFar = point && (point->date.year < 1 || point->date.year > 9999);
+  return isFar ? scriptwells::NumberText(SerialOf(*point)) : std::string();
 }
 
-bool IsObject(const Variant& value) {
-  return value.Tag() == VT_UNKNOWN || value.Tag() == VT_DISPATCH;
+std::string TextOf(const Value& value) {
+  const std::string far = FarPointText(value);
+  return far.empty() ? value.ToString() : far;
 }
 
-std::string DateText(double serial) {
-  return SerialDateText(serial).value_or(NumberText(serial, false));
-}
-
-Json ObjectJson(const Variant& value) {
-  return value.Object() == nullptr ? Json() : Json(ObjectText(value));
+std::string ValueJson(const Value& value) {
+  const std::string far = FarPointText(value);
+  return far.empty() ? value.ToJson() : JsonText(far);
 }
 
 Json SecondsJson(double seconds) {
-  const bool whole = seconds == std::trunc(seconds) && std::abs(seconds) <= static_cast<double>(kSafeWhole);
-  return whole ? Json(static_cast<std::int64_t>(seconds)) : NumberJson(seconds, false);
-}
-
-void AddDuration(const DurationFields& fields, Json& answer) {
-  answer["negative"] = fields.negative;
-  answer["years"] = fields.years;
-  answer["months"] = fields.months;
-  answer["days"] = fields.days;
-  answer["hours"] = fields.hours;
-  answer["minutes"] = fields.minutes;
-  answer["seconds"] = SecondsJson(fields.seconds);
+  constexpr double kSafeWhole = 9007199254740991;
+  if (!std::isfinite(seconds)) return Json::parse(Value(seconds).ToJson());
+  const bool isWhole = seconds == std::trunc(seconds) && std::abs(seconds) <= kSafeWhole;
+  return isWhole ? Json(static_cast<std::int64_t>(seconds)) : Json(seconds);
 }
 
 // The parts of the value that its text leaves out.
-void AddDetails(const Variant& value, Json& answer) {
-  if (value.Tag() == VT_DATE) answer["serial"] = NumberJson(value.Data().date, false);
-  if (const std::optional<DurationFields> duration = ReadDuration(value)) AddDuration(*duration, answer);
-  if (const std::optional<UrlFields> url = ReadUrl(value)) answer["caption"] = url->caption;
+Json DetailsOf(const Value& value) {
+  Json details = Json::object();
+  if (const std::optional<DateTime> point = PointOf(value)) details["serial"] = SerialOf(*point);
+  if (value.Is<scriptwells::Link>()) details["caption"] = value.As<scriptwells::Link>().caption;
+  if (!value.Is<Duration>()) return details;
+  const auto span = value.As<Duration>();
+  details["negative"] = span.negative;
+  details["years"] = span.years;
+  details["months"] = span.months;
+  details["days"] = span.days;
+  details["hours"] = span.hours;
+  details["minutes"] = span.minutes;
+  details["seconds"] = SecondsJson(span.seconds);
+  return details;
 }
 
-Json ValueJson(const Variant& value) {
-  const VariantData& data = value.Data();
-  switch (value.Tag()) {
-    case VT_I1:
-      return data.cVal;
-    case VT_I2:
-      return data.iVal;
-    case VT_I4:
-    case VT_INT:
-      return data.lVal;
-    case VT_I8:
-      return LongJson(data.llVal);
-    case VT_BOOL:
-      return data.boolVal != VARIANT_FALSE;
-    case VT_R4:
-      return NumberJson(data.fltVal, true);
-    case VT_R8:
-      return NumberJson(data.dblVal, false);
-    case VT_DATE:
-      return DateText(data.date);
-    case VT_BSTR:
-      return value.Text().IsNull() ? Json() : Json(ToUtf8(value.Text()));
-    default:
-      return IsObject(value) ? ObjectJson(value) : Json();
-  }
+std::string FormatJson(const Value& value) {
+  const TypeRow& row = RowOf(value.type());
+  const Json details = DetailsOf(value);
+  const std::string more = details.empty() ? "}" : "," + JsonText(details).substr(1);
+  return std::string("{\"type\":\"") + row.name + "\",\"value\":" + ValueJson(value) +
+         ",\"tag\":" + std::to_string(row.tag) + more + "\n";
 }
 
-std::string FormatJson(const Variant& value) {
-  Json answer;
-  answer["type"] = TypeName(value);
-  answer["value"] = ValueJson(value);
-  answer["tag"] = value.Tag();
-  AddDetails(value, answer);
-  return JsonText(answer) + "\n";
-}
-
-std::string FormatCsv(const Variant& value, const std::string& nullText) {
-  return "value\r\n" + (HasValue(value) ? CsvOnlyField(ValueText(value), nullText) : nullText) + "\r\n";
+std::string FormatCsv(const Value& value, const std::string& nullText) {
+  return "value\r\n" + (value.IsEmpty() ? nullText : scriptwells::CsvOnlyField(TextOf(value), nullText)) +
+         "\r\n";
 }
 
 }  // namespace
 
-std::string TypeName(const Variant& value) {
-  if (value.Tag() == VT_DATE) return SerialDateForm(value.Data().date);
-  if (IsObject(value)) return ObjectType(value);
-  const char* name = PlainTypeName(value.Tag());
-  return name != nullptr ? name : "unknown";
+std::string TypeName(const Value& value) {
+  return RowOf(value.type()).name;
 }
 
-std::string ValueText(const Variant& value) {
-  const VariantData& data = value.Data();
-  switch (value.Tag()) {
-    case VT_I1:
-      return std::to_string(data.cVal);
-    case VT_I2:
-      return std::to_string(data.iVal);
-    case VT_I4:
-    case VT_INT:
-      return std::to_string(data.lVal);
-    case VT_I8:
-      return std::to_string(data.llVal);
-    case VT_BOOL:
-      return data.boolVal != VARIANT_FALSE ? "true" : "false";
-    case VT_R4:
-      return NumberText(data.fltVal, true);
-    case VT_R8:
-      return NumberText(data.dblVal, false);
-    case VT_DATE:
-      return DateText(data.date);
-    case VT_BSTR:
-      return ToUtf8(value.Text());
-    default:
-      return ObjectText(value);
-  }
-}
-
-bool HasValue(const Variant& value) {
-  const VARTYPE tag = value.Tag();
-  if (tag == VT_EMPTY || tag == VT_NULL) return false;
-  if (tag == VT_BSTR) return !value.Text().IsNull();
-  if (IsObject(value)) return value.Object() != nullptr;
-  return tag == VT_DATE || PlainTypeName(tag) != nullptr;
-}
-
-std::string ValueJsonText(const Variant& value) {
-  return JsonText(ValueJson(value));
-}
-
-std::string FormatAnswer(OutputFormat format, const Variant& value, const std::string& nullText) {
+std::string FormatAnswer(OutputFormat format, const Value& value, const std::string& nullText) {
   if (format == OutputFormat::kJson) return FormatJson(value);
-  if (format == OutputFormat::kTable) return FormatTable({{"answer", TypeName(value), ValueText(value)}});
+  if (format == OutputFormat::kTable) return FormatTable({{"answer", TypeName(value), TextOf(value)}});
   if (format == OutputFormat::kCsv) return FormatCsv(value, nullText);
-  return ValueText(value) + "\n";
+  return TextOf(value) + "\n";
+}
+
+bool HasWrappedCount(const Value& value) {
+  if (!value.Is<Duration>()) return false;
+  const auto span = value.As<Duration>();
+  return std::min({span.years, span.months, span.days, span.hours, span.minutes}) < 0;
 }
 
 }  // namespace qv::cli

@@ -31,19 +31,14 @@ const char* StatusName(ExitStatus status) {
   return "failure";
 }
 
-std::uint32_t FaultNumber(HRESULT code) {
-  return static_cast<std::uint32_t>(code) & ~0x80040000U;
+std::uint32_t FaultNumber(std::uint32_t code) {
+  return code & ~0x80040000U;
 }
 
-std::string HexCode(HRESULT code) {
+std::string HexCode(std::uint32_t code) {
   char text[16];
-  static_cast<void>(std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code)));
+  static_cast<void>(std::snprintf(text, sizeof text, "0x%08X", code));
   return text;
-}
-
-std::string MessageOf(const _com_error& error) {
-  const std::string message = ToUtf8(error.Description());
-  return message.empty() ? "failure " + HexCode(error.Error()) : message;
 }
 
 }  // namespace qv::cli

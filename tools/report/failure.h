@@ -7,9 +7,6 @@
 #include <string>
 #include <utility>
 
-#include "qvscriptwells/com_error.h"
-#include "qvscriptwells/result_codes.h"
-
 namespace qv::cli {
 
 // The exit codes of the program. Scripts compare these numbers.
@@ -30,7 +27,7 @@ class Failure : public std::exception {
  public:
   Failure(ExitStatus status, std::string message) : status_(status), message_(std::move(message)) {}
   // A fault that the server reported, with its result code.
-  Failure(ExitStatus status, std::string message, HRESULT code)
+  Failure(ExitStatus status, std::string message, std::uint32_t code)
       : status_(status), message_(std::move(message)), code_(code) {}
 
   // The same failure with `more` at the end of its message.
@@ -60,13 +57,13 @@ class Failure : public std::exception {
   const char* OwnKind() const noexcept { return kind_; }
   const std::string& Message() const noexcept { return message_; }
   // The code, if it says more than the message.
-  const std::optional<HRESULT>& Code() const noexcept { return code_; }
+  const std::optional<std::uint32_t>& Code() const noexcept { return code_; }
   const char* what() const noexcept override { return message_.c_str(); }
 
  private:
   ExitStatus status_;
   std::string message_;
-  std::optional<HRESULT> code_;
+  std::optional<std::uint32_t> code_;
   const char* kind_ = nullptr;
   bool isSilent_ = false;
 };
@@ -75,12 +72,9 @@ class Failure : public std::exception {
 const char* StatusName(ExitStatus status);
 
 // The server's error number in a fault: the code without the bits that every fault has.
-std::uint32_t FaultNumber(HRESULT code);
+std::uint32_t FaultNumber(std::uint32_t code);
 
 // "0x80040005"
-std::string HexCode(HRESULT code);
-
-// The error's message as UTF-8, or "failure 0x80004005" if it has none.
-std::string MessageOf(const _com_error& error);
+std::string HexCode(std::uint32_t code);
 
 }  // namespace qv::cli

@@ -53,9 +53,8 @@ std::string Reporter::Shown(const std::string& message) const {
   if (message.size() <= kLongestMessage) return OneLine(message);
   std::size_t end = kLongestMessage;
   while (end > 0 && (static_cast<unsigned char>(message[end]) & 0xC0) == 0x80) --end;
-  const char* hint = form_ == ReportForm::kTextOnly ? ")" : ", which --json shows)";
-  return OneLine(message.substr(0, end)) + "... (cut; " + std::to_string(message.size()) + " bytes in all" +
-         hint;
+  return OneLine(message.substr(0, end)) + "... (cut; " + std::to_string(message.size()) +
+         " bytes in all, which --json shows)";
 }
 
 std::string Reporter::Line(const Failure& failure) const {

@@ -8,11 +8,7 @@
 
 namespace qv::cli {
 
-enum class ReportForm {
-  kText,
-  kJson,
-  kTextOnly,  // text, of a command that has no --json
-};
+enum class ReportForm { kText, kJson };
 
 inline ReportForm FormOf(bool json) noexcept {
   return json ? ReportForm::kJson : ReportForm::kText;

@@ -1,16 +1,16 @@
 #include "tools/service/lent_home.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
 #include "tools/service/home_directory.h"
-#include "tools/system/registry_variable.h"
 
 namespace qv::cli {
 
 LentHome::LentHome(const std::string& home) : registry_(home + "/serve.reg") {
   InstallMissingScripts(home);
-  const RegistryVariable variable(registry_);
+  ::setenv("QV_REGISTRY", registry_.c_str(), 1);  // names the first file of the registry, which is written
   SetHomeDirectory(home);
 }
 

@@ -6,9 +6,9 @@
 namespace qv::cli {
 
 // Writes the missing upload scripts into a directory, and a registry file that names it as the home
-// directory. Clients use it by setting QV_REGISTRY; no settings change. Destruction removes the registry file
-// and keeps the scripts. To be created and destroyed while there is no second thread. Throws Failure
-// (kLocal).
+// directory. Clients use it by setting QV_REGISTRY, which this process does from then on; no settings change.
+// Destruction removes the registry file and keeps the scripts. To be created while there is no second thread.
+// Throws Failure (kLocal).
 class LentHome {
  public:
   // `home` is absolute, and checked by CheckHomePath.

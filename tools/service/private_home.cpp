@@ -16,17 +16,14 @@ namespace qv::cli {
 namespace {
 
 constexpr std::size_t kLongestPath = 256;
-constexpr std::size_t kMostPaths = 5;
+constexpr std::size_t kMostPaths = 4;
 
-// What a signal handler removes: files, then directories. Empty texts are unused.
-char g_files[kMostPaths][kLongestPath];
-char g_directories[kMostPaths][kLongestPath];
+// What a signal handler removes, in this order: files, then directories. Empty texts are unused.
+char g_paths[kMostPaths][kLongestPath];
 
 void RemoveAtOnce() {
-  for (const auto& file : g_files)
-    if (file[0] != '\0') unlink(file);
-  for (const auto& directory : g_directories)
-    if (directory[0] != '\0') rmdir(directory);
+  for (const auto& path : g_paths)
+    if (path[0] != '\0' && unlink(path) != 0) rmdir(path);
 }
 
 void Keep(char (&slot)[kLongestPath], const std::string& path) {
@@ -73,21 +70,16 @@ PrivateHome::~PrivateHome() {
 }
 
 void PrivateHome::Fill() {
-  const std::string registry = path_ + "/registry.reg";
   const std::vector<std::string> scripts = UploadScripts(path_);
-  Keep(g_files[0], registry);
-  Keep(g_files[1], scripts[0]);
-  Keep(g_files[2], scripts[1]);
-  Keep(g_directories[0], std::filesystem::path(scripts[0]).parent_path().string());
-  Keep(g_directories[1], path_);
+  Keep(g_paths[0], scripts[0]);
+  Keep(g_paths[1], scripts[1]);
+  Keep(g_paths[2], std::filesystem::path(scripts[0]).parent_path().string());
+  Keep(g_paths[3], path_);
   OnForcedExit(&RemoveAtOnce);
-  variable_.emplace(registry);
-  SetHomeDirectory(path_);
   InstallMissingScripts(path_);
 }
 
 void PrivateHome::Remove() noexcept {
-  variable_.reset();
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
   OnForcedExit(nullptr);

@@ -1,17 +1,12 @@
-// A home directory for this process alone, so that it can upload files to its own service on any machine.
+// A temporary home directory, so that this process can upload files to its own service on any machine.
 #pragma once
 
-#include <optional>
 #include <string>
-
-#include "tools/system/registry_variable.h"
 
 namespace qv::cli {
 
-// Creates a directory that nobody else may enter, with the upload scripts and a registry file that names it,
-// and sets QV_REGISTRY. Destruction removes everything, and so does an interrupt that ends the program at
-// once. One object at a time; to be created and destroyed while there is no second thread. Throws Failure
-// (kLocal).
+// Creates a directory that nobody else may enter, with the upload scripts. Destruction removes everything,
+// and so does an interrupt that ends the program at once. One object at a time. Throws Failure (kLocal).
 class PrivateHome {
  public:
   PrivateHome();
@@ -26,7 +21,6 @@ class PrivateHome {
   void Remove() noexcept;
 
   std::string path_;
-  std::optional<RegistryVariable> variable_;
 };
 
 }  // namespace qv::cli

@@ -1,8 +1,9 @@
 #include "tools/service/users_file.h"
 
 #include <sstream>
+#include <stdexcept>
 
-#include "tools/input/password.h"
+#include "scriptwells/session.h"
 #include "tools/report/failure.h"
 
 namespace qv::cli {
@@ -11,11 +12,10 @@ namespace {
 
 devservice::ServiceUser ParseUser(const std::string& line) {
   const std::size_t colon = line.find(':');
-  if (colon == std::string::npos || colon == 0)
-    throw Failure(ExitStatus::kLocal, "not of the form name:password");
+  if (colon == std::string::npos || colon == 0) throw std::runtime_error("not of the form name:password");
   devservice::ServiceUser user{line.substr(0, colon), line.substr(colon + 1)};
-  CheckCredential(user.name, "user name");
-  CheckCredential(user.password, "password");
+  // No client could send others.
+  scriptwells::Session::Check("http://localhost", {user.name, user.password}, {});
   return user;
 }
 
@@ -30,9 +30,8 @@ std::vector<devservice::ServiceUser> ParseUsers(const std::string& text) {
     if (line.empty() || line[0] == '#') continue;
     try {
       users.push_back(ParseUser(line));
-    } catch (const Failure& failure) {
-      throw Failure(ExitStatus::kLocal,
-                    "users file, line " + std::to_string(number) + ": " + failure.Message());
+    } catch (const std::runtime_error& error) {
+      throw Failure(ExitStatus::kLocal, "users file, line " + std::to_string(number) + ": " + error.what());
     }
   }
   if (users.empty()) throw Failure(ExitStatus::kLocal, "the users file names no user");

@@ -19,7 +19,6 @@ namespace {
 constexpr unsigned kSecondsToLeave = 5;
 
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not wait");
-std::atomic<bool> g_interrupted{false};
 using CleanUp = void (*)();
 static_assert(std::atomic<CleanUp>::is_always_lock_free, "a signal handler may not wait");
 std::atomic<CleanUp> g_cleanUp{nullptr};
@@ -36,7 +35,8 @@ int g_pipe[2] = {-1, -1};
 
 extern "C" void OnInterrupt(int) {
   const int error = errno;
-  if (g_interrupted.exchange(true)) LeaveAtOnce();
+  if (Interrupted()) LeaveAtOnce();
+  InterruptToken().Cancel();
   alarm(kSecondsToLeave);
   const char byte = 0;
   [[maybe_unused]] const ssize_t written = write(g_pipe[1], &byte, 1);
@@ -64,6 +64,7 @@ void WaitForEither(int descriptor) {
 }  // namespace
 
 void WatchForInterrupt() {
+  InterruptToken();  // a signal handler must not make it
   if (pipe2(g_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
     throw Failure(ExitStatus::kLocal, std::string("cannot make a pipe: ") + std::strerror(errno));
   Handle(SIGINT, OnInterrupt);
@@ -73,7 +74,13 @@ void WatchForInterrupt() {
 }
 
 bool Interrupted() noexcept {
-  return g_interrupted;
+  return InterruptToken().IsCancelled();
+}
+
+// Never destroyed, since a signal may come while the program ends.
+scriptwells::CancelToken& InterruptToken() {
+  static auto* const token = new scriptwells::CancelToken;
+  return *token;
 }
 
 void OnForcedExit(void (*cleanUp)()) noexcept {
@@ -91,6 +98,17 @@ void WaitReadable(int descriptor) {
 
 void WaitForInterrupt() {
   WaitForEither(-1);
+}
+
+void WaitForInterruptOrEof(int descriptor) {
+  char dropped[4096];
+  ssize_t count = 1;
+  while (!Interrupted() && (count > 0 || errno == EINTR || errno == EAGAIN)) {
+    WaitForEither(descriptor);
+    if (Interrupted()) return;
+    errno = 0;
+    count = read(descriptor, dropped, sizeof dropped);
+  }
 }
 
 }  // namespace qv::cli

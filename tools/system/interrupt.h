@@ -1,6 +1,8 @@
 // Ctrl-C and SIGTERM.
 #pragma once
 
+#include "scriptwells/options.h"
+
 namespace qv::cli {
 
 // Installs the signal handlers; once per process. The first signal is kept and ends the waits below, so that
@@ -9,6 +11,9 @@ namespace qv::cli {
 void WatchForInterrupt();
 
 bool Interrupted() noexcept;
+
+// The first signal cancels it.
+scriptwells::CancelToken& InterruptToken();
 
 // `cleanUp` is called before a signal ends the program at once; it may do only what a signal handler may.
 // Null removes it.
@@ -23,5 +28,8 @@ void WaitReadable(int descriptor);
 
 // Waits for the first signal. The program then has 5 seconds to exit.
 void WaitForInterrupt();
+
+// The same, or until `descriptor` is at its end or cannot be read. What comes before the end is dropped.
+void WaitForInterruptOrEof(int descriptor);
 
 }  // namespace qv::cli

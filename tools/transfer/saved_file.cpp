@@ -5,11 +5,11 @@
 #include <ostream>
 #include <system_error>
 
-#include "tools/input/server_address.h"
 #include "tools/output/answer_format.h"
 #include "tools/report/failure.h"
 #include "tools/report/json_text.h"
 #include "tools/report/standard_output.h"
+#include "tools/transfer/failed_call.h"
 
 namespace qv::cli {
 
@@ -33,14 +33,21 @@ void SaveFile(ScriptSession& session, const std::string& url, const std::string&
   if (!out) throw FailedOutput(out, "cannot write the path to standard output");
 }
 
-std::string UrlOfAnswer(const Variant& answer) {
+std::string UrlOfAnswer(const scriptwells::Value& answer) {
   const std::string reason = "the answer is not the address of a file: ";
-  if (answer.Tag() != VT_BSTR) throw Failure(ExitStatus::kAnswer, reason + "its type is " + TypeName(answer));
+  if (!answer.Is<std::string>())
+    throw Failure(ExitStatus::kAnswer, reason + "its type is " + TypeName(answer));
+  auto url = answer.As<std::string>();
   try {
-    return CheckFileUrl(ToUtf8(answer.Text()));
+    ServerOfFile(url);
   } catch (const Failure& failure) {
     throw Failure(ExitStatus::kAnswer, reason + failure.Message());
   }
+  return url;
+}
+
+std::string ServerOfFile(const std::string& url) {
+  return Translated([&] { return scriptwells::Session::ServerOf(url); });
 }
 
 }  // namespace qv::cli

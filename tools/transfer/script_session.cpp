@@ -1,185 +1,126 @@
 #include "tools/transfer/script_session.h"
 
-#include <cstring>
+#include <algorithm>
 
-#include "qvscriptwells/com_call.h"
-#include "qvscriptwells/com_error.h"
-#include "qvscriptwells/create_objects.h"
-#include "qvscriptwells/native_path.h"
 #include "tools/system/interrupt.h"
-#include "tools/transfer/explain_failure.h"
+#include "tools/transfer/failed_call.h"
 
 namespace qv::cli {
 
 namespace {
 
-constexpr std::int64_t kLastWait = 2000;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
 
-void Wipe(std::string& secret) noexcept {
-  explicit_bzero(secret.data(), secret.size());
-  secret.clear();
-}
+constexpr milliseconds kLastWait{2000};
 
-std::int64_t AtMost(std::int64_t wait, std::int64_t limit) {
-  return wait == 0 || wait > limit ? limit : wait;
-}
-
-// Null without parameters, for which the protocol has a separate form.
-IParametersPtr MakeList(const std::vector<ScriptParameter>& parameters) {
-  if (parameters.empty()) return IParametersPtr();
-  IParametersPtr list = CreateParameters();
-  for (const ScriptParameter& parameter : parameters)
-    ThrowIfFailed(list->Add(FromUtf8(parameter.name), parameter.value, nullptr), list.get(),
-                  IParameters::kIid);
-  return list;
+bool IsRefusedUpload(const scriptwells::Exchange& exchange) {
+  const bool isSuccess = exchange.status >= 200 && exchange.status < 300;
+  return exchange.purpose == scriptwells::Purpose::kUpload && exchange.failure.empty() &&
+         exchange.status != 0 && !isSuccess;
 }
 
 }  // namespace
 
-SessionSettings::~SessionSettings() {
-  Wipe(password);
-  Wipe(usid);
-}
-
 ScriptSession::ScriptSession(const SessionSettings& settings)
-    : settings_(settings),
-      budget_(settings.http.totalTimeout),
-      progress_(settings.showProgress),
-      http_(settings.proxy, &progress_, settings.http.replaceFiles, &budget_),
-      client_(CreateQvScriptwells()) {
-  SimpleHostUser user;
-  user.userName = FromUtf8(settings.user);
-  user.replicaId = FromUtf8(settings.replica);
-  if (!settings.usid.empty()) user.usid = FromUtf8(settings.usid);
-  services_ = CreateSimpleHost(user);
-  SetThreadHttpOptions(settings_.http, &progress_);
+    : settings_(settings), progress_(settings.showProgress) {
+  const milliseconds total = settings.options.totalTimeout;
+  if (total.count() > 0) end_ = steady_clock::now() + total;
+  if (!settings.traceFile.empty()) trace_.emplace(settings.traceFile);
 }
 
-ScriptSession::~ScriptSession() {
-  model_.reset();
-  client_.reset();
-  CloseKeptConnections();
-  SetThreadHttpOptions(HttpOptions(), nullptr);
+scriptwells::Options ScriptSession::Options() {
+  scriptwells::Options options = settings_.options;
+  options.closeTimeout = kLastWait;
+  options.cancel = InterruptToken();
+  options.listener = [this](const scriptwells::Exchange& exchange) { Look(exchange); };
+  options.listenerBodies = trace_.has_value();
+  // Nothing is shown without a trace, but a file's name may look like a password.
+  options.showSecrets = settings_.options.showSecrets || !trace_;
+  if (progress_.IsShown())
+    options.progress = [this](const scriptwells::Progress& progress) { progress_.Update(progress); };
+  return options;
 }
 
-// The model has the session of the settings, if they name one.
-void ScriptSession::SetServer() {
-  const IQvClientServiceRawPtr raw = As<IQvClientServiceRaw>(client_);
-  ThrowIfFailed(raw->Init(CreateSimpleServiceProvider(services_.get()).get()));
-  ThrowIfFailed(client_->put_ServerName(FromUtf8(settings_.server)));
-  ThrowIfFailed(client_->put_Proxy(FromUtf8(settings_.proxy)));
-  model_ = ModelOf(client_.get());
+// At the end of each exchange.
+void ScriptSession::Look(const scriptwells::Exchange& exchange) {
+  progress_.End();
+  if (IsRefusedUpload(exchange))
+    refusedUploads_.push_back(exchange.server + " answered the upload of " + exchange.file +
+                              " with the status " + std::to_string(exchange.status));
+  if (trace_) trace_->Write(exchange);
 }
 
-WideString ScriptSession::ConnectionText() const {
-  IConnectionString* given = nullptr;
-  ThrowIfFailed(client_->ConnectionString(&given));
-  const IConnectionStringPtr connection(given, false);
-  const Guid& iid = IConnectionString::kIid;
-  ThrowIfFailed(connection->put_UserName(FromUtf8(settings_.user)), connection.get(), iid);
-  ThrowIfFailed(connection->put_UserPassword(FromUtf8(settings_.password)), connection.get(), iid);
-  ThrowIfFailed(connection->put_ReplicaID(FromUtf8(settings_.replica)), connection.get(), iid);
-  WideString text;
-  ThrowIfFailed(connection->ToString(&text), connection.get(), iid);
-  return text;
+// At least 1, since 0 is no limit.
+milliseconds ScriptSession::TimeLeft() const {
+  return std::max(milliseconds(1), std::chrono::duration_cast<milliseconds>(*end_ - steady_clock::now()));
 }
 
-SimpleHostSession ScriptSession::Session() const {
-  const ISimpleHostPtr host = As<ISimpleHost>(services_);
-  SimpleHostSession session;
-  host->GetSession(&session);
-  return session;
+scriptwells::RunOptions ScriptSession::WithinTimeLeft() const {
+  scriptwells::RunOptions options;
+  if (end_) options.totalTimeout = TimeLeft();
+  return options;
 }
 
-// The library treats an answer without a session id as success; a script would fail with a misleading
-// message.
-void ScriptSession::CheckSessionId() const {
-  if (!Session().open) throw Failure(ExitStatus::kAnswer, "the server opened a session without an id");
-}
-
-Failure ScriptSession::ExplainOpening(const _com_error& error) const {
-  Failure failure = ExplainFailure(Phase::kOpen, error, http_.Note());
-  const bool isRefused = failure.Status() == ExitStatus::kRefused;
-  return isRefused && settings_.user.empty() ? failure.With(" (no --user given)") : failure;
+// An interrupt may also show as another failure, such as of reading a file.
+template <class Call>
+auto ScriptSession::Called(const Call& call) {
+  try {
+    return Translated(call);
+  } catch (const Failure&) {
+    progress_.End();
+    ThrowIfInterrupted();
+    throw;
+  }
 }
 
 void ScriptSession::Open() {
-  http_.Forget();
-  try {
-    SetServer();
-    if (!settings_.usid.empty()) return;
-    ThrowIfFailed(model_->CreateUserSession(ConnectionText()), model_.get(), IConnectionModel::kIid);
-    CheckSessionId();
-  } catch (const _com_error& error) {
-    ThrowIfInterrupted();
-    throw ExplainOpening(error);
-  }
+  Called([this] {
+    if (settings_.usid.empty())
+      session_.emplace(settings_.server, settings_.credentials, Options());
+    else
+      session_ = scriptwells::Session::Adopt(settings_.server, settings_.usid, Options());
+  });
 }
 
-Variant ScriptSession::Execute(const std::string& language, const std::string& script,
-                               const std::vector<ScriptParameter>& parameters) {
-  http_.Forget();
-  try {
-    const IParametersPtr list = MakeList(parameters);
-    Variant answer;
-    ThrowIfFailed(model_->Execute(FromUtf8(language), FromUtf8(script), list.get(), &answer), model_.get(),
-                  IConnectionModel::kIid);
-    return answer;
-  } catch (const _com_error& error) {
-    ThrowIfInterrupted();
-    throw ExplainFailure(Phase::kExecute, error, http_.Note());
-  }
+scriptwells::Value ScriptSession::Run(const std::string& script, const scriptwells::Arguments& arguments) {
+  return Called([&] { return session_->Run(script, arguments, WithinTimeLeft()); });
 }
 
-Variant ScriptSession::ExecuteDocument(const std::string& url, const std::string& file,
-                                       const std::vector<ScriptParameter>& parameters) {
-  http_.Forget();
-  try {
-    const IParametersPtr list = MakeList(parameters);
-    Variant answer;
-    ThrowIfFailed(model_->ExecuteFile(FromUtf8(url), list.get(), &answer), model_.get(),
-                  IConnectionModel::kIid);
-    return answer;
-  } catch (const _com_error& error) {
-    ThrowIfInterrupted();  // a signal ends reads of the document, too
-    throw ExplainDocumentFailure(file, error, http_.Note());
-  }
+scriptwells::Value ScriptSession::RunDocument(const std::string& file,
+                                              const scriptwells::Arguments& arguments) {
+  return Called([&] { return session_->RunDocument(file, arguments, WithinTimeLeft()); });
 }
 
 std::string ScriptSession::Download(const std::string& url, const std::string& directory) {
-  http_.Forget();
-  try {
-    WideString path;
-    ThrowIfFailed(model_->DownloadFile(FromUtf8(url), FromUtf8(directory), &path), model_.get(),
-                  IConnectionModel::kIid);
-    return NativePath(path);
-  } catch (const _com_error& error) {
-    ThrowIfInterrupted();
-    throw ExplainFailure(Phase::kDownload, error, http_.Note());
-  }
+  return Called([&] { return session_->Download(url, directory, WithinTimeLeft()).native(); });
 }
 
 void ScriptSession::Close() {
-  if (settings_.usid.empty() && model_ != nullptr) CloseAdopted();
+  if (settings_.usid.empty() && session_) CloseAdopted();
 }
 
+// A session is closed even if there is no time left, but only tried once.
 void ScriptSession::CloseAdopted() {
-  http_.Forget();
-  if (Interrupted() || budget_.IsBelow(kLastWait)) Hurry();
+  milliseconds within = end_ ? TimeLeft() : milliseconds(0);
+  if (Interrupted() || (end_ && within < kLastWait)) within = kLastWait;
   try {
-    ThrowIfFailed(model_->CloseUserSession(), model_.get(), IConnectionModel::kIid);
-  } catch (const _com_error& error) {
-    throw ExplainFailure(Phase::kClose, error, http_.Note());
+    Translated([&] { session_->Close(within); });
+  } catch (const Failure&) {
+    LeaveOpen();
+    throw;
   }
 }
 
-// A session is closed even if there is no time left.
-void ScriptSession::Hurry() {
-  HttpOptions hurried = settings_.http;
-  hurried.connectTimeout = AtMost(hurried.connectTimeout, kLastWait);
-  hurried.idleTimeout = AtMost(hurried.idleTimeout, kLastWait);
-  SetThreadHttpOptions(hurried, nullptr);
-  budget_ = TimeBudget(kLastWait);
+void ScriptSession::LeaveOpen() {
+  session_->Release();
+}
+
+std::vector<std::string> ScriptSession::Warnings() const {
+  std::vector<std::string> warnings = refusedUploads_;
+  if (trace_ && !trace_->IsComplete())
+    warnings.push_back("the trace " + trace_->Path() + " could not be written in full");
+  return warnings;
 }
 
 }  // namespace qv::cli

@@ -1,82 +1,58 @@
-// One session on one server, through the library's public interfaces only.
+// One session on one server, as a command uses it.
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "qvscriptwells/http_component.h"
-#include "qvscriptwells/objects.h"
-#include "qvscriptwells/simple_host.h"
-#include "qvscriptwells/xml_library_hold.h"
-#include "tools/report/failure.h"
-#include "tools/transfer/reporting_http.h"
-#include "tools/transfer/time_budget.h"
+#include "scriptwells/session.h"
+#include "tools/transfer/session_settings.h"
+#include "tools/transfer/trace_file.h"
 #include "tools/transfer/transfer_progress.h"
-#include "tools/values/parameter_text.h"
 
 namespace qv::cli {
 
-// All texts are UTF-8 and checked already. The destructor clears the secrets of each copy.
-struct SessionSettings {
-  std::string server;
-  std::string proxy;
-  std::string user;
-  std::string password;
-  std::string replica;
-  std::string usid;  // of a session to use; empty: a new one is opened
-  // The total time is that of the whole session. replaceFiles also allows names that begin with ".".
-  HttpOptions http;
-  bool showProgress = false;  // of long transfers, if standard error is a terminal
-
-  ~SessionSettings();
-};
-
-// Every operation throws Failure. One object per program run, on the main thread: destroying a connection
-// model unregisters the library's value types.
+// Every operation throws Failure. The total time of the settings begins with the object.
 class ScriptSession {
  public:
   explicit ScriptSession(const SessionSettings& settings);
-  // Does not close the session: the caller does, and sees whether that worked.
-  ~ScriptSession();
   ScriptSession(const ScriptSession&) = delete;
   ScriptSession& operator=(const ScriptSession&) = delete;
 
   // Opens a session, or uses that of the settings without a request.
   void Open();
-  Variant Execute(const std::string& language, const std::string& script,
-                  const std::vector<ScriptParameter>& parameters);
-  // `url` is what CheckDocument returned for `file`; failures name `file`.
-  Variant ExecuteDocument(const std::string& url, const std::string& file,
-                          const std::vector<ScriptParameter>& parameters);
-  // Downloads `url` into `directory` (from CheckFileUrl and CheckTargetDirectory), under the name that the
-  // server gives. Returns the file's native path.
+  scriptwells::Value Run(const std::string& script, const scriptwells::Arguments& arguments);
+  scriptwells::Value RunDocument(const std::string& file, const scriptwells::Arguments& arguments);
+  // Returns the file's native path.
   std::string Download(const std::string& url, const std::string& directory);
-  // Uploads that the server answered with an error status. The calls went on.
-  const std::vector<RefusedUpload>& RefusedUploads() const noexcept { return http_.RefusedUploads(); }
   // Closes the session that Open opened; nothing happens for an adopted one. After an interrupt, and when the
   // session's time is over, this takes at most 2 seconds.
   void Close();
   // Closes the session of the settings.
   void CloseAdopted();
+  // The session stays open: the destructor does not close it.
+  void LeaveOpen();
+
   // The id of the session that Open opened.
-  std::string Id() const { return ToUtf8(Session().usid); }
+  std::string Id() const { return session_->Id(); }
+  // What calls went on without: an upload that the server refused, a trace that could not be written.
+  std::vector<std::string> Warnings() const;
 
  private:
-  void SetServer();
-  Failure ExplainOpening(const _com_error& error) const;
-  SimpleHostSession Session() const;
-  void CheckSessionId() const;
-  void Hurry();
-  WideString ConnectionText() const;
+  scriptwells::Options Options();
+  void Look(const scriptwells::Exchange& exchange);
+  scriptwells::RunOptions WithinTimeLeft() const;
+  std::chrono::milliseconds TimeLeft() const;
+  template <class Call>
+  auto Called(const Call& call);
 
-  SessionSettings settings_;
-  XmlLibraryHold hold_;
-  TimeBudget budget_;
+  const SessionSettings& settings_;
+  std::optional<std::chrono::steady_clock::time_point> end_;  // of the total time
   TransferProgress progress_;
-  ReportingHttp http_;
-  IQvClientServicesPtr services_;
-  IQvScriptwellsPtr client_;
-  IConnectionModelPtr model_;  // null before Open
+  std::optional<TraceFile> trace_;
+  std::vector<std::string> refusedUploads_;
+  std::optional<scriptwells::Session> session_;  // last: it uses the members above until its end
 };
 
 }  // namespace qv::cli

@@ -3,18 +3,10 @@
 
 #include <functional>
 
-#include "tools/input/parsed_options.h"
 #include "tools/report/reporter.h"
 #include "tools/transfer/script_session.h"
 
 namespace qv::cli {
-
-// Whether an HTTP header can hold the text. A session's id is sent in one.
-bool IsHeaderValue(const std::string& text);
-
-// Checks proxy, user, replica, session id, certificates and times; the caller sets server and password.
-// Throws Failure (kLocal).
-SessionSettings CheckSettings(const SessionOptions& options);
 
 using SessionWork = std::function<void(ScriptSession&)>;
 
@@ -24,5 +16,8 @@ void InSession(const SessionSettings& settings, const Reporter& reporter, const 
 
 // The same, but the session stays open unless there is a failure.
 void LeaveSessionOpen(const SessionSettings& settings, const Reporter& reporter, const SessionWork& work);
+
+// Closes the session of the settings, which is open already. Throws Failure.
+void CloseSession(const SessionSettings& settings, const Reporter& reporter);
 
 }  // namespace qv::cli

@@ -7,8 +7,6 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "tools/system/interrupt.h"
-
 namespace qv::cli {
 
 namespace {
@@ -55,36 +53,25 @@ TransferProgress::~TransferProgress() {
   line_.Clear();
 }
 
-void TransferProgress::FileBegins(const std::string& path) noexcept {
+void TransferProgress::Update(const scriptwells::Progress& progress) noexcept {
   try {
-    meter_.Begin(path.substr(path.rfind('/') + 1));
-  } catch (...) {  // the transfer goes on without a name
+    Show(progress);
+  } catch (...) {  // the transfer goes on without its line
   }
 }
 
-void TransferProgress::TransferEnds() noexcept {
+void TransferProgress::End() noexcept {
+  file_.clear();
   meter_.Begin({});
   line_.Clear();
 }
 
-HRESULT TransferProgress::QueryInterface(const Guid& iid, void** object) noexcept {
-  if (object == nullptr) return E_POINTER;
-  *object = nullptr;
-  if (iid != IUnknown::kIid && iid != IHttpProgress::kIid) return E_NOINTERFACE;
-  *object = static_cast<IHttpProgress*>(this);
-  return S_OK;
-}
-
-HRESULT TransferProgress::OnProgress(bool sending, std::int64_t done, std::int64_t total) noexcept {
-  try {
-    if (show_) Show(sending, done, total);
-  } catch (...) {  // the transfer goes on without its line
+void TransferProgress::Show(const scriptwells::Progress& progress) {
+  if (progress.file != file_) {
+    file_ = progress.file;
+    meter_.Begin(file_.substr(file_.rfind('/') + 1));
   }
-  return Interrupted() ? S_FALSE : S_OK;
-}
-
-void TransferProgress::Show(bool sending, std::int64_t done, std::int64_t total) {
-  const ProgressMeter::Act act = meter_.Update(sending, done, total, Now());
+  const ProgressMeter::Act act = meter_.Update(progress.sending, progress.done, progress.total, Now());
   if (act == ProgressMeter::Act::kDraw) line_.Draw(ProgressLine(meter_.State(), line_.Columns()));
   if (act == ProgressMeter::Act::kClear) line_.Clear();
 }

@@ -1,9 +1,9 @@
-// Observes every transfer of the library: stops it after Ctrl-C, and shows its progress on a terminal.
+// Shows the progress of transfers on a terminal.
 #pragma once
 
 #include <string>
 
-#include "qvscriptwells/http_component.h"
+#include "scriptwells/options.h"
 #include "tools/transfer/progress_meter.h"
 
 namespace qv::cli {
@@ -26,8 +26,7 @@ class TerminalLine {
   bool drawn_ = false;
 };
 
-// An object on the stack, which must outlive all transfers; so its reference count does nothing.
-class TransferProgress final : public IHttpProgress {
+class TransferProgress {
  public:
   // Shows progress on standard error, if that is a terminal and `show` is set.
   explicit TransferProgress(bool show);
@@ -35,22 +34,18 @@ class TransferProgress final : public IHttpProgress {
   TransferProgress(const TransferProgress&) = delete;
   TransferProgress& operator=(const TransferProgress&) = delete;
 
-  // The next transfer is that of the file at `path`.
-  void FileBegins(const std::string& path) noexcept;
+  bool IsShown() const noexcept { return show_; }
+  void Update(const scriptwells::Progress& progress) noexcept;
   // The transfer has ended, with or without success: clears the line.
-  void TransferEnds() noexcept;
-
-  HRESULT QueryInterface(const Guid& iid, void** object) noexcept override;
-  std::uint32_t AddRef() noexcept override { return 2; }
-  std::uint32_t Release() noexcept override { return 1; }
-  HRESULT OnProgress(bool sending, std::int64_t done, std::int64_t total) noexcept override;
+  void End() noexcept;
 
  private:
-  void Show(bool sending, std::int64_t done, std::int64_t total);
+  void Show(const scriptwells::Progress& progress);
 
   TerminalLine line_;
   bool show_;
   ProgressMeter meter_;
+  std::string file_;  // of the transfer that is shown
 };
 
 }  // namespace qv::cli

@@ -18,6 +18,7 @@
 
 #include "components/http/http_error.h"
 #include "components/http/sigpipe_guard.h"
+#include "components/http/wire_tap.h"
 
 namespace qv {
 namespace {
@@ -55,6 +56,11 @@ long LastError(CURL* handle) noexcept {
   long error = 0;
   curl_easy_getinfo(handle, CURLINFO_OS_ERRNO, &error);
   return error;
+}
+
+bool HasReachedServer(CURL* handle) noexcept {
+  long port = 0;
+  return curl_easy_getinfo(handle, CURLINFO_LOCAL_PORT, &port) == CURLE_OK && port > 0;
 }
 
 void SetText(CURL* handle, CURLoption option, const char* text) {
@@ -179,7 +185,11 @@ void Connection::Perform(const TransferWatch& watch) {
     curl_easy_setopt(handle_.get(), CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(time));
     code = curl_easy_perform(handle_.get());
   } while (code == CURLE_COULDNT_CONNECT && LastError(handle_.get()) == EINTR);
-  if (code != CURLE_OK) ThrowCurl(code, words_);
+  if (code == CURLE_OK) return;
+  WireTap* const tap = ThreadWireTap();
+  if (tap != nullptr && endpoint_.secure && endpoint_.proxy.empty() && HasReachedServer(handle_.get()))
+    tap->OnHandshakeFailed();
+  ThrowCurl(code, words_);
 }
 
 // In a forked child the socket is the parent's too: what libcurl says in farewell must not reach the server.

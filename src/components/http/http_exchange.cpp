@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "components/http/http_error.h"
+#include "components/http/wire_tap.h"
 
 namespace qv {
 namespace {
@@ -14,6 +15,13 @@ namespace {
 constexpr std::size_t kReportedPiece =
     std::size_t{64} * 1024;  // sent between two notifications of a listener
 constexpr std::size_t kHeadOnly = 0;
+
+// The head that was fed with these bytes, of which it took `size`.
+void ShowHead(const HeadReader& reader, std::string_view bytes, std::size_t size) {
+  WireTap* const tap = ThreadWireTap();
+  if (tap != nullptr) tap->OnAnswerBytes(bytes.substr(0, size));
+  if (tap != nullptr && reader.IsComplete()) tap->OnAnswer(reader.Head());
+}
 
 }  // namespace
 
@@ -88,13 +96,23 @@ bool HttpExchange::TakeEarlyAnswer() noexcept {
 }
 
 bool HttpExchange::FeedHead() {
-  connection_->Take(reader_.Feed(connection_->Buffered()));
+  const std::string_view bytes = connection_->Buffered();
+  std::size_t used = bytes.size();  // of a head that is rejected, too
+  try {
+    used = reader_.Feed(bytes);
+  } catch (...) {
+    ShowHead(reader_, bytes, used);
+    throw;
+  }
+  ShowHead(reader_, bytes, used);
+  connection_->Take(used);
   if (!reader_.IsUnderWay()) watch_.Rate().Stop();
   return reader_.IsComplete();
 }
 
 void HttpExchange::ReceiveHead() {
   watch_.Rate().Stop();  // the server may take its time to process the request
+  if (WireTap* const tap = ThreadWireTap()) tap->OnSent();
   while (!reader_.IsComplete()) {
     ReceiveMore();
     FeedHead();
@@ -129,6 +147,7 @@ std::string_view HttpExchange::NextBody(std::size_t most) {
     connection_->Take(framing_.Take(connection_->Buffered(), most, &data));
     if (data.empty()) continue;
     bodyDone_ += static_cast<std::int64_t>(data.size());
+    if (WireTap* const tap = ThreadWireTap()) tap->OnAnswerBody(data);
     watch_.Report(false, bodyDone_, framing_.Announced());
     return data;
   }

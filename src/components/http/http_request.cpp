@@ -10,6 +10,7 @@
 #include "components/http/source_file.h"
 #include "components/http/target_file.h"
 #include "components/http/text_codec.h"
+#include "components/http/wire_tap.h"
 
 namespace qv {
 namespace {
@@ -26,7 +27,7 @@ std::int32_t CutTo32(std::int64_t count) noexcept {
 }
 
 HRESULT ReportFailure() noexcept {
-  return ReportCurrentException(IHttpRequest::kIid);
+  return TappedFailure(ReportCurrentException(IHttpRequest::kIid));
 }
 
 }  // namespace
@@ -102,6 +103,7 @@ void HttpRequest::CheckedSend(std::u16string_view body, std::u16string_view extr
   head.view().copy(start, head.size());
   BeginExchange();
   try {
+    if (WireTap* const tap = ThreadWireTap()) tap->OnRequest(head.view(), {wire.Text(), wire.size});
     exchange_->Send({start, head.size() + wire.size}, head.size());
     exchange_->ReceiveHead();
   } catch (...) {
@@ -124,6 +126,7 @@ void HttpRequest::CheckedSendFile(const WideString& path) {
   const SecretBytes head = head_.Text(file.Size());
   BeginExchange();
   try {
+    if (WireTap* const tap = ThreadWireTap()) tap->OnFileRequest(head.view(), path);
     exchange_->SendFile(head.view(), file);
     exchange_->ReceiveHead();
   } catch (...) {
@@ -189,6 +192,8 @@ HRESULT HttpRequest::ReadToFile(const WideString& path, std::int32_t* count) noe
 }
 
 std::int64_t HttpRequest::CheckedReadToFile(const WideString& path) {
+  WireTap* const tap = ThreadWireTap();
+  if (tap != nullptr && !tap->MaySave(path)) throw HttpFailure(E_FAIL, "The file is refused");
   TargetFile target(path, options_.replaceFiles);
   const std::int64_t before = exchange_->BodyDone();
   try {

@@ -9,6 +9,7 @@
 #include "components/http/http_request.h"
 #include "components/http/http_syntax.h"
 #include "components/http/thread_options.h"
+#include "components/http/wire_tap.h"
 #include "qvscriptwells/error_info.h"
 
 namespace qv {
@@ -27,15 +28,31 @@ void CheckVerb(std::u16string_view verb) {
 }
 
 HRESULT ReportFailure() noexcept {
-  return ReportCurrentException(IHttpSession::kIid);
+  return TappedFailure(ReportCurrentException(IHttpSession::kIid));
 }
 HRESULT ReportOptionsFailure() noexcept {
   return ReportCurrentException(IHttpOptions::kIid);
 }
 
+// The proxy to use.
+WideString AnnounceOpening(const WideString& protocol, const WideString& host, std::uint16_t port,
+                           WideString proxy) {
+  WireTap* const tap = ThreadWireTap();
+  if (tap != nullptr && !tap->OnOpen(protocol, host, port, &proxy)) ThrowCurl(CURLE_ABORTED_BY_CALLBACK);
+  return proxy;
+}
+
+void AnnounceConnection(bool isKept) {
+  if (WireTap* const tap = ThreadWireTap()) tap->OnConnected(isKept);
+}
+
 }  // namespace
 
 HttpSession::HttpSession() {
+  if (WireTap* const tap = ThreadWireTap()) {
+    tap->SetUp(&options_, &progress_);
+    return;
+  }
   ThreadHttpOptions given = CurrentThreadHttpOptions();
   options_ = given.options;
   progress_ = std::move(given.progress);
@@ -49,7 +66,8 @@ HRESULT HttpSession::Open(const WideString& protocol, const WideString& host, st
                           const WideString&, const WideString&, const WideString& proxy) noexcept {
   return GuardedBy(ReportFailure, [&] {
     const HttpSessionPtr keepAlive(this);
-    CheckedOpen(Endpoint::FromArguments(protocol, host, port, proxy));
+    const WideString used = AnnounceOpening(protocol, host, port, proxy);
+    CheckedOpen(Endpoint::FromArguments(protocol, host, port, used));
   });
 }
 
@@ -71,7 +89,7 @@ void HttpSession::CheckedOpen(Endpoint endpoint) {
 void HttpSession::Connect(TransferWatch& watch) {
   ConnectionPool* pool = ConnectionPool::OfThisThread();
   if (pool != nullptr) connection_ = pool->Take(endpoint_);
-  if (connection_ != nullptr) return;
+  if (connection_ != nullptr) return AnnounceConnection(true);
   connecting_ = true;
   try {
     connection_ = std::make_unique<Connection>(endpoint_, watch);
@@ -80,6 +98,7 @@ void HttpSession::Connect(TransferWatch& watch) {
     connecting_ = false;
     throw;
   }
+  AnnounceConnection(false);
 }
 
 HRESULT HttpSession::Close() noexcept {
@@ -95,6 +114,7 @@ void HttpSession::CheckedClose() {
   open_ = false;
   if (borrower_ != nullptr) borrower_->End();
   Keep(std::move(connection_));
+  if (WireTap* const tap = ThreadWireTap()) tap->OnClose();
 }
 
 HRESULT HttpSession::OpenRequest(const WideString& verb, const WideString& path, const WideString&,

@@ -99,6 +99,15 @@ TEST_F(OtherOptions, ServeTakesItsOptions) {
   EXPECT_EQ(usual.scriptTimeoutSeconds, 5);
   EXPECT_EQ(usual.scriptMemoryMegabytes, 256);
   EXPECT_EQ(usual.home, "");
+  EXPECT_FALSE(usual.json || usual.control || usual.untilEof);
+}
+
+TEST_F(OtherOptions, ServeTakesWhatTestsNeed) {
+  const ParsedArguments parsed = Parsed(Command::kServe, "serve --json --control --until-eof");
+  EXPECT_TRUE(parsed.json && parsed.serve.json && parsed.serve.control && parsed.serve.untilEof);
+  EXPECT_FALSE(Serve("serve --json").control);
+  EXPECT_EQ(Refusal("serve --control"),
+            "--control needs --json, which prints the secret address|scriptwells serve --help");
 }
 
 TEST_F(OtherOptions, ServeIsChecked) {

@@ -55,6 +55,13 @@ TEST_F(RunOptionsTest, EveryOptionIsTaken) {
   EXPECT_EQ(run.caFile, "ca.pem");
   EXPECT_EQ(run.certificateFile, "me.pem");
   EXPECT_EQ(run.keyFile, "key.pem");
+  EXPECT_EQ(run.traceFile, "");
+  const RunOptions traced = Run("run -e 1 --local --trace - --trace-secrets");
+  EXPECT_EQ(traced.traceFile, "-");
+  EXPECT_TRUE(traced.traceSecrets);
+  EXPECT_EQ(Download("download u --trace t").traceFile, "t");
+  EXPECT_EQ(Session("session open --server http://h --trace t").traceFile, "t");
+  EXPECT_EQ(Session("session close --server http://h --usid x --trace t").traceFile, "t");
 }
 
 TEST_F(RunOptionsTest, Defaults) {
@@ -126,6 +133,7 @@ TEST_F(RunOptionsTest, ContradictionsAreRefused) {
                "give --password-file or --password-stdin, not both"},
               {"- --local --password-stdin", "standard input cannot hold both the script and the password"},
               {"-e 1 --local --key key.pem", "--key needs --cert, whose key it is"},
+              {"-e 1 --local --trace-secrets", "--trace-secrets needs --trace"},
               {"-e 1 --local --usid x", "a session of --local ends with it; use --usid with --server"},
               {"-e 1 --local --json -o text", "give --json or another --output, not both"},
               {"-e 1 --local --json -o table", "give --json or another --output, not both"},

@@ -1,8 +1,7 @@
-// Times on the command line, and the time that is left of all requests together.
+// Times on the command line.
 #include "tools/options/time_span.h"
 
 #include "tests/tools/options_fixture.h"
-#include "tools/transfer/time_budget.h"
 
 namespace qv::cli {
 namespace {
@@ -49,17 +48,6 @@ TEST_F(TimeOptions, OtherTextsAreRefused) {
   for (const char* time : {"-1", "25h"})
     EXPECT_EQ(Refusal("run -e 1 --local --max-time", {time}),
               "--max-time must be between 0 and 86400 seconds|scriptwells run --help");
-}
-
-TEST(TimeBudget, LeftIsTheTimeThatHasNotPassed) {
-  const TimeBudget budget(3'600'000);
-  EXPECT_LE(budget.Left(), 3'600'000);
-  EXPECT_GT(budget.Left(), 1);
-  EXPECT_FALSE(budget.IsBelow(1));
-  EXPECT_EQ(TimeBudget(0).Left(), 0);  // no limit
-  EXPECT_FALSE(TimeBudget(0).IsBelow(2000));
-  EXPECT_EQ(TimeBudget(1).Left(), 1);
-  EXPECT_TRUE(TimeBudget(1).IsBelow(2000));
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <clocale>
 
 #include "tools/output/cell_width.h"
-#include "tools/report/unsafe_characters.h"
 
 namespace qv::cli {
 namespace {
@@ -105,12 +104,6 @@ TEST_F(CellWidth, IsThatOfTheCharactersOrTheirEscapes) {
         "\xE2\x80\xAD", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xE2\x81\xA7", "\xE2\x81\xA8", "\xE2\x81\xA9",
         "\xEF\xBB\xBF", "\xD8\x9C", "\xE2\x80\xA8", "\xE2\x80\xA9"})
     EXPECT_EQ(ShownWidth(text), 6U) << text;
-}
-
-TEST_F(CellWidth, EscapesOfFormatCharacters) {
-  EXPECT_EQ(EscapeFormatCharacters("a\xE2\x80\xAE.b\xD8\x9C"), "a\\u202e.b\\u061c");
-  for (const char* text : {"caf\xC3\xA9 \xE2\x80\xA6\n\xF0\x9F\x98\x80", "\xE2\x80", "\xE2", "\xE2\x80z\xEF"})
-    EXPECT_EQ(EscapeFormatCharacters(text), text);
 }
 
 struct CutRow {

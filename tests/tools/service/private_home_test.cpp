@@ -1,11 +1,10 @@
-// The home directory of a process alone: what it holds, and that nothing is left of it.
+// The temporary home directory: what it holds, and that nothing is left of it.
 #include "tools/service/private_home.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 
 #include "fixtures/environment.h"
@@ -23,19 +22,14 @@ class PrivateHomeTest : public ::testing::Test {
   }
 
   TemporaryDirectory folder_;
-  TemporaryDirectory usual_;
-  std::string none_ = usual_.Write("none.reg", testing::kNoHome);
   EnvironmentVariable temp_{"TEMP", folder_.Path().c_str()};
-  EnvironmentVariable registry_{"QV_REGISTRY", none_.c_str()};
 };
 
-TEST_F(PrivateHomeTest, IsTheHomeDirectoryDuringItsLifetime) {
-  EXPECT_EQ(HomeDirectory(), "");
+TEST_F(PrivateHomeTest, HoldsTheUploadScriptsDuringItsLifetime) {
   {
     const PrivateHome home;
     EXPECT_TRUE(IsInFolder(home)) << home.Path();
-    EXPECT_EQ(HomeDirectory(), home.Path());
-    EXPECT_NO_THROW(CheckUploadScripts());
+    EXPECT_TRUE(HasUploadScripts(home.Path()));
     for (const char* script : {"UploadScript.xml", "UploadScriptWithoutTicketdId.xml"})
       EXPECT_TRUE(std::filesystem::is_regular_file(home.Path() + "/ClientScripts/" + script));
     struct stat facts = {};
@@ -43,17 +37,6 @@ TEST_F(PrivateHomeTest, IsTheHomeDirectoryDuringItsLifetime) {
     EXPECT_EQ(facts.st_mode & 0777, 0700U);
   }
   EXPECT_EQ(folder_.Count(), 0);
-  EXPECT_EQ(HomeDirectory(), "");
-  EXPECT_EQ(std::getenv("QV_REGISTRY"), none_);
-}
-
-TEST_F(PrivateHomeTest, RemovesAVariableThatWasNotSet) {
-  registry_.Set(nullptr);
-  {
-    const PrivateHome home;
-    EXPECT_EQ(std::getenv("QV_REGISTRY"), home.Path() + "/registry.reg");
-  }
-  EXPECT_EQ(std::getenv("QV_REGISTRY"), nullptr);
 }
 
 TEST_F(PrivateHomeTest, IsNotInATemporaryDirectoryThatTheLibraryCannotRead) {

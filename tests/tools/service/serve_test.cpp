@@ -7,6 +7,8 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <nlohmann/json.hpp>
+#include <regex>
 
 #include "tests/tools/process.h"
 #include "tests/tools/refusal.h"
@@ -196,6 +198,66 @@ TEST_F(ServeHome, UnusableHomeEndsTheService) {
   Command("serve --install-home").Fails(6, "no home directory is known; --install-home needs --home DIR");
   Name("/proc/self");
   Command("serve --install-home").FailsLike(6, "the upload scripts are not in place: ");
+}
+
+class ServeForPrograms : public ServeHome {
+ protected:
+  // The line of --json, with the port and the token as "PORT" and "TOKEN".
+  static std::string Hidden(const std::string& line) {
+    return std::regex_replace(std::regex_replace(line, std::regex(R"(1:\d+)"), "1:PORT"),
+                              std::regex("[0-9a-f]{32}"), "TOKEN");
+  }
+  static std::string HomeIn(const std::string& line) {
+    return nlohmann::json::parse(line).at("home").get<std::string>();
+  }
+};
+
+TEST_F(ServeForPrograms, JsonHasAddressAndHome) {
+  Name("");
+  Process plain(Command("serve --json"));
+  EXPECT_EQ(Hidden(plain.ReadLine()), R"({"url":"http://127.0.0.1:PORT","home":null})");
+  plain.Signal(SIGTERM);
+  plain.Finish().Succeeds("",
+                          "{\"note\":\"scripts and downloads work; clients on this machine cannot upload "
+                          "files: no home directory is known (serve --home DIR lends one, with "
+                          "--install-home permanently)\"}");
+  Process lent(Command("serve --json --home " + home_));
+  EXPECT_EQ(Hidden(lent.ReadLine()), R"({"url":"http://127.0.0.1:PORT","home":")" + home_ + "\"}");
+  lent.Signal(SIGTERM);
+  EXPECT_EQ(lent.Finish().exit, 0);
+  Command("serve --json --users-file /nonexistent/users")
+      .Fails(6, R"({"error":{"kind":"not run","message":"cannot read the users file )"
+                R"(/nonexistent/users: No such file or directory","exit":6}})");
+}
+
+TEST_F(ServeForPrograms, ControlComesWithAHomeOfItsOwn) {
+  Name("/elsewhere");
+  Process service(Command("serve --json --control").Set("TMP", folder_.Path()).Set("TEMP", ""));
+  const std::string line = service.ReadLine();
+  const std::string home = HomeIn(line);
+  EXPECT_EQ(Hidden(line), R"({"url":"http://127.0.0.1:PORT","home":")" + home +
+                              R"(","control":"http://127.0.0.1:PORT/control/TOKEN"})");
+  EXPECT_TRUE(StartsWith(home, folder_.Path())) << home;
+  EXPECT_TRUE(std::filesystem::exists(home + "/ClientScripts/UploadScript.xml"));
+  service.Signal(SIGTERM);
+  EXPECT_EQ(service.Finish().exit, 0);
+  EXPECT_FALSE(std::filesystem::exists(home));
+}
+
+TEST_F(ServeForPrograms, ControlLeavesAGivenHomeInPlace) {
+  Process service(Command("serve --json --control --home " + home_));
+  EXPECT_EQ(HomeIn(service.ReadLine()), home_);
+  service.Signal(SIGTERM);
+  EXPECT_EQ(service.Finish().exit, 0);
+  ExpectScripts();
+}
+
+TEST_F(ServeForPrograms, EndOfInputEndsTheServiceIfAsked) {
+  Process service(Command("serve --json --control --until-eof"));
+  const std::string home = HomeIn(service.ReadLine());
+  EXPECT_EQ(service.Finish("this is dropped").exit, 0);
+  EXPECT_FALSE(std::filesystem::exists(home));
+  Command("serve --until-eof").Close({0}).Run();  // returns
 }
 
 }  // namespace

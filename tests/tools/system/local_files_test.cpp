@@ -7,11 +7,8 @@
 
 #include "fixtures/current_directory.h"
 #include "fixtures/temporary_directory.h"
-#include "qvscriptwells/com_call.h"
-#include "qvscriptwells/create_objects.h"
 #include "tests/tools/refusal.h"
 #include "tests/tools/words.h"
-#include "tools/values/parameter_text.h"
 
 namespace qv::cli {
 namespace {
@@ -23,9 +20,6 @@ std::string Unreadable(const std::string& file) {
 }
 std::string UnusableTarget(const std::string& directory) {
   return RefusalOf([&] { CheckTargetDirectory(directory); });
-}
-std::string RefusedParameter(const std::string& text) {
-  return RefusalOf([&] { ParseParameter(text); });
 }
 
 class LocalFiles : public ::testing::Test {
@@ -70,34 +64,6 @@ TEST_F(LocalFiles, UnusableTargetDirectoryIsRejected) {
   for (const auto& [directory, message] : rows) EXPECT_EQ(UnusableTarget(directory), message);
   // The kernel's own directories take no files, not even from the superuser, but the reasons differ.
   EXPECT_TRUE(testing::StartsWith(UnusableTarget("/proc/self"), "cannot save into /proc/self: "));
-}
-
-TEST_F(LocalFiles, FileParameterHoldsTheAbsolutePath) {
-  const std::string path = folder_.Write("a b:c=d.txt", "text");
-  const CurrentDirectory inside(folder_.Path());
-  const ScriptParameter parameter = ParseParameter("doc=file:a b:c=d.txt");
-  EXPECT_EQ(parameter.name, "doc");
-  EXPECT_TRUE(IsFileParameter(parameter.value));
-  EXPECT_TRUE(parameter.notes.empty());
-  const IAttachedFilePtr file = As<IAttachedFile>(parameter.value.Object());
-  ASSERT_TRUE(file);
-  WideString name;
-  ASSERT_EQ(file->get_Filename(&name), S_OK);
-  EXPECT_EQ(ToUtf8(name), path);
-}
-
-TEST_F(LocalFiles, FileParameterIsCheckedAtOnce) {
-  const std::string odd = folder_.Write("a\\b", "text");
-  const std::pair<std::string, std::string> rows[] = {
-      {missing_, "cannot read the file " + missing_ + ": No such file or directory"},
-      {"", "the file has no name"},
-      {odd, "the path " + odd + " holds '\\', which the library takes for '/'; rename or copy the file"},
-  };
-  for (const auto& [file, reason] : rows)
-    EXPECT_EQ(RefusedParameter("doc=file:" + file), "parameter 'doc': " + reason);
-  EXPECT_FALSE(IsFileParameter(ParseParameter("a=string:/etc/passwd").value));
-  EXPECT_FALSE(IsFileParameter(ParseParameter("a=duration:P1D").value));
-  EXPECT_FALSE(IsFileParameter(Variant()));
 }
 
 }  // namespace

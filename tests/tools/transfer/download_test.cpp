@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "tests/tools/transfer_server.h"
-#include "tools/transfer/saved_name.h"
 
 namespace qv::cli {
 namespace {
@@ -166,44 +165,6 @@ TEST_F(DownloadCommandTest, InterruptLeavesNoFileAndClosesTheSession) {
   process.Finish().Fails(130, "interrupted");
   EXPECT_EQ(folder_.Count(), 0);
   EXPECT_TRUE(WasClosed());
-}
-
-TEST(FileNameIn, IsTheTextAfterTheLastEqualsSign) {
-  const std::pair<const char*, std::optional<std::string>> rows[] = {
-      {"attachment; filename=a.txt", "a.txt"},
-      {"attachment; a=b; filename=c d.txt", "c d.txt"},
-      {"attachment; filename=", ""},
-      // Of two adjacent signs the second belongs to the name.
-      {"attachment; filename==a.txt", "=a.txt"},
-      {"attachment; filename===", ""},
-      {"a==", "="},
-      {"", std::nullopt},
-      {"attachment", std::nullopt},
-      {"=a.txt", std::nullopt}};
-  for (const auto& [header, name] : rows) EXPECT_EQ(FileNameIn(header), name) << header;
-}
-
-TEST(LeavesDirectory, NamesOfOtherPlaces) {
-  for (const char* name : {"", ".", "..", "../x", "/x", "a\\b"}) EXPECT_TRUE(LeavesDirectory(name)) << name;
-  EXPECT_TRUE(LeavesDirectory(std::string("a\0b", 3)));
-  for (const char* name : {"a", "...", ".a", "=a.txt", "a b"}) EXPECT_FALSE(LeavesDirectory(name)) << name;
-}
-
-TEST(FaultOfName, UnsafeAndHiddenNamesAreFaults) {
-  for (const bool savesHidden : {false, true}) {
-    EXPECT_EQ(FaultOfName("a.txt", savesHidden), NameFault::kNone);
-    EXPECT_EQ(FaultOfName("\x1b]0;x\x07.txt", savesHidden), NameFault::kUnsafe);
-    // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
-    EXPECT_EQ(FaultOfName("cod\xE2\x80\xAEtxt.exe", savesHidden), NameFault::kUnsafe);
-  }
-  EXPECT_STREQ(ReasonOf(NameFault::kUnsafe), "it holds a control character");
-  EXPECT_STREQ(ReasonOf(NameFault::kNone), "");
-  for (const char* name : {".bashrc", "...", ".a"}) {
-    EXPECT_EQ(FaultOfName(name, false), NameFault::kHidden) << name;
-    EXPECT_EQ(FaultOfName(name, true), NameFault::kNone) << name;
-  }
-  EXPECT_EQ(FaultOfName("a.", false), NameFault::kNone);
-  EXPECT_STREQ(ReasonOf(NameFault::kHidden), "it begins with '.' (--force saves it)");
 }
 
 }  // namespace

@@ -78,13 +78,11 @@ TEST_F(Upload, UnusableHomeIsExplainedBeforeAnythingIsSent) {
 
 // The script comes late, so that the file can be removed after it was checked.
 TEST_F(Upload, FileThatIsRemovedIsALocalFailure) {
-  AnswerCalls({Address()});
-  Answer({SessionClosed()});
+  AnswerCalls({});
   Process process(Command("-", "-p n=double:3.14159265"));
   EXPECT_EQ(process.ReadErrorLine(), "scriptwells: note: parameter 'n' travels with 6 significant digits");
   std::filesystem::remove(file_);
-  process.Finish("1").Fails(6,
-                            "the upload failed: Couldn't open file " + file_ + ": No such file or directory");
+  process.Finish("1").Fails(6, "cannot read the file " + file_ + ": No such file or directory");
   EXPECT_TRUE(WasClosed());
 }
 

@@ -1,0 +1,4 @@
+// The whole library.
+#pragma once
+
+#include "scriptwells/session.h"

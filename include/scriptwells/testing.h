@@ -1,0 +1,69 @@
+// A development service for the tests of a program: starts the installed service as a child process.
+//
+//   scriptwells::DevelopmentService service;
+//   scriptwells::Session session = service.Connect();
+//
+// In the archive of QvScriptwells::testing. The service ends with the object, or with this process. The console of
+// its scripts is lost. Failure: throws Error, of the phase kLocalFile if the service is not installed or does not
+// start. Threads: one at a time per object.
+#pragma once
+
+#include <map>
+
+#include "scriptwells/session.h"
+
+namespace scriptwells {
+
+struct ServiceOptions {
+  // Empty: the variable SCRIPTWELLS_PROGRAM, then `scriptwells` in PATH.
+  std::filesystem::path program;
+  // Empty: everybody may open a session.
+  std::vector<Credentials> users;
+};
+
+// A request that the service saw.
+struct SeenRequest {
+  std::string method, target;
+  std::string action;  // "Execute"; empty for one that is not SOAP
+  std::string body;
+};
+
+// A fault for one request that comes next. After the first two kinds nothing is run.
+struct OrderedFault {
+  enum class Kind {
+    kFault,      // a fault of the protocol, with number and text
+    kStatus,     // the HTTP status `number`, with `text` as body
+    kCutAnswer,  // the connection closes in the middle of the answer
+    kSilence,    // `number` milliseconds until the answer
+  };
+  Kind kind = Kind::kFault;
+  std::uint32_t number = 5;
+  std::string text;
+  std::string action = "Execute";  // of the request; empty for any
+};
+
+class DevelopmentService {
+ public:
+  explicit DevelopmentService(const ServiceOptions& options = {});
+  ~DevelopmentService();
+  DevelopmentService(DevelopmentService&& other) noexcept;
+  DevelopmentService& operator=(DevelopmentService&& other) noexcept;
+
+  const std::string& Url() const noexcept;
+  // A directory with the service's upload scripts, for Options::homeDirectory.
+  const std::filesystem::path& HomeDirectory() const noexcept;
+  // A session for the first user; the home directory is set.
+  Session Connect(Options options = {}) const;
+
+  // How many requests the service saw, by action ("Execute", ...), since its start.
+  std::map<std::string, std::int64_t> Counts() const;
+  // The last requests, the oldest first; at most 1000 of at most 1 MB.
+  std::vector<SeenRequest> Requests() const;
+  void Order(const OrderedFault& fault);
+
+ private:
+  class Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace scriptwells

@@ -1,0 +1,137 @@
+// `--trace`: what passes between the program and the server, without secrets.
+#include <sys/stat.h>
+
+#include <regex>
+
+#include "tests/tools/transfer_server.h"
+#include "tools/transfer/trace_file.h"
+
+namespace qv::cli {
+namespace {
+
+using namespace testing;
+
+// A password and a session id with characters that XML, URLs, JSON and base64 write in other ways.
+const std::string kPassword = "s3<&\">' %+/\xC3\xA9t\xC3\xA9 canary";
+const std::string kId = "id<&/+%canary";
+
+std::string InXml(const std::string& text) {
+  std::string escaped;
+  for (const char c : text) escaped += c == '<' ? "&lt;" : c == '&' ? "&amp;" : std::string(1, c);
+  return escaped;
+}
+
+std::string OpenedAs(const std::string& id) {
+  return test::RawAnswerText(
+      "<soap:Envelope><soap:Body><CreateUserSessionResponse><CreateUserSessionResult>" + InXml(id) +
+      "</CreateUserSessionResult></CreateUserSessionResponse></soap:Body></soap:Envelope>");
+}
+
+class Trace : public TransferServer {
+ protected:
+  // A password of one letter would be masked everywhere.
+  Tool Traced(const std::string& line) const {
+    return Joe(line + " --trace " + file_).Set("SCRIPTWELLS_PASSWORD", kPassword);
+  }
+
+  std::string file_ = folder_.Path("trace");
+};
+
+TEST_F(Trace, HasEveryExchangeInOrder) {
+  AnswerCalls({ScriptAnswered("xsd:int", "42")});
+  Traced("run -e '6 * 7'").Succeeds("42\n");
+  const std::string trace = folder_.Read("trace");
+  const std::regex exchange(
+      R"((?:^|\n)POST http://127\.0\.0\.1:\d+/\S* ([a-z ]+) 200, \d+ bytes sent, \d+ received, \d+ ms\n)");
+  std::vector<std::string> purposes;
+  for (auto at = std::sregex_iterator(trace.begin(), trace.end(), exchange); at != std::sregex_iterator();
+       ++at)
+    purposes.push_back((*at)[1].str());
+  EXPECT_EQ(purposes, (Words{"open session", "execute", "close session"})) << trace;
+  for (const char* part : {"\n> POST /", "\n> \n> <", "6 * 7", "\n< HTTP/1.1 200 OK\n", "\n< \n< <",
+                           "<r xsi:type=\"xsd:int\">42</r>", "joe"})
+    EXPECT_TRUE(Holds(trace, part)) << part << "\n" << trace;
+  EXPECT_TRUE(
+      std::regex_search(trace, std::regex(R"(\n= \d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(\.\d{3})?Z, connecting )"
+                                          R"(\d+\.\d ms, waiting \d+\.\d ms, total \d+\.\d ms\n\n)")))
+      << trace;
+  struct stat facts = {};
+  ASSERT_EQ(::stat(file_.c_str(), &facts), 0);
+  EXPECT_EQ(facts.st_mode & 0777, 0600U);
+}
+
+TEST_F(Trace, SecretsAreMaskedUnlessAskedFor) {
+  for (const bool shown : {false, true}) {
+    Answer(
+        {OpenedAs(kId), ScriptAnswered("xsd:string", InXml(kPassword) + " " + InXml(kId)), SessionClosed()});
+    const Outcome outcome = Traced(shown ? "run -e 1 --trace-secrets" : "run -e 1").Run();
+    EXPECT_EQ(outcome.out, kPassword + " " + kId + "\n");
+    EXPECT_EQ(outcome.err, "");
+    const std::string trace = folder_.Read("trace");
+    EXPECT_EQ(Holds(trace, "canary"), shown) << trace;
+    EXPECT_EQ(Holds(trace, "***"), !shown) << trace;
+  }
+}
+
+TEST_F(Trace, TicketsAndFilesAreNotInIt) {
+  folder_.Write("home/ClientScripts/UploadScript.xml",
+                "<Scriptwell Language=\"JavaScript\"><Code>where()</Code></Scriptwell>");
+  folder_.Write("registry.reg", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Quorvane\\Quorvane\\HomeDir]\n@=\"" +
+                                    folder_.Path("home") + "\"\n");
+  const std::string sent = folder_.Write("a.txt", "private content");
+  AnswerCalls({ScriptAnswered("xsd:string", Origin() + "/up?ticket=canary7"), StatusAnswer("200 OK"),
+               ScriptAnswered("xsd:string", Url()), FileAnswer("out.txt", "private answer")});
+  Traced("run -e 1 -p doc=file:" + sent + " --save " + folder_.Path())
+      .Set("QV_REGISTRY", folder_.Path("registry.reg"))
+      .Succeeds(folder_.Path("out.txt\n"));
+  const std::string trace = folder_.Read("trace");
+  for (const char* part : {" upload address 200, ", " upload 200, ", " download 200, "})
+    EXPECT_TRUE(Holds(trace, part)) << part << "\n" << trace;
+  EXPECT_TRUE(Holds(trace, "\n= file " + sent + "\n")) << trace;
+  EXPECT_TRUE(Holds(trace, "\n= file " + folder_.Path("out.txt") + "\n")) << trace;
+  for (const char* part : {"canary7", "private"}) EXPECT_FALSE(Holds(trace, part)) << part << "\n" << trace;
+}
+
+TEST_F(Trace, GoesToStandardErrorForAHyphen) {
+  Answer({SessionClosed()});
+  const Outcome outcome = Tool("session close --usid u1 --trace - --server " + Origin()).Run();
+  EXPECT_EQ(outcome.exit, 0);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_TRUE(StartsWith(outcome.err, "POST " + Origin())) << outcome.err;
+  EXPECT_TRUE(Holds(outcome.err, " close session 200, ")) << outcome.err;
+  EXPECT_FALSE(Holds(outcome.err, "u1")) << outcome.err;
+}
+
+TEST_F(Trace, HasWhatFailed) {
+  const Outcome outcome = Tool("session close --usid u1 --trace - --server http://127.0.0.1:1").Run();
+  EXPECT_EQ(outcome.exit, 3);
+  EXPECT_TRUE(StartsWith(outcome.err, "http://127.0.0.1:1 close session failed: ")) << outcome.err;
+  EXPECT_TRUE(Holds(outcome.err, "\nscriptwells: cannot reach http://127.0.0.1:1: ")) << outcome.err;
+}
+
+TEST_F(Trace, UnusableFileIsReported) {
+  Joe("run -e 1 --trace /nonexistent/t")
+      .Fails(6, "cannot write the trace /nonexistent/t: No such file or directory");
+  EXPECT_EQ(server_.Connections(), 0U);
+  AnswerCalls({ScriptAnswered("xsd:int", "42")});
+  Joe("run -e 1 --trace /dev/full")
+      .Succeeds("42\n", "warning: the trace /dev/full could not be written in full");
+}
+
+TEST(TraceText, IsEscapedForTerminals) {
+  scriptwells::Exchange exchange;
+  exchange.server = "http://h:1";
+  exchange.answerHead = "HTTP/1.1 200 \x1b[2J\r\n\r\n";
+  exchange.answerBody =
+      "a\r\n\xE2\x80\xAE"
+      "b\xFF";
+  exchange.file = "/tmp/a\x1b";
+  const std::string text = TraceText(exchange);
+  EXPECT_TRUE(Holds(text,
+                    "\n< HTTP/1.1 200 \\x1b[2J\n< \n< a\n< \\u202eb\\xff\n= file /tmp/a\\x1b\n= "
+                    "1970-01-01T00:00:00Z, "))
+      << text;
+}
+
+}  // namespace
+}  // namespace qv::cli
