@@ -6,7 +6,7 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QvScriptwells)
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/scriptwells ${PROJECT_SOURCE_DIR}/include/qvscriptwells
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development FILES_MATCHING PATTERN "*.h")
 install(TARGETS qvscriptwells qvplatform scriptwells_archive scriptwells_testing EXPORT QvScriptwellsTargets
   ARCHIVE COMPONENT development)
 if(TARGET scriptwells_library)

@@ -5,7 +5,7 @@ cmake_policy(VERSION 3.25)
 function(remove_empty_directories file)
   cmake_path(GET file PARENT_PATH directory)
   # Never a directory that other software has as well, such as lib/.
-  while(directory MATCHES "/(quorvane|qvscriptwells|QvScriptwells)$")
+  while(directory MATCHES "/(quorvane|qvscriptwells|scriptwells|QvScriptwells)$")
     file(GLOB rest LIST_DIRECTORIES true "${directory}/*" "${directory}/.*")
     if(rest)
       return()
