@@ -25,6 +25,21 @@ bool Tried(const Act& act) {
   }
 }
 
+// What needs no server. Also what the start of the process ends with.
+class ValuesScene : public Scene {
+ public:
+  bool Call() override {
+    return Tried([] {
+      const scriptwells::Value when = scriptwells::Parse("datetime", "2024-03-05T10:15:30.007");
+      const scriptwells::Value span(scriptwells::Duration::Parse("P1DT2H"));
+      return when.ToString() + span.ToString() == "2024-03-05T10:15:30.007P1DT2H" &&
+             scriptwells::Value("a text that is longer than a short one").ToJson().size() == 40 &&
+             LossesOnTheWire(when).size() == 1 &&
+             when.As<scriptwells::TimePoint>() > scriptwells::TimePoint();
+    });
+  }
+};
+
 // Each kind of value, through a session that is there already.
 class RunScene : public Scene {
  public:
@@ -127,10 +142,10 @@ class LifeScene : public RunScene {
 
 const std::vector<Flow>& Flows() {
   static const std::vector<Flow> flows = {
-      {"run", Make<RunScene>, false},           {"table", Make<TableScene>, false},
-      {"duration", Make<DurationScene>, false}, {"fault", Make<FaultScene>, false},
-      {"listener", Make<ListenerScene>, false}, {"upload", Make<UploadScene>, false},
-      {"life", Make<LifeScene>, false},
+      {"values", Make<ValuesScene>, false}, {"run", Make<RunScene>, false},
+      {"table", Make<TableScene>, false},   {"duration", Make<DurationScene>, false},
+      {"fault", Make<FaultScene>, false},   {"listener", Make<ListenerScene>, false},
+      {"upload", Make<UploadScene>, false}, {"life", Make<LifeScene>, false},
   };
   return flows;
 }
