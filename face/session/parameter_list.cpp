@@ -17,8 +17,8 @@ namespace {
 constexpr std::size_t kMostArguments = 32767;
 
 void RefuseLosses(const Value& value, const std::string& what) {
-  for (const std::string& loss : LossesOnTheWire(value))
-    throw ConversionError(Phase::kConversion, what + " " + loss);
+  const std::vector<std::string> losses = LossesOnTheWire(value);
+  if (!losses.empty()) throw ConversionError(Phase::kConversion, what + " " + losses.front());
 }
 
 qv::Variant ToParameter(const Argument& argument, bool strict) {

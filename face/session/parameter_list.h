@@ -8,8 +8,8 @@
 
 namespace scriptwells {
 
-// Checks and converts all arguments; files must be readable. Null for none, for which the protocol has another
-// form. With `strict`, refuses what sending would change. Throws Error (kConversion, kLocalFile) that
+// Checks and converts all arguments; files must be readable. Null for none, for which the protocol has
+// another form. With `strict`, refuses what sending would change. Throws Error (kConversion, kLocalFile) that
 // names the argument.
 qv::IParametersPtr MakeParameters(const Arguments& arguments, bool strict);
 
