@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import importlib
 import sys
 import time
 from typing import Any, TextIO
@@ -19,13 +20,9 @@ def in_notebook() -> bool:
 
 def _tqdm() -> Any:
     try:
-        if in_notebook():
-            from tqdm.notebook import tqdm
-        else:
-            from tqdm import tqdm
+        return importlib.import_module("tqdm.notebook" if in_notebook() else "tqdm").tqdm
     except ImportError:
         return None
-    return tqdm
 
 
 class PlainBar:

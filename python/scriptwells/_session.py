@@ -10,7 +10,7 @@ import os
 import pathlib
 from collections.abc import Callable, Mapping
 from types import TracebackType
-from typing import Any, TypedDict, TypeVar
+from typing import Any, TypeVar
 
 from . import _core
 from ._progress import CallBar
@@ -19,14 +19,6 @@ from ._types import Exchange, Progress
 Seconds = float | datetime.timedelta
 StrPath = str | os.PathLike[str]
 _Result = TypeVar("_Result")
-
-
-class _CallOptions(TypedDict, total=False):
-    language: str | None
-    strict: bool | None
-    timeout: Seconds | None
-    cancel: _core.CancelToken | None
-    progress: bool | Callable[[Progress], object] | None
 
 
 class _Worker:
@@ -55,14 +47,14 @@ class Session:
 
     __slots__ = ("_core", "_worker", "_options", "_call", "_draws", "__weakref__")
 
-    def __init__(self, core: _core.Session, options: _CallOptions, worker: _Worker | None = None) -> None:
+    def __init__(self, core: _core.Session, options: dict[str, object], worker: _Worker | None = None) -> None:
         """Use connect() instead."""
         self._core = core
         self._worker = worker or _Worker()
         self._options = options
         self._draws = options.get("progress") is True
         silent = options.get("progress") in (True, False)
-        self._call = _core.CallOptions({**options, "progress": None} if silent else dict(options))
+        self._call = _core.CallOptions({**options, "progress": None} if silent else options)
 
     def run(self, code: str, parameters: Mapping[str, Any] | None = None, /, **named: Any) -> Any:
         """Runs a script and returns its value.
@@ -120,7 +112,7 @@ class Session:
         cancel: its `cancel()` ends the calls, from any thread.
         progress: True draws a bar for long transfers; a function is called with `Progress`.
         """
-        given: _CallOptions = {
+        given = {
             "language": language,
             "strict": strict,
             "timeout": timeout,
@@ -128,7 +120,7 @@ class Session:
             "progress": progress,
         }
         changed = {name: value for name, value in given.items() if value is not None}
-        return Session(self._core, {**self._options, **changed}, self._worker)  # type: ignore[typeddict-item]
+        return Session(self._core, {**self._options, **changed}, self._worker)
 
     def close(self, timeout: Seconds | None = None) -> None:
         """Closes the session, within the time. Waits for `run_async`. Unlike `with`, reports a failure."""
@@ -162,7 +154,7 @@ class Session:
     def __repr__(self) -> str:
         return f"<Session on {self.url}>"
 
-    def _drawn(self, run: Callable[[_core.CallOptions], _Result]) -> _Result:
+    def _drawn(self, run: Callable[[_core.CallOptions], Any]) -> Any:
         with CallBar() as bar:
             return run(_core.CallOptions({**self._options, "progress": bar}))
 

@@ -57,7 +57,9 @@ class Table(Sequence[_core.Row]):
         return self._cells.rows()
 
     def __eq__(self, other: object) -> bool:
-        return self._cells == other._cells if isinstance(other, Table) else NotImplemented
+        if not isinstance(other, Table):
+            return NotImplemented
+        return self._cells == other._cells
 
     def column(self, name: str) -> list[Any]:
         """The values of one column."""

@@ -47,8 +47,10 @@ std::string Shown(const Typed& typed) {
 
 void DefineMakers(py::module_& module) {
   py::class_<Typed>(module, "Typed", "A value whose type on the wire is chosen, such as byte(5).")
-      .def_property_readonly("value", [](const Typed& typed) { return FromValue(typed.value); })
-      .def_property_readonly("type", [](const Typed& typed) { return ToString(typed.value.type()); })
+      .def_property_readonly(
+          "value", [](const Typed& typed) { return FromValue(typed.value); }, "As Python's own type.")
+      .def_property_readonly(
+          "type", [](const Typed& typed) { return ToString(typed.value.type()); }, "The name of its type.")
       .def("__repr__", &Shown)
       .def("__eq__", [](const Typed& a, const Typed& b) { return a.value == b.value; })
       .attr("__hash__") = py::none();

@@ -97,7 +97,8 @@ py::str SessionHandle::Server() const {
 }
 
 void DefineSession(py::module_& module) {
-  py::class_<CancelToken>(module, "CancelToken")
+  py::class_<CancelToken>(module, "CancelToken",
+                          "Cancels running calls, from any thread: Session.with_options(cancel=token).")
       .def(py::init<>())
       .def("cancel", &CancelToken::Cancel, "Cancels the calls that use the token, and later ones.")
       .def("reset", &CancelToken::Reset, "Later calls work again.")

@@ -1,5 +1,7 @@
 #include "table.h"
 
+#include <pybind11/stl.h>
+
 #include <algorithm>
 #include <string>
 #include <vector>

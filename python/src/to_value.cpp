@@ -137,8 +137,11 @@ Value FromObject(py::handle object, bool strict) {
   if (py::isinstance(object, types.link))
     return Link{FromText(object.attr("url").ptr()), FromText(object.attr("caption").ptr())};
   if (const py::object item = NumpyItem(object)) return ToValue(item, strict);
-  if (PyIndex_Check(object.ptr()) != 0)
-    return FromWhole(py::reinterpret_steal<py::object>(PyNumber_Index(object.ptr())).ptr());
+  if (PyIndex_Check(object.ptr()) != 0) {
+    if (PyObject* const whole = PyNumber_Index(object.ptr()))
+      return FromWhole(py::reinterpret_steal<py::object>(whole).ptr());
+    PyErr_Clear();  // an array, which is not a number after all
+  }
   RefuseType(object);
 }
 
