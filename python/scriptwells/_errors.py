@@ -16,7 +16,7 @@ class Error(Exception):
     server_message: str | None
     """The server's own text of a fault, which programs may compare."""
     line: int | None
-    """The line in the script, where the server tells it."""
+    """The line in the script, where the server names it."""
     column: int | None
     """The column in that line."""
     status: int | None

@@ -23,7 +23,7 @@ def _program() -> str:
 
 
 class Service:
-    """A development service that runs JavaScript on this machine, in a process of its own. `with` ends it."""
+    """A development service that runs JavaScript on this machine, in another process. `with` ends it."""
 
     def __init__(self, users: Mapping[str, str] | None = None, program: StrPath | None = None) -> None:
         """Use serve() instead."""

@@ -80,7 +80,7 @@ class Table(Sequence[_core.Row]):
         return _pandas.frame_of(self._cells)
 
     def to_csv(self, null: str = "") -> str:
-        """CSV with the names first (RFC 4180). `null` stands for empty cells."""
+        """CSV with the names first (RFC 4180). `null` is written for empty cells."""
         return self._cells.to_csv(null)
 
     def to_json(self) -> str:

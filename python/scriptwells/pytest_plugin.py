@@ -1,4 +1,4 @@
-"""The pytest plugin: a test that takes `scriptwells_service` gets a development service of its own."""
+"""The pytest plugin: a test that takes `scriptwells_service` gets its own development service."""
 
 from __future__ import annotations
 

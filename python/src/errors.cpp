@@ -24,7 +24,7 @@ const ClassRow kClasses[] = {
     {typeid(CancelledError), "CancelledError"},   {typeid(ConversionError), "ConversionError"},
 };
 
-// In the order of Remedy, in words of Python.
+// In the order of Remedy, as options of Python.
 constexpr const char* kRemedies[] = {
     "",
     " (connect(authorities=...) names your own authority)",

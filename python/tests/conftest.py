@@ -15,6 +15,6 @@ def session(scriptwells_service):
 
 @pytest.fixture(scope="module")
 def shared():
-    """A session for tests that leave nothing behind."""
+    """A session for tests that change nothing."""
     with scriptwells.serve() as service, service.connect() as session:
         yield session

@@ -52,7 +52,7 @@ def test_version():
 
 
 def run_mypy(tmp_path, *command):
-    """mypy of the system, which finds the package in a folder of its own: the build's has links."""
+    """mypy of the system, which finds the package in its own folder: the build's has links."""
     shutil.copytree(PACKAGE, tmp_path / "path" / "scriptwells", ignore=shutil.ignore_patterns("installed"))
     (tmp_path / "mypy.ini").write_text("[mypy]\n[mypy-pandas,numpy,pytest]\nignore_missing_imports = True\n")
     environment = {**os.environ, "MYPYPATH": str(tmp_path / "path"), "PYTHONPATH": str(tmp_path / "path")}
