@@ -1,4 +1,4 @@
-"""A server that answers every request alike, in a process of its own: with what the development service has answered."""
+"""A server that gives every request one answer, which the development service gave before. It is another process."""
 
 import contextlib
 import multiprocessing

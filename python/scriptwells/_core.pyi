@@ -1,9 +1,9 @@
 from collections.abc import Iterator, Mapping
-from typing import Any, final
+from typing import Any
 
 from ._session import Seconds, StrPath
 from ._table import Column
-from ._types import Duration, SeenRequest
+from ._types import Duration, SeenRequest, Watch
 
 version: str
 
@@ -63,7 +63,15 @@ class CallOptions:
 
 class Session:
     def __init__(
-        self, url: str, user: str, password: str, replica: str, id: str, options: Mapping[str, Any], /
+        self,
+        url: str,
+        user: str,
+        password: str,
+        replica: str,
+        id: str,
+        options: Mapping[str, Any],
+        watch: Watch,
+        /,
     ) -> None: ...
     def run(
         self,
@@ -71,15 +79,21 @@ class Session:
         parameters: Mapping[str, Any] | None,
         named: dict[str, Any],
         options: CallOptions,
-        stop: CancelToken | None,
+        watch: Watch,
         /,
     ) -> Any: ...
     def run_document(
-        self, path: StrPath, parameters: Mapping[str, Any] | None, named: dict[str, Any], options: CallOptions, /
+        self,
+        path: StrPath,
+        parameters: Mapping[str, Any] | None,
+        named: dict[str, Any],
+        options: CallOptions,
+        watch: Watch,
+        /,
     ) -> Any: ...
-    def download(self, url: str, directory: StrPath, options: CallOptions, /) -> str: ...
-    def close(self, timeout: Seconds | None, /) -> None: ...
-    def close_quietly(self) -> None: ...
+    def download(self, url: str, directory: StrPath, options: CallOptions, watch: Watch, /) -> str: ...
+    def close(self, timeout: Seconds | None, watch: Watch, /) -> None: ...
+    def close_quietly(self, watch: Watch, /) -> None: ...
     def release(self) -> str: ...
     @property
     def id(self) -> str: ...

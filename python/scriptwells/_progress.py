@@ -91,7 +91,7 @@ class CallBar:
         if tqdm is None:
             return PlainBar(progress.total, text, self._file)
         return tqdm(
-            total=progress.total, desc=text, file=self._file, unit="B", unit_scale=True, delay=DELAY, leave=False
+            total=progress.total, desc=text, file=self._file, unit="B", unit_scale=True, delay=DELAY
         )
 
     def _close(self) -> None:

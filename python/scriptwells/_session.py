@@ -14,7 +14,7 @@ from typing import Any, TypeVar
 
 from . import _core
 from ._progress import CallBar
-from ._types import Exchange, Progress
+from ._types import Exchange, Progress, Watch
 
 Seconds = float | datetime.timedelta
 StrPath = str | os.PathLike[str]
@@ -45,16 +45,24 @@ class Session:
     the running call with KeyboardInterrupt and leaves the session open.
     """
 
-    __slots__ = ("_core", "_worker", "_options", "_call", "_draws", "__weakref__")
+    __slots__ = ("_core", "_worker", "_options", "_call", "_watch", "_draws", "__weakref__")
 
-    def __init__(self, core: _core.Session, options: dict[str, object], worker: _Worker | None = None) -> None:
+    def __init__(
+        self,
+        core: _core.Session,
+        options: dict[str, object],
+        progress: bool | Callable[[Progress], object] | None,
+        listener: Callable[[Exchange], object] | None,
+        worker: _Worker | None = None,
+    ) -> None:
         """Use connect() instead."""
         self._core = core
         self._worker = worker or _Worker()
         self._options = options
-        self._draws = options.get("progress") is True
-        silent = options.get("progress") in (True, False)
-        self._call = _core.CallOptions({**options, "progress": None} if silent else options)
+        self._call = _core.CallOptions(options)
+        self._draws = progress is True
+        # Kept here, where the garbage collector sees it, and passed to each call: progress, listener, and what stops it.
+        self._watch: Watch = (None if isinstance(progress, bool) else progress, listener, None)
 
     def run(self, code: str, parameters: Mapping[str, Any] | None = None, /, **named: Any) -> Any:
         """Runs a script and returns its value.
@@ -67,19 +75,19 @@ class Session:
         for an answer of a type that the protocol's clients do not read.
         """
         if self._draws:
-            return self._drawn(lambda call: self._core.run(code, parameters, named, call, None))
-        return self._core.run(code, parameters, named, self._call, None)
+            return self._drawn(lambda watch: self._core.run(code, parameters, named, self._call, watch))
+        return self._core.run(code, parameters, named, self._call, self._watch)
 
     def run_document(self, path: StrPath, parameters: Mapping[str, Any] | None = None, /, **named: Any) -> Any:
         """Runs a script document: an XML file with a script and its language. Else as `run`."""
         if self._draws:
-            return self._drawn(lambda call: self._core.run_document(path, parameters, named, call))
-        return self._core.run_document(path, parameters, named, self._call)
+            return self._drawn(lambda watch: self._core.run_document(path, parameters, named, self._call, watch))
+        return self._core.run_document(path, parameters, named, self._call, self._watch)
 
     async def run_async(self, code: str, parameters: Mapping[str, Any] | None = None, /, **named: Any) -> Any:
         """Like `run`, on a thread of the session. Calls keep their order; cancelling the task cancels the call."""
         stop = _core.CancelToken()
-        run = functools.partial(self._core.run, code, parameters, named, self._call, stop)
+        run = functools.partial(self._core.run, code, parameters, named, self._call, (*self._watch[:2], stop))
         try:
             return await asyncio.wrap_future(self._worker.submit(run))
         except asyncio.CancelledError:
@@ -92,8 +100,8 @@ class Session:
         The session's id is sent to the server of the URL.
         """
         if self._draws:
-            return pathlib.Path(self._drawn(lambda call: self._core.download(url, directory, call)))
-        return pathlib.Path(self._core.download(url, directory, self._call))
+            return pathlib.Path(self._drawn(lambda watch: self._core.download(url, directory, self._call, watch)))
+        return pathlib.Path(self._core.download(url, directory, self._call, self._watch))
 
     def with_options(
         self,
@@ -112,20 +120,16 @@ class Session:
         cancel: its `cancel()` ends the calls, from any thread.
         progress: True draws a bar for long transfers; a function is called with `Progress`.
         """
-        given = {
-            "language": language,
-            "strict": strict,
-            "timeout": timeout,
-            "cancel": cancel,
-            "progress": progress,
-        }
+        given = {"language": language, "strict": strict, "timeout": timeout, "cancel": cancel}
         changed = {name: value for name, value in given.items() if value is not None}
-        return Session(self._core, {**self._options, **changed}, self._worker)
+        if progress is None:
+            progress = self._draws or self._watch[0]
+        return Session(self._core, {**self._options, **changed}, progress, self._watch[1], self._worker)
 
     def close(self, timeout: Seconds | None = None) -> None:
         """Closes the session, within the time. Waits for `run_async`. Unlike `with`, reports a failure."""
         self._worker.finish()
-        self._core.close(timeout)
+        self._core.close(timeout, self._watch)
 
     def release(self) -> str:
         """Leaves the session open on the server and returns its id; further calls here raise SessionError."""
@@ -149,14 +153,14 @@ class Session:
         self, kind: type[BaseException] | None, error: BaseException | None, trace: TracebackType | None
     ) -> None:
         self._worker.finish()
-        self._core.close_quietly()
+        self._core.close_quietly(self._watch)
 
     def __repr__(self) -> str:
         return f"<Session on {self.url}>"
 
-    def _drawn(self, run: Callable[[_core.CallOptions], Any]) -> Any:
+    def _drawn(self, run: Callable[[Watch], Any]) -> Any:
         with CallBar() as bar:
-            return run(_core.CallOptions({**self._options, "progress": bar}))
+            return run((bar, *self._watch[1:]))
 
 
 def connect(
@@ -226,9 +230,10 @@ def connect(
             "home_directory": home_directory or None,
             "replace_files": replace_files,
             "hidden_files": hidden_files,
-            "listener": listener,
+            "listens": listener is not None,
             "listener_bodies": listener_bodies,
             "show_secrets": show_secrets,
         },
+        (None, listener, None),
     )
-    return Session(core, {"cancel": cancel, "progress": progress})
+    return Session(core, {"cancel": cancel}, progress, listener)

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import dataclasses
 import datetime
+from collections.abc import Callable
 from typing import NamedTuple
 
 from . import _core
@@ -101,3 +102,9 @@ class SeenRequest(NamedTuple):
     action: str
     """Such as "Execute"; empty for a request that is not SOAP."""
     body: bytes
+
+
+# What looks at a call: a function for its progress, one for each exchange, and what stops it.
+Watch = tuple[
+    Callable[[Progress], object] | None, Callable[[Exchange], object] | None, _core.CancelToken | None
+]

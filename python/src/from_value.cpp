@@ -13,8 +13,6 @@ namespace {
 
 namespace py = pybind11;
 
-constexpr int kMicroseconds = 1000;  // of a millisecond
-
 void ImportDates() {
   if (PyDateTimeAPI == nullptr) PyDateTime_IMPORT;
   if (PyDateTimeAPI == nullptr) throw py::error_already_set();
@@ -42,14 +40,13 @@ struct Maker {
   }
   py::object operator()(const Time& value) const {
     ImportDates();
-    return Point(PyTime_FromTime(value.hour, value.minute, value.second, value.millisecond * kMicroseconds),
-                 value);
+    return Point(PyTime_FromTime(value.hour, value.minute, value.second, value.millisecond * 1000), value);
   }
   py::object operator()(const DateTime& value) const {
     ImportDates();
     const Time& time = value.time;
     return Point(PyDateTime_FromDateAndTime(value.date.year, value.date.month, value.date.day, time.hour,
-                                            time.minute, time.second, time.millisecond * kMicroseconds),
+                                            time.minute, time.second, time.millisecond * 1000),
                  value);
   }
   py::object operator()(const Duration& value) const { return FromDuration(value); }

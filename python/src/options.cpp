@@ -4,8 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "kept_object.h"
-#include "python_types.h"
 #include "running_call.h"
 
 namespace scriptwells::python {
@@ -39,20 +37,11 @@ void SetPath(Options& options, py::handle value) {
   options.*Member = std::string(py::reinterpret_steal<py::bytes>(bytes));
 }
 
-void CallListener(const KeptObject& listener, const Exchange& exchange) {
-  const py::gil_scoped_acquire lock;
-  try {
-    listener.Get()(FromExchange(exchange));
-  } catch (py::error_already_set& error) {
-    error.restore();
-    if (RunningCall* const call = RunningCall::Current()) call->EndWithPythonError();
-    PyErr_WriteUnraisable(listener.Get().ptr());  // a session that ends without being closed
-  }
-}
-
 void SetListener(Options& options, py::handle value) {
-  options.listener = [listener = KeptObject(py::reinterpret_borrow<py::object>(value))](
-                         const Exchange& exchange) { CallListener(listener, exchange); };
+  if (!value.cast<bool>()) return;
+  options.listener = [](const Exchange& exchange) {
+    if (RunningCall* const call = RunningCall::Current()) call->OnExchange(exchange);
+  };
 }
 
 constexpr OptionRow<Options> kOptions[] = {
@@ -71,7 +60,7 @@ constexpr OptionRow<Options> kOptions[] = {
     {"replace_files", &Set<&Options::replaceFiles>},
     {"hidden_files", &Set<&Options::hiddenFiles>},
     {"strict", &Set<&Options::strict>},
-    {"listener", &SetListener},
+    {"listens", &SetListener},
     {"show_secrets", &Set<&Options::showSecrets>},
     {"listener_bodies", &Set<&Options::listenerBodies>},
 };
@@ -81,8 +70,6 @@ constexpr OptionRow<CallOptions> kCallOptions[] = {
     {"strict", [](CallOptions& to, py::handle value) { to.run.strict = to.strict = value.cast<bool>(); }},
     {"timeout", [](CallOptions& to, py::handle value) { to.run.totalTimeout = ToSpan(value); }},
     {"cancel", [](CallOptions& to, py::handle value) { to.run.cancel = value.cast<CancelToken>(); }},
-    {"progress",
-     [](CallOptions& to, py::handle value) { to.progress = py::reinterpret_borrow<py::object>(value); }},
 };
 
 template <class Target, std::size_t kCount>

@@ -7,14 +7,14 @@
 
 namespace scriptwells::python {
 
-// `given` has the names of connect(). The listener is called with the interpreter's lock.
+// `given` has the names of connect(), and "listens" for a session with a listener. Both listeners pass on
+// what happens to the RunningCall of the thread.
 Options ToOptions(const pybind11::dict& given);
 
 // Options of a call, as of Session.with_options.
 struct CallOptions {
   RunOptions run;
   std::optional<bool> strict;
-  pybind11::object progress;  // a callable or None
 };
 
 CallOptions ToCallOptions(const pybind11::dict& given);

@@ -10,7 +10,13 @@ namespace py = pybind11;
 
 template <class T>
 T Field(py::handle object, const char* name) {
-  return object.attr(name).cast<T>();
+  const py::object value = object.attr(name);
+  try {
+    return value.cast<T>();
+  } catch (const py::cast_error&) {
+    throw py::type_error("a Duration with " + std::string(name) + "=" + std::string(py::repr(value)) +
+                         " cannot be sent");
+  }
 }
 
 double Seconds(std::chrono::microseconds time) {
@@ -44,6 +50,16 @@ py::str Text(std::string_view text) {
   return py::reinterpret_steal<py::str>(made);
 }
 
+std::string_view TextOf(py::handle object, const char* what) {
+  if (PyUnicode_Check(object.ptr()) == 0)
+    throw py::type_error("the " + std::string(what) + " must be a str, not " +
+                         std::string(py::str(py::type::handle_of(object).attr("__name__"))));
+  py::ssize_t size = 0;
+  const char* const bytes = PyUnicode_AsUTF8AndSize(object.ptr(), &size);
+  if (bytes == nullptr) throw py::error_already_set();  // a surrogate without its other half
+  return {bytes, static_cast<std::size_t>(size)};
+}
+
 py::object FromDuration(const Duration& value) {
   return PythonTypes::Get().duration(value.negative, value.years, value.months, value.days, value.hours,
                                      value.minutes, value.seconds);
@@ -67,12 +83,12 @@ const Table& ToTable(py::handle object) {
   return object.attr("_cells").cast<const Table&>();
 }
 
-py::object FromProgress(const Progress& progress) {
+py::object FromEvent(const Progress& progress) {
   const py::object total = progress.total < 0 ? py::object(py::none()) : py::int_(progress.total);
   return PythonTypes::Get().progress(progress.sending, progress.done, total, Path(progress.file));
 }
 
-py::object FromExchange(const Exchange& exchange) {
+py::object FromEvent(const Exchange& exchange) {
   using py::arg;
   const auto begin = std::chrono::duration<double>(exchange.begin.time_since_epoch());
   return PythonTypes::Get().exchange(

@@ -25,9 +25,13 @@ bool IsMainThread() {
 
 }  // namespace
 
-RunningCall::RunningCall(py::handle progress, const CancelToken* stop)
-    : progress_(progress && !progress.is_none() ? progress : py::handle()),
-      stop_(stop),
+Watch WatchOf(const py::tuple& watch) {
+  if (watch.size() != 3) throw py::value_error("a watch has three parts");
+  return {watch[0], watch[1], watch[2].cast<const CancelToken*>()};
+}
+
+RunningCall::RunningCall(const Watch& watch)
+    : watch_(watch),
       outer_(current),
       nextLook_(IsMainThread() ? Clock::now() + kBetweenLooks : Clock::time_point::max()) {
   current = this;
@@ -43,26 +47,36 @@ RunningCall* RunningCall::Current() noexcept {
 }
 
 void RunningCall::OnProgress(const Progress& progress) {
-  if (stop_ != nullptr && stop_->IsCancelled())
+  if (watch_.stop != nullptr && watch_.stop->IsCancelled())
     throw CancelledError(Phase::kCancelled, "the call was cancelled");
   if (Clock::now() >= nextLook_) LookForSignals();
-  if (!progress_) return;
+  Tell(watch_.progress, progress);
+}
+
+void RunningCall::OnExchange(const Exchange& exchange) {
+  Tell(watch_.listener, exchange);
+}
+
+template <class Event>
+void RunningCall::Tell(py::handle function, const Event& event) {
+  if (!function || function.is_none()) return;
   const py::gil_scoped_acquire lock;
   try {
-    progress_(FromProgress(progress));
+    function(FromEvent(event));
   } catch (py::error_already_set& error) {
     error.restore();
-    EndWithPythonError();
+    End();
   }
 }
 
 void RunningCall::LookForSignals() {
   const py::gil_scoped_acquire lock;
   nextLook_ = Clock::now() + kBetweenLooks;
-  if (PyErr_CheckSignals() != 0) EndWithPythonError();
+  if (PyErr_CheckSignals() != 0) End();
 }
 
-void RunningCall::EndWithPythonError() {
+// Keeps the Python error.
+void RunningCall::End() {
   PyErr_Fetch(&error_[0], &error_[1], &error_[2]);
   throw CallEnded();
 }

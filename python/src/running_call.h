@@ -13,10 +13,20 @@ namespace scriptwells::python {
 // call.
 struct CallEnded {};
 
+// Who looks at a call; each may be missing. The functions are those of Python and are not kept: a reference
+// from C++ code would hide a circle from the garbage collector.
+struct Watch {
+  pybind11::handle progress;  // null or None for none
+  pybind11::handle listener;
+  const CancelToken* stop = nullptr;  // cancels the call
+};
+
+// Of a tuple (progress, listener, CancelToken or None), which must live as long.
+Watch WatchOf(const pybind11::tuple& watch);
+
 class RunningCall {
  public:
-  // `progress` is called, unless it is null or None. `stop` cancels the call, if it is not null.
-  RunningCall(pybind11::handle progress, const CancelToken* stop);
+  explicit RunningCall(const Watch& watch);
   ~RunningCall();
   RunningCall(const RunningCall&) = delete;
   RunningCall& operator=(const RunningCall&) = delete;
@@ -24,17 +34,18 @@ class RunningCall {
   // The call of this thread; null without one.
   static RunningCall* Current() noexcept;
 
-  // For Options::progress. Throws CallEnded and CancelledError.
+  // For the listeners of Options. Throw CallEnded and CancelledError.
   void OnProgress(const Progress& progress);
-  // In a catch block for a Python error, with the lock.
-  [[noreturn]] void EndWithPythonError();
+  void OnExchange(const Exchange& exchange);
   [[noreturn]] void RaiseKeptError();
 
  private:
   void LookForSignals();
+  template <class Event>
+  void Tell(pybind11::handle function, const Event& event);
+  [[noreturn]] void End();
 
-  const pybind11::handle progress_;
-  const CancelToken* const stop_;
+  const Watch watch_;
   RunningCall* const outer_;
   std::chrono::steady_clock::time_point nextLook_;
   PyObject* error_[3] = {};  // as of PyErr_Fetch
@@ -42,8 +53,8 @@ class RunningCall {
 
 // The result of `call`, which runs without the lock.
 template <class Call>
-auto WithoutLock(pybind11::handle progress, const CancelToken* stop, Call call) {
-  RunningCall running(progress, stop);
+auto WithoutLock(const Watch& watch, Call call) {
+  RunningCall running(watch);
   try {
     const pybind11::gil_scoped_release unlocked;
     return call();
@@ -54,7 +65,7 @@ auto WithoutLock(pybind11::handle progress, const CancelToken* stop, Call call) 
 
 template <class Call>
 auto WithoutLock(Call call) {
-  return WithoutLock(pybind11::handle(), nullptr, std::move(call));
+  return WithoutLock(Watch(), std::move(call));
 }
 
 }  // namespace scriptwells::python

@@ -13,11 +13,13 @@ namespace {
 
 namespace py = pybind11;
 
-std::string_view View(const py::str& text) {
-  py::ssize_t size = 0;
-  const char* const bytes = PyUnicode_AsUTF8AndSize(text.ptr(), &size);
-  if (bytes == nullptr) throw py::error_already_set();
-  return {bytes, static_cast<std::size_t>(size)};
+// Not by type, since a call that is refused would show the password.
+std::unique_ptr<SessionHandle> Open(py::handle url, py::handle user, py::handle password, py::handle replica,
+                                    py::handle id, const py::dict& options, const py::tuple& watch) {
+  const Credentials credentials{std::string(TextOf(user, "user")), std::string(TextOf(password, "password")),
+                                std::string(TextOf(replica, "replica"))};
+  return std::make_unique<SessionHandle>(std::string(TextOf(url, "url")), credentials,
+                                         std::string(TextOf(id, "session_id")), options, watch);
 }
 
 std::filesystem::path PathOf(py::handle path) {
@@ -29,12 +31,12 @@ std::filesystem::path PathOf(py::handle path) {
 }  // namespace
 
 SessionHandle::SessionHandle(const std::string& url, const Credentials& credentials, const std::string& id,
-                             const py::dict& given)
+                             const py::dict& given, const py::tuple& watch)
     : isAdopted_(!id.empty()) {
   Options options = ToOptions(given);
   strict_ = options.strict;
   closeTimeout_ = options.closeTimeout;
-  session_ = WithoutLock([&] {
+  session_ = WithoutLock(WatchOf(watch), [&] {
     return isAdopted_ ? std::make_unique<Session>(Session::Adopt(url, id, std::move(options)))
                       : std::make_unique<Session>(url, credentials, std::move(options));
   });
@@ -46,37 +48,39 @@ SessionHandle::~SessionHandle() {
   session_.reset();
 }
 
-py::object SessionHandle::Run(const py::str& code, py::handle parameters, const py::dict& named,
-                              const CallOptions& options, const CancelToken* stop) {
-  const std::string_view script = View(code);
+py::object SessionHandle::Run(py::handle code, py::handle parameters, const py::dict& named,
+                              const CallOptions& options, const py::tuple& watch) {
+  const std::string_view script = TextOf(code, "script");
   const Arguments arguments = ToArguments(parameters, named, IsStrict(options));
   return FromValue(
-      WithoutLock(options.progress, stop, [&] { return session_->Run(script, arguments, options.run); }));
+      WithoutLock(WatchOf(watch), [&] { return session_->Run(script, arguments, options.run); }));
 }
 
 py::object SessionHandle::RunDocument(py::handle path, py::handle parameters, const py::dict& named,
-                                      const CallOptions& options) {
+                                      const CallOptions& options, const py::tuple& watch) {
   const std::filesystem::path document = PathOf(path);
   const Arguments arguments = ToArguments(parameters, named, IsStrict(options));
-  return FromValue(WithoutLock(options.progress, nullptr,
-                               [&] { return session_->RunDocument(document, arguments, options.run); }));
+  return FromValue(
+      WithoutLock(WatchOf(watch), [&] { return session_->RunDocument(document, arguments, options.run); }));
 }
 
-py::object SessionHandle::Download(const std::string& url, py::handle directory, const CallOptions& options) {
+py::object SessionHandle::Download(py::handle url, py::handle directory, const CallOptions& options,
+                                   const py::tuple& watch) {
+  const std::string source(TextOf(url, "url"));
   const std::filesystem::path target = PathOf(directory);
-  const std::string path = WithoutLock(options.progress, nullptr,
-                                       [&] { return session_->Download(url, target, options.run).string(); });
+  const std::string path =
+      WithoutLock(WatchOf(watch), [&] { return session_->Download(source, target, options.run).string(); });
   return py::reinterpret_steal<py::object>(
       PyUnicode_DecodeFSDefaultAndSize(path.data(), static_cast<py::ssize_t>(path.size())));
 }
 
-void SessionHandle::Close(py::handle timeout) {
+void SessionHandle::Close(py::handle timeout, const py::tuple& watch) {
   const auto within = timeout.is_none() ? std::chrono::milliseconds() : ToSpan(timeout);
-  WithoutLock([&] { session_->Close(within); });
+  WithoutLock(WatchOf(watch), [&] { session_->Close(within); });
 }
 
-void SessionHandle::CloseQuietly() {
-  WithoutLock([this] {
+void SessionHandle::CloseQuietly(const py::tuple& watch) {
+  WithoutLock(WatchOf(watch), [this] {
     try {
       isAdopted_ ? static_cast<void>(session_->Release()) : session_->Close(closeTimeout_);
     } catch (const Error&) {  // nothing of the caller's work depends on it
@@ -105,10 +109,7 @@ void DefineSession(py::module_& module) {
       .def_property_readonly("cancelled", &CancelToken::IsCancelled, "Whether cancel() was called.");
   py::class_<CallOptions>(module, "CallOptions").def(py::init(&ToCallOptions));
   py::class_<SessionHandle>(module, "Session")
-      .def(py::init([](const std::string& url, const std::string& user, const std::string& password,
-                       const std::string& replica, const std::string& id, const py::dict& options) {
-        return std::make_unique<SessionHandle>(url, Credentials{user, password, replica}, id, options);
-      }))
+      .def(py::init(&Open))
       .def("run", &SessionHandle::Run)
       .def("run_document", &SessionHandle::RunDocument)
       .def("download", &SessionHandle::Download)

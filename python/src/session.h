@@ -15,20 +15,22 @@ class SessionHandle {
  public:
   // Opens a session, or adopts the one of the id, if it is not empty.
   SessionHandle(const std::string& url, const Credentials& credentials, const std::string& id,
-                const pybind11::dict& options);
+                const pybind11::dict& options, const pybind11::tuple& watch);
   ~SessionHandle();
   SessionHandle(const SessionHandle&) = delete;
   SessionHandle& operator=(const SessionHandle&) = delete;
 
-  // `stop` is a CancelToken or None, beside that of the options.
-  pybind11::object Run(const pybind11::str& code, pybind11::handle parameters, const pybind11::dict& named,
-                       const CallOptions& options, const CancelToken* stop);
+  // `watch` of all: see WatchOf.
+  pybind11::object Run(pybind11::handle code, pybind11::handle parameters, const pybind11::dict& named,
+                       const CallOptions& options, const pybind11::tuple& watch);
   pybind11::object RunDocument(pybind11::handle path, pybind11::handle parameters,
-                               const pybind11::dict& named, const CallOptions& options);
-  pybind11::object Download(const std::string& url, pybind11::handle directory, const CallOptions& options);
-  void Close(pybind11::handle timeout);
+                               const pybind11::dict& named, const CallOptions& options,
+                               const pybind11::tuple& watch);
+  pybind11::object Download(pybind11::handle url, pybind11::handle directory, const CallOptions& options,
+                            const pybind11::tuple& watch);
+  void Close(pybind11::handle timeout, const pybind11::tuple& watch);
   // Within the options' time. Only Python errors leave it; an adopted session stays open.
-  void CloseQuietly();
+  void CloseQuietly(const pybind11::tuple& watch);
   pybind11::str Release();
   pybind11::str Id() const;
   pybind11::str Server() const;

@@ -12,7 +12,6 @@ namespace {
 
 namespace py = pybind11;
 
-constexpr int kMicroseconds = 1000;  // of a millisecond
 constexpr int kMostDays = 32767;
 
 [[noreturn]] void Refuse(const std::string& reason) {
@@ -36,16 +35,9 @@ Value FromWhole(PyObject* object) {
   return static_cast<std::int64_t>(value);
 }
 
-std::string FromText(PyObject* object) {
-  py::ssize_t size = 0;
-  const char* const text = PyUnicode_AsUTF8AndSize(object, &size);
-  if (text == nullptr) throw py::error_already_set();  // a surrogate without its other half
-  return {text, static_cast<std::size_t>(size)};
-}
-
 int Milliseconds(int microseconds, bool strict) {
-  if (strict && microseconds % kMicroseconds != 0) Refuse("travels without its microseconds");
-  return microseconds / kMicroseconds;
+  if (strict && microseconds % 1000 != 0) Refuse("travels without its microseconds");
+  return microseconds / 1000;
 }
 
 Date DateOf(PyObject* object) {
@@ -135,7 +127,8 @@ Value FromObject(py::handle object, bool strict) {
   if (py::isinstance(object, types.duration)) return ToDuration(object);
   if (py::isinstance(object, types.table)) return ToTable(object);
   if (py::isinstance(object, types.link))
-    return Link{FromText(object.attr("url").ptr()), FromText(object.attr("caption").ptr())};
+    return Link{std::string(TextOf(object.attr("url"), "link")),
+                std::string(TextOf(object.attr("caption"), "link"))};
   if (const py::object item = NumpyItem(object)) return ToValue(item, strict);
   if (PyIndex_Check(object.ptr()) != 0) {
     if (PyObject* const whole = PyNumber_Index(object.ptr()))
@@ -146,11 +139,7 @@ Value FromObject(py::handle object, bool strict) {
 }
 
 void Add(Arguments& arguments, py::handle name, py::handle object, bool strict) {
-  if (PyUnicode_Check(name.ptr()) == 0) {
-    PyErr_Format(PyExc_TypeError, "the name of a parameter is a str, not %s", TypeName(name).c_str());
-    throw py::error_already_set();
-  }
-  std::string text = FromText(name.ptr());
+  std::string text(TextOf(name, "name of a parameter"));
   if (PyUnicode_Check(object.ptr()) == 0 && py::hasattr(object, "__fspath__")) {
     PyObject* path = nullptr;
     if (PyUnicode_FSConverter(object.ptr(), &path) == 0) throw py::error_already_set();
@@ -173,7 +162,7 @@ Value ToValue(py::handle object, bool strict) {
   if (PyBool_Check(raw)) return raw == Py_True;
   if (PyLong_Check(raw)) return FromWhole(raw);
   if (PyFloat_Check(raw)) return PyFloat_AS_DOUBLE(raw);
-  if (PyUnicode_Check(raw)) return FromText(raw);
+  if (PyUnicode_Check(raw)) return TextOf(raw, "text");
   if (PyDateTime_Check(raw)) return FromDateTime(raw, strict);
   if (PyDate_Check(raw)) return DateOf(raw);
   if (PyTime_Check(raw)) return FromTime(raw, strict);

@@ -80,3 +80,18 @@ def test_sessions_and_services():
         for _ in range(500):
             service.connect(listener=lambda exchange: None).close()
         assert resident() - used < 2_000_000
+
+
+def test_circles_through_functions_are_collected(scriptwells_service):
+    class Report:
+        def __init__(self):
+            self.session = scriptwells_service.connect(listener=self.tell).with_options(progress=self.tell)
+
+        def tell(self, event):
+            pass
+
+    report = Report()
+    report.session.run("1")
+    del report
+    gc.collect()
+    assert scriptwells_service.counts()["CloseUserSession"] == 1

@@ -2,6 +2,8 @@
 
 import gc
 import pathlib
+import subprocess
+import sys
 
 import pytest
 
@@ -54,6 +56,34 @@ def test_connect_with_everything(scriptwells_service):
 def test_options_that_cannot_be(option, error):
     with pytest.raises(error):
         scriptwells.connect("http://127.0.0.1:1", **option)
+
+
+@pytest.mark.parametrize("name", ["url", "user", "password", "replica"])
+def test_credentials_that_are_no_texts(name):
+    given = {"url": "http://127.0.0.1:1", "user": "joe", "password": "top secret", name: 5}
+    with pytest.raises(TypeError, match=f"the {name} must be a str, not int") as caught:
+        scriptwells.connect(**given)
+    assert "top secret" not in str(caught.value)
+
+
+def test_scripts_that_are_no_texts(session):
+    with pytest.raises(TypeError, match="the script must be a str, not int"):
+        session.run(5)
+    with pytest.raises(TypeError, match="the url must be a str, not NoneType"):
+        session.download(None)
+    with pytest.raises(scriptwells.ConversionError, match="the script is empty"):
+        session.run("")
+
+
+def test_a_process_may_end_with_an_open_session(scriptwells_service):
+    code = f"""
+import scriptwells
+session = scriptwells.connect({scriptwells_service.url!r}, "joe", listener=lambda exchange: None)
+session.run("1")
+"""
+    done = subprocess.run([sys.executable, "-c", code], capture_output=True, text=True)
+    assert (done.returncode, done.stderr) == (0, "")
+    assert scriptwells_service.counts()["CloseUserSession"] == 1
 
 
 def test_the_end_of_with(scriptwells_service):

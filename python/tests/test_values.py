@@ -108,7 +108,7 @@ def test_names_of_parameters(shared):
     )
     with pytest.raises(scriptwells.ConversionError, match="'a' is given twice"):
         shared.run("1", {"a": 1}, a=2)
-    with pytest.raises(TypeError, match="the name of a parameter is a str, not int"):
+    with pytest.raises(TypeError, match="the name of a parameter must be a str, not int"):
         shared.run("1", {1: 2})
 
 
@@ -174,6 +174,17 @@ def test_durations():
         scriptwells.Duration(months=1).to_timedelta()
     with pytest.raises(scriptwells.ConversionError):
         scriptwells.Duration.parse("1 day")
+
+
+@pytest.mark.parametrize("count", [2**40, "1", None, 1.5])
+def test_durations_with_odd_counts(shared, count):
+    with pytest.raises(TypeError, match="a Duration with years="):
+        shared.run("1", v=scriptwells.Duration(years=count))
+
+
+def test_durations_with_negative_counts(shared):
+    with pytest.raises(scriptwells.ConversionError, match="argument 'v'"):
+        shared.run("1", v=scriptwells.Duration(years=-1))
 
 
 def test_files_are_uploaded(shared, tmp_path):
