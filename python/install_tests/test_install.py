@@ -8,10 +8,8 @@ import sys
 import pytest
 
 PACKAGE = pathlib.Path(__file__).resolve().parents[1]
-# Nothing of the build that these tests belong to.
-ENVIRONMENT = {
-    name: value for name, value in os.environ.items() if name not in ("PYTHONPATH", "SCRIPTWELLS_PROGRAM", "QV_REGISTRY")
-}
+OF_THE_BUILD = ("PYTHONPATH", "SCRIPTWELLS_PROGRAM", "QV_REGISTRY")  # that these tests belong to
+ENVIRONMENT = {name: value for name, value in os.environ.items() if name not in OF_THE_BUILD}
 
 
 def run(*command, **options):

@@ -61,7 +61,7 @@ class Session:
         self._options = options
         self._call = _core.CallOptions(options)
         self._draws = progress is True
-        # Kept here, where the garbage collector sees it, and passed to each call: progress, listener, and what stops it.
+        # Kept here, where the garbage collector sees it, and passed to each call: progress, listener, stop.
         self._watch: Watch = (None if isinstance(progress, bool) else progress, listener, None)
 
     def run(self, code: str, parameters: Mapping[str, Any] | None = None, /, **named: Any) -> Any:

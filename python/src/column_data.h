@@ -3,7 +3,7 @@
 
 #include <pybind11/pybind11.h>
 
-#include "scriptwells/table.h"
+#include "scriptwells/value.h"
 
 namespace scriptwells::python {
 

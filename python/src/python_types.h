@@ -5,10 +5,9 @@
 
 #include <string_view>
 
-#include "scriptwells/exchange.h"
 #include "scriptwells/options.h"
-#include "scriptwells/table.h"
 #include "scriptwells/types.h"
+#include "scriptwells/value.h"
 
 namespace scriptwells::python {
 

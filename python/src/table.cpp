@@ -58,8 +58,9 @@ std::vector<py::str> Names(const Table& table) {
 // Of several columns with one name the first, as everywhere.
 py::dict DictOf(const Table& table, std::size_t row, const std::vector<py::str>& names) {
   py::dict dict;
+  const Row cells = table[row];
   for (std::size_t column = 0; column < names.size(); ++column) {
-    const py::object value = CellOf(table, row, column);
+    const py::object value = FromValue(cells[column].Get());
     if (PyDict_SetDefault(dict.ptr(), names[column].ptr(), value.ptr()) == nullptr)
       throw py::error_already_set();
   }

@@ -3,7 +3,7 @@
 
 #include <pybind11/pybind11.h>
 
-#include "scriptwells/arguments.h"
+#include "scriptwells/session.h"
 
 namespace scriptwells::python {
 

@@ -1,7 +1,9 @@
 """Every phase of an error, with a real failure, and what the exceptions are."""
 
 import builtins
+import pathlib
 import pickle
+import re
 import socket
 import ssl
 import struct
@@ -12,6 +14,16 @@ import pytest
 from raw_server import HEAD, raw_server, read_request
 
 import scriptwells
+
+
+DOCUMENT = pathlib.Path(__file__).resolve().parents[2] / "docs" / "errors.md"
+covered = set()  # phases and classes
+
+
+def row(phase, kind):
+    """Marks the test of a row of the document."""
+    covered.add((phase, kind.__name__))
+    return lambda test: test
 
 
 def failure(kind, phase, call, *arguments, **options):
@@ -49,18 +61,24 @@ def page(connection, ended):
     connection.sendall(HEAD.replace(b"100", b"18") + b"<html>hello</html>")
 
 
+def reads_nothing(connection, ended):
+    ended.wait(10)
+
+
 def reset_after_head(connection, ended):
     """Ends the connection while the client still sends."""
     connection.recv(1024)
     connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
 
 
+@row("address", scriptwells.Error)
 def test_address():
     error = failure(scriptwells.Error, "address", scriptwells.connect, "nowhere")
     assert str(error) == "server 'nowhere' does not begin with http:// or https://"
     assert (error.code, error.server_message, error.line, error.column, error.status) == (None,) * 5
 
 
+@row("connect", scriptwells.ConnectionError)
 def test_connect():
     with socket.create_server(("127.0.0.1", 0)) as listener:
         port = listener.getsockname()[1]
@@ -68,6 +86,7 @@ def test_connect():
     failure(scriptwells.ConnectionError, "connect", scriptwells.connect, "http://no-such-host.invalid")
 
 
+@row("connect", scriptwells.TimeoutError)
 def test_connect_takes_too_long():
     # A queue of connections that nobody accepts.
     with socket.socket() as listener:
@@ -84,6 +103,7 @@ def test_connect_takes_too_long():
             each.close()
 
 
+@row("TLS", scriptwells.ConnectionError)
 def test_tls(tmp_path):
     certificate, key = tmp_path / "certificate.pem", tmp_path / "key.pem"
     subprocess.run(
@@ -97,6 +117,13 @@ def test_tls(tmp_path):
     assert "connect(authorities=...)" in str(error)
 
 
+@row("TLS", scriptwells.TimeoutError)
+def test_tls_takes_too_long():
+    with raw_server(reads_nothing) as address:
+        failure(scriptwells.TimeoutError, "TLS", scriptwells.connect, f"https://{address}", connect_timeout=0.3)
+
+
+@row("send", scriptwells.ConnectionError)
 def test_send():
     script = "'" + "x" * 50_000_000 + "'"
     with raw_server(reset_after_head) as address:
@@ -104,6 +131,16 @@ def test_send():
         failure(scriptwells.ConnectionError, "send", session.run, script)
 
 
+@row("send", scriptwells.TimeoutError)
+def test_send_takes_too_long():
+    script = "'" + "x" * 50_000_000 + "'"
+    with raw_server(reads_nothing) as address:
+        session = scriptwells.connect(f"http://{address}", session_id="A", silence_timeout=0.3)
+        failure(scriptwells.TimeoutError, "send", session.run, script)
+
+
+@row("wait", scriptwells.ConnectionError)
+@row("wait", scriptwells.TimeoutError)
 def test_wait():
     with raw_server(gone) as address:
         failure(scriptwells.ConnectionError, "wait", scriptwells.connect, f"http://{address}")
@@ -118,6 +155,8 @@ def test_total_time(session):
     assert "the option timeout" in str(error)
 
 
+@row("receive", scriptwells.ConnectionError)
+@row("receive", scriptwells.TimeoutError)
 def test_receive():
     with raw_server(half_and_gone) as address:
         failure(scriptwells.ConnectionError, "receive", scriptwells.connect, f"http://{address}")
@@ -126,6 +165,7 @@ def test_receive():
         failure(scriptwells.TimeoutError, "receive", scriptwells.connect, url, silence_timeout=0.1)
 
 
+@row("answer", scriptwells.Error)
 def test_answer():
     with raw_server(page) as address:
         error = failure(scriptwells.Error, "answer", scriptwells.connect, f"http://{address}")
@@ -137,6 +177,7 @@ def test_answer_that_is_lost_under_strict(session):
     failure(scriptwells.ConversionError, "conversion", session.with_options(strict=True).run, "typed.long(5)")
 
 
+@row("session", scriptwells.SessionError)
 def test_session():
     with scriptwells.serve(users={"joe": "secret"}) as service:
         error = failure(scriptwells.SessionError, "session", scriptwells.connect, service.url, "joe", "wrong")
@@ -146,6 +187,7 @@ def test_session():
         assert "connect(url, user, password)" in str(error)
 
 
+@row("script", scriptwells.ScriptError)
 def test_script(session):
     error = failure(scriptwells.ScriptError, "script", session.run, "\nthrow new ScriptError(5, 'no such customer')")
     assert str(error) == "no such customer"
@@ -154,6 +196,7 @@ def test_script(session):
     assert error.line == 3
 
 
+@row("local file", scriptwells.Error)
 def test_local_file(session, tmp_path):
     missing = tmp_path / "missing"
     failure(scriptwells.Error, "local file", session.run, "1", doc=missing)
@@ -186,11 +229,13 @@ def test_files_that_are_kept(scriptwells_service, tmp_path):
         assert "connect(hidden_files=True)" in str(error)
 
 
+@row("conversion", scriptwells.ConversionError)
 def test_conversion(session):
     error = failure(scriptwells.ConversionError, "conversion", session.run, "1", v=float("nan"))
     assert str(error).startswith("argument 'v'")
 
 
+@row("cancelled", scriptwells.CancelledError)
 def test_cancelled(session):
     token = scriptwells.CancelToken()
     timer = threading.Timer(0.2, token.cancel)
@@ -202,6 +247,16 @@ def test_cancelled(session):
     failure(scriptwells.CancelledError, "cancelled", session.with_options(cancel=token).run, "1")
     token.reset()
     assert session.with_options(cancel=token).run("1") == 1
+
+
+def test_every_row_of_the_document_has_a_test():
+    rows = set()
+    phase = ""
+    for cells in re.findall(r"^\|(.*?)\|(.*?)\|", DOCUMENT.read_text(), re.M):
+        phase = "".join(re.findall('"(.*)"', cells[0])) or phase
+        rows |= {(phase, kind) for kind in re.findall("`(\\w*Error)`", cells[1])}
+    assert len(rows) == 17
+    assert rows == covered
 
 
 def test_classes():
