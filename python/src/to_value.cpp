@@ -1,0 +1,183 @@
+#include "to_value.h"
+
+#include <datetime.h>
+
+#include <string>
+
+#include "python_types.h"
+
+namespace scriptwells::python {
+
+namespace {
+
+namespace py = pybind11;
+
+constexpr int kMostDays = 32767;
+
+[[noreturn]] void Refuse(const std::string& reason) {
+  throw ConversionError(Phase::kConversion, reason);
+}
+
+std::string TypeName(py::handle object) {
+  return py::str(py::type::handle_of(object).attr("__name__"));
+}
+
+Value FromWhole(PyObject* object) {
+  int overflow = 0;
+  const long long value = PyLong_AsLongLongAndOverflow(object, &overflow);
+  if (overflow != 0) {
+    PyErr_SetString(PyExc_OverflowError, "an int beyond 64 bits cannot be sent");
+    throw py::error_already_set();
+  }
+  if (value == -1 && PyErr_Occurred() != nullptr) throw py::error_already_set();
+  const auto narrow = static_cast<std::int32_t>(value);
+  if (narrow == value) return narrow;
+  return static_cast<std::int64_t>(value);
+}
+
+int Milliseconds(int microseconds, bool strict) {
+  if (strict && microseconds % 1000 != 0) Refuse("travels without its microseconds");
+  return microseconds / 1000;
+}
+
+Date DateOf(PyObject* object) {
+  return {PyDateTime_GET_YEAR(object), PyDateTime_GET_MONTH(object), PyDateTime_GET_DAY(object)};
+}
+
+Value FromDateTime(PyObject* object, bool strict) {
+  // pandas' missing value calls itself a datetime.
+  if (PyDateTime_CheckExact(object) == 0 && TypeName(object) == "NaTType") return {};
+  if (PyDateTime_DATE_GET_TZINFO(object) != Py_None)
+    Refuse(
+        "a datetime with a time zone cannot be sent, since the protocol has none; choose one, and leave it "
+        "out: value.astimezone(datetime.timezone.utc).replace(tzinfo=None)");
+  return DateTime{
+      DateOf(object),
+      {PyDateTime_DATE_GET_HOUR(object), PyDateTime_DATE_GET_MINUTE(object),
+       PyDateTime_DATE_GET_SECOND(object), Milliseconds(PyDateTime_DATE_GET_MICROSECOND(object), strict)}};
+}
+
+Value FromTime(PyObject* object, bool strict) {
+  if (PyDateTime_TIME_GET_TZINFO(object) != Py_None)
+    Refuse(
+        "a time with a time zone cannot be sent, since the protocol has none; leave it out: "
+        "value.replace(tzinfo=None)");
+  return Time{PyDateTime_TIME_GET_HOUR(object), PyDateTime_TIME_GET_MINUTE(object),
+              PyDateTime_TIME_GET_SECOND(object),
+              Milliseconds(PyDateTime_TIME_GET_MICROSECOND(object), strict)};
+}
+
+// Python keeps a negative span as negative days and positive seconds.
+Value FromSpan(PyObject* object) {
+  constexpr std::int64_t kSecond = 1'000'000;
+  constexpr std::int64_t kDay = 86'400 * kSecond;
+  const int days = PyDateTime_DELTA_GET_DAYS(object);
+  if (days > kMostDays || days < -kMostDays) Refuse("a timedelta of more than 32767 days cannot be sent");
+  const std::int64_t span = days * kDay + PyDateTime_DELTA_GET_SECONDS(object) * kSecond +
+                            PyDateTime_DELTA_GET_MICROSECONDS(object);
+  std::int64_t rest = span < 0 ? -span : span;
+  const auto take = [&rest](std::int64_t unit) {
+    const std::int64_t count = rest / unit;
+    rest %= unit;
+    return static_cast<int>(count);
+  };
+  Duration duration;
+  duration.negative = span < 0;
+  duration.days = take(kDay);
+  duration.hours = take(3600 * kSecond);
+  duration.minutes = take(60 * kSecond);
+  duration.seconds = static_cast<double>(rest) / static_cast<double>(kSecond);
+  return duration;
+}
+
+// NumPy's item is a count where Python's type has a narrower range.
+py::object PointItem(py::handle object, const char* unit) {
+  const py::object item = object.attr("astype")(unit).attr("item")();
+  if (PyLong_Check(item.ptr()) != 0)
+    Refuse("'" + std::string(py::str(object)) + "' is outside the years 1 to 9999");
+  return item;
+}
+
+// A scalar of NumPy as Python's own type; null for anything else. NumPy is not imported for it.
+py::object NumpyItem(py::handle object) {
+  if (!py::hasattr(object, "dtype") || !py::hasattr(object, "item") || py::hasattr(object, "__len__"))
+    return {};
+  const std::string kind = py::str(object.attr("dtype").attr("kind"));
+  // Their items are counts of their unit, unless it is one of Python's.
+  if (kind == "M") return PointItem(object, "datetime64[us]");
+  if (kind == "m") return PointItem(object, "timedelta64[us]");
+  if (kind == "f") return py::float_(py::reinterpret_borrow<py::object>(object));
+  return kind == "b" || kind == "i" || kind == "u" ? object.attr("item")() : py::object();
+}
+
+[[noreturn]] void RefuseType(py::handle object) {
+  PyErr_Format(
+      PyExc_TypeError,
+      "a %s cannot be sent: a script takes bool, int, float, str, date, time, datetime, timedelta, "
+      "Duration, NumPy scalars, and pathlib.Path for a file; send other data as a text, such as that of "
+      "json.dumps",
+      TypeName(object).c_str());
+  throw py::error_already_set();
+}
+
+Value FromObject(py::handle object, bool strict) {
+  if (object.is_none()) return {};
+  if (py::isinstance<Typed>(object)) return object.cast<const Typed&>().value;
+  const PythonTypes& types = PythonTypes::Get();
+  if (py::isinstance(object, types.duration)) return ToDuration(object);
+  if (py::isinstance(object, types.table)) return ToTable(object);
+  if (py::isinstance(object, types.link))
+    return Link{std::string(TextOf(object.attr("url"), "link")),
+                std::string(TextOf(object.attr("caption"), "link"))};
+  if (const py::object item = NumpyItem(object)) return ToValue(item, strict);
+  if (PyIndex_Check(object.ptr()) != 0) {
+    if (PyObject* const whole = PyNumber_Index(object.ptr()))
+      return FromWhole(py::reinterpret_steal<py::object>(whole).ptr());
+    PyErr_Clear();  // an array, which is not a number after all
+  }
+  RefuseType(object);
+}
+
+void Add(Arguments& arguments, py::handle name, py::handle object, bool strict) {
+  std::string text(TextOf(name, "name of a parameter"));
+  if (PyUnicode_Check(object.ptr()) == 0 && py::hasattr(object, "__fspath__")) {
+    PyObject* path = nullptr;
+    if (PyUnicode_FSConverter(object.ptr(), &path) == 0) throw py::error_already_set();
+    arguments.Add(std::move(text), File{std::string(py::reinterpret_steal<py::bytes>(path))});
+    return;
+  }
+  try {
+    arguments.Add(text, ToValue(object, strict));
+  } catch (const ConversionError& error) {
+    Refuse("argument '" + text + "': " + error.message());
+  }
+}
+
+}  // namespace
+
+Value ToValue(py::handle object, bool strict) {
+  if (PyDateTimeAPI == nullptr) PyDateTime_IMPORT;
+  if (PyDateTimeAPI == nullptr) throw py::error_already_set();
+  PyObject* const raw = object.ptr();
+  if (PyBool_Check(raw)) return raw == Py_True;
+  if (PyLong_Check(raw)) return FromWhole(raw);
+  if (PyFloat_Check(raw)) return PyFloat_AS_DOUBLE(raw);
+  if (PyUnicode_Check(raw)) return TextOf(raw, "text");
+  if (PyDateTime_Check(raw)) return FromDateTime(raw, strict);
+  if (PyDate_Check(raw)) return DateOf(raw);
+  if (PyTime_Check(raw)) return FromTime(raw, strict);
+  if (PyDelta_Check(raw)) return FromSpan(raw);
+  return FromObject(object, strict);
+}
+
+Arguments ToArguments(py::handle parameters, const py::dict& named, bool strict) {
+  Arguments arguments;
+  if (!parameters.is_none()) {
+    const py::dict mapping{py::reinterpret_borrow<py::object>(parameters)};
+    for (const auto& [name, value] : mapping) Add(arguments, name, value, strict);
+  }
+  for (const auto& [name, value] : named) Add(arguments, name, value, strict);
+  return arguments;
+}
+
+}  // namespace scriptwells::python
