@@ -16,35 +16,55 @@ namespace {
 // They are counted in 16 bits.
 constexpr std::size_t kMostArguments = 32767;
 
+// Nothing is built for messages before there is one: these checks are a part of every call.
 void RefuseLosses(const Value& value, const std::string& what) {
   const std::vector<std::string> losses = LossesOnTheWire(value);
   if (!losses.empty()) throw ConversionError(Phase::kConversion, what + " " + losses.front());
 }
 
+std::string Named(const Argument& argument) {
+  return "argument '" + argument.Name() + "'";
+}
+
 qv::Variant ToParameter(const Argument& argument, bool strict) {
-  const std::string what = "argument '" + argument.Name() + "'";
   if (const File* file = argument.GetFile()) {
     const std::string path = ReadablePath(file->path, "file");
     return qv::Variant::FromObject(qv::CreateAttachedFile(qv::FromUtf8(path)).get());
   }
+  if (strict) RefuseLosses(*argument.GetValue(), Named(argument));
   try {
-    if (strict) RefuseLosses(*argument.GetValue(), what);
     return ToWire(*argument.GetValue());
   } catch (const ConversionError& error) {
-    if (error.message().rfind(what, 0) == 0) throw;
-    throw ConversionError(Phase::kConversion, what + ": " + error.message());
+    throw ConversionError(Phase::kConversion, Named(argument) + ": " + error.message());
   }
+}
+
+// The first argument whose name another has before it; null if there is none.
+const Argument* FindRepeated(const Arguments& arguments) {
+  constexpr std::size_t kFew = 16;
+  std::set<std::string_view> names;  // only for many: it needs memory for each
+  for (auto at = arguments.begin(); at != arguments.end(); ++at) {
+    const auto isSame = [at](const Argument& other) { return other.Name() == at->Name(); };
+    const bool isRepeated = arguments.size() <= kFew ? std::any_of(arguments.begin(), at, isSame)
+                                                     : !names.insert(at->Name()).second;
+    if (isRepeated) return &*at;
+  }
+  return nullptr;
 }
 
 void CheckNames(const Arguments& arguments, bool strict) {
   if (arguments.size() > kMostArguments)
     throw ConversionError(Phase::kConversion, "more than 32767 arguments");
-  std::set<std::string_view> names;
-  for (const Argument& argument : arguments) {
-    CheckText(argument.Name(), "name of an argument", strict);
-    if (!names.insert(argument.Name()).second)
-      throw ConversionError(Phase::kConversion, "argument '" + argument.Name() + "' is given twice");
-  }
+  for (const Argument& argument : arguments) CheckText(argument.Name(), "name of an argument", strict);
+  if (const Argument* const repeated = FindRepeated(arguments))
+    throw ConversionError(Phase::kConversion, Named(*repeated) + " is given twice");
+}
+
+// Most texts are, and this is quicker than the check of UTF-8.
+bool IsAscii(std::string_view text) {
+  unsigned char bits = 0;
+  for (const char byte : text) bits = static_cast<unsigned char>(bits | static_cast<unsigned char>(byte));
+  return bits < 0x80;
 }
 
 }  // namespace
@@ -65,14 +85,13 @@ std::size_t CountFiles(const Arguments& arguments) noexcept {
 }
 
 void CheckText(std::string_view text, const char* what, bool strict) {
-  const std::string start = std::string("the ") + what;
-  const auto refuse = [&start](const char* reason) {
-    throw ConversionError(Phase::kConversion, start + reason);
+  const auto refuse = [what](const char* reason) {
+    throw ConversionError(Phase::kConversion, std::string("the ") + what + reason);
   };
   if (text.empty()) refuse(" is empty");
-  if (!utf8::is_valid(text.begin(), text.end())) refuse(" is not valid UTF-8");
+  if (!IsAscii(text) && !utf8::is_valid(text.begin(), text.end())) refuse(" is not valid UTF-8");
   if (text.find('\0') != std::string_view::npos) refuse(" holds a null character, which would end it there");
-  if (strict) RefuseLosses(Value(text), start);
+  if (strict) RefuseLosses(Value(text), std::string("the ") + what);
 }
 
 }  // namespace scriptwells
