@@ -243,8 +243,10 @@ std::string Explanation::TransportMessage() {
 // The limit of a body is known, that of a head is not.
 std::string Explanation::TooLong(const std::string& message) const {
   const std::string answer = "the answer of " + last_.Way();
+  const std::int64_t limit = call_.settings.http.maxBodyBytes;
   if (message == "Maximum file size exceeded")  // libcurl's message
-    return answer + " is longer than " + std::to_string(call_.settings.http.maxBodyBytes >> 20) + " MB";
+    return answer + " is longer than " +
+           (limit < 1 << 20 ? std::to_string(limit) + " bytes" : std::to_string(limit >> 20) + " MB");
   return answer + " is too long: " + message;
 }
 

@@ -45,6 +45,7 @@ CallSettings CheckedSettings(const Options& options) {
   settings.http.idleTimeout = Milliseconds(options.silenceTimeout, "silence timeout");
   settings.http.totalTimeout = Milliseconds(options.totalTimeout, "total timeout");
   settings.http.minBytesPerSecond = options.leastBytesPerSecond;
+  if (options.mostAnswerBytes < 0 || options.leastBytesPerSecond < 0) Refuse("a limit of bytes is negative");
   settings.http.maxBodyBytes = options.mostAnswerBytes;
   settings.http.replaceFiles = options.replaceFiles;
   if (!options.authorities.empty()) settings.http.caFile = PemFile(options.authorities, "authorities' file");

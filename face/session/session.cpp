@@ -8,6 +8,17 @@
 
 namespace scriptwells {
 
+namespace {
+
+// The session, unless it was moved from.
+template <class Impl>
+Impl& Used(const std::unique_ptr<Impl>& impl) {
+  if (impl == nullptr) throw SessionError(Phase::kSession, "the session was moved to another object");
+  return *impl;
+}
+
+}  // namespace
+
 Session::Session(const std::string& server, const Credentials& credentials, Options options) {
   CheckCredentials(credentials);
   impl_ = std::make_unique<Impl>(server, credentials, std::move(options), std::string());
@@ -36,37 +47,37 @@ Session::Session(Session&& other) noexcept = default;
 Session& Session::operator=(Session&& other) noexcept = default;
 
 Value Session::Run(std::string_view script, const Arguments& arguments, const RunOptions& options) {
-  return impl_->Run(script, arguments, options);
+  return Used(impl_).Run(script, arguments, options);
 }
 
 Value Session::RunDocument(const std::filesystem::path& document, const Arguments& arguments,
                            const RunOptions& options) {
-  return impl_->RunDocument(document, arguments, options);
+  return Used(impl_).RunDocument(document, arguments, options);
 }
 
 std::future<Value> Session::RunAsync(std::string script, Arguments arguments, RunOptions options) {
-  return impl_->Post(std::move(script), std::move(arguments), std::move(options));
+  return Used(impl_).Post(std::move(script), std::move(arguments), std::move(options));
 }
 
 std::filesystem::path Session::Download(const std::string& url, const std::filesystem::path& directory,
                                         const RunOptions& options) {
-  return impl_->Download(url, directory, options);
+  return Used(impl_).Download(url, directory, options);
 }
 
 void Session::Close(std::chrono::milliseconds within) {
-  impl_->Close(within);
+  Used(impl_).Close(within);
 }
 
 std::string Session::Release() {
-  return impl_->Release();
+  return Used(impl_).Release();
 }
 
 std::string Session::Id() const {
-  return impl_->Id();
+  return Used(impl_).Id();
 }
 
-const std::string& Session::Server() const noexcept {
-  return impl_->Server();
+const std::string& Session::Server() const {
+  return Used(impl_).Server();
 }
 
 const char* Version() noexcept {

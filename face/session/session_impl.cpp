@@ -37,8 +37,12 @@ std::int64_t Sooner(std::int64_t time, std::int64_t limit) noexcept {
   return time == 0 || time > limit ? limit : time;
 }
 
-[[noreturn]] void ThrowEnded() {
-  throw CancelledError(Phase::kCancelled, "the session ended before the call");
+[[noreturn]] void ThrowEnded(const char* when) {
+  throw CancelledError(Phase::kCancelled, std::string("the session ended ") + when + " the call");
+}
+
+void CheckLimit(std::chrono::milliseconds limit) {
+  if (limit.count() < 0) throw Error(Phase::kAddress, "the total timeout is negative");
 }
 
 }  // namespace
@@ -83,7 +87,7 @@ Session::Impl::Impl(const std::string& server, const Credentials& credentials, O
   if (options_.cancelQueued)
     settings_.progress = [listener = std::move(settings_.progress),
                           ending = ending_](const Progress& progress) {
-      if (ending.IsCancelled()) ThrowEnded();
+      if (ending.IsCancelled()) ThrowEnded("during");
       if (listener) listener(progress);
     };
   if (id.empty()) {
@@ -131,7 +135,7 @@ void Session::Impl::Open(const Credentials& credentials) {
 }
 
 void Session::Impl::CheckUsable() const {
-  if (ending_.IsCancelled()) ThrowEnded();
+  if (ending_.IsCancelled()) ThrowEnded("before");
   if (state_ == State::kClosed) throw SessionError(Phase::kSession, "the session is closed");
 }
 
@@ -140,7 +144,10 @@ const CallSettings& Session::Impl::SettingsFor(const RunOptions& options, std::o
   settings_.keepAnswer = options.strict.value_or(options_.strict);
   if (!options.totalTimeout && !options.cancel && !options.progress) return settings_;
   own.emplace(settings_);
-  if (options.totalTimeout) own->http.totalTimeout = options.totalTimeout->count();
+  if (options.totalTimeout) {
+    CheckLimit(*options.totalTimeout);
+    own->http.totalTimeout = options.totalTimeout->count();
+  }
   if (options.cancel) own->cancel = options.cancel;
   if (options.progress) own->progress = options.progress;
   return *own;

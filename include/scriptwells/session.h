@@ -67,8 +67,8 @@ class Arguments {
 
 class SCRIPTWELLS_API Session {
  public:
-  // Opens a session. `server` is "http://name:port" or https; the default ports are 80 and 443. Throws SessionError if
-  // the server refuses it.
+  // Opens a session. `server` is "http://name:port" or https, and a path if the service's begins with one; the default
+  // ports are 80 and 443. Throws SessionError if the server refuses it.
   explicit Session(const std::string& server, const Credentials& credentials = {}, Options options = {});
   // Uses a session that is open already, without a request. It is not closed at the end, but by Close.
   static Session Adopt(const std::string& server, const std::string& id, Options options = {});
@@ -81,7 +81,8 @@ class SCRIPTWELLS_API Session {
   Session(Session&& other) noexcept;
   Session& operator=(Session&& other) noexcept;
 
-  // Runs the script. The answer is empty if it has a type that does not arrive.
+  // Runs the script; its answer is that of its last expression, and empty if it has a type that does not arrive. A
+  // script that answers null or nothing throws Error (kAnswer).
   Value Run(std::string_view script, const Arguments& arguments = {}, const RunOptions& options = {});
   // Runs a script document: an XML file with a script and its language.
   Value RunDocument(const std::filesystem::path& document, const Arguments& arguments = {},
@@ -89,8 +90,8 @@ class SCRIPTWELLS_API Session {
   // Run, on the executor of the options; throws std::logic_error without one. Calls run in their order. The future
   // has the value or the exception; it may be dropped.
   std::future<Value> RunAsync(std::string script, Arguments arguments = {}, RunOptions options = {});
-  // Saves the file at `url` in the directory, under the name that the server gives. Returns its path. The session's
-  // id is sent to the server of the URL.
+  // Saves the file at `url` in the directory, which must exist, under the name that the server gives. Returns its path.
+  // The session's id is sent to the server of the URL.
   std::filesystem::path Download(const std::string& url, const std::filesystem::path& directory = ".",
                                  const RunOptions& options = {});
 
@@ -100,7 +101,7 @@ class SCRIPTWELLS_API Session {
   std::string Release();
   // The session's id, which lets another program adopt the session: a secret.
   std::string Id() const;
-  const std::string& Server() const noexcept;  // "http://127.0.0.1:8080"
+  const std::string& Server() const;  // "http://127.0.0.1:8080"
   // That of a file's URL. Throws Error (kAddress) as Download does.
   static std::string ServerOf(const std::string& url);
 

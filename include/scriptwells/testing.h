@@ -17,7 +17,7 @@ namespace scriptwells {
 struct ServiceOptions {
   // Empty: the variable SCRIPTWELLS_PROGRAM, then `scriptwells` in PATH.
   std::filesystem::path program;
-  // Empty: everybody may open a session.
+  // Empty: every user name but an empty one may open a session.
   std::vector<Credentials> users;
 };
 

@@ -32,9 +32,9 @@ enum class Type : int {
   kByte,  // arrives as 0, but in a table
   kShort,
   kInt,
-  kLong,   // is sent, but arrives empty
-  kFloat,  // is sent with 6 significant digits, as a double
-  kDouble,
+  kLong,    // is sent, but arrives empty
+  kFloat,   // is sent with 6 significant digits, as a double
+  kDouble,  // the same: an argument of 1234567.0 arrives as 1234570
   kString,
   kDate,
   kTime,

@@ -41,6 +41,9 @@ TEST_F(SessionTest, ChecksEverythingBeforeTheFirstRequest) {
   options = Options();
   options.connectTimeout = milliseconds(-1);
   EXPECT_EQ(refused(Phase::kAddress, Url(), {"joe"}, options), "the connect timeout is negative");
+  options = Options();
+  options.mostAnswerBytes = -1;
+  EXPECT_EQ(refused(Phase::kAddress, Url(), {"joe"}, options), "a limit of bytes is negative");
   EXPECT_EQ(RefusalOf(Phase::kAddress, [] { Session::Adopt("http://s", "a b"); }),
             "the session's id is empty, or holds a character that no header carries");
   EXPECT_EQ(Seen("CreateUserSession"), 0);
@@ -90,6 +93,28 @@ TEST_F(SessionTest, LimitsTheTimeOfACall) {
     EXPECT_EQ(error.phase(), Phase::kWait);
     EXPECT_EQ(error.remedy(), Remedy::kTotalTime);
   }
+}
+
+TEST_F(SessionTest, RefusesALimitThatIsNone) {
+  Session session = Open();
+  RunOptions call;
+  call.totalTimeout = milliseconds(-1);
+  EXPECT_EQ(RefusalOf(Phase::kAddress, [&] { session.Run("1", {}, call); }), "the total timeout is negative");
+}
+
+TEST_F(SessionTest, NamesTheLimitOfAnAnswer) {
+  Options options;
+  options.mostAnswerBytes = 2000;
+  Session session = Open(options);
+  const std::string reason = RefusalOf(Phase::kAnswer, [&] { session.Run("'x'.repeat(5000)"); });
+  EXPECT_NE(reason.find("is longer than 2000 bytes"), std::string::npos) << reason;
+}
+
+TEST_F(SessionTest, MovedTokensKeepTheirState) {
+  CancelToken token;
+  CancelToken moved = std::move(token);
+  moved.Cancel();
+  EXPECT_TRUE(token.IsCancelled());  // NOLINT(bugprone-use-after-move): what is tested
 }
 
 TEST_F(SessionTest, PassesOnWhatListenersThrow) {

@@ -1,10 +1,12 @@
 // A session from its opening to its end, on a real service.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "face/session/refusal.h"
 #include "face/session/session_fixture.h"
@@ -93,6 +95,19 @@ TEST_F(SessionTest, Moves) {
   *kept = Open();
   EXPECT_EQ(Seen("CloseUserSession"), 1) << "the first one";
   EXPECT_EQ(kept->Run("8").As<int>(), 8);
+}
+
+TEST_F(SessionTest, RefusesCallsOnceItWasMoved) {
+  Session session = Open();
+  const Session taken = std::move(session);
+  const auto refused = [](const std::function<void()>& call) { return RefusalOf(Phase::kSession, call); };
+  // NOLINTBEGIN(bugprone-use-after-move): what is tested
+  for (const std::function<void()>& call : std::vector<std::function<void()>>{
+           [&] { session.Run("1"); }, [&] { session.Close(); }, [&] { session.Id(); },
+           [&] { session.Server(); }, [&] { session.RunAsync("1"); }, [&] { session.Release(); },
+           [&] { session.Download(Url() + "/x"); }})
+    EXPECT_EQ(refused(call), "the session was moved to another object");
+  // NOLINTEND(bugprone-use-after-move)
 }
 
 TEST_F(SessionTest, SessionsComeAndGoBesideEachOther) {
