@@ -1,10 +1,19 @@
 #include "face/session/call_queue.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "scriptwells/error.h"
 
 namespace scriptwells {
+
+namespace {
+
+constexpr std::chrono::milliseconds kGlance{100};
+constexpr char kCancelled[] = "the call was cancelled while it waited for another call of its session";
+constexpr char kLate[] = "the time that the call may take is over: another call of its session still runs";
+
+}  // namespace
 
 // What the executor gets. It ends its turn when it has run, or when the executor has dropped it.
 class CallQueue::Job {
@@ -44,7 +53,8 @@ class CallQueue::Job {
   std::shared_ptr<QueuedCall> call_;
 };
 
-void CallQueue::Enter() {
+void CallQueue::Enter(const Patience& patience) {
+  const auto start = std::chrono::steady_clock::now();
   std::unique_lock<std::mutex> lock(mutex_);
   if (!busy_) {
     busy_ = true;
@@ -52,7 +62,21 @@ void CallQueue::Enter() {
   }
   bool granted = false;
   waiting_.push_back({nullptr, &granted});
-  turns_.wait(lock, [&granted] { return granted; });
+  // A token cannot wake a thread, since it may be cancelled in a signal handler.
+  while (!turns_.wait_for(lock, kGlance, [&granted] { return granted; })) {
+    const bool isCancelled = patience.cancel && patience.cancel->IsCancelled();
+    const bool isLate =
+        patience.limit.count() > 0 && std::chrono::steady_clock::now() - start > patience.limit;
+    if (!isCancelled && !isLate) continue;
+    Forget(&granted);
+    if (isCancelled) throw CancelledError(Phase::kCancelled, kCancelled);
+    throw TimeoutError(Phase::kWait, kLate, {Remedy::kTotalTime});
+  }
+}
+
+void CallQueue::Forget(const bool* granted) noexcept {
+  const auto isOwn = [granted](const Entry& entry) { return entry.granted == granted; };
+  waiting_.erase(std::remove_if(waiting_.begin(), waiting_.end(), isOwn), waiting_.end());
 }
 
 void CallQueue::Post(std::shared_ptr<QueuedCall> call) {

@@ -2,12 +2,14 @@
 // thread waits for its turn or an executor runs them.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 #include "scriptwells/options.h"
 
@@ -21,6 +23,12 @@ class QueuedCall {
   virtual void Fail(std::exception_ptr reason) noexcept = 0;
 };
 
+// How long a thread waits for its turn.
+struct Patience {
+  std::optional<CancelToken> cancel{};
+  std::chrono::milliseconds limit{};  // 0: none
+};
+
 class CallQueue {
  public:
   explicit CallQueue(Executor executor) : executor_(std::move(executor)) {}
@@ -29,10 +37,11 @@ class CallQueue {
 
   bool HasExecutor() const noexcept { return executor_ != nullptr; }
 
-  // The calling thread's turn: the constructor waits for it.
+  // The calling thread's turn: the constructor waits for it. Throws CancelledError, or TimeoutError (kWait)
+  // when the limit is over.
   class Turn {
    public:
-    explicit Turn(CallQueue& queue) : queue_(queue) { queue_.Enter(); }
+    explicit Turn(CallQueue& queue, const Patience& patience = {}) : queue_(queue) { queue_.Enter(patience); }
     ~Turn() { queue_.Leave(); }
     Turn(const Turn&) = delete;
     Turn& operator=(const Turn&) = delete;
@@ -55,7 +64,8 @@ class CallQueue {
     bool* granted = nullptr;
   };
 
-  void Enter();
+  void Enter(const Patience& patience);
+  void Forget(const bool* granted) noexcept;
   void Leave() noexcept;
   void Start(Entry entry) noexcept;
 

@@ -139,6 +139,11 @@ void Session::Impl::CheckUsable() const {
   if (state_ == State::kClosed) throw SessionError(Phase::kSession, "the session is closed");
 }
 
+Patience Session::Impl::PatienceOf(const RunOptions& options) const {
+  return {options.cancel ? options.cancel : options_.cancel,
+          options.totalTimeout.value_or(options_.totalTimeout)};
+}
+
 // Copying the settings would cost more than the rest of this room.
 const CallSettings& Session::Impl::SettingsFor(const RunOptions& options, std::optional<CallSettings>& own) {
   settings_.keepAnswer = options.strict.value_or(options_.strict);
@@ -184,13 +189,13 @@ Value Session::Impl::RunNow(std::string_view script, const Arguments& arguments,
 }
 
 Value Session::Impl::Run(std::string_view script, const Arguments& arguments, const RunOptions& options) {
-  const CallQueue::Turn turn(queue_);
+  const CallQueue::Turn turn(queue_, PatienceOf(options));
   return RunNow(script, arguments, options);
 }
 
 Value Session::Impl::RunDocument(const std::filesystem::path& document, const Arguments& arguments,
                                  const RunOptions& options) {
-  const CallQueue::Turn turn(queue_);
+  const CallQueue::Turn turn(queue_, PatienceOf(options));
   CheckUsable();
   const std::string url = DocumentUrl(document);
   return Answer(arguments, options, document.native(), [&](qv::IParameters* list, qv::Variant* answer) {
@@ -200,7 +205,7 @@ Value Session::Impl::RunDocument(const std::filesystem::path& document, const Ar
 
 std::filesystem::path Session::Impl::Download(const std::string& url, const std::filesystem::path& directory,
                                               const RunOptions& options) {
-  const CallQueue::Turn turn(queue_);
+  const CallQueue::Turn turn(queue_, PatienceOf(options));
   CheckUsable();
   const std::string source = CheckedFileUrl(url);
   const std::string target = TargetDirectory(directory);
@@ -237,7 +242,7 @@ void Session::Impl::CloseNow(std::chrono::milliseconds within) {
 }
 
 void Session::Impl::Close(std::chrono::milliseconds within) {
-  const CallQueue::Turn turn(queue_);
+  const CallQueue::Turn turn(queue_, {{}, within});
   if (state_ != State::kClosed) CloseNow(within);
 }
 

@@ -41,6 +41,7 @@ class Session::Impl {
   void Open(const Credentials& credentials);
   void CheckUsable() const;
   Value RunNow(std::string_view script, const Arguments& arguments, const RunOptions& options);
+  Patience PatienceOf(const RunOptions& options) const;
   // Those of the session, or a copy in `own` with what the call changes. Valid for one call.
   const CallSettings& SettingsFor(const RunOptions& options, std::optional<CallSettings>& own);
   // Limits the whole close, unless the time is 0.

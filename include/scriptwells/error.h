@@ -57,12 +57,12 @@ enum class Remedy {
 // What an Error knows besides phase and message.
 struct ErrorDetails {
   Remedy remedy = Remedy::kNone;
-  std::optional<std::uint32_t> number;  // the server's number of a fault
-  std::uint32_t result = 0;             // the result code of the call below, such as 0x80040005; 0 if none
-  std::string text;                     // the fixed text of the call below, which programs may compare
-  std::string transport;                // the message of the connection, such as "Connection refused"
-  int status = 0;                       // the HTTP status of the answer; 0 if there was none
-  int line = 0, column = 0;             // the place in the script, where the server says it; 0 if not
+  std::optional<std::uint32_t> number{};  // the server's number of a fault
+  std::uint32_t result = 0;               // the result code of the call below, such as 0x80040005; 0 if none
+  std::string text{};                     // the fixed text of the call below, which programs may compare
+  std::string transport{};                // the message of the connection, such as "Connection refused"
+  int status = 0;                         // the HTTP status of the answer; 0 if there was none
+  int line = 0, column = 0;               // the place in the script, where the server says it; 0 if not
 };
 
 class SCRIPTWELLS_API Error : public std::runtime_error {

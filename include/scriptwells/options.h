@@ -21,8 +21,9 @@ class SCRIPTWELLS_API CancelToken {
   CancelToken();
   CancelToken(const CancelToken&) = default;  // also in place of a move, which would leave a token without state
   CancelToken& operator=(const CancelToken&) = default;
-  // Calls that use the token end with CancelledError, at the latest a quarter of a second after their turn has come;
-  // later calls at once. Closing the session is not affected. Safe in a signal handler.
+  // Calls that use the token end with CancelledError, at the latest after a quarter of a second (those of
+  // RunAsync: when their turn comes); later calls at once. Closing the session is not affected. Safe in a signal
+  // handler.
   void Cancel() noexcept { *state_ = true; }
   void Reset() noexcept { *state_ = false; }  // later calls work again
   bool IsCancelled() const noexcept { return *state_; }

@@ -64,6 +64,29 @@ TEST_F(SessionTest, TakesTurnsWithBlockingCalls) {
   EXPECT_EQ(first.wait_for(std::chrono::seconds(0)), std::future_status::ready);
 }
 
+TEST_F(SessionTest, EndsTheWaitForATurn) {
+  Session session = Open(WithPool(1));
+  RunOptions stopping;
+  stopping.cancel.emplace();
+  std::future<Value> running = session.RunAsync("for (;;) {}", {}, stopping);
+  RunOptions late;
+  late.totalTimeout = std::chrono::milliseconds(50);
+  try {
+    session.Run("1", {}, late);
+    ADD_FAILURE() << "ran";
+  } catch (const TimeoutError& error) {
+    EXPECT_EQ(error.phase(), Phase::kWait);
+    EXPECT_EQ(error.remedy(), Remedy::kTotalTime);
+  }
+  RunOptions cancelled;
+  cancelled.cancel.emplace().Cancel();
+  EXPECT_THROW(session.Run("1", {}, cancelled), CancelledError);
+  EXPECT_THROW(session.Close(std::chrono::milliseconds(50)), TimeoutError);
+  stopping.cancel->Cancel();
+  EXPECT_THROW(running.get(), CancelledError);
+  EXPECT_EQ(session.Run("2").As<int>(), 2) << "its turn comes all the same";
+}
+
 TEST_F(SessionTest, WaitsForQueuedCallsAtItsEnd) {
   std::vector<std::future<Value>> futures;
   {
