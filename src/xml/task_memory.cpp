@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -9,7 +10,7 @@
 namespace qv {
 
 TaskMemory::~TaskMemory() {
-  while (ends_.next != &ends_) deallocate(ends_.next + 1);
+  for (Part* part = ends_.next; part != &ends_;) std::free(std::exchange(part, part->next));
 }
 
 xercesc::MemoryManager* TaskMemory::getExceptionMemoryManager() {

@@ -18,6 +18,7 @@ HRESULT RecordListCursor::Next(IUnknown** record) noexcept {
     CheckPlace(record);
     *record = nullptr;
     if (IsAtEnd()) ThrowNoMoreRecords();
+    // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): the guard handles it
     *record = IRecordListRecordPtr(new RecordListRecord(*list_, next_)).detach();
     ++next_;
   });
