@@ -108,8 +108,8 @@ std::string FormatJson(const Value& value) {
   const TypeRow& row = RowOf(value.type());
   const Json details = DetailsOf(value);
   const std::string more = details.empty() ? "}" : "," + JsonText(details).substr(1);
-  return std::string("{\"type\":\"") + row.name + "\",\"value\":" + ValueJson(value) +
-         ",\"tag\":" + std::to_string(row.tag) + more + "\n";
+  return std::string(R"({"type":")") + row.name + R"(","value":)" + ValueJson(value) + R"(,"tag":)" +
+         std::to_string(row.tag) + more + "\n";
 }
 
 std::string FormatCsv(const Value& value, const std::string& nullText) {

@@ -15,6 +15,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(JsonText, EscapesWhatIsUnsafe) {
   EXPECT_EQ(JsonText("a\"b\\\n\xC3\xA9\xF0\x9F\x98\x80"), "\"a\\\"b\\\\\\n\xC3\xA9\xF0\x9F\x98\x80\"");
+  // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
   EXPECT_EQ(JsonText(std::string("a\0\x1b\x7f\xC2\x9B\xE2\x80\xAE", 9)),
             R"("a\u0000\u001b\u007f\u009b\u202e")");
   EXPECT_EQ(JsonText("\xFF"), "\"\xEF\xBF\xBD\"");
@@ -52,6 +53,7 @@ TEST(ShortQuote, IsOneLine) {
   EXPECT_EQ(ShortQuote("abc"), "'abc'");
   EXPECT_EQ(ShortQuote(""), "''");
   EXPECT_EQ(ShortQuote("a\nb\r\nc\td "), R"('a\nb\r\nc\td ')");
+  // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
   EXPECT_EQ(ShortQuote(std::string("\x1b\0\x7f\xE2\x80\xAE", 6)), R"('\x1b\x00\x7f\u202e')");
   EXPECT_EQ(ShortQuote("a\xFF\xC3"), R"('a\xff\xc3')");
 }

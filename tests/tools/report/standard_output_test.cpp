@@ -12,6 +12,8 @@ namespace {
 
 using namespace testing;
 
+// NOLINTBEGIN(misc-misleading-bidirectional): characters that mislead are what is tested.
+
 // DEL, CSI in one character, an override of the writing direction, a line separator; and layout.
 const std::string kUnsafe = "a\x7f\xC2\x9B.2J\xE2\x80\xAE\xE2\x80\xA8\tb\nc";
 
