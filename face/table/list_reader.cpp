@@ -47,8 +47,8 @@ std::vector<ListColumn> ReadColumns(qv::IRecordList* list) {
   CheckGiven(headers.get());
   std::int32_t count = 0;
   ThrowIfFailed(headers->GetCount(&count), headers.get(), qv::IRecordListHeaders::kIid);
-  std::vector<ListColumn> columns;  // nothing is reserved for a number that a host gives
-  // NOLINTNEXTLINE(performance-inefficient-vector-operation)
+  std::vector<ListColumn> columns;
+  // NOLINTNEXTLINE(performance-inefficient-vector-operation): a host's count is not trusted with memory
   for (std::int32_t i = 0; i < count; ++i) columns.push_back(ReadColumn(headers.get(), i));
   return columns;
 }
