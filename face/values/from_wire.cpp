@@ -27,8 +27,8 @@ DateTime PointOf(double serial) {
   return {DayOf(static_cast<std::int64_t>(day)), {time.hour, time.minute, time.second, time.millisecond}};
 }
 
-// The number decides on the type but in columns of datetimes, and on day 0 in columns of dates. The whole part
-// is 0 on day 0 and on the day before it.
+// The number decides on the type but in columns of datetimes, and on day 0 in columns of dates. The whole
+// part is 0 on day 0 and on the day before it.
 Value OfSerial(double serial, std::int32_t columnType) {
   if (!(std::abs(serial) < kMostDays))
     throw Error(Phase::kAnswer, "a date is out of range: " + NumberText(serial));

@@ -109,6 +109,18 @@ TEST(Errors, OfConnectionsThatBreak) {
               "ConnectionError receive: the answer of " + server.Url() + " broke off: ");
 }
 
+// More than the connection's buffers take, so that the client still sends when the server resets it.
+TEST(Errors, OfSending) {
+  qv::test::RawServer server;
+  server.Expect(qv::test::RawScript().ReadBytes(100).Reset());
+  Session session = Session::Adopt(server.Url(), "u1");
+  const std::string large(std::size_t{32} << 20, 'x');
+  ExpectStart(Shown([&] {
+                session.Run("1", {{"a", large}});
+              }),
+              "ConnectionError send: no answer from " + server.Url() + ": ");
+}
+
 TEST(Errors, OfAnswersThatAreNoneOfTheProtocol) {
   qv::test::RawServer server;
   server.Expect(qv::test::RawScript().Answer("<html>hello</html>"));
