@@ -13,6 +13,7 @@ namespace {
 
 Table OfTexts(const std::vector<const char16_t*>& texts) {
   std::vector<qv::cli::testing::BuiltRow> rows;
+  rows.reserve(texts.size());
   for (const char16_t* text : texts) rows.push_back({text == nullptr ? qv::Variant() : qv::Text(text)});
   return BuiltTable({{u"a", qv::kColumnString}}, rows);
 }

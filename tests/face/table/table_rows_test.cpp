@@ -78,11 +78,13 @@ TEST(TableRows, ServeAlgorithms) {
 TEST(TableRows, AreReadOnThreads) {
   constexpr int kRows = 500;
   std::vector<qv::cli::testing::BuiltRow> rows;
+  rows.reserve(kRows);
   for (int i = 0; i < kRows; ++i) rows.push_back({qv::Text(u"text"), DurationCell(u"P1DT2H")});
   const Table table = BuiltTable({{u"text", qv::kColumnString}, {u"span", qv::kColumnDuration}}, rows);
   rows.clear();
   std::vector<int> hours(4);
   std::vector<std::thread> threads;
+  threads.reserve(hours.size());
   for (int& sum : hours)
     threads.emplace_back([&sum, table] {
       for (const Row& row : table) {

@@ -126,8 +126,9 @@ TEST(Table, EachOfManyColumnsIsFound) {
   for (char16_t c = u'a'; c <= u'z'; ++c) names.push_back(std::u16string(c % 3, u'x') + c);
   // The last ones differ only in their middle.
   for (const char16_t* name : {u"", u"12345678a12345678", u"12345678b12345678", u"12345678c12345678"})
-    names.push_back(name);
+    names.emplace_back(name);
   std::vector<qv::cli::testing::BuiltColumn> columns;
+  columns.reserve(names.size());
   for (const std::u16string& name : names) columns.push_back({name.c_str(), qv::kColumnInt});
   const Table table = BuiltTable(columns, {});
   for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(table.IndexOf(qv::ToUtf8(names[i])), i);

@@ -15,7 +15,8 @@ using testing::RefusalOf;
 // Each of the texts is rejected with this reason, after its own text in quotes.
 void ExpectRefusals(const std::string& texts, const std::string& reason) {
   for (const std::string& text : Each(texts))
-    EXPECT_EQ(RefusalOf([&] { Duration::Parse(text); }), "'" + text + "' " + reason);
+    EXPECT_EQ(RefusalOf([&] { Duration::Parse(text); }),
+              std::string("'").append(text).append("' ").append(reason));
 }
 
 TEST(DurationText, IsParsedAndPrinted) {
