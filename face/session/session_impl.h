@@ -12,7 +12,7 @@
 
 namespace scriptwells {
 
-class [[gnu::visibility("hidden")]] Session::Impl {
+class __attribute__((visibility("hidden"))) Session::Impl {
  public:
   // Opens a session if `id` is empty, else adopts that one. Throws as the functions of Session.
   Impl(const std::string& server, const Credentials& credentials, Options options, const std::string& id);
