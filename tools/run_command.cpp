@@ -39,7 +39,8 @@ scriptwells::Arguments ParseParameters(const RunOptions& options, const Reporter
     const std::string name = parameter.argument.Name();
     if (!names.insert(name).second)
       throw Failure(ExitStatus::kLocal, "parameter '" + name + "' is given twice");
-    for (const std::string& note : parameter.notes) reporter.Note("parameter '" + name + "' " + note);
+    const std::string shown = "parameter '" + name + "' ";
+    for (const std::string& note : parameter.notes) reporter.Note(shown + note);
     arguments.Add(std::move(parameter.argument));
   }
   return arguments;

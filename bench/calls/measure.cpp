@@ -57,7 +57,7 @@ int Measure(MakePeer make, const Task& task) {
     for (long calls = 0; std::cin >> calls;) MeasureCalls(*peer, calls, meter);
     return 0;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
+    static_cast<void>(std::fprintf(stderr, "%s\n", error.what()));
     return 1;
   }
 }

@@ -15,7 +15,7 @@ class SessionHandle {
  public:
   // Opens a session, or adopts the one of the id, if it is not empty.
   SessionHandle(const std::string& url, const Credentials& credentials, const std::string& id,
-                const pybind11::dict& options, const pybind11::tuple& watch);
+                const pybind11::dict& given, const pybind11::tuple& watch);
   ~SessionHandle();
   SessionHandle(const SessionHandle&) = delete;
   SessionHandle& operator=(const SessionHandle&) = delete;

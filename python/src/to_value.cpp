@@ -92,7 +92,7 @@ Value FromSpan(PyObject* object) {
 
 // NumPy's item is a count where Python's type has a narrower range.
 py::object PointItem(py::handle object, const char* unit) {
-  const py::object item = object.attr("astype")(unit).attr("item")();
+  py::object item = object.attr("astype")(unit).attr("item")();
   if (PyLong_Check(item.ptr()) != 0)
     Refuse("'" + std::string(py::str(object)) + "' is outside the years 1 to 9999");
   return item;

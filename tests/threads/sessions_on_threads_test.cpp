@@ -23,7 +23,7 @@ constexpr int kSessions = 64;
 
 int Calls() {
   const char* calls = std::getenv("QV_THREAD_CALLS");
-  return calls != nullptr ? std::atoi(calls) : 800;
+  return calls != nullptr ? static_cast<int>(std::strtol(calls, nullptr, 10)) : 800;
 }
 
 // The thread sanitizer does not know the locks of the script engine, which runs in other processes.
@@ -49,6 +49,7 @@ class SessionsOnThreads : public testing::Test {
   long RunShare(int calls) const {
     constexpr int kShare = kSessions / kThreads;
     std::vector<std::unique_ptr<Session>> sessions;
+    sessions.reserve(kThreads);
     long sum = 0;
     for (int i = 0; i < kShare; ++i) {
       sessions.push_back(std::make_unique<Session>(service_.Url(), Credentials{"joe", "secret"}));
@@ -106,6 +107,7 @@ TEST_F(SessionsOnThreads, ReadOneTableTogether) {
       session.Run("Array.from({length: 100}, (_, i) => ({name: 'n' + i, value: i}))").AsTable();
   std::vector<long> sums(kThreads);
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (long& sum : sums)
     threads.emplace_back([table, &sum] {
       for (const auto& row : table)

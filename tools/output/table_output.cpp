@@ -1,5 +1,6 @@
 #include "tools/output/table_output.h"
 
+#include <algorithm>
 #include <ostream>
 #include <streambuf>
 #include <string_view>
@@ -86,9 +87,8 @@ void WriteJson(const Table& table, std::ostream& out) {
 }
 
 bool HasWrappedCounts(const Table& table, std::size_t column) {
-  for (const Row& row : table)
-    if (HasWrappedCount(row[column].Get())) return true;
-  return false;
+  return std::any_of(table.begin(), table.end(),
+                     [column](const Row& row) { return HasWrappedCount(row[column].Get()); });
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ void Reporter::Remark(const char* kind, const std::string& message) const {
 }
 
 // In one line. A long message is cut at the end of a character.
-std::string Reporter::Shown(const std::string& message) const {
+std::string Reporter::Shown(const std::string& message) {
   if (message.size() <= kLongestMessage) return OneLine(message);
   std::size_t end = kLongestMessage;
   while (end > 0 && (static_cast<unsigned char>(message[end]) & 0xC0) == 0x80) --end;
@@ -57,7 +57,7 @@ std::string Reporter::Shown(const std::string& message) const {
          " bytes in all, which --json shows)";
 }
 
-std::string Reporter::Line(const Failure& failure) const {
+std::string Reporter::Line(const Failure& failure) {
   std::string line = "scriptwells: ";
   if (failure.OwnKind() == nullptr && NamesItsKind(failure.Status())) {
     line += StatusName(failure.Status());

@@ -33,8 +33,8 @@ class Reporter {
 
  private:
   void Remark(const char* kind, const std::string& message) const;
-  std::string Shown(const std::string& message) const;
-  std::string Line(const Failure& failure) const;
+  static std::string Shown(const std::string& message);
+  static std::string Line(const Failure& failure);
 
   std::ostream& err_;
   ReportForm form_;

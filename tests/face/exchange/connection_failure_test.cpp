@@ -14,10 +14,10 @@ constexpr char kEmptyHead[] = "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n";
 
 class ConnectionFailure : public CallTest {
  protected:
-  void ExpectStart(const Outcome& outcome, const std::string& start) const {
+  static void ExpectStart(const Outcome& outcome, const std::string& start) {
     EXPECT_EQ(outcome.shown.substr(0, start.size()), start) << outcome.shown;
   }
-  std::string TlsUrl(const TlsServer& server) const {
+  static std::string TlsUrl(const TlsServer& server) {
     return "https://127.0.0.1:" + std::to_string(server.Port());
   }
   std::string CannotReach() const { return "cannot reach " + server_.Url() + ": "; }

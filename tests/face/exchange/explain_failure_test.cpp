@@ -111,12 +111,11 @@ TEST_F(ExplainFailure, StrangeAnswersRaiseADoubt) {
                                               {407, ", and a proxy that wants a password is not supported"}};
   for (const auto& [status, remark] : rows) {
     Answered(status);
+    const std::string shown = std::to_string(status) + remark;
     for (const Purpose purpose : {Purpose::kOpenSession, Purpose::kExecute})
-      EXPECT_EQ(Shown(u"The respone that arrived is not valid", purpose),
-                invalid + std::to_string(status) + remark + question);
+      EXPECT_EQ(Shown(u"The respone that arrived is not valid", purpose), invalid + shown + question);
     if (status != 200) {
-      EXPECT_EQ(Shown(u"Unknown Http problem."), "Error answer: Unknown Http problem. (HTTP status " +
-                                                     std::to_string(status) + remark +
+      EXPECT_EQ(Shown(u"Unknown Http problem."), "Error answer: Unknown Http problem. (HTTP status " + shown +
                                                      ", no usable Content-Length" + question);
     }
   }

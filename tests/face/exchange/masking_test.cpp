@@ -67,15 +67,13 @@ TEST(Masking, EscapesAreSeenThrough) {
       "p%3cw%3e%26%22'%25%2b/+%5c%c3%a9%f0%9f%98%80!",
       // JSON
       R"(p<w>&\"'%+\/ \\\u00e9\ud83d\ude00!)",
-      R"(p\u003Cw\u003e\u0026\u0022\u0027%+/\u0020\u005c\u00E9)"
-      "\xF0\x9F\x98\x80!",
+      "p\\u003Cw\\u003e\\u0026\\u0022\\u0027%+/\\u0020\\u005c\\u00E9\xF0\x9F\x98\x80!",
       // twice: XML in XML, a URL in XML, XML in a URL, JSON in XML, XML in JSON
       "p&amp;lt;w&amp;gt;&amp;amp;&amp;quot;&amp;apos;%+/ \\&amp;#233;&amp;#55357;&amp;#56832;!",
       "p%3Cw%3E%26%22&#37;27%25%2B/%20%5C%C3%A9%F0%9F%98%80!",
       "p%26lt;w%26gt%3B%26amp;%22'%25%2B/%20%5C%26%23233;%F0%9F%98%80!",
-      "p&lt;w&gt;&amp;\\&quot;'%+/ \\\\\\u00e9\\ud83d\\ude00!",
-      R"(p\u0026lt;w\u0026gt;\u0026amp;\"'%+\/ \\\u0026#233;)"
-      "\xF0\x9F\x98\x80!",
+      R"(p&lt;w&gt;&amp;\&quot;'%+/ \\\u00e9\ud83d\ude00!)",
+      "p\\u0026lt;w\\u0026gt;\\u0026amp;\\\"'%+\\/ \\\\\\u0026#233;\xF0\x9F\x98\x80!",
       // Latin-1 for one character of it
       "p<w>&\"'%+/ \\\xE9\xF0\x9F\x98\x80!"};
   for (const char* form : forms) EXPECT_EQ(Masked(std::string("[") + form + "]"), "[***]") << form;

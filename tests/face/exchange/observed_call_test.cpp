@@ -193,6 +193,7 @@ TEST_F(ObservedCallTest, ThreadsDoNotDisturbEachOther) {
     }
     qv::CloseKeptConnections();
   };
+  threads.reserve(kThreads);
   for (int i = 0; i < kThreads; ++i) threads.emplace_back(work, i);
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(wrong, 0);

@@ -29,6 +29,7 @@ TEST(SavedName, HiddenAndUnsafeNamesAreFaults) {
   EXPECT_STREQ(ReasonOf(NameFault::kNone), "");
   EXPECT_STREQ(ReasonOf(NameFault::kUnsafe), "it holds a control character");
   EXPECT_STREQ(ReasonOf(NameFault::kHidden), "it begins with '.'");
+  // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
   for (const char* name : {"a\x1b[2J", "a\nb", "gpj\xE2\x80\xAE.exe"})
     EXPECT_EQ(FaultOfName(name, true), NameFault::kUnsafe) << name;
 }

@@ -8,7 +8,7 @@ namespace {
 
 class UploadScripts : public CallTest {
  protected:
-  std::string Check(const std::string& home) const {
+  static std::string Check(const std::string& home) {
     const Outcome outcome = OutcomeOf([&] { CheckUploadScripts(home); });
     EXPECT_EQ(outcome.details.remedy, outcome.shown == "ok" ? Remedy::kNone : Remedy::kHomeDirectory);
     return outcome.shown;

@@ -31,6 +31,7 @@ TEST_F(SessionTest, NeedsAnExecutor) {
 TEST_F(SessionTest, RunsInOrderOnThePool) {
   Session session = Open(WithPool(3));
   std::vector<std::future<Value>> futures;
+  futures.reserve(10);
   for (int i = 0; i < 10; ++i)
     futures.push_back(session.RunAsync("globalThis.n = (globalThis.n || 0) + 1; parameters.i", {{"i", i}}));
   for (int i = 0; i < 10; ++i) EXPECT_EQ(futures[static_cast<std::size_t>(i)].get().As<int>(), i);

@@ -110,6 +110,7 @@ TEST(CallQueue, GivesTurnsToManyThreadsOneAtATime) {
   std::atomic<bool> overlapped{false};
   int turns = 0;  // guarded by the turns
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i)
     threads.emplace_back([&] {
       for (int j = 0; j < 500; ++j) {

@@ -129,7 +129,7 @@ TEST(Errors, OfAnswersThatAreNoneOfTheProtocol) {
 
 TEST_F(SessionTest, ErrorsOfRefusedSessions) {
   try {
-    Session(Url(), {"joe", "wrong"});
+    const Session session(Url(), {"joe", "wrong"});
     ADD_FAILURE() << "opened";
   } catch (const SessionError& error) {
     EXPECT_EQ(error.phase(), Phase::kSession);

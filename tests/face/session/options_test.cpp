@@ -20,7 +20,7 @@ using test::SessionTest;
 TEST_F(SessionTest, ChecksEverythingBeforeTheFirstRequest) {
   const auto refused = [](Phase phase, const std::string& server, const Credentials& user,
                           const Options& options) {
-    const std::string reason = RefusalOf(phase, [&] { Session::Check(server, user, options); });
+    std::string reason = RefusalOf(phase, [&] { Session::Check(server, user, options); });
     EXPECT_EQ(RefusalOf(phase, [&] { Session(server, user, options); }), reason);
     return reason;
   };
@@ -112,7 +112,7 @@ TEST_F(SessionTest, NamesTheLimitOfAnAnswer) {
 
 TEST_F(SessionTest, MovedTokensKeepTheirState) {
   CancelToken token;
-  CancelToken moved = std::move(token);
+  CancelToken moved = std::move(token);  // NOLINT(performance-move-const-arg): the same
   moved.Cancel();
   EXPECT_TRUE(token.IsCancelled());  // NOLINT(bugprone-use-after-move): what is tested
 }
