@@ -18,6 +18,7 @@ import zipfile
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parent
+VERSION_HEADER = ROOT / "include/scriptwells/version.h"
 
 
 class Wheel:
@@ -57,7 +58,7 @@ def tag():
 
 def read_project():
     project = tomllib.loads((HERE / "pyproject.toml").read_text())["project"]
-    project["version"] = re.search(r"project\(\w+ VERSION ([\d.]+)", (ROOT / "CMakeLists.txt").read_text())[1]
+    project["version"] = re.search(r'SCRIPTWELLS_VERSION "([\d.]+)"', VERSION_HEADER.read_text())[1]
     return project
 
 

@@ -6,11 +6,8 @@
 #include <iosfwd>
 
 #include "devservice/workers/started_worker.h"
+#include "scriptwells/version.h"
 #include "tools/input/parsed_options.h"
-
-#ifndef SCRIPTWELLS_VERSION
-#error "SCRIPTWELLS_VERSION comes from the build"
-#endif
 
 namespace qv::cli {
 

@@ -5,6 +5,7 @@
 #include "face/session/address.h"
 #include "face/session/checked_options.h"
 #include "face/session/session_impl.h"
+#include "scriptwells/version.h"
 
 namespace scriptwells {
 

@@ -2,3 +2,4 @@
 #pragma once
 
 #include "scriptwells/session.h"
+#include "scriptwells/version.h"

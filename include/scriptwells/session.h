@@ -97,13 +97,11 @@ class SCRIPTWELLS_API Session {
 
   // Closes the session, also one that was adopted, within the time if it is not 0. Further calls throw.
   void Close(std::chrono::milliseconds within = {});
-  // Leaves the session open: returns its id, and further calls throw.
-  std::string Release();
+  std::string Release();  // leaves the session open: returns its id, and further calls throw
   // The session's id, which lets another program adopt the session: a secret.
   std::string Id() const;
-  const std::string& Server() const;  // "http://127.0.0.1:8080"
-  // That of a file's URL. Throws Error (kAddress) as Download does.
-  static std::string ServerOf(const std::string& url);
+  const std::string& Server() const;                    // "http://127.0.0.1:8080"
+  static std::string ServerOf(const std::string& url);  // of a file's URL; throws Error (kAddress) as Download does
 
  private:
   class Impl;
@@ -111,6 +109,6 @@ class SCRIPTWELLS_API Session {
   std::unique_ptr<Impl> impl_;
 };
 
-SCRIPTWELLS_API const char* Version() noexcept;  // "0.1.0"
+SCRIPTWELLS_API const char* Version() noexcept;  // of the library that runs; version.h has that of the headers
 
 }  // namespace scriptwells

@@ -15,10 +15,8 @@
 namespace scriptwells {
 
 struct ServiceOptions {
-  // Empty: the variable SCRIPTWELLS_PROGRAM, then `scriptwells` in PATH.
-  std::filesystem::path program;
-  // Empty: every user name but an empty one may open a session.
-  std::vector<Credentials> users;
+  std::filesystem::path program;   // empty: the variable SCRIPTWELLS_PROGRAM, then `scriptwells` in PATH
+  std::vector<Credentials> users;  // empty: every user name but an empty one may open a session
 };
 
 // A request that the service saw.
@@ -52,8 +50,7 @@ class DevelopmentService {
   const std::string& Url() const noexcept;
   // A directory with the service's upload scripts, for Options::homeDirectory.
   const std::filesystem::path& HomeDirectory() const noexcept;
-  // A session for the first user; the home directory is set.
-  Session Connect(Options options = {}) const;
+  Session Connect(Options options = {}) const;  // for the first user; the home directory is set
 
   // How many requests the service saw, by action ("Execute", ...), since its start.
   std::map<std::string, std::int64_t> Counts() const;

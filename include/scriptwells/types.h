@@ -25,8 +25,7 @@ struct SCRIPTWELLS_API Date {
 };
 
 // A time of day, to the millisecond.
-//   On the wire: milliseconds are written without leading zeros (7 ms as ".7"), and answers arrive in whole
-//   seconds.
+//   On the wire: milliseconds are written without leading zeros (7 ms as ".7"); answers arrive in whole seconds.
 struct SCRIPTWELLS_API Time {
   int hour = 0, minute = 0, second = 0, millisecond = 0;
 
@@ -60,8 +59,7 @@ struct SCRIPTWELLS_API DateTime {
 };
 
 // A duration in the units of xsd:duration. All counts have one sign.
-//   On the wire: counts up to 32767, and 6 significant digits of the seconds. A larger count in an answer
-//   arrives changed, often negative.
+//   On the wire: counts up to 32767, and 6 significant digits of the seconds. Larger counts arrive changed.
 struct SCRIPTWELLS_API Duration {
   bool negative = false;
   int years = 0, months = 0, days = 0, hours = 0, minutes = 0;

@@ -65,5 +65,8 @@ def test_the_plugin_is_registered(python, tmp_path):
 
 def test_the_wheel_is_complete(python, tmp_path):
     shown = run(python, "-m", "pip", "show", "-f", "scriptwells", cwd=tmp_path)
-    assert "Version: 0.1.0" in shown
+    header = (PACKAGE.parent / "include/scriptwells/version.h").read_text()
+    version = header.split('SCRIPTWELLS_VERSION "')[1].split('"')[0]
+    assert f"\nVersion: {version}\n" in shown
+    assert run(python, "-c", "import scriptwells; print(scriptwells.__version__)", cwd=tmp_path) == f"{version}\n"
     assert "scriptwells/_core.pyi" in shown

@@ -15,7 +15,7 @@ set(prefix "${WORK_DIR}/prefix")
 run_expecting("" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --component development)
 
 run_expecting("" ${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/host -G ${GENERATOR}
-  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release)
+  -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release -DWANTED_VERSION=${VERSION})
 run_expecting("" ${CMAKE_COMMAND} --build ${WORK_DIR}/host)
 
 set(registry "${prefix}/${DATADIR}/quorvane/registry.reg")
@@ -25,7 +25,7 @@ run_expecting("http://srv:8080\nQvScriptwells.QvScriptwells.1.0\nunloaded\n"
   ${with_registry} ${WORK_DIR}/host/late_host)
 
 foreach(host IN ITEMS face_host static_face_host)
-  run_expecting("0.1.0 connect\n" ${WORK_DIR}/host/${host})
+  run_expecting("${VERSION} connect\n" ${WORK_DIR}/host/${host})
 endforeach()
 
 # What the library itself writes is what the installation has written.
@@ -68,7 +68,7 @@ foreach(form IN ITEMS shared static)
     COMMAND_ERROR_IS_FATAL ANY)
   separate_arguments(flags UNIX_COMMAND "${flags}")
   run_expecting("" ${CXX_COMPILER} -std=c++17 ${SOURCE_DIR}/face_host.cpp -o ${WORK_DIR}/face_${form} ${flags})
-  run_expecting("0.1.0 connect\n" ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/${LIBDIR} ${WORK_DIR}/face_${form})
+  run_expecting("${VERSION} connect\n" ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${prefix}/${LIBDIR} ${WORK_DIR}/face_${form})
 endforeach()
 file(RENAME "${WORK_DIR}/libscriptwells.so" "${prefix}/${LIBDIR}/libscriptwells.so")
 

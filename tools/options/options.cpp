@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "scriptwells/version.h"
 #include "tools/options/describe_options.h"
 #include "tools/options/download_options.h"
 #include "tools/options/help_format.h"
@@ -13,10 +14,6 @@
 #include "tools/options/run_options.h"
 #include "tools/options/serve_options.h"
 #include "tools/options/session_command_options.h"
-
-#ifndef SCRIPTWELLS_VERSION
-#define SCRIPTWELLS_VERSION "unknown"
-#endif
 
 namespace qv::cli {
 

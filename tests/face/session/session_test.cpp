@@ -10,6 +10,7 @@
 
 #include "face/session/refusal.h"
 #include "face/session/session_fixture.h"
+#include "scriptwells/version.h"
 
 namespace scriptwells {
 namespace {
@@ -154,7 +155,7 @@ TEST_F(SessionTest, RefusesTextsThatTheWireWouldCut) {
 }
 
 TEST_F(SessionTest, HasTheVersionOfTheProject) {
-  EXPECT_STREQ(Version(), "0.1.0");
+  EXPECT_STREQ(Version(), SCRIPTWELLS_VERSION);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The help of every command, and the suggestions for mistyped arguments.
 #include <sstream>
 
+#include "scriptwells/version.h"
 #include "tests/tools/options_fixture.h"
 #include "tests/tools/process.h"
 
@@ -45,7 +46,8 @@ TEST_F(Help, ExamplesComeBeforeOptions) {
 TEST_F(Help, CommandPrintsTheSameAsTheOption) {
   for (const std::string& command : kCommands)
     EXPECT_EQ(TextOf("help " + command), TextOf(command + " --help"));
-  for (const char* word : {"-V", "--version", "version"}) EXPECT_EQ(TextOf(word), "scriptwells 0.1.0\n");
+  for (const char* word : {"-V", "--version", "version"})
+    EXPECT_EQ(TextOf(word), "scriptwells " SCRIPTWELLS_VERSION "\n");
 }
 
 TEST_F(Help, HasExamplesTypesAndVariables) {

@@ -1,6 +1,7 @@
 // `scriptwells run --local`: scripts, answers and failures with the service inside the program.
 #include <gtest/gtest.h>
 
+#include "scriptwells/version.h"
 #include "tests/tools/process.h"
 
 namespace qv::cli {
@@ -102,7 +103,7 @@ TEST(RunLocal, HelpAndVersionAreOnOutput) {
   EXPECT_EQ(help.exit, 0);
   EXPECT_EQ(help.err, "");
   EXPECT_TRUE(Holds(help.out, "--password-stdin"));
-  RunTool("--version").Succeeds("scriptwells 0.1.0\n");
+  RunTool("--version").Succeeds("scriptwells " SCRIPTWELLS_VERSION "\n");
   Tool("--help").WriteTo("/dev/full").Fails(6, "cannot write to standard output");
   Process process(Tool("run --local -e 1"));
   process.CloseOutput();

@@ -1,0 +1,20 @@
+# Sets QV_VERSION to the version that the header scriptwells/version.h holds. Nothing else in the tree names it.
+set(QV_VERSION_HEADER ${CMAKE_CURRENT_LIST_DIR}/../include/scriptwells/version.h)
+
+function(qv_read_version result header)
+  file(STRINGS ${header} lines REGEX "^#define SCRIPTWELLS_VERSION")
+  set(numbers "")
+  foreach(part MAJOR MINOR PATCH)
+    if(NOT lines MATCHES "#define SCRIPTWELLS_VERSION_${part} ([0-9]+)")
+      message(FATAL_ERROR "${header} has no number SCRIPTWELLS_VERSION_${part}")
+    endif()
+    list(APPEND numbers ${CMAKE_MATCH_1})
+  endforeach()
+  list(JOIN numbers "." version)
+  if(NOT "#define SCRIPTWELLS_VERSION \"${version}\"" IN_LIST lines)
+    message(FATAL_ERROR "${header}: the text SCRIPTWELLS_VERSION is not \"${version}\", as the numbers are")
+  endif()
+  set(${result} ${version} PARENT_SCOPE)
+endfunction()
+
+qv_read_version(QV_VERSION ${QV_VERSION_HEADER})
