@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Class objects, with COM's published IClassFactory. A library returns one for each class that it can create.
 #pragma once
 

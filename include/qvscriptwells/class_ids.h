@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The classes of the objects that hosts hold. One can be created by its id or ProgID (class_registry.h):
 // CLSID_QvScriptwells; the others come from it, or from create_objects.h, and their ids name the source of
 // errors only.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Creation of objects by class id. A class is looked up in three places, in this order:
 //   1. The creators of this process. The library registers its own components at the start. A host or a test
 //      may register another class under the same id; the library then uses that one.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Helpers for C++ code that calls counted objects: failed result codes become exceptions, and returned
 // pointers are typed and counted.
 //

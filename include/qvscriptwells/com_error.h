@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // What a failed operation reports: the content of an error record, and a failed result code as an exception.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Creates the objects of objects.h, a new one on each call. Failure throws `_com_error` (com_error.h). Lack
 // of memory throws `std::bad_alloc`, or `_com_error` with E_OUTOFMEMORY where a text is created. As
 // (com_call.h) returns the raw interfaces of the same object. Threads: any; the object stays on the thread

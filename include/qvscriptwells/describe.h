@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Describes the members that can be called by name and id (dispatch.h), for tools and documentation. The data
 // come from the tables that serve the calls. Value types. Failure: std::bad_alloc. Threads: any.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Late binding: a host finds a member by its name and calls it by its id, without a typed header. The types
 // are those that COM publishes for IDispatch. docs/members.md lists all members.
 //

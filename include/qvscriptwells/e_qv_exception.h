@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The library's own exception: a message and a result code. Only functions of these headers that say so throw
 // it; interface operations turn it into a result code and an error record.
 #pragma once

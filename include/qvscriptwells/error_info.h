@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The thread's error record: the message of a failed operation, in addition to its result code, as in COM's
 // SetErrorInfo and GetErrorInfo. One record per thread; an operation that can leave one clears it when it
 // starts. Nothing here fails or allocates memory. The library fills the description, and the source if the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // 128-bit identifiers of interfaces and classes. Values, freely copied, usable from any thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Interfaces that a host implements for the library. A provider finds the services by name. A model gets the
 // services directly and notifies them when it opens or closes a session. A program without services of this
 // kind can use those of simple_host.h.

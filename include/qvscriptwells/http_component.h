@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The HTTP component: the library does all network and file transfer through these interfaces. It creates the
 // component by class id (class_registry.h), so a host can register its own. The built-in one uses libcurl.
 //

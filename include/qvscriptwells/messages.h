@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Fixed error messages. Hosts compare them, so the texts, odd spelling included, must stay. They appear in
 // EQvException::Description and in the description of error records.
 #pragma once

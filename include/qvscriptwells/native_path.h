@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Paths that the library returns contain the backslash that hosts expect, such as
 // "/tmp\6F628F7A-B972-4929-83DA-C3C16AC0022F". NativePath converts one to a path that the system can open.
 #pragma once

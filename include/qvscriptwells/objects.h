@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The interfaces of the library's objects. create_objects.h creates the objects.
 //
 // Failure: a negative result code, and an error record (error_info.h) with the message: "Unknown Error" for a

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The base of the exceptions that this library throws: EQvException (e_qv_exception.h) and `_com_error`
 // (com_error.h). Catching it, or std::exception, is enough for a program that only reports the failure:
 //   catch (const qv::QvException& error) { std::cerr << error.what() << "\n"; }

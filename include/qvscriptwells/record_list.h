@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A record list: a table with named, typed columns and rows of values. A table that a script returns arrives
 // as such an object under VT_UNKNOWN:
 //   IRecordListPtr table = As<IRecordList>(answer.Object());

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The registry: keys with texts, stored in files. It holds the path of the installation's home directory, and
 // the paths of the libraries whose classes programs create by name (class_registry.h).
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Result codes: every interface operation returns one. Negative is failure, zero or more is success.
 // The values are the published COM ones, so that hosts of any language know them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Texts that must not stay in memory. A marked wide string is cleared when its last owner releases it. The
 // mark belongs to the text: all copies of the WideString share it, including earlier ones. Texts derived from
 // it (a part, its UTF-8 form) are separate and not marked.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Serial dates: what a VT_DATE holds. Days since 30 December 1899 as a double; the fraction is the time of
 // day. No time zone. The calendar is Gregorian on the whole range, even before its adoption.
 //

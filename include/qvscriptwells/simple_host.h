@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Ready-made host services for programs that have none: a provider with one service, the services with a
 // fixed user, and a sink that stores the session. Threads and ownership: unknown.h. Failure: the creation
 // throws `_com_error` (E_OUTOFMEMORY).

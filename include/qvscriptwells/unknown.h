@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Reference-counted interfaces. Every object of the library, of its components and of the host is used
 // through an interface that derives from IUnknown.
 //

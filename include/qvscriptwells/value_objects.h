@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Objects that are values: they travel inside a Variant under VT_UNKNOWN. create_objects.h creates them.
 // Failure, ownership, threads: as in objects.h.
 #pragma once

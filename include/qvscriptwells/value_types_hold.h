@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Keeps the value types registered, with which parameters are written and typed answers are read. The process
 // has one table of them; the first SetServer on a model fills it. Destroying any model empties it, even one
 // whose creation failed or that never made a call. From then on calls with parameters fail with "Cannot

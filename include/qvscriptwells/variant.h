@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A tagged value, for parameters and for the results of scripts. Tags and the eight data bytes are those that
 // COM publishes. A Variant owns its text or object.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The wide string: immutable counted UTF-16 text that may be null, and the raw string that some host
 // interfaces use. Lengths and positions count 16-bit units. A text may contain null units.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Keeps the XML library started. Each call of the library starts and stops it around itself, which costs a
 // millisecond; a program that makes many calls holds one XmlLibraryHold for as long as it makes them.
 // Failure: the constructor throws EQvException with code 0 when the XML library cannot start. Without memory

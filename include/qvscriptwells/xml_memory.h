@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Limits the memory for parsing one XML document: a server's answer or a script document. An answer can need
 // many times its size: 8.4 bytes for each UTF-16 unit of "x<a/>x<a/>...", or 64 copies of an entity. The
 // library has built-in limits: 16 MB and 10 bytes for each unit for the tree of an answer; 64 MB and 64 bytes

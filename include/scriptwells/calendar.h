@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Conversions to and from the calendar types of C++20. For programs that are compiled as C++20 or later.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Errors of the library. All derive from Error:
 //
 //   ConnectionError   no connection, or one that broke: phases connect, TLS, send, wait, receive

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // Options of sessions and calls, and what their listeners get.
 #pragma once
 

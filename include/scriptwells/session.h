@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A session on a server: runs scripts, uploads and downloads files.
 //
 //   scriptwells::Session session("http://127.0.0.1:8080", {"joe", "secret"});

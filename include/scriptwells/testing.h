@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // A development service for the tests of a program: starts the installed service as a child process.
 //
 //   scriptwells::DevelopmentService service;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The types of values that C++ has no type for. All are plain data, can be compared and printed, and have a text in
 // the form of ISO 8601. Parse is strict and throws ConversionError; so do conversions that would lose something.
 // Values are sent and read without a time zone; std::chrono time points are taken as UTC. An answer can be on the day

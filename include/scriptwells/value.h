@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // One value: a script's answer, a cell, or an argument. Texts are UTF-8. Copies of a table share it; all else is
 // copied. Any number of threads may read a value.
 //

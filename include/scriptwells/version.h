@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: Apache-2.0
 // The version of these headers: the build, the packages and Version() of session.h take it from here.
 #pragma once
 
