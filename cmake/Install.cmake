@@ -7,8 +7,10 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QvScriptwells)
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/scriptwells ${PROJECT_SOURCE_DIR}/include/qvscriptwells
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development FILES_MATCHING PATTERN "*.h")
-install(TARGETS qvscriptwells qvplatform scriptwells_archive scriptwells_testing EXPORT QvScriptwellsTargets
+install(TARGETS qvscriptwells scriptwells_archive scriptwells_testing EXPORT QvScriptwellsTargets
   ARCHIVE COMPONENT development)
+# A set of its own: it needs neither the XML library nor libcurl (QvScriptwellsConfig.cmake).
+install(TARGETS qvplatform EXPORT QvScriptwellsPlatformTargets ARCHIVE COMPONENT development)
 if(TARGET scriptwells_library)
   install(TARGETS scriptwells_library EXPORT QvScriptwellsTargets LIBRARY COMPONENT development)
 endif()
@@ -16,8 +18,9 @@ if(QV_BUILD_CLASS_LIBRARY)
   # Without the name that linkers look for: "-lqvscriptwells" is the archive, and nothing links this library.
   install(TARGETS qvscriptwells_shared LIBRARY NAMELINK_SKIP COMPONENT development)
 endif()
-install(EXPORT QvScriptwellsTargets NAMESPACE QvScriptwells:: DESTINATION ${package_dir}
-  COMPONENT development)
+foreach(set QvScriptwellsTargets QvScriptwellsPlatformTargets)
+  install(EXPORT ${set} NAMESPACE QvScriptwells:: DESTINATION ${package_dir} COMPONENT development)
+endforeach()
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/QvScriptwellsConfig.cmake.in
   ${PROJECT_BINARY_DIR}/QvScriptwellsConfig.cmake INSTALL_DESTINATION ${package_dir})

@@ -28,6 +28,8 @@ foreach(host IN ITEMS face_host static_face_host)
   run_expecting("${VERSION} connect\n" ${WORK_DIR}/host/${host})
 endforeach()
 
+include(${CMAKE_CURRENT_LIST_DIR}/check_components.cmake)
+
 # What the library itself writes is what the installation has written.
 file(READ "${registry}" installed)
 run_expecting("" ${with_registry} ${WORK_DIR}/host/register_library ${prefix}/${LIBDIR}/libqvscriptwells.so.1)
