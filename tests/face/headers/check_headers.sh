@@ -19,7 +19,8 @@ if grep -nE '#include [<"](boost|curl|xercesc|nlohmann|qvscriptwells)' "$folder"
   echo "FAILED: a header includes another library"
   failed=1
 fi
-lines=$(cat "$folder"/*.h | wc -l)
+# But the line with the licence, which nobody reads nine times.
+lines=$(cat "$folder"/*.h | grep -cv '^// SPDX-License-Identifier: ')
 echo "$lines lines in all headers"
 [ "$lines" -lt 900 ] || { echo "FAILED: more than a person reads once"; failed=1; }
 exit $failed
