@@ -9,7 +9,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/scriptwells ${PROJECT_SOURCE_DIR
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development FILES_MATCHING PATTERN "*.h")
 install(TARGETS qvscriptwells scriptwells_archive scriptwells_testing EXPORT QvScriptwellsTargets
   ARCHIVE COMPONENT development)
-# A set of its own: it needs neither the XML library nor libcurl (QvScriptwellsConfig.cmake).
+# Its own set: it needs neither the XML library nor libcurl (QvScriptwellsConfig.cmake).
 install(TARGETS qvplatform EXPORT QvScriptwellsPlatformTargets ARCHIVE COMPONENT development)
 if(TARGET scriptwells_library)
   install(TARGETS scriptwells_library EXPORT QvScriptwellsTargets LIBRARY COMPONENT development)

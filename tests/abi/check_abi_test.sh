@@ -7,7 +7,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failed=0
 
-# A tree of its own, with a library that has every kind of change as a variant.
+# Its own tree, with a library that has every kind of change as a variant.
 mkdir -p "$work/scripts" "$work/abi" "$work/include" "$work/src"
 cp "$project/scripts/check-abi" "$work/scripts/"
 cat >"$work/include/probe.h" <<'END'
