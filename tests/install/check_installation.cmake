@@ -86,6 +86,8 @@ foreach(package IN ITEMS scriptwells qvscriptwells qvplatform)
   if(NOT EXISTS "${include}/qvscriptwells/variant.h")
     message(FATAL_ERROR "${package}.pc names ${include} after a move to ${moved}")
   endif()
+  run_expecting("${VERSION}\n" ${CMAKE_COMMAND} -E env PKG_CONFIG_PATH=${moved}/${LIBDIR}/pkgconfig
+    pkg-config --modversion ${package})
 endforeach()
 file(RENAME "${moved}" "${prefix}")
 
