@@ -23,7 +23,7 @@ class SCRIPTWELLS_API CancelToken {
   CancelToken(const CancelToken&) = default;  // also in place of a move, which would leave a token without state
   CancelToken& operator=(const CancelToken&) = default;
   // Calls that use the token end with CancelledError, at the latest after a quarter of a second (those of
-  // RunAsync: when their turn comes); later calls at once. Closing the session is not affected.
+  // RunAsync: when their turn comes); later calls at once; closing a session goes on. Safe in a signal handler.
   void Cancel() noexcept { *state_ = true; }
   void Reset() noexcept { *state_ = false; }  // later calls work again
   bool IsCancelled() const noexcept { return *state_; }
