@@ -74,7 +74,7 @@ std::vector<std::string> Missing(const std::vector<std::string>& packages, const
 TEST(Licences, EachPackageOfTheBuildIsOnThePageOfDependencies) {
   std::vector<std::string> packages = PackagesOf(ReadFile(kRoot / "packages.txt"), "build");
   EXPECT_GE(packages.size(), 18U);
-  packages.push_back("pybind11-dev");
+  packages.emplace_back("pybind11-dev");
   EXPECT_EQ(Missing(packages, ReadFile(kRoot / "docs/dependencies.md")), std::vector<std::string>{});
 }
 
