@@ -2,7 +2,6 @@
 #include <thread>
 #include <vector>
 
-#include "scriptwells/version.h"
 #include "transfer_fixture.h"
 
 namespace qv::devservice::testing {
@@ -68,7 +67,7 @@ TEST_F(Http, PathsMethodsAndTypes) {
   EXPECT_EQ(StatusOf(Ask(OddPost("Content-Type: multipart/form-data; boundary=b\r\nContent-Length: 9\r\n",
                                  "--b\r\n--b--"))),
             "415");
-  EXPECT_EQ(Get("/").body.find("Scriptwells development service " SCRIPTWELLS_VERSION "\n"), 0U);
+  EXPECT_EQ(Get("/").body.find("Scriptwells development service " DEVSERVICE_VERSION "\n"), 0U);
 }
 
 TEST_F(Http, ChunkedRequestIsRead) {
