@@ -54,14 +54,13 @@ std::string Reflowed(const std::string& text) {
 
 class HelpFormat : public CLI::Formatter {
  public:
-  HelpFormat(std::string examples, std::string notes)
-      : examples_(std::move(examples)), notes_(std::move(notes)) {
-    column_width(kFirstColumn);
-  }
+  explicit HelpFormat(HelpTexts texts) : texts_(std::move(texts)) { column_width(kFirstColumn); }
+
+  const HelpTexts& Texts() const { return texts_; }
 
   std::string make_usage(const CLI::App* app, std::string name) const override {
     const std::string usage = CLI::Formatter::make_usage(app, std::move(name));
-    return examples_.empty() ? usage : usage + "\nExamples:\n" + examples_ + "\n";
+    return texts_.examples.empty() ? usage : usage + "\nExamples:\n" + texts_.examples + "\n";
   }
   std::string make_option_desc(const CLI::Option* option) const override {
     return Wrapped(option->get_description(), kColumns - kFirstColumn);
@@ -73,18 +72,22 @@ class HelpFormat : public CLI::Formatter {
     return out.str();
   }
   std::string make_footer(const CLI::App*) const override {
-    return notes_.empty() ? "" : Reflowed(notes_) + "\n";
+    return texts_.notes.empty() ? "" : Reflowed(texts_.notes) + "\n";
   }
 
  private:
-  std::string examples_;
-  std::string notes_;
+  HelpTexts texts_;
 };
 
 }  // namespace
 
 void SetHelp(CLI::App& app, const std::string& examples, const std::string& notes) {
-  app.formatter(std::make_shared<HelpFormat>(examples, notes));
+  app.formatter(std::make_shared<HelpFormat>(HelpTexts{examples, notes}));
+}
+
+HelpTexts HelpTextsOf(const CLI::App& app) {
+  const auto format = std::dynamic_pointer_cast<const HelpFormat>(app.get_formatter());
+  return format == nullptr ? HelpTexts() : format->Texts();
 }
 
 }  // namespace qv::cli

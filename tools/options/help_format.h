@@ -13,4 +13,12 @@ namespace qv::cli {
 // the last line end; either may be empty.
 void SetHelp(CLI::App& app, const std::string& examples, const std::string& notes);
 
+struct HelpTexts {
+  std::string examples;
+  std::string notes;
+};
+
+// What SetHelp set for this command, or for the closest above it.
+HelpTexts HelpTextsOf(const CLI::App& app);
+
 }  // namespace qv::cli

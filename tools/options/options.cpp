@@ -50,6 +50,8 @@ class ArgumentParser {
     }
   }
 
+  CLI::App& Program() { return app_; }
+
  private:
   void Decide() {
     if (serve_.Parsed()) {
@@ -138,6 +140,11 @@ ParsedArguments ParseArguments(const std::vector<std::string>& arguments) {
   if (result.command == Command::kUsageError || result.command == Command::kText)
     result.json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
   return result;
+}
+
+void ShowOptions(const std::function<void(CLI::App&)>& show) {
+  ParsedArguments unused;
+  show(ArgumentParser(unused).Program());
 }
 
 }  // namespace qv::cli
