@@ -12,8 +12,8 @@
 #include "soap/named_arguments.h"
 #include "support/numbers.h"
 #include "support/string_helpers.h"
-#include "xml/qv_dom_parser.h"
-#include "xml/xml_serializer.h"
+#include "xml/xml_library_start.h"
+#include "xml/xml_parts.h"
 
 namespace qv {
 namespace {
@@ -161,13 +161,8 @@ void CExecuteCommand::WriteScriptDocument(WideTextStream& stream, const NamedArg
 
 // The file is a document already, so it is escaped once. It is parsed and serialized again before it is sent.
 void CExecuteCommand::WriteScriptFile(WideTextStream& stream, const WideString& fileName) {
-  QvDOMErrorHandlers handler(true);
-  QvDomParser parser;
-  CXMLSerializer serializer;
-  parser.setErrorHandler(&handler);
-  parser.setIncludeIgnorableWhitespace(true);
-  parser.parse(ToUtf8(fileName).c_str(), false);
-  stream.AppendEncoded(serializer.Serialize(parser.Document()).view());
+  const XmlParts& library = RequireXmlLibrary();
+  stream.AppendEncoded(library.renderFile(ToUtf8(fileName).c_str()).view());
 }
 
 // The whole document is escaped when it is written, so the script is escaped twice and the language once.

@@ -1,7 +1,5 @@
 #include "soap/server_connector.h"
 
-#include <xercesc/dom/DOMException.hpp>
-
 #include <utility>
 
 #include "qvscriptwells/com_error.h"
@@ -12,6 +10,7 @@
 #include "support/numbers.h"
 #include "support/string_helpers.h"
 #include "text/join_text.h"
+#include "xml/xml_parts.h"
 
 namespace qv {
 
@@ -76,11 +75,10 @@ void CServerConnector::ParseResponse(const WideString& action, WideString text, 
 void RethrowAsParseFailure() {
   try {
     throw;
-  } catch (const xercesc::DOMException&) {
-    throw;
   } catch (const EQvException&) {
     throw;
   } catch (...) {
+    if (CurrentXmlFailure().kind == XmlFailure::kTree) throw;
     throw EQvException(u"Unknown response problem");
   }
 }

@@ -1,8 +1,5 @@
 #include "soap/soap_call.h"
 
-#include <xercesc/dom/DOMException.hpp>
-#include <xercesc/util/XMLException.hpp>
-
 #include <memory>
 
 #include "qvscriptwells/e_qv_exception.h"
@@ -11,6 +8,7 @@
 #include "soap/server_connector.h"
 #include "text/join_text.h"
 #include "xml/xml_library_guard.h"
+#include "xml/xml_parts.h"
 
 namespace qv {
 namespace {
@@ -87,14 +85,14 @@ void CSOAPCall::WriteEnvelope(WideTextStream& stream, const CQvUrl& url, const W
 void RethrowAsCallFailure() {
   try {
     throw;
-  } catch (const xercesc::XMLException& error) {
-    throw EQvException(error.getMessage());
-  } catch (const xercesc::DOMException& error) {
-    const WideString message(error.getMessage());
-    throw EQvException(JoinText({u"The problem in building xml document => ", message.view()}));
   } catch (const EQvException&) {
     throw;
   } catch (...) {
+    const XmlFailure failure = CurrentXmlFailure();
+    if (failure.kind == XmlFailure::kLibrary) throw EQvException(failure.text);
+    if (failure.kind == XmlFailure::kTree)
+      throw EQvException(
+          JoinText({u"The problem in building xml document => ", WideString(failure.text).view()}));
     throw EQvException(messages::kSoapCall);
   }
 }

@@ -2,9 +2,6 @@
 
 #include <utility>
 
-#include <xercesc/dom/DOMException.hpp>
-#include <xercesc/sax/SAXParseException.hpp>
-
 #include "format/response_value_reader.h"
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/messages.h"
@@ -13,6 +10,7 @@
 #include "support/string_helpers.h"
 #include "text/join_text.h"
 #include "xml/answer_document.h"
+#include "xml/xml_parts.h"
 #include "xml/xml_walk.h"
 
 namespace qv {
@@ -123,10 +121,10 @@ XmlNode FindChildOfType(const XmlNode& node, int type) {
 }
 
 // Contains the system id in place of the parser's message; hosts compare this text.
-WideString ParseErrorText(const xercesc::SAXParseException& error) {
-  const WideString systemId(error.getSystemId());
-  const WideString line = DecimalText(static_cast<std::int64_t>(error.getLineNumber()));
-  const WideString column = DecimalText(static_cast<std::int64_t>(error.getColumnNumber()));
+WideString ParseErrorText(const XmlFailure& error) {
+  const WideString systemId(error.text);
+  const WideString line = DecimalText(static_cast<std::int64_t>(error.line));
+  const WideString column = DecimalText(static_cast<std::int64_t>(error.column));
   return JoinText({messages::kErrorAtFile, systemId.view(), u", line ", line.view(), u", char ",
                    column.view(), u"  Message: ", systemId.view()});
 }
@@ -191,15 +189,14 @@ void DeserializeFault(const XmlNode& document) {
 void RethrowAsResponseFailure() {
   try {
     throw;
-  } catch (const xercesc::SAXParseException& error) {
-    throw EQvException(ParseErrorText(error));
-  } catch (const xercesc::DOMException&) {
-    throw;
   } catch (const EQvException&) {
     throw;
   } catch (const WideString& text) {
     throw EQvException(text);
   } catch (...) {
+    const XmlFailure failure = CurrentXmlFailure();
+    if (failure.kind == XmlFailure::kTree) throw;
+    if (failure.kind == XmlFailure::kSyntax) throw EQvException(ParseErrorText(failure));
     throw EQvException(messages::kInvalidResponse);
   }
 }

@@ -4,6 +4,7 @@
 
 #include "qvscriptwells/xml_memory.h"
 #include "xml/plain_scanner.h"
+#include "xml/xml_library_start.h"
 
 namespace qv {
 
@@ -12,11 +13,11 @@ void AnswerDocument::ReadText(std::u16string_view text, const char* bufferId) {
   if (isPlain_) return;
   tree_.Forget();
   memory_.GiveAllBack();
-  Parser().ParseHostileText(text, bufferId);
+  Parser().ReadHostileText(text, bufferId);
 }
 
 void AnswerDocument::ReadFile(const char* fileName) {
-  Parser().parse(fileName, false);
+  Parser().ReadFile(fileName);
 }
 
 // Without memory the document is not plain: the parser then reports the failure.
@@ -30,10 +31,10 @@ bool AnswerDocument::ReadPlainText(std::u16string_view text) {
   }
 }
 
-QvDomParser& AnswerDocument::Parser() {
-  QvDomParser& parser = parser_.emplace();
-  if (clears_) parser.ClearMemoryAtEnd();
-  return parser;
+ParsedDocument& AnswerDocument::Parser() {
+  parser_ = RequireXmlLibrary().newDocument();
+  if (clears_) parser_->ClearMemoryAtEnd();
+  return *parser_;
 }
 
 void AnswerDocument::ClearMemoryAtEnd() noexcept {

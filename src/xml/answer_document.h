@@ -4,13 +4,13 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
+#include <memory>
 #include <string_view>
 
 #include "xml/compact_tree.h"
 #include "xml/parse_memory.h"
-#include "xml/qv_dom_parser.h"
 #include "xml/xml_node.h"
+#include "xml/xml_parts.h"
 
 namespace qv {
 
@@ -21,7 +21,7 @@ class AnswerDocument {
   AnswerDocument& operator=(const AnswerDocument&) = delete;
 
   // As QvDomParser::ParseHostileText, but the text must outlive this object: nodes are views of it. Failures
-  // are those of the parser, also when there is no memory for one.
+  // are those of the parser, or std::bad_alloc when there is no memory for one.
   void ReadText(std::u16string_view text, const char* bufferId);
   // As QvDomParser::parse.
   void ReadFile(const char* fileName);
@@ -39,11 +39,11 @@ class AnswerDocument {
 
  private:
   bool ReadPlainText(std::u16string_view text);
-  QvDomParser& Parser();
+  ParsedDocument& Parser();
 
   ParseMemory memory_;
   CompactTree tree_;
-  std::optional<QvDomParser> parser_;
+  std::unique_ptr<ParsedDocument> parser_;
   bool isPlain_ = false;
   bool clears_ = false;
 };

@@ -1,6 +1,5 @@
 // Fast access to the links of the library's nodes. Nearly all nodes are elements and text, whose types are
-// known here; the library itself uses a run-time cast for each step to a parent. For the files of this
-// directory.
+// known here. For the files of this directory.
 #pragma once
 
 #include <xercesc/dom/DOMNode.hpp>
@@ -46,14 +45,6 @@ inline const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* NextSiblingOf(
   if (IsElement(node)) return AsElement(node)->fChild.nextSibling;
   if (IsText(node)) return AsText(node)->fChild.nextSibling;
   return node->getNextSibling();
-}
-
-inline const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* ParentOf(
-    const XERCES_CPP_NAMESPACE_QUALIFIER DOMNode* node) {
-  if (!IsElement(node) && !IsText(node)) return node->getParentNode();
-  const XERCES_CPP_NAMESPACE_QUALIFIER DOMNodeImpl& part =
-      IsElement(node) ? AsElement(node)->fNode : AsText(node)->fNode;
-  return part.isOwned() ? part.fOwnerNode : nullptr;  // else its owner is the document
 }
 
 }  // namespace qv

@@ -8,7 +8,6 @@
 #include <new>
 
 #include <xercesc/util/OutOfMemoryException.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 
 #include "system/thread_slot.h"
 
@@ -142,11 +141,7 @@ std::size_t ParseMemory::LargestShared() const noexcept {
   return inUse_ < kLarge ? kLargestShared : kLargestSharedOfLarge;
 }
 
-xc::MemoryManager* ParseMemory::getExceptionMemoryManager() {
-  return xc::XMLPlatformUtils::fgMemoryManager;
-}
-
-void* ParseMemory::allocate(XMLSize_t size) {
+void* ParseMemory::allocate(std::size_t size) {
   if (size > kLargestRequest) throw xc::OutOfMemoryException();
   const std::size_t total = sizeof(Piece) + RoundedUp(size, kAlignment);
   RequireRoom(total, size < kSmallRequest ? SmallRequestLimit() : limit_);

@@ -1,21 +1,20 @@
 // The memory of one document: allocated from a few large blocks, limited, and freed all at once. Most answers
 // fit into one block, since new memory from the system would cost as much as reading the document: one of at
 // most 1 MB is kept by the thread for its next document, and one of at most 32 MB comes from the C library,
-// which reuses it. Parser and document must be destroyed before it; exceptions outlive the parser, so they
-// use the library's own manager. Used by one thread. Failure: the XML library's OutOfMemoryException, at the
-// limit and when the system has no more memory.
+// which reuses it. Parser and document must be destroyed before it. Used by one thread. Failure: the XML
+// library's OutOfMemoryException, at the limit and when the system has no more memory.
 #pragma once
 
 #include <cstddef>
 
-#include <xercesc/framework/MemoryManager.hpp>
-
 namespace qv {
 
-class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
+class ParseMemory {
  public:
   ParseMemory() noexcept;
-  ~ParseMemory() override;
+  ~ParseMemory();
+  ParseMemory(const ParseMemory&) = delete;
+  ParseMemory& operator=(const ParseMemory&) = delete;
 
   // From now on at most `bytes` may be in use, including those in use now. Requests below 1 kB may exceed
   // this by up to 16 MB.
@@ -30,9 +29,8 @@ class ParseMemory : public XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager {
   // Gives everything back now, so that nothing of it is in use.
   void GiveAllBack() noexcept;
 
-  XERCES_CPP_NAMESPACE_QUALIFIER MemoryManager* getExceptionMemoryManager() override;
-  void* allocate(XMLSize_t size) override;
-  void deallocate(void* bytes) override;
+  void* allocate(std::size_t size);
+  void deallocate(void* bytes);
   // A part of another size with the same contents; null is a part without contents. Large parts keep
   // their pages, so they are neither copied nor there twice. After a failure the old part is as it was.
   void* Resize(void* bytes, std::size_t size);

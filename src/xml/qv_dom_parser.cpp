@@ -30,7 +30,7 @@ constexpr std::size_t kLargestUnits = std::numeric_limits<std::size_t>::max() / 
 
 }  // namespace
 
-QvDomParser::QvDomParser() : XercesDOMParser(nullptr, &Memory()), ownHandler_(true), tree_(Memory()) {
+QvDomParser::QvDomParser() : XercesDOMParser(nullptr, Manager()), ownHandler_(true), tree_(Memory()) {
   setErrorHandler(&ownHandler_);
   setValidationScheme(Val_Never);
 }
@@ -49,7 +49,7 @@ void QvDomParser::ParseHostileText(std::u16string_view text, const char* bufferI
   Disarm(text.size());
   try {
     StartTree(text.size());
-    parse(TextInputSource(text, bufferId_.c_str(), &Memory()));
+    parse(TextInputSource(text, bufferId_.c_str(), Manager()));
     if (isCompact_) tree_.Finish();
     isFinished_ = true;
   } catch (const xc::OutOfMemoryException&) {

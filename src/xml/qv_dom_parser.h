@@ -17,22 +17,22 @@
 #include "qvscriptwells/wide_string.h"
 #include "xml/compact_tree.h"
 #include "xml/parse_memory.h"
+#include "xml/parse_memory_manager.h"
 #include "xml/qv_dom_error_handlers.h"
-#include "xml/xml_library_start.h"
 #include "xml/xml_node.h"
 
 namespace qv {
 
-// The parser's first base class, so that its memory is created first and destroyed last. What else comes
-// before a parser is the start of the library.
+// The parser's first base class, so that its memory is created first and destroyed last.
 class ParseMemoryOwner {
  protected:
-  ParseMemoryOwner() { RequireXmlLibrary(); }
   ParseMemory& Memory() noexcept { return memory_; }
   const ParseMemory& Memory() const noexcept { return memory_; }
+  ParseMemoryManager* Manager() noexcept { return &manager_; }
 
  private:
   ParseMemory memory_;
+  ParseMemoryManager manager_{memory_};
 };
 
 class QvDomParser : private ParseMemoryOwner, public XERCES_CPP_NAMESPACE_QUALIFIER XercesDOMParser {

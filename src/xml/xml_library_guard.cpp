@@ -2,24 +2,21 @@
 
 #include <exception>
 
-#include <xercesc/util/XMLException.hpp>
-
 #include "qvscriptwells/e_qv_exception.h"
 #include "qvscriptwells/xml_library_hold.h"
 #include "xml/xml_library_start.h"
+#include "xml/xml_parts.h"
 
 namespace qv {
 namespace {
-
-namespace xc = XERCES_CPP_NAMESPACE;
 
 // Runs a start or stop and turns each failure into an EQvException with the documented message.
 void RunControl(void (*function)(), const char16_t* otherFailure) {
   try {
     function();
-  } catch (const xc::XMLException& failure) {
-    throw EQvException(WideString(failure.getMessage()));
   } catch (...) {
+    const XmlFailure failure = CurrentXmlFailure();
+    if (failure.kind == XmlFailure::kLibrary) throw EQvException(WideString(failure.text));
     throw EQvException(WideString(otherFailure));
   }
 }

@@ -1,63 +1,15 @@
 #include "xml/xml_library_start.h"
 
 #include <mutex>
-#include <new>
 #include <utility>
 
-#include <xercesc/util/PanicHandler.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
-
-#include "com/module.h"
-#include "xml/start_memory.h"
+#include "xml/xml_parts.h"
 
 namespace qv {
 namespace {
 
-namespace xc = XERCES_CPP_NAMESPACE;
-
-struct StartFailure {};
-
-// The default handler ends the process.
-class ThrowingPanicHandler : public xc::PanicHandler {
- public:
-  void panic(PanicReasons /*reason*/) override { throw StartFailure(); }
-};
-
-struct Lent {
-  ThrowingPanicHandler panicHandler;
-  StartMemory memory;
-};
-
-// What the started XML library borrows. Never destroyed, since the process's guard may stop the library
-// during the destruction of static objects.
-Lent& ToLibrary() {
-  alignas(Lent) static unsigned char place[sizeof(Lent)];
-  static Lent& lent = *new (place) Lent;
-  return lent;
-}
-
-bool failedInside = false;
 bool isPutOff = false;
 bool isStarted = false;  // what is put off
-
-void Initialize() {
-  try {
-    xc::XMLPlatformUtils::Initialize(xc::XMLUni::fgXercescDefaultLocale, nullptr, &ToLibrary().panicHandler,
-                                     &ToLibrary().memory);
-  } catch (...) {
-    failedInside = true;
-    LockModule();  // the library keeps using the borrowed objects
-    throw;
-  }
-}
-
-void StartNow() {
-  if (failedInside) throw StartFailure();
-  StartMemory& memory = ToLibrary().memory;
-  if (!memory.Reserve()) throw std::bad_alloc();
-  const StartMemory::Serving serving(memory);
-  Initialize();
-}
 
 }  // namespace
 
@@ -66,25 +18,27 @@ void PutOffXmlLibraryStart() noexcept {
 }
 
 void StartXmlLibrary() {
-  if (!isPutOff) StartNow();
+  if (!isPutOff) RequireXmlParts().start();
 }
 
-void RequireXmlLibrary() {
-  if (!isPutOff) return;
+const XmlParts& RequireXmlLibrary() {
+  const XmlParts& parts = RequireXmlParts();
+  if (!isPutOff) return parts;
   static std::mutex mutex;
   const std::lock_guard<std::mutex> lock(mutex);
-  if (!isStarted) StartNow();
+  if (!isStarted) parts.start();
   isStarted = true;
+  return parts;
 }
 
 void StopXmlLibrary() {
   if (isPutOff && !std::exchange(isStarted, false)) return;
-  StartMemory& memory = ToLibrary().memory;
-  {
-    const StartMemory::Serving serving(memory);
-    xc::XMLPlatformUtils::Terminate();
-  }
-  memory.GiveBack();
+  RequireXmlParts().stop();
+}
+
+XmlFailure CurrentXmlFailure() noexcept {
+  const XmlParts* const parts = PresentXmlParts();
+  return parts == nullptr ? XmlFailure() : parts->currentFailure();
 }
 
 }  // namespace qv

@@ -3,16 +3,22 @@
 
 namespace qv {
 
-// Throws the XML library's exceptions, or std::bad_alloc for lack of memory before the start, which can be
-// tried again. A start that fails inside the XML library leaves it half started, and a second start or a stop
-// would crash: from then on each call throws, and this module stays loaded.
+struct XmlParts;  // xml_parts.h
+
+// As InitializeXmlLibrary and TerminateXmlLibrary (linked_start.h).
 void StartXmlLibrary();
 void StopXmlLibrary();
 
 // From now on a start is put off until the first parser is made, since the answers of most servers need none.
 // For a program in which nothing looks whether the library is started; hosts do. Before the first start.
 void PutOffXmlLibraryStart() noexcept;
-// Starts what was put off. While the library is started; any thread; throws as StartXmlLibrary.
-void RequireXmlLibrary();
+// Starts what was put off, and returns what needs it. While the library is started; any thread; throws as
+// StartXmlLibrary.
+const XmlParts& RequireXmlLibrary();
+
+// Defined in linked_parts.cpp, for programs that link the XML library. One that loads it defines both itself:
+// the first then loads it, or throws EQvException.
+const XmlParts& RequireXmlParts();
+const XmlParts* PresentXmlParts() noexcept;  // null before they are loaded
 
 }  // namespace qv

@@ -80,7 +80,7 @@ XmlNode XmlNode::LastChild() const {
 
 XmlNode XmlNode::Parent() const {
   if (kind_ == kHeldText) return XmlNode(owner_, index_, kRecord);
-  if (kind_ == kLibrary) return IsNull() ? XmlNode() : XmlNode(ParentOf(DomNode()));
+  if (kind_ == kLibrary) return IsNull() ? XmlNode() : XmlNode(DomNode()->getParentNode());
   if (index_ == CompactTree::kDocumentIndex || NodeType() == kAttribute) return {};
   return XmlNode(owner_, Tree().ParentOf(index_), kRecord);
 }

@@ -54,6 +54,7 @@ bool Releases() {
 }
 
 bool Parses() {
+  RequireXmlLibrary();
   QvDomParser parser;
   parser.ParseHostileText(u"<r>text</r>", "application/xml");
   return GetNodeText(DocumentElement(parser.Document())) == u"text";
