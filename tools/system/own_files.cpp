@@ -25,6 +25,8 @@ constexpr Places kCommandsLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-co
                                      "../tools/scriptwells-commands.so"};
 constexpr Places kServiceLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-service.so",
                                     "../tools/scriptwells-service.so"};
+constexpr Places kXmlLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-xml.so",
+                                "../tools/scriptwells-xml.so"};
 constexpr Places kScriptWorker = {SCRIPTWELLS_WORKER_FOLDER "/scriptwells-script-worker",
                                   "../devservice/scriptwells-script-worker"};
 
@@ -51,6 +53,10 @@ std::string CommandsLibrary() {
 
 std::string ServiceLibrary() {
   return Find(kServiceLibrary);
+}
+
+std::string XmlLibrary() {
+  return Find(kXmlLibrary);
 }
 
 std::string ScriptWorker() {

@@ -14,6 +14,9 @@ std::string CommandsLibrary();
 // That of the commands that run a service.
 std::string ServiceLibrary();
 
+// That of the parts which need the XML library.
+std::string XmlLibrary();
+
 // The program that runs scripts for a service.
 std::string ScriptWorker();
 

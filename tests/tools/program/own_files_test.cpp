@@ -13,6 +13,7 @@ namespace {
 
 // A command that calls a server.
 constexpr char kCall[] = "session close --server http://127.0.0.1:1 --usid 1";
+constexpr char kDocument[] = R"(<Scriptwell Language="JavaScript"><Code>1</Code></Scriptwell>)";
 
 class OwnFiles : public ::testing::Test {
  protected:
@@ -23,6 +24,12 @@ class OwnFiles : public ::testing::Test {
   std::string Program() const { return folder_.Path("tools/scriptwells"); }
   void PutLibrary(const char* name, const char* file) const {
     std::filesystem::create_symlink(file, folder_.Path(name));
+  }
+  // The copy can then run a script.
+  void PutService() const {
+    PutLibrary("tools/scriptwells-service.so", SERVICE_LIBRARY);
+    std::filesystem::create_directory(folder_.Path("devservice"));
+    PutLibrary("devservice/scriptwells-script-worker", SCRIPT_WORKER_PATH);
   }
   // What the copy prints on both streams.
   std::string Says(const std::string& arguments) const {
@@ -67,6 +74,30 @@ TEST_F(OwnFiles, MissingWorkerIsNamed) {
         << said;
     EXPECT_NE(said.find("exit 6\n"), std::string::npos) << said;
   }
+}
+
+// The parser of script documents, and of answers that are not plain.
+TEST_F(OwnFiles, OnlyWhatIsParsedNeedsTheXmlLibrary) {
+  PutService();
+  EXPECT_EQ(Says("run --local -e 1"), "1\nexit 0\n");
+  const std::string loads = OutputOf("env -i LD_DEBUG=files " + Program() + " run --local -e 1 2>&1").text;
+  EXPECT_NE(loads.find("libcurl"), std::string::npos) << loads;
+  EXPECT_EQ(loads.find("libxerces"), std::string::npos) << loads;
+  const std::string document = folder_.Write("document.xml", kDocument);
+  const std::string said = Says("run-document " + document + " --local");
+  const std::string start = "scriptwells: cannot load the XML library of this program: " + folder_.Path();
+  EXPECT_EQ(said.substr(0, start.size()), start);
+  EXPECT_NE(said.find("/scriptwells-xml.so: cannot open shared object file"), std::string::npos) << said;
+  EXPECT_NE(said.find("exit 6\n"), std::string::npos) << said;
+}
+
+TEST_F(OwnFiles, XmlLibraryOfAnotherVersionIsRefused) {
+  PutService();
+  PutLibrary("tools/scriptwells-xml.so", OTHER_COMMANDS_LIBRARY);
+  const std::string document = folder_.Write("document.xml", kDocument);
+  EXPECT_EQ(Says("run-document " + document + " --local"),
+            "scriptwells: the library " + folder_.Path("tools/scriptwells-xml.so") +
+                " belongs to another version of this program\nexit 6\n");
 }
 
 }  // namespace
