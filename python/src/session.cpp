@@ -15,7 +15,7 @@ namespace py = pybind11;
 
 // Not by type, since a call that is refused would show the password.
 std::unique_ptr<SessionHandle> Open(py::handle url, py::handle user, py::handle password, py::handle replica,
-                                    py::handle id, const py::dict& given, const py::tuple& watch) {
+                                    py::handle id, const py::dict& options, const py::tuple& watch) {
   const Credentials credentials{std::string(TextOf(user, "user")), std::string(TextOf(password, "password")),
                                 std::string(TextOf(replica, "replica"))};
   return std::make_unique<SessionHandle>(std::string(TextOf(url, "url")), credentials,
