@@ -17,7 +17,7 @@
 namespace {
 
 // A refusal of Invoke itself is a code alone.
-std::string Words(qv::HRESULT code, const qv::WideString& description) {
+std::string MessageOf(qv::HRESULT code, const qv::WideString& description) {
   if (!description.IsEmpty()) return qv::ToUtf8(description);
   char text[32];
   static_cast<void>(std::snprintf(text, sizeof text, "code 0x%08X", static_cast<unsigned>(code)));
@@ -36,7 +36,7 @@ qv::Variant Call(const qv::IDispatchPtr& object, const char16_t* name, std::vect
   qv::Variant result;
   qv::EXCEPINFO failure;
   const qv::HRESULT code = object->Invoke(id, qv::Guid{}, 0, flags, &given, &result, &failure, nullptr);
-  if (qv::Failed(code)) throw std::runtime_error(Words(code, failure.bstrDescription));
+  if (qv::Failed(code)) throw std::runtime_error(MessageOf(code, failure.bstrDescription));
   return result;
 }
 
@@ -84,7 +84,7 @@ int main(int argc, char** argv) {
     AddOnTheServer(argc > 1 ? argv[1] : "http://127.0.0.1:8080");
     return 0;
   } catch (const qv::_com_error& error) {
-    std::cerr << "failed: " << Words(error.Error(), error.Description()) << "\n";
+    std::cerr << "failed: " << MessageOf(error.Error(), error.Description()) << "\n";
   } catch (const std::exception& error) {
     std::cerr << "failed: " << error.what() << "\n";
   }

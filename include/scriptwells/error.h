@@ -8,8 +8,8 @@
 //   CancelledError    CancelToken::Cancel
 //   ConversionError   Value::As, an argument that cannot be sent, or a loss under `strict`
 //
-// Everything else is an Error itself. The table in docs/errors.md has every phase with its class and the exit code of
-// the command-line program. Functions of this library throw std::bad_alloc, too.
+// Everything else is an Error itself. docs/guide/errors.md has every phase with its class and the exit code of the
+// command-line program. Functions of this library throw std::bad_alloc, too.
 #pragma once
 
 #include <cstdint>

@@ -16,7 +16,7 @@ from raw_server import HEAD, raw_server, read_request
 import scriptwells
 
 
-DOCUMENT = pathlib.Path(__file__).resolve().parents[2] / "docs" / "errors.md"
+DOCUMENT = pathlib.Path(__file__).resolve().parents[2] / "docs" / "guide" / "errors.md"
 covered = set()  # phases and classes
 
 

@@ -98,10 +98,15 @@ def test_examples(tmp_path):
     (tmp_path / "report.pdf").write_text("pages")
     examples = pathlib.Path(__file__).parents[1] / "examples"
     with scriptwells.serve() as service:
-        environment = {**os.environ, "HOME_DIRECTORY": str(service.home_directory)}
+        home = str(service.home_directory)
+        environment = {**os.environ, "HOME_DIRECTORY": home, "QV_REGISTRY": str(tmp_path / "registry.reg")}
+        program = os.environ["SCRIPTWELLS_PROGRAM"]
+        subprocess.run([program, "registry", "set", "home", home], env=environment, stdout=subprocess.DEVNULL, check=True)
         for example in sorted(examples.glob("*.py")):
+            code = tmp_path / example.name
+            code.write_text(example.read_text().replace("http://127.0.0.1:8080", service.url))
             shown = subprocess.run(
-                [sys.executable, example, service.url], cwd=tmp_path, env=environment, capture_output=True, text=True
+                [sys.executable, code, service.url], cwd=tmp_path, env=environment, capture_output=True, text=True
             )
             assert (shown.returncode, shown.stderr) == (0, "")
             assert shown.stdout == example.with_suffix(".out").read_text(), example

@@ -28,8 +28,8 @@ const std::set<std::string> kElsewhere = {
     "VERSION.md",
 };
 
-const std::set<std::string> kExtensions = {".md",  ".h",    ".cpp",   ".js", ".xml",
-                                           ".txt", ".dict", ".cmake", ".in", ".reg"};
+const std::set<std::string> kExtensions = {".md",   ".h",     ".cpp", ".js",  ".xml", ".txt",
+                                           ".dict", ".cmake", ".in",  ".reg", ".svg"};
 
 std::set<std::string> TopFolders() {
   std::set<std::string> folders;

@@ -1,4 +1,4 @@
-// Every phase of an error, with a real failure. The rows are those of docs/errors.md.
+// Every phase of an error, with a real failure. The rows are those of docs/guide/errors.md.
 #include <gtest/gtest.h>
 
 #include <chrono>
