@@ -9,6 +9,7 @@
         session.run("parameters.doc.size", doc=pathlib.Path("report.pdf"))
 
 `connect` opens a session, `serve` starts a development service to try it with, and `Error` is the root of the errors.
+`Dispatch` is for programs that call the objects below this by name.
 """
 
 from ._core import (
@@ -24,15 +25,18 @@ from ._core import (
     short,
 )
 from ._core import version as __version__
+from ._dispatch import HostServices
 from ._errors import (
     CancelledError,
     ConnectionError,
     ConversionError,
+    DispatchError,
     Error,
     ScriptError,
     SessionError,
     TimeoutError,
 )
+from ._late import Dispatch, DispatchObject, Member
 from ._service import Service, serve
 from ._session import Session, connect
 from ._table import Column, Table
@@ -44,10 +48,15 @@ __all__ = [
     "Column",
     "ConnectionError",
     "ConversionError",
+    "Dispatch",
+    "DispatchError",
+    "DispatchObject",
     "Duration",
     "Error",
     "Exchange",
+    "HostServices",
     "Link",
+    "Member",
     "Progress",
     "Row",
     "ScriptError",

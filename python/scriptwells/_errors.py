@@ -64,3 +64,31 @@ class CancelledError(Error):
 
 class ConversionError(Error, ValueError):
     """A value that cannot be sent, or that would arrive changed under `strict`."""
+
+
+class DispatchError(Error):
+    """A failure of an object of Dispatch(); str() is the description, or says what the code means."""
+
+    hresult: int
+    """The result code, negative: 0x80040000 with the server's number for a fault of the server."""
+    source: str | None
+    """The name of the class that failed, if the registry has it."""
+    description: str | None
+    """The object's own message, which programs may compare; None for a failure without one."""
+    argument: int | None
+    """The position, from 1, of an argument that was refused."""
+
+    def __init__(
+        self,
+        message: str = "",
+        *,
+        hresult: int = 0,
+        source: str | None = None,
+        description: str | None = None,
+        argument: int | None = None,
+    ) -> None:
+        super().__init__(message)
+        self.hresult = hresult
+        self.source = source
+        self.description = description
+        self.argument = argument

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "column_data.h"
+#include "face/table/table_access.h"
 #include "from_value.h"
 #include "python_types.h"
 #include "scriptwells/value.h"
@@ -116,6 +117,13 @@ py::list Dicts(const Table& table) {
   return dicts;
 }
 
+// Of a record list of the module _dispatch.
+Table CellsOf(const py::capsule& list) {
+  if (list.name() == nullptr || std::string_view(list.name()) != "scriptwells.IRecordList")
+    throw py::type_error("this is no record list");
+  return TableAccess::Make(qv::IRecordListPtr(static_cast<qv::IRecordList*>(list.get_pointer())));
+}
+
 void DefineRow(py::module_& module) {
   py::class_<RowView>(module, "Row",
                       "One row of a table: row.city, row['city'] and row[0] are cells.\n\n"
@@ -158,6 +166,7 @@ void DefineRow(py::module_& module) {
 
 void DefineTable(py::module_& module) {
   DefineRow(module);
+  module.def("cells_of", &CellsOf);
   py::class_<Table>(module, "Cells")
       .def("row",
            [](const Table& table, py::ssize_t row) {
