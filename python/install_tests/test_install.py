@@ -43,6 +43,22 @@ with scriptwells.serve() as service, service.connect() as session:
     assert run(python, "-c", code, cwd=tmp_path) == "42\n5\n"
 
 
+def test_late_binding(installed, python, tmp_path):
+    code = """
+import scriptwells
+with scriptwells.serve() as service:
+    client = scriptwells.Dispatch("QvScriptwells.QvScriptwells")
+    client.Init(scriptwells.HostServices("joe"))
+    client.ServerName = service.url
+    model = client.ConnectionModel()
+    model.CreateUserSession("Username=joe;Password=secret;")
+    print(model.Execute("JavaScript", "6 * 7", client.Parameters()))
+    model.CloseUserSession()
+print(*{line.split(maxsplit=5)[5].strip() for line in open("/proc/self/maps") if "libqvscriptwells" in line})
+"""
+    assert run(python, "-c", code, cwd=tmp_path) == f"42\n{installed}/installed/lib/libqvscriptwells.so.1\n"
+
+
 def test_what_the_wheel_holds(installed, python):
     assert python.parents[1] in installed.parents
     for name in ("py.typed", "_core.pyi", "installed/bin/scriptwells", "installed/lib/libqvscriptwells.so.1"):
@@ -51,6 +67,7 @@ def test_what_the_wheel_holds(installed, python):
 
 
 def test_modules_export_their_entry_point_alone(installed):
+    assert sorted(module.name.split(".")[0] for module in installed.glob("*.so")) == ["_core", "_dispatch"]
     for module in installed.glob("*.so"):
         symbols = run("nm", "-D", "--defined-only", module).split()
         assert [symbol for symbol in symbols if symbol.startswith(("_Z", "PyInit_"))] == [

@@ -29,3 +29,14 @@ def late_host(tmp_path_factory):
         registry = late_host_module.write_registry(folder / "host.reg", service.home_directory)
         patch.setenv("QV_REGISTRY", str(registry))
         yield late_host_module.Host(service)
+
+
+@pytest.fixture
+def client(late_host):
+    return late_host.client
+
+
+@pytest.fixture
+def echo(late_host):
+    """An object of the class of late/echo_class.cpp."""
+    return scriptwells.Dispatch("Echo.Class")
