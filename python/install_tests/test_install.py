@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 
@@ -78,6 +79,28 @@ def test_modules_export_their_entry_point_alone(installed):
 def test_the_plugin_is_registered(python, tmp_path):
     (tmp_path / "test_mine.py").write_text("def test_mine(scriptwells_service):\n    assert scriptwells_service.url\n")
     assert "1 passed" in run(python, "-m", "pytest", "-q", "-p", "no:cacheprovider", tmp_path, cwd=tmp_path)
+
+
+def test_an_editable_installation(python, tmp_path):
+    """The package is then that of the sources, with what was built beside the Python files."""
+    package = PACKAGE / "scriptwells"
+    if (package / "installed").exists():
+        pytest.skip("these sources are installed so already")
+    try:
+        run(sys.executable, "-m", "venv", "--system-site-packages", tmp_path / "editable")
+        run(tmp_path / "editable/bin/pip", "install", "--no-index", "--editable", PACKAGE)
+        code = """
+import scriptwells
+with scriptwells.serve() as service, service.connect() as session:
+    print(session.run("6 * 7"), scriptwells.Dispatch("QvScriptwells.QvScriptwells").Url().Url == "")
+print(scriptwells.__file__)
+"""
+        shown = run(tmp_path / "editable/bin/python", "-c", code, cwd=tmp_path)
+        assert shown == f"42 True\n{package / '__init__.py'}\n"
+    finally:
+        shutil.rmtree(package / "installed", ignore_errors=True)
+        for module in package.glob("*.so"):
+            module.unlink()
 
 
 def test_the_wheel_is_complete(python, tmp_path):

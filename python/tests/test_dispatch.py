@@ -107,7 +107,7 @@ def test_fixed_texts(client):
 
 
 def test_the_source_of_an_error(late_host):
-    """In a process of its own: a model that fails to be made takes the types of values with it."""
+    """In another process: a model that fails to be made removes the types of values."""
     code = """
 import scriptwells
 try:

@@ -1,4 +1,4 @@
-// The services of a host, which the client asks for its user and tells of its session.
+// The services of a host: the client asks them for its user and reports its session.
 #pragma once
 
 #include <pybind11/pybind11.h>
