@@ -19,7 +19,7 @@ std::unique_ptr<SessionHandle> Open(py::handle url, py::handle user, py::handle 
   const Credentials credentials{std::string(TextOf(user, "user")), std::string(TextOf(password, "password")),
                                 std::string(TextOf(replica, "replica"))};
   return std::make_unique<SessionHandle>(std::string(TextOf(url, "url")), credentials,
-                                         std::string(TextOf(id, "session_id")), given, watch);
+                                         std::string(TextOf(id, "session_id")), options, watch);
 }
 
 std::filesystem::path PathOf(py::handle path) {
