@@ -1,5 +1,6 @@
 # Installs the headers, the libraries with their CMake package and pkg-config files, the library of classes, and the
-# registry file that names the library and the home directory.
+# registry file that names the library and the home directory. Each component is a package of a distribution: runtime
+# (the shared library), server (the library of classes), registry, development; program and service are in tools/.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -12,11 +13,12 @@ install(TARGETS qvscriptwells scriptwells_archive scriptwells_testing EXPORT QvS
 # Its own set: it needs neither the XML library nor libcurl (QvScriptwellsConfig.cmake).
 install(TARGETS qvplatform EXPORT QvScriptwellsPlatformTargets ARCHIVE COMPONENT development)
 if(TARGET scriptwells_library)
-  install(TARGETS scriptwells_library EXPORT QvScriptwellsTargets LIBRARY COMPONENT development)
+  install(TARGETS scriptwells_library EXPORT QvScriptwellsTargets
+    LIBRARY COMPONENT runtime NAMELINK_COMPONENT development)
 endif()
 if(QV_BUILD_CLASS_LIBRARY)
   # Without the name that linkers look for: "-lqvscriptwells" is the archive, and nothing links this library.
-  install(TARGETS qvscriptwells_shared LIBRARY NAMELINK_SKIP COMPONENT development)
+  install(TARGETS qvscriptwells_shared LIBRARY NAMELINK_SKIP COMPONENT server)
 endif()
 foreach(set QvScriptwellsTargets QvScriptwellsPlatformTargets)
   install(EXPORT ${set} NAMESPACE QvScriptwells:: DESTINATION ${package_dir} COMPONENT development)
@@ -57,7 +59,7 @@ set(QV_LIBDIR ${CMAKE_INSTALL_LIBDIR})
 set(QV_DATADIR ${CMAKE_INSTALL_DATADIR})
 configure_file(${CMAKE_CURRENT_LIST_DIR}/install_registry.cmake.in
   ${PROJECT_BINARY_DIR}/install_registry.cmake @ONLY)
-install(SCRIPT ${PROJECT_BINARY_DIR}/install_registry.cmake COMPONENT development)
+install(SCRIPT ${PROJECT_BINARY_DIR}/install_registry.cmake COMPONENT registry)
 
 # A project that takes this one in may have a target of this name.
 if(NOT TARGET uninstall)

@@ -117,7 +117,8 @@ def build_into(folder):
         "-DCMAKE_CXX_FLAGS_RELEASE=-O2 -DNDEBUG", "-DQV_BUILD_TESTS=OFF",
         "-DQV_BUILD_PYTHON=ON", f"-DPython_EXECUTABLE={sys.executable}")  # fmt: skip
     run("cmake", "--build", build, "--target", "scriptwells_python", "--parallel", str(os.cpu_count() or 1))
-    run("cmake", "--install", build, "--component", "python", "--prefix", str(folder), "--strip")
+    for component in ("python", "wheel"):
+        run("cmake", "--install", build, "--component", component, "--prefix", str(folder), "--strip")
 
 
 def make_wheel(wheel_directory, fill):
