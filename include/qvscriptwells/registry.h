@@ -6,8 +6,11 @@
 // searched in this order; the first one that has the key is used:
 //   1. the file that the environment variable QV_REGISTRY names,
 //   2. quorvane/registry.reg below $XDG_CONFIG_HOME (else below $HOME/.config),
-//   3. quorvane/registry.reg below the share directory of the prefix that the library was configured with (an
-//      installation elsewhere is named by QV_REGISTRY).
+//   3. quorvane/registry.reg below the directory of settings of the prefix that the library was configured
+//   with
+//      (/etc for /usr): the administrator's, which no installation writes,
+//   4. quorvane/registry.reg below the library directory of that prefix: the installation's, which is never
+//      changed (an installation elsewhere is named by QV_REGISTRY).
 // A file is UTF-8 text in the usual form of exported registries:
 //   ; a comment
 //   [HKEY_LOCAL_MACHINE\SOFTWARE\Quorvane\Quorvane\HomeDir]
@@ -73,16 +76,18 @@ WideString ReadRegistryValue(const WideString& key, const WideString& name);
 
 // Stores `value` under `key` in the first file of the order that can be written, and returns that file's
 // path. Comments and other keys stay. A file that cannot be reached is skipped, unless QV_REGISTRY names it
-// or it has the key already and would hide the new value. The user's directory is created if missing. Throws
-// `_com_error` whose Description() names the file and the reason: it is damaged, or none can be written
-// (E_FAIL); the key is empty, or key or value hold control characters or a lone surrogate (E_INVALIDARG).
+// or it has the key already and would hide the new value. The directories of the user's and of the
+// administrator's file are created if missing. Throws `_com_error` whose Description() names the file and the
+// reason: it is damaged, or none can be written (E_FAIL); the key is empty, or key or value hold control
+// characters or a lone surrogate (E_INVALIDARG).
 std::string WriteRegistryValue(const WideString& key, const WideString& value);
 
 // Several values at once, all of them or none; rules as above.
 std::string WriteRegistryValues(const std::vector<RegistryValue>& values);
 
 // Removes the text of `key` from the first file that has it and returns that file's path; empty if none has
-// it. Also removes the section if it is then empty. Throws as above.
+// it. Also removes the section if it is then empty. Throws as above, and with E_FAIL if only the
+// installation's file has it.
 std::string RemoveRegistryValue(const WideString& key);
 
 // Removes keys and everything below them from the first file that has one of them, and returns that file's

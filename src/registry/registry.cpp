@@ -10,7 +10,8 @@ namespace qv {
 namespace {
 
 constexpr const char* kBelowConfigDirectory = "/quorvane/registry.reg";
-constexpr const char* kInstalledFile = QV_SHARE_DIR "/registry.reg";
+constexpr const char* kAdministratorsFile = QV_ADMINISTRATORS_REGISTRY;
+constexpr const char* kInstalledFile = QV_INSTALLED_REGISTRY;
 
 // Empty if the variable is not set, or if the program runs with another user's rights (setuid).
 std::string Variable(const char* name) {
@@ -35,6 +36,7 @@ std::vector<RegistryPlace> Places() {
   if (!named.empty()) places.push_back({named, RegistryPlaceKind::kNamed});
   const std::string config = UserConfigDirectory();
   if (!config.empty()) places.push_back({config + kBelowConfigDirectory, RegistryPlaceKind::kUser});
+  places.push_back({kAdministratorsFile, RegistryPlaceKind::kAdministrator});
   places.push_back({kInstalledFile, RegistryPlaceKind::kInstalled});
   return places;
 }

@@ -91,8 +91,8 @@ void FlushDirectory(const std::string& directory) noexcept {
   if (opened.IsOpen()) Flush(opened.Get());
 }
 
-int MakeMissing(const std::string& directory) noexcept {
-  return mkdir(directory.c_str(), S_IRWXU) == 0 || errno == EEXIST ? 0 : errno;
+int MakeMissing(const std::string& directory, mode_t mode) noexcept {
+  return mkdir(directory.c_str(), mode) == 0 || errno == EEXIST ? 0 : errno;
 }
 
 }  // namespace
@@ -122,10 +122,10 @@ int ReplaceRegistryBytes(const std::string& path, std::string_view bytes) {
   return error;
 }
 
-int MakeRegistryDirectories(const std::string& path) {
+int MakeRegistryDirectories(const std::string& path, mode_t mode) {
   const std::string directory = DirectoryOf(path);
-  const int error = MakeMissing(DirectoryOf(directory));
-  return error != 0 ? error : MakeMissing(directory);
+  const int error = MakeMissing(DirectoryOf(directory), mode);
+  return error != 0 ? error : MakeMissing(directory, mode);
 }
 
 }  // namespace qv

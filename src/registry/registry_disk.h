@@ -2,6 +2,8 @@
 // thread; of two writers at once the later one wins.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -24,7 +26,7 @@ RegistryBytes ReadRegistryBytes(const std::string& path);
 // writes; a new file gets 0644. Fails for a file without write permission, even if its directory is writable.
 int ReplaceRegistryBytes(const std::string& path, std::string_view bytes);
 
-// Creates the directory of `path` and its parent if missing, with mode 0700. Returns 0 or errno.
-int MakeRegistryDirectories(const std::string& path);
+// Creates the directory of `path` and its parent if missing, with this mode. Returns 0 or errno.
+int MakeRegistryDirectories(const std::string& path, mode_t mode);
 
 }  // namespace qv

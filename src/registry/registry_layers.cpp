@@ -1,5 +1,7 @@
 #include "registry/registry_layers.h"
 
+#include <sys/types.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
@@ -12,6 +14,9 @@
 
 namespace qv {
 namespace {
+
+constexpr mode_t kForTheUserOnly = 0700;
+constexpr mode_t kReadableForAll = 0755;
 
 // Errors after which the next file is tried, since this one cannot be reached. A full disk is not one.
 constexpr int kOutOfReach[] = {EACCES, EPERM, EROFS, ENOENT, ENOTDIR};
@@ -70,11 +75,30 @@ void RequireWritable(const RegistryValue& value) {
   RequireWritable(value.value, "value");
 }
 
+int MakeDirectories(const RegistryPlace& place) {
+  switch (place.kind) {
+    case RegistryPlaceKind::kUser:
+      return MakeRegistryDirectories(place.path, kForTheUserOnly);
+    case RegistryPlaceKind::kAdministrator:
+      return MakeRegistryDirectories(place.path, kReadableForAll);
+    default:
+      return 0;
+  }
+}
+
 int Save(const RegistryPlace& place, const std::string& bytes) {
   if (bytes.size() > kLongestRegistryFile)
     RaiseWithWords(E_FAIL, place.path + ": It would be longer than 1 MiB");
-  const int error = place.kind == RegistryPlaceKind::kUser ? MakeRegistryDirectories(place.path) : 0;
+  const int error = MakeDirectories(place);
   return error != 0 ? error : ReplaceRegistryBytes(place.path, bytes);
+}
+
+// What a file lost: as Save, for the file that has it.
+void SaveWithout(const RegistryPlace& place, const std::string& bytes) {
+  if (place.kind == RegistryPlaceKind::kInstalled)
+    RaiseWithWords(E_FAIL, place.path + ": It belongs to the installation and is never changed");
+  const int error = Save(place, bytes);
+  if (error != 0) RaiseWithWords(E_FAIL, place.path + ": " + SystemErrorText(error));
 }
 
 }  // namespace
@@ -120,6 +144,7 @@ std::string WriteToRegistry(const std::vector<RegistryPlace>& places,
   for (const RegistryValue& value : values) RequireWritable(value);
   std::string reasons;
   for (const RegistryPlace& place : places) {
+    if (place.kind == RegistryPlaceKind::kInstalled) continue;
     const SoundFile file = LoadSound(place.path);
     const int error = Save(place, WithValues(file.bytes, values));
     if (error == 0) return place.path;
@@ -139,8 +164,7 @@ std::string RemoveFromRegistry(const std::vector<RegistryPlace>& places, const W
   for (const RegistryPlace& place : places) {
     const SoundFile file = LoadSound(place.path);
     if (!file.Has(key)) continue;
-    const int error = Save(place, WithoutRegistryValue(file.bytes, key));
-    if (error != 0) RaiseWithWords(E_FAIL, place.path + ": " + SystemErrorText(error));
+    SaveWithout(place, WithoutRegistryValue(file.bytes, key));
     return place.path;
   }
   return {};
@@ -154,8 +178,7 @@ std::string RemoveKeysFromRegistry(const std::vector<RegistryPlace>& places,
     std::string left = file.bytes;
     for (const WideString& key : keys) left = WithoutRegistryKey(left, key);
     if (left == file.bytes) continue;
-    const int error = Save(place, left);
-    if (error != 0) RaiseWithWords(E_FAIL, place.path + ": " + SystemErrorText(error));
+    SaveWithout(place, left);
     return place.path;
   }
   return {};

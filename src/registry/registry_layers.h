@@ -10,9 +10,10 @@
 namespace qv {
 
 enum class RegistryPlaceKind {
-  kNamed,      // named by QV_REGISTRY, so never skipped if it cannot be written
-  kUser,       // its directory is created if missing
-  kInstalled,  // skipped if its directory is missing or not writable
+  kNamed,          // named by QV_REGISTRY, so never skipped if it cannot be written
+  kUser,           // its directory is created if missing
+  kAdministrator,  // the same, readable for all
+  kInstalled,      // never changed, since the next installation replaces it
 };
 
 struct RegistryPlace {

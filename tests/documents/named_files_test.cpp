@@ -20,7 +20,8 @@ const fs::path kRoot = QV_SOURCE_DIR;
 const std::set<std::string> kElsewhere = {
     "ClientScripts/UploadScript.xml",
     "ClientScripts/UploadScriptWithoutTicketdId.xml",
-    "share/quorvane/registry.reg",
+    "quorvane/registry.reg",
+    "etc/quorvane/registry.reg",
     "DIR/serve.reg",
     "serve.reg",
     "registry.reg",

@@ -29,9 +29,11 @@ if(NOT output STREQUAL "http://srv:8080\nQvScriptwells.QvScriptwells.1.0\nunload
 endif()
 
 run(ignored ok ${CMAKE_COMMAND} --build ${WORK_DIR}/build --target uninstall)
+load_cache("${WORK_DIR}/build" READ_WITH_PREFIX built_ CMAKE_INSTALL_LIBDIR)
 run(output failed ${bare} ${WORK_DIR}/host/late_host)
 string(CONCAT expected "0x800401F3 The registry knows no class named \"QvScriptwells.QvScriptwells\"; looked in "
-  "${WORK_DIR}/none/quorvane/registry.reg (not there), ${prefix}/share/quorvane/registry.reg (not there); "
+  "${WORK_DIR}/none/quorvane/registry.reg (not there), ${prefix}/etc/quorvane/registry.reg (not there), "
+  "${prefix}/${built_CMAKE_INSTALL_LIBDIR}/quorvane/registry.reg (not there); "
   "the variable QV_REGISTRY names a file that is read first\n")
 if(NOT output STREQUAL expected)
   message(FATAL_ERROR "late_host said ${output}")

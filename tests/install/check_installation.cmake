@@ -10,15 +10,33 @@ function(run_expecting expected)
   endif()
 endfunction()
 
+# What a developer needs, and the rest.
+set(components_of_libraries runtime server registry development)
+set(components_of_programs program service)
+
+function(install_components)
+  foreach(component IN LISTS ARGN)
+    run_expecting("" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --component ${component})
+  endforeach()
+endfunction()
+
 file(REMOVE_RECURSE "${WORK_DIR}")
 set(prefix "${WORK_DIR}/prefix")
-run_expecting("" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --component development)
+
+# A file without a component would be in no package.
+install_components(Unspecified)
+file(GLOB_RECURSE homeless "${prefix}/*")
+if(homeless)
+  message(FATAL_ERROR "These have no component: ${homeless}")
+endif()
+
+install_components(${components_of_libraries})
 
 run_expecting("" ${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/host -G ${GENERATOR}
   -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release -DWANTED_VERSION=${VERSION})
 run_expecting("" ${CMAKE_COMMAND} --build ${WORK_DIR}/host)
 
-set(registry "${prefix}/${DATADIR}/quorvane/registry.reg")
+set(registry "${prefix}/${LIBDIR}/quorvane/registry.reg")
 set(with_registry ${CMAKE_COMMAND} -E env QV_REGISTRY=${registry})
 run_expecting("caption\nhome ${prefix}/${DATADIR}/quorvane\n" ${with_registry} ${WORK_DIR}/host/typed_host)
 run_expecting("http://srv:8080\nQvScriptwells.QvScriptwells.1.0\nunloaded\n"
@@ -38,12 +56,12 @@ if(NOT registered STREQUAL installed)
   message(FATAL_ERROR "Registration changed ${registry} from\n${installed}\nto\n${registered}")
 endif()
 
-# What an administrator wrote is kept by the next installation.
+# The file is the installation's: what an administrator wants otherwise is in another one.
 file(APPEND "${registry}" "; mine\n")
-run_expecting("" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --component development)
-file(READ "${registry}" kept)
-if(NOT kept STREQUAL "${installed}; mine\n")
-  message(FATAL_ERROR "${registry} was not kept:\n${kept}")
+install_components(registry)
+file(READ "${registry}" replaced)
+if(NOT replaced STREQUAL installed)
+  message(FATAL_ERROR "${registry} was not replaced:\n${replaced}")
 endif()
 
 # The other way in.
@@ -92,15 +110,23 @@ endforeach()
 file(RENAME "${moved}" "${prefix}")
 
 # What an administrator wrote stays, and nothing else does.
+file(WRITE "${prefix}/etc/quorvane/registry.reg" "; mine\n")
 run_expecting("" ${CMAKE_COMMAND} -DBUILD_DIR=${BUILD_DIR} -P ${UNINSTALL})
 file(GLOB_RECURSE left "${prefix}/*")
-if(NOT left STREQUAL "${registry}")
+if(NOT left STREQUAL "${prefix}/etc/quorvane/registry.reg")
   message(FATAL_ERROR "Uninstalling left ${left}")
 endif()
-file(WRITE "${registry}" "${installed}")
-foreach(component IN ITEMS development Unspecified)
-  run_expecting("" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix} --component ${component})
+file(REMOVE_RECURSE "${prefix}/etc")
+
+# Without the service's part the program says what is missing.
+install_components(${components_of_libraries} program)
+foreach(command IN ITEMS "run;--local;-e;1" serve)
+  execute_process(COMMAND "${prefix}/bin/scriptwells" ${command} RESULT_VARIABLE result ERROR_VARIABLE said)
+  if(NOT result EQUAL 6 OR NOT said MATCHES "install the package scriptwells-service")
+    message(FATAL_ERROR "Without the service, ${command} gave ${result}:\n${said}")
+  endif()
 endforeach()
+install_components(service)
 
 # The program finds its libraries and its worker, also after a move.
 file(RENAME "${prefix}" "${moved}")
@@ -124,8 +150,8 @@ file(GLOB_RECURSE left "${prefix}/*")
 if(left)
   message(FATAL_ERROR "Uninstalling left ${left}")
 endif()
-foreach(directory IN ITEMS include/qvscriptwells include/scriptwells ${LIBDIR}/cmake/QvScriptwells ${LIBDIR}/quorvane ${LIBEXECDIR}/quorvane
-    ${DATADIR}/quorvane)
+foreach(directory IN ITEMS include/qvscriptwells include/scriptwells ${LIBDIR}/cmake/QvScriptwells ${LIBDIR}/quorvane
+    ${LIBEXECDIR}/quorvane)
   if(EXISTS "${prefix}/${directory}")
     message(FATAL_ERROR "Uninstalling left the empty directory ${directory}")
   endif()

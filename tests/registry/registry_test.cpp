@@ -24,7 +24,8 @@ namespace {
 
 constexpr char16_t kKey[] = u"own\\key";
 constexpr char kUserFile[] = "home/config/quorvane/registry.reg";
-constexpr char kInstalledFile[] = "share/registry.reg";
+constexpr char kAdministratorsFile[] = "etc/quorvane/registry.reg";
+constexpr char kInstalledFile[] = "lib/registry.reg";
 
 std::string Saying(const std::string& value) {
   return "[HKEY_LOCAL_MACHINE\\own\\key]\n@=\"" + value + "\"\n";
@@ -58,8 +59,9 @@ class RegistryTest : public testing::Test {
 
   TemporaryDirectory directory_;
   const Places lower_ = {{At(kUserFile), RegistryPlaceKind::kUser},
+                         {At(kAdministratorsFile), RegistryPlaceKind::kAdministrator},
                          {At(kInstalledFile), RegistryPlaceKind::kInstalled}};
-  const Places all_ = {{At("named.reg"), RegistryPlaceKind::kNamed}, lower_[0], lower_[1]};
+  const Places all_ = {{At("named.reg"), RegistryPlaceKind::kNamed}, lower_[0], lower_[1], lower_[2]};
 };
 
 class RegistryEnvironmentTest : public RegistryTest {
@@ -75,20 +77,21 @@ class RegistryEnvironmentTest : public RegistryTest {
   EnvironmentVariable home_{"HOME", nullptr};
 };
 
-TEST_F(RegistryEnvironmentTest, WithoutVariablesOnlyTheInstalledFileIsThere) {
-  ASSERT_EQ(Paths().size(), 1U);
-  const std::string end = "/share/quorvane/registry.reg";
-  const std::string path = Paths()[0];
-  ASSERT_GT(path.size(), end.size());
-  EXPECT_EQ(path.substr(path.size() - end.size()), end);
-  EXPECT_EQ(path[0], '/');
+TEST_F(RegistryEnvironmentTest, WithoutVariablesTheAdministratorsAndTheInstalledFileAreThere) {
+  ASSERT_EQ(Paths().size(), 2U);
+  for (const auto& [path, folder] : {std::pair(Paths()[0], "/etc"), std::pair(Paths()[1], "/lib")}) {
+    EXPECT_EQ(path[0], '/');
+    EXPECT_NE(path.find(folder), std::string::npos) << path;
+    EXPECT_EQ(std::filesystem::path(path).parent_path().filename(), "quorvane");
+    EXPECT_EQ(std::filesystem::path(path).filename(), "registry.reg");
+  }
 }
 
 TEST_F(RegistryEnvironmentTest, FilesAreInTheirOrder) {
   named_.Set("a.reg");
   config_.Set("/config");
   home_.Set("/home/me");
-  ASSERT_EQ(Paths().size(), 3U);
+  ASSERT_EQ(Paths().size(), 4U);
   EXPECT_EQ(Paths()[0], "a.reg");
   EXPECT_EQ(Paths()[1], "/config/quorvane/registry.reg");
 }
@@ -97,7 +100,7 @@ TEST_F(RegistryEnvironmentTest, HomeReplacesTheConfigDirectory) {
   home_.Set("/home/me");
   for (const char* value : {static_cast<const char*>(nullptr), "", "relative/dir"}) {
     config_.Set(value);
-    ASSERT_EQ(Paths().size(), 2U);
+    ASSERT_EQ(Paths().size(), 3U);
     EXPECT_EQ(Paths()[0], "/home/me/.config/quorvane/registry.reg");
   }
 }
@@ -107,7 +110,7 @@ TEST_F(RegistryEnvironmentTest, EmptyAndRelativeVariablesAreLikeNone) {
   config_.Set("");
   for (const char* value : {"", "relative"}) {
     home_.Set(value);
-    EXPECT_EQ(Paths().size(), 1U);
+    EXPECT_EQ(Paths().size(), 2U);
   }
 }
 
@@ -143,6 +146,8 @@ TEST_F(RegistryEnvironmentTest, DamageIsReportedAndTheFileCountsAsAbsent) {
 TEST_F(RegistryTest, FirstFileThatHasTheKeyDecides) {
   directory_.Write(kInstalledFile, Saying("installed"));
   EXPECT_EQ(Found(), u"installed");
+  directory_.Write(kAdministratorsFile, Saying("administrator"));
+  EXPECT_EQ(Found(), u"administrator");
   directory_.Write(kUserFile, Saying("user"));
   EXPECT_EQ(Found(), u"user");
   directory_.Write("named.reg", "[HKEY_LOCAL_MACHINE\\other]\n@=\"x\"\n");
@@ -240,15 +245,37 @@ TEST_F(RegistryTest, DirectoriesOfTheUserAreMadeForTheUserOnly) {
 }
 
 TEST_F(RegistryTest, MissingOrBadHomeIsPassedOver) {
-  std::filesystem::create_directory(At("share"));
-  EXPECT_EQ(WriteToRegistry(lower_, kKey, u"x"), At(kInstalledFile));
+  EXPECT_EQ(WriteToRegistry(lower_, kKey, u"x"), At(kAdministratorsFile));
   EXPECT_FALSE(std::filesystem::exists(At("home")));
   directory_.Write("home", "");
-  EXPECT_EQ(WriteToRegistry(lower_, kKey, u"y"), At(kInstalledFile));
+  EXPECT_EQ(WriteToRegistry(lower_, kKey, u"y"), At(kAdministratorsFile));
+}
+
+TEST_F(RegistryTest, DirectoriesOfTheAdministratorAreMadeForAll) {
+  const mode_t old = umask(022);
+  EXPECT_EQ(WriteToRegistry(lower_, kKey, u"x"), At(kAdministratorsFile));
+  umask(old);
+  for (const char* directory : {"etc", "etc/quorvane"}) EXPECT_EQ(ModeOf(At(directory)), 0755U);
+  EXPECT_EQ(ModeOf(At(kAdministratorsFile)), 0644U);
+}
+
+// The next installation would undo it.
+TEST_F(RegistryTest, InstalledFileIsNeverChanged) {
+  directory_.Write(kInstalledFile, Saying("installed"));
+  const Places onlyInstalled = {lower_[2]};
+  const std::string refused =
+      "0x80004005 " + At(kInstalledFile) + ": It belongs to the installation and is never changed";
+  EXPECT_EQ(Writing(onlyInstalled, kKey), "0x80004005 No registry file can be written: ");
+  EXPECT_EQ(Removing(all_, kKey), refused);
+  EXPECT_EQ(Refusal([&] { RemoveKeysFromRegistry(all_, {u"own"}); }), refused);
+  EXPECT_EQ(directory_.Read(kInstalledFile), Saying("installed"));
+  Write(u"x");
+  EXPECT_EQ(RemoveFromRegistry(all_, kKey), At("named.reg"));
+  EXPECT_EQ(Found(), u"installed");
 }
 
 TEST_F(RegistryTest, NamedFileIsNeverPassedOver) {
-  std::filesystem::create_directory(At("share"));
+  directory_.Write(kAdministratorsFile, "");
   Places places = all_;
   places[0].path = At("missing/named.reg");
   EXPECT_EQ(Writing(places, u"a"), "0x80004005 " + At("missing/named.reg") + ": No such file or directory");
@@ -257,18 +284,17 @@ TEST_F(RegistryTest, NamedFileIsNeverPassedOver) {
 
 TEST_F(RegistryTest, WhenNoFileCanBeWrittenEveryReasonIsReported) {
   directory_.Write("home", "");
+  directory_.Write("etc", "");
   EXPECT_EQ(Writing(lower_, u"a"), "0x80004005 No registry file can be written: " + At(kUserFile) +
-                                       ": Not a directory; " + At(kInstalledFile) +
-                                       ": No such file or directory");
+                                       ": Not a directory; " + At(kAdministratorsFile) + ": Not a directory");
 }
 
 TEST_F(RegistryTest, FileWithoutTheRightToWriteIsPassedOverUnlessItHidesTheKey) {
   const std::string user = directory_.Write(kUserFile, Saying("old"));
-  std::filesystem::create_directory(At("share"));
   ASSERT_EQ(chmod(user.c_str(), 0444), 0);
   const OrdinaryUser nobody(directory_.Path());
   EXPECT_EQ(Writing(lower_, kKey), "0x80004005 " + user + ": Permission denied");
-  EXPECT_EQ(WriteToRegistry(lower_, u"other", u"x"), At(kInstalledFile));
+  EXPECT_EQ(WriteToRegistry(lower_, u"other", u"x"), At(kAdministratorsFile));
   EXPECT_EQ(directory_.Read(kUserFile), Saying("old"));
 }
 

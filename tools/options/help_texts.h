@@ -145,9 +145,10 @@ inline constexpr char kRegistryNotes[] =
     R"(The library reads the home directory of the installation from the registry. Keys are paths such as
 SOFTWARE\Quorvane\Quorvane\HomeDir, for which "home" is a short name. The first of these files that has a
 key is used: the one that the variable QV_REGISTRY names, quorvane/registry.reg below $XDG_CONFIG_HOME (else
-~/.config), the installed one. set writes to the first of them that can be written. The root
-"HKEY_LOCAL_MACHINE\" may be left out; "HKEY_CLASSES_ROOT\" is short for "SOFTWARE\Classes\". list also shows
-texts with a name, which get, set and remove do not support.
+~/.config), the administrator's (/etc/quorvane/registry.reg), the installed one. set writes to the first of
+them that can be written, but never to the installed one. The root "HKEY_LOCAL_MACHINE\" may be left out;
+"HKEY_CLASSES_ROOT\" is short for "SOFTWARE\Classes\". list also shows texts with a name, which get, set and
+remove do not support.
 
 A damaged file is ignored and reported on standard error (exit code 6). get and remove return 1 if no file
 has the key.)";
