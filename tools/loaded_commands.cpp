@@ -1,6 +1,7 @@
 #include "tools/loaded_commands.h"
 
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <exception>
 #include <string>
@@ -14,6 +15,13 @@
 namespace qv::cli {
 
 namespace {
+
+// The service may be left out of an installation; any other missing file is a broken one.
+void RequireService(const std::string& library) {
+  if (::access(library.c_str(), F_OK) != 0)
+    throw Failure(ExitStatus::kLocal, "there is no service on this machine (" + library +
+                                          " is missing): install the package scriptwells-service");
+}
 
 // The library is linked to be bound at once; RTLD_LAZY is for those that it needs, of which a command uses
 // little. It is never unloaded: its threads may still be running.
@@ -39,6 +47,7 @@ devservice::StartedWorker EarlyWorker(const ParsedArguments& parsed) {
 ExitStatus RunInLibrary(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
   devservice::StartedWorker worker = EarlyWorker(parsed);
   const std::string path = RunsService(parsed) ? ServiceLibrary() : CommandsLibrary();
+  if (RunsService(parsed)) RequireService(path);
   CommandsCall call;
   call.parsed = &parsed;
   call.worker = &worker;

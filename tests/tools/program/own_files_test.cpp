@@ -58,6 +58,20 @@ TEST_F(OwnFiles, MissingLibraryIsNamed) {
   EXPECT_EQ(Says(std::string(kCall) + " --json").substr(0, 10), "{\"error\":{");
 }
 
+TEST_F(OwnFiles, MissingServiceIsAPackageToInstall) {
+  for (const char* command : {"run --local -e 1", "serve"}) {
+    const std::string said = Says(command);
+    const std::string start = "scriptwells: there is no service on this machine (" + folder_.Path();
+    EXPECT_EQ(said.substr(0, start.size()), start);
+    const std::string end =
+        "/scriptwells-service.so is missing): install the package scriptwells-service\nexit 6\n";
+    EXPECT_NE(said.find(end), std::string::npos) << said;
+  }
+  EXPECT_EQ(Says(kCall).find("install the package"), std::string::npos);
+  PutLibrary("tools/scriptwells-service.so", "/dev/null");
+  EXPECT_EQ(Says("serve").find("install the package"), std::string::npos);
+}
+
 TEST_F(OwnFiles, LibraryOfAnotherVersionIsRefused) {
   PutLibrary("tools/scriptwells-commands.so", OTHER_COMMANDS_LIBRARY);
   EXPECT_EQ(Says(kCall), "scriptwells: the library " + folder_.Path("tools/scriptwells-commands.so") +
