@@ -77,7 +77,9 @@ def exports():
 class Symbols(unittest.TestCase):
     def test_the_library_has_the_exports_of_the_list(self):
         found = re.findall(r'^ \(c\+\+\)"(.+)@Base" ', read("debian/libscriptwells0.symbols"), re.MULTILINE)
-        self.assertEqual(sorted(found), exports())
+        # The tools disagree on this name.
+        stream = "std::basic_ostream<char, std::char_traits<char> >"
+        self.assertEqual(sorted(name.replace(stream, "std::ostream") for name in found), exports())
 
     def test_the_library_of_classes_has_its_entry_points(self):
         found = re.findall(r"^ (\w+)@Base ", read("debian/libqvscriptwells1.symbols"), re.MULTILINE)
