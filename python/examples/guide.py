@@ -34,6 +34,18 @@ def set_options(session: scriptwells.Session, code: str) -> None:
     session.with_options(language="JavaScript", strict=True, timeout=5, progress=True).run(code)
 
 
+def call_by_name() -> None:
+    client = scriptwells.Dispatch("QvScriptwells.QvScriptwells")
+    client.Init(scriptwells.HostServices("joe"))
+    client.ServerName = "http://127.0.0.1:8080"
+    model = client.ConnectionModel()
+    model.CreateUserSession("Username=joe;Password=secret;")
+    parameters = client.Parameters()
+    parameters.Add("a", 2)
+    model.Execute("JavaScript", "parameters.a + 40", parameters)  # 42
+    model.CloseUserSession()
+
+
 def test_report(scriptwells_service: scriptwells.Service) -> None:
     with scriptwells_service.connect() as session:
         scriptwells_service.order_fault("silence", 3000)
@@ -47,3 +59,4 @@ if __name__ == "__main__":
     with scriptwells.serve() as service, service.connect() as session:
         set_options(session, "6 * 7")
         test_report(service)
+    call_by_name()

@@ -39,7 +39,7 @@ def write_registry(path, home="", library=CLASS_LIBRARY):
 def run_python(code, registry="", **variables):
     """What a program of its own writes."""
     environment = {**os.environ, "QV_REGISTRY": str(registry), **variables}
-    done = subprocess.run([sys.executable, "-c", code], env=environment, capture_output=True, text=True)
+    done = subprocess.run([sys.executable, "-P", "-c", code], env=environment, capture_output=True, text=True)
     assert done.returncode == 0, done.stderr
     return done.stdout
 

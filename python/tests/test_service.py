@@ -5,6 +5,7 @@ import pathlib
 import subprocess
 import sys
 
+import late_host as late
 import pytest
 
 import scriptwells
@@ -100,8 +101,7 @@ def test_examples(tmp_path):
     with scriptwells.serve() as service:
         home = str(service.home_directory)
         environment = {**os.environ, "HOME_DIRECTORY": home, "QV_REGISTRY": str(tmp_path / "registry.reg")}
-        program = os.environ["SCRIPTWELLS_PROGRAM"]
-        subprocess.run([program, "registry", "set", "home", home], env=environment, stdout=subprocess.DEVNULL, check=True)
+        late.write_registry(tmp_path / "registry.reg", home)
         for example in sorted(examples.glob("*.py")):
             code = tmp_path / example.name
             code.write_text(example.read_text().replace("http://127.0.0.1:8080", service.url))

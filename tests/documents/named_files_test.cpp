@@ -27,6 +27,7 @@ const std::set<std::string> kElsewhere = {
     "registry.reg",
     "libqvscriptwells.so.1",
     "VERSION.md",
+    "build/docs/html/index.html",
 };
 
 const std::set<std::string> kExtensions = {".md",   ".h",     ".cpp", ".js",  ".xml", ".txt",
