@@ -18,8 +18,12 @@ ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& e
     case Command::kSession:
       SessionCommand(parsed.session, out, err);
       return ExitStatus::kOk;
+    case Command::kConfig:
+      ConfigSetCommand(parsed.config, out, err);
+      return ExitStatus::kOk;
     case Command::kText:
     case Command::kUsageError:
+    case Command::kProfileError:
     case Command::kRegistry:
     case Command::kDescribe:
     case Command::kServe:

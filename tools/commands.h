@@ -35,6 +35,14 @@ void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& 
 // that a file cannot hold.
 ExitStatus RegistryCommand(const RegistryOptions& options, std::ostream& out, std::ostream& err);
 
+// `scriptwells config` except `config set`: prints the settings, the path, or the names of the profiles, or
+// removes a setting. Throws kFault if the profile does not have it, kLocal for a file that cannot be used.
+void ConfigCommand(const ConfigOptions& options, std::ostream& out);
+
+// `scriptwells config set`: checks the value as a command that calls does, and writes it. Prints notes on
+// `err`.
+void ConfigSetCommand(const ConfigOptions& options, std::ostream& out, std::ostream& err);
+
 // `scriptwells describe`: prints all interfaces, one of them, or one member ("Parameters", "IParameters",
 // "Parameters.Add", in any case). Throws kUsage for an unknown name, with the object that has such a member,
 // else with the closest name, if there is one.

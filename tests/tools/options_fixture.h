@@ -1,4 +1,4 @@
-// The parser of the command line, in an environment without SCRIPTWELLS_ variables.
+// The parser of the command line, in an environment without SCRIPTWELLS_ variables and with its own profiles.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "fixtures/environment.h"
+#include "fixtures/temporary_directory.h"
 #include "tests/tools/words.h"
 #include "tools/options/options.h"
 
@@ -39,6 +41,13 @@ class OptionsTest : public ::testing::Test {
   static RegistryOptions Registry(const std::string& line) {
     return Parsed(Command::kRegistry, line).registry;
   }
+  static ConfigOptions Config(const std::string& line, const Words& more = {}) {
+    return Parsed(Command::kConfig, line, more).config;
+  }
+  // Writes the file of profiles; returns its path.
+  std::string WriteProfiles(const std::string& text) const {
+    return config_.Write("scriptwells/config.toml", text);
+  }
   // Help and version.
   static std::string TextOf(const std::string& line) { return Parsed(Command::kText, line).text; }
 
@@ -49,9 +58,12 @@ class OptionsTest : public ::testing::Test {
   }
 
  private:
+  TemporaryDirectory config_;
+  EnvironmentVariable place_{"XDG_CONFIG_HOME", config_.Path().c_str()};
+
   static void ForgetVariables() {
     for (const std::string& name : Each("SERVER|USER|PROXY|OUTPUT|REPLICA|LANGUAGE|TIMEOUT|PASSWORD|"
-                                        "CONNECT_TIMEOUT|USID|MAX_TIME|CA_FILE|CERT|KEY"))
+                                        "CONNECT_TIMEOUT|USID|MAX_TIME|CA_FILE|CERT|KEY|PROFILE"))
       ::unsetenv(("SCRIPTWELLS_" + name).c_str());
   }
 };

@@ -35,7 +35,9 @@ struct Pipe {
 };
 
 std::vector<std::string> EnvironmentWith(Variables variables, const TemporaryDirectory& registry) {
-  variables.insert({{"QV_REGISTRY", registry.Path("no_home.reg")}, {"TERM", "xterm"}});
+  variables.insert({{"QV_REGISTRY", registry.Path("no_home.reg")},
+                    {"XDG_CONFIG_HOME", registry.Path("config")},
+                    {"TERM", "xterm"}});
   std::vector<std::string> lines;
   for (char** line = environ; *line != nullptr; ++line) {
     const std::string name(*line, std::strcspn(*line, "="));

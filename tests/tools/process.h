@@ -34,7 +34,8 @@ struct Outcome {
 };
 
 // A run of the program that is to come. Its environment is that of this process, without any SCRIPTWELLS_
-// variable, with a registry that has no home directory, and with TERM=xterm; Set overrides that.
+// variable and without profiles, with a registry that has no home directory, and with TERM=xterm; Set
+// overrides that.
 class Tool {
  public:
   // The line is split as a shell does it; `more` are further arguments.

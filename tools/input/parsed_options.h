@@ -7,10 +7,22 @@
 #include <vector>
 
 #include "tools/output/output_format.h"
+#include "tools/settings/settled_setting.h"
 
 namespace qv::cli {
 
-enum class Command { kText, kUsageError, kRun, kDownload, kSession, kServe, kRegistry, kDescribe };
+enum class Command {
+  kText,
+  kUsageError,
+  kProfileError,
+  kRun,
+  kDownload,
+  kSession,
+  kServe,
+  kRegistry,
+  kDescribe,
+  kConfig
+};
 
 // In milliseconds, rounded up, so that a short time never becomes 0 (no limit).
 inline std::int64_t Milliseconds(double seconds) {
@@ -24,9 +36,11 @@ struct SessionOptions {
   std::string user;
   std::string replica;
   std::string passwordFile;
-  std::string caFile;           // for https, PEM: trusts only these authorities; empty: the usual ones
-  std::string certificateFile;  // of this client, PEM
-  std::string keyFile;          // empty: in the same file
+  std::string passwordCommand;       // whose first line is the password; empty: none
+  bool passwordFileIsSaved = false;  // in a profile, so nobody else may read it
+  std::string caFile;                // for https, PEM: trusts only these authorities; empty: the usual ones
+  std::string certificateFile;       // of this client, PEM
+  std::string keyFile;               // empty: in the same file
   bool passwordFromInput = false;
   std::string usid;   // of a session to use; empty: a new one is opened
   bool json = false;  // result and failure, both as JSON
@@ -87,6 +101,18 @@ struct RegistryOptions {
   bool json = false;
 };
 
+enum class ConfigVerb { kShow, kSet, kUnset, kPath, kProfiles };
+
+struct ConfigOptions {
+  ConfigVerb verb = ConfigVerb::kShow;
+  std::string profile;  // of --profile; for kSet and kUnset
+  std::string key;      // for kSet and kUnset: a setting, or "default"
+  std::string value;    // for kSet
+  RunOptions checked;   // for kSet: this setting alone, as the flag sets it
+  bool json = false;
+  std::vector<SettledSetting> settings;  // for kShow
+};
+
 struct DescribeOptions {
   std::string object;  // "Parameters" or "Parameters.Add"; empty: all
   bool json = false;
@@ -95,15 +121,17 @@ struct DescribeOptions {
 
 struct ParsedArguments {
   Command command = Command::kUsageError;
-  RunOptions run;                 // for kRun
-  DownloadOptions download;       // for kDownload
-  SessionCommandOptions session;  // for kSession
-  ServeOptions serve;             // for kServe
-  RegistryOptions registry;       // for kRegistry
-  DescribeOptions describe;       // for kDescribe
-  bool json = false;              // report failures as JSON
-  // kText: help or version, to be printed on standard output. kUsageError: the message, in one line without a
-  // full stop.
+  RunOptions run;                  // for kRun
+  DownloadOptions download;        // for kDownload
+  SessionCommandOptions session;   // for kSession
+  ServeOptions serve;              // for kServe
+  RegistryOptions registry;        // for kRegistry
+  DescribeOptions describe;        // for kDescribe
+  ConfigOptions config;            // for kConfig
+  std::vector<std::string> notes;  // to be printed before the command runs
+  bool json = false;               // report failures as JSON
+  // kText: help or version, to be printed on standard output. kUsageError and kProfileError: the message, in
+  // one line without a full stop.
   std::string text;
   // kUsageError: the command that explains it, such as "scriptwells run --help".
   std::string hint;

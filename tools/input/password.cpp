@@ -1,6 +1,7 @@
 #include "tools/input/password.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <iostream>
 
 #include "tools/input/input_text.h"
+#include "tools/input/password_command.h"
 #include "tools/report/failure.h"
 #include "tools/report/unsafe_characters.h"
 
@@ -52,7 +54,16 @@ std::string AskPassword(const std::string& user) {
   return ReadLine(STDIN_FILENO, "password");
 }
 
-std::string ReadPasswordFile(const std::string& path) {
+// As ssh treats the file of a key.
+void CheckPrivate(int file, const std::string& path) {
+  struct stat facts = {};
+  if (::fstat(file, &facts) != 0 || facts.st_uid != ::geteuid() || (facts.st_mode & (S_IRWXG | S_IRWXO)) == 0)
+    return;
+  throw Failure(ExitStatus::kLocal,
+                "the password file " + path + " can be used by others; change that with chmod 600");
+}
+
+std::string ReadPasswordFile(const std::string& path, bool isSaved) {
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (descriptor < 0)
     throw Failure(ExitStatus::kLocal, "cannot read the password file " + path + ": " + std::strerror(errno));
@@ -60,6 +71,7 @@ std::string ReadPasswordFile(const std::string& path) {
     int descriptor;
     ~Closer() { ::close(descriptor); }
   } closer{descriptor};
+  if (isSaved) CheckPrivate(descriptor, path);
   return ReadLine(descriptor, "password");
 }
 
@@ -70,7 +82,9 @@ bool CanAsk(const SessionOptions& options, bool inputIsTaken) {
 }  // namespace
 
 std::string FindPassword(const SessionOptions& options, bool inputIsTaken) {
-  if (!options.passwordFile.empty()) return ReadPasswordFile(options.passwordFile);
+  if (!options.passwordFile.empty())
+    return ReadPasswordFile(options.passwordFile, options.passwordFileIsSaved);
+  if (!options.passwordCommand.empty()) return PasswordOfCommand(options.passwordCommand);
   if (options.passwordFromInput) return ReadLine(STDIN_FILENO, "password");
   const char* variable = std::getenv("SCRIPTWELLS_PASSWORD");
   if (variable != nullptr) return variable;

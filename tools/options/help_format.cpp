@@ -30,28 +30,6 @@ bool IsText(const std::string& line) {
   return !line.empty() && line.front() != ' ';
 }
 
-// Wraps paragraphs. Empty lines and lines that begin with a blank are not changed.
-std::string Reflowed(const std::string& text) {
-  std::string whole;
-  std::string paragraph;
-  const auto finish = [&] {
-    if (!paragraph.empty()) whole += Wrapped(paragraph, kColumns) + "\n";
-    paragraph.clear();
-  };
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
-    if (IsText(line)) {
-      paragraph += line + " ";
-      continue;
-    }
-    finish();
-    whole += line + "\n";
-  }
-  finish();
-  if (!whole.empty()) whole.pop_back();
-  return whole;
-}
-
 class HelpFormat : public CLI::Formatter {
  public:
   explicit HelpFormat(HelpTexts texts) : texts_(std::move(texts)) { column_width(kFirstColumn); }
@@ -80,6 +58,27 @@ class HelpFormat : public CLI::Formatter {
 };
 
 }  // namespace
+
+std::string Reflowed(const std::string& text) {
+  std::string whole;
+  std::string paragraph;
+  const auto finish = [&] {
+    if (!paragraph.empty()) whole += Wrapped(paragraph, kColumns) + "\n";
+    paragraph.clear();
+  };
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (IsText(line)) {
+      paragraph += line + " ";
+      continue;
+    }
+    finish();
+    whole += line + "\n";
+  }
+  finish();
+  if (!whole.empty()) whole.pop_back();
+  return whole;
+}
 
 void SetHelp(CLI::App& app, const std::string& examples, const std::string& notes) {
   app.formatter(std::make_shared<HelpFormat>(HelpTexts{examples, notes}));

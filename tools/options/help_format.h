@@ -21,4 +21,7 @@ struct HelpTexts {
 // What SetHelp set for this command, or for the closest above it.
 HelpTexts HelpTextsOf(const CLI::App& app);
 
+// The lines with their paragraphs wrapped; lines that begin with a blank are not changed.
+std::string Reflowed(const std::string& text);
+
 }  // namespace qv::cli

@@ -10,6 +10,20 @@ namespace qv::cli {
 
 namespace {
 
+// Helps that are not of one command.
+struct Topic {
+  const char* name;
+  const char* text;
+};
+
+constexpr Topic kTopics[] = {{"profiles", kProfilesNotes}};
+
+const char* TopicText(const std::vector<std::string>& words) {
+  for (const Topic& topic : kTopics)
+    if (words.size() == 1 && words.front() == topic.name) return topic.text;
+  return nullptr;
+}
+
 const CLI::App* VisibleCommand(const CLI::App& command, const std::string& name) {
   for (const CLI::App* one : command.get_subcommands({}))
     if (one->get_name() == name && !one->get_group().empty()) return one;
@@ -22,7 +36,8 @@ HelpArguments::HelpArguments(CLI::App& app)
     : app_(app),
       help_(app.add_subcommand("help", "Print the help of a command")),
       version_(app.add_subcommand("version", "Print the version")) {
-  help_->add_option("COMMAND", words_, "The command; default: the program itself")->type_name("");
+  help_->add_option("COMMAND", words_, "The command, or profiles; default: the program itself")
+      ->type_name("");
   SetHelp(*help_, kHelpExamples, "");
   SetHelp(*version_, "", "");
 }
@@ -50,6 +65,7 @@ const CLI::App* HelpArguments::Find(std::string& path, std::string& unknown) con
 }
 
 std::string HelpArguments::Text() const {
+  if (const char* topic = TopicText(words_)) return Reflowed(topic) + "\n";
   std::string path;
   std::string unknown;
   const CLI::App* command = Find(path, unknown);

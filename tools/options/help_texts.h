@@ -16,6 +16,7 @@ inline constexpr char kProgramNotes[] =
 6 local file or parameter, 7 answer not understood, 130 interrupted.)";
 
 inline constexpr char kHelpExamples[] = R"(  scriptwells help run
+  scriptwells help profiles
   scriptwells help registry set)";
 
 // The namespace is inserted between these two.
@@ -48,8 +49,8 @@ registry set home DIR'); --local needs none. A file's path cannot hold '\'. Long
 progress on a terminal, but not with --json. Without --force, --save replaces no file and saves no file
 whose name begins with '.'.
 
-The password is never on the command line. It comes from the first of: --password-file,
---password-stdin, the variable SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.
+The password is never on the command line. It comes from the first of: --password-command, --password-file
+or --password-stdin, the variable SCRIPTWELLS_PASSWORD, the profile, a question on the terminal; else it is empty.
 A user name, password or replica id cannot hold ';' or '='.
 
 A table is printed with aligned columns, cut to the width of a terminal but never in a pipe; with -o csv as
@@ -87,8 +88,8 @@ Without --server, the session is opened on the server of the URL. Its id is sent
 that a script publishes for its own session only is saved with run --save, or with the --usid of that
 session (scriptwells session open).
 
-The password comes from the first of: --password-file, --password-stdin, the variable
-SCRIPTWELLS_PASSWORD, a question on the terminal; else it is empty.)";
+The password comes from the first of: --password-command, --password-file or --password-stdin, the variable
+SCRIPTWELLS_PASSWORD, the profile, a question on the terminal; else it is empty.)";
 
 inline constexpr char kServeExamples[] =
     R"(  scriptwells serve --port 8080 --users-file users.txt
@@ -134,6 +135,53 @@ inline constexpr char kDescribeExamples[] = R"(  scriptwells describe Parameters
 inline constexpr char kDescribeNotes[] =
     R"(OBJECT is Parameters, IParameters or, for one member, Parameters.Add; without it all are shown.
 Late-binding programs call every member by its id, or by its name in any case.)";
+
+inline constexpr char kConfigExamples[] =
+    R"(  scriptwells config set server https://scripts.example --profile work
+  scriptwells config set password-command 'pass show scripts/joe' --profile work
+  scriptwells config set default work
+  scriptwells config show
+  scriptwells run report.js --profile work)";
+
+// Also the topic "profiles" of `help`.
+inline constexpr char kProfilesNotes[] =
+    R"(A profile is a group of settings with a name, in a file of yours: scriptwells/config.toml below
+$XDG_CONFIG_HOME (else ~/.config). Commands that call a server use the profile of --profile, else that of the
+variable SCRIPTWELLS_PROFILE, else the default one. The first of these gives a setting its value: its option, its
+variable, the profile, its default. 'scriptwells config show' prints all with their origins, for the options
+that it gets.
+
+  default = "work"
+
+  [profile.work]
+  server = "https://scripts.example"
+  user = "joe"
+  password-command = "pass show scripts/joe"
+  timeout = "2m"
+
+The settings are named like their options: server, proxy, user, password-command, password-file, replica,
+ca-file, cert, key, timeout, connect-timeout, max-time, language, output. The file is TOML: texts are in
+quotes, and a path is absolute or begins with "~/".
+
+A password is never in the file. password-command is a command for /bin/sh: the first line that it prints is
+the password; it reads nothing, and it has to end with exit status 0. password-file names a file whose first
+line is the password; nobody else may read it (chmod 600). The password is used only with the server and the
+user of its profile. config show prints the command, but never runs it.
+
+With --local only timeout, connect-timeout, max-time, language and output are used. Everything else reads no
+profile. The file has to be yours, and others must not be able to write to it.)";
+
+inline constexpr char kConfigSetExamples[] =
+    R"(  scriptwells config set timeout 2m --profile work
+  scriptwells config set default work
+  scriptwells config set --profile work -- user -joe)";
+
+inline constexpr char kConfigSetNotes[] =
+    R"(KEY is server, proxy, user, password-command, password-file, replica, ca-file, cert, key, timeout,
+connect-timeout, max-time, language or output, for which the value is checked as by the option of this name;
+or default. Without --profile, the profile of SCRIPTWELLS_PROFILE is changed, else the default one. A profile
+that does not exist is added. Comments and the order of the file are kept. Put "--" before a VALUE that begins
+with '-', and options before "--".)";
 
 inline constexpr char kRegistryExamples[] =
     R"(  scriptwells registry get home

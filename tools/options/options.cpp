@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "scriptwells/version.h"
+#include "tools/options/config_options.h"
 #include "tools/options/describe_options.h"
 #include "tools/options/download_options.h"
 #include "tools/options/help_format.h"
@@ -14,6 +15,8 @@
 #include "tools/options/run_options.h"
 #include "tools/options/serve_options.h"
 #include "tools/options/session_command_options.h"
+#include "tools/options/setting_options.h"
+#include "tools/report/failure.h"
 
 namespace qv::cli {
 
@@ -25,6 +28,7 @@ CLI::App& Prepared(CLI::App& app) {
   SetHelp(app, kProgramExamples, kProgramNotes);
   app.set_version_flag("-V,--version", kVersion, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
+  AddProfile(app);
   app.require_subcommand(0, 1);
   return app;
 }
@@ -47,6 +51,9 @@ class ArgumentParser {
       Refuse(error.what() + MeantWord(app_));
     } catch (const CLI::ParseError& error) {
       Refuse(error.what());
+    } catch (const Failure& failure) {
+      result_.command = Command::kProfileError;
+      result_.text = failure.Message();
     }
   }
 
@@ -54,6 +61,41 @@ class ArgumentParser {
 
  private:
   void Decide() {
+    std::string profile;
+    if (const char* wrong = TakeProfile(profile)) return Refuse(wrong);
+    if (config_.Parsed()) config_.SetProfile(profile);
+    if (SettlesOptions()) Settle(profile);
+    Choose();
+  }
+
+  // The name may be before and after the command.
+  const char* TakeProfile(std::string& name) {
+    const CLI::App& command = Innermost();
+    const CLI::Option* before = app_.get_option("--profile");
+    const CLI::Option* after = &command == &app_ ? nullptr : command.get_option_no_throw("--profile");
+    if (before->count() > 0 && after == nullptr)
+      return "--profile is for commands that call a server, and for config show, set and unset";
+    if (after == nullptr || before->count() + after->count() == 0) return nullptr;
+    if (before->count() > 0 && after->count() > 0) return "give --profile once";
+    name = (before->count() > 0 ? before : after)->results().back();
+    return name.empty() ? "--profile must name a profile" : nullptr;
+  }
+
+  // Others do not read the file of profiles.
+  bool SettlesOptions() {
+    const bool calls = run_.Parsed() || document_.Parsed() || download_.Parsed() || session_.Parsed();
+    const bool hasSettings = Innermost().get_option_no_throw("--profile") != nullptr;
+    return (calls && hasSettings) || (config_.Parsed() && config_.Shows());
+  }
+
+  void Settle(const std::string& profile) {
+    CLI::App& command = Innermost();
+    const CLI::Option* local = command.get_option_no_throw("--local");
+    settled_ = SettleOptions(command, profile, local != nullptr && local->count() > 0);
+    result_.notes = settled_.notes;
+  }
+
+  void Choose() {
     if (serve_.Parsed()) {
       Accept(Command::kServe, serve_.Check());
     } else if (run_.Parsed()) {
@@ -66,6 +108,8 @@ class ArgumentParser {
       Accept(Command::kSession, session_.Check());
     } else if (registry_.Parsed()) {
       Accept(Command::kRegistry, registry_.Check());
+    } else if (config_.Parsed()) {
+      DecideConfig();
     } else if (describe_.Parsed()) {
       Accept(Command::kDescribe, describe_.Check());
     } else if (help_.AsksForVersion()) {
@@ -77,6 +121,11 @@ class ArgumentParser {
     }
   }
 
+  void DecideConfig() {
+    const std::string wrong = config_.Check();
+    Accept(Command::kConfig, wrong.empty() ? nullptr : wrong.c_str());
+  }
+
   void Accept(Command command, const char* wrong) {
     if (wrong != nullptr) return Refuse(wrong);
     result_.command = command;
@@ -86,8 +135,14 @@ class ArgumentParser {
     result_.serve = serve_.Options();
     result_.registry = registry_.Options();
     result_.describe = describe_.Options();
-    result_.json = result_.run.json || result_.download.json || result_.session.json || result_.serve.json ||
-                   result_.registry.json || result_.describe.json;
+    result_.config = config_.Options();
+    result_.config.settings = settled_.settings;
+    for (SessionOptions* session :
+         {static_cast<SessionOptions*>(&result_.run), static_cast<SessionOptions*>(&result_.download),
+          static_cast<SessionOptions*>(&result_.session)})
+      session->passwordFileIsSaved = settled_.hasSavedPasswordFile;
+    result_.json = result_.config.json || result_.run.json || result_.download.json || result_.session.json ||
+                   result_.serve.json || result_.registry.json || result_.describe.json;
   }
 
   void PrintHelp() {
@@ -108,6 +163,12 @@ class ArgumentParser {
     result_.hint = CommandPath() + " --help";
   }
 
+  CLI::App& Innermost() {
+    CLI::App* command = &app_;
+    while (!command->get_subcommands().empty()) command = command->get_subcommands().back();
+    return *command;
+  }
+
   // "scriptwells registry get", as far as it was parsed.
   std::string CommandPath() const {
     std::string path = app_.get_name();
@@ -120,6 +181,7 @@ class ArgumentParser {
   }
 
   ParsedArguments& result_;
+  Settled settled_;
   CLI::App app_{"Runs scripts on a Scriptwells server, or in a service inside this program.", "scriptwells"};
   RunArguments run_{Prepared(app_), RunArguments::Kind::kScript};
   RunArguments document_{app_, RunArguments::Kind::kDocument};
@@ -127,6 +189,7 @@ class ArgumentParser {
   SessionCommandArguments session_{app_};
   ServeArguments serve_{app_};
   RegistryArguments registry_{app_};
+  ConfigArguments config_{app_};
   DescribeArguments describe_{app_};
   HelpArguments help_{app_};
 };
@@ -137,7 +200,8 @@ ParsedArguments ParseArguments(const std::vector<std::string>& arguments) {
   ParsedArguments result;
   ArgumentParser(result).Parse(arguments);
   // Programs expect JSON also when parsing failed before the flag.
-  if (result.command == Command::kUsageError || result.command == Command::kText)
+  if (result.command == Command::kUsageError || result.command == Command::kProfileError ||
+      result.command == Command::kText)
     result.json = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
   return result;
 }

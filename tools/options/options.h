@@ -1,4 +1,4 @@
-// The parser of the command line. It opens and runs nothing.
+// The parser of the command line. It runs nothing, and opens only the user's file of profiles.
 #pragma once
 
 #include <functional>
@@ -13,8 +13,8 @@ class App;
 
 namespace qv::cli {
 
-// `arguments` without the program's name. Reads the SCRIPTWELLS_ variables of the environment. Throws only if
-// memory is exhausted.
+// `arguments` without the program's name. Reads the SCRIPTWELLS_ variables of the environment, and for
+// commands that call a server the user's file of profiles. Throws only if memory is exhausted.
 ParsedArguments ParseArguments(const std::vector<std::string>& arguments);
 
 // Shows all commands and options, as they are before parsing.

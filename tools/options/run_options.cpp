@@ -2,13 +2,13 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>
-#include <map>
 
 #include "devservice/soap/namespaces.h"
 #include "face/text/csv_text.h"
 #include "scriptwells/error.h"
 #include "tools/options/help_format.h"
 #include "tools/options/help_texts.h"
+#include "tools/options/setting_options.h"
 
 #ifndef QV_NAMESPACE_HOST
 #error "QV_NAMESPACE_HOST comes from the build"
@@ -17,11 +17,6 @@
 namespace qv::cli {
 
 namespace {
-
-const std::map<std::string, OutputFormat> kOutputs = {{"text", OutputFormat::kText},
-                                                      {"json", OutputFormat::kJson},
-                                                      {"table", OutputFormat::kTable},
-                                                      {"csv", OutputFormat::kCsv}};
 
 CLI::App* AddCommand(CLI::App& app, RunArguments::Kind kind) {
   return kind == RunArguments::Kind::kScript
@@ -68,10 +63,7 @@ void RunArguments::DefineScript() {
   command_->add_option("FILE", run_.file, "The script; - reads it from standard input")->type_name("");
   code_ =
       command_->add_option("-e,--eval", run_.code, "The script itself, in place of FILE")->type_name("CODE");
-  command_->add_option("--language", run_.language, "Language of the script")
-      ->capture_default_str()
-      ->type_name("NAME")
-      ->envname("SCRIPTWELLS_LANGUAGE");
+  AddLanguageSetting(*command_, run_);
 }
 
 void RunArguments::DefineDocument() {
@@ -82,12 +74,7 @@ void RunArguments::DefineDocument() {
 }
 
 void RunArguments::DefineOutput() {
-  outputOption_ =
-      command_
-          ->add_option("-o,--output", output_, "How the answer is printed (environment: SCRIPTWELLS_OUTPUT)")
-          ->capture_default_str()
-          ->type_name("FORMAT")
-          ->check(CLI::IsMember(kOutputs));
+  AddOutputSetting(*command_, output_);
   null_ = command_->add_option("--null", run_.csvNull, "What CSV prints for no value; default: nothing")
               ->type_name("TEXT");
   save_ = command_
@@ -111,15 +98,15 @@ const char* RunArguments::Check() {
   return wrong;
 }
 
-// The variable is only a default, so --json overrides it.
+// The variable and a profile are only defaults, so --json overrides them.
 const char* RunArguments::WrongWithOutput() {
-  const bool chosen = outputOption_->count() > 0;
+  const bool chosen = IsTyped(*command_, "--output");
   const char* usual = std::getenv("SCRIPTWELLS_OUTPUT");
   if (!chosen && !run_.json && usual != nullptr && *usual != '\0') output_ = usual;
-  const auto found = kOutputs.find(output_);
-  if (found == kOutputs.end()) return "SCRIPTWELLS_OUTPUT must be text, json, table or csv";
-  run_.output = run_.json ? OutputFormat::kJson : found->second;
-  if (chosen && found->second != run_.output) return "give --json or another --output, not both";
+  const OutputFormat* found = FindOutput(output_);
+  if (found == nullptr) return "SCRIPTWELLS_OUTPUT must be text, json, table or csv";
+  run_.output = run_.json ? OutputFormat::kJson : *found;
+  if (chosen && *found != run_.output) return "give --json or another --output, not both";
   return nullptr;
 }
 
@@ -155,7 +142,7 @@ const char* RunArguments::WrongWithServer() {
 const char* RunArguments::WrongWithSave() const {
   if (save_->count() == 0) return run_.force ? "--force needs --save" : nullptr;
   if (run_.saveDirectory.empty()) return "--save must name a directory";
-  if (outputOption_->count() == 0) return nullptr;
+  if (!IsTyped(*command_, "--output")) return nullptr;
   if (run_.output == OutputFormat::kTable) return "--save prints a path, for which there is no table";
   return run_.output == OutputFormat::kCsv ? "--save prints a path, for which there is no CSV" : nullptr;
 }

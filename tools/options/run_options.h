@@ -35,7 +35,6 @@ class RunArguments : public CommandArguments {
   std::string output_ = "text";
   std::optional<SessionArguments> session_;
   CLI::Option* code_ = nullptr;  // null for a document
-  CLI::Option* outputOption_ = nullptr;
   CLI::Option* null_ = nullptr;
   CLI::Option* save_ = nullptr;
 };

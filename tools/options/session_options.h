@@ -1,6 +1,8 @@
 // The options of a session, which several commands share.
 #pragma once
 
+#include <cstddef>
+
 #include "tools/input/parsed_options.h"
 
 namespace CLI {
@@ -26,7 +28,8 @@ class SessionArguments {
 
   // Whether --server is on the command line.
   bool HasServer() const;
-  // Uses the server of the environment if none is on the command line. False if there is none at all.
+  // Uses the server of the environment, else of the profile, if none is on the command line. False if there
+  // is none at all.
   bool TakeServer();
   // Whether --usid is on the command line.
   bool HasUsid() const;
@@ -35,17 +38,14 @@ class SessionArguments {
   const char* Check();
 
  private:
-  void DefineServer();
   void DefineCredentials();
   void DefineUsid();
-  void DefineTls();
-  void DefineWaits();
   void DefineTrace();
   const char* WrongWithUsid();
+  std::ptrdiff_t TypedPasswords() const;
 
   CLI::App& command_;
   SessionOptions& options_;
-  CLI::Option* server_ = nullptr;
   CLI::Option* usid_ = nullptr;  // null for kOpened
 };
 

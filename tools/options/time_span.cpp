@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <cmath>
 #include <string>
 
 namespace qv::cli {
@@ -12,6 +13,8 @@ struct Unit {
   std::string_view name;
   double seconds;
 };
+
+constexpr double kLongestLimit = 86400;
 
 constexpr Unit kUnits[] = {{"", 1}, {"s", 1}, {"ms", 0.001}, {"m", 60}, {"h", 3600}};
 
@@ -40,6 +43,10 @@ std::optional<double> SecondsOf(std::string_view text) {
   for (const Unit& known : kUnits)
     if (known.name == unit) return number * known.seconds;
   return std::nullopt;
+}
+
+bool IsTimeLimit(double seconds) {
+  return std::isfinite(seconds) && seconds >= 0 && seconds <= kLongestLimit;
 }
 
 CLI::Option* AddTime(CLI::App& command, const char* name, double& seconds, const char* description,

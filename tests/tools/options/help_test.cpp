@@ -13,7 +13,9 @@ using testing::Holds;
 
 const auto kCommands = Each(
     "|run|run-document|download|session|session open|session close|serve|registry|registry get|registry set|"
-    "registry remove|registry list|describe|help");
+    "registry remove|registry list|config|config show|config set|config unset|config path|config "
+    "profiles|describe|"
+    "help");
 const std::string kUnexpected = "The following argument was not expected: ";
 
 class Help : public testing::OptionsTest {
@@ -48,6 +50,14 @@ TEST_F(Help, CommandPrintsTheSameAsTheOption) {
     EXPECT_EQ(TextOf("help " + command), TextOf(command + " --help"));
   for (const char* word : {"-V", "--version", "version"})
     EXPECT_EQ(TextOf(word), "scriptwells " SCRIPTWELLS_VERSION "\n");
+}
+
+TEST_F(Help, TopicIsTheEndOfItsCommand) {
+  const std::string topic = TextOf("help profiles");
+  const std::string command = TextOf("help config");
+  EXPECT_TRUE(Holds(topic, "[profile.work]")) << topic;
+  EXPECT_EQ(command.substr(command.size() - topic.size()), topic);
+  EXPECT_EQ(Refusal("help profiles run"), "no command profiles|scriptwells help --help");
 }
 
 TEST_F(Help, HasExamplesTypesAndVariables) {

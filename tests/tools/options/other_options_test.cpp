@@ -145,6 +145,15 @@ TEST_F(OtherOptions, RegistryTakesKeyAndValue) {
   EXPECT_EQ(Registry("registry set --json -- A\\B -5").value, "-5");
 }
 
+TEST_F(OtherOptions, WrongVariableFailsOnlyCommandsThatReadIt) {
+  Set("TIMEOUT", "soon");
+  EXPECT_EQ(Registry("registry list").verb, RegistryVerb::kList);
+  EXPECT_EQ(Config("config path").verb, ConfigVerb::kPath);
+  EXPECT_EQ(Serve("serve").port, 0);
+  for (const char* line : {"run --local -e 1", "session open --server http://h"})
+    EXPECT_NE(Refusal(line), "accepted") << line;
+}
+
 TEST_F(OtherOptions, RegistryIsChecked) {
   EXPECT_EQ(Refusal("registry"),
             "no registry command given (get, set, remove or list)|scriptwells registry --help");
