@@ -1,4 +1,4 @@
-// Profiles as the parser applies them: order of origins, what does not apply, and what is refused.
+// Profiles as the parser applies them: order of origins, what does not apply, and rejected values.
 #include "tests/tools/options_fixture.h"
 
 namespace qv::cli {
