@@ -10,8 +10,8 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 # Not needed to build: a compiler is there anyway, the others only help.
 NOT_FOR_PACKAGES = {"g++", "ccache", "ca-certificates"}
-# The second section of packages.txt is for tests; the Python module needs these.
-ALSO_FOR_PACKAGES = {"python3-dev", "pybind11-dev"}
+# The second section of packages.txt is for tests; the Python module and the site need these.
+ALSO_FOR_PACKAGES = {"python3-dev", "pybind11-dev", "doxygen"}
 # Documents are copied, not installed.
 WITHOUT_COMPONENT = {"scriptwells-doc"}
 
