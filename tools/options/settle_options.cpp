@@ -76,14 +76,14 @@ class Settler {
 
   // The password is sent to nobody else than the profile says.
   bool AppliesPassword() {
-    if (IsPasswordGiven()) return false;
-    for (const char* key : {"server", "user"}) {
-      if (IsOfProfile(key)) continue;
-      settled_.notes.push_back("the password of the profile " + profile_->name + " is not used, since the " +
-                               key + " is not that of the profile");
-      return false;
-    }
-    return true;
+    return !IsPasswordGiven() && IsOfProfileOrNoted("server") && IsOfProfileOrNoted("user");
+  }
+
+  bool IsOfProfileOrNoted(const std::string& key) {
+    if (IsOfProfile(key)) return true;
+    settled_.notes.push_back("the password of the profile " + profile_->name + " is not used, since the " +
+                             key + " is not that of the profile");
+    return false;
   }
 
   bool IsPasswordGiven() const {
