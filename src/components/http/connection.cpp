@@ -15,10 +15,10 @@
 #include <mutex>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "components/http/http_error.h"
 #include "components/http/sigpipe_guard.h"
-#include "components/http/wire_tap.h"
 
 namespace qv {
 namespace {
@@ -131,6 +131,9 @@ Connection::Connection(const Endpoint& endpoint, TransferWatch& watch)
   if (code != CURLE_OK || socket_ < 0) ThrowCurl(CURLE_COULDNT_CONNECT, words_);
 }
 
+Connection::Connection(const Endpoint& endpoint, std::unique_ptr<WireLine> line)
+    : endpoint_(endpoint), line_(std::move(line)), owner_(getpid()), buffer_(new char[kBufferBytes]) {}
+
 Connection::~Connection() {
   ClearBuffer();
   if (owner_ != getpid()) DetachFromParent();
@@ -209,6 +212,10 @@ bool Connection::IsAlive() noexcept {
 }
 
 std::size_t Connection::Send(std::string_view bytes) {
+  if (line_ != nullptr) {
+    line_->Send(bytes);
+    return bytes.size();
+  }
   const SigpipeGuard guard(endpoint_.secure);
   std::size_t sent = 0;
   const CURLcode code = curl_easy_send(handle_.get(), bytes.data(), bytes.size(), &sent);
@@ -217,12 +224,20 @@ std::size_t Connection::Send(std::string_view bytes) {
   return sent;
 }
 
-Connection::Arrival Connection::Receive() {
+CURLcode Connection::ReceiveInto(char* bytes, std::size_t room, std::size_t* received) {
+  if (line_ != nullptr) {
+    *received = line_->Receive(bytes, room);
+    return CURLE_OK;
+  }
   const SigpipeGuard guard(endpoint_.secure);
+  return curl_easy_recv(handle_.get(), bytes, room, received);
+}
+
+Connection::Arrival Connection::Receive() {
   if (begin_ == end_) begin_ = end_ = 0;
   const std::size_t room = kBufferBytes - end_;
   std::size_t received = 0;
-  const CURLcode code = curl_easy_recv(handle_.get(), buffer_.get() + end_, room, &received);
+  const CURLcode code = ReceiveInto(buffer_.get() + end_, room, &received);
   filledUp_ = code == CURLE_OK && received == room;
   if (code == CURLE_AGAIN) return Arrival::kNothingYet;
   if (code != CURLE_OK) ThrowCurl(code, words_);
@@ -232,6 +247,7 @@ Connection::Arrival Connection::Receive() {
 }
 
 short Connection::Wait(short events, TransferWatch& watch) {
+  if (line_ != nullptr) return events;
   using Clock = TransferWatch::Clock;
   const Clock::time_point start = Clock::now();
   for (Clock::time_point before = start;; before = Clock::now()) {

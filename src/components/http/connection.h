@@ -11,6 +11,7 @@
 
 #include "components/http/endpoint.h"
 #include "components/http/transfer_watch.h"
+#include "components/http/wire_tap.h"
 
 namespace qv {
 
@@ -23,6 +24,8 @@ class Connection {
  public:
   // Connects within `watch`'s time. Throws HttpFailure with libcurl's message.
   Connection(const Endpoint& endpoint, TransferWatch& watch);
+  // Sends and receives on `line` only; it serves one request.
+  Connection(const Endpoint& endpoint, std::unique_ptr<WireLine> line);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -30,6 +33,7 @@ class Connection {
   const Endpoint& Target() const noexcept { return endpoint_; }
   // Still open, no unexpected bytes received, and not inherited from a parent process.
   bool IsAlive() noexcept;
+  bool MayBeKept() const noexcept { return line_ == nullptr; }
 
   // Sends as much as the system accepts now, which may be 0 bytes. Throws HttpFailure (HTTP_E_CUT_OFF).
   std::size_t Send(std::string_view bytes);
@@ -44,8 +48,8 @@ class Connection {
   void Take(std::size_t bytes) noexcept;
   // After an exchange: clears all bytes that it received.
   void ClearBuffer() noexcept;
-  // TLS may hold bytes that poll() does not see.
-  bool MayHoldBytes() const noexcept { return endpoint_.secure || filledUp_; }
+  // TLS may hold bytes that poll() does not see, and a line is never waited for.
+  bool MayHoldBytes() const noexcept { return endpoint_.secure || filledUp_ || line_ != nullptr; }
 
   void NoteIdle() noexcept { idleSince_ = std::chrono::steady_clock::now(); }
   std::chrono::steady_clock::time_point IdleSince() const noexcept { return idleSince_; }
@@ -54,9 +58,11 @@ class Connection {
   void SetOptions(TransferWatch& watch);
   void SetTrust();
   void Perform(const TransferWatch& watch);
+  CURLcode ReceiveInto(char* bytes, std::size_t room, std::size_t* received);
   void DetachFromParent() noexcept;
 
   Endpoint endpoint_;
+  std::unique_ptr<WireLine> line_;  // null: libcurl's connection
   char words_[CURL_ERROR_SIZE] = {};
   CurlEasy handle_;
   int socket_ = -1;

@@ -162,6 +162,7 @@ void HttpExchange::TakeTrailers() {
 
 bool HttpExchange::IsReusable() {
   if (answeredEarly_ || !reader_.IsComplete() || !framing_.MayKeepConnection()) return false;
+  if (!connection_->MayBeKept()) return false;
   // Some proxies close after each answer without saying so, and a request sent meanwhile is lost.
   if (connection_->Target().UsesPlainProxy() && !framing_.PromisesToKeepConnection()) return false;
   TakeTrailers();

@@ -1,6 +1,7 @@
 #include "components/http/http_session.h"
 
 #include <atomic>
+#include <memory>
 #include <utility>
 
 #include "com/guarded.h"
@@ -40,6 +41,11 @@ WideString AnnounceOpening(const WideString& protocol, const WideString& host, s
   WireTap* const tap = ThreadWireTap();
   if (tap != nullptr && !tap->OnOpen(protocol, host, port, &proxy)) ThrowCurl(CURLE_ABORTED_BY_CALLBACK);
   return proxy;
+}
+
+std::unique_ptr<WireLine> LineOfTap() {
+  WireTap* const tap = ThreadWireTap();
+  return tap == nullptr ? nullptr : tap->NewLine();
 }
 
 void AnnounceConnection(bool isKept) {
@@ -87,6 +93,10 @@ void HttpSession::CheckedOpen(Endpoint endpoint) {
 
 // The listener is called in here, and may call anything.
 void HttpSession::Connect(TransferWatch& watch) {
+  if (std::unique_ptr<WireLine> line = LineOfTap()) {
+    connection_ = std::make_unique<Connection>(endpoint_, std::move(line));
+    return AnnounceConnection(false);
+  }
   ConnectionPool* pool = ConnectionPool::OfThisThread();
   if (pool != nullptr) connection_ = pool->Take(endpoint_);
   if (connection_ != nullptr) return AnnounceConnection(true);
@@ -158,7 +168,7 @@ void HttpSession::TakeBack(ConnectionPtr connection) noexcept {
 }
 
 void HttpSession::Keep(ConnectionPtr connection) noexcept {
-  if (connection == nullptr) return;
+  if (connection == nullptr || !connection->MayBeKept()) return;
   ConnectionPool* pool = ConnectionPool::MadeForThisThread();
   if (pool != nullptr) pool->Put(std::move(connection));
 }

@@ -2,7 +2,9 @@
 // top that limits, shows and explains exchanges; without a tap nothing costs more than looking for one.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 
 #include "qvscriptwells/http_component.h"
@@ -10,6 +12,21 @@
 namespace qv {
 
 class ResponseHead;
+
+// Plays a connection in place of the network, for one request. What a function throws is the failure of the
+// connection.
+class WireLine {
+ public:
+  WireLine() = default;
+  virtual ~WireLine() = default;
+  WireLine(const WireLine&) = delete;
+  WireLine& operator=(const WireLine&) = delete;
+
+  // Takes all of them.
+  virtual void Send(std::string_view bytes) = 0;
+  // Writes up to `most` bytes; 0 when the server has closed. Never waits.
+  virtual std::size_t Receive(char* bytes, std::size_t most) = 0;
+};
 
 // Called on the thread of the operation. What a function throws becomes the failure of the operation. An
 // exchange is OnOpen, OnConnected, then the others in the order of their declaration; it breaks off with
@@ -21,6 +38,8 @@ class WireTap {
   // A session is opened. The function may replace the proxy. False cancels.
   virtual bool OnOpen(const WideString& protocol, const WideString& host, std::uint16_t port,
                       WideString* proxy) = 0;
+  // A connection is needed. Null: a real one. What it throws is why there is none.
+  virtual std::unique_ptr<WireLine> NewLine() = 0;
   // The server was reached, but the handshake of TLS was not finished. OnFailure follows.
   virtual void OnHandshakeFailed() noexcept = 0;
   virtual void OnConnected(bool isKeptConnection) = 0;
