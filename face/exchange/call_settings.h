@@ -11,6 +11,8 @@
 
 namespace scriptwells {
 
+class CallTape;
+
 // Texts are UTF-8.
 struct CallSettings {
   qv::HttpOptions http;  // totalTimeout: of the whole call with its uploads; 0 for no limit
@@ -24,6 +26,7 @@ struct CallSettings {
   std::optional<CancelToken> cancel;  // none while closing
   std::vector<std::string> secrets;   // password, session id: masked
   std::size_t files = 0;              // arguments that are uploaded
+  CallTape* tape = nullptr;           // of the session; null for none
   bool keepAnswer = false;            // AnswerText is needed
   bool hasUser = true;                // for Remedy::kCredentials
 };

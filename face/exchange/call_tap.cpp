@@ -45,6 +45,27 @@ void CallTap::CallHost(const Call& call) noexcept {
   }
 }
 
+// The tape's reason in place of what becomes of it below.
+template <class Call>
+auto CallTap::CallTapeOf(const Call& call) {
+  try {
+    return call();
+  } catch (const TapedFailure& failure) {
+    record_.inHandshake = failure.IsOfHandshake();
+    throw;
+  } catch (...) {
+    thrown_ = std::current_exception();
+    taped_.reset();
+    throw;
+  }
+}
+
+template <class Show>
+void CallTap::ShowBoth(const Show& show) {
+  if (shown_) show(*shown_);
+  if (taped_) show(*taped_);
+}
+
 // Each file takes two exchanges before the one of the script.
 Purpose CallTap::NextPurpose() noexcept {
   const std::size_t number = exchanges_++;
@@ -63,6 +84,8 @@ bool CallTap::OnOpen(const qv::WideString& protocol, const qv::WideString& host,
   EndExchange();
   record_ = ExchangeRecord();
   shown_.reset();
+  taped_.reset();
+  fileBody_.clear();
   open_ = true;
   record_.purpose = NextPurpose();
   record_.protocol = protocol;
@@ -72,28 +95,38 @@ bool CallTap::OnOpen(const qv::WideString& protocol, const qv::WideString& host,
   if (!proxy->IsEmpty() && !settings_.proxy.empty()) *proxy = qv::FromUtf8(settings_.proxy);
   record_.proxy = *proxy;
   if (settings_.listener && thrown_ == nullptr) shown_.emplace(settings_.listenerBodies);
+  if (settings_.tape != nullptr && thrown_ == nullptr) taped_.emplace(true);
   return MayGoOn();
+}
+
+std::unique_ptr<qv::WireLine> CallTap::NewLine() {
+  if (settings_.tape == nullptr) return nullptr;
+  return CallTapeOf([this] { return settings_.tape->Connect(); });
 }
 
 void CallTap::OnConnected(bool isKeptConnection) {
   record_.connected = true;
-  if (shown_) shown_->Connected(isKeptConnection);
+  ShowBoth([&](ShownExchange& shown) { shown.Connected(isKeptConnection); });
 }
 
 void CallTap::OnRequest(std::string_view head, std::string_view body) {
-  if (shown_) shown_->Request(head, body);
+  if (settings_.tape != nullptr)
+    CallTapeOf([&] { settings_.tape->Request({record_.purpose, head, body, {}}); });
+  ShowBoth([&](ShownExchange& shown) { shown.Request(head, body); });
 }
 
 void CallTap::OnFileRequest(std::string_view head, const qv::WideString& path) {
   record_.purpose = Purpose::kUpload;
   record_.file = qv::NativePath(path);
-  if (shown_) shown_->Request(head, {});
+  if (settings_.tape != nullptr)
+    CallTapeOf([&] { settings_.tape->Request({record_.purpose, head, {}, record_.file}); });
+  ShowBoth([&](ShownExchange& shown) { shown.Request(head, {}); });
 }
 
 void CallTap::OnAnswerBytes(std::string_view bytes) {
   if (bytes.empty()) return;
   record_.answering = true;
-  if (shown_) shown_->Answering(bytes);
+  ShowBoth([&](ShownExchange& shown) { shown.Answering(bytes); });
 }
 
 void CallTap::OnAnswer(const qv::ResponseHead& head) {
@@ -111,7 +144,10 @@ bool CallTap::MaySave(const qv::WideString& path) {
 }
 
 void CallTap::OnAnswerBody(std::string_view bytes) {
-  if (!record_.file.empty()) return;
+  if (!record_.file.empty()) {
+    if (taped_) fileBody_ += bytes;
+    return;
+  }
   const std::size_t room = kBodyStart - std::min(kBodyStart, record_.body.size());
   record_.body.Append(KeepsBody() ? bytes : bytes.substr(0, room));
 }
@@ -135,7 +171,16 @@ void CallTap::EndExchange() {
   if (!std::exchange(open_, false)) return;
   NoteRefusedUpload();
   if (settings_.keepAnswer && record_.purpose == purpose_) answerText_ = record_.BodyText();
+  if (taped_) TellTape();
   if (shown_) TellListener();
+}
+
+void CallTap::TellTape() {
+  Exchange exchange = taped_->Ended(record_, nullptr);
+  taped_.reset();
+  if (!fileBody_.empty()) exchange.answerBody = std::move(fileBody_);
+  fileBody_.clear();
+  CallHost([&] { settings_.tape->Ended(record_, exchange); });
 }
 
 void CallTap::NoteRefusedUpload() {
@@ -150,11 +195,11 @@ void CallTap::LearnSecrets() {
     secrets_.emplace();
     for (const std::string& secret : settings_.secrets) secrets_->Add(secret);
   }
-  std::vector<std::string> learned;
+  PlacedSecrets learned;
   if (record_.purpose == Purpose::kOpenSession) learned = SessionIdsIn(record_.BodyText());
   if (record_.purpose == Purpose::kUploadAddress) learned = TicketsIn(record_.BodyText());
   if (record_.purpose == Purpose::kUpload) learned = TicketsInHead(shown_->RequestHead());
-  for (const std::string& secret : learned) secrets_->Add(secret);
+  for (const PlacedSecret& secret : learned) secrets_->Add(secret.value);
 }
 
 void CallTap::TellListener() {
@@ -173,7 +218,7 @@ qv::HRESULT CallTap::QueryInterface(const qv::Guid& iid, void** object) noexcept
 }
 
 qv::HRESULT CallTap::OnProgress(bool sending, std::int64_t done, std::int64_t total) noexcept {
-  if (shown_) shown_->Transferred(sending, done);
+  ShowBoth([&](ShownExchange& shown) { shown.Transferred(sending, done); });
   if (settings_.progress && MayGoOn())
     CallHost([&] { settings_.progress({sending, done, total, record_.file}); });
   return MayGoOn() ? qv::S_OK : qv::S_FALSE;

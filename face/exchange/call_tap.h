@@ -2,11 +2,13 @@
 #pragma once
 
 #include <exception>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "components/http/wire_tap.h"
 #include "face/exchange/call_settings.h"
+#include "face/exchange/call_tape.h"
 #include "face/exchange/exchange_record.h"
 #include "face/exchange/shown_exchange.h"
 #include "face/exchange/time_budget.h"
@@ -25,12 +27,13 @@ class CallTap final : public qv::WireTap, public qv::IHttpProgress {
   // answered the upload of /tmp/a.txt with the status 403"; empty for none.
   const std::string& RefusedUpload() const noexcept { return refusedUpload_; }
   const std::string& AnswerText() const noexcept { return answerText_; }
-  // Rethrows what a listener threw.
+  // Rethrows what a listener or the tape threw.
   void RethrowFromListener() const;
 
   void SetUp(qv::HttpOptions* options, qv::IHttpProgressPtr* progress) override;
   bool OnOpen(const qv::WideString& protocol, const qv::WideString& host, std::uint16_t port,
               qv::WideString* proxy) override;
+  std::unique_ptr<qv::WireLine> NewLine() override;
   void OnHandshakeFailed() noexcept override { record_.inHandshake = true; }
   void OnConnected(bool isKeptConnection) override;
   void OnRequest(std::string_view head, std::string_view body) override;
@@ -53,15 +56,20 @@ class CallTap final : public qv::WireTap, public qv::IHttpProgress {
     return settings_.cancel.has_value() || settings_.progress != nullptr || settings_.listener != nullptr;
   }
   bool KeepsBody() const noexcept {
-    return settings_.keepAnswer || (shown_.has_value() && settings_.listenerBodies);
+    return settings_.keepAnswer || taped_.has_value() || (shown_.has_value() && settings_.listenerBodies);
   }
   bool MayGoOn() const noexcept;
   Purpose NextPurpose() noexcept;
   void NoteRefusedUpload();
+  template <class Show>
+  void ShowBoth(const Show& show);
+  void TellTape();
   void LearnSecrets();
   void TellListener();
   template <class Call>
   void CallHost(const Call& call) noexcept;
+  template <class Call>
+  auto CallTapeOf(const Call& call);
 
   const CallSettings& settings_;
   Purpose purpose_;
@@ -70,10 +78,12 @@ class CallTap final : public qv::WireTap, public qv::IHttpProgress {
   bool open_ = false;
   ExchangeRecord record_;
   std::optional<ShownExchange> shown_;  // with a listener
+  std::optional<ShownExchange> taped_;  // with a tape
+  std::string fileBody_;                // of a download, with a tape
   std::optional<Masking> secrets_;      // once it is needed
   std::string refusedUpload_;
   std::string answerText_;
-  std::exception_ptr thrown_;  // by a listener
+  std::exception_ptr thrown_;  // by a listener or the tape
 };
 
 }  // namespace scriptwells

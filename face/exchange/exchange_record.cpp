@@ -2,8 +2,15 @@
 
 #include "components/http/body_charset.h"
 #include "components/http/text_codec.h"
+#include "qvscriptwells/http_component.h"
 
 namespace scriptwells {
+
+Phase ExchangeRecord::Reached() const noexcept {
+  if (!connected) return inHandshake || failure == qv::HTTP_E_TLS ? Phase::kTls : Phase::kConnect;
+  if (answering) return Phase::kReceive;
+  return sent ? Phase::kWait : Phase::kSend;
+}
 
 std::string ExchangeRecord::Server() const {
   return qv::ToUtf8(protocol) + "://" + qv::ToUtf8(host) + ":" + std::to_string(port);

@@ -33,6 +33,8 @@ struct ExchangeRecord {
   std::optional<qv::HRESULT> failure;      // of the first operation that failed
   std::string message;                     // of that failure, may be empty
 
+  // How far it got, for a failure of the connection.
+  Phase Reached() const noexcept;
   bool Succeeded() const noexcept { return status >= 200 && status < 300; }
   // "http://host:port"
   std::string Server() const;

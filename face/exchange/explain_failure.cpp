@@ -131,7 +131,6 @@ class Explanation {
   bool IsReadableFault() const;
   bool IsStrangeAnswer() const;
   Phase PhaseOfTransport() const;
-  Phase PhaseOfConnection() const;
   std::string StatusText() const;
   std::string Doubt() const;
   std::string Hint() const;
@@ -212,18 +211,11 @@ void Explanation::ThrowUnsent() {
         details_);
 }
 
-Phase Explanation::PhaseOfConnection() const {
-  if (!last_.connected)
-    return last_.inHandshake || last_.failure == qv::HTTP_E_TLS ? Phase::kTls : Phase::kConnect;
-  if (last_.answering) return Phase::kReceive;
-  return last_.sent ? Phase::kWait : Phase::kSend;
-}
-
 // A server that wants a certificate says so only after the handshake.
 Phase Explanation::PhaseOfTransport() const {
   for (const PhaseRow& row : kPhases)
     if (row.code == *last_.failure) return row.phase;
-  return details_.remedy == Remedy::kOwnCertificate ? Phase::kTls : PhaseOfConnection();
+  return details_.remedy == Remedy::kOwnCertificate ? Phase::kTls : last_.Reached();
 }
 
 void Explanation::SetTlsRemedy() {

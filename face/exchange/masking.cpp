@@ -16,10 +16,7 @@ constexpr std::string_view kBase64 = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnop
 // Shorter pieces would be found everywhere.
 constexpr std::size_t kShortestBase64 = 4;
 
-struct Range {
-  std::size_t begin;
-  std::size_t end;
-};
+using Found = Masking::Found;
 
 constexpr Escape kEscapes[] = {Escape::kXml, Escape::kPercent, Escape::kJson};
 
@@ -105,24 +102,24 @@ std::size_t EndOfMatch(const EscapedText& text, std::size_t at, const std::u16st
   return at;
 }
 
-void FindAll(const EscapedText& text, Coding coding, const std::u16string& needle,
-             std::vector<Range>* found) {
+void FindAll(const EscapedText& text, Coding coding, const std::u16string& needle, std::size_t secret,
+             std::vector<Found>* found) {
   const Beginnings beginnings = BeginningsOf(needle, coding, text.Escapes());
   const bool plusIsBlank = HasPercent(text.Escapes());
   const std::string_view bytes = text.Bytes();
   for (std::size_t at = 0; at < bytes.size(); ++at) {
     if (!beginnings[static_cast<unsigned char>(bytes[at])]) continue;
     const std::size_t end = EndOfMatch(text, at, needle, plusIsBlank);
-    if (end != 0) found->push_back({at, end});
+    if (end != 0) found->push_back({at, end, secret});
   }
 }
 
-std::string Replaced(const std::string& text, std::vector<Range> ranges) {
-  std::sort(ranges.begin(), ranges.end(), [](const Range& a, const Range& b) { return a.begin < b.begin; });
+std::string Replaced(const std::string& text, std::vector<Found> ranges) {
+  std::sort(ranges.begin(), ranges.end(), [](const Found& a, const Found& b) { return a.begin < b.begin; });
   std::string masked;
   std::size_t done = 0;
   for (std::size_t i = 0; i < ranges.size();) {
-    Range joined = ranges[i];
+    Found joined = ranges[i];
     for (++i; i < ranges.size() && ranges[i].begin < joined.end; ++i)
       joined.end = std::max(joined.end, ranges[i].end);
     masked.append(text, done, joined.begin - done).append(kMask);
@@ -134,6 +131,7 @@ std::string Replaced(const std::string& text, std::vector<Range> ranges) {
 }  // namespace
 
 void Masking::Add(const std::string& secret) {
+  ++secrets_;
   if (secret.empty()) return;
   const std::u16string units(qv::FromUtf8(secret).view());
   AddNeedle(units, false);
@@ -157,19 +155,19 @@ void Masking::AddBase64(std::string_view bytes) {
 void Masking::AddNeedle(std::u16string units, bool isBase64) {
   for (const Needle& known : needles_)
     if (known.units == units) return;
-  needles_.push_back({std::move(units), isBase64});
+  needles_.push_back({std::move(units), isBase64, secrets_ - 1});
 }
 
-std::string Masking::Masked(std::string text) const {
+std::vector<Found> Masking::FindIn(std::string_view text) const {
   static const std::vector<std::vector<Escape>> kTwice = Nestings(2);
   static const std::vector<std::vector<Escape>> kOnce = Nestings(1);
-  std::vector<Range> found;
-  const bool isWide = text.find('\0') != std::string::npos;
+  std::vector<Found> found;
+  const bool isWide = text.find('\0') != std::string_view::npos;
   const auto search = [&](const Needle& needle, Coding coding, const std::vector<Escape>& escapes) {
-    if (!escapes.empty() && text.find(IntroducerOf(escapes[0])) == std::string::npos &&
+    if (!escapes.empty() && text.find(IntroducerOf(escapes[0])) == std::string_view::npos &&
         !(needle.units.find(u' ') != std::u16string::npos && HasPercent(escapes)))
       return;
-    FindAll(EscapedText(text, coding, escapes), coding, needle.units, &found);
+    FindAll(EscapedText(text, coding, escapes), coding, needle.units, needle.secret, &found);
   };
   for (const Needle& needle : needles_) {
     for (const auto& escapes : needle.isBase64 ? kOnce : kTwice) search(needle, Coding::kUtf8, escapes);
@@ -179,6 +177,11 @@ std::string Masking::Masked(std::string text) const {
       search(needle, Coding::kUtf16Big, escapes);
     }
   }
+  return found;
+}
+
+std::string Masking::Masked(std::string text) const {
+  std::vector<Found> found = FindIn(text);
   return found.empty() ? text : Replaced(text, std::move(found));
 }
 

@@ -90,6 +90,7 @@ Session::Impl::Impl(const std::string& server, const Credentials& credentials, O
       if (ending.IsCancelled()) ThrowEnded("during");
       if (listener) listener(progress);
     };
+  UseTapes(credentials.password);
   if (id.empty()) {
     Open(credentials);
   } else {
@@ -104,6 +105,14 @@ Session::Impl::~Impl() {
   if (state_ == State::kOpen && !isUnreachable_) CloseSilently();
   WipeAll(settings_.secrets);
   Wipe(id_);
+}
+
+void Session::Impl::UseTapes(const std::string& password) {
+  if (options_.record.empty() && options_.replay.empty()) return;
+  tape_ = std::make_unique<SessionTape>(options_.record, options_.replay);
+  tape_->Know(SecretKind::kPassword, password);
+  tape_->Know(SecretKind::kSession, id_);
+  settings_.tape = tape_.get();
 }
 
 template <class Call>

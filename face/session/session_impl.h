@@ -8,6 +8,7 @@
 #include "face/exchange/observed_call.h"
 #include "face/session/call_queue.h"
 #include "face/session/script_client.h"
+#include "face/tape/session_tape.h"
 #include "scriptwells/session.h"
 
 namespace scriptwells {
@@ -38,6 +39,7 @@ class __attribute__((visibility("hidden"))) Session::Impl {
   class PostedRun;
   enum class State { kOpen, kAdopted, kClosed };
 
+  void UseTapes(const std::string& password);
   void Open(const Credentials& credentials);
   void CheckUsable() const;
   Value RunNow(std::string_view script, const Arguments& arguments, const RunOptions& options);
@@ -57,6 +59,7 @@ class __attribute__((visibility("hidden"))) Session::Impl {
   std::string server_;
   Options options_;
   CallSettings settings_;
+  std::unique_ptr<SessionTape> tape_;  // null for none
   std::string id_;
   State state_ = State::kClosed;
   bool isUnreachable_ = false;  // since the last exchange

@@ -105,7 +105,10 @@ struct Options {
   ExchangeListener listener{};
   bool showSecrets = false;    // to the listener
   bool listenerBodies = true;  // the listener gets heads and bodies, which costs time and memory
-  Executor executor{};         // of RunAsync
+  // Tapes (docs/tapes.md). `record` is created or appended to, with masked secrets. With `replay` all answers come
+  // from the tape, nothing is sent, and a request that it does not have throws Error (kLocalFile).
+  std::filesystem::path record{}, replay{};
+  Executor executor{};  // of RunAsync
 };
 
 // Options of one call. What is not set is that of the session.

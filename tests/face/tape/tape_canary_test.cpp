@@ -1,0 +1,148 @@
+// A password, a session's id and a ticket are searched on a tape, in each form that the wire may have.
+#include <gtest/gtest.h>
+
+#include "face/tape/tape.h"
+#include "face/tape/tape_report.h"
+#include "fixtures/raw_server.h"
+#include "fixtures/temporary_directory.h"
+#include "qvscriptwells/wide_string.h"
+#include "scriptwells/scriptwells.h"
+
+namespace scriptwells {
+namespace {
+
+using qv::test::RawAnswerText;
+using qv::test::RawScript;
+
+const std::string kPassword = "s3<&\">' %+/\\\xC3\xA9t\xC3\xA9 canary";
+const std::string kId = "id<&/+%\"canary";
+const std::string kTicket = "Tick<et>&+/canary";
+
+// Each character for which `isOdd` through `escape`.
+template <class IsOdd, class Escape>
+std::string Escaped(const std::string& text, IsOdd isOdd, Escape escape) {
+  std::string escaped;
+  for (const char c : text) escaped += isOdd(c) ? escape(static_cast<unsigned char>(c)) : std::string(1, c);
+  return escaped;
+}
+
+std::string Format(const char* format, unsigned value) {
+  char text[16];
+  static_cast<void>(std::snprintf(text, sizeof text, format, value));
+  return text;
+}
+
+std::string InXml(const std::string& text) {
+  return Escaped(
+      text, [](char c) { return std::string("<>&\"'").find(c) != std::string::npos; },
+      [](unsigned char c) { return Format("&#%u;", c); });
+}
+
+std::string InUrl(const std::string& text) {
+  return Escaped(
+      text, [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; },
+      [](unsigned char c) { return Format("%%%02X", c); });
+}
+
+std::string InJson(const std::string& text) {
+  return Escaped(
+      text, [](char c) { return c == '"' || c == '\\' || c == '<' || c == '&'; },
+      [](unsigned char c) { return Format("\\u%04x", c); });
+}
+
+std::string InUtf16(const std::string& text, bool isBig) {
+  std::string bytes;
+  for (const char16_t unit : qv::FromUtf8(text).view()) {
+    const char high = static_cast<char>(unit >> 8);
+    const char low = static_cast<char>(unit & 0xFF);
+    bytes += isBig ? std::string{high, low} : std::string{low, high};
+  }
+  return bytes;
+}
+
+// The digits that these bytes alone decide, wherever they begin in a group.
+std::string InBase64(const std::string& bytes, std::size_t before) {
+  constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string text;
+  unsigned group = 0;
+  int bits = 0;
+  for (const char c : std::string(before, 'x') + bytes) {
+    group = group << 8 | static_cast<unsigned char>(c);
+    for (bits += 8; bits >= 6; bits -= 6) text += kDigits[(group >> (bits - 6)) & 0x3F];
+  }
+  return text.substr(before == 0 ? 0 : before + 1);
+}
+
+std::vector<std::string> FormsOf(const std::string& secret) {
+  std::vector<std::string> forms{secret,         InXml(secret),          InXml(InXml(secret)), InUrl(secret),
+                                 InJson(secret), InUtf16(secret, false), InUtf16(secret, true)};
+  for (std::size_t before = 0; before < 3; ++before) forms.push_back(InBase64(secret, before));
+  return forms;
+}
+
+std::string Envelope(const std::string& body) {
+  return RawAnswerText("<soap:Envelope><soap:Body>" + body + "</soap:Body></soap:Envelope>");
+}
+
+std::string Answer(const std::string& text) {
+  return Envelope("<ExecuteResponse><r xsi:type=\"xsd:string\">" + text + "</r></ExecuteResponse>");
+}
+
+// What a tape has, with the escapes that its lines have and without them.
+std::string AllOf(const std::string& tape) {
+  std::string all = tape;
+  const auto masked = [](const TapePiece& piece) { return "<" + piece.mask + ">"; };
+  for (const TapeEntry& entry : ReadTape("t", tape))
+    for (const TapeText* text : {&entry.server, &entry.file, &entry.requestHead, &entry.requestBody,
+                                 &entry.answerHead, &entry.answerBody})
+      all += "\n" + JoinedBytes(*text, masked);
+  return all;
+}
+
+TEST(TapeCanary, NoSecretIsOnATape) {
+  const qv::TemporaryDirectory folder;
+  folder.Write("home/ClientScripts/UploadScript.xml",
+               "<Scriptwell Language=\"JavaScript\"><Code>where()</Code></Scriptwell>");
+  const std::string sent = folder.Write("a.txt", "content");
+  std::string echo;
+  for (const std::string& secret : {kPassword, kId, kTicket})
+    for (const std::string& form : FormsOf(secret)) echo += "[" + form + "]";
+  qv::test::RawServer server;
+  RawScript script;
+  const std::string head = "X-Echo: " + kId + "\r\nContent-Disposition: attachment; filename=out.txt\r\n";
+  for (const std::string& answer :
+       {Envelope("<CreateUserSessionResponse><r>" + InXml(kId) + "</r></CreateUserSessionResponse>"),
+        Answer(server.Url() + "/up?ticket=" + InXml(kTicket)),
+        std::string("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"),
+        Answer(InXml(kPassword) + " " + InXml(kId) + " " + InXml(kTicket)), RawAnswerText(echo, head),
+        Envelope("<CloseUserSessionResponse/>")})
+    script.ReadRequest().Write(answer);
+  server.Expect(script);
+  Options options;
+  options.record = folder.Path("a.tape");
+  options.homeDirectory = folder.Path("home");
+  {
+    Session session(server.Url(), {"joe", kPassword}, options);
+    EXPECT_EQ(session.Run("'" + kPassword + kId + "'", {{"doc", File{sent}}, {"id", kId}}).As<std::string>(),
+              kPassword + " " + kId + " " + kTicket);
+    session.Download(server.Url() + "/f", folder.Path());
+  }
+  ASSERT_EQ(folder.Read("out.txt"), echo);
+  const std::string tape = folder.Read("a.tape");
+  const std::string all = AllOf(tape);
+  EXPECT_EQ(all.find("canary"), std::string::npos) << tape;
+  for (const std::string& secret : {kPassword, kId, kTicket})
+    for (const std::string& form : FormsOf(secret)) {
+      EXPECT_NE((echo + server.AllReceived()).find(form), std::string::npos) << form;
+      EXPECT_EQ(all.find(form), std::string::npos) << form << "\n" << tape;
+    }
+  // What is no secret stays.
+  for (const char* part :
+       {"Username=joe;Password=<password:1>{", "/up?ticket=<ticket:1>{", "usid: <session:1>{",
+        "\n+ a.txt, 7 bytes, SHA-256 ed7002b439e9ac845f22357d822bac1444730fbdb6016d3ec9432297b9ec9f73\n"})
+    EXPECT_NE(tape.find(part), std::string::npos) << part << "\n" << tape;
+  EXPECT_EQ(VerifyTape(folder.Path("a.tape")), std::vector<std::string>());
+}
+
+}  // namespace
+}  // namespace scriptwells
