@@ -21,6 +21,8 @@ ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& e
     case Command::kConfig:
       ConfigSetCommand(parsed.config, out, err);
       return ExitStatus::kOk;
+    case Command::kTape:
+      return TapeCommand(parsed.tape, out);
     case Command::kText:
     case Command::kUsageError:
     case Command::kProfileError:

@@ -26,6 +26,10 @@ void DownloadCommand(const DownloadOptions& options, std::ostream& out, std::ost
 // Prints notes on `err`.
 void SessionCommand(const SessionCommandOptions& options, std::ostream& out, std::ostream& err);
 
+// `scriptwells tape`: prints the result on `out`. Returns kFault if two tapes differ, or if one does not
+// agree with itself.
+ExitStatus TapeCommand(const TapeOptions& options, std::ostream& out);
+
 // `scriptwells serve`: runs the development service until Ctrl-C, SIGTERM or the end of its input. Prints its
 // address as the only line on `out`, and notes on `err`.
 void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& err);

@@ -132,7 +132,7 @@ void Run(const RunJob& job, const RunOptions& options, std::ostream& out, const 
                                           : session.Run(job.script, job.arguments);
     if (job.saveDirectory.empty()) return WriteAnswer(options, answer, out, reporter);
     const std::string url = UrlOfAnswer(answer);
-    WarnOfOtherServer(url, job.settings.server, reporter);
+    if (options.replayFile.empty()) WarnOfOtherServer(url, job.settings.server, reporter);
     SaveFile(session, url, job.saveDirectory, options.output == OutputFormat::kJson, out);
   });
 }

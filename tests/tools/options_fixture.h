@@ -62,8 +62,9 @@ class OptionsTest : public ::testing::Test {
   EnvironmentVariable place_{"XDG_CONFIG_HOME", config_.Path().c_str()};
 
   static void ForgetVariables() {
-    for (const std::string& name : Each("SERVER|USER|PROXY|OUTPUT|REPLICA|LANGUAGE|TIMEOUT|PASSWORD|"
-                                        "CONNECT_TIMEOUT|USID|MAX_TIME|CA_FILE|CERT|KEY|PROFILE"))
+    for (const std::string& name :
+         Each("SERVER|USER|PROXY|OUTPUT|REPLICA|LANGUAGE|TIMEOUT|PASSWORD|"
+              "CONNECT_TIMEOUT|USID|MAX_TIME|CA_FILE|CERT|KEY|PROFILE|RECORD|REPLAY"))
       ::unsetenv(("SCRIPTWELLS_" + name).c_str());
   }
 };

@@ -21,7 +21,8 @@ enum class Command {
   kServe,
   kRegistry,
   kDescribe,
-  kConfig
+  kConfig,
+  kTape
 };
 
 // In milliseconds, rounded up, so that a short time never becomes 0 (no limit).
@@ -49,6 +50,8 @@ struct SessionOptions {
   double maxTimeSeconds = 0;  // for all requests together; 0: no limit
   std::string traceFile;      // of the exchanges with the server; "-": standard error; empty: none
   bool traceSecrets = false;  // not masked there
+  std::string recordFile;     // a tape of the exchanges; empty: none
+  std::string replayFile;     // a tape in place of the server; empty: none
 };
 
 // Of `run` and `run-document`.
@@ -119,6 +122,13 @@ struct DescribeOptions {
   bool markdown = false;
 };
 
+enum class TapeVerb { kShow, kDiff, kVerify };
+
+struct TapeOptions {
+  TapeVerb verb = TapeVerb::kShow;
+  std::vector<std::string> files;  // two for kDiff
+};
+
 struct ParsedArguments {
   Command command = Command::kUsageError;
   RunOptions run;                  // for kRun
@@ -128,6 +138,7 @@ struct ParsedArguments {
   RegistryOptions registry;        // for kRegistry
   DescribeOptions describe;        // for kDescribe
   ConfigOptions config;            // for kConfig
+  TapeOptions tape;                // for kTape
   std::vector<std::string> notes;  // to be printed before the command runs
   bool json = false;               // report failures as JSON
   // kText: help or version, to be printed on standard output. kUsageError and kProfileError: the message, in

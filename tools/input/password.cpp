@@ -76,7 +76,7 @@ std::string ReadPasswordFile(const std::string& path, bool isSaved) {
 }
 
 bool CanAsk(const SessionOptions& options, bool inputIsTaken) {
-  return !options.user.empty() && !inputIsTaken && isatty(STDIN_FILENO) == 1;
+  return !options.user.empty() && options.replayFile.empty() && !inputIsTaken && isatty(STDIN_FILENO) == 1;
 }
 
 }  // namespace
@@ -84,7 +84,8 @@ bool CanAsk(const SessionOptions& options, bool inputIsTaken) {
 std::string FindPassword(const SessionOptions& options, bool inputIsTaken) {
   if (!options.passwordFile.empty())
     return ReadPasswordFile(options.passwordFile, options.passwordFileIsSaved);
-  if (!options.passwordCommand.empty()) return PasswordOfCommand(options.passwordCommand);
+  if (!options.passwordCommand.empty() && options.replayFile.empty())
+    return PasswordOfCommand(options.passwordCommand);
   if (options.passwordFromInput) return ReadLine(STDIN_FILENO, "password");
   const char* variable = std::getenv("SCRIPTWELLS_PASSWORD");
   if (variable != nullptr) return variable;

@@ -183,6 +183,17 @@ or default. Without --profile, the profile of SCRIPTWELLS_PROFILE is changed, el
 that does not exist is added. Comments and the order of the file are kept. Put "--" before a VALUE that begins
 with '-', and options before "--".)";
 
+inline constexpr char kTapeExamples[] = R"(  scriptwells tape show joe.tape
+  scriptwells tape diff joe.tape other.tape
+  scriptwells tape verify *.tape)";
+
+inline constexpr char kTapeNotes[] =
+    R"(A tape is what --record has written: text, with passwords, session ids and upload tickets masked. --replay
+plays it, without a server.
+
+diff leaves out times, hosts, ports and ids that the server made; it exits with 1 if anything else differs.
+verify exits with 1 if values do not agree with their bytes, or lengths with their texts.)";
+
 inline constexpr char kRegistryExamples[] =
     R"(  scriptwells registry get home
   scriptwells registry set home /usr/share/quorvane

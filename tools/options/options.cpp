@@ -16,6 +16,7 @@
 #include "tools/options/serve_options.h"
 #include "tools/options/session_command_options.h"
 #include "tools/options/setting_options.h"
+#include "tools/options/tape_options.h"
 #include "tools/report/failure.h"
 
 namespace qv::cli {
@@ -112,6 +113,8 @@ class ArgumentParser {
       DecideConfig();
     } else if (describe_.Parsed()) {
       Accept(Command::kDescribe, describe_.Check());
+    } else if (tape_.Parsed()) {
+      Accept(Command::kTape, tape_.Check());
     } else if (help_.AsksForVersion()) {
       Print(kVersion);
     } else if (help_.AsksForHelp()) {
@@ -135,6 +138,7 @@ class ArgumentParser {
     result_.serve = serve_.Options();
     result_.registry = registry_.Options();
     result_.describe = describe_.Options();
+    result_.tape = tape_.Options();
     result_.config = config_.Options();
     result_.config.settings = settled_.settings;
     for (SessionOptions* session :
@@ -191,6 +195,7 @@ class ArgumentParser {
   RegistryArguments registry_{app_};
   ConfigArguments config_{app_};
   DescribeArguments describe_{app_};
+  TapeArguments tape_{app_};
   HelpArguments help_{app_};
 };
 

@@ -8,6 +8,12 @@
 
 namespace qv::cli {
 
+namespace {
+
+constexpr char kNoServer[] = "http://localhost";  // with a tape in its place
+
+}  // namespace
+
 SessionArguments::SessionArguments(CLI::App& command, SessionOptions& options, SessionKind kind)
     : command_(command), options_(options) {
   ReadVariablesIfParsed(command_);
@@ -18,6 +24,7 @@ SessionArguments::SessionArguments(CLI::App& command, SessionOptions& options, S
   AddTlsSettings(command_, options_);
   AddTimeSettings(command_, options_);
   DefineTrace();
+  DefineTapes();
   command_.add_flag("--json", options_.json,
                     "The result, or what failed, and every note, as one line of JSON each");
 }
@@ -45,6 +52,21 @@ void SessionArguments::DefineTrace() {
   command_.add_flag("--trace-secrets", options_.traceSecrets, "With --trace: write these, too");
 }
 
+void SessionArguments::DefineTapes() {
+  command_
+      .add_option(
+          "--record", options_.recordFile,
+          "Record what passes between this program and the server at the end of this tape, which is created "
+          "if it is not there; without passwords, session ids and upload tickets")
+      ->type_name("FILE")
+      ->envname("SCRIPTWELLS_RECORD");
+  command_
+      .add_option("--replay", options_.replayFile,
+                  "Take all answers from this tape; nothing is sent, and no server or password is needed")
+      ->type_name("FILE")
+      ->envname("SCRIPTWELLS_REPLAY");
+}
+
 bool SessionArguments::HasServer() const {
   return IsTyped(command_, "--server");
 }
@@ -54,6 +76,7 @@ bool SessionArguments::TakeServer() {
   if (HasServer()) return true;
   const char* usual = std::getenv("SCRIPTWELLS_SERVER");
   if (usual != nullptr && *usual != '\0') options_.server = usual;
+  if (options_.server.empty() && !options_.replayFile.empty()) options_.server = kNoServer;
   return !options_.server.empty();
 }
 

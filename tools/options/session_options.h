@@ -29,7 +29,7 @@ class SessionArguments {
   // Whether --server is on the command line.
   bool HasServer() const;
   // Uses the server of the environment, else of the profile, if none is on the command line. False if there
-  // is none at all.
+  // is none at all, nor a tape in its place.
   bool TakeServer();
   // Whether --usid is on the command line.
   bool HasUsid() const;
@@ -41,6 +41,7 @@ class SessionArguments {
   void DefineCredentials();
   void DefineUsid();
   void DefineTrace();
+  void DefineTapes();
   const char* WrongWithUsid();
   std::ptrdiff_t TypedPasswords() const;
 

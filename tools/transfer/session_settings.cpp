@@ -48,6 +48,8 @@ SessionSettings SettingsOf(const SessionOptions& options) {
   settings.options.certificate = options.certificateFile;
   settings.options.key = options.keyFile;
   settings.options.showSecrets = options.traceSecrets;
+  settings.options.record = options.recordFile;
+  settings.options.replay = options.replayFile;
   settings.traceFile = options.traceFile;
   settings.showProgress = !options.json;
   return settings;

@@ -14,7 +14,7 @@ using testing::Holds;
 const auto kCommands = Each(
     "|run|run-document|download|session|session open|session close|serve|registry|registry get|registry set|"
     "registry remove|registry list|config|config show|config set|config unset|config path|config "
-    "profiles|describe|"
+    "profiles|describe|tape|tape show|tape diff|tape verify|"
     "help");
 const std::string kUnexpected = "The following argument was not expected: ";
 

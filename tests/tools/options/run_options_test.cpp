@@ -57,6 +57,10 @@ TEST_F(RunOptionsTest, EveryOptionIsTaken) {
   EXPECT_EQ(run.keyFile, "key.pem");
   EXPECT_EQ(run.traceFile, "");
   const RunOptions traced = Run("run -e 1 --local --trace - --trace-secrets");
+  const RunOptions taped = Run("run -e 1 --record r --replay p");
+  EXPECT_EQ(taped.recordFile, "r");
+  EXPECT_EQ(taped.replayFile, "p");
+  EXPECT_EQ(taped.server, "http://localhost");
   EXPECT_EQ(traced.traceFile, "-");
   EXPECT_TRUE(traced.traceSecrets);
   EXPECT_EQ(Download("download u --trace t").traceFile, "t");
