@@ -2,6 +2,10 @@
 // is the user joe, whose checkout is /home/joe/scriptwells.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
 #include <string>
 
 #include "tests/documents/markdown.h"
@@ -9,6 +13,8 @@
 
 namespace qv::documents {
 namespace {
+
+namespace fs = std::filesystem;
 
 class Commands : public ::testing::TestWithParam<std::string> {};
 
@@ -20,8 +26,25 @@ std::vector<std::string> DocumentsWithCommands() {
   return documents;
 }
 
+// Whose commands are tested with a tape, too.
+const std::string kTaped[] = {"README.md", "tools/README.md"};
+
+std::string TapeOf(const std::string& document) {
+  std::string name = document.substr(0, document.rfind('.'));
+  std::replace(name.begin(), name.end(), '/', '_');
+  return std::string(QV_SOURCE_DIR) + "/tests/documents/tapes/" + name + ".tape";
+}
+
+// With the variable QV_RECORD_TAPES set, the documents' tapes are recorded again.
+UsedTapes RecordedTape(const std::string& document) {
+  const bool records = std::getenv("QV_RECORD_TAPES") != nullptr &&
+                       std::find(std::begin(kTaped), std::end(kTaped), document) != std::end(kTaped);
+  if (records) fs::remove(TapeOf(document));
+  return {records ? TapeOf(document) : "", {}};
+}
+
 TEST_P(Commands, DoWhatTheDocumentSays) {
-  Typist typist;
+  Typist typist(RecordedTape(GetParam()));
   const std::vector<Command> commands = CommandsOf(ReadFile(std::string(QV_SOURCE_DIR) + "/" + GetParam()));
   const std::vector<Typed> typed = typist.Type(commands);
   ASSERT_EQ(typed.size(), commands.size());
@@ -35,6 +58,33 @@ TEST_P(Commands, DoWhatTheDocumentSays) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Documents, Commands, ::testing::ValuesIn(DocumentsWithCommands()), TestName);
+
+// Whether a command uses files that one in the background makes.
+bool NeedsTheService(const std::string& command) {
+  return IsInBackground(command) || command.find("/lent/serve.reg") != std::string::npos;
+}
+
+// The same commands, answered by a tape: no service runs, and the machine has no network.
+class CommandsOnTape : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(CommandsOnTape, DoTheSame) {
+  Typist typist({{}, TapeOf(GetParam())});
+  const std::vector<Command> commands = CommandsOf(ReadFile(std::string(QV_SOURCE_DIR) + "/" + GetParam()));
+  const std::vector<Typed> typed = typist.Type(commands);
+  ASSERT_EQ(typed.size(), commands.size());
+  int calls = 0;
+  for (std::size_t i = 0; i < typed.size(); ++i) {
+    if (NeedsTheService(commands[i].text)) continue;
+    calls += commands[i].text.find("scriptwells run") == 0 ? 1 : 0;
+    EXPECT_TRUE(Agrees(commands[i], typed[i])) << commands[i].text << "\nprinted:\n"
+                                               << typed[i].output << "exit " << typed[i].exit;
+  }
+  EXPECT_GT(calls, 3);
+  EXPECT_EQ(typist.ProcessesLeft(), 0) << "processes are left";
+  EXPECT_EQ(typist.TemporaryFilesLeft(), "") << "files are left";
+}
+
+INSTANTIATE_TEST_SUITE_P(Documents, CommandsOnTape, ::testing::ValuesIn(kTaped), TestName);
 
 // Whether a document with this block is correct.
 bool IsTrue(const std::string& block) {

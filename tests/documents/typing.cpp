@@ -14,6 +14,7 @@
 #include <iterator>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 namespace qv::documents {
 
@@ -45,10 +46,6 @@ class FreePort {
   int socket_;
   sockaddr_in address_ = {};
 };
-
-bool IsInBackground(const std::string& command) {
-  return command.size() > 2 && command.substr(command.size() - 2) == " &";
-}
 
 std::vector<std::string> LinesOf(const std::string& text) {
   std::vector<std::string> lines;
@@ -87,6 +84,10 @@ bool AreTheSame(const std::vector<std::string>& lines, const std::vector<std::st
 
 }  // namespace
 
+bool IsInBackground(const std::string& command) {
+  return command.size() > 2 && command.substr(command.size() - 2) == " &";
+}
+
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
   for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
     text.replace(at, from.size(), to);
@@ -103,7 +104,7 @@ bool Agrees(const Command& command, const Typed& typed) {
   return command.output.empty() ? typed.exit == 0 : AreTheSame(LinesOf(typed.output), command.output);
 }
 
-Typist::Typist() {
+Typist::Typist(UsedTapes tapes) : tapes_(std::move(tapes)) {
   const FreePort ports[std::size(kPorts)];
   for (const FreePort& port : ports) ports_.push_back(port.Number());
   for (const char* folder : {"joe/scriptwells/build/demo", "tmp", "out"})
@@ -143,6 +144,7 @@ std::string Typist::Script(const std::vector<Command>& commands) const {
   for (std::size_t i = 0; i < commands.size(); ++i) {
     const std::string out = root_.Path("out/" + std::to_string(i));
     const std::string text = ForShell(commands[i].text);
+    if (IsInBackground(text) && !tapes_.replay.empty()) continue;
     if (!IsInBackground(text)) {
       script << "{ " << text << "\n} >" << out << " 2>&1\necho $? >" << out << ".exit\n";
       continue;
@@ -169,13 +171,21 @@ void Typist::RunShell(const std::string& script) {
   const std::string home = "HOME=" + home_;
   const std::string config = "XDG_CONFIG_HOME=" + home_ + "/.config";
   const std::string temp = "TMPDIR=" + root_.Path("tmp");
+  std::vector<std::string> words{"env", "-i", home, config, temp, "LANG=C.UTF-8", "PATH=/usr/bin:/bin"};
+  if (!tapes_.record.empty()) words.push_back("SCRIPTWELLS_RECORD=" + tapes_.record);
+  if (!tapes_.replay.empty()) words.push_back("SCRIPTWELLS_REPLAY=" + tapes_.replay);
+  words.insert(words.end(), {"timeout", "--foreground", kSeconds});
+  if (!tapes_.replay.empty()) words.insert(words.end(), {"unshare", "--map-root-user", "--net"});
+  words.insert(words.end(), {"bash", path});
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
   shell_ = ::fork();
   if (shell_ == 0) {
     ::setpgid(0, 0);
     ::dup2(::open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
     if (::chdir((home_ + "/scriptwells").c_str()) != 0) ::_exit(126);
-    ::execl("/usr/bin/env", "env", "-i", home.c_str(), config.c_str(), temp.c_str(), "LANG=C.UTF-8",
-            "PATH=/usr/bin:/bin", "timeout", "--foreground", kSeconds, "bash", path.c_str(), nullptr);
+    ::execv("/usr/bin/env", arguments.data());
     ::_exit(126);
   }
   ::waitpid(shell_, nullptr, 0);

@@ -22,14 +22,23 @@ bool Agrees(const Command& command, const Typed& typed);
 
 // All of `from` in `text` as `to`.
 std::string Replaced(std::string text, const std::string& from, const std::string& to);
+// Whether a command runs while the next ones are typed.
+bool IsInBackground(const std::string& command);
 // One word of the shell.
 std::string Quoted(const std::string& text);
+
+// Where the program's commands get their answers, and where they write them down. Paths of tapes, empty for
+// none.
+struct UsedTapes {
+  std::string record{};
+  std::string replay{};  // there is no network then, and commands in the background are not run
+};
 
 // Works in a home directory that contains only scriptwells/, a view of the project with the built programs in
 // build/demo/. Free ports replace the ports 8080 and 8081.
 class Typist {
  public:
-  Typist();
+  explicit Typist(UsedTapes tapes = {});
 
   // Runs all commands in one shell, and then ends the processes that it started.
   std::vector<Typed> Type(const std::vector<Command>& commands);
@@ -46,6 +55,7 @@ class Typist {
   std::string ForShell(const std::string& text) const;
   std::string ForDocument(const std::string& text) const;
 
+  const UsedTapes tapes_;
   const TemporaryDirectory root_;
   const std::string home_ = root_.Path("joe");
   std::vector<std::string> ports_;  // they replace those of the documents
