@@ -78,9 +78,10 @@ TapedBreak ReadBreak(std::string_view line) {
     if (result.ec != std::errc() || result.ptr - digits != 8 || result.ptr == end || *result.ptr != ' ')
       break;
     ReadTapeLine(line.substr(start.size() + 9), &failure.message);
+    if (failure.message.empty()) break;
     return failure;
   }
-  throw TapeFault("a failure without phase and code");
+  throw TapeFault("a failure without phase, code or message");
 }
 
 class Reader {
@@ -138,11 +139,12 @@ void Reader::BeginEntry(std::string_view line) {
     if (!StartsWith(line, start)) continue;
     entry.purpose = purpose;
     ReadTapeLine(line.substr(start.size()), &entry.server);
+    if (entry.server.empty()) break;
     entries_.push_back(std::move(entry));
     inEntry_ = true;
     return;
   }
-  throw TapeFault("no purpose of an exchange");
+  throw TapeFault("no purpose or no server of an exchange");
 }
 
 void Reader::ReadPart(std::string_view line) {

@@ -147,10 +147,19 @@ std::size_t TapePlayer::Find(const TapeSeat& seat, const Played& request) const 
   return found;
 }
 
+// A session may be closed before it has asked for everything, such as after a failure.
+void TapePlayer::SkipToClose(TapeSeat& seat, const Played& request) const noexcept {
+  if (request.entry->purpose != Purpose::kCloseSession) return;
+  const std::vector<Played>& own = tracks_[seat.track_].entries;
+  for (std::size_t i = seat.next_; i < own.size(); ++i)
+    if (own[i].entry->purpose == Purpose::kCloseSession && own[i].request == request.request) seat.next_ = i;
+}
+
 const TapeEntry& TapePlayer::Play(TapeSeat& seat, const TapeEntry& request) {
   const std::lock_guard<std::mutex> lock(mutex_);
   if (seat.track_ == kNone) SitDown(seat);
   const Played wanted{&request, HashOf(NormalRequest(request)), 0};
+  SkipToClose(seat, wanted);
   const std::size_t found = Find(seat, wanted);
   if (found == kNone) Refuse(seat, wanted);
   if (found != seat.track_) Sit(seat, found);

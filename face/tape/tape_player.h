@@ -73,6 +73,7 @@ class TapePlayer {
   bool MayTake(const TapeSeat& seat, std::size_t track, const Played& request) const;
   bool BeganAlike(std::size_t one, std::size_t other, std::size_t entries) const;
   std::size_t Find(const TapeSeat& seat, const Played& request) const;
+  void SkipToClose(TapeSeat& seat, const Played& request) const noexcept;
   [[noreturn]] void Refuse(const TapeSeat& seat, const Played& request) const;
 
   const std::string path_;

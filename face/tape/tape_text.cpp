@@ -218,7 +218,7 @@ void ReadTapeLine(std::string_view line, TapeText* text) {
     const std::size_t plain = std::min(line.find_first_of("\\<"), line.size());
     if (std::any_of(line.begin(), line.begin() + static_cast<std::ptrdiff_t>(plain), IsControl))
       throw TapeFault("a control character, such as an editor leaves");
-    BytesAtEnd(text) += line.substr(0, plain);
+    if (plain > 0) BytesAtEnd(text) += line.substr(0, plain);
     line.remove_prefix(plain);
     if (line.empty()) break;
     if (line.front() == '<' && BeginsMask(line)) {
@@ -238,6 +238,7 @@ void ReadBase64Line(std::string_view line, TapeText* text) {
   const bool endsWell = line.find_first_not_of('=', digits) == std::string_view::npos;
   if (line.size() % 4 != 0 || line.size() - digits > 2 || !endsWell)
     throw TapeFault("a damaged line of base64");
+  if (digits == 0) return;
   std::string& bytes = BytesAtEnd(text);
   unsigned group = 0;
   int bits = 0;

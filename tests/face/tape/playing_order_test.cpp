@@ -59,6 +59,18 @@ TEST_F(TapedSession, TheEndOfTheTapeIsToldApart) {
   });
 }
 
+TEST_F(TapedSession, ASessionMayBeClosedEarly) {
+  Record([](Session& session) {
+    session.Run("1");
+    session.Run("2");
+  });
+  EndService();
+  Play([&](Session& session) {
+    session.Run("1");
+    EXPECT_EQ(ErrorOf([&] { session.Close(); }), "no error");
+  });
+}
+
 TEST_F(TapedSession, SessionsThatBeganAlikeAreTakenByWhatTheyAskFor) {
   for (int i = 0; i < 3; ++i)
     Record([i](Session& session) {
