@@ -190,6 +190,8 @@ def connect(
     listener: Callable[[Exchange], object] | None = None,
     listener_bodies: bool = True,
     show_secrets: bool = False,
+    record: StrPath = "",
+    replay: StrPath = "",
 ) -> Session:
     """Opens a session on a server.
 
@@ -207,6 +209,8 @@ def connect(
     replace_files, hidden_files: whether `download` replaces files, and saves names that begin with ".".
     listener: is called with each HTTP exchange. Without `listener_bodies` it gets neither heads nor bodies.
     show_secrets: passwords, session ids and tickets are not masked in them.
+    record: a tape, to whose end all exchanges are written, with masked secrets; it is created if it is not there.
+    replay: a tape from which all answers come; nothing is sent.
     """
     core = _core.Session(
         url,
@@ -233,6 +237,8 @@ def connect(
             "listens": listener is not None,
             "listener_bodies": listener_bodies,
             "show_secrets": show_secrets,
+            "record": record or None,
+            "replay": replay or None,
         },
         (None, listener, None),
     )

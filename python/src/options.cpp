@@ -63,6 +63,8 @@ constexpr OptionRow<Options> kOptions[] = {
     {"listens", &SetListener},
     {"show_secrets", &Set<&Options::showSecrets>},
     {"listener_bodies", &Set<&Options::listenerBodies>},
+    {"record", &SetPath<&Options::record>},
+    {"replay", &SetPath<&Options::replay>},
 };
 
 constexpr OptionRow<CallOptions> kCallOptions[] = {

@@ -40,6 +40,25 @@ def test_connect_with_everything(scriptwells_service):
             session.run("'x'.repeat(2000)")
 
 
+def test_tapes(scriptwells_service, tmp_path):
+    tape = tmp_path / "a.tape"
+
+    def run(session):
+        with session:
+            return session.run("[{n: parameters.n}]", n=5)[0].n
+
+    assert run(scriptwells_service.connect(record=tape)) == 5
+    text = tape.read_text()
+    assert "\n  n = int 5\n" in text and "<session:1>" in text
+    name = text.split("Username=")[1].split(";")[0]
+    assert run(scriptwells.connect("http://nowhere.invalid", name, replay=tape)) == 5
+    with scriptwells.connect("http://nowhere.invalid", name, replay=str(tape)) as session:
+        with pytest.raises(scriptwells.Error, match="is not on the tape"):
+            session.run("2")
+    with pytest.raises(scriptwells.Error, match="cannot read the tape"):
+        scriptwells.connect("http://nowhere.invalid", replay=tmp_path / "none")
+
+
 @pytest.mark.parametrize(
     ("option", "error"),
     [
