@@ -10,7 +10,7 @@ namespace scriptwells {
 class TapeFile {
  public:
   // Creates the file, for its owner only, or goes on with a tape that is there, and reserves a number for a
-  // session. Throws Error (kLocalFile) for a file that is no tape.
+  // session. Throws Error (kLocalFile) for a file that is not a tape.
   explicit TapeFile(const std::string& path);
   ~TapeFile();
   TapeFile(const TapeFile&) = delete;

@@ -26,7 +26,7 @@ class TapeMask {
   // The text without secrets: those at these places, which are known from now on, and wherever else one of 4
   // bytes or more is, in each form that Masking finds.
   TapeText Masked(std::string_view text, const std::vector<PlacedKind>& placed = {});
-  // What stands for a mask when the tape is played: the same for each mask of this name and size. Masked()
+  // What a mask becomes when the tape is played: the same for each mask of this name and size. Masked()
   // masks it.
   std::string PlayedFor(const TapePiece& mask);
 

@@ -20,7 +20,7 @@ class TapePlayer;
 // The place of one session. Threads: one at a time; different ones at once.
 class TapeSeat {
  public:
-  // Throws Error (kLocalFile) for a file that is no tape.
+  // Throws Error (kLocalFile) for a file that is not a tape.
   explicit TapeSeat(const std::string& path);
   ~TapeSeat();
   TapeSeat(const TapeSeat&) = delete;

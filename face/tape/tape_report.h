@@ -1,5 +1,5 @@
 // What people ask of whole tapes. All texts are safe to show. Each function throws Error (kLocalFile) for a
-// file that is no tape.
+// file that is not a tape.
 #pragma once
 
 #include <string>

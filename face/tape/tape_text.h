@@ -4,7 +4,7 @@
 //   << <r><usid><session:1>{24}</usid>\    "\" at the end: the bytes go on without a line end
 //   <b R0lGODlh                         bytes in base64
 //
-// "\\" is a backslash, "\t" a tab, "\xff" a byte that is no printable UTF-8, and "\<" a "<" that begins no
+// "\\" is a backslash, "\t" a tab, "\xff" a byte that is not printable UTF-8, and "\<" a "<" that begins no
 // mask. A body is broken between "><", too, so that each element of an envelope has a line.
 #pragma once
 
@@ -37,7 +37,7 @@ std::vector<std::string> TapeLines(const TapeText& text, TapeSizes sizes = TapeS
 // printable are in base64 (">b", "<b").
 std::string MarkedLines(const TapeText& text, std::string_view mark);
 
-// Append what a line stands for. Throw TapeFault.
+// Append the bytes of a line. Throw TapeFault.
 void ReadTapeLine(std::string_view line, TapeText* text);
 void ReadBase64Line(std::string_view line, TapeText* text);
 

@@ -137,7 +137,7 @@ Value ReadAnswer(const qv::WideString& text) {
   }
 }
 
-// False for what is no head.
+// False for a text that is not a head.
 bool Parse(const TapeText& text, qv::ResponseHead* head) {
   try {
     head->Parse(ShownBytes(text));

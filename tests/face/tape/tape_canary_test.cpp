@@ -136,7 +136,7 @@ TEST(TapeCanary, NoSecretIsOnATape) {
       EXPECT_NE((echo + server.AllReceived()).find(form), std::string::npos) << form;
       EXPECT_EQ(all.find(form), std::string::npos) << form << "\n" << tape;
     }
-  // What is no secret stays.
+  // Everything else stays.
   for (const char* part :
        {"Username=joe;Password=<password:1>{", "/up?ticket=<ticket:1>{", "usid: <session:1>{",
         "\n+ a.txt, 7 bytes, SHA-256 ed7002b439e9ac845f22357d822bac1444730fbdb6016d3ec9432297b9ec9f73\n"})
