@@ -45,6 +45,8 @@ constexpr Page kPages[] = {
      "build/demo/examples/guide/guide_threads http://127.0.0.1:8080"},
     {"docs/guide/values.md", "cpp", "examples/guide/values.cpp",
      "build/demo/examples/guide/guide_values http://127.0.0.1:8080"},
+    {"docs/tapes.md", "cpp", "examples/guide/tapes.cpp",
+     "build/demo/examples/guide/guide_tapes http://127.0.0.1:8080"},
     {"python/README.md", "python", "python/examples/guide.py", ""},
     {"tools/README.md", "xml", "examples/one_more.xml",
      "scriptwells run-document --local examples/one_more.xml -p a=int:41"},
