@@ -14,7 +14,6 @@ namespace qv::devservice {
 namespace {
 
 constexpr std::string_view kServicePath = "/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx";
-constexpr int kRefusals = 2;
 constexpr std::size_t kMostRefusingPaths = 1000;
 
 constexpr char kWelcome[] =
@@ -54,6 +53,7 @@ Endpoint::Endpoint(const Namespaces& spaces, const EndpointParts& parts, AccessR
       pool_(parts.pool),
       spool_(parts.spool),
       stats_(parts.stats),
+      odds_(parts.odds),
       transfers_(parts.sessions, parts.spool, parts.stats, maxUploadBytes) {}
 
 std::optional<HttpAnswer> Endpoint::Refuse(const HttpRequest& head) {
@@ -66,8 +66,9 @@ std::optional<HttpAnswer> Endpoint::Refuse(const HttpRequest& head) {
 BodyPlan Endpoint::PlanBody(const HttpRequest& head) {
   if (!IsUploadPath(head.path)) return {};
   std::string unknown;
-  const OddForms forms = ReadOddForms(head.path, unknown);
+  OddForms forms = ReadOddForms(head.path, unknown);
   if (!unknown.empty()) return {UnknownForm(), nullptr};
+  odds_.Meet(OddUse::kFiles, "", forms);
   return transfers_.PlanUpload(head, forms.transfer);
 }
 
@@ -93,9 +94,10 @@ HttpAnswer Endpoint::HandleService(const HttpRequest& request) {
   if (request.method != "POST") return DescribeService(request);
   if (!IsXmlType(request.contentType)) return PlainAnswer(415, "The service takes text/xml only.\n");
   std::string unknown;
-  const OddForms forms = ReadOddForms(request.path, unknown);
+  OddForms forms = ReadOddForms(request.path, unknown);
   if (!unknown.empty()) return UnknownForm();
-  if (forms.refuseTwice && RefusesStill(request.path)) {
+  odds_.Meet(OddUse::kCalls, ActionIn(request.soapAction), forms);
+  if (forms.refusals != 0 && RefusesStill(request.path, forms.refusals)) {
     ++stats_.refused;
     HttpAnswer none;
     none.delivery = Delivery::kDrop;
@@ -107,8 +109,9 @@ HttpAnswer Endpoint::HandleService(const HttpRequest& request) {
 HttpAnswer Endpoint::HandleFile(const HttpRequest& request, const std::string& id) {
   if (request.method == "POST") return PlainAnswer(405, "Files are fetched with GET.\n");
   std::string unknown;
-  const OddForms forms = ReadOddForms(request.path, unknown);
+  OddForms forms = ReadOddForms(request.path, unknown);
   if (!unknown.empty()) return UnknownForm();
+  odds_.Meet(OddUse::kFiles, "", forms);
   return transfers_.Download(request, id, forms.transfer);
 }
 
@@ -173,10 +176,14 @@ HttpAnswer Endpoint::Fault(const FaultContent& fault, const OddForms& forms) {
   return WriteFault(fault, forms);
 }
 
-bool Endpoint::RefusesStill(const std::string& path) {
+bool Endpoint::RefusesStill(const std::string& path, int times) {
+  if (times == OddForms::kAlways) return true;
   const std::lock_guard<std::mutex> lock(mutex_);
   if (refusals_.size() >= kMostRefusingPaths) refusals_.clear();
-  return ++refusals_[path] <= kRefusals;
+  int& refused = refusals_[path];
+  if (refused >= times) return false;
+  ++refused;
+  return true;
 }
 
 }  // namespace qv::devservice

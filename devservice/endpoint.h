@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "devservice/control/odd_orders.h"
 #include "devservice/files/sessions.h"
 #include "devservice/files/spool.h"
 #include "devservice/files/transfer_urls.h"
@@ -27,6 +28,7 @@ struct EndpointParts {
   WorkerPool& pool;
   SpoolDirectory& spool;
   ServiceStats& stats;
+  OddOrders& odds;
 };
 
 // Thread-safe. Every failure becomes an answer.
@@ -49,7 +51,7 @@ class Endpoint : public RequestHandler {
   ScriptResult Carry(const SoapRequest& request, const TransferUrls& urls, const OddForms& forms);
   ScriptResult RunScript(const SoapRequest& request, const TransferUrls& urls, const OddForms& forms);
   HttpAnswer Fault(const FaultContent& fault, const OddForms& forms);
-  bool RefusesStill(const std::string& path);
+  bool RefusesStill(const std::string& path, int times);
 
   const Namespaces spaces_;
   const AccessRule access_;
@@ -57,6 +59,7 @@ class Endpoint : public RequestHandler {
   WorkerPool& pool_;
   SpoolDirectory& spool_;
   ServiceStats& stats_;
+  OddOrders& odds_;
   Transfers transfers_;
   std::mutex mutex_;
   std::map<std::string, int> refusals_;  // By path: how often it was refused.

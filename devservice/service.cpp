@@ -15,10 +15,19 @@
 namespace qv::devservice {
 namespace {
 
+void CheckOdds(const std::vector<OddOrder>& orders) {
+  try {
+    for (const OddOrder& order : orders) CheckOddOrder(order);
+  } catch (const std::invalid_argument& error) {
+    throw std::runtime_error(error.what());
+  }
+}
+
 void CheckOptions(const ServiceOptions& options) {
   if (options.port < 0 || options.port > 65535)
     throw std::runtime_error("The port is not between 0 and 65535.");
   if (options.workerCommand.empty()) throw std::runtime_error("No command for the script worker is set.");
+  CheckOdds(options.odds);
   if (options.maxWorkers == 0 || options.maxConnections == 0) {
     throw std::runtime_error("The service needs at least one worker and one connection.");
   }
@@ -40,13 +49,14 @@ std::vector<std::string> NamesOf(const ServiceOptions& options) {
 class Service::Running {
  public:
   Running(const ServiceOptions& options, StartedWorker first)
-      : sessions_(options.users, {options.maxSessions, options.maxTickets}),
+      : odds_(options.odds),
+        sessions_(options.users, {options.maxSessions, options.maxTickets}),
         pool_({options.workerCommand, options.maxWorkers, options.scriptTimeLimit, options.scriptMemoryLimit,
                options.console},
               stats_, std::move(first)),
-        endpoint_(Namespaces(options.namespaceHost), {sessions_, pool_, spool_, stats_},
+        endpoint_(Namespaces(options.namespaceHost), {sessions_, pool_, spool_, stats_, odds_},
                   AccessRule(NamesOf(options)), options.maxUploadBytes),
-        control_(options.control ? std::make_unique<Control>(endpoint_, stats_) : nullptr),
+        control_(options.control ? std::make_unique<Control>(endpoint_, odds_, stats_) : nullptr),
         server_({options.host, options.port, options.maxRequestBytes, options.maxConnections,
                  options.keepAliveTime, options.stallTime, options.requestTime, options.maxBodyBytes},
                 stats_, control_ ? static_cast<RequestHandler&>(*control_) : endpoint_) {}
@@ -62,6 +72,7 @@ class Service::Running {
 
  private:
   ServiceStats stats_;
+  OddOrders odds_;
   SpoolDirectory spool_;  // Outlives all that own files in it.
   SessionTable sessions_;
   WorkerPool pool_;

@@ -14,6 +14,7 @@
 
 #include "devservice/values/console_message.h"
 #include "devservice/values/credentials.h"
+#include "devservice/values/odd_order.h"
 #include "devservice/workers/started_worker.h"
 
 namespace qv::devservice {
@@ -66,6 +67,8 @@ struct ServiceOptions {
   std::chrono::milliseconds keepAliveTime{60000};
   // Whether there is a control interface, see ControlUrl. Who knows its address sees all requests.
   bool control = false;
+  // Odd answers for requests to come, as a test orders them.
+  std::vector<OddOrder> odds;
   // How long odd answers that stall are silent.
   std::chrono::milliseconds stallTime{30000};
 };

@@ -18,6 +18,18 @@ HttpAnswer JsonAnswer(std::string text) {
   return answer;
 }
 
+// `add` parses and keeps the order, or returns false if too many wait.
+template <typename Add>
+HttpAnswer Ordered(const HttpRequest& request, const Add& add) {
+  if (request.body.size() > kMostOrderBytes) return PlainAnswer(400, "The order is longer than 1 MiB.\n");
+  try {
+    if (!add(request.body)) return PlainAnswer(400, "Too many orders wait for a request.\n");
+    return JsonAnswer("{}\n");
+  } catch (const std::invalid_argument& error) {
+    return PlainAnswer(400, error.what() + std::string("\n"));
+  }
+}
+
 // What an order changes in an answer that is there already.
 HttpAnswer Spoiled(HttpAnswer answer, const OrderedFault& fault) {
   if (fault.kind == FaultKind::kCut) answer.delivery = Delivery::kCut;
@@ -50,8 +62,8 @@ BodyPlan SpoiledPlan(BodyPlan plan, const OrderedFault& fault) {
 
 }  // namespace
 
-Control::Control(RequestHandler& handler, ServiceStats& stats)
-    : path_("/control/" + RandomId()), handler_(handler), stats_(stats) {}
+Control::Control(RequestHandler& handler, OddOrders& odds, ServiceStats& stats)
+    : path_("/control/" + RandomId()), handler_(handler), odds_(odds), stats_(stats) {}
 
 bool Control::Owns(std::string_view path) const {
   return StartsWith(path, path_) && StartsWith(path.substr(path_.size()), "/");
@@ -72,7 +84,7 @@ BodyPlan Control::PlanBody(const HttpRequest& head) {
 
 HttpAnswer Control::Handle(const HttpRequest& request) {
   if (Owns(request.path)) return HandlePage(request);
-  const std::string action = ActionOf(request.soapAction);
+  const std::string action = ActionIn(request.soapAction);
   log_.Add(request, action);
   const std::optional<OrderedFault> fault = orders_.Take(action);
   return fault ? HandleWith(*fault, request, action) : handler_.Handle(request);
@@ -94,9 +106,11 @@ HttpAnswer Control::HandlePage(const HttpRequest& request) {
   if (page == "counts" && gets) return Counts();
   if (page == "requests" && gets) return JsonAnswer(log_.Json());
   if (page == "faults" && request.method == "POST") return Order(request);
+  if (page == "odd" && gets) return JsonAnswer(OddNamesJson());
+  if (page == "odd" && request.method == "POST") return OrderOdd(request);
   if (page == "counts" || page == "requests") return PlainAnswer(405, "This page takes GET only.\n");
   if (page == "faults") return PlainAnswer(405, "Faults are ordered with POST.\n");
-  return PlainAnswer(404, "There is no such page. Pages: counts, requests, faults\n");
+  return PlainAnswer(404, "There is no such page. Pages: counts, requests, faults, odd\n");
 }
 
 HttpAnswer Control::Counts() const {
@@ -107,23 +121,16 @@ HttpAnswer Control::Counts() const {
 }
 
 HttpAnswer Control::Order(const HttpRequest& request) {
-  if (request.body.size() > kMostOrderBytes) return PlainAnswer(400, "The order is longer than 1 MiB.\n");
-  try {
-    OrderedFault fault = ParseOrder(request.body);
+  return Ordered(request, [this](const std::string& text) {
+    OrderedFault fault = ParseOrder(text);
     if (!fault.action.empty() && CounterOf(stats_, fault.action) == nullptr)
-      return PlainAnswer(400, "The action of the order is none of the service.\n");
-    if (!orders_.Add(std::move(fault))) return PlainAnswer(400, "Too many orders wait for a request.\n");
-    return JsonAnswer("{}\n");
-  } catch (const std::invalid_argument& error) {
-    return PlainAnswer(400, error.what() + std::string("\n"));
-  }
+      throw std::invalid_argument("The action of the order is none of the service.");
+    return orders_.Add(std::move(fault));
+  });
 }
 
-// The name after the namespace, if it is known.
-std::string Control::ActionOf(std::string_view soapAction) const {
-  if (EndsWith(soapAction, "\"")) soapAction.remove_suffix(1);
-  const std::string name(soapAction.substr(soapAction.rfind('#') + 1));
-  return CounterOf(stats_, name) != nullptr ? name : "";
+HttpAnswer Control::OrderOdd(const HttpRequest& request) {
+  return Ordered(request, [this](const std::string& text) { return odds_.Add(ParseOddOrder(text)); });
 }
 
 }  // namespace qv::devservice

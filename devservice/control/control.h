@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "devservice/control/odd_orders.h"
 #include "devservice/control/ordered_fault.h"
 #include "devservice/control/request_log.h"
 #include "devservice/http/http_server.h"
@@ -16,8 +17,9 @@ namespace qv::devservice {
 // and the pages show passwords. Thread-safe.
 class Control : public RequestHandler {
  public:
-  // `handler` and `stats` are borrowed. Throws FaultError if the system has no random numbers.
-  Control(RequestHandler& handler, ServiceStats& stats);
+  // `handler`, `odds` and `stats` are borrowed; the handler carries the odd orders out. Throws FaultError if
+  // the system has no random numbers.
+  Control(RequestHandler& handler, OddOrders& odds, ServiceStats& stats);
 
   // "/control/TOKEN"
   const std::string& Path() const { return path_; }
@@ -31,11 +33,12 @@ class Control : public RequestHandler {
   HttpAnswer HandlePage(const HttpRequest& request);
   HttpAnswer Counts() const;
   HttpAnswer Order(const HttpRequest& request);
+  HttpAnswer OrderOdd(const HttpRequest& request);
   HttpAnswer HandleWith(const OrderedFault& fault, const HttpRequest& request, const std::string& action);
-  std::string ActionOf(std::string_view soapAction) const;
 
   const std::string path_;
   RequestHandler& handler_;
+  OddOrders& odds_;
   ServiceStats& stats_;
   RequestLog log_;
   FaultOrders orders_;

@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::size_t kChunkBytes = 64;
 constexpr std::size_t kPieceBytes = 65536;
+constexpr std::size_t kDrops = 50;  // of a dripping answer
+constexpr std::chrono::milliseconds kDropPause{20};
 constexpr char kSurplus[] = "................";
 
 struct Reason {
@@ -115,12 +117,22 @@ std::uint64_t PortionOf(Delivery delivery, std::uint64_t size) {
   return size;
 }
 
+bool SendInDrops(Connection& connection, std::string_view bytes) {
+  const std::size_t size = bytes.size() / kDrops + 1;
+  for (; !bytes.empty(); bytes.remove_prefix(std::min(size, bytes.size()))) {
+    if (!connection.SendNow(bytes.substr(0, size))) return false;
+    connection.HoldStill(kDropPause);
+  }
+  return true;
+}
+
 // Sends head and body; false when it could not send all of both.
 bool SendAnswer(Connection& connection, const HttpAnswer& answer, const BodySource& source) {
   const std::string framing = FramingOf(answer.delivery, source.Size());
   const std::string head = MakeHead(answer, connection.Closes(), framing);
   if (answer.headOnly) return connection.SendNow(head);
   if (answer.delivery == Delivery::kChunked) return connection.SendNow(head + Chunks(answer.body));
+  if (answer.delivery == Delivery::kDrip) return SendInDrops(connection, head + answer.body);
   if (!source.Send(connection, head, PortionOf(answer.delivery, source.Size()))) return false;
   return answer.delivery != Delivery::kLong || connection.SendNow(kSurplus);
 }

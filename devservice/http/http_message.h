@@ -42,6 +42,7 @@ enum class Delivery {
   kShort,           // Announces the whole body, does not send its last byte.
   kLong,            // Announces the whole body, sends 16 bytes more.
   kStall,           // Head and half of the body, then silence until the stall time is over.
+  kDrip,            // The whole answer in some 50 pieces, with pauses; not for files.
   kDrop,            // Nothing at all.
 };
 

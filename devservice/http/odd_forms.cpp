@@ -8,6 +8,7 @@ namespace qv::devservice {
 namespace {
 
 constexpr std::string_view kOddPrefix = "/odd/";
+constexpr std::chrono::milliseconds kSlowness{1000};
 
 struct OddForm {
   const char* name;
@@ -25,11 +26,22 @@ constexpr OddForm kOddForms[] = {
     {"whitespace", [](OddForms& forms) { forms.leadingSpace = true; }},
     {"html", [](OddForms& forms) { forms.html = true; }},
     {"spoil", [](OddForms& forms) { forms.spoiled = true; }},
-    {"refuse2", [](OddForms& forms) { forms.refuseTwice = true; }},
+    {"refuse2", [](OddForms& forms) { forms.refusals = 2; }},
     {"latin1", [](OddForms& forms) { forms.charset = Charset::kLatin1; }},
     {"utf16", [](OddForms& forms) { forms.charset = Charset::kUtf16; }},
     {"strictxml", [](OddForms& forms) { forms.strictXml = true; }},
     {"zero", [](OddForms& forms) { forms.empty = true; }},
+    {"refuse", [](OddForms& forms) { forms.refusals = OddForms::kAlways; }},
+    {"slow", [](OddForms& forms) { forms.silence = kSlowness; }},
+    {"drip", [](OddForms& forms) { forms.delivery = Delivery::kDrip; }},
+    {"short", [](OddForms& forms) { forms.delivery = Delivery::kShort; }},
+    {"long", [](OddForms& forms) { forms.delivery = Delivery::kLong; }},
+};
+
+// What scripts see of addresses for uploads.
+constexpr OddForm kOddAddresses[] = {
+    {"url-file", [](OddForms& forms) { forms.transfer.uploadUrl = "file:///etc/passwd"; }},
+    {"url-crlf", [](OddForms& forms) { forms.transfer.ticketEnd = "\r\nX-Odd: 1"; }},
 };
 
 // What happens to files.
@@ -43,8 +55,6 @@ constexpr OddForm kOddTransfers[] = {
     {"download-short", [](OddForms& forms) { forms.transfer.download = Delivery::kShort; }},
     {"download-no-length", [](OddForms& forms) { forms.transfer.download = Delivery::kCloseDelimited; }},
     {"download-no-name", [](OddForms& forms) { forms.transfer.unnamed = true; }},
-    {"url-file", [](OddForms& forms) { forms.transfer.uploadUrl = "file:///etc/passwd"; }},
-    {"url-crlf", [](OddForms& forms) { forms.transfer.ticketEnd = "\r\nX-Odd: 1"; }},
     {"url-redirect", [](OddForms& forms) { forms.transfer.redirected = true; }},
     // Names that would take a file out of its directory, and invalid names.
     {"download-name-dotdot", [](OddForms& forms) { forms.transfer.fileName = ".."; }},
@@ -95,19 +105,30 @@ constexpr OddValue kOddValues[] = {
     {"unknown-type", "xsd:decimal", "1.5"},
 };
 
-bool ApplyForm(const OddForm* form, const OddForm* end, std::string_view name, OddForms& forms) {
-  while (form != end && name != form->name) ++form;
-  if (form == end) return false;
-  form->apply(forms);
-  return true;
-}
+struct FormGroup {
+  const char* name;
+  OddUse use;
+  const OddForm* begin;
+  const OddForm* end;
+};
+
+constexpr FormGroup kGroups[] = {
+    {"answers", OddUse::kCalls, std::begin(kOddForms), std::end(kOddForms)},
+    {"tables", OddUse::kCalls, std::begin(kOddTables), std::end(kOddTables)},
+    {"addresses", OddUse::kCalls, std::begin(kOddAddresses), std::end(kOddAddresses)},
+    {"files", OddUse::kFiles, std::begin(kOddTransfers), std::end(kOddTransfers)},
+};
 
 }  // namespace
 
 bool AddOddForm(std::string_view name, OddForms& forms) {
-  if (ApplyForm(std::begin(kOddForms), std::end(kOddForms), name, forms)) return true;
-  if (ApplyForm(std::begin(kOddTransfers), std::end(kOddTransfers), name, forms)) return true;
-  if (ApplyForm(std::begin(kOddTables), std::end(kOddTables), name, forms)) return true;
+  for (const FormGroup& group : kGroups) {
+    for (const OddForm* form = group.begin; form != group.end; ++form) {
+      if (name != form->name) continue;
+      form->apply(forms);
+      return true;
+    }
+  }
   for (const OddValue& value : kOddValues) {
     if (name != value.name) continue;
     forms.value = &value;
@@ -116,26 +137,38 @@ bool AddOddForm(std::string_view name, OddForms& forms) {
   return false;
 }
 
+std::vector<OddName> OddNames() {
+  std::vector<OddName> names;
+  for (const FormGroup& group : kGroups)
+    for (const OddForm* form = group.begin; form != group.end; ++form)
+      names.push_back({form->name, group.name, group.use});
+  for (const OddValue& value : kOddValues) names.push_back({value.name, "values", OddUse::kCalls});
+  return names;
+}
+
+std::vector<std::string_view> SplitOddNames(std::string_view names) {
+  std::vector<std::string_view> parts;
+  while (!names.empty()) {
+    const std::size_t end = names.find('+');
+    parts.push_back(names.substr(0, end));
+    names = end == std::string_view::npos ? std::string_view{} : names.substr(end + 1);
+  }
+  return parts;
+}
+
 OddForms ReadOddForms(std::string_view path, std::string& unknown) {
   OddForms forms;
   if (!StartsWith(path, kOddPrefix)) return forms;
   std::string_view names = path.substr(kOddPrefix.size());
   names = names.substr(0, names.find('/'));
-  while (!names.empty()) {
-    const std::size_t end = names.find('+');
-    const std::string_view name = names.substr(0, end);
+  for (const std::string_view name : SplitOddNames(names))
     if (!AddOddForm(name, forms)) unknown = name;
-    names = end == std::string_view::npos ? std::string_view{} : names.substr(end + 1);
-  }
   return forms;
 }
 
 std::string OddFormNames() {
   std::string names;
-  for (const OddForm& form : kOddForms) names += (names.empty() ? "" : ", ") + std::string(form.name);
-  for (const OddValue& value : kOddValues) names += ", " + std::string(value.name);
-  for (const OddForm& table : kOddTables) names += ", " + std::string(table.name);
-  for (const OddForm& transfer : kOddTransfers) names += ", " + std::string(transfer.name);
+  for (const OddName& odd : OddNames()) names += (names.empty() ? "" : ", ") + std::string(odd.name);
   return names;
 }
 

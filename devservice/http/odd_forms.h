@@ -1,9 +1,11 @@
-// The odd answers that a path can ask for, as data.
+// The odd answers that a path or a test can ask for, as data: each name is listed here once.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "devservice/http/http_message.h"
 #include "devservice/values/table_forms.h"
@@ -35,20 +37,32 @@ struct TransferForms {
 
 // How an answer differs from an ordinary one.
 struct OddForms {
+  static constexpr int kAlways = -1;
+
   bool prefixedAnswer = false;  // "NS2:" before the answer element
   bool leadingSpace = false;    // white space in front of the answer element
   bool faultStatus500 = false;
-  bool spoiled = false;      // one byte makes the XML ill-formed
-  bool html = false;         // a page with status 404 in place of the answer
-  bool empty = false;        // Content-Length: 0
-  bool refuseTwice = false;  // the first two requests of this path are dropped
+  bool spoiled = false;  // one byte makes the XML ill-formed
+  bool html = false;     // a page with status 404 in place of the answer
+  bool empty = false;    // Content-Length: 0
+  int refusals = 0;      // so many requests of this path, the first ones, are dropped; or kAlways
   bool delayed = false;
-  bool strictXml = false;           // requests that are not well-formed XML are refused
-  const OddValue* value = nullptr;  // in place of the script's value; lives for the whole process
+  std::chrono::milliseconds silence{0};  // before the first byte
+  bool strictXml = false;                // requests that are not well-formed XML are refused
+  const OddValue* value = nullptr;       // in place of the script's value; lives for the whole process
   Charset charset = Charset::kUtf8;
   Delivery delivery = Delivery::kPlain;
   TransferForms transfer;
   TableForms table;
+};
+
+// What a name changes: answers to SOAP requests, or transfers of files.
+enum class OddUse { kCalls, kFiles };
+
+struct OddName {
+  std::string_view name;   // these live for the whole process
+  std::string_view group;  // "answers", "tables", "values", "addresses" or "files"
+  OddUse use = OddUse::kCalls;
 };
 
 // The forms that a path asks for by starting with "/odd/NAME+NAME/". A name that does not exist is put into
@@ -57,6 +71,12 @@ OddForms ReadOddForms(std::string_view path, std::string& unknown);
 
 // Adds the form with this name to `forms`; false for an unknown name.
 bool AddOddForm(std::string_view name, OddForms& forms);
+
+// All names, each once.
+std::vector<OddName> OddNames();
+
+// The parts of "cut+ns2"; may be empty texts.
+std::vector<std::string_view> SplitOddNames(std::string_view names);
 
 // The names for a message, separated by ", ".
 std::string OddFormNames();

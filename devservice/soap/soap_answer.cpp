@@ -66,6 +66,7 @@ HttpAnswer Finish(int status, const std::string& body, const OddForms& forms) {
   HttpAnswer answer;
   answer.delivery = forms.delivery;
   answer.delayed = forms.delayed;
+  answer.silence = forms.silence;
   answer.status = forms.html ? 404 : status;
   answer.contentType = forms.html ? "text/html; charset=utf-8"
                                   : std::string("text/xml; charset=") + CharsetName(forms.charset);

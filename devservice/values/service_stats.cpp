@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "devservice/values/text_scanner.h"
+
 namespace qv::devservice {
 namespace {
 
@@ -22,6 +24,14 @@ std::atomic<std::uint64_t>* CounterOf(ServiceStats& stats, std::string_view acti
   for (const ActionCount& row : kActions)
     if (action == row.name) return &(stats.*row.count);
   return nullptr;
+}
+
+std::string ActionIn(std::string_view soapAction) {
+  if (EndsWith(soapAction, "\"")) soapAction.remove_suffix(1);
+  const std::string_view name = soapAction.substr(soapAction.rfind('#') + 1);
+  for (const ActionCount& row : kActions)
+    if (name == row.name) return row.name;
+  return "";
 }
 
 std::string StatsText(const ServiceStats& stats, std::size_t openSessions) {

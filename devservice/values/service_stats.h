@@ -13,7 +13,8 @@ namespace qv::devservice {
 struct ServiceStats {
   std::atomic<std::uint64_t> connections{0};
   std::atomic<std::uint64_t> requests{0};  // HTTP requests whose head and body arrived whole.
-  std::atomic<std::uint64_t> refused{0};   // Of these, closed without an answer (odd answer "refuse2").
+  std::atomic<std::uint64_t> refused{
+      0};  // Of these, closed without an answer (odd answers "refuse" and "refuse2").
   std::atomic<std::uint64_t> createUserSession{0};
   std::atomic<std::uint64_t> closeUserSession{0};
   std::atomic<std::uint64_t> execute{0};
@@ -30,6 +31,9 @@ struct ServiceStats {
 
 // The count of the action with this name on the wire; null for any other name.
 std::atomic<std::uint64_t>* CounterOf(ServiceStats& stats, std::string_view action);
+
+// The action that a header SOAPAction names, with or without quotes; empty if there is no such action.
+std::string ActionIn(std::string_view soapAction);
 
 // The counts as JSON, for GET /stats.
 std::string StatsText(const ServiceStats& stats, std::size_t openSessions);

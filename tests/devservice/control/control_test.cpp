@@ -21,8 +21,8 @@ class ControlTest : public TransferTest {
   }
   RawAnswer Page(const std::string& name) { return Get(Path() + name); }
   json Requests() { return json::parse(Page("/requests").body).at("requests"); }
-  RawAnswer PostOrder(const std::string& order) {
-    return Ask(Request("POST " + Path() + "/faults",
+  RawAnswer PostOrder(const std::string& order, const std::string& page = "/faults") {
+    return Ask(Request("POST " + Path() + page,
                        "Host: localhost\r\nContent-Length: " + std::to_string(order.size()) + "\r\n") +
                order);
   }
@@ -59,7 +59,7 @@ TEST_F(ControlTest, ServiceHasNoneUnlessAsked) {
 }
 
 TEST_F(ControlTest, PagesHaveTheirMethods) {
-  EXPECT_EQ(Page("/nothing").body, "There is no such page. Pages: counts, requests, faults\n");
+  EXPECT_EQ(Page("/nothing").body, "There is no such page. Pages: counts, requests, faults, odd\n");
   EXPECT_EQ(StatusOf(Page("/nothing")), "404");
   EXPECT_EQ(StatusOf(Page("/faults")), "405");
   for (const char* page : {"/counts", "/requests"})
@@ -180,6 +180,32 @@ TEST_F(ControlTest, UploadsMeetOrdersForAnyRequest) {
   EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(200));
   EXPECT_EQ(Stats()["uploads"], 1);
   EXPECT_EQ(FaultCode("1"), "7");
+}
+
+TEST_F(ControlTest, OddAnswersMeetTheNextRequests) {
+  Session();
+  EXPECT_EQ(PostOrder(R"({"names": "refuse", "requests": 2, "action": "Execute"})", "/odd").body, "{}\n");
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(Run("", "1").head, "");
+  EXPECT_EQ(Value("1"), "xsd:int|1");
+  EXPECT_EQ(Stats()["refused"], 2);
+  EXPECT_EQ(Stats()["scriptsRun"], 1);
+  EXPECT_EQ(StatusOf(PostOrder(R"({"names": "frob"})", "/odd")), "400");
+  EXPECT_EQ(json::parse(Page("/odd").body).at("names").at(0).at("name"), "ns2");
+}
+
+TEST_F(ControlTest, OddAnswersAreAddedToThoseOfThePath) {
+  PostOrder(R"({"names": "ns2", "requests": 0})", "/odd");
+  const std::string body = Run("/odd/whitespace", "1").body;
+  EXPECT_TRUE(Contains(body, "<soap:Body>\r\n  <NS2:ExecuteResponse "));
+  PostOrder(R"({"names": ""})", "/odd");
+  EXPECT_EQ(Value("1"), "xsd:int|1");
+}
+
+TEST_F(ControlTest, OddTransfersMeetUploads) {
+  PostOrder(R"({"names": "upload-refused"})", "/odd");
+  const std::string url = NewUploadUrl();
+  EXPECT_EQ(StatusOf(Upload(url, "content")), "403");
+  EXPECT_EQ(StatusOf(Upload(url, "content")), "200");
 }
 
 TEST_F(ControlTest, HostileOrdersAreRefusedWithAReason) {

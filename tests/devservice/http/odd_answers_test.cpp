@@ -68,7 +68,7 @@ TEST_F(Odd, PartsOfTheBody) {
       {"ns2+wrong",
        "ns2, status500, nolength, chunked, cut, stall, stallhead, whitespace, html, spoil, refuse2, latin1, "
        "utf16, "
-       "strictxml, zero, url-empty-parts, url-no-caption, "},
+       "strictxml, zero, refuse, slow, drip, short, long, table-sof, "},
   };
   for (const auto& [names, part] : parts) EXPECT_TRUE(Contains(Run(names).body, part)) << names;
   EXPECT_TRUE(
@@ -212,6 +212,42 @@ TEST_F(Odd, Refuse2DropsTwoRequestsAndThenWorks) {
   EXPECT_EQ(stats["refused"], 3);
   EXPECT_EQ(stats["actions"]["Execute"], 1);
   EXPECT_EQ(stats["scriptsRun"], 1);
+}
+
+TEST_F(Odd, RefuseDropsAllRequests) {
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(Run("refuse").head, "");
+  EXPECT_EQ(Stats()["refused"], 4);
+  EXPECT_EQ(Stats()["scriptsRun"], 0);
+}
+
+TEST_F(Odd, ShortAndLongHaveAWrongLength) {
+  const RawAnswer shorter = Run("short");
+  EXPECT_TRUE(shorter.closed);
+  EXPECT_EQ(std::stoul(HeaderOf(shorter.head, "Content-Length")), shorter.body.size() + 1);
+  RawClient client(Port(), RequestFor("long"));
+  const RawAnswer longer = client.Receive();
+  EXPECT_EQ(longer.body.substr(std::stoul(HeaderOf(longer.head, "Content-Length"))), "................");
+}
+
+TEST_F(Odd, SlowAndDripTakeASecond) {
+  Session();
+  for (const char* name : {"slow", "drip"}) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(ValueIn(Run(name, "7").body), "xsd:int|7") << name;
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(800)) << name;
+  }
+}
+
+TEST_F(Odd, DripSendsPieces) {
+  RawClient client(Port(), RequestFor("drip"));
+  int pieces = 0;
+  std::string body;
+  client.Receive(std::chrono::seconds(60), [&](std::string_view piece) {
+    ++pieces;
+    body += piece;
+  });
+  EXPECT_GT(pieces, 10);
+  EXPECT_EQ(ValueIn(body), "xsd:int|1");
 }
 
 TEST_F(Odd, ZeroHasNoBodyAndKeepsTheConnection) {
