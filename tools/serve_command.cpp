@@ -14,6 +14,7 @@
 #include "tools/service/home_directory.h"
 #include "tools/service/lent_home.h"
 #include "tools/service/local_service.h"
+#include "tools/service/odd_order_text.h"
 #include "tools/service/private_home.h"
 #include "tools/service/script_console.h"
 #include "tools/service/users_file.h"
@@ -32,6 +33,7 @@ devservice::ServiceOptions ToServiceOptions(const ServeOptions& options) {
   service.control = options.control;
   service.scriptTimeLimit = std::chrono::milliseconds(Milliseconds(options.scriptTimeoutSeconds));
   service.scriptMemoryLimit = static_cast<std::size_t>(options.scriptMemoryMegabytes) << 20;
+  for (const std::string& odd : options.odds) service.odds.push_back(ParseOddOrder(odd));
   if (!options.usersFile.empty()) service.users = ParseUsers(ReadWhole(options.usersFile, "users file"));
   return service;
 }

@@ -88,11 +88,12 @@ struct ServeOptions {
   std::string usersFile;
   double scriptTimeoutSeconds = 5;
   int scriptMemoryMegabytes = 256;
-  std::string home;          // home directory for clients on this machine, while the service runs
-  bool installHome = false;  // permanently: in the registry
-  bool json = false;         // the address, messages and failures as JSON
-  bool control = false;      // a control interface for tests; only with `json`, which shows its address
-  bool untilEof = false;     // stop also at the end of standard input
+  std::string home;               // home directory for clients on this machine, while the service runs
+  bool installHome = false;       // permanently: in the registry
+  bool json = false;              // the address, messages and failures as JSON
+  bool control = false;           // a control interface for tests; only with `json`, which shows its address
+  std::vector<std::string> odds;  // odd answers for requests to come, as typed
+  bool untilEof = false;          // stop also at the end of standard input
 };
 
 enum class RegistryVerb { kGet, kSet, kRemove, kList };

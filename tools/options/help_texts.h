@@ -126,6 +126,9 @@ clients on this machine that run with QV_REGISTRY=DIR/serve.reg can upload files
 removes it. Only --install-home changes settings.
 --json prints {"url":...,"home":...}, where home is the directory with the upload scripts, or null. --control
 adds "control", an address of pages that show requests, with their passwords, and order faults.
+--odd makes requests fail or look strange: its names, several with '+', are listed at the address of the service
+(GET /). Without n and p all requests get it; p is a chance, and seed repeats the same decisions. action
+names the requests: CreateUserSession, CloseUserSession or Execute.
 A program that starts the service for its tests uses --json --control --until-eof and a pipe as standard
 input: the service then ends with the program.)";
 

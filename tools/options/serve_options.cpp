@@ -57,6 +57,14 @@ ServeArguments::ServeArguments(CLI::App& app)
   command_->add_flag("--control", serve_.control,
                      "For tests: add a control interface, whose address is in the line of --json; without "
                      "--home the service makes a home directory and removes it at its end");
+  command_
+      ->add_option("--odd", serve_.odds,
+                   "For tests: give requests this odd answer, such as 'cut,n=2' (the first two) or "
+                   "'stall,p=0.1,seed=7' (each with this chance); may be repeated")
+      ->type_name("NAME[,n=N][,p=P][,seed=N][,action=A]")
+      ->take_all()
+      ->expected(1)
+      ->allow_extra_args(false);
   command_->add_flag("--until-eof", serve_.untilEof, "Stop also when standard input ends");
 }
 

@@ -110,6 +110,11 @@ TEST_F(OtherOptions, ServeTakesWhatTestsNeed) {
             "--control needs --json, which prints the secret address|scriptwells serve --help");
 }
 
+TEST_F(OtherOptions, ServeTakesOddAnswers) {
+  EXPECT_EQ(Serve("serve --odd cut,n=2 --odd stall,p=0.1,seed=7").odds,
+            (testing::Words{"cut,n=2", "stall,p=0.1,seed=7"}));
+}
+
 TEST_F(OtherOptions, ServeIsChecked) {
   for (const std::string& name : Each("|http://h|h:80|h/|a b|::1|h\n"))
     EXPECT_EQ(Refusal("serve --name", {name}),

@@ -69,6 +69,26 @@ TEST(Serve, SignalsStopItAlsoWhileAScriptRuns) {
   EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::seconds(4));
 }
 
+TEST(Serve, OddAnswersMeetTheFirstRequests) {
+  const ServeProcess service("--odd spoil,n=2,action=Execute");
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(service.Joe("run -e 1").Run().exit, 7);
+  EXPECT_EQ(service.Joe("run -e 1").Run().out, "1\n");
+}
+
+TEST(Serve, OddAnswersAreChecked) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"frob", "There is no odd answer of the name \"frob\". Names: ns2, "},
+      {",n=1", "It has no name of an odd answer"},
+      {"cut,n=x", "The value of n is not a number"},
+      {"cut,p=0.5x", "The value of p is not a number"},
+      {"cut,p=2", "The chance of the order is not above 0 and up to 1"},
+      {"cut,p=0.5,n=2", "An order has a number of requests or a chance"},
+      {"cut,often", "After the names there are n=, p=, seed= and action= only"},
+      {"cut,action=Frob", "The action of the order is none of the service"}};
+  for (const auto& [text, reason] : rows)
+    RunTool("serve --odd " + std::string(text)).FailsLike(2, "--odd " + std::string(text) + ": " + reason);
+}
+
 TEST(Serve, ScriptTimeoutIsSetByItsOption) {
   const ServeProcess service("--script-timeout 0.2");
   service.Joe(kEndless).FailsLike(1, "script fault 0x800403F5 (1013): ");
