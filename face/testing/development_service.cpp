@@ -40,6 +40,16 @@ class DevelopmentService::Impl {
         home(service.home),
         user(options.users.empty() ? Credentials{"tester"} : options.users.front()) {}
 
+  void Post(const char* page, const json& order) const {
+    std::string text;
+    try {
+      text = order.dump();
+    } catch (const json::exception&) {
+      throw Error(Phase::kAddress, "the fault's text or action is not valid UTF-8");
+    }
+    control.Post(page, text);
+  }
+
   const testing::StartedService service;
   const testing::ControlClient control;
   const std::filesystem::path home;
@@ -80,17 +90,19 @@ std::vector<SeenRequest> DevelopmentService::Requests() const {
 }
 
 void DevelopmentService::Order(const OrderedFault& fault) {
-  std::string order;
-  try {
-    order = json{{"kind", kKinds[static_cast<std::size_t>(fault.kind)]},
-                 {"number", fault.number},
-                 {"text", fault.text},
-                 {"action", fault.action}}
-                .dump();
-  } catch (const json::exception&) {
-    throw Error(Phase::kAddress, "the fault's text or action is not valid UTF-8");
-  }
-  impl_->control.Post("/faults", order);
+  impl_->Post("/faults", {{"kind", kKinds[static_cast<std::size_t>(fault.kind)]},
+                          {"number", fault.number},
+                          {"text", fault.text},
+                          {"action", fault.action}});
+}
+
+void DevelopmentService::Order(const OddOrder& order) {
+  json page = {{"names", order.names}, {"action", order.action}, {"seed", order.seed}};
+  if (order.chance == 1)
+    page["requests"] = order.requests;
+  else
+    page["chance"] = order.chance;
+  impl_->Post("/odd", page);
 }
 
 }  // namespace scriptwells

@@ -41,6 +41,16 @@ struct OrderedFault {
   std::string action = "Execute";  // of the request; empty for any
 };
 
+// Odd answers of the service for requests to come, by their names: "cut", "stall", "drip", "spoil", "slow", "refuse"
+// (no answer), "short" and "long" (wrong lengths), "strictxml" and many more; an unknown one is refused with a list.
+struct OddOrder {
+  std::string names;               // "cut", or several: "drip+ns2"; empty: no more of all that was ordered
+  std::uint32_t requests = 1;      // so many get them; 0: all to come; with a chance it has no meaning
+  double chance = 1;               // below 1: each request to come gets them with this chance
+  std::uint32_t seed = 1;          // the chances are the same for the same seed and order of requests
+  std::string action = "Execute";  // as in OrderedFault; names about files meet any transfer
+};
+
 class DevelopmentService {
  public:
   explicit DevelopmentService(const ServiceOptions& options = {});
@@ -58,6 +68,7 @@ class DevelopmentService {
   // The last requests, the oldest first; at most 1000 of at most 1 MB.
   std::vector<SeenRequest> Requests() const;
   void Order(const OrderedFault& fault);
+  void Order(const OddOrder& order);
 
  private:
   class Impl;

@@ -63,6 +63,20 @@ class Service:
         """
         self._core.order(kind, number, text, action)
 
+    def order_odd(
+        self, names: str, requests: int = 1, *, chance: float = 1, seed: int = 1, action: str = "Execute"
+    ) -> None:
+        """The next requests of the action ("" for any) get odd answers of the service.
+
+        names: such as "cut", "stall", "drip", "spoil", "slow", "refuse", "short" or "strictxml", several joined by "+";
+            an unknown one raises an Error with all of them. Names about files meet uploads and downloads. "" removes
+            all that was ordered.
+        requests: so many get them; 0: all to come.
+        chance: below 1, each request to come gets them with this chance, and `requests` has no meaning; the same seed
+            repeats the same decisions.
+        """
+        self._core.order_odd(names, requests, chance, seed, action)
+
     def close(self) -> None:
         """Ends the service."""
         self._core.close()

@@ -68,6 +68,12 @@ class ServiceHandle {
     Get();
     WithoutLock([&] { service_->Order(fault); });
   }
+  void OrderOdd(const std::string& names, std::uint32_t requests, double chance, std::uint32_t seed,
+                const std::string& action) const {
+    const OddOrder order{names, requests, chance, seed, action};
+    Get();
+    WithoutLock([&] { service_->Order(order); });
+  }
 
  private:
   std::unique_ptr<DevelopmentService> service_;
@@ -82,6 +88,7 @@ void DefineService(py::module_& module) {
       .def("requests", &ServiceHandle::Requests)
       .def("counts", &ServiceHandle::Counts)
       .def("order", &ServiceHandle::Order)
+      .def("order_odd", &ServiceHandle::OrderOdd)
       .def_property_readonly("url", [](const ServiceHandle& service) { return Text(service.Get().Url()); })
       .def_property_readonly("home_directory", [](const ServiceHandle& service) {
         return service.Get().HomeDirectory().string();

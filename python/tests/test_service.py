@@ -43,6 +43,43 @@ def test_faults_to_order(scriptwells_service, order, kind, phase):
         assert (caught.value.code, caught.value.server_message) == (7, "mine")
 
 
+@pytest.mark.parametrize(("names", "phase"), [("cut", "receive"), ("spoil", "answer"), ("refuse", "wait")])
+def test_odd_answers_to_order(scriptwells_service, names, phase):
+    with scriptwells_service.connect() as session:
+        scriptwells_service.order_odd(names, 2)
+        for _ in range(2):
+            with pytest.raises(scriptwells.Error) as caught:
+                session.run("1")
+            assert caught.value.phase == phase
+        assert session.run("1") == 1
+
+
+def odd_outcomes(service, seed):
+    service.order_odd("spoil", chance=0.5, seed=seed)
+    outcomes = ""
+    with service.connect() as session:
+        for _ in range(32):
+            try:
+                session.run("1")
+                outcomes += "."
+            except scriptwells.Error:
+                outcomes += "x"
+    service.order_odd("")
+    return outcomes
+
+
+def test_chances_repeat_with_their_seed(scriptwells_service):
+    first = odd_outcomes(scriptwells_service, 7)
+    assert {".", "x"} == set(first)
+    assert odd_outcomes(scriptwells_service, 7) == first
+    assert odd_outcomes(scriptwells_service, 8) != first
+
+
+def test_unknown_odd_answers(scriptwells_service):
+    with pytest.raises(scriptwells.Error, match='no odd answer of the name "frob". Names: ns2, '):
+        scriptwells_service.order_odd("frob")
+
+
 def test_unknown_faults(scriptwells_service):
     with pytest.raises(ValueError, match="there is no kind of fault 'odd'"):
         scriptwells_service.order_fault("odd")

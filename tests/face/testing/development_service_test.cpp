@@ -110,6 +110,29 @@ TEST(DevelopmentService, RefusedOrderHasTheReason) {
       "the fault's text or action is not valid UTF-8");
 }
 
+TEST(DevelopmentService, OddAnswersMeetTheNextCalls) {
+  DevelopmentService service(BuiltService());
+  Session session = service.Connect();
+  OddOrder refusals;
+  refusals.names = "refuse";
+  refusals.requests = 2;
+  service.Order(refusals);
+  for (int i = 0; i < 2; ++i) EXPECT_THROW(session.Run("1"), ConnectionError);
+  EXPECT_EQ(session.Run("1").As<std::int32_t>(), 1);
+  OddOrder always;
+  always.names = "spoil";
+  always.requests = 0;
+  service.Order(always);
+  for (int i = 0; i < 3; ++i) EXPECT_THROW(session.Run("1"), Error);
+  service.Order(OddOrder{});
+  EXPECT_EQ(session.Run("1").As<std::int32_t>(), 1);
+  OddOrder wrong;
+  wrong.names = "frob";
+  EXPECT_EQ(FailureOf(Phase::kAnswer, [&] { service.Order(wrong); }).substr(0, 100),
+            "the development service refused the request: There is no odd answer of the name \"frob\". "
+            "Names: ns2, ");
+}
+
 TEST(DevelopmentService, Moves) {
   DevelopmentService first(BuiltService());
   const std::string url = first.Url();
