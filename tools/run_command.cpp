@@ -78,20 +78,6 @@ bool HasFiles(const scriptwells::Arguments& arguments) {
                      [](const scriptwells::Argument& argument) { return argument.GetFile() != nullptr; });
 }
 
-// The library does not read these answers as they were sent.
-void NoteLosses(const Value& answer, const Reporter& reporter) {
-  if (answer.IsEmpty())
-    reporter.Note(
-        "the answer arrived as an empty value: a long, a type that the library does not read, or a URL "
-        "without text");
-  if (HasWrappedCount(answer))
-    reporter.Note("a count of the duration does not fit 16 bits and arrived changed");
-  if (answer.type() == Type::kByte)
-    reporter.Note("the answer arrived as 0, as every answer of the type byte does");
-  if (answer.type() == Type::kLink)
-    reporter.Note("the link of a URL answer does not arrive; let the script answer with a string");
-}
-
 void WriteTableAnswer(const RunOptions& options, const scriptwells::Table& table, std::ostream& out,
                       const Reporter& reporter) {
   WriteTable(table, {options.output, options.csvNull, TerminalWidth(out)}, out);
@@ -103,7 +89,7 @@ void WriteAnswer(const RunOptions& options, const Value& answer, std::ostream& o
   if (answer.type() == Type::kTable) return WriteTableAnswer(options, answer.AsTable(), out, reporter);
   out << TextFor(out, FormatAnswer(options.output, answer, options.csvNull)) << std::flush;
   CheckWritten(out);
-  NoteLosses(answer, reporter);
+  for (const std::string& loss : LossesOf(answer)) reporter.Note(loss);
 }
 
 // The file may be on another server than that of the session.

@@ -130,6 +130,18 @@ std::string FormatAnswer(OutputFormat format, const Value& value, const std::str
   return TextOf(value) + "\n";
 }
 
+std::vector<std::string> LossesOf(const Value& answer) {
+  if (answer.IsEmpty())
+    return {
+        "the answer arrived as an empty value: a long, a type that the library does not read, or a URL "
+        "without text"};
+  if (HasWrappedCount(answer)) return {"a count of the duration does not fit 16 bits and arrived changed"};
+  if (answer.type() == Type::kByte) return {"the answer arrived as 0, as every answer of the type byte does"};
+  if (answer.type() == Type::kLink)
+    return {"the link of a URL answer does not arrive; let the script answer with a string"};
+  return {};
+}
+
 bool HasWrappedCount(const Value& value) {
   if (!value.Is<Duration>()) return false;
   const auto span = value.As<Duration>();

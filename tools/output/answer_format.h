@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "scriptwells/value.h"
 #include "tools/output/output_format.h"
@@ -17,6 +18,9 @@ std::string TypeName(const scriptwells::Value& value);
 // duration its counts, a URL its "caption". A point outside the years 1 to 9999 is shown as its number.
 std::string FormatAnswer(OutputFormat format, const scriptwells::Value& value,
                          const std::string& nullText = "");
+
+// One sentence for what the library does not read as it was sent, in an answer that is no table.
+std::vector<std::string> LossesOf(const scriptwells::Value& answer);
 
 // Whether a count of a duration is negative, which means that it did not fit 16 bits. A count that wrapped
 // around to a positive one is not detected. False for other values.

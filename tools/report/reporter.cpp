@@ -31,11 +31,32 @@ std::string JsonLine(const Failure& failure) {
   return JsonText(whole);
 }
 
+// In one line. A long message is cut at the end of a character.
+std::string Shown(const std::string& message) {
+  if (message.size() <= kLongestMessage) return OneLine(message);
+  std::size_t end = kLongestMessage;
+  while (end > 0 && (static_cast<unsigned char>(message[end]) & 0xC0) == 0x80) --end;
+  return OneLine(message.substr(0, end)) + "... (cut; " + std::to_string(message.size()) +
+         " bytes in all, which --json shows)";
+}
+
 }  // namespace
+
+std::string DescriptionOf(const Failure& failure) {
+  std::string text;
+  if (failure.OwnKind() == nullptr && NamesItsKind(failure.Status())) {
+    text += StatusName(failure.Status());
+    if (failure.Code())
+      text += " " + HexCode(*failure.Code()) + " (" + std::to_string(FaultNumber(*failure.Code())) + ")";
+    text += ": ";
+  }
+  return text + Shown(failure.Message());
+}
 
 void Reporter::Report(const Failure& failure) const {
   if (failure.IsSilent()) return;
-  err_ << (form_ == ReportForm::kJson ? JsonLine(failure) : Line(failure)) << std::endl;
+  err_ << (form_ == ReportForm::kJson ? JsonLine(failure) : "scriptwells: " + DescriptionOf(failure))
+       << std::endl;
 }
 
 void Reporter::Remark(const char* kind, const std::string& message) const {
@@ -46,26 +67,6 @@ void Reporter::Remark(const char* kind, const std::string& message) const {
   nlohmann::ordered_json whole;
   whole[kind] = message;
   err_ << JsonText(whole) << std::endl;
-}
-
-// In one line. A long message is cut at the end of a character.
-std::string Reporter::Shown(const std::string& message) {
-  if (message.size() <= kLongestMessage) return OneLine(message);
-  std::size_t end = kLongestMessage;
-  while (end > 0 && (static_cast<unsigned char>(message[end]) & 0xC0) == 0x80) --end;
-  return OneLine(message.substr(0, end)) + "... (cut; " + std::to_string(message.size()) +
-         " bytes in all, which --json shows)";
-}
-
-std::string Reporter::Line(const Failure& failure) {
-  std::string line = "scriptwells: ";
-  if (failure.OwnKind() == nullptr && NamesItsKind(failure.Status())) {
-    line += StatusName(failure.Status());
-    if (failure.Code())
-      line += " " + HexCode(*failure.Code()) + " (" + std::to_string(FaultNumber(*failure.Code())) + ")";
-    line += ": ";
-  }
-  return line + Shown(failure.Message());
 }
 
 }  // namespace qv::cli

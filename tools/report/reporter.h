@@ -14,6 +14,9 @@ inline ReportForm FormOf(bool json) noexcept {
   return json ? ReportForm::kJson : ReportForm::kText;
 }
 
+// "script fault 0x80040005 (5): no such customer", in one line, with at most 4000 bytes of the message.
+std::string DescriptionOf(const Failure& failure);
+
 class Reporter {
  public:
   // Writes to `err`, which must outlive this object.
@@ -33,8 +36,6 @@ class Reporter {
 
  private:
   void Remark(const char* kind, const std::string& message) const;
-  static std::string Shown(const std::string& message);
-  static std::string Line(const Failure& failure);
 
   std::ostream& err_;
   ReportForm form_;

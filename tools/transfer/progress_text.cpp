@@ -52,7 +52,7 @@ std::string Cut(std::u32string text, int room) {
 }
 
 double RateOf(const ProgressState& state) {
-  return state.seconds > 0 ? static_cast<double>(state.done) / state.seconds : 0;
+  return state.seconds > 0 ? static_cast<double>(state.done - state.earlier) / state.seconds : 0;
 }
 
 int PercentOf(const ProgressState& state) {
@@ -67,8 +67,13 @@ std::string PercentText(const ProgressState& state) {
   return text;
 }
 
+// With its unit.
+std::string AmountText(const ProgressState& state, std::int64_t amount) {
+  return state.unit == nullptr ? SizeText(amount) : std::to_string(amount) + " " + state.unit;
+}
+
 std::string RateText(const ProgressState& state) {
-  return SizeText(std::llround(std::min(RateOf(state), 9e18))) + "/s";
+  return AmountText(state, std::llround(std::min(RateOf(state), 9e18))) + "/s";
 }
 
 std::string LeftText(const ProgressState& state) {
@@ -91,8 +96,9 @@ struct Parts {
 };
 
 Parts PartsOf(const ProgressState& state) {
-  if (state.total < 0) return {SizeText(state.done), {RateText(state)}};
-  const std::string sizes = SizeText(state.done) + " of " + SizeText(state.total);
+  if (state.total < 0) return {AmountText(state, state.done), {RateText(state)}};
+  const std::string done = state.unit == nullptr ? SizeText(state.done) : std::to_string(state.done);
+  const std::string sizes = done + " of " + AmountText(state, state.total);
   return {PercentText(state), {sizes, RateText(state), LeftText(state)}};
 }
 

@@ -4,6 +4,7 @@
 
 #include "tools/system/interrupt.h"
 #include "tools/transfer/failed_call.h"
+#include "tools/transfer/refused_upload.h"
 
 namespace qv::cli {
 
@@ -13,12 +14,6 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr milliseconds kLastWait{2000};
-
-bool IsRefusedUpload(const scriptwells::Exchange& exchange) {
-  const bool isSuccess = exchange.status >= 200 && exchange.status < 300;
-  return exchange.purpose == scriptwells::Purpose::kUpload && exchange.failure.empty() &&
-         exchange.status != 0 && !isSuccess;
-}
 
 }  // namespace
 
@@ -45,9 +40,8 @@ scriptwells::Options ScriptSession::Options() {
 // At the end of each exchange.
 void ScriptSession::Look(const scriptwells::Exchange& exchange) {
   progress_.End();
-  if (IsRefusedUpload(exchange))
-    refusedUploads_.push_back(exchange.server + " answered the upload of " + exchange.file +
-                              " with the status " + std::to_string(exchange.status));
+  const std::string refused = RefusedUpload(exchange);
+  if (!refused.empty()) refusedUploads_.push_back(refused);
   if (trace_) trace_->Write(exchange);
 }
 

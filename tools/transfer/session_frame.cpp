@@ -11,16 +11,6 @@ void NoteLosses(const std::string& what, const std::string& text, const Reporter
   for (const std::string& loss : scriptwells::LossesOnTheWire(text)) reporter.Note(what + loss);
 }
 
-// Does not name the character of the password.
-void NoteRefusedCharacters(const SessionSettings& settings, const Reporter& reporter) {
-  if (!settings.usid.empty()) return;  // none of them is sent
-  NoteLosses("the user name ", settings.credentials.user, reporter);
-  if (!scriptwells::LossesOnTheWire(settings.credentials.password).empty())
-    reporter.Note(
-        "the password holds a character that does not travel as well-formed XML, so most servers refuse it");
-  NoteLosses("the replica id ", settings.credentials.replica, reporter);
-}
-
 void Warn(const ScriptSession& session, const Reporter& reporter) {
   for (const std::string& warning : session.Warnings()) reporter.Warn(warning);
 }
@@ -49,6 +39,16 @@ void OpenAndWork(ScriptSession& session, const Reporter& reporter, const Session
 }
 
 }  // namespace
+
+// Does not name the character of the password.
+void NoteRefusedCharacters(const SessionSettings& settings, const Reporter& reporter) {
+  if (!settings.usid.empty()) return;  // none of them is sent
+  NoteLosses("the user name ", settings.credentials.user, reporter);
+  if (!scriptwells::LossesOnTheWire(settings.credentials.password).empty())
+    reporter.Note(
+        "the password holds a character that does not travel as well-formed XML, so most servers refuse it");
+  NoteLosses("the replica id ", settings.credentials.replica, reporter);
+}
 
 void InSession(const SessionSettings& settings, const Reporter& reporter, const SessionWork& work) {
   NoteRefusedCharacters(settings, reporter);

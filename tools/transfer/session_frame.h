@@ -10,6 +10,9 @@ namespace qv::cli {
 
 using SessionWork = std::function<void(ScriptSession&)>;
 
+// Notes what of the credentials does not travel as it is.
+void NoteRefusedCharacters(const SessionSettings& settings, const Reporter& reporter);
+
 // Opens a session, does the work in it and always closes it. Throws the first Failure; reports later ones as
 // warnings.
 void InSession(const SessionSettings& settings, const Reporter& reporter, const SessionWork& work);
