@@ -12,6 +12,9 @@ ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& e
     case Command::kRun:
       RunCommand(parsed.run, out, err);
       return ExitStatus::kOk;
+    case Command::kMap:
+      MapCommand(parsed.map, out, err);
+      return ExitStatus::kOk;
     case Command::kDownload:
       DownloadCommand(parsed.download, out, err);
       return ExitStatus::kOk;

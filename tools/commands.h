@@ -17,6 +17,10 @@ void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err)
 void LocalRunCommand(const RunOptions& options, devservice::StartedWorker worker, std::ostream& out,
                      std::ostream& err);
 
+// `scriptwells map`: runs the script once for each row, and prints the answers on `out` or writes them into a
+// file. Throws kFault if a row has no result. Prints notes and progress on `err`.
+void MapCommand(const MapOptions& options, std::ostream& out, std::ostream& err);
+
 // `scriptwells download`: opens a session (or uses that of --usid), downloads the file, prints its path on
 // `out` and always closes the session. Prints notes on `err`.
 void DownloadCommand(const DownloadOptions& options, std::ostream& out, std::ostream& err);

@@ -16,6 +16,7 @@ enum class Command {
   kUsageError,
   kProfileError,
   kRun,
+  kMap,
   kDownload,
   kSession,
   kServe,
@@ -67,6 +68,20 @@ struct RunOptions : SessionOptions {
   std::string
       saveDirectory;   // the answer is the URL of a file to download into this directory; empty: print it
   bool force = false;  // with a directory: as in DownloadOptions
+};
+
+struct MapOptions : SessionOptions {
+  std::string file;  // as in RunOptions
+  std::string code;
+  std::string rows;  // a CSV file
+  std::string language = "JavaScript";
+  int jobs = 4;
+  OutputFormat output = OutputFormat::kCsv;  // or kJson
+  std::string results;                       // a file; empty: standard output, and no journal
+  std::string failed;                        // a file; empty: named after another
+  bool resume = false;
+  bool retryUnknown = false;
+  bool force = false;  // replace files of an earlier start
 };
 
 struct DownloadOptions : SessionOptions {
@@ -133,6 +148,7 @@ struct TapeOptions {
 struct ParsedArguments {
   Command command = Command::kUsageError;
   RunOptions run;                  // for kRun
+  MapOptions map;                  // for kMap
   DownloadOptions download;        // for kDownload
   SessionCommandOptions session;   // for kSession
   ServeOptions serve;              // for kServe

@@ -75,6 +75,30 @@ inline constexpr char kDocumentExamples[] =
     R"(  scriptwells run-document --local examples/document.xml -p for=duration:P1DT2H
   scriptwells run-document report.xml -p year=int:2024 --server http://127.0.0.1:8080 --user joe)";
 
+inline constexpr char kMapExamples[] =
+    R"(  scriptwells map price.js orders.csv --server http://127.0.0.1:8080 --user joe > prices.csv
+  scriptwells map price.js orders.csv --jobs 8 --results prices.csv --user joe
+  scriptwells map price.js orders.csv --jobs 8 --results prices.csv --user joe --resume
+  scriptwells map -e 'parameters.a * parameters.b' numbers.csv -o json --user joe)";
+
+inline constexpr char kMapNotes[] =
+    R"(ROWS is a CSV file (RFC 4180, UTF-8). Each cell of its head is a parameter, name:type, with the types of
+run -p; without a type it is a string. Columns of the type ignore are not sent. All rows are checked before
+the first call.
+
+The results are in the order of the rows. CSV has the row's cells and the column answer, where a table is
+JSON; with -o json each line is {"row":...,"cells":...,"answer":...}. The file of rows without a result has
+their cells, number and error, and can be ROWS again. A row fails if the script reports a fault; the others
+go on, and that session is replaced, since the server may have ended it. All ends if the server cannot be reached or opens no session. Ctrl-C gives calls that run 2 seconds
+to end, and cancels the rest.
+
+A request that left without an answer leaves the row's fate unknown: the script may have run. No row runs
+twice, also after kill -9: --resume runs only rows without a call, from the journal of --results. Rows of
+unknown fate are named, and run again with --retry-unknown only. The journal is not forced to the disk: after
+a loss of power rows may run again.
+
+Exit codes: 0 all rows have a result, 1 some have none; all others say why the rest was not run.)";
+
 inline constexpr char kDownloadExamples[] =
     R"(  scriptwells download 'http://127.0.0.1:8080/files/7?ticket=1' /tmp --user joe
   scriptwells download "$URL" --usid "$SESSION" --json)";

@@ -10,6 +10,7 @@
 #include "tools/options/help_format.h"
 #include "tools/options/help_options.h"
 #include "tools/options/help_texts.h"
+#include "tools/options/map_options.h"
 #include "tools/options/meant_word.h"
 #include "tools/options/registry_options.h"
 #include "tools/options/run_options.h"
@@ -84,7 +85,8 @@ class ArgumentParser {
 
   // Others do not read the file of profiles.
   bool SettlesOptions() {
-    const bool calls = run_.Parsed() || document_.Parsed() || download_.Parsed() || session_.Parsed();
+    const bool calls =
+        run_.Parsed() || document_.Parsed() || map_.Parsed() || download_.Parsed() || session_.Parsed();
     const bool hasSettings = Innermost().get_option_no_throw("--profile") != nullptr;
     return (calls && hasSettings) || (config_.Parsed() && config_.Shows());
   }
@@ -103,6 +105,8 @@ class ArgumentParser {
       Accept(Command::kRun, run_.Check());
     } else if (document_.Parsed()) {
       Accept(Command::kRun, document_.Check());
+    } else if (map_.Parsed()) {
+      Accept(Command::kMap, map_.Check());
     } else if (download_.Parsed()) {
       Accept(Command::kDownload, download_.Check());
     } else if (session_.Parsed()) {
@@ -133,6 +137,7 @@ class ArgumentParser {
     if (wrong != nullptr) return Refuse(wrong);
     result_.command = command;
     result_.run = document_.Parsed() ? document_.Options() : run_.Options();
+    result_.map = map_.Options();
     result_.download = download_.Options();
     result_.session = session_.Options();
     result_.serve = serve_.Options();
@@ -142,11 +147,12 @@ class ArgumentParser {
     result_.config = config_.Options();
     result_.config.settings = settled_.settings;
     for (SessionOptions* session :
-         {static_cast<SessionOptions*>(&result_.run), static_cast<SessionOptions*>(&result_.download),
-          static_cast<SessionOptions*>(&result_.session)})
+         {static_cast<SessionOptions*>(&result_.run), static_cast<SessionOptions*>(&result_.map),
+          static_cast<SessionOptions*>(&result_.download), static_cast<SessionOptions*>(&result_.session)})
       session->passwordFileIsSaved = settled_.hasSavedPasswordFile;
-    result_.json = result_.config.json || result_.run.json || result_.download.json || result_.session.json ||
-                   result_.serve.json || result_.registry.json || result_.describe.json;
+    result_.json = result_.config.json || result_.run.json || result_.map.json || result_.download.json ||
+                   result_.session.json || result_.serve.json || result_.registry.json ||
+                   result_.describe.json;
   }
 
   void PrintHelp() {
@@ -189,6 +195,7 @@ class ArgumentParser {
   CLI::App app_{"Runs scripts on a Scriptwells server, or in a service inside this program.", "scriptwells"};
   RunArguments run_{Prepared(app_), RunArguments::Kind::kScript};
   RunArguments document_{app_, RunArguments::Kind::kDocument};
+  MapArguments map_{app_};
   DownloadArguments download_{app_};
   SessionCommandArguments session_{app_};
   ServeArguments serve_{app_};
