@@ -1,4 +1,5 @@
-// Tells apart texts that differ by accident (FNV-1a, 64 bits). It is no protection against a forger.
+// A number for texts, which differs for texts that differ by accident (FNV-1a, 64 bits). It is no protection
+// against a forger.
 #pragma once
 
 #include <cstdint>

@@ -19,7 +19,7 @@ std::string TypeName(const scriptwells::Value& value);
 std::string FormatAnswer(OutputFormat format, const scriptwells::Value& value,
                          const std::string& nullText = "");
 
-// One sentence for what the library does not read as it was sent, in an answer that is no table.
+// One sentence for what the library does not read as it was sent, in an answer other than a table.
 std::vector<std::string> LossesOf(const scriptwells::Value& answer);
 
 // Whether a count of a duration is negative, which means that it did not fit 16 bits. A count that wrapped

@@ -1,4 +1,4 @@
-// Rows as parameters: the head, the types, and what is refused before the first call.
+// Rows as parameters: the head, the types, and errors that are found before the first call.
 #include "tools/batch/rows_file.h"
 
 #include <gtest/gtest.h>
