@@ -14,8 +14,9 @@ Secrets In(PlacedSecrets (*find)(std::string_view), const std::string& text) {
   for (const PlacedSecret& secret : find(text)) {
     EXPECT_LE(secret.begin, secret.end);
     EXPECT_LE(secret.end, text.size());
-    if (text.find('&') == std::string::npos)
+    if (text.find('&') == std::string::npos) {
       EXPECT_EQ(text.substr(secret.begin, secret.end - secret.begin), secret.value);
+    }
     values.push_back(secret.value);
   }
   return values;

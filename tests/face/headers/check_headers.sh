@@ -22,5 +22,5 @@ fi
 # But the line with the licence, which nobody reads nine times.
 lines=$(cat "$folder"/*.h | grep -cv '^// SPDX-License-Identifier: ')
 echo "$lines lines in all headers"
-[ "$lines" -lt 903 ] || { echo "FAILED: more than a person reads once"; failed=1; }
+[ "$lines" -lt 920 ] || { echo "FAILED: more than a person reads once"; failed=1; }
 exit $failed
