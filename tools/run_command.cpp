@@ -1,6 +1,7 @@
 #include "tools/run_command.h"
 
 #include <algorithm>
+#include <ctime>
 #include <ostream>
 #include <set>
 
@@ -8,12 +9,12 @@
 #include "tools/input/document_file.h"
 #include "tools/input/input_text.h"
 #include "tools/input/parameter_text.h"
-#include "tools/output/answer_format.h"
-#include "tools/output/table_output.h"
+#include "tools/output/answer_output.h"
 #include "tools/report/failure.h"
-#include "tools/report/standard_output.h"
 #include "tools/service/home_directory.h"
+#include "tools/system/interrupt.h"
 #include "tools/system/local_files.h"
+#include "tools/system/watched_file.h"
 #include "tools/transfer/saved_file.h"
 #include "tools/transfer/session_frame.h"
 #include "tools/transfer/session_settings.h"
@@ -22,7 +23,6 @@ namespace qv::cli {
 
 namespace {
 
-using scriptwells::Type;
 using scriptwells::Value;
 
 // The library counts parameters in 16 bits.
@@ -78,25 +78,42 @@ bool HasFiles(const scriptwells::Arguments& arguments) {
                      [](const scriptwells::Argument& argument) { return argument.GetFile() != nullptr; });
 }
 
-void WriteTableAnswer(const RunOptions& options, const scriptwells::Table& table, std::ostream& out,
-                      const Reporter& reporter) {
-  WriteTable(table, {options.output, options.csvNull, TerminalWidth(out)}, out);
-  for (const std::string& loss : LossesOf(table)) reporter.Note(loss);
-}
-
-void WriteAnswer(const RunOptions& options, const Value& answer, std::ostream& out,
-                 const Reporter& reporter) {
-  if (answer.type() == Type::kTable) return WriteTableAnswer(options, answer.AsTable(), out, reporter);
-  out << TextFor(out, FormatAnswer(options.output, answer, options.csvNull)) << std::flush;
-  CheckWritten(out);
-  for (const std::string& loss : LossesOf(answer)) reporter.Note(loss);
-}
-
 // The file may be on another server than that of the session.
 void WarnOfOtherServer(const std::string& url, const std::string& server, const Reporter& reporter) {
   const std::string other = ServerOfFile(url);
   if (other != ServerOfFile(server + "/file"))
     reporter.Warn("the session's id is sent to " + other + ", which has the file");
+}
+
+void RunOnce(const RunJob& job, const RunOptions& options, std::ostream& out, const Reporter& reporter) {
+  InSession(job.settings, reporter, [&](ScriptSession& session) {
+    const Value answer = options.document ? session.RunDocument(options.file, job.arguments)
+                                          : session.Run(job.script, job.arguments);
+    if (job.saveDirectory.empty())
+      return WriteAnswer({options.output, options.csvNull}, answer, out, reporter);
+    const std::string url = UrlOfAnswer(answer);
+    if (options.replayFile.empty()) WarnOfOtherServer(url, job.settings.server, reporter);
+    SaveFile(session, url, job.saveDirectory, options.output == OutputFormat::kJson, out);
+  });
+}
+
+std::string TimeOfDay() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local = {};
+  char text[16] = {};
+  if (::localtime_r(&now, &local) != nullptr) std::strftime(text, sizeof text, "%H:%M:%S", &local);
+  return text;
+}
+
+void RunOnceMore(RunJob& job, const RunOptions& options, std::ostream& out, const Reporter& reporter) {
+  reporter.Separate(options.file, TimeOfDay());
+  try {
+    job.script = TakeScript(options, reporter);
+    RunOnce(job, options, out, reporter);
+  } catch (const Failure& failure) {
+    if (!out) throw;
+    if (!Interrupted()) reporter.Report(failure);
+  }
 }
 
 }  // namespace
@@ -108,24 +125,24 @@ RunJob PrepareRun(const RunOptions& options, const Reporter& reporter) {
   if (!options.local && job.hasFiles) CheckUploadScripts();
   if (!options.saveDirectory.empty()) job.saveDirectory = CheckTargetDirectory(options.saveDirectory);
   job.settings = CheckRunSettings(options);
-  job.script = TakeScript(options, reporter);
+  if (options.watch)
+    CheckReadable(options.file, "script");
+  else
+    job.script = TakeScript(options, reporter);
   return job;
 }
 
-void Run(const RunJob& job, const RunOptions& options, std::ostream& out, const Reporter& reporter) {
-  InSession(job.settings, reporter, [&](ScriptSession& session) {
-    const Value answer = options.document ? session.RunDocument(options.file, job.arguments)
-                                          : session.Run(job.script, job.arguments);
-    if (job.saveDirectory.empty()) return WriteAnswer(options, answer, out, reporter);
-    const std::string url = UrlOfAnswer(answer);
-    if (options.replayFile.empty()) WarnOfOtherServer(url, job.settings.server, reporter);
-    SaveFile(session, url, job.saveDirectory, options.output == OutputFormat::kJson, out);
-  });
+void Run(RunJob& job, const RunOptions& options, std::ostream& out, const Reporter& reporter) {
+  if (!options.watch) return RunOnce(job, options, out, reporter);
+  WatchedFile file(options.file);
+  do RunOnceMore(job, options, out, reporter);
+  while (!Interrupted() && file.WaitForSave());
 }
 
 void RunCommand(const RunOptions& options, std::ostream& out, std::ostream& err) {
   const Reporter reporter(err, FormOf(options.json));
-  Run(PrepareRun(options, reporter), options, out, reporter);
+  RunJob job = PrepareRun(options, reporter);
+  Run(job, options, out, reporter);
 }
 
 }  // namespace qv::cli

@@ -55,19 +55,24 @@ struct SessionOptions {
   std::string replayFile;     // a tape in place of the server; empty: none
 };
 
-// Of `run` and `run-document`.
-struct RunOptions : SessionOptions {
-  bool document = false;  // `file` is a script document; `code` and `language` are unused
-  std::string file;       // "-" is standard input; empty if there is code
-  std::string code;
+// Of all commands that run scripts.
+struct ScriptOptions : SessionOptions {
   std::vector<std::string> parameters;  // "name=type:value", not checked yet
   bool local = false;                   // run in a service of this process; else on `server`
   std::string language = "JavaScript";
   OutputFormat output = OutputFormat::kText;
+};
+
+// Of `run` and `run-document`.
+struct RunOptions : ScriptOptions {
+  bool document = false;  // `file` is a script document; `code` and `language` are unused
+  std::string file;       // "-" is standard input; empty if there is code
+  std::string code;
   std::string csvNull;  // no value in CSV; needs no quotes
   std::string
       saveDirectory;   // the answer is the URL of a file to download into this directory; empty: print it
   bool force = false;  // with a directory: as in DownloadOptions
+  bool watch = false;  // run again after each save of `file`
 };
 
 struct MapOptions : SessionOptions {

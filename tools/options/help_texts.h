@@ -69,6 +69,7 @@ inline constexpr char kRunExamples[] =
   scriptwells run --local -e 'parameters.doc.text().length' -p doc=file:notes.txt
   scriptwells run --local -e 'publish("out.txt", "text")' --save /tmp
   scriptwells run --local -e '[{city: "Rome", people: 2748109}]' --output csv --null NULL
+  scriptwells run --local report.js --watch
   echo '6 * 7' | scriptwells run - --server http://127.0.0.1:8080 --user joe --json)";
 
 inline constexpr char kDocumentExamples[] =

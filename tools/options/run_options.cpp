@@ -1,7 +1,6 @@
 #include "tools/options/run_options.h"
 
 #include <CLI/CLI.hpp>
-#include <cstdlib>
 
 #include "devservice/soap/namespaces.h"
 #include "face/text/csv_text.h"
@@ -46,16 +45,14 @@ RunArguments::RunArguments(CLI::App& app, Kind kind) : CommandArguments(AddComma
 }
 
 void RunArguments::DefineParameters() {
-  command_->add_option("-p,--parameter", run_.parameters, "A parameter of the script; may be repeated")
-      ->type_name("NAME=TYPE:VALUE")
-      ->take_all()
-      ->expected(1)
-      ->allow_extra_args(false);
+  AddParameters(*command_, run_);
   command_->add_flag(
       "--local", run_.local,
       "Run in a service inside this program; nothing else is needed. A script has 5 s and 256 MiB "
       "there; for more: serve --script-timeout, --script-memory, and --server. User and password are random, "
       "so that nobody else can use it");
+  command_->add_flag("--watch", run_.watch,
+                     "Run FILE now and again each time it is saved, until Ctrl-C; failures end nothing");
 }
 
 void RunArguments::DefineScript() {
@@ -74,7 +71,7 @@ void RunArguments::DefineDocument() {
 }
 
 void RunArguments::DefineOutput() {
-  AddOutputSetting(*command_, output_);
+  output_.Define(*command_);
   null_ = command_->add_option("--null", run_.csvNull, "What CSV prints for no value; default: nothing")
               ->type_name("TEXT");
   save_ = command_
@@ -88,26 +85,15 @@ void RunArguments::DefineOutput() {
 }
 
 const char* RunArguments::Check() {
-  const char* wrong = WrongWithOutput();
+  const char* wrong = output_.Take(run_);
   if (wrong == nullptr) wrong = WrongWithNull();
   if (wrong == nullptr) wrong = WrongWithScript();
   if (wrong == nullptr) wrong = WrongWithServer();
   if (wrong == nullptr) wrong = WrongWithSave();
+  if (wrong == nullptr) wrong = WrongWithWatch();
   if (wrong == nullptr) wrong = session_->Check();
   if (run_.local) run_.usid.clear();  // that of the environment belongs to a server
   return wrong;
-}
-
-// The variable and a profile are only defaults, so --json overrides them.
-const char* RunArguments::WrongWithOutput() {
-  const bool chosen = IsTyped(*command_, "--output");
-  const char* usual = std::getenv("SCRIPTWELLS_OUTPUT");
-  if (!chosen && !run_.json && usual != nullptr && *usual != '\0') output_ = usual;
-  const OutputFormat* found = FindOutput(output_);
-  if (found == nullptr) return "SCRIPTWELLS_OUTPUT must be text, json, table or csv";
-  run_.output = run_.json ? OutputFormat::kJson : *found;
-  if (chosen && *found != run_.output) return "give --json or another --output, not both";
-  return nullptr;
 }
 
 const char* RunArguments::WrongWithNull() const {
@@ -128,21 +114,21 @@ const char* RunArguments::WrongWithScript() const {
   return nullptr;
 }
 
-// The variable is only a default, so --local overrides it.
 const char* RunArguments::WrongWithServer() {
   if (run_.passwordFromInput && run_.file == "-")
     return "standard input cannot hold both the script and the password";
-  if (run_.local && session_->HasServer()) return "give --local or --server, not both";
-  if (run_.local && session_->HasUsid()) return "a session of --local ends with it; use --usid with --server";
-  if (run_.local) run_.proxy.clear();
-  if (run_.local || session_->TakeServer()) return nullptr;
-  return "no server given (--local or --server URL)";
+  return TakeServerOrLocal(*session_, run_);
+}
+
+const char* RunArguments::WrongWithWatch() const {
+  const bool hasName = !run_.file.empty() && run_.file != "-";
+  return run_.watch && !hasName ? "--watch needs a script with a name (FILE)" : nullptr;
 }
 
 const char* RunArguments::WrongWithSave() const {
   if (save_->count() == 0) return run_.force ? "--force needs --save" : nullptr;
   if (run_.saveDirectory.empty()) return "--save must name a directory";
-  if (!IsTyped(*command_, "--output")) return nullptr;
+  if (!output_.IsChosen()) return nullptr;
   if (run_.output == OutputFormat::kTable) return "--save prints a path, for which there is no table";
   return run_.output == OutputFormat::kCsv ? "--save prints a path, for which there is no CSV" : nullptr;
 }

@@ -6,6 +6,7 @@
 
 #include "tools/input/parsed_options.h"
 #include "tools/options/command_arguments.h"
+#include "tools/options/script_options.h"
 #include "tools/options/session_options.h"
 
 namespace qv::cli {
@@ -25,14 +26,14 @@ class RunArguments : public CommandArguments {
   void DefineDocument();
   void DefineParameters();
   void DefineOutput();
-  const char* WrongWithOutput();
   const char* WrongWithNull() const;
   const char* WrongWithScript() const;
   const char* WrongWithServer();
   const char* WrongWithSave() const;
+  const char* WrongWithWatch() const;
 
   RunOptions run_;
-  std::string output_ = "text";
+  OutputArgument output_;
   std::optional<SessionArguments> session_;
   CLI::Option* code_ = nullptr;  // null for a document
   CLI::Option* null_ = nullptr;

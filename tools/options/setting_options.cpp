@@ -68,7 +68,7 @@ void AddTimeSettings(CLI::App& command, SessionOptions& options) {
   AddTimeSetting(command, "max-time", options.maxTimeSeconds);
 }
 
-void AddLanguageSetting(CLI::App& command, RunOptions& options) {
+void AddLanguageSetting(CLI::App& command, ScriptOptions& options) {
   AddSetting(command, "language", options.language)->capture_default_str();
 }
 

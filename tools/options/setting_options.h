@@ -22,7 +22,7 @@ void AddServerSettings(CLI::App& command, SessionOptions& options);
 void AddCredentialSettings(CLI::App& command, SessionOptions& options);
 void AddTlsSettings(CLI::App& command, SessionOptions& options);
 void AddTimeSettings(CLI::App& command, SessionOptions& options);
-void AddLanguageSetting(CLI::App& command, RunOptions& options);
+void AddLanguageSetting(CLI::App& command, ScriptOptions& options);
 // --output FORMAT
 CLI::Option* AddOutputSetting(CLI::App& command, std::string& target);
 

@@ -69,4 +69,15 @@ void Reporter::Remark(const char* kind, const std::string& message) const {
   err_ << JsonText(whole) << std::endl;
 }
 
+void Reporter::Separate(const std::string& name, const std::string& time) const {
+  if (form_ != ReportForm::kJson) {
+    err_ << "--- " << Shown(name) << ", " << time << " ---" << std::endl;
+    return;
+  }
+  nlohmann::ordered_json whole;
+  whole["run"]["file"] = name;
+  whole["run"]["time"] = time;
+  err_ << JsonText(whole) << std::endl;
+}
+
 }  // namespace qv::cli

@@ -34,6 +34,11 @@ class Reporter {
   void Note(const std::string& message) const { Remark("note", message); }
   void Warn(const std::string& message) const { Remark("warning", message); }
 
+  // Before the output of one of several runs of `name`.
+  //   --- report.js, 14:03:07 ---
+  //   {"run":{"file":"report.js","time":"14:03:07"}}
+  void Separate(const std::string& name, const std::string& time) const;
+
  private:
   void Remark(const char* kind, const std::string& message) const;
 

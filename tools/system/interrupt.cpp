@@ -96,6 +96,13 @@ void WaitReadable(int descriptor) {
   ThrowIfInterrupted();
 }
 
+Waited WaitFor(int descriptor, int milliseconds) noexcept {
+  pollfd waits[] = {{descriptor, POLLIN, 0}, {g_pipe[0], POLLIN, 0}};
+  const int ready = poll(waits, 2, milliseconds);
+  if (ready < 0 || waits[1].revents != 0) return Waited::kSignal;
+  return ready == 0 ? Waited::kTimeOver : Waited::kReadable;
+}
+
 void WaitForInterrupt() {
   WaitForEither(-1);
 }

@@ -26,6 +26,12 @@ void ThrowIfInterrupted();
 // after one that came before the call.
 void WaitReadable(int descriptor);
 
+enum class Waited { kReadable, kTimeOver, kSignal };
+
+// The same without an exception, and also until the time is over (negative: no limit). Any signal that has a
+// handler ends it, not only those above.
+Waited WaitFor(int descriptor, int milliseconds) noexcept;
+
 // Waits for the first signal. The program then has 5 seconds to exit.
 void WaitForInterrupt();
 

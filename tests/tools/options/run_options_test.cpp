@@ -204,6 +204,14 @@ TEST_F(RunOptionsTest, VariablesAreDefaults) {
   EXPECT_EQ(local.usid, "");
 }
 
+TEST_F(RunOptionsTest, WatchNeedsAFile) {
+  EXPECT_FALSE(Run("run --local a.js").watch);
+  EXPECT_TRUE(Run("run --local a.js --watch").watch);
+  EXPECT_TRUE(Run("run-document --local a.xml --watch").watch);
+  ExpectRefusals("run", {{"--local --watch -e 1", "--watch needs a script with a name (FILE)"},
+                         {"--local --watch -", "--watch needs a script with a name (FILE)"}});
+}
+
 TEST_F(RunOptionsTest, SaveNamesADirectory) {
   EXPECT_EQ(Run("run --local -e 1 --save /tmp").saveDirectory, "/tmp");
   EXPECT_EQ(Run("run-document --local a.xml --save .").saveDirectory, ".");
