@@ -32,6 +32,7 @@ ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& e
     case Command::kRegistry:
     case Command::kDescribe:
     case Command::kServe:
+    case Command::kShell:
       break;
   }
   return ExitStatus::kFault;

@@ -16,9 +16,15 @@ struct CallingCommand {
   std::ostream& err;
 };
 
+// Whether the command has --local.
+inline bool RunsScriptsItself(const ParsedArguments& parsed) {
+  return (parsed.command == Command::kRun && parsed.run.local) ||
+         (parsed.command == Command::kShell && parsed.shell.local);
+}
+
 // Whether the command runs a service of this program.
 inline bool RunsService(const ParsedArguments& parsed) {
-  return parsed.command == Command::kServe || (parsed.command == Command::kRun && parsed.run.local);
+  return parsed.command == Command::kServe || RunsScriptsItself(parsed);
 }
 
 // Both run the command, report its failure on `err`, and return the exit status. Neither throws.
@@ -28,5 +34,9 @@ int RunCallingCommand(CallingCommand command) noexcept;
 
 // For commands that do.
 int RunServiceCommand(CallingCommand command) noexcept;
+
+// The same for `shell`, which needs a library for editing.
+int RunShellCommand(CallingCommand command) noexcept;
+int RunLocalShellCommand(CallingCommand command) noexcept;
 
 }  // namespace qv::cli

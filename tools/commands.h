@@ -21,6 +21,14 @@ void LocalRunCommand(const RunOptions& options, devservice::StartedWorker worker
 // file. Throws kFault if a row has no result. Prints notes and progress on `err`.
 void MapCommand(const MapOptions& options, std::ostream& out, std::ostream& err);
 
+// `scriptwells shell`: runs scripts as they are typed, in one session, until the input ends. Reports failures
+// on `err` if a person types; otherwise throws the first.
+void ShellCommand(const ShellOptions& options, std::ostream& out, std::ostream& err);
+
+// The same with --local: in a service of this program, by `worker` unless that is none.
+void LocalShellCommand(const ShellOptions& options, devservice::StartedWorker worker, std::ostream& out,
+                       std::ostream& err);
+
 // `scriptwells download`: opens a session (or uses that of --usid), downloads the file, prints its path on
 // `out` and always closes the session. Prints notes on `err`.
 void DownloadCommand(const DownloadOptions& options, std::ostream& out, std::ostream& err);

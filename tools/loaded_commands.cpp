@@ -36,7 +36,7 @@ CommandsEntry Load(const std::string& path) {
 
 // Before the library is loaded, which takes as long as the worker's start.
 devservice::StartedWorker EarlyWorker(const ParsedArguments& parsed) {
-  if (parsed.command != Command::kRun || !parsed.run.local) return {};
+  if (!RunsScriptsItself(parsed)) return {};
   try {
     return devservice::StartedWorker({ScriptWorker()});
   } catch (const std::exception&) {
@@ -44,9 +44,14 @@ devservice::StartedWorker EarlyWorker(const ParsedArguments& parsed) {
   }
 }
 
+std::string LibraryOf(const ParsedArguments& parsed) {
+  if (parsed.command == Command::kShell) return parsed.shell.local ? LocalShellLibrary() : ShellLibrary();
+  return RunsService(parsed) ? ServiceLibrary() : CommandsLibrary();
+}
+
 ExitStatus RunInLibrary(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {
   devservice::StartedWorker worker = EarlyWorker(parsed);
-  const std::string path = RunsService(parsed) ? ServiceLibrary() : CommandsLibrary();
+  const std::string path = LibraryOf(parsed);
   if (RunsService(parsed)) RequireService(path);
   CommandsCall call;
   call.parsed = &parsed;

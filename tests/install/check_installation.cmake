@@ -138,6 +138,7 @@ if(NOT said MATCHES "cannot reach")
   message(FATAL_ERROR "A call after the move said:\n${said}")
 endif()
 foreach(needed IN ITEMS ${LIBDIR}/quorvane/scriptwells-commands.so ${LIBDIR}/quorvane/scriptwells-service.so
+    ${LIBDIR}/quorvane/scriptwells-shell.so ${LIBDIR}/quorvane/scriptwells-local-shell.so
     ${LIBDIR}/quorvane/scriptwells-xml.so ${LIBEXECDIR}/quorvane/scriptwells-script-worker)
   if(NOT EXISTS "${moved}/${needed}")
     message(FATAL_ERROR "${needed} is not installed")

@@ -31,6 +31,7 @@ class OptionsTest : public ::testing::Test {
   static RunOptions Run(const std::string& line, const Words& more = {}) {
     return Parsed(Command::kRun, line, more).run;
   }
+  static ShellOptions Shell(const std::string& line) { return Parsed(Command::kShell, line).shell; }
   static DownloadOptions Download(const std::string& line) {
     return Parsed(Command::kDownload, line).download;
   }

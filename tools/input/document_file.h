@@ -9,7 +9,7 @@ namespace qv::cli {
 // 64 MB.
 void CheckDocument(const std::string& file);
 
-// Whether a script begins like such a document, after blanks and an XML declaration.
+// Whether a script begins like such a document, after blanks, an XML declaration and comments.
 bool LooksLikeDocument(const std::string& script);
 
 }  // namespace qv::cli

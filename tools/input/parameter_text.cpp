@@ -93,6 +93,10 @@ std::vector<std::string> NotesOn(const Argument& argument) {
 
 }  // namespace
 
+std::vector<std::string> ParameterTypes() {
+  return {std::begin(kTypes), std::end(kTypes)};
+}
+
 ScriptParameter ParseParameter(const std::string& text) {
   if (!utf8::is_valid(text.begin(), text.end())) Refuse("a parameter is not valid UTF-8");
   const std::size_t equals = text.find('=');

@@ -18,4 +18,7 @@ struct ScriptParameter {
 // the library reads as "/". Throws Failure (kLocal) that names the parameter and the reason.
 ScriptParameter ParseParameter(const std::string& text);
 
+// "byte", "short", ..., "file".
+std::vector<std::string> ParameterTypes();
+
 }  // namespace qv::cli

@@ -17,6 +17,7 @@ enum class Command {
   kProfileError,
   kRun,
   kMap,
+  kShell,
   kDownload,
   kSession,
   kServe,
@@ -95,6 +96,10 @@ struct DownloadOptions : SessionOptions {
   bool force = false;     // replace a file, and save a name that begins with "."
 };
 
+struct ShellOptions : ScriptOptions {
+  bool history = true;  // kept in a file
+};
+
 enum class SessionVerb { kOpen, kClose };
 
 struct SessionCommandOptions : SessionOptions {
@@ -154,6 +159,7 @@ struct ParsedArguments {
   Command command = Command::kUsageError;
   RunOptions run;                  // for kRun
   MapOptions map;                  // for kMap
+  ShellOptions shell;              // for kShell
   DownloadOptions download;        // for kDownload
   SessionCommandOptions session;   // for kSession
   ServeOptions serve;              // for kServe

@@ -116,6 +116,25 @@ session (scriptwells session open).
 The password comes from the first of: --password-command, --password-file or --password-stdin, the variable
 SCRIPTWELLS_PASSWORD, the profile, a question on the terminal; else it is empty.)";
 
+inline constexpr char kShellExamples[] =
+    R"(  scriptwells shell --local
+  scriptwells shell --server https://scripts.example --user joe -p year=int:2024 --output table
+  scriptwells shell --local < scripts.txt)";
+
+inline constexpr char kShellNotes[] =
+    R"(Every line is a script, or a command that begins with ':'; :help lists the commands. A script goes on in the
+next line while its brackets, strings or comments are open; :{ and :}, each in its own line, enclose one of
+any form. In other languages than JavaScript, a line that ends with '\' goes on in the next one. All scripts
+run in one session. Ctrl-C cancels the running script and the session stays; at the prompt it clears the line.
+Ctrl-D or :quit closes the session.
+
+On a terminal lines can be edited, and TAB completes commands, parameters, files and the columns of the last
+table. The history is in the file scriptwells/history below $XDG_STATE_HOME (else ~/.local/state). A line that
+begins with a blank, or that holds the password or the session's id, is not in it.
+
+If standard input is no terminal, there is no prompt, and the first failure ends the shell with its exit code.
+On a terminal the shell goes on after a failure, and returns 0. --max-time limits each script.)";
+
 inline constexpr char kServeExamples[] =
     R"(  scriptwells serve --port 8080 --users-file users.txt
   scriptwells serve --home ~/scripts-home

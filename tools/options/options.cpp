@@ -17,6 +17,7 @@
 #include "tools/options/serve_options.h"
 #include "tools/options/session_command_options.h"
 #include "tools/options/setting_options.h"
+#include "tools/options/shell_options.h"
 #include "tools/options/tape_options.h"
 #include "tools/report/failure.h"
 
@@ -85,8 +86,8 @@ class ArgumentParser {
 
   // Others do not read the file of profiles.
   bool SettlesOptions() {
-    const bool calls =
-        run_.Parsed() || document_.Parsed() || map_.Parsed() || download_.Parsed() || session_.Parsed();
+    const bool calls = run_.Parsed() || document_.Parsed() || shell_.Parsed() || map_.Parsed() ||
+                       download_.Parsed() || session_.Parsed();
     const bool hasSettings = Innermost().get_option_no_throw("--profile") != nullptr;
     return (calls && hasSettings) || (config_.Parsed() && config_.Shows());
   }
@@ -119,6 +120,8 @@ class ArgumentParser {
       Accept(Command::kDescribe, describe_.Check());
     } else if (tape_.Parsed()) {
       Accept(Command::kTape, tape_.Check());
+    } else if (shell_.Parsed()) {
+      Accept(Command::kShell, shell_.Check());
     } else if (help_.AsksForVersion()) {
       Print(kVersion);
     } else if (help_.AsksForHelp()) {
@@ -143,16 +146,18 @@ class ArgumentParser {
     result_.serve = serve_.Options();
     result_.registry = registry_.Options();
     result_.describe = describe_.Options();
+    result_.shell = shell_.Options();
     result_.tape = tape_.Options();
     result_.config = config_.Options();
     result_.config.settings = settled_.settings;
     for (SessionOptions* session :
-         {static_cast<SessionOptions*>(&result_.run), static_cast<SessionOptions*>(&result_.map),
-          static_cast<SessionOptions*>(&result_.download), static_cast<SessionOptions*>(&result_.session)})
+         {static_cast<SessionOptions*>(&result_.run), static_cast<SessionOptions*>(&result_.shell),
+          static_cast<SessionOptions*>(&result_.map), static_cast<SessionOptions*>(&result_.download),
+          static_cast<SessionOptions*>(&result_.session)})
       session->passwordFileIsSaved = settled_.hasSavedPasswordFile;
-    result_.json = result_.config.json || result_.run.json || result_.map.json || result_.download.json ||
-                   result_.session.json || result_.serve.json || result_.registry.json ||
-                   result_.describe.json;
+    result_.json = result_.config.json || result_.run.json || result_.shell.json || result_.map.json ||
+                   result_.download.json || result_.session.json || result_.serve.json ||
+                   result_.registry.json || result_.describe.json;
   }
 
   void PrintHelp() {
@@ -198,6 +203,7 @@ class ArgumentParser {
   MapArguments map_{app_};
   DownloadArguments download_{app_};
   SessionCommandArguments session_{app_};
+  ShellArguments shell_{app_};
   ServeArguments serve_{app_};
   RegistryArguments registry_{app_};
   ConfigArguments config_{app_};

@@ -22,6 +22,12 @@ enum class ExitStatus : int {
   kInterrupted = 130,  // as shells report SIGINT
 };
 
+// A place in a script, from 1.
+struct ScriptPlace {
+  int line = 0;
+  int column = 0;  // 0 if unknown
+};
+
 // `status` is never kOk. `message` is UTF-8 without the program's name and without a full stop.
 class Failure : public std::exception {
  public:
@@ -51,6 +57,15 @@ class Failure : public std::exception {
     return silent;
   }
 
+  // The same failure at this place of the script.
+  Failure At(const ScriptPlace& place) const {
+    Failure placed = *this;
+    placed.place_ = place;
+    return placed;
+  }
+
+  // Nothing if the server did not say it.
+  const std::optional<ScriptPlace>& Place() const noexcept { return place_; }
   bool IsSilent() const noexcept { return isSilent_; }
   ExitStatus Status() const noexcept { return status_; }
   // The kind that Called gave; else null.
@@ -64,6 +79,7 @@ class Failure : public std::exception {
   ExitStatus status_;
   std::string message_;
   std::optional<std::uint32_t> code_;
+  std::optional<ScriptPlace> place_;
   const char* kind_ = nullptr;
   bool isSilent_ = false;
 };

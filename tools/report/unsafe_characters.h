@@ -9,6 +9,7 @@ using scriptwells::EscapeForJson;
 using scriptwells::EscapeFormatCharacters;
 using scriptwells::EscapeForTerminal;
 using scriptwells::FormatCharacterAt;
+using scriptwells::HoldsUnsafeCharacters;
 using scriptwells::kFormatEscape;
 using scriptwells::OneLine;
 

@@ -22,6 +22,8 @@ static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may not 
 using CleanUp = void (*)();
 static_assert(std::atomic<CleanUp>::is_always_lock_free, "a signal handler may not wait");
 std::atomic<CleanUp> g_cleanUp{nullptr};
+std::atomic<bool> g_stays{false};    // after SIGINT
+std::atomic<bool> g_leaving{false};  // a signal ends the program
 
 // The handler writes a byte that nobody reads, so that a poll returns also when the signal came just before
 // it.
@@ -33,11 +35,16 @@ int g_pipe[2] = {-1, -1};
   _exit(static_cast<int>(ExitStatus::kInterrupted));
 }
 
-extern "C" void OnInterrupt(int) {
-  const int error = errno;
-  if (Interrupted()) LeaveAtOnce();
-  InterruptToken().Cancel();
+void BeginToLeave() {
+  if (g_leaving) LeaveAtOnce();
+  g_leaving = true;
   alarm(kSecondsToLeave);
+}
+
+extern "C" void OnInterrupt(int signal) {
+  const int error = errno;
+  if (signal != SIGINT || !g_stays) BeginToLeave();
+  InterruptToken().Cancel();
   const char byte = 0;
   [[maybe_unused]] const ssize_t written = write(g_pipe[1], &byte, 1);
   errno = error;
@@ -85,6 +92,20 @@ scriptwells::CancelToken& InterruptToken() {
 
 void OnForcedExit(void (*cleanUp)()) noexcept {
   g_cleanUp = cleanUp;
+}
+
+void StayAfterInterrupts() {
+  g_stays = true;
+  Handle(SIGHUP, OnInterrupt);
+}
+
+bool ForgetInterrupt() noexcept {
+  char dropped[64];
+  while (read(g_pipe[0], dropped, sizeof dropped) > 0) {
+  }
+  InterruptToken().Reset();
+  if (g_leaving) InterruptToken().Cancel();  // also one that came just before the reset
+  return !g_leaving;
 }
 
 void ThrowIfInterrupted() {

@@ -19,6 +19,13 @@ scriptwells::CancelToken& InterruptToken();
 // Null removes it.
 void OnForcedExit(void (*cleanUp)()) noexcept;
 
+// For a program that stays: from now on SIGINT only cancels the token, as often as it comes. SIGHUP does what
+// SIGTERM does.
+void StayAfterInterrupts();
+
+// Forgets SIGINT, so that calls and waits work again. False if another signal ends the program.
+bool ForgetInterrupt() noexcept;
+
 // Throws Failure (kInterrupted) after a signal.
 void ThrowIfInterrupted();
 

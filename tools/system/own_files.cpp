@@ -25,6 +25,10 @@ constexpr Places kCommandsLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-co
                                      "../tools/scriptwells-commands.so"};
 constexpr Places kServiceLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-service.so",
                                     "../tools/scriptwells-service.so"};
+constexpr Places kShellLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-shell.so",
+                                  "../tools/scriptwells-shell.so"};
+constexpr Places kLocalShellLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-local-shell.so",
+                                       "../tools/scriptwells-local-shell.so"};
 constexpr Places kXmlLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-xml.so",
                                 "../tools/scriptwells-xml.so"};
 constexpr Places kScriptWorker = {SCRIPTWELLS_WORKER_FOLDER "/scriptwells-script-worker",
@@ -53,6 +57,14 @@ std::string CommandsLibrary() {
 
 std::string ServiceLibrary() {
   return Find(kServiceLibrary);
+}
+
+std::string ShellLibrary() {
+  return Find(kShellLibrary);
+}
+
+std::string LocalShellLibrary() {
+  return Find(kLocalShellLibrary);
 }
 
 std::string XmlLibrary() {

@@ -17,6 +17,10 @@ std::string ServiceLibrary();
 // That of the parts which need the XML library.
 std::string XmlLibrary();
 
+// Those of the shell, without and with a service.
+std::string ShellLibrary();
+std::string LocalShellLibrary();
+
 // The program that runs scripts for a service.
 std::string ScriptWorker();
 

@@ -94,8 +94,10 @@ const char* KindOf(const Error& error) {
 
 Failure FailureOf(const Error& error) {
   const ExitStatus status = StatusOf(error);
-  const Failure failure = error.number() ? Failure(status, MessageOf(error), error.details().result)
-                                         : Failure(status, MessageOf(error));
+  const scriptwells::ErrorDetails& details = error.details();
+  Failure failure =
+      error.number() ? Failure(status, MessageOf(error), details.result) : Failure(status, MessageOf(error));
+  if (details.line > 0) failure = failure.At({details.line, details.column});
   const char* kind = KindOf(error);
   return kind == nullptr ? failure : failure.Called(kind);
 }

@@ -20,7 +20,7 @@ constexpr milliseconds kLastWait{2000};
 ScriptSession::ScriptSession(const SessionSettings& settings)
     : settings_(settings), progress_(settings.showProgress) {
   const milliseconds total = settings.options.totalTimeout;
-  if (total.count() > 0) end_ = steady_clock::now() + total;
+  if (total.count() > 0 && !settings.manyCalls) end_ = steady_clock::now() + total;
   if (!settings.traceFile.empty()) trace_.emplace(settings.traceFile);
 }
 
@@ -29,9 +29,10 @@ scriptwells::Options ScriptSession::Options() {
   options.closeTimeout = kLastWait;
   options.cancel = InterruptToken();
   options.listener = [this](const scriptwells::Exchange& exchange) { Look(exchange); };
-  options.listenerBodies = trace_.has_value();
+  const bool mayTrace = trace_ || settings_.manyCalls;
+  options.listenerBodies = mayTrace;
   // Nothing is shown without a trace, but a file's name may look like a password.
-  options.showSecrets = settings_.options.showSecrets || !trace_;
+  options.showSecrets = settings_.options.showSecrets || !mayTrace;
   if (progress_.IsShown())
     options.progress = [this](const scriptwells::Progress& progress) { progress_.Update(progress); };
   return options;
@@ -53,6 +54,7 @@ milliseconds ScriptSession::TimeLeft() const {
 scriptwells::RunOptions ScriptSession::WithinTimeLeft() const {
   scriptwells::RunOptions options;
   if (end_) options.totalTimeout = TimeLeft();
+  options.language = language_;
   return options;
 }
 
@@ -110,8 +112,14 @@ void ScriptSession::LeaveOpen() {
   session_->Release();
 }
 
-std::vector<std::string> ScriptSession::Warnings() const {
-  std::vector<std::string> warnings = refusedUploads_;
+void ScriptSession::TraceInto(const std::string& file) {
+  trace_.reset();
+  if (!file.empty()) trace_.emplace(file);
+}
+
+std::vector<std::string> ScriptSession::TakeWarnings() {
+  std::vector<std::string> warnings;
+  warnings.swap(refusedUploads_);
   if (trace_ && !trace_->IsComplete())
     warnings.push_back("the trace " + trace_->Path() + " could not be written in full");
   return warnings;

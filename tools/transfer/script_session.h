@@ -36,8 +36,14 @@ class ScriptSession {
 
   // The id of the session that Open opened.
   std::string Id() const { return session_->Id(); }
-  // What calls went on without: an upload that the server refused, a trace that could not be written.
-  std::vector<std::string> Warnings() const;
+  // What calls went on without since the last time: an upload that the server refused, a trace that could not
+  // be written.
+  std::vector<std::string> TakeWarnings();
+
+  // For many calls (SessionSettings::manyCalls): the language of the next scripts.
+  void UseLanguage(const std::string& language) { language_ = language; }
+  // The same: writes a trace from now on, as in SessionOptions; empty: none.
+  void TraceInto(const std::string& file);
 
  private:
   scriptwells::Options Options();
@@ -52,6 +58,7 @@ class ScriptSession {
   TransferProgress progress_;
   std::optional<TraceFile> trace_;
   std::vector<std::string> refusedUploads_;
+  std::optional<std::string> language_;
   std::optional<scriptwells::Session> session_;  // last: it uses the members above until its end
 };
 

@@ -11,8 +11,8 @@ void NoteLosses(const std::string& what, const std::string& text, const Reporter
   for (const std::string& loss : scriptwells::LossesOnTheWire(text)) reporter.Note(what + loss);
 }
 
-void Warn(const ScriptSession& session, const Reporter& reporter) {
-  for (const std::string& warning : session.Warnings()) reporter.Warn(warning);
+void Warn(ScriptSession& session, const Reporter& reporter) {
+  for (const std::string& warning : session.TakeWarnings()) reporter.Warn(warning);
 }
 
 void Leave(ScriptSession& session, const Reporter& reporter) {

@@ -15,6 +15,7 @@ struct SessionSettings {
   std::string usid;              // of a session to use; empty: a new one is opened
   scriptwells::Options options;  // the total time is that of the whole session
   std::string traceFile;         // as in SessionOptions
+  bool manyCalls = false;        // the total time is that of each call, and a trace may begin at any time
   bool showProgress = false;     // of long transfers, if standard error is a terminal
 
   ~SessionSettings();

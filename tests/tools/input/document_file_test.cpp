@@ -53,10 +53,12 @@ TEST_F(DocumentFile, EmptyAndLongFilesAreRejected) {
 TEST(LooksLikeDocument, IfItBeginsWithTheRootElement) {
   for (const char* text :
        {"<Scriptwell>", " \r\n\t<Scriptwell Language=\"x\">", "<?xml version=\"1.0\"?><Scriptwell/>",
-        "<?xml version=\"1.0\"?>\n\n<Scriptwell xmlns=\"a\">"})
+        "<?xml version=\"1.0\"?>\n\n<Scriptwell xmlns=\"a\">",
+        "<?xml version=\"1.0\"?>\n<!-- a -->\n<!-- b --><!DOCTYPE Scriptwell [", "<!----><Scriptwell>"})
     EXPECT_TRUE(LooksLikeDocument(text)) << text;
-  for (const char* text : {"", " ", "1", "<a/>", "'<Scriptwell'", "// x\n<Scriptwell>",
-                           "<?xml version=\"1.0\"?>", "<?xml ", "<?xml ?> ", "<scriptwell>"})
+  for (const char* text :
+       {"", " ", "1", "<a/>", "'<Scriptwell'", "// x\n<Scriptwell>", "<?xml version=\"1.0\"?>", "<?xml ",
+        "<?xml ?> ", "<scriptwell>", "<!-- <Scriptwell>", "<!DOCTYPE a>"})
     EXPECT_FALSE(LooksLikeDocument(text)) << text;
 }
 

@@ -12,8 +12,8 @@ using testing::Each;
 using testing::Holds;
 
 const auto kCommands = Each(
-    "|run|run-document|map|download|session|session open|session close|serve|registry|registry get|registry "
-    "set|"
+    "|run|run-document|shell|map|download|session|session open|session close|serve|registry|registry "
+    "get|registry set|"
     "registry remove|registry list|config|config show|config set|config unset|config path|config "
     "profiles|describe|tape|tape show|tape diff|tape verify|"
     "help");

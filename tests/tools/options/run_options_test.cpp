@@ -212,6 +212,33 @@ TEST_F(RunOptionsTest, WatchNeedsAFile) {
                          {"--local --watch -", "--watch needs a script with a name (FILE)"}});
 }
 
+TEST_F(RunOptionsTest, ShellSharesThem) {
+  const ShellOptions shell = Shell(
+      "shell --server https://h --user u -p a=int:1 -p b=int:2 --language VBScript -o table --max-time 2 "
+      "--trace t "
+      "--no-history");
+  EXPECT_EQ(shell.server, "https://h");
+  EXPECT_EQ(shell.parameters, (Words{"a=int:1", "b=int:2"}));
+  EXPECT_EQ(shell.language, "VBScript");
+  EXPECT_EQ(shell.output, OutputFormat::kTable);
+  EXPECT_EQ(shell.maxTimeSeconds, 2);
+  EXPECT_EQ(shell.traceFile, "t");
+  EXPECT_FALSE(shell.history);
+  EXPECT_TRUE(Shell("shell --local").history);
+  EXPECT_EQ(Shell("shell --local --json").output, OutputFormat::kJson);
+  EXPECT_EQ(Shell("shell --server http://h --usid x").usid, "x");
+  ExpectRefusals("shell",
+                 {{"", "no server given (--local or --server URL)"},
+                  {"--local --server http://h", "give --local or --server, not both"},
+                  {"--local --usid x", "a session of --local ends with it; use --usid with --server"},
+                  {"--local --json -o csv", "give --json or another --output, not both"}});
+  EXPECT_NE(Refusal("shell --local a.js"), "accepted");
+  Set("OUTPUT", "csv");
+  Set("USID", "abc");
+  EXPECT_EQ(Shell("shell --local").output, OutputFormat::kCsv);
+  EXPECT_EQ(Shell("shell --local").usid, "");
+}
+
 TEST_F(RunOptionsTest, SaveNamesADirectory) {
   EXPECT_EQ(Run("run --local -e 1 --save /tmp").saveDirectory, "/tmp");
   EXPECT_EQ(Run("run-document --local a.xml --save .").saveDirectory, ".");

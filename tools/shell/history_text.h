@@ -1,0 +1,17 @@
+// The entries of the shell's history as lines of a file.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace qv::cli {
+
+// One line for an entry, which may have several: "\n" for a line end, "\\" for a backslash.
+std::string HistoryLine(const std::string& entry);
+std::string EntryOf(const std::string& line);
+
+// Whether the entry may be written into a file: not after a blank, not longer than 64 kB, and without a
+// secret, also as URLs, XML, JSON and base64 write it. Empty secrets do not count.
+bool MayBeKept(const std::string& entry, const std::vector<std::string>& secrets);
+
+}  // namespace qv::cli
