@@ -19,9 +19,13 @@ struct KindRow {
 };
 
 // By the name that help has for the value.
-constexpr KindRow kKinds[] = {{"FILE", ValueKind::kFile},       {"DIR", ValueKind::kDirectory},
-                              {"PROFILE", ValueKind::kProfile}, {"NAME=TYPE:VALUE", ValueKind::kParameter},
-                              {"COMMAND", ValueKind::kTopic},   {"OBJECT", ValueKind::kObject}};
+constexpr KindRow kKinds[] = {{"FILE", ValueKind::kFile},
+                              {"ROWS", ValueKind::kFile},
+                              {"DIR", ValueKind::kDirectory},
+                              {"PROFILE", ValueKind::kProfile},
+                              {"NAME=TYPE:VALUE", ValueKind::kParameter},
+                              {"COMMAND", ValueKind::kTopic},
+                              {"OBJECT", ValueKind::kObject}};
 
 ValueKind KindOf(const std::string& value) {
   if (value.empty()) return ValueKind::kNone;

@@ -74,6 +74,7 @@ constexpr Row kFiles[] = {
     {"--profile", "$XDG_CONFIG_HOME/scriptwells/config.toml", "The profiles of this user"},
     {"", "$XDG_CONFIG_HOME/quorvane/registry.reg", "The registry of this user"},
     {"", "/etc/quorvane/registry.reg", "The registry of the administrator"},
+    {"--results", "FILE.journal", "With --results: which rows were run, for --resume"},
     {"--home", "DIR/serve.reg", "With --home: a registry that names DIR, while the service runs"},
     {"--home", "DIR/ClientScripts", "The upload scripts of a home directory"}};
 
