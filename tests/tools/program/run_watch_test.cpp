@@ -70,7 +70,9 @@ TEST_F(Watch, SavesInQuickSuccessionAreOne) {
     answer = process.ReadLine();
   }
   EXPECT_EQ(answer, "3");
-  if (isQuick) EXPECT_EQ(runs, 1);
+  if (isQuick) {
+    EXPECT_EQ(runs, 1);
+  }
   ExpectEnd(process);
 }
 
