@@ -1,0 +1,157 @@
+#include "tools/inspect/rules.h"
+
+#include <array>
+
+namespace qv::cli {
+
+namespace {
+
+constexpr std::array<RuleRow, kRules> kRows = {{
+    {Rule::kCertificate, "certificate",
+     "With https, the certificate is valid now, for this name, and from an authority that the client trusts.",
+     "Send the whole chain, renew it in time, and name the host in it; or give the client your authority "
+     "with --ca-file.",
+     "soap_ssl_server_context() with a key file that has the whole chain", nullptr,
+     "https.createServer({key, cert}), where cert has the whole chain"},
+    {Rule::kHttpAnswer, "http-answer",
+     "Every request gets an answer in HTTP before the connection is closed.",
+     "Look into the server's log for a process that ends, or a filter that drops the request.",
+     "look at soap_print_fault() after soap_serve()", "look for a fatal error in PHP's error log",
+     "handle the server's event 'clientError'"},
+    {Rule::kInTime, "in-time", "The whole answer comes within the client's times for silence.",
+     "Answer sooner, or give the client more time with --timeout.", nullptr, nullptr, nullptr},
+    {Rule::kRedirect, "redirect", "The service answers at the address itself; redirects are not followed.",
+     "Serve this path directly, or give clients the address that it redirects to.", nullptr, nullptr,
+     nullptr},
+    {Rule::kContentLength, "content-length", "Every answer has a Content-Length above 0.",
+     "Collect the answer before its head is sent, and send its length.", "soap_init1(SOAP_IO_STORE)",
+     "header('Content-Length: ' . strlen($answer)), after the last change to it",
+     "soap.listen(server, {path, services, xml, enableChunkedEncoding: false})"},
+    {Rule::kChunked, "chunked", "Answers are not sent in chunks.",
+     "Collect the answer before its head is sent, and send a Content-Length in place of Transfer-Encoding.",
+     "soap_init1(SOAP_IO_STORE), not SOAP_IO_CHUNK",
+     "header('Content-Length: ' . strlen($answer)), after the last change to it",
+     "soap.listen(server, {path, services, xml, enableChunkedEncoding: false})"},
+    {Rule::kWholeBody, "whole-body", "The body has exactly as many bytes as Content-Length says.",
+     "Count bytes, not characters, after the last change to the answer.", nullptr,
+     "header('Content-Length: ' . strlen($answer)): SoapServer has set the length of its own text",
+     "Buffer.byteLength(text), not text.length"},
+    {Rule::kCompression, "compression", "Answers are not compressed.",
+     "Switch compression off for this path, also in proxies before the server.", "without SOAP_ENC_ZLIB",
+     "ini_set('zlib.output_compression', '0')", "no compression() before the service's path"},
+    {Rule::kServicePath, "service-path",
+     "A POST to /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx is answered with a SOAP envelope.",
+     "Serve this path, below the path of the address if that has one.",
+     "the generated server takes every path; look at a proxy before it",
+     "php -S HOST:PORT server.php takes every path; other servers need a rewrite to the script",
+     "soap.listen(server, '/Quorvane/api/Scriptwells/2.0/Scriptwells.asmx', ...)"},
+    {Rule::kWellFormed, "well-formed", "An answer is well-formed XML in the encoding that it names.",
+     "Escape texts, leave out control characters, and write nothing before and after the envelope.", nullptr,
+     "no text outside of <?php, and display_errors off", nullptr},
+    {Rule::kEnvelopePrefix, "envelope-prefix", "The envelope's prefix is soap: <soap:Envelope>.",
+     "Write the prefix soap (of Envelope, Body and Fault), since clients do not look at namespaces.",
+     "keep the answer in soap->fsend, and send it in soap->fclose with soap for SOAP-ENV and its new length",
+     "ob_start() before handle() with a function that returns str_replace('SOAP-ENV', 'soap', $xml), and "
+     "sets Content-Length",
+     "envelopeKey: 'soap' in the options, which is the default"},
+    {Rule::kNoHeader, "no-header", "The body is the first element of the envelope: there is no Header.",
+     "Leave the element Header out.", "soap->header = NULL", "without addSoapHeader()",
+     "without addSoapHeader()"},
+    {Rule::kWhiteSpace, "white-space",
+     "There is no white space and no comment between envelope, body, answer, value, and the elements of a "
+     "table.",
+     "Write the answer in one line, without indentation.", "without SOAP_XML_INDENT",
+     "without DOMDocument::$formatOutput", "without a formatter after the service"},
+    {Rule::kAnswerName, "answer-name",
+     "The answer element is the method's name with Response, without a prefix or with NS2.",
+     "Name it so, such as <ExecuteResponse> or <NS2:ExecuteResponse>.",
+     "name the functions NS2__Execute and the answers NS2__ExecuteResponse in the header file",
+     "str_replace('ns1', 'NS2', $xml), where the prefix of the envelope is replaced",
+     "xmlns:NS2 for the target namespace in the WSDL, and no other prefix for it"},
+    {Rule::kOneValue, "one-value", "The answer element contains one element, which is the value.",
+     "Put the value into one element of any name.", "one result parameter",
+     "return one value, not an array of out parameters", "one part or element in the WSDL's answer"},
+    {Rule::kFaultPrefix, "fault-prefix", "A fault is <soap:Fault>.", "Write the prefix soap.",
+     "as for envelope-prefix", "as for envelope-prefix", nullptr},
+    {Rule::kFaultText, "fault-text", "A fault has the text <faultstring>, without a prefix.",
+     "Use faults of SOAP 1.1.", "soap_receiver_fault(), and the namespaces of SOAP 1.1",
+     "['soap_version' => SOAP_1_1], and throw new SoapFault('Server', $text)",
+     "throw {Fault: {faultcode: 'soap:Server', faultstring: text}}"},
+    {Rule::kSessionId, "session-id",
+     "CreateUserSession is answered with one element whose text is the session's id.",
+     "Answer with a text that is not empty.", "std::string result", "return a string",
+     "{CreateUserSessionResult: id}"},
+    {Rule::kValueInPlace, "value-in-place", "A value is in its place, and no reference to another element.",
+     "Write values where they belong, without href and id.",
+     "SOAP_XML_TREE, and soapcpp2 without SOAP-RPC encoding of answers",
+     "['use' => SOAP_LITERAL] in the WSDL", nullptr},
+    {Rule::kNullValue, "null-value", "The value is not null.", "Answer with a value, such as an empty text.",
+     "do not leave the result NULL", "return '' in place of null", "'' in place of null"},
+    {Rule::kTypeAttribute, "type-attribute",
+     "The value has its type in an attribute that is spelled xsi:type.",
+     "Write xsi:type=\"xsd:...\" on the value, with exactly these prefixes.",
+     "one class xsd__date and so on, derived from xsd__anyType, for each type of a value",
+     "return new SoapVar($value, XSD_INT), and so on",
+     "{attributes: {'xsi:type': 'xsd:int'}, $value: 5}, with xmlns:xsd and xmlns:xsi among them"},
+    {Rule::kTypeName, "type-name", "The type is one that clients read; of any other they get an empty value.",
+     "Use one of docs/protocol.md, such as xsd:double for a decimal, with the prefix xsd.",
+     "classes xsd__int, xsd__double, xsd__string derived from xsd__anyType",
+     "return new SoapVar($number, XSD_DOUBLE): SoapServer writes floats as xsd:float", "another 'xsi:type'"},
+    {Rule::kTypeLost, "type-lost", "Values of the types long and byte do not arrive.",
+     "Send them as xsd:int, xsd:double or xsd:string.", nullptr, nullptr, nullptr, true},
+    {Rule::kValueText, "value-text", "The value's text has the form of its type.",
+     "Write it as XML Schema does, and as docs/protocol.md says.", nullptr,
+     "return new SoapVar($number, XSD_DOUBLE) for whole numbers beyond 32 bits", "toISOString()"},
+    {Rule::kValueLost, "value-lost", "Fractions of a second, zones of hours, and links do not arrive.",
+     "Send times in UTC and in whole seconds, and links as xsd:string.", nullptr, nullptr, nullptr, true},
+    {Rule::kSameValue, "same-value", "A script that returns its parameter returns the value that was sent.",
+     "Read parameters by their xsi:type, as docs/protocol.md lists them; or give the script of your language "
+     "with --script.",
+     nullptr, nullptr, nullptr},
+    {Rule::kReferences, "references",
+     "Two references to surrogates, such as &#55357;&#56832;, are read as one character.",
+     "Convert them before the XML parser sees the request.",
+     "in soap->frecv, with the length that the request has then",
+     "$server->handle(convert(file_get_contents('php://input')))", "in a middleware before the service",
+     true},
+    {Rule::kTableBlocks, "table-blocks", "A table has a block of columns and a block of records.",
+     "Write <Headers><schema>columns</schema></Headers><Records>records</Records>.", nullptr,
+     "new SoapVar($xml, XSD_ANYXML)", "{$xml: text}"},
+    {Rule::kColumnNames, "column-names", "Each column of a table has the attributes xsd:name and xsd:type.",
+     "Write both with exactly this prefix.", nullptr, nullptr, nullptr},
+    {Rule::kColumnTypes, "column-types",
+     "The type of a column is one that clients read; other cells arrive empty.",
+     "Use one of the types in devservice/README.md.", nullptr, nullptr, nullptr, true},
+    {Rule::kCellCount, "cell-count", "Each record has one cell for each column.",
+     "Write an empty element for a cell without a value.", nullptr, nullptr, nullptr},
+    {Rule::kUploadAddress, "upload-address",
+     "The answer to the upload script is an http address whose first = is that before the ticket.",
+     "Answer with an address such as http://host/upload?ticket=1234.", nullptr, nullptr, nullptr},
+    {Rule::kUploadStatus, "upload-status", "An upload is taken, and the script finds its file by the ticket.",
+     "Answer the upload with a status of 200 and keep the bytes for the ticket.", nullptr,
+     "post_max_size, and the body from php://input", "a limit of the body's size"},
+    {Rule::kDownloadName, "download-name",
+     "A download has a Content-Length and a Content-Disposition whose text after the last = is the file's "
+     "name.",
+     "Write attachment; filename=NAME without quotes, in UTF-8.", nullptr,
+     "header('Content-Disposition: attachment; filename=' . $name)",
+     "response.setHeader('Content-Disposition', 'attachment; filename=' + name)"},
+    {Rule::kUnderstood, "understood", "Clients understand the answer.",
+     "No other rule explains the failure: compare the answer with docs/protocol.md.", nullptr, nullptr,
+     nullptr},
+}};
+
+constexpr bool AreInOrder() {
+  for (std::size_t i = 0; i < kRules; ++i)
+    if (kRows[i].rule != static_cast<Rule>(i)) return false;
+  return true;
+}
+static_assert(AreInOrder());
+
+}  // namespace
+
+const RuleRow& RowOf(Rule rule) {
+  return kRows[static_cast<std::size_t>(rule)];
+}
+
+}  // namespace qv::cli
