@@ -33,6 +33,8 @@ ExitStatus Run(const ParsedArguments& parsed, std::ostream& out, std::ostream& e
     case Command::kDescribe:
     case Command::kServe:
     case Command::kShell:
+    case Command::kCheck:
+    case Command::kExplain:
       break;
   }
   return ExitStatus::kFault;

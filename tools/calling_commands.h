@@ -27,16 +27,23 @@ inline bool RunsService(const ParsedArguments& parsed) {
   return parsed.command == Command::kServe || RunsScriptsItself(parsed);
 }
 
-// Both run the command, report its failure on `err`, and return the exit status. Neither throws.
+// Whether the command looks into servers and messages.
+inline bool Inspects(const ParsedArguments& parsed) {
+  return parsed.command == Command::kCheck || parsed.command == Command::kExplain;
+}
 
-// For commands that run no service.
+// All run the command, report its failure on `err`, and return the exit status. None throws.
+
+// For commands that do neither.
 int RunCallingCommand(CallingCommand command) noexcept;
 
-// For commands that do.
+// For commands that run a service.
 int RunServiceCommand(CallingCommand command) noexcept;
 
 // The same for `shell`, which needs a library for editing.
 int RunShellCommand(CallingCommand command) noexcept;
 int RunLocalShellCommand(CallingCommand command) noexcept;
+// For commands that inspect.
+int RunInspectCommand(CallingCommand command) noexcept;
 
 }  // namespace qv::cli

@@ -64,4 +64,12 @@ void ConfigSetCommand(const ConfigOptions& options, std::ostream& out, std::ostr
 // else with the closest name, if there is one.
 ExitStatus DescribeCommand(const DescribeOptions& options, std::ostream& out);
 
+// `scriptwells check`: tries a server step by step and prints on `out` what it found. Returns kOk if a client
+// can work with it.
+ExitStatus CheckCommand(const CheckOptions& options, std::ostream& out);
+
+// `scriptwells explain`: prints on `out` what a saved request or answer contains, and which rules an answer
+// breaks. Returns kAnswer if they keep clients from its value.
+ExitStatus ExplainCommand(const ExplainOptions& options, std::ostream& out);
+
 }  // namespace qv::cli

@@ -46,7 +46,8 @@ devservice::StartedWorker EarlyWorker(const ParsedArguments& parsed) {
 
 std::string LibraryOf(const ParsedArguments& parsed) {
   if (parsed.command == Command::kShell) return parsed.shell.local ? LocalShellLibrary() : ShellLibrary();
-  return RunsService(parsed) ? ServiceLibrary() : CommandsLibrary();
+  if (RunsService(parsed)) return ServiceLibrary();
+  return Inspects(parsed) ? InspectLibrary() : CommandsLibrary();
 }
 
 ExitStatus RunInLibrary(const ParsedArguments& parsed, std::ostream& out, std::ostream& err) {

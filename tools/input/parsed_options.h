@@ -24,7 +24,9 @@ enum class Command {
   kRegistry,
   kDescribe,
   kConfig,
-  kTape
+  kTape,
+  kCheck,
+  kExplain
 };
 
 // In milliseconds, rounded up, so that a short time never becomes 0 (no limit).
@@ -155,6 +157,23 @@ struct TapeOptions {
   std::vector<std::string> files;  // two for kDiff
 };
 
+struct CheckOptions : SessionOptions {
+  std::string language = "JavaScript";
+  // What the server runs; a step with an empty script is not tried.
+  std::string valueScript = "parameters.value";
+  std::string faultScript = "throw new Error('check')";
+  std::string tableScript = "[{city: 'Rome', people: 2748109}, {city: 'Oslo', people: 709037}]";
+  std::string uploadScript = "parameters.file.text()";
+  std::string downloadScript = "publish('check.txt', 'scriptwells check')";
+};
+
+struct ExplainOptions {
+  std::string file;    // "-" is standard input
+  std::string method;  // of the request; empty: as the message says
+  bool showSecrets = false;
+  bool json = false;
+};
+
 struct ParsedArguments {
   Command command = Command::kUsageError;
   RunOptions run;                  // for kRun
@@ -167,6 +186,8 @@ struct ParsedArguments {
   DescribeOptions describe;        // for kDescribe
   ConfigOptions config;            // for kConfig
   TapeOptions tape;                // for kTape
+  CheckOptions check;              // for kCheck
+  ExplainOptions explain;          // for kExplain
   std::vector<std::string> notes;  // to be printed before the command runs
   bool json = false;               // report failures as JSON
   // kText: help or version, to be printed on standard output. kUsageError and kProfileError: the message, in

@@ -135,6 +135,34 @@ begins with a blank, or that holds the password or the session's id, is not in i
 If standard input is no terminal, there is no prompt, and the first failure ends the shell with its exit code.
 On a terminal the shell goes on after a failure, and returns 0. --max-time limits each script.)";
 
+inline constexpr char kCheckExamples[] =
+    R"(  scriptwells check http://127.0.0.1:8080 --user joe
+  scriptwells check https://scripts.example --user joe --json
+  scriptwells check http://127.0.0.1:8080 --user joe --language Pascal --script 'Result := value' \
+    --fault-script '' --table-script '' --upload-script '' --download-script '')";
+
+inline constexpr char kCheckNotes[] =
+    R"(The steps are those of a client: name, connection, TLS, the form of the answers in HTTP and XML, a session,
+a value of each type, a fault, a table, an upload, a download. Later steps are tried after a failure where
+that is possible. For each broken rule the first place is shown, with what to change, also in servers made
+with gSOAP, PHP's SoapServer and npm's soap; the rules are those of 'man 7 scriptwells-protocol'. A request
+whose answer a client does not read is sent once more. A step whose script is empty is not tried.
+
+Exit codes: 0 a client can work with the server, 3 it was not reached, 4 no connection in time, 5 it
+refused the session, 7 it breaks a rule or a step failed.)";
+
+inline constexpr char kExplainExamples[] =
+    R"(  scriptwells explain answer.txt
+  curl -si -d @request.xml "$URL" | scriptwells explain - --method Execute)";
+
+inline constexpr char kExplainNotes[] =
+    R"(FILE is a request or an answer: HTTP with its head, or XML alone. Each part is shown with its line and column
+in the file: the head, the envelope, the method, the script, parameters and values with their types, columns
+and rows of a table, the fields of a fault. Of an answer the broken rules follow, as check names them.
+Passwords, session ids and upload tickets are shown as *** unless --show-secrets is given.
+
+Exit codes: 0 a request, or an answer that clients read; 7 an answer that they do not.)";
+
 inline constexpr char kServeExamples[] =
     R"(  scriptwells serve --port 8080 --users-file users.txt
   scriptwells serve --home ~/scripts-home

@@ -4,9 +4,11 @@
 #include <algorithm>
 
 #include "scriptwells/version.h"
+#include "tools/options/check_options.h"
 #include "tools/options/config_options.h"
 #include "tools/options/describe_options.h"
 #include "tools/options/download_options.h"
+#include "tools/options/explain_options.h"
 #include "tools/options/help_format.h"
 #include "tools/options/help_options.h"
 #include "tools/options/help_texts.h"
@@ -87,7 +89,7 @@ class ArgumentParser {
   // Others do not read the file of profiles.
   bool SettlesOptions() {
     const bool calls = run_.Parsed() || document_.Parsed() || shell_.Parsed() || map_.Parsed() ||
-                       download_.Parsed() || session_.Parsed();
+                       download_.Parsed() || session_.Parsed() || check_.Parsed();
     const bool hasSettings = Innermost().get_option_no_throw("--profile") != nullptr;
     return (calls && hasSettings) || (config_.Parsed() && config_.Shows());
   }
@@ -122,6 +124,10 @@ class ArgumentParser {
       Accept(Command::kTape, tape_.Check());
     } else if (shell_.Parsed()) {
       Accept(Command::kShell, shell_.Check());
+    } else if (check_.Parsed()) {
+      Accept(Command::kCheck, check_.Check());
+    } else if (explain_.Parsed()) {
+      Accept(Command::kExplain, explain_.Check());
     } else if (help_.AsksForVersion()) {
       Print(kVersion);
     } else if (help_.AsksForHelp()) {
@@ -148,16 +154,19 @@ class ArgumentParser {
     result_.describe = describe_.Options();
     result_.shell = shell_.Options();
     result_.tape = tape_.Options();
+    result_.check = check_.Options();
+    result_.explain = explain_.Options();
     result_.config = config_.Options();
     result_.config.settings = settled_.settings;
     for (SessionOptions* session :
          {static_cast<SessionOptions*>(&result_.run), static_cast<SessionOptions*>(&result_.shell),
           static_cast<SessionOptions*>(&result_.map), static_cast<SessionOptions*>(&result_.download),
-          static_cast<SessionOptions*>(&result_.session)})
+          static_cast<SessionOptions*>(&result_.session), static_cast<SessionOptions*>(&result_.check)})
       session->passwordFileIsSaved = settled_.hasSavedPasswordFile;
     result_.json = result_.config.json || result_.run.json || result_.shell.json || result_.map.json ||
                    result_.download.json || result_.session.json || result_.serve.json ||
-                   result_.registry.json || result_.describe.json;
+                   result_.registry.json || result_.describe.json || result_.check.json ||
+                   result_.explain.json;
   }
 
   void PrintHelp() {
@@ -204,6 +213,8 @@ class ArgumentParser {
   DownloadArguments download_{app_};
   SessionCommandArguments session_{app_};
   ShellArguments shell_{app_};
+  CheckArguments check_{app_};
+  ExplainArguments explain_{app_};
   ServeArguments serve_{app_};
   RegistryArguments registry_{app_};
   ConfigArguments config_{app_};

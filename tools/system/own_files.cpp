@@ -29,6 +29,8 @@ constexpr Places kShellLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-shell
                                   "../tools/scriptwells-shell.so"};
 constexpr Places kLocalShellLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-local-shell.so",
                                        "../tools/scriptwells-local-shell.so"};
+constexpr Places kInspectLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-inspect.so",
+                                    "../tools/scriptwells-inspect.so"};
 constexpr Places kXmlLibrary = {SCRIPTWELLS_LIBRARY_FOLDER "/scriptwells-xml.so",
                                 "../tools/scriptwells-xml.so"};
 constexpr Places kScriptWorker = {SCRIPTWELLS_WORKER_FOLDER "/scriptwells-script-worker",
@@ -65,6 +67,10 @@ std::string ShellLibrary() {
 
 std::string LocalShellLibrary() {
   return Find(kLocalShellLibrary);
+}
+
+std::string InspectLibrary() {
+  return Find(kInspectLibrary);
 }
 
 std::string XmlLibrary() {

@@ -14,6 +14,9 @@ std::string CommandsLibrary();
 // That of the commands that run a service.
 std::string ServiceLibrary();
 
+// That of the commands that look into servers and messages.
+std::string InspectLibrary();
+
 // That of the parts which need the XML library.
 std::string XmlLibrary();
 

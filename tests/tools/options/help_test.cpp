@@ -15,7 +15,7 @@ const auto kCommands = Each(
     "|run|run-document|shell|map|download|session|session open|session close|serve|registry|registry "
     "get|registry set|"
     "registry remove|registry list|config|config show|config set|config unset|config path|config "
-    "profiles|describe|tape|tape show|tape diff|tape verify|"
+    "profiles|describe|tape|tape show|tape diff|tape verify|check|explain|"
     "help");
 const std::string kUnexpected = "The following argument was not expected: ";
 
