@@ -42,7 +42,7 @@ PlacedSecrets TextsOf(std::string_view xml) {
 PlacedSecrets ElementTexts(std::string_view xml, std::string_view start) {
   PlacedSecrets texts;
   for (std::size_t at = xml.find(start); at != std::string_view::npos; at = xml.find(start, at)) {
-    at = xml.find('>', at);
+    at = xml.find('>', at + start.size());
     const std::size_t end = xml.find('<', at);
     if (end == std::string_view::npos) break;
     texts.push_back(PlaceOf(xml, at + 1, end, true));

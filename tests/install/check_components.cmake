@@ -40,4 +40,4 @@ configure_platform(0 ${without_xml} ${without_connections} "-DQV_COMPONENTS=COMP
   -DQV_HOST=${SOURCE_DIR}/late_host.cpp)
 run_expecting("" ${CMAKE_COMMAND} --build ${WORK_DIR}/platform)
 run_expecting("http://srv:8080\nQvScriptwells.QvScriptwells.1.0\nunloaded\n"
-  ${CMAKE_COMMAND} -E env QV_REGISTRY=${prefix}/${DATADIR}/quorvane/registry.reg ${WORK_DIR}/platform/late_host)
+  ${CMAKE_COMMAND} -E env QV_REGISTRY=${prefix}/${LIBDIR}/quorvane/registry.reg ${WORK_DIR}/platform/late_host)
