@@ -83,7 +83,7 @@ TEST_F(Explain, TablesFaultsAndLossesAsJson) {
          "--json");
   EXPECT_EQ(table.exit, 0) << table.out;
   EXPECT_EQ(Json::parse(table.out)["parts"].back(),
-            Json::parse(R"({"label":"row","text":"Rome","line":1,"column":162})"));
+            Json::parse(R"({"label":"row","text":"Rome","line":1,"column":131})"));
   const Outcome fault =
       Of(InBody("<soap:Fault><faultstring>&lt;ErrorObject&gt;&lt;errorCode&gt;5&lt;/errorCode&gt;"
                 "&lt;/ErrorObject&gt;</faultstring></soap:Fault>"),
