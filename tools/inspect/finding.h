@@ -32,7 +32,7 @@ struct RawAnswer {
 
 // What the head says, and whether the body is what it announces.
 void FindHttpFaults(const RawAnswer& answer, Findings& findings);
-// What the body is. Nothing after a body that is no XML.
+// What the body is. Nothing after a body that is not XML.
 void FindEnvelopeFaults(const RawAnswer& answer, Findings& findings);
 
 // The value of the first header of this name, in any case; and where the line is.

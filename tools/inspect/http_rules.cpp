@@ -20,7 +20,7 @@ std::string Lower(std::string_view text) {
   return lower;
 }
 
-// -1 for what is no number.
+// -1 for what is not a number.
 long long NumberOf(std::string_view text) {
   long long number = -1;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);

@@ -10,7 +10,7 @@ namespace qv::cli {
 
 struct SavedMessage {
   bool isRequest = false;
-  std::string method;         // "Execute"; empty if it cannot be told
+  std::string method;         // "Execute"; empty if it is not known
   std::string head;           // with the empty line; empty for XML alone
   std::string body;           // chunks are put together
   std::size_t bodyBegin = 0;  // byte of the file
