@@ -52,7 +52,8 @@ std::string InJson(const std::string& text) {
 
 std::string InUtf16(const std::string& text, bool isBig) {
   std::string bytes;
-  for (const char16_t unit : qv::FromUtf8(text).view()) {
+  const qv::WideString units = qv::FromUtf8(text);
+  for (const char16_t unit : units.view()) {
     const char high = static_cast<char>(unit >> 8);
     const char low = static_cast<char>(unit & 0xFF);
     bytes += isBig ? std::string{high, low} : std::string{low, high};
