@@ -75,7 +75,7 @@ std::string ProfilePath() {
 }
 
 std::string RequireProfilePath() {
-  const std::string path = ProfilePath();
+  std::string path = ProfilePath();
   if (path.empty())
     throw Failure(ExitStatus::kLocal,
                   "there is no place for profiles: neither XDG_CONFIG_HOME nor HOME is an absolute path");

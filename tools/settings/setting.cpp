@@ -68,6 +68,7 @@ const Setting* FindSetting(const std::string& key) {
 
 std::string MeantSetting(const std::string& key) {
   std::vector<std::string> keys;
+  keys.reserve(kSettings.size());
   for (const Setting& setting : kSettings) keys.emplace_back(setting.key);
   const std::string meant = ClosestName(key, keys);
   return meant.empty() ? "" : " (did you mean " + meant + "?)";

@@ -1,3 +1,4 @@
+#define TOML_IMPLEMENTATION
 #include "tools/settings/toml_text.h"
 
 #include <algorithm>

@@ -1,6 +1,8 @@
 // TOML as this program reads and writes it.
 #pragma once
 
+// toml_text.cpp compiles the parser, once.
+#define TOML_HEADER_ONLY 0
 #define TOML_EXCEPTIONS 0
 #define TOML_ENABLE_FORMATTERS 1
 #include <toml++/toml.h>
