@@ -2,10 +2,11 @@
 // failure better than the fixed texts of the library do.
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "face/exchange/call_settings.h"
+#include "face/exchange/call_tap.h"
+#include "face/exchange/thread_hooks.h"
 #include "qvscriptwells/com_error.h"
 #include "scriptwells/options.h"
 
@@ -18,7 +19,7 @@ class ObservedCall {
   // or kDownload. Sets options, listener and home directory of the thread. Throws std::bad_alloc.
   ObservedCall(const CallSettings& settings, Purpose purpose);
   // Restores what was set for the thread, also options that the host has set with SetThreadHttpOptions.
-  ~ObservedCall();
+  ~ObservedCall() = default;
   ObservedCall(const ObservedCall&) = delete;
   ObservedCall& operator=(const ObservedCall&) = delete;
 
@@ -26,16 +27,19 @@ class ObservedCall {
   void Finish();
   // Rethrows what a listener threw, or throws the Error for the failure of the call. `document` names the
   // file of a script document.
-  [[noreturn]] void Explain(const qv::_com_error& error, const std::string& document = {}) const;
+  [[noreturn]] void Explain(const qv::_com_error& error, const std::string& document = {});
 
   // Whether an exchange failed before there was a connection.
   bool CouldNotConnect() const noexcept;
   // The body of the last answer, with keepAnswer; its bytes, in UTF-8.
-  const std::string& AnswerText() const noexcept;
+  const std::string& AnswerText() const noexcept { return tap_.AnswerText(); }
 
  private:
-  class Impl;
-  std::unique_ptr<Impl> impl_;
+  const CallSettings& settings_;
+  const Purpose purpose_;
+  const qv::WideString home_;
+  CallTap tap_;
+  const ThreadHooks hooks_;
 };
 
 }  // namespace scriptwells

@@ -8,6 +8,7 @@
 #include "face/session/local_path.h"
 #include "face/values/wire_value.h"
 #include "qvscriptwells/create_objects.h"
+#include "text/utf8_codec.h"
 
 namespace scriptwells {
 
@@ -60,13 +61,6 @@ void CheckNames(const Arguments& arguments, bool strict) {
     throw ConversionError(Phase::kConversion, Named(*repeated) + " is given twice");
 }
 
-// Most texts are, and this is quicker than the check of UTF-8.
-bool IsAscii(std::string_view text) {
-  unsigned char bits = 0;
-  for (const char byte : text) bits = static_cast<unsigned char>(bits | static_cast<unsigned char>(byte));
-  return bits < 0x80;
-}
-
 }  // namespace
 
 qv::IParametersPtr MakeParameters(const Arguments& arguments, bool strict) {
@@ -89,7 +83,9 @@ void CheckText(std::string_view text, const char* what, bool strict) {
     throw ConversionError(Phase::kConversion, std::string("the ") + what + reason);
   };
   if (text.empty()) refuse(" is empty");
-  if (!IsAscii(text) && !utf8::is_valid(text.begin(), text.end())) refuse(" is not valid UTF-8");
+  // Most texts are ASCII, and this is quicker than the check of UTF-8.
+  const std::string_view rest = text.substr(qv::AsciiPrefix(text));
+  if (!utf8::is_valid(rest.begin(), rest.end())) refuse(" is not valid UTF-8");
   if (text.find('\0') != std::string_view::npos) refuse(" holds a null character, which would end it there");
   if (strict) RefuseLosses(Value(text), std::string("the ") + what);
 }

@@ -5,6 +5,8 @@
 #endif
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 namespace qv {
 namespace {
@@ -141,6 +143,17 @@ std::size_t WidenAscii(std::string_view bytes, char16_t* out) noexcept {
   std::size_t done = 0;
   while (done + kStep <= bytes.size() && WidenStep(in + done, out + done)) done += kStep;
   for (; done < bytes.size() && IsAscii(in[done]); ++done) out[done] = static_cast<unsigned char>(in[done]);
+  return done;
+}
+
+std::size_t AsciiPrefix(std::string_view bytes) noexcept {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080;
+  std::size_t done = 0;
+  for (std::uint64_t eight = 0; done + sizeof(eight) <= bytes.size(); done += sizeof(eight)) {
+    std::memcpy(&eight, bytes.data() + done, sizeof(eight));
+    if ((eight & kHighBits) != 0) break;
+  }
+  while (done < bytes.size() && IsAscii(bytes[done])) ++done;
   return done;
 }
 

@@ -22,6 +22,9 @@ constexpr bool IsSurrogate(char32_t c) noexcept {
 std::size_t NarrowAscii(std::u16string_view text, char* out) noexcept;
 std::size_t WidenAscii(std::string_view bytes, char16_t* out) noexcept;
 
+// How long the ASCII prefix is.
+std::size_t AsciiPrefix(std::string_view bytes) noexcept;
+
 // How many bytes PutUtf8 writes.
 std::size_t Utf8Size(std::u16string_view text) noexcept;
 // Writes `text` as UTF-8, each lone surrogate as U+FFFD, and returns the end of the output.

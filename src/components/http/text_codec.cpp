@@ -127,6 +127,7 @@ bool DecodeByIconv(std::string_view bytes, const std::string& charset, WideStrin
 }
 
 bool IsUtf8(std::string_view bytes) noexcept {
+  bytes.remove_prefix(AsciiPrefix(bytes));
   while (!bytes.empty()) {
     const Utf8Piece piece = FirstUtf8Piece(bytes);
     if (!piece.isWhole) return false;

@@ -148,7 +148,7 @@ TEST_F(ObservedCallTest, ObservationsNest) {
 
 TEST_F(ObservedCallTest, FailureWithoutAnExchange) {
   EXPECT_EQ(OutcomeOf([&] {
-              const ObservedCall call(settings_, Purpose::kExecute);
+              ObservedCall call(settings_, Purpose::kExecute);
               qv::ErrorInfo info;
               info.description = u"Cannot create the xml document.";
               call.Explain(qv::_com_error(qv::DISP_E_EXCEPTION, info), "a/b.xml");
