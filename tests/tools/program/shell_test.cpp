@@ -108,6 +108,16 @@ TEST(Shell, TimeAndHelp) {
   Typed(":tme\n").Fails(2, "no command :tme; did you mean :time?");
 }
 
+TEST(Shell, TapeIsPlayedWithoutAService) {
+  const TemporaryDirectory folder;
+  const std::string tape = folder.Path("tape");
+  Typed("6 * 7\n'b'\n", "--record", {tape}).Succeeds("42\nb\n");
+  Typed("6 * 7\n'b'\n", "--replay", {tape}).Succeeds("42\nb\n");
+  const Outcome outcome = Typed("6 * 8\n", "--replay", {tape});
+  EXPECT_NE(outcome.exit, 0);
+  EXPECT_EQ(outcome.out, "");
+}
+
 TEST(Shell, QuitEndsIt) {
   Typed("1\n:quit\n2\n").Succeeds("1\n");
 }
