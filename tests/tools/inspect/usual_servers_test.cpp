@@ -116,7 +116,7 @@ std::string BuildGsoap(const TemporaryDirectory& directory, bool isMended) {
                                : "/^\\/\\/mended/d";
   const CommandOutput built =
       OutputOf("cd " + directory.Path() + " && { sed '" + mend + "' " + Sources() +
-               "gsoap_server.h > service.h && soapcpp2 -S -L -x -c++11 service.h && g++ -std=c++17 -I. " +
+               "gsoap_server.gsoap > service.h && soapcpp2 -S -L -x -c++11 service.h && g++ -std=c++17 -I. " +
                (isMended ? "-DMENDED " : "") + Sources() +
                "gsoap_server.cpp soapC.cpp soapServer.cpp -lgsoap++ -o server; } 2>&1");
   EXPECT_EQ(built.exit, 0) << built.text;
