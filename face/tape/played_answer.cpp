@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "components/http/body_charset.h"
 #include "components/http/http_error.h"
+#include "components/http/response_head.h"
 
 namespace scriptwells {
 
@@ -27,12 +29,43 @@ std::string Chunked(const std::string& body, bool isWhole) {
                  : chunk.substr(0, chunk.size() - std::min<std::size_t>(chunk.size(), 2));
 }
 
+using Writing = std::string (*)(const std::string&);
+
+template <bool isBig>
+std::string Utf16(const std::string& text) {
+  std::string bytes;
+  for (const char c : text) bytes += isBig ? std::string{'\0', c} : std::string{c, '\0'};
+  return bytes;
+}
+
+// How the text of a secret is written in a body; null if as it is.
+Writing WritingOf(const std::string& head, const TapeText& body) {
+  const bool hasSecrets =
+      std::any_of(body.begin(), body.end(), [](const TapePiece& piece) { return !piece.mask.empty(); });
+  if (!hasSecrets) return nullptr;
+  qv::ResponseHead parsed;
+  std::string_view type;
+  try {
+    parsed.Parse(head);
+    parsed.Find("Content-Type", &type);
+  } catch (const qv::HttpFailure&) {  // of a broken connection
+    return nullptr;
+  }
+  const qv::BodyCharset charset(type, body.front().text);
+  if (charset.Decode(Utf16<false>("a")).view() == u"a") return Utf16<false>;
+  return charset.Decode(Utf16<true>("a")).view() == u"a" ? Utf16<true> : nullptr;
+}
+
 }  // namespace
 
 PlayedAnswer::PlayedAnswer(const TapeEntry& entry, TapeMask& mask) : failure_(entry.failure) {
   const auto played = [&mask](const TapePiece& piece) { return mask.PlayedFor(piece); };
   bytes_ = JoinedBytes(entry.answerHead, played);
-  const std::string body = JoinedBytes(entry.answerBody, played);
+  const Writing writing = WritingOf(bytes_, entry.answerBody);
+  const std::string body = JoinedBytes(entry.answerBody, [&](const TapePiece& piece) {
+    return writing == nullptr || piece.size % 2 != 0 ? played(piece)
+                                                     : writing(played({{}, piece.mask, piece.size / 2}));
+  });
   bytes_ += IsChunked(bytes_) ? Chunked(body, !failure_) : body;
 }
 

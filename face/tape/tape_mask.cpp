@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
+#include <utility>
 
 #include "face/tape/sha256.h"
 
@@ -37,6 +39,22 @@ TapeText Pieces(std::string_view text, std::vector<Span> spans) {
   }
   if (done < text.size()) pieces.push_back({std::string(text.substr(done))});
   return pieces;
+}
+
+// In UTF-16 a secret is found in both byte orders, one byte apart. Units begin at even bytes.
+void KeepAligned(std::vector<Masking::Found>* found) {
+  const auto isShifted = [found](const Masking::Found& one) {
+    return one.begin % 2 == 1 &&
+           std::any_of(found->begin(), found->end(), [&one](const Masking::Found& other) {
+             const std::size_t shift =
+                 other.begin > one.begin ? other.begin - one.begin : one.begin - other.begin;
+             return shift == 1 && other.secret == one.secret &&
+                    other.end - other.begin == one.end - one.begin;
+           });
+  };
+  std::vector<Masking::Found> kept;
+  std::remove_copy_if(found->begin(), found->end(), std::back_inserter(kept), isShifted);
+  *found = std::move(kept);
 }
 
 bool IsPlain(const std::string& text) {
@@ -83,8 +101,9 @@ TapeText TapeMask::Masked(std::string_view text, const std::vector<PlacedKind>& 
   for (const PlacedKind& kind : placed)
     for (const PlacedSecret& secret : kind.secrets)
       spans.push_back({secret.begin, secret.end, MaskOf(kind.kind, secret.value)});
-  for (const Masking::Found& found : search_.FindIn(text))
-    spans.push_back({found.begin, found.end, secrets_[found.secret].mask});
+  std::vector<Masking::Found> found = search_.FindIn(text);
+  KeepAligned(&found);
+  for (const Masking::Found& one : found) spans.push_back({one.begin, one.end, secrets_[one.secret].mask});
   return Pieces(text, std::move(spans));
 }
 

@@ -171,6 +171,30 @@ TEST_F(TapedSession, AdoptedSessionsAndOtherPasswords) {
   EXPECT_EQ(Session("http://nowhere.invalid", {"joe", "another <one>"}, play).Run("2").As<int>(), 2);
 }
 
+TEST_F(TapedSession, AnswersInUtf16ArePlayed) {
+  const std::string url = url_ + "/odd/utf16";
+  Options options;
+  options.record = Tape();
+  std::string id;
+  {
+    Session session(url, {"joe", "secret"}, options);
+    id = session.Id();
+    EXPECT_EQ(session.Run("'Gr\xC3\xBC\xC3\x9F' + 'e'").As<std::string>(),
+              "Gr\xC3\xBC\xC3\x9F"
+              "e");
+  }
+  EndService();
+  const std::string tape = TapeContent();
+  EXPECT_NE(tape.find("<session:1>{" + std::to_string(2 * id.size()) + "}"), std::string::npos) << tape;
+  options.record.clear();
+  options.replay = Tape();
+  Session session(url, {"joe", "secret"}, options);
+  EXPECT_EQ(session.Id().size(), id.size());
+  EXPECT_EQ(session.Run("'Gr\xC3\xBC\xC3\x9F' + 'e'").As<std::string>(),
+            "Gr\xC3\xBC\xC3\x9F"
+            "e");
+}
+
 TEST_F(TapedSession, ListenersAndProgressSeeWhatIsPlayed) {
   Record([](Session& session) { session.Run("1"); });
   EndService();
