@@ -122,6 +122,7 @@ class Bash(ShellTest):
     def test_values(self):
         for line in "run --output ", "run -o ", "run -e '6 * 7' --output=", "run-document a.xml -o ":
             self.assertEqual(self.offers("scriptwells " + line), ["csv", "json", "table", "text"], line)
+        self.assertEqual(self.offers("scriptwells map --output "), ["csv", "json"])
         self.assertEqual(self.offers("scriptwells run --output=t"), ["table", "text"])
         self.assertEqual(self.offers("scriptwells run --language "), ["JavaScript"])
         for line in "run --user ", "run --timeout ", "run --local=", "serve --port ":
@@ -212,6 +213,7 @@ class Fish(ShellTest):
     def test_values(self):
         for line in "run --output ", "run -o ", "run -e '6 * 7' -o ", "run-document a.xml -o ":
             self.assertEqual(sorted(self.offers("scriptwells " + line)), ["csv", "json", "table", "text"], line)
+        self.assertEqual(sorted(self.offers("scriptwells map --output ")), ["csv", "json"])
         self.assertEqual(sorted(self.offers("scriptwells run --output=t")), ["--output=table", "--output=text"])
         self.assertEqual(self.offers("scriptwells run --user "), {})
         self.assertIn("notes.txt", self.offers("scriptwells run "))

@@ -90,6 +90,14 @@ std::string Items(const Row (&rows)[kCount], const CommandText& command) {
   return items;
 }
 
+// With the forms of one answer. `map` explains its own itself.
+bool PrintsOneAnswer(const CommandText& command) {
+  return std::any_of(command.options.begin(), command.options.end(), [](const OptionText& option) {
+    return !option.IsArgument() && option.names.back() == "--output" &&
+           std::find(option.choices.begin(), option.choices.end(), "text") != option.choices.end();
+  });
+}
+
 // Of the options, and of their descriptions: "(environment: SCRIPTWELLS_SERVER)".
 void CollectVariables(const OptionText& option, std::map<std::string, std::string>& variables) {
   static const std::regex kNamed(R"(\(environment: ([A-Z_]+)\))");
@@ -107,7 +115,7 @@ std::string ParameterTypes(const CommandText& command) {
 }
 
 std::string OutputFormats(const CommandText& command) {
-  return command.commands.empty() ? Items(kOutputs, command) : "";
+  return PrintsOneAnswer(command) ? Items(kOutputs, command) : "";
 }
 
 std::string ExitStatuses(const CommandText& command) {

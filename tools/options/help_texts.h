@@ -90,8 +90,8 @@ the first call.
 The results are in the order of the rows. CSV has the row's cells and the column answer, where a table is
 JSON; with -o json each line is {"row":...,"cells":...,"answer":...}. The file of rows without a result has
 their cells, number and error, and can be ROWS again. A row fails if the script reports a fault; the others
-go on, and that session is replaced, since the server may have ended it. All ends if the server cannot be reached or opens no session. Ctrl-C gives calls that run 2 seconds
-to end, and cancels the rest.
+go on, and that session is replaced, since the server may have ended it. All ends if the server cannot be
+reached or opens no session. Ctrl-C gives calls that run 2 seconds to end, and cancels the rest.
 
 A request that left without an answer leaves the row's fate unknown: the script may have run. No row runs
 twice, also after kill -9: --resume runs only rows without a call, from the journal of --results. Rows of

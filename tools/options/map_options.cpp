@@ -36,7 +36,8 @@ void MapArguments::DefineInput() {
 }
 
 void MapArguments::DefineOutput() {
-  AddOutputSetting(*command_, output_);
+  // A profile may have another one, which is no failure.
+  AddOutputSetting(*command_, output_, "{csv,json}");
   command_
       ->add_option("--results", map_.results,
                    "Write the results into this file, and beside it a journal, FILE.journal, for --resume")

@@ -72,12 +72,14 @@ void AddLanguageSetting(CLI::App& command, ScriptOptions& options) {
   AddSetting(command, "language", options.language)->capture_default_str();
 }
 
-CLI::Option* AddOutputSetting(CLI::App& command, std::string& target) {
+CLI::Option* AddOutputSetting(CLI::App& command, std::string& target, const std::string& shown) {
   const Setting& setting = *FindSetting("output");
+  CLI::Validator formats = CLI::IsMember(kOutputs);
+  if (!shown.empty()) formats.description(shown);
   return command.add_option("-o,--output", target, setting.description)
       ->capture_default_str()
       ->type_name(setting.valueName)
-      ->check(CLI::IsMember(kOutputs));
+      ->check(formats);
 }
 
 const OutputFormat* FindOutput(const std::string& name) {

@@ -23,8 +23,8 @@ void AddCredentialSettings(CLI::App& command, SessionOptions& options);
 void AddTlsSettings(CLI::App& command, SessionOptions& options);
 void AddTimeSettings(CLI::App& command, SessionOptions& options);
 void AddLanguageSetting(CLI::App& command, ScriptOptions& options);
-// --output FORMAT
-CLI::Option* AddOutputSetting(CLI::App& command, std::string& target);
+// --output FORMAT, of which help and completion show all, or `shown`, such as "{csv,json}".
+CLI::Option* AddOutputSetting(CLI::App& command, std::string& target, const std::string& shown = {});
 
 // The format of this name; null if there is none.
 const OutputFormat* FindOutput(const std::string& name);

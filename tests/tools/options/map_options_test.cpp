@@ -58,5 +58,17 @@ TEST_F(MapOptionsTest, IsChecked) {
   EXPECT_NE(Refusal("map a b --server http://s --usid x"), "accepted");
 }
 
+TEST_F(MapOptionsTest, HelpShowsTheFormsThatItTakes) {
+  EXPECT_NE(TextOf("map --help").find("{csv,json}"), std::string::npos) << TextOf("map --help");
+  EXPECT_EQ(TextOf("map --help").find("table,"), std::string::npos);
+  EXPECT_NE(TextOf("run --help").find("{csv,json,table,text}"), std::string::npos);
+}
+
+TEST_F(MapOptionsTest, FormOfAProfileIsTakenWhereItFits) {
+  WriteProfiles("[profile.a]\noutput = \"table\"\n[profile.b]\noutput = \"json\"\n");
+  EXPECT_EQ(Map("map a r --server http://s --profile a").output, OutputFormat::kCsv);
+  EXPECT_EQ(Map("map a r --server http://s --profile b").output, OutputFormat::kJson);
+}
+
 }  // namespace
 }  // namespace qv::cli
