@@ -133,13 +133,26 @@ TEST_P(Code, IsPartOfItsProgram) {
     EXPECT_TRUE(IsIn(block, file)) << page.file << " has not:\n" << block;
 }
 
-TEST_P(RunCode, PrintsWhatThePageShows) {
-  const Page& page = GetParam();
-  Typist typist;
+// Programs whose sessions a tape can answer: they use neither tapes themselves, nor files of the service.
+bool IsTaped(const Page& page) {
+  const std::string file = page.file;
+  const bool calls = std::string(page.command).find("http://127.0.0.1:8080") != std::string::npos;
+  return calls && file != "examples/guide/tapes.cpp" && file != "examples/guide/files.cpp";
+}
+
+std::string CommandLine(const Page& page, const UsedTapes& tapes) {
+  const bool isTaped = !tapes.record.empty() || !tapes.replay.empty();
+  // A program with AddressSanitizer loads its library after this one.
+  return (isTaped ? "ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=" QV_TAPED_SESSIONS " " : "") +
+         std::string(page.command);
+}
+
+void ExpectPrinted(const Page& page, const UsedTapes& tapes) {
+  Typist typist(tapes);
   const std::vector<Typed> typed =
       typist.Type({{0, "export PATH=$PWD/build/demo/tools:$PATH", {}},
                    {0, "scriptwells serve --port 8080 --home lent &", {"http://127.0.0.1:8080"}},
-                   {0, page.command, {}}});
+                   {0, CommandLine(page, tapes), {}}});
   ASSERT_EQ(typed.size(), 3U);
   EXPECT_EQ(typed[2].exit, 0) << typed[2].output;
   EXPECT_TRUE(ArePrinted(BlocksOf(ReadFile(kRoot + page.document), "text"), typed[2].output));
@@ -147,8 +160,27 @@ TEST_P(RunCode, PrintsWhatThePageShows) {
   EXPECT_EQ(typist.TemporaryFilesLeft(), "") << "files are left";
 }
 
+TEST_P(RunCode, PrintsWhatThePageShows) {
+  const Page& page = GetParam();
+  ExpectPrinted(page, IsTaped(page) ? RecordedTape(page.file) : UsedTapes());
+}
+
+// The same without a service and a network.
+class RunCodeOnTape : public Code {};
+
+TEST_P(RunCodeOnTape, PrintsTheSame) {
+  ExpectPrinted(GetParam(), {{}, TapeOf(GetParam().file)});
+}
+
+std::vector<Page> TapedPages() {
+  std::vector<Page> pages;
+  std::copy_if(std::begin(kPages), std::end(kPages), std::back_inserter(pages), IsTaped);
+  return pages;
+}
+
 INSTANTIATE_TEST_SUITE_P(Documents, Code, ::testing::ValuesIn(PagesWith(&Page::file)), NameOf);
 INSTANTIATE_TEST_SUITE_P(Documents, RunCode, ::testing::ValuesIn(PagesWith(&Page::command)), NameOf);
+INSTANTIATE_TEST_SUITE_P(Documents, RunCodeOnTape, ::testing::ValuesIn(TapedPages()), NameOf);
 
 TEST(CodeOfTheDocuments, IsInTheList) {
   std::set<std::pair<std::string, std::string>> listed;

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <iterator>
 #include <string>
 
@@ -13,8 +11,6 @@
 
 namespace qv::documents {
 namespace {
-
-namespace fs = std::filesystem;
 
 class Commands : public ::testing::TestWithParam<std::string> {};
 
@@ -29,22 +25,13 @@ std::vector<std::string> DocumentsWithCommands() {
 // Whose commands are tested with a tape, too.
 const std::string kTaped[] = {"README.md", "tools/README.md"};
 
-std::string TapeOf(const std::string& document) {
-  std::string name = document.substr(0, document.rfind('.'));
-  std::replace(name.begin(), name.end(), '/', '_');
-  return std::string(QV_SOURCE_DIR) + "/tests/documents/tapes/" + name + ".tape";
-}
-
-// With the variable QV_RECORD_TAPES set, the documents' tapes are recorded again.
-UsedTapes RecordedTape(const std::string& document) {
-  const bool records = std::getenv("QV_RECORD_TAPES") != nullptr &&
-                       std::find(std::begin(kTaped), std::end(kTaped), document) != std::end(kTaped);
-  if (records) fs::remove(TapeOf(document));
-  return {records ? TapeOf(document) : "", {}};
+UsedTapes RecordedTapeOf(const std::string& document) {
+  const bool isTaped = std::find(std::begin(kTaped), std::end(kTaped), document) != std::end(kTaped);
+  return isTaped ? RecordedTape(document) : UsedTapes();
 }
 
 TEST_P(Commands, DoWhatTheDocumentSays) {
-  Typist typist(RecordedTape(GetParam()));
+  Typist typist(RecordedTapeOf(GetParam()));
   const std::vector<Command> commands = CommandsOf(ReadFile(std::string(QV_SOURCE_DIR) + "/" + GetParam()));
   const std::vector<Typed> typed = typist.Type(commands);
   ASSERT_EQ(typed.size(), commands.size());
@@ -59,11 +46,9 @@ TEST_P(Commands, DoWhatTheDocumentSays) {
 
 INSTANTIATE_TEST_SUITE_P(Documents, Commands, ::testing::ValuesIn(DocumentsWithCommands()), TestName);
 
-// Whether a command uses files that one in the background makes, or gives its calls to sessions as they are
-// free.
+// Whether a command uses files that one in the background makes.
 bool NeedsTheService(const std::string& command) {
-  return IsInBackground(command) || command.find("scriptwells map") == 0 ||
-         command.find("/lent/serve.reg") != std::string::npos;
+  return IsInBackground(command) || command.find("/lent/serve.reg") != std::string::npos;
 }
 
 // The same commands, answered by a tape: no service runs, and the machine has no network.

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -102,6 +103,18 @@ bool Agrees(const Command& command, const Typed& typed) {
   if (IsInBackground(command.text))
     return !command.output.empty() && HoldsAll(LinesOf(typed.output), command.output);
   return command.output.empty() ? typed.exit == 0 : AreTheSame(LinesOf(typed.output), command.output);
+}
+
+std::string TapeOf(const std::string& name) {
+  std::string file = name.substr(0, name.rfind('.'));
+  std::replace(file.begin(), file.end(), '/', '_');
+  return std::string(QV_SOURCE_DIR) + "/tests/documents/tapes/" + file + ".tape";
+}
+
+UsedTapes RecordedTape(const std::string& name) {
+  if (std::getenv("QV_RECORD_TAPES") == nullptr) return {};
+  fs::remove(TapeOf(name));
+  return {TapeOf(name), {}};
 }
 
 Typist::Typist(UsedTapes tapes) : tapes_(std::move(tapes)) {

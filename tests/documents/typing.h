@@ -34,6 +34,11 @@ struct UsedTapes {
   std::string replay{};  // there is no network then, and commands in the background are not run
 };
 
+// The tape of a document or program, such as "tools/README.md". With the variable QV_RECORD_TAPES set, the
+// tapes are recorded again, and UsedTapes of RecordedTape names a new one; else it names none.
+std::string TapeOf(const std::string& name);
+UsedTapes RecordedTape(const std::string& name);
+
 // Works in a home directory that contains only scriptwells/, a view of the project with the built programs in
 // build/demo/. Free ports replace the ports 8080 and 8081.
 class Typist {
