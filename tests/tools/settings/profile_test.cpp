@@ -84,6 +84,20 @@ TEST(Profiles, WrongTextsAreRejectedWithTheirLine) {
             "F: line 2: a profile begins with a line such as [profile.work]");
 }
 
+TEST(Profiles, OtherLettersAreInQuotesAndCommentsOnly) {
+  const std::string reason = ": a letter that is not ASCII, outside of quotes";
+  EXPECT_EQ(Refusal("er\xCE\x89 = 1"), "F: line 1, column 3" + reason);
+  EXPECT_EQ(Refusal("# \xC3\xBC\ndefault = 'a' \xC3\xBC"), "F: line 2, column 15" + reason);
+  EXPECT_EQ(Refusal("default = \"\"\"\xC3\xBC\n\"\"\"\"\n\xC2\xA0"), "F: line 3, column 1" + reason);
+  for (const char* quotes : {"'", "\"", "'''", "\"\"\""}) {
+    const std::string text = std::string(quotes) + "\xC3\xBC" + quotes;
+    const ProfileFile file = ParseProfiles("F", "[profile.a]  # \xC3\xBC\nuser = " + text + " # \xC3\xBC'\n");
+    EXPECT_EQ(file.Find("a")->Find("user")->text, "\xC3\xBC") << text;
+  }
+  const ProfileFile escaped = ParseProfiles("F", "[profile.a]\nuser = \"\\\"\xC3\xBC\"");
+  EXPECT_EQ(escaped.Find("a")->Find("user")->text, "\"\xC3\xBC");
+}
+
 TEST(Profiles, NullCharactersAreRejected) {
   for (const std::string& text :
        {std::string("\0", 1), std::string("[profile.a]\nuser = \"a\0b\"", 24), std::string("# a\0b\n", 6)})
