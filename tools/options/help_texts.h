@@ -130,7 +130,8 @@ Ctrl-D or :quit closes the session.
 
 On a terminal lines can be edited, and TAB completes commands, parameters, files and the columns of the last
 table. The history is in the file scriptwells/history below $XDG_STATE_HOME (else ~/.local/state). A line that
-begins with a blank, or that holds the password or the session's id, is not in it.
+begins with a blank, or that holds the password, the session's id, or a value of the name password, usid or
+ticket, is not in it.
 
 If standard input is no terminal, there is no prompt, and the first failure ends the shell with its exit code.
 On a terminal the shell goes on after a failure, and returns 0. --max-time limits each script.)";

@@ -61,6 +61,35 @@ std::string InBase64(const std::string& text) {
   return encoded;
 }
 
+char Lowered(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// Past what may stand between the parts of "usid" : "1234".
+std::size_t SkipQuotes(const std::string& text, std::size_t at) {
+  return std::min(text.find_first_not_of(" \t\"'`", at), text.size());
+}
+
+// Where the value begins of a name that ends at `at`; the end of the text if there is none.
+std::size_t ValueAfter(const std::string& text, std::size_t at) {
+  at = SkipQuotes(text, at);
+  if (text.compare(at, 3, "%3d") == 0) return SkipQuotes(text, at + 3);
+  const bool isName = at < text.size() && (text[at] == '=' || text[at] == ':' || text[at] == '>');
+  return isName ? SkipQuotes(text, at + 1) : text.size();
+}
+
+// Whether a value has the name of a secret, whoever's that is.
+bool HoldsNamedSecret(const std::string& entry) {
+  std::string text = entry;
+  std::transform(text.begin(), text.end(), text.begin(), Lowered);
+  for (const std::string name : {"ticket", "password", "usid"})
+    for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name, at + 1)) {
+      const std::size_t value = ValueAfter(text, at + name.size());
+      if (value < text.size() && std::string("&;<,)}]").find(text[value]) == std::string::npos) return true;
+    }
+  return false;
+}
+
 bool Holds(const std::string& entry, const std::string& secret) {
   const std::string forms[] = {
       secret, InUrl(secret), InXml(secret), InQuotes(secret, '"'), InQuotes(secret, '\''), InBase64(secret)};
@@ -94,6 +123,7 @@ std::string EntryOf(const std::string& line) {
 
 bool MayBeKept(const std::string& entry, const std::vector<std::string>& secrets) {
   if (entry.empty() || entry.front() == ' ' || entry.size() > kLongestEntry) return false;
+  if (HoldsNamedSecret(entry)) return false;
   return std::none_of(secrets.begin(), secrets.end(),
                       [&](const std::string& secret) { return Holds(entry, secret); });
 }

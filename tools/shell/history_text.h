@@ -11,7 +11,8 @@ std::string HistoryLine(const std::string& entry);
 std::string EntryOf(const std::string& line);
 
 // Whether the entry may be written into a file: not after a blank, not longer than 64 kB, and without a
-// secret, also as URLs, XML, JSON and base64 write it. Empty secrets do not count.
+// secret, also as URLs, XML, JSON and base64 write it. Empty secrets do not count. What stands where a
+// secret does is one, too: "?ticket=1234", "Password=a;", "usid: a", "<usid>a".
 bool MayBeKept(const std::string& entry, const std::vector<std::string>& secrets);
 
 }  // namespace qv::cli

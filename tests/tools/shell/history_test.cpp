@@ -27,6 +27,17 @@ TEST(HistoryText, SecretsAreNotKeptInAnyForm) {
   EXPECT_TRUE(MayBeKept("1", {}));
 }
 
+TEST(HistoryText, WhatStandsWhereASecretDoesIsNotKept) {
+  for (const char* entry :
+       {"get('http://a/files/7?ticket=4711')", "'http%3A%2F%2Fa%2F7%3Fticket%3D4711'",
+        "s = {\"usid\": \"4711\"}", "'DbReplicationId=;Username=joe;Password=4711;'",
+        "'<soap:usid>4711</soap:usid>'", "USID = '4711'", ":param password=string:4711", "a\n'usid: 4711'"})
+    EXPECT_FALSE(MayBeKept(entry, {})) << entry;
+  for (const char* entry : {"parameters.ticket", "'Password=;'", "ticket(5)", "usids.length",
+                            "'<usid></usid>'", "'the ticket'", "x.ticket="})
+    EXPECT_TRUE(MayBeKept(entry, {})) << entry;
+}
+
 TEST(HistoryText, BlankAndLengthMatter) {
   EXPECT_FALSE(MayBeKept(" 1", {}));
   EXPECT_FALSE(MayBeKept("", {}));

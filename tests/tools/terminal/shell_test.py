@@ -146,6 +146,9 @@ class ShellTest(TerminalTest):
         terminal.sendline(":session")
         terminal.expect(PROMPT)
         self.assertNotIn(usid, terminal.before)
+        self.answer(terminal, "'http://a/7?ticket=4711'.length", "22")
+        self.answer(terminal, "'Password=another;'.length", "17")
+        self.answer(terminal, "'<usid>another</usid>'.length", "20")
         self.end(terminal)
         self.assertEqual(self.history.read_text(), "'first'\n'second'\n:session\n")
 
