@@ -5,9 +5,7 @@
 #include "tools/commands.h"
 #include "tools/input/input_text.h"
 #include "tools/inspect/check_report.h"
-#include "tools/inspect/message_outline.h"
-#include "tools/inspect/saved_message.h"
-#include "tools/inspect/shown_findings.h"
+#include "tools/inspect/explained_message.h"
 #include "tools/report/json_text.h"
 #include "tools/report/standard_output.h"
 #include "tools/report/unsafe_characters.h"
@@ -18,71 +16,43 @@ namespace {
 
 constexpr std::size_t kLongestText = 2000;
 
-struct Explained {
-  SavedMessage message;
-  std::string file;
-  std::vector<OutlineLine> outline;
-  std::vector<ShownFinding> findings;
-  bool isRefused = false;
+struct ReadAsRow {
+  ReadAs result;
+  const char* name;  // in JSON
+  const char* sentence;
+};
+constexpr ReadAsRow kResults[] = {
+    {ReadAs::kValue, "value", "A client reads this answer"},
+    {ReadAs::kNothing, "nothing", "A client gets no value from this answer"},
+    {ReadAs::kFault, "fault", "A client reads this fault"},
+    {ReadAs::kRefused, "refused", "A client refuses this answer"},
+    {ReadAs::kFile, "file", "A client saves a file from this answer, or has sent one"},
 };
 
-// Of the file. In chunks, of the body without them.
-Place PlaceIn(const Explained& explained, bool isHead, std::size_t at) {
-  if (explained.message.isChunked && !isHead) return PlaceOf(explained.message.body, at);
-  return PlaceOf(explained.file, at + (isHead ? 0 : explained.message.bodyBegin));
+const ReadAsRow& ReadAsRowOf(const ClientReading& reading) {
+  return *std::find_if(std::begin(kResults), std::end(kResults),
+                       [&](const ReadAsRow& row) { return row.result == reading.result; });
 }
 
-void FindAll(Explained& explained, const KnownSecrets& secrets) {
-  const SavedMessage& message = explained.message;
-  const RawAnswer answer{message.method, message.head, message.body};
-  Findings findings;
-  FindHttpFaults(answer, findings);
-  FindEnvelopeFaults(answer, findings);
-  explained.isRefused = StopsClients(findings);
-  for (const Finding& finding : findings)
-    AddFinding(finding, answer, "the answer", secrets, explained.findings);
-  for (ShownFinding& finding : explained.findings) {
-    if (finding.part.empty()) continue;
-    const Place place = PlaceIn(explained, finding.part == "head", finding.at);
-    finding.line = place.line;
-    finding.column = place.column;
-  }
+const char* LimitOf(const std::vector<ShownFinding>& findings) {
+  if (findings.empty()) return "";
+  const bool isLoss = std::all_of(findings.begin(), findings.end(),
+                                  [](const ShownFinding& finding) { return RowOf(finding.rule).isLoss; });
+  return isLoss ? ", but not all of it" : ", although it breaks a rule";
 }
 
-// A request is not judged: servers differ in what they take.
-Explained Explain(const ExplainOptions& options) {
-  Explained explained;
-  explained.file = ReadWhole(options.file, "message");
-  if (explained.file.find_first_not_of(" \t\r\n") == std::string::npos)
-    throw Failure(ExitStatus::kLocal, "the message is empty");
-  explained.message = ParseMessage(explained.file, options.method);
-  KnownSecrets secrets;
-  if (!options.showSecrets) LearnSecrets(explained.message, secrets);
-  explained.outline = OutlineOf(explained.message);
-  for (OutlineLine& line : explained.outline) {
-    line.label = secrets.Masked(line.label);
-    line.text = secrets.Masked(line.text);
-  }
-  if (!explained.message.isRequest) FindAll(explained, secrets);
-  if (explained.message.isRequest && explained.message.tree.flaw) {
-    const Place place = PlaceIn(explained, false, explained.message.tree.flaw->at);
-    explained.outline.push_back({0, "not well-formed",
-                                 explained.message.tree.flaw->message + ", line " +
-                                     std::to_string(place.line) + ", column " + std::to_string(place.column),
-                                 false, explained.message.tree.flaw->at});
-  }
-  return explained;
-}
-
-const char* KindOf(const SavedMessage& message) {
-  return message.isRequest ? "request" : "answer";
-}
-
-const char* VerdictOf(const Explained& explained) {
-  if (explained.message.isRequest) return "A client sends such a request.";
-  if (explained.isRefused) return "A client refuses this answer, or gets no value from it.";
-  return explained.findings.empty() ? "A client reads this answer."
-                                    : "A client reads this answer, but not all of it.";
+// The sentence at the end, and what the client gets.
+std::string VerdictOf(const ExplainedMessage& explained) {
+  if (!explained.reading) return "A client sends such a request.\n";
+  const ClientReading& reading = *explained.reading;
+  const bool hasAnswer = !explained.lines.empty();
+  std::string text = hasAnswer ? ReadAsRowOf(reading).sentence : "There is no answer";
+  if (reading.result == ReadAs::kValue) text += LimitOf(explained.findings);
+  if (!reading.message.empty()) text += ": " + OneLine(reading.message);
+  if (reading.result != ReadAs::kValue || reading.value.empty()) return text + ".\n";
+  text += ":\n";
+  for (const std::string& line : reading.value) text += "  " + OneLine(line) + "\n";
+  return text;
 }
 
 // Further lines of a text are indented.
@@ -93,31 +63,44 @@ std::string Shortened(const std::string& text) {
   return indented + (text.size() > kLongestText ? "..." : "");
 }
 
-std::string TextOf(const Explained& explained) {
-  std::string text = std::string(KindOf(explained.message)) +
-                     (explained.message.method.empty() ? "" : " of " + explained.message.method) + "\n";
-  for (const OutlineLine& line : explained.outline) {
-    const Place place = PlaceIn(explained, line.isHead, line.at);
-    std::string where = std::to_string(place.line) + ":" + std::to_string(place.column);
+std::string TextOf(const ExplainedMessage& explained) {
+  std::string text = explained.title.empty() ? "" : explained.title + "\n";
+  text += explained.kind + (explained.method.empty() ? "" : " of " + explained.method) + "\n";
+  for (const ExplainedLine& line : explained.lines) {
+    std::string where = std::to_string(line.place.line) + ":" + std::to_string(line.place.column);
     where.resize(std::max<std::size_t>(where.size(), 9), ' ');
     text += where + " " + std::string(2 * line.depth, ' ') + OneLine(line.label) + ": " +
             Shortened(line.text) + "\n";
   }
   for (const ShownFinding& finding : explained.findings) text += FindingText(finding);
-  return text + "\n" + VerdictOf(explained) + "\n";
+  text += "\n" + VerdictOf(explained);
+  if (explained.reading && !explained.reading->loss.empty())
+    text += "A strict client refuses it: " + OneLine(explained.reading->loss) + ".\n";
+  return text;
 }
 
-std::string JsonOf(const Explained& explained) {
+nlohmann::ordered_json ReadingJson(const ClientReading& reading) {
   nlohmann::ordered_json json;
-  json["kind"] = KindOf(explained.message);
-  json["method"] = explained.message.method;
-  json["accepted"] = !explained.isRefused;
+  json["result"] = ReadAsRowOf(reading).name;
+  json["value"] = reading.value;
+  json["message"] = reading.message;
+  json["loss"] = reading.loss;
+  return json;
+}
+
+std::string JsonOf(const ExplainedMessage& explained) {
+  nlohmann::ordered_json json;
+  if (!explained.title.empty()) json["title"] = explained.title;
+  json["kind"] = explained.kind;
+  json["method"] = explained.method;
+  json["accepted"] = !explained.IsRefused();
+  if (explained.reading) json["client"] = ReadingJson(*explained.reading);
   json["parts"] = nlohmann::ordered_json::array();
-  for (const OutlineLine& line : explained.outline) {
-    const Place place = PlaceIn(explained, line.isHead, line.at);
-    json["parts"].push_back(
-        {{"label", line.label}, {"text", line.text}, {"line", place.line}, {"column", place.column}});
-  }
+  for (const ExplainedLine& line : explained.lines)
+    json["parts"].push_back({{"label", line.label},
+                             {"text", line.text},
+                             {"line", line.place.line},
+                             {"column", line.place.column}});
   json["findings"] = nlohmann::ordered_json::array();
   for (const ShownFinding& finding : explained.findings) json["findings"].push_back(FindingJson(finding));
   return JsonText(json) + "\n";
@@ -126,10 +109,21 @@ std::string JsonOf(const Explained& explained) {
 }  // namespace
 
 ExitStatus ExplainCommand(const ExplainOptions& options, std::ostream& out) {
-  const Explained explained = Explain(options);
-  out << (options.json ? JsonOf(explained) : TextOf(explained)) << std::flush;
+  const std::string file = ReadWhole(options.file, "message");
+  if (file.find_first_not_of(" \t\r\n") == std::string::npos)
+    throw Failure(ExitStatus::kLocal, "the message is empty");
+  ExitStatus status = ExitStatus::kOk;
+  const char* between = "";
+  for (const ExplainedMessage& explained :
+       ExplainMessages(options.file, file, static_cast<std::size_t>(options.entry), options.method,
+                       options.showSecrets)) {
+    out << between << (options.json ? JsonOf(explained) : TextOf(explained));
+    between = options.json ? "" : "\n";
+    if (explained.IsRefused()) status = ExitStatus::kAnswer;
+  }
+  out << std::flush;
   if (!out) throw FailedOutput(out, "cannot write to standard output");
-  return explained.isRefused ? ExitStatus::kAnswer : ExitStatus::kOk;
+  return status;
 }
 
 }  // namespace qv::cli

@@ -11,6 +11,7 @@
 #include "face/session/process_hold.h"
 #include "face/table/strict_answer.h"
 #include "face/table/table_access.h"
+#include "face/tape/session_tape.h"
 #include "qvscriptwells/com_call.h"
 #include "qvscriptwells/native_path.h"
 
@@ -75,10 +76,11 @@ class Session::Impl::PostedRun final : public QueuedCall {
 };
 
 Session::Impl::Impl(const std::string& server, const Credentials& credentials, Options options,
-                    const std::string& id)
+                    const std::string& id, std::unique_ptr<CallTape> tape)
     : server_(CheckedServer(server)),
       options_(std::move(options)),
       settings_(CheckedSettings(options_)),
+      tape_(std::move(tape)),
       id_(id),
       client_(Held(server_), settings_.proxy, credentials, id),
       queue_(options_.executor) {
@@ -108,10 +110,12 @@ Session::Impl::~Impl() {
 }
 
 void Session::Impl::UseTapes(const std::string& password) {
-  if (options_.record.empty() && options_.replay.empty()) return;
-  tape_ = std::make_unique<SessionTape>(options_.record, options_.replay);
-  tape_->Know(SecretKind::kPassword, password);
-  tape_->Know(SecretKind::kSession, id_);
+  if (tape_ == nullptr && !(options_.record.empty() && options_.replay.empty())) {
+    auto tape = std::make_unique<SessionTape>(options_.record, options_.replay);
+    tape->Know(SecretKind::kPassword, password);
+    tape->Know(SecretKind::kSession, id_);
+    tape_ = std::move(tape);
+  }
   settings_.tape = tape_.get();
 }
 
@@ -270,6 +274,18 @@ std::future<Value> Session::Impl::Post(std::string script, Arguments arguments, 
   std::future<Value> future = call->Future();
   queue_.Post(call);
   return future;
+}
+
+Session SessionAccess::Open(const std::string& server, std::unique_ptr<CallTape> tape,
+                            const Options& options) {
+  return Session(
+      std::make_unique<Session::Impl>(server, Credentials(), options, std::string(), std::move(tape)));
+}
+
+Session SessionAccess::Adopt(const std::string& server, std::unique_ptr<CallTape> tape,
+                             const Options& options) {
+  constexpr char kId[] = "saved";
+  return Session(std::make_unique<Session::Impl>(server, Credentials(), options, kId, std::move(tape)));
 }
 
 }  // namespace scriptwells

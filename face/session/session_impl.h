@@ -1,14 +1,15 @@
 // What a session is made of. Calls run one after the other (call_queue.h).
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "face/exchange/call_settings.h"
+#include "face/exchange/call_tape.h"
 #include "face/exchange/observed_call.h"
 #include "face/session/call_queue.h"
 #include "face/session/script_client.h"
-#include "face/tape/session_tape.h"
 #include "scriptwells/session.h"
 
 namespace scriptwells {
@@ -16,7 +17,9 @@ namespace scriptwells {
 class __attribute__((visibility("hidden"))) Session::Impl {
  public:
   // Opens a session if `id` is empty, else adopts that one. Throws as the functions of Session.
-  Impl(const std::string& server, const Credentials& credentials, Options options, const std::string& id);
+  // `tape` is one without a file, in place of those of the options.
+  Impl(const std::string& server, const Credentials& credentials, Options options, const std::string& id,
+       std::unique_ptr<CallTape> tape = nullptr);
   ~Impl();
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
@@ -59,13 +62,20 @@ class __attribute__((visibility("hidden"))) Session::Impl {
   std::string server_;
   Options options_;
   CallSettings settings_;
-  std::unique_ptr<SessionTape> tape_;  // null for none
+  std::unique_ptr<CallTape> tape_;  // null for none
   std::string id_;
   State state_ = State::kClosed;
   bool isUnreachable_ = false;  // since the last exchange
   CancelToken ending_;          // of the calls that the destructor cancels
   ScriptClient client_;
   CallQueue queue_;
+};
+
+// Sessions with a tape without a file.
+class SessionAccess {
+ public:
+  static Session Open(const std::string& server, std::unique_ptr<CallTape> tape, const Options& options);
+  static Session Adopt(const std::string& server, std::unique_ptr<CallTape> tape, const Options& options);
 };
 
 }  // namespace scriptwells

@@ -19,17 +19,6 @@ namespace scriptwells {
 
 namespace {
 
-// Receives what the tape plays.
-class TapeLine final : public qv::WireLine {
- public:
-  explicit TapeLine(std::shared_ptr<PlayedAnswer> answer) : answer_(std::move(answer)) {}
-  void Send(std::string_view) override { answer_->Send(); }
-  std::size_t Receive(char* bytes, std::size_t most) override { return answer_->Receive(bytes, most); }
-
- private:
-  const std::shared_ptr<PlayedAnswer> answer_;
-};
-
 // "report.pdf, 8 bytes, SHA-256 9f86...": neither its folder nor its content.
 std::string FileText(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -95,7 +84,7 @@ std::unique_ptr<qv::WireLine> SessionTape::Connect() {
                        failure.phase == Phase::kTls);
   }
   answer_ = std::make_shared<PlayedAnswer>();
-  return std::make_unique<TapeLine>(answer_);
+  return std::make_unique<PlayedLine>(answer_);
 }
 
 void SessionTape::Request(const TapedRequest& request) {

@@ -89,7 +89,7 @@ std::string ArgumentText(RequestReader& reader, const std::string& name) {
 
 // The first rows, as JSON.
 void AddTable(const Table& table, std::vector<std::string>* lines) {
-  lines->push_back("= table, " + std::to_string(table.size()) + " rows");
+  lines->push_back("table, " + std::to_string(table.size()) + " rows");
   std::string columns;
   for (const Column& column : table.Columns())
     columns += (columns.empty() ? "" : ", ") + EscapeInLine(column.name) + " " + column.typeName;
@@ -103,16 +103,9 @@ void AddTable(const Table& table, std::vector<std::string>* lines) {
   if (table.size() > kMostRows) lines->emplace_back("  ...");
 }
 
-std::vector<std::string> ShownValue(const Value& value) {
-  std::vector<std::string> lines;
-  if (value.Is<Table>())
-    AddTable(value.AsTable(), &lines);
-  else if (value.IsEmpty())
-    lines.emplace_back("= empty");
-  else
-    lines.push_back(
-        std::string("= ") + ToString(value.type()) + " " +
-        (value.Is<std::string>() ? Quoted(value.As<std::string>()) : EscapeInLine(value.ToString())));
+std::vector<std::string> TypedValue(const Value& value) {
+  std::vector<std::string> lines = ShownValue(value);
+  lines.front().insert(0, "= ");
   return lines;
 }
 
@@ -149,6 +142,18 @@ bool Parse(const TapeText& text, qv::ResponseHead* head) {
 
 }  // namespace
 
+std::vector<std::string> ShownValue(const Value& value) {
+  if (value.IsEmpty()) return {"empty"};
+  std::vector<std::string> lines;
+  if (value.Is<Table>())
+    AddTable(value.AsTable(), &lines);
+  else
+    lines.push_back(
+        std::string(ToString(value.type())) + " " +
+        (value.Is<std::string>() ? Quoted(value.As<std::string>()) : EscapeInLine(value.ToString())));
+  return lines;
+}
+
 std::vector<std::string> TypedArguments(const TapeText& body) {
   const std::string xml = ShownBytes(body);
   std::vector<std::string> lines;
@@ -167,7 +172,7 @@ std::vector<std::string> TypedAnswer(Purpose purpose, const TapeText& head, cons
     std::string_view type;
     if (Parse(head, &parsed)) parsed.Find("Content-Type", &type);
     const qv::BodyCharset charset(type, bytes);
-    return ShownValue(ReadAnswer(charset.Decode(std::string_view(bytes).substr(charset.MarkSize(bytes)))));
+    return TypedValue(ReadAnswer(charset.Decode(std::string_view(bytes).substr(charset.MarkSize(bytes)))));
   } catch (const qv::EQvException& fault) {
     return {ShownFailure(fault)};
   } catch (const Error& error) {

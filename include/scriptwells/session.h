@@ -106,6 +106,7 @@ class SCRIPTWELLS_API Session {
 
  private:
   class Impl;
+  friend class SessionAccess;  // of the library itself
   explicit Session(std::unique_ptr<Impl> impl) noexcept;
   std::unique_ptr<Impl> impl_;
 };

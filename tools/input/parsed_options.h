@@ -169,6 +169,7 @@ struct CheckOptions : SessionOptions {
 
 struct ExplainOptions {
   std::string file;    // "-" is standard input
+  int entry = 0;       // of a tape, from 1 on; 0: all
   std::string method;  // of the request; empty: as the message says
   bool showSecrets = false;
   bool json = false;

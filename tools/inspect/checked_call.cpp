@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/inspect/client_reading.h"
 #include "tools/inspect/server_probe.h"
 #include "tools/inspect/shown_findings.h"
 #include "tools/inspect/xml_tree.h"
@@ -22,20 +23,6 @@ const char* MethodOf(Purpose purpose) {
 
 bool IsFileTransfer(const scriptwells::Exchange& exchange) {
   return exchange.purpose == Purpose::kUpload || exchange.purpose == Purpose::kDownload;
-}
-
-// A fault that the client understood.
-bool IsFault(const scriptwells::Error& error) {
-  return error.phase() == Phase::kScript || (error.phase() == Phase::kSession && error.number());
-}
-
-// The rule that is broken by an answer that did not come, or not in full.
-std::optional<Rule> RuleOfSilence(const CallOutcome& outcome) {
-  const Phase phase = outcome.error->phase();
-  if (outcome.isTimeout) return Rule::kInTime;
-  if (phase == Phase::kReceive) return Rule::kWholeBody;
-  if (phase == Phase::kWait || phase == Phase::kSend) return Rule::kHttpAnswer;
-  return {};
 }
 
 const XmlNode* FindElement(const XmlNode& node, std::string_view local) {
@@ -134,7 +121,8 @@ void CheckedCalls::Examine(CallOutcome& outcome) {
     if (!outcome.findings.empty()) break;  // they are about this answer
   }
   if (!outcome.error || outcome.isFault) return;
-  if (const std::optional<Rule> rule = RuleOfSilence(outcome)) {
+  const std::optional<Rule> rule = outcome.isTimeout ? Rule::kInTime : RuleOfSilence(*outcome.error);
+  if (rule) {
     KeepHeads(outcome.findings);
     if (outcome.isTimeout) outcome.findings.clear();  // it may have been on its way
     if (!Holds(outcome.findings, *rule))

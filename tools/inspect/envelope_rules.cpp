@@ -10,21 +10,42 @@ namespace qv::cli {
 
 namespace {
 
+// Clients find it anywhere.
+const XmlNode* FindNamed(const XmlNode& node, std::string_view name) {
+  if (node.name == name) return &node;
+  for (const XmlNode& child : node.children)
+    if (const XmlNode* found = FindNamed(child, name)) return found;
+  return nullptr;
+}
+
 const XmlNode* FaultIn(const XmlNode& body) {
+  if (const XmlNode* fault = FindNamed(body, "soap:Fault")) return fault;
   for (const XmlNode& child : body.children)
     if (LocalName(child.name) == "Fault") return &child;
   return nullptr;
 }
 
+// The error object in the text, which is XML again.
+bool HasBrokenObject(const std::string& text) {
+  constexpr std::string_view kEnd = "</ErrorObject>";
+  const std::size_t begin = text.find("<ErrorObject");
+  const std::size_t end = text.find(kEnd);
+  if (begin == std::string::npos || end == std::string::npos || end < begin) return false;
+  return ReadXml(std::string_view(text).substr(begin, end + kEnd.size() - begin)).flaw.has_value();
+}
+
 // White space elsewhere in a fault has no effect, and neither has a header.
 void FindFaultFaults(const XmlNode& fault, Findings& findings) {
   if (fault.name != "soap:Fault") findings.push_back(At(Rule::kFaultPrefix, fault));
-  for (const XmlNode& child : fault.children)
-    if (child.name == "faultstring") return;
-  findings.push_back(At(Rule::kFaultText, fault));
+  const XmlNode* text = FindNamed(fault, "faultstring");
+  if (text == nullptr)
+    findings.push_back(At(Rule::kFaultText, fault));
+  else if (HasBrokenObject(text->OwnText()))
+    findings.push_back(At(Rule::kFaultText, *text, "its ErrorObject is not well-formed"));
 }
 
 void FindSessionFaults(const XmlNode& answer, Findings& findings) {
+  FindFirstWhiteSpace(answer, findings);
   const XmlNode* id = answer.FirstElement();
   if (id == nullptr || id->OwnText().empty()) findings.push_back(At(Rule::kSessionId, answer));
 }
@@ -37,7 +58,7 @@ void FindAnswerFaults(const XmlNode& answer, const std::string& method, Findings
   if (!method.empty() && !HasName(answer, method)) findings.push_back(At(Rule::kAnswerName, answer));
   if (method == "CloseUserSession") return;
   if (method == "CreateUserSession") return FindSessionFaults(answer, findings);
-  FindWhiteSpace(answer, findings);
+  FindFirstWhiteSpace(answer, findings);
   const XmlNode* value = answer.FirstElement();
   std::size_t elements = 0;
   for (const XmlNode& child : answer.children) elements += child.IsElement() ? 1 : 0;
@@ -56,24 +77,25 @@ const XmlNode* BodyOf(const XmlNode& envelope) {
 }
 
 void FindHeader(const XmlNode& envelope, Findings& findings) {
-  for (const XmlNode& child : envelope.children)
-    if (child.IsElement() && LocalName(child.name) == "Header")
-      findings.push_back(At(Rule::kNoHeader, child));
+  const XmlNode* first = envelope.FirstElement();
+  if (first != nullptr && LocalName(first->name) == "Header") findings.push_back(At(Rule::kNoHeader, *first));
 }
 
-void FindTreeFaults(const XmlNode& root, const std::string& method, Findings& findings) {
+void FindTreeFaults(const XmlNode& root, const RawAnswer& answer, Findings& findings) {
+  const std::string& method = answer.method;
   if (LocalName(root.name) != "Envelope") return findings.push_back(At(Rule::kServicePath, root));
-  if (root.name != "soap:Envelope" && root.name != "SOAP:Envelope")
-    findings.push_back(At(Rule::kEnvelopePrefix, root));
+  const bool hasPrefix = root.name == "soap:Envelope" || root.name == "SOAP:Envelope";
+  if (!hasPrefix && !HoldsEnvelope(answer.body)) findings.push_back(At(Rule::kEnvelopePrefix, root));
   const XmlNode* body = BodyOf(root);
   if (body == nullptr) return findings.push_back(At(Rule::kServicePath, root, "the envelope has no body"));
   if (const XmlNode* fault = FaultIn(*body)) return FindFaultFaults(*fault, findings);
   FindHeader(root, findings);
-  FindWhiteSpace(root, findings);
-  FindWhiteSpace(*body, findings);
-  const XmlNode* answer = body->FirstElement();
-  if (answer == nullptr) return findings.push_back(At(Rule::kOneValue, *body, "the body is empty"));
-  FindAnswerFaults(*answer, method, findings);
+  FindFirstWhiteSpace(root, findings);
+  // Clients find the id anywhere, and need no answer to a close.
+  if (method == "Execute" || method.empty()) FindFirstWhiteSpace(*body, findings);
+  const XmlNode* content = body->FirstElement();
+  if (content == nullptr) return findings.push_back(At(Rule::kOneValue, *body, "the body is empty"));
+  FindAnswerFaults(*content, method, findings);
 }
 
 // A page of a web server, such as one that has no such path.
@@ -89,7 +111,7 @@ bool IsOther(std::string_view body) {
 void FindEnvelopeFaults(const RawAnswer& answer, Findings& findings) {
   if (answer.body.empty()) return;
   const XmlTree tree = ReadXml(answer.body, CharsetOf(answer.head));
-  if (tree.root) return FindTreeFaults(*tree.root, answer.method, findings);
+  if (tree.root) return FindTreeFaults(*tree.root, answer, findings);
   const Rule rule = IsOther(answer.body) ? Rule::kServicePath : Rule::kWellFormed;
   const std::size_t at = rule == Rule::kServicePath ? 0 : tree.flaw->at;
   findings.push_back({rule, Part::kBody, at, answer.body.size(), tree.flaw->message});

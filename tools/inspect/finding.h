@@ -35,12 +35,17 @@ void FindHttpFaults(const RawAnswer& answer, Findings& findings);
 // What the body is. Nothing after a body that is not XML.
 void FindEnvelopeFaults(const RawAnswer& answer, Findings& findings);
 
+// What clients look for before they read an answer, also in a comment.
+bool HoldsEnvelope(std::string_view body);
+
 // The value of the first header of this name, in any case; and where the line is.
 struct HeaderLine {
   std::string_view value;
   std::size_t begin = 0, end = 0;
 };
 bool FindHeader(std::string_view head, std::string_view name, HeaderLine& line);
+// The header that says so.
+bool IsChunked(std::string_view head, HeaderLine& line);
 // "utf-8", or empty if the head names none.
 std::string CharsetOf(std::string_view head);
 

@@ -33,14 +33,20 @@ long long StatusOf(std::string_view head) {
   return blank == std::string_view::npos ? -1 : NumberOf(head.substr(blank + 1, 3));
 }
 
+// A status line, and no field that goes on with a line before it.
+bool IsHttpHead(std::string_view head) {
+  const std::size_t second = head.find('\n') + 1;
+  const bool goesOn = second < head.size() && (head[second] == ' ' || head[second] == '\t');
+  return head.substr(0, 7) == "HTTP/1." && StatusOf(head) >= 100 && !goesOn;
+}
+
 Finding InHead(Rule rule, const HeaderLine& line) {
   return {rule, Part::kHead, line.begin, line.end};
 }
 
 void FindLengthFaults(const RawAnswer& answer, Findings& findings) {
   HeaderLine line;
-  if (FindHeader(answer.head, "Transfer-Encoding", line))
-    return findings.push_back(InHead(Rule::kChunked, line));
+  if (IsChunked(answer.head, line)) return findings.push_back(InHead(Rule::kChunked, line));
   if (!FindHeader(answer.head, "Content-Length", line))
     return findings.push_back({Rule::kContentLength, Part::kHead, 0, answer.head.find('\r'), "it has none"});
   const long long length = NumberOf(line.value);
@@ -66,6 +72,11 @@ bool FindHeader(std::string_view head, std::string_view name, HeaderLine& line) 
     begin = end + 1;
   }
   return false;
+}
+
+bool IsChunked(std::string_view head, HeaderLine& line) {
+  return FindHeader(head, "Transfer-Encoding", line) &&
+         Lower(line.value).find("chunked") != std::string::npos;
 }
 
 std::string CharsetOf(std::string_view head) {
@@ -94,13 +105,22 @@ bool StopsClients(const Findings& findings) {
                      [](const Finding& finding) { return !RowOf(finding.rule).isLoss; });
 }
 
+bool HoldsEnvelope(std::string_view body) {
+  return body.find("soap:Envelope") != std::string_view::npos ||
+         body.find("SOAP:Envelope") != std::string_view::npos;
+}
+
 void FindHttpFaults(const RawAnswer& answer, Findings& findings) {
   if (answer.head.empty()) return;
+  if (!IsHttpHead(answer.head))
+    findings.push_back(
+        {Rule::kHttpAnswer, Part::kHead, 0, answer.head.find('\r'), "this is no head of HTTP/1"});
   HeaderLine line;
   const long long status = StatusOf(answer.head);
-  if (status >= 300 && status < 400 && FindHeader(answer.head, "Location", line))
+  const bool isEnvelope = HoldsEnvelope(answer.body);
+  if (status >= 300 && status < 400 && FindHeader(answer.head, "Location", line) && !isEnvelope)
     findings.push_back(InHead(Rule::kRedirect, line));
-  if (FindHeader(answer.head, "Content-Encoding", line) && Lower(line.value) != "identity")
+  if (FindHeader(answer.head, "Content-Encoding", line) && Lower(line.value) != "identity" && !isEnvelope)
     findings.push_back(InHead(Rule::kCompression, line));
   FindLengthFaults(answer, findings);
 }

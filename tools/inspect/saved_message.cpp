@@ -20,12 +20,27 @@ bool IsHttp(std::string_view text) {
   return StartsWith(text, "HTTP/") || StartsWith(text, "POST ") || StartsWith(text, "GET ");
 }
 
-// Where the body begins.
-std::size_t EndOfHead(std::string_view text) {
+std::size_t EndOfOneHead(std::string_view text) {
   const std::size_t strict = text.find("\r\n\r\n");
   const std::size_t loose = text.find("\n\n");
   if (strict == std::string_view::npos && loose == std::string_view::npos) return text.size();
   return strict < loose ? strict + 4 : loose + 2;
+}
+
+// "HTTP/1.1 100 Continue"
+bool IsInterim(std::string_view text) {
+  const std::size_t blank = text.find(' ');
+  return StartsWith(text, "HTTP/") && blank != std::string_view::npos && text.substr(blank + 1, 1) == "1";
+}
+
+// Where the body begins: after all heads, of which the last one counts.
+std::size_t EndOfHead(std::string_view text) {
+  std::size_t end = EndOfOneHead(text);
+  for (std::size_t begin = 0; end < text.size() && IsInterim(text.substr(begin));) {
+    begin = end;
+    end += EndOfOneHead(text.substr(begin));
+  }
+  return end;
 }
 
 // Up to a damaged chunk.
@@ -58,7 +73,7 @@ void SplitHttp(std::string_view text, SavedMessage& message) {
   message.head = text.substr(0, message.bodyBegin);
   message.isRequest = !StartsWith(text, "HTTP/");
   HeaderLine line;
-  message.isChunked = FindHeader(message.head, "Transfer-Encoding", line);
+  message.isChunked = IsChunked(message.head, line);
   const std::string_view body = OwnBody(message.head, text.substr(message.bodyBegin));
   message.body = message.isChunked ? WithoutChunks(body) : std::string(body);
 }

@@ -70,7 +70,7 @@ constexpr const char* kColumnTypes[] = {"xsd:byte",
                                         "xsd:duration",
                                         "qvdt:Blob"};
 
-constexpr char kDate[] = R"(\d{4,}-(0[1-9]|1[0-2])-(0[1-9]|[12]\d|3[01]))";
+constexpr char kDate[] = R"((?!0000)\d{4}-(0[1-9]|1[0-2])-(0[1-9]|[12]\d|3[01]))";
 constexpr char kTime[] = R"((([01]\d|2[0-3]):[0-5]\d:[0-5]\d(\.\d+)?))";
 constexpr char kZone[] = R"((Z|[+-]\d\d:\d\d)?)";
 constexpr char kSpan[] = R"(-?P(?=[\dT])(\d+Y)?(\d+M)?(\d+D)?(T(?=\d)(\d+H)?(\d+M)?(\d+(\.\d+)?S)?)?)";
@@ -86,7 +86,7 @@ const std::vector<Form>& Forms() {
                                           {Reading::kShort, R"([+-]?\d+)"},
                                           {Reading::kInt, R"([+-]?\d+)"},
                                           {Reading::kReal, kReal},
-                                          {Reading::kDate, std::string(kDate) + kZone},
+                                          {Reading::kDate, std::string(kDate) + "Z?"},
                                           {Reading::kTime, std::string(kTime) + kZone},
                                           {Reading::kDateTime, std::string(kDate) + "T" + kTime + kZone},
                                           {Reading::kDuration, kSpan}};
@@ -152,12 +152,16 @@ void FindTextFaults(const XmlNode& node, Reading reading, Findings& findings) {
     findings.push_back(At(Rule::kValueLost, node));
 }
 
-// The text of a cell of a date fails the table if it is empty; other empty cells are read as zeros.
+// The text of a cell of a date or duration fails the table if it is empty, and so does a link of another
+// form; other empty cells are read as zeros.
 void FindCellFaults(const XmlNode& cell, const std::string& type, Findings& findings) {
   const std::string text = cell.OwnText();
   const Reading reading = ReadingOf(type);
-  const bool isTime = reading == Reading::kDate || reading == Reading::kTime || reading == Reading::kDateTime;
-  if ((isTime || !text.empty()) && !HasForm(reading, text)) findings.push_back(At(Rule::kValueText, cell));
+  const bool needsText = reading == Reading::kDate || reading == Reading::kTime ||
+                         reading == Reading::kDateTime || reading == Reading::kDuration;
+  const bool isLink = reading == Reading::kLink && !text.empty();
+  if (((needsText || !text.empty()) && !HasForm(reading, text)) || (isLink && !HasLinkForm(text)))
+    findings.push_back(At(Rule::kValueText, cell));
 }
 
 std::vector<const XmlNode*> Elements(const XmlNode& parent) {
@@ -182,7 +186,7 @@ std::vector<std::string> ColumnTypes(const XmlNode& schema, Findings& findings) 
 }
 
 void FindRowFaults(const XmlNode& row, const std::vector<std::string>& types, Findings& findings) {
-  FindWhiteSpace(row, findings);
+  FindWhiteSpace(row, nullptr, findings);
   const std::vector<const XmlNode*> cells = Elements(row);
   if (cells.size() != types.size())
     findings.push_back(
@@ -193,14 +197,14 @@ void FindRowFaults(const XmlNode& row, const std::vector<std::string>& types, Fi
 }
 
 void FindTableFaults(const XmlNode& table, Findings& findings) {
-  FindWhiteSpace(table, findings);
   const std::vector<const XmlNode*> blocks = Elements(table);
   if (blocks.size() < 2) return findings.push_back(At(Rule::kTableBlocks, table));
-  FindWhiteSpace(*blocks[0], findings);
-  FindWhiteSpace(*blocks[1], findings);
+  FindWhiteSpace(table, blocks[1], findings);
+  FindFirstWhiteSpace(*blocks[0], findings);
+  FindWhiteSpace(*blocks[1], nullptr, findings);
   const XmlNode* schema = blocks[0]->FirstElement();
   if (schema == nullptr) return findings.push_back(At(Rule::kTableBlocks, *blocks[0]));
-  FindWhiteSpace(*schema, findings);
+  FindWhiteSpace(*schema, nullptr, findings);
   const std::vector<std::string> types = ColumnTypes(*schema, findings);
   for (const XmlNode* row : Elements(*blocks[1])) FindRowFaults(*row, types, findings);
 }
@@ -233,10 +237,16 @@ Reading ReadingOf(std::string_view typeName) {
   return Reading::kNone;
 }
 
-void FindWhiteSpace(const XmlNode& parent, Findings& findings) {
+void FindWhiteSpace(const XmlNode& parent, const XmlNode* last, Findings& findings) {
   if (parent.FirstElement() == nullptr) return;
-  for (const XmlNode& child : parent.children)
+  for (const XmlNode& child : parent.children) {
+    if (&child == last) return;
     if (!child.IsElement()) return findings.push_back(At(Rule::kWhiteSpace, child));
+  }
+}
+
+void FindFirstWhiteSpace(const XmlNode& parent, Findings& findings) {
+  FindWhiteSpace(parent, parent.FirstElement(), findings);
 }
 
 void FindValueFaults(const XmlNode& value, Findings& findings) {

@@ -11,9 +11,11 @@ namespace qv::cli {
 // `value` is the element of the value.
 void FindValueFaults(const XmlNode& value, Findings& findings);
 
-// The finding for white space or a comment before the first element, and between elements; none if the only
+// The finding for white space or a comment among elements, up to `last` if it is not null; none if the only
 // content is a text.
-void FindWhiteSpace(const XmlNode& parent, Findings& findings);
+void FindWhiteSpace(const XmlNode& parent, const XmlNode* last, Findings& findings);
+// The same for what is before the first element, where clients take what comes first.
+void FindFirstWhiteSpace(const XmlNode& parent, Findings& findings);
 
 Finding At(Rule rule, const XmlNode& node, std::string_view what = {});
 

@@ -154,13 +154,16 @@ refused the session, 7 it breaks a rule or a step failed.)";
 
 inline constexpr char kExplainExamples[] =
     R"(  scriptwells explain answer.txt
+  scriptwells explain a.tape --entry 2
   curl -si -d @request.xml "$URL" | scriptwells explain - --method Execute)";
 
 inline constexpr char kExplainNotes[] =
-    R"(FILE is a request or an answer: HTTP with its head, or XML alone. Each part is shown with its line and column
-in the file: the head, the envelope, the method, the script, parameters and values with their types, columns
-and rows of a table, the fields of a fault. Of an answer the broken rules follow, as check names them.
-Passwords, session ids and upload tickets are shown as *** unless --show-secrets is given.
+    R"(FILE is a request or an answer, HTTP with its head or XML alone, or a tape. Each part is shown with its line
+and column in the file, or in the message of a tape: the head, the envelope, the method, the script,
+parameters and values with their types, columns and rows of a table, the fields of a fault. Of an answer the
+broken rules follow, as check names them, and what this client itself makes of it: the value, the fault, or
+why it refuses the answer. Passwords, session ids and upload tickets are shown as *** unless --show-secrets
+is given; what a tape masks stays masked.
 
 Exit codes: 0 a request, or an answer that clients read; 7 an answer that they do not.)";
 

@@ -1,6 +1,7 @@
 // `scriptwells explain` of requests and answers from files.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -63,7 +64,7 @@ TEST_F(Explain, AnswerThatClientsRead) {
           "5:1       envelope: soap:Envelope\n"
           "5:27        answer: ExecuteResponse\n"
           "5:44          value xsd:int: 42\n"
-          "\nA client reads this answer.\n");
+          "\nA client reads this answer:\n  int 42\n");
 }
 
 TEST_F(Explain, PlaceOfWhatClientsRefuse) {
@@ -73,7 +74,8 @@ TEST_F(Explain, PlaceOfWhatClientsRefuse) {
   EXPECT_TRUE(Holds(outcome.out, "\nwhite-space: ")) << outcome.out;
   EXPECT_TRUE(Holds(outcome.out, "found   the answer, body, byte 26 (line 2, column 27): \"\\n \""))
       << outcome.out;
-  EXPECT_TRUE(Holds(outcome.out, "\nA client refuses this answer, or gets no value from it.\n"));
+  EXPECT_TRUE(Holds(outcome.out, "\nA client refuses this answer: The respone that arrived is not valid"))
+      << outcome.out;
 }
 
 TEST_F(Explain, TablesFaultsAndLossesAsJson) {
@@ -90,10 +92,12 @@ TEST_F(Explain, TablesFaultsAndLossesAsJson) {
          "--json");
   EXPECT_EQ(Json::parse(fault.out)["parts"].back()["label"], "errorCode");
   EXPECT_EQ(Json::parse(fault.out)["parts"].back()["text"], "5");
+  EXPECT_EQ(Json::parse(fault.out)["client"]["result"], "fault");
   const Outcome loss =
       Of(InBody("<ExecuteResponse><r xsi:type='xsd:long'>5</r></ExecuteResponse>"), "--json");
-  EXPECT_EQ(loss.exit, 0);
+  EXPECT_EQ(loss.exit, 7);
   EXPECT_EQ(Json::parse(loss.out)["findings"][0]["rule"], "type-lost");
+  EXPECT_EQ(Json::parse(loss.out)["client"]["result"], "nothing");
 }
 
 TEST_F(Explain, SecretsAreShownOnDemandOnly) {
@@ -111,6 +115,38 @@ TEST_F(Explain, SecretsAreShownOnDemandOnly) {
       EXPECT_FALSE(Holds(masked.out + masked.err, "canary")) << masked.out << masked.err;
     }
   EXPECT_TRUE(Holds(Of(kOpened, "--show-secrets").out, "session id: canary2"));
+}
+
+constexpr char kTape[] =
+    "scriptwells tape 1\n\nsession 1\n"
+    "1 execute http://127.0.0.1:8080\n"
+    "> POST /Quorvane/api/Scriptwells/2.0/Scriptwells.asmx HTTP/1.1\\r\n> usid: <session:1>{7}\\r\n> \\r\n"
+    ">> <E><B><Execute><usid><session:1>{7}</usid><Script>6 * 7</Script></Execute></B></E>\\\n"
+    "< HTTP/1.1 200 OK\\r\n< Content-Length: 125\\r\n< \\r\n"
+    "<< <soap:Envelope>\\\n<< <soap:Body>\\\n"
+    "<< <ExecuteResponse>\\\n<< <r xsi:type=\"xsd:string\"><session:1>{7}</r>\\\n<< </ExecuteResponse>\\\n"
+    "<< </soap:Body>\\\n<< </soap:Envelope>\\\n"
+    "\n"
+    "1 execute http://127.0.0.1:8080\n"
+    "! connect 0x80070000 Connection refused\n"
+    "\n";
+
+TEST_F(Explain, ExchangesOfATape) {
+  const Outcome all = Of(kTape);
+  EXPECT_EQ(all.exit, 7) << all.err;
+  EXPECT_TRUE(Holds(all.out, "exchange 1, line 4: execute\nrequest of Execute\n")) << all.out;
+  EXPECT_TRUE(Holds(all.out, "script: 6 * 7\n")) << all.out;
+  EXPECT_TRUE(Holds(all.out, "\nA client reads this answer:\n  string \"***\"\n")) << all.out;
+  EXPECT_TRUE(Holds(all.out, "exchange 2, line 20: execute\nanswer of Execute\n\nThere is no answer: "))
+      << all.out;
+  EXPECT_TRUE(Holds(all.out, "Connection refused")) << all.out;
+  const Outcome one = Of(kTape, "--entry 1 --json");
+  EXPECT_EQ(one.exit, 0) << one.err;
+  EXPECT_EQ(std::count(one.out.begin(), one.out.end(), '\n'), 2) << one.out;
+  Of(kTape, "--entry 3").Fails(6, "the tape has 2 exchanges");
+  Of(kTape, "--entry 0").Fails(2, "--entry counts from 1; try 'scriptwells explain --help'");
+  EXPECT_TRUE(Holds(Of(std::string(kTape).substr(0, 300)).err, "the tape was cut"));
+  EXPECT_TRUE(Holds(Of(kOpened, "--entry 1").err, "--entry is for a tape, and "));
 }
 
 TEST_F(Explain, HostileFiles) {
