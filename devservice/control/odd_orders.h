@@ -17,7 +17,7 @@ namespace qv::devservice {
 // Parses {"names": "cut+ns2", "action": "Execute", "requests": 3}, or the same with "chance" and "seed" in
 // place of "requests". Only `names` is required. Throws std::invalid_argument with the reason, as
 // CheckOddOrder.
-OddOrder ParseOddOrder(std::string_view json);
+OddOrder ParseOddOrder(std::string_view text);
 
 // Throws std::invalid_argument with the reason if a name or the action does not exist, or the chance is none.
 void CheckOddOrder(const OddOrder& order);

@@ -19,7 +19,7 @@ class FailuresOnTape : public ::testing::Test {
     options.silenceTimeout = std::chrono::milliseconds(150);
     const auto open = [&] { return ErrorOf([&] { Session(url, {"joe", "secret"}, options); }); };
     options.record = directory_.Path(name);
-    const std::string recorded = open();
+    std::string recorded = open();
     options.record.clear();
     options.replay = directory_.Path(name);
     EXPECT_EQ(open(), recorded);

@@ -13,7 +13,6 @@
 namespace qv::cli {
 namespace {
 
-using testing::Each;
 using testing::Holds;
 using Json = nlohmann::json;
 
@@ -28,10 +27,13 @@ bool Has(const std::string& command) {
 // A program that prints its port in its first line, as long as this object exists.
 class ServerProcess {
  public:
+  // NOLINTNEXTLINE(cert-env33-c): the tests' own commands
   explicit ServerProcess(const std::string& command) : pipe_(::popen(("exec " + command).c_str(), "r")) {
     char line[64] = {};
-    if (pipe_ != nullptr && std::fgets(line, sizeof line, pipe_) != nullptr) pid_ = std::atoi(line);
-    if (pipe_ != nullptr && std::fgets(line, sizeof line, pipe_) != nullptr) port_ = std::atoi(line);
+    if (pipe_ != nullptr && std::fgets(line, sizeof line, pipe_) != nullptr)
+      pid_ = static_cast<int>(std::strtol(line, nullptr, 10));
+    if (pipe_ != nullptr && std::fgets(line, sizeof line, pipe_) != nullptr)
+      port_ = static_cast<int>(std::strtol(line, nullptr, 10));
   }
   ~ServerProcess() {
     if (pid_ > 0) static_cast<void>(OutputOf("kill " + std::to_string(pid_)));

@@ -25,7 +25,7 @@ class ProfiledRun : public ::testing::Test {
                   "[profile.work]\nserver = \"" + service_.Url() + "\"\nuser = \"joe\"\n" + lines);
   }
   std::string PasswordFile(mode_t mode) const {
-    const std::string path = folder_.Write("pw", std::string(kSecret) + "\nmore\n");
+    std::string path = folder_.Write("pw", std::string(kSecret) + "\nmore\n");
     ::chmod(path.c_str(), mode);
     return path;
   }
@@ -61,7 +61,7 @@ TEST_F(ProfiledRun, EveryCommandThatCallsTakesAProfile) {
 }
 
 TEST_F(ProfiledRun, SharedPasswordFileIsRefused) {
-  for (const mode_t mode : {0640, 0604, 0660}) {
+  for (const mode_t mode : {0640U, 0604U, 0660U}) {
     const std::string path = PasswordFile(mode);
     WriteProfile("password-file = \"" + path + "\"\n");
     Command("run -e 1 --profile work")
