@@ -43,7 +43,8 @@ bool IsFault(const scriptwells::Error& error) {
 std::optional<Rule> RuleOfSilence(const scriptwells::Error& error) {
   if (dynamic_cast<const scriptwells::TimeoutError*>(&error) != nullptr) return Rule::kInTime;
   if (error.phase() == Phase::kReceive) return Rule::kWholeBody;
-  if (error.phase() == Phase::kWait || error.phase() == Phase::kSend) return Rule::kHttpAnswer;
+  const bool hasNoHead = error.phase() == Phase::kAnswer && error.status() == 0;
+  if (error.phase() == Phase::kWait || error.phase() == Phase::kSend || hasNoHead) return Rule::kHttpAnswer;
   return {};
 }
 

@@ -454,6 +454,7 @@ TEST(ClientReading, AgreesOnHeads) {
       "HTTP/1.1 200 OK\r\nContent-Type: text/xml; charset=utf-16\r\n" + length + "\r\n" + body,
       "HTTP/1.1 200 OK\r\n bad\r\n" + length + "\r\n" + body,
       "HTTP/1.1 200 OK\r\nno colon\r\n" + length + "\r\n" + body,
+      "HTTP/1.1 200" + std::string(3, '\0') + " OK\r\n" + length + "\r\n" + body,
       "HTTP/1.1 abc OK\r\n" + length + "\r\n" + body,
       "HTTP/2 200\r\n" + length + "\r\n" + body,
       "HTTP/1.1 200 OK\r\n" + length + "\r\n" + body + "more",
