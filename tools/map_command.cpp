@@ -112,7 +112,7 @@ void ReportEnd(const Batch& batch, std::int64_t rows, const BatchFiles& files, c
   if (open > 0)
     reporter.Note(std::to_string(open) + of + "were not run" +
                   (files.journal.empty() ? "" : "; --resume goes on with them"));
-  throw *batch.StopReason();
+  throw Failure(*batch.StopReason());
 }
 
 }  // namespace

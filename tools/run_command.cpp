@@ -101,7 +101,8 @@ std::string TimeOfDay() {
   const std::time_t now = std::time(nullptr);
   std::tm local = {};
   char text[16] = {};
-  if (::localtime_r(&now, &local) != nullptr) std::strftime(text, sizeof text, "%H:%M:%S", &local);
+  if (::localtime_r(&now, &local) != nullptr)
+    static_cast<void>(std::strftime(text, sizeof text, "%H:%M:%S", &local));
   return text;
 }
 

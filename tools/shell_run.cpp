@@ -219,7 +219,8 @@ void ShellRun::SetParameter(const std::string& text) {
   Parameter parameter{text, ParseParameter(text)};
   const std::string name = parameter.parsed.argument.Name();
   if (parameter.parsed.argument.GetFile() != nullptr && !options_.local) CheckUploadScripts();
-  for (const std::string& note : parameter.parsed.notes) reporter_.Note("parameter '" + name + "' " + note);
+  const std::string about = "parameter '" + name + "' ";
+  for (const std::string& note : parameter.parsed.notes) reporter_.Note(about + note);
   for (Parameter& known : parameters_)
     if (known.parsed.argument.Name() == name) {
       known = std::move(parameter);

@@ -1,9 +1,8 @@
 #include "tools/inspect/known_secrets.h"
 
-#include <string.h>
-
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <utility>
 
 namespace qv::cli {

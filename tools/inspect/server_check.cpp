@@ -1,7 +1,5 @@
 #include "tools/inspect/server_check.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <regex>
 #include <string>
 
@@ -108,9 +109,12 @@ bool IsInRange(Reading reading, const std::string& text) {
 bool IsDay(const std::string& text) {
   static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   const std::size_t dash = text.find('-');
-  const int year = std::atoi(text.substr(0, dash).c_str());
-  const int month = std::atoi(text.substr(dash + 1, 2).c_str());
-  const int day = std::atoi(text.substr(dash + 4, 2).c_str());
+  const auto number = [&text](std::size_t at, std::size_t count) {
+    return std::strtol(text.substr(at, count).c_str(), nullptr, 10);
+  };
+  const long year = number(0, dash);
+  const long month = number(dash + 1, 2);
+  const long day = number(dash + 4, 2);
   const bool isLeap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
   return day <= kDays[month - 1] + (month == 2 && isLeap ? 1 : 0);
 }
@@ -216,11 +220,11 @@ const std::pair<std::string, std::string>* AttributeLike(const XmlNode& node, st
 }
 
 bool IsNull(const XmlNode& value) {
-  for (const char* name : {"null", "nil"})
-    if (const auto* null = AttributeLike(value, name);
-        null != nullptr && (null->second == "true" || null->second == "1"))
-      return true;
-  return false;
+  constexpr const char* kNames[] = {"null", "nil"};
+  return std::any_of(std::begin(kNames), std::end(kNames), [&value](const char* name) {
+    const auto* null = AttributeLike(value, name);
+    return null != nullptr && (null->second == "true" || null->second == "1");
+  });
 }
 
 }  // namespace

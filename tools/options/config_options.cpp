@@ -69,7 +69,7 @@ std::string ConfigArguments::WrongWithSetting() {
   if (config_.key == "default")
     return config_.profile.empty() ? ""
                                    : "the default profile is not a setting of a profile; leave out --profile";
-  const std::string wrong = WrongWithKey(config_.key);
+  std::string wrong = WrongWithKey(config_.key);
   if (!wrong.empty() || config_.verb == ConfigVerb::kUnset) return wrong;
   return WrongWithValue();
 }

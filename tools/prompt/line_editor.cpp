@@ -152,8 +152,8 @@ ShellLine LineEditor::Next(bool isOpen) {
 
 ShellLine LineEditor::Ended() {
   lines_.clear();
-  std::fputs(Interrupted() ? "^C\n" : "\n", shown_);
-  std::fflush(shown_);
+  static_cast<void>(std::fputs(Interrupted() ? "^C\n" : "\n", shown_));
+  static_cast<void>(std::fflush(shown_));
   return {Interrupted() ? ShellLine::Kind::kInterrupted : ShellLine::Kind::kEnd};
 }
 
@@ -194,8 +194,8 @@ void LineEditor::List(const std::vector<std::string>& words) {
     const bool isLast = (i + 1) % inLine == 0 || i + 1 == words.size();
     text += OneLine(words[i]) + (isLast ? "\n" : std::string(width - ShownWidth(words[i]), ' '));
   }
-  std::fputs(text.c_str(), shown_);
-  std::fflush(shown_);
+  static_cast<void>(std::fputs(text.c_str(), shown_));
+  static_cast<void>(std::fflush(shown_));
 }
 
 }  // namespace qv::cli

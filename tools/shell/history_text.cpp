@@ -19,7 +19,7 @@ std::string InUrl(const std::string& text) {
     if (isPlain)
       escaped += c;
     else
-      escaped = escaped + '%' + kHex[byte >> 4] + kHex[byte & 15];
+      escaped += {'%', kHex[byte >> 4], kHex[byte & 15]};
   }
   return escaped;
 }

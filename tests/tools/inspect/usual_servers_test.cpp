@@ -114,7 +114,7 @@ TEST(UsualServers, Node) {
 // Builds gSOAP's server in a directory, and returns the command that starts it; empty with a failure.
 std::string BuildGsoap(const TemporaryDirectory& directory, bool isMended) {
   const std::string mend = isMended
-                               ? "s/\\bsw__/NS2__/g; s/^\\/\\/gsoap sw /\\/\\/gsoap NS2 /; s/^\\/\\/mended //"
+                               ? R"(s/\bsw__/NS2__/g; s/^\/\/gsoap sw /\/\/gsoap NS2 /; s/^\/\/mended //)"
                                : "/^\\/\\/mended/d";
   const CommandOutput built =
       OutputOf("cd " + directory.Path() + " && { sed '" + mend + "' " + Sources() +

@@ -39,7 +39,7 @@ class ConfigCommand : public ::testing::Test {
 
 TEST_F(ConfigCommand, PathIsBelowTheFolderOfSettings) {
   Config("path").Succeeds(file_ + "\n");
-  Config("path --json").Succeeds("{\"file\":\"" + file_ + "\"}\n");
+  Config("path --json").Succeeds(R"({"file":")" + file_ + "\"}\n");
   const Tool home = Command("path").Set("XDG_CONFIG_HOME", "relative").Set("HOME", "/home/joe");
   home.Succeeds("/home/joe/.config/scriptwells/config.toml\n");
   Command("path")
@@ -50,7 +50,7 @@ TEST_F(ConfigCommand, PathIsBelowTheFolderOfSettings) {
 
 TEST_F(ConfigCommand, SetMakesAPrivateFile) {
   Config("set server http://h --profile work").Succeeds(file_ + "\n");
-  Config("set timeout 2m --profile work --json").Succeeds("{\"file\":\"" + file_ + "\"}\n");
+  Config("set timeout 2m --profile work --json").Succeeds(R"({"file":")" + file_ + "\"}\n");
   Config("set default work").Succeeds(file_ + "\n");
   Config("set user joe").Succeeds(file_ + "\n");
   EXPECT_EQ(Text(),
@@ -191,8 +191,7 @@ TEST_F(ConfigCommand, UnusableFileIsReported) {
     }
     EXPECT_EQ(Text(), text);
   }
-  Config("show --json")
-      .FailsLike(6, "{\"error\":{\"kind\":\"not run\",\"message\":\"" + file_ + ": line 2: ");
+  Config("show --json").FailsLike(6, R"({"error":{"kind":"not run","message":")" + file_ + ": line 2: ");
 }
 
 TEST_F(ConfigCommand, OddFilesAreReportedAndNotWaitedFor) {

@@ -53,7 +53,7 @@ TEST_F(ProfiledRun, EveryCommandThatCallsTakesAProfile) {
   const Outcome open = Command("session open --profile work").Run();
   EXPECT_EQ(open.exit, 0) << open.err;
   const std::string usid = open.out.substr(0, open.out.size() - 1);
-  const Outcome url = Command("run -e 'publish(\"a.txt\", \"text\")' --profile work --usid " + usid).Run();
+  const Outcome url = Command(R"(run -e 'publish("a.txt", "text")' --profile work --usid )" + usid).Run();
   EXPECT_EQ(url.exit, 0) << url.err;
   Command("download --profile work --usid " + usid, {url.out.substr(0, url.out.size() - 1), folder_.Path()})
       .Succeeds(folder_.Path("a.txt\n"));

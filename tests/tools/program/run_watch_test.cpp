@@ -143,7 +143,7 @@ TEST_F(Watch, FolderThatIsRemovedEndsIt) {
 TEST_F(Watch, JsonHasSeparatorsToo) {
   Write("1");
   Process process(Watching("--json"));
-  const std::string start = "{\"run\":{\"file\":\"" + File() + "\",\"time\":\"";
+  const std::string start = R"({"run":{"file":")" + File() + R"(","time":")";
   const std::string line = process.ReadErrorLine();
   EXPECT_EQ(line.substr(0, start.size()), start);
   EXPECT_TRUE(StartsWith(process.ReadLine(), "{\"type\":\"int\",\"value\":1"));

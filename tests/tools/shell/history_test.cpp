@@ -19,8 +19,8 @@ TEST(HistoryText, EntryIsOneLine) {
 
 TEST(HistoryText, SecretsAreNotKeptInAnyForm) {
   const std::vector<std::string> secrets = {"pa ss<\"'\\1", "id&/+canary", ""};
-  for (const char* entry : {"f('pa ss<\"'\\1')", "login(\"pa ss<\\\"'\\\\1\")", "login('pa ss<\"\\'\\\\1')",
-                            "x = \"pa ss&lt;&quot;'\\1\"", "'pa%20ss%3C%22%27%5C1'", "a\nid&/+canary",
+  for (const char* entry : {"f('pa ss<\"'\\1')", R"(login("pa ss<\"'\\1"))", R"(login('pa ss<"\'\\1'))",
+                            R"(x = "pa ss&lt;&quot;'\1")", "'pa%20ss%3C%22%27%5C1'", "a\nid&/+canary",
                             "'id%26%2F%2Bcanary'", "'aWQmLytjYW5hcnk='"})
     EXPECT_FALSE(MayBeKept(entry, secrets)) << entry;
   EXPECT_TRUE(MayBeKept("pa ss", secrets));

@@ -25,7 +25,7 @@ TEST(ScriptScanner, BracketsAreMatched) {
 }
 
 TEST(ScriptScanner, BracketsInTextsAndCommentsDoNotCount) {
-  ExpectOpen(false, {"'('", "\"[{\"", "`(`", "1 // (", "/* ( */ 1", "'\\'('", "\"a\\\\\"", "a = /[(/]/",
+  ExpectOpen(false, {"'('", "\"[{\"", "`(`", "1 // (", "/* ( */ 1", "'\\'('", R"("a\\")", "a = /[(/]/",
                      "/\\/(/.test(b)"});
   ExpectOpen(true, {"( // )", "( /* ) */", "f(')'", "f(/\\)/"});
 }
@@ -50,7 +50,7 @@ TEST(ScriptScanner, DivisionIsNoRegularExpression) {
 
 // The server says what is wrong.
 TEST(ScriptScanner, NothingMendsASyntaxError) {
-  ExpectOpen(false, {")", "(]", "f(}", "'a", "\"a\\\\", "( 'a", "{ /a", "a = /(", "(]\n("});
+  ExpectOpen(false, {")", "(]", "f(}", "'a", R"("a\\)", "( 'a", "{ /a", "a = /(", "(]\n("});
 }
 
 TEST(ScriptScanner, CommentsAreNoCode) {

@@ -53,9 +53,10 @@ TEST_F(ReplacedFile, WhatCannotBeWrittenStays) {
                                                       {"folder", "Is a directory"},
                                                       {"none/a", "No such file or directory"},
                                                       {"folder/a/b", "Not a directory"}};
-  for (const auto& [name, reason] : rows)
-    EXPECT_EQ(RefusalOf([&] { ReplaceFile(folder_.Path(name), "x"); }),
-              "cannot write " + folder_.Path(name) + ": " + reason);
+  for (const auto& [name, reason] : rows) {
+    const std::string path = folder_.Path(name);
+    EXPECT_EQ(RefusalOf([&path] { ReplaceFile(path, "x"); }), "cannot write " + path + ": " + reason);
+  }
   EXPECT_EQ(folder_.Count(), 3);
 }
 
