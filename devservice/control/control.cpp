@@ -105,12 +105,14 @@ HttpAnswer Control::HandlePage(const HttpRequest& request) {
   const bool gets = request.method == "GET";
   if (page == "counts" && gets) return Counts();
   if (page == "requests" && gets) return JsonAnswer(log_.Json());
+  if (page == "events" && gets) return Events();
   if (page == "faults" && request.method == "POST") return Order(request);
   if (page == "odd" && gets) return JsonAnswer(OddNamesJson());
   if (page == "odd" && request.method == "POST") return OrderOdd(request);
-  if (page == "counts" || page == "requests") return PlainAnswer(405, "This page takes GET only.\n");
+  if (page == "counts" || page == "requests" || page == "events")
+    return PlainAnswer(405, "This page takes GET only.\n");
   if (page == "faults") return PlainAnswer(405, "Faults are ordered with POST.\n");
-  return PlainAnswer(404, "There is no such page. Pages: counts, requests, faults, odd\n");
+  return PlainAnswer(404, "There is no such page. Pages: counts, requests, events, faults, odd\n");
 }
 
 HttpAnswer Control::Counts() const {
@@ -118,6 +120,15 @@ HttpAnswer Control::Counts() const {
   stats.method = "GET";
   stats.path = "/stats";
   return handler_.Handle(stats);
+}
+
+HttpAnswer Control::Events() const {
+  HttpAnswer answer;
+  answer.contentType = "text/event-stream";
+  answer.headers = "Cache-Control: no-store\r\n";
+  answer.delivery = Delivery::kCloseDelimited;
+  answer.stream = [this, last = std::uint64_t{0}]() mutable { return log_.EventsAfter(last); };
+  return answer;
 }
 
 HttpAnswer Control::Order(const HttpRequest& request) {

@@ -32,6 +32,7 @@ class Control : public RequestHandler {
   bool Owns(std::string_view path) const;
   HttpAnswer HandlePage(const HttpRequest& request);
   HttpAnswer Counts() const;
+  HttpAnswer Events() const;
   HttpAnswer Order(const HttpRequest& request);
   HttpAnswer OrderOdd(const HttpRequest& request);
   HttpAnswer HandleWith(const OrderedFault& fault, const HttpRequest& request, const std::string& action);

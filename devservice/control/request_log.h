@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <mutex>
 #include <string>
@@ -24,6 +25,10 @@ class RequestLog {
   // that are not UTF-8 become U+FFFD.
   std::string Json() const;
 
+  // The requests after number `last`, masked, as server-sent events with their numbers as ids, the oldest
+  // first; `last` becomes the number of the newest. The first request has the number 1.
+  std::string EventsAfter(std::uint64_t& last) const;
+
  private:
   struct Entry {
     std::string method;
@@ -35,6 +40,7 @@ class RequestLog {
   mutable std::mutex mutex_;
   std::deque<Entry> entries_;
   std::size_t bytes_ = 0;
+  std::uint64_t added_ = 0;
 };
 
 }  // namespace qv::devservice

@@ -15,6 +15,8 @@ constexpr std::size_t kChunkBytes = 64;
 constexpr std::size_t kPieceBytes = 65536;
 constexpr std::size_t kDrops = 50;  // of a dripping answer
 constexpr std::chrono::milliseconds kDropPause{20};
+constexpr std::chrono::milliseconds kStreamPause{100};
+constexpr int kPausesPerBeat = 50;
 constexpr char kSurplus[] = "................";
 
 struct Reason {
@@ -126,12 +128,28 @@ bool SendInDrops(Connection& connection, std::string_view bytes) {
   return true;
 }
 
+// Sends events (https://html.spec.whatwg.org/#server-sent-events) until the connection ends. A comment now
+// and then finds out whether the client is still there. Always false: the connection is closed.
+bool SendStream(Connection& connection, const std::function<std::string()>& next) {
+  for (int pauses = 0;;) {
+    const std::string piece = next();
+    if (piece.empty() && pauses < kPausesPerBeat) {
+      connection.HoldStill(kStreamPause);
+      ++pauses;
+      continue;
+    }
+    pauses = 0;
+    if (!connection.SendNow(piece.empty() ? ":\n\n" : piece)) return false;
+  }
+}
+
 // Sends head and body; false when it could not send all of both.
 bool SendAnswer(Connection& connection, const HttpAnswer& answer, const BodySource& source) {
   const std::string framing = FramingOf(answer.delivery, source.Size());
   const std::string head = MakeHead(answer, connection.Closes(), framing);
   if (answer.headOnly) return connection.SendNow(head);
   if (answer.delivery == Delivery::kChunked) return connection.SendNow(head + Chunks(answer.body));
+  if (answer.stream) return connection.SendNow(head) && SendStream(connection, answer.stream);
   if (answer.delivery == Delivery::kDrip) return SendInDrops(connection, head + answer.body);
   if (!source.Send(connection, head, PortionOf(answer.delivery, source.Size()))) return false;
   return answer.delivery != Delivery::kLong || connection.SendNow(kSurplus);

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -52,7 +53,10 @@ struct HttpAnswer {
   std::string headers;  // Further lines of the head, each with CR LF.
   std::string body;
   std::shared_ptr<const SpooledFile> file;  // In place of `body`; delivered in all ways but kChunked.
-  bool headOnly = false;                    // Answers HEAD: the head of a whole answer, no body.
+  // In place of both: called again and again for what is sent next, until the connection ends. An empty text:
+  // nothing yet. With Delivery::kCloseDelimited only.
+  std::function<std::string()> stream;
+  bool headOnly = false;  // Answers HEAD: the head of a whole answer, no body.
   Delivery delivery = Delivery::kPlain;
   bool delayed = false;                  // Silence for the stall time before the first byte.
   std::chrono::milliseconds silence{0};  // The same for this time.

@@ -59,7 +59,7 @@ TEST_F(ControlTest, ServiceHasNoneUnlessAsked) {
 }
 
 TEST_F(ControlTest, PagesHaveTheirMethods) {
-  EXPECT_EQ(Page("/nothing").body, "There is no such page. Pages: counts, requests, faults, odd\n");
+  EXPECT_EQ(Page("/nothing").body, "There is no such page. Pages: counts, requests, events, faults, odd\n");
   EXPECT_EQ(StatusOf(Page("/nothing")), "404");
   EXPECT_EQ(StatusOf(Page("/faults")), "405");
   for (const char* page : {"/counts", "/requests"})
@@ -206,6 +206,21 @@ TEST_F(ControlTest, OddTransfersMeetUploads) {
   const std::string url = NewUploadUrl();
   EXPECT_EQ(StatusOf(Upload(url, "content")), "403");
   EXPECT_EQ(StatusOf(Upload(url, "content")), "200");
+}
+
+TEST_F(ControlTest, EventsShowRequestsAsTheyComeWithoutSecrets) {
+  Post("", "CreateUserSession", CreateEnvelope("Username=joe;Password=c4n4ry&amp;;"));
+  RawClient watcher(Port(), Request("GET " + Path() + "/events"));
+  const std::string first = watcher.Receive(std::chrono::seconds(1)).body;
+  EXPECT_EQ(first.substr(0, 28), "id: 1\nevent: request\ndata: {");
+  EXPECT_TRUE(Contains(first, "<ConnectionString"));
+  EXPECT_FALSE(Contains(first, "c4n4ry"));
+  Execute("'seen'");
+  RawClient second(Port(), Request("GET " + Path() + "/events"));
+  const std::string all = second.Receive(std::chrono::seconds(1)).body;
+  EXPECT_TRUE(Contains(all, "'seen'"));
+  EXPECT_FALSE(Contains(all, Session()));
+  StopAtOnce();
 }
 
 TEST_F(ControlTest, HostileOrdersAreRefusedWithAReason) {
