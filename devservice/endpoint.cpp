@@ -165,6 +165,7 @@ ScriptResult Endpoint::RunScript(const SoapRequest& request, const TransferUrls&
   if (forms.strictXml)
     ExpectWellFormed(request.scriptDocument, "UTF-8", kBadScriptDocument, "The script document");
   ScriptJob job{ReadScriptDocument(request.scriptDocument, spaces_), request.parameters};
+  job.session = request.sessionId;
   files.Prepare(job, urls);
   ScriptResult result = pool_.Run(job);
   if (result.kind != ResultKind::kFault) files.Keep(result.files);

@@ -56,7 +56,7 @@ class Service::Running {
               stats_, std::move(first)),
         endpoint_(Namespaces(options.namespaceHost), {sessions_, pool_, spool_, stats_, odds_},
                   AccessRule(NamesOf(options)), options.maxUploadBytes),
-        control_(options.control ? std::make_unique<Control>(endpoint_, odds_, stats_) : nullptr),
+        control_(MakeControl(options)),
         server_({options.host, options.port, options.maxRequestBytes, options.maxConnections,
                  options.keepAliveTime, options.stallTime, options.requestTime, options.maxBodyBytes},
                 stats_, control_ ? static_cast<RequestHandler&>(*control_) : endpoint_) {}
@@ -71,6 +71,15 @@ class Service::Running {
   std::string ControlPath() const { return control_ ? control_->Path() : ""; }
 
  private:
+  std::unique_ptr<Control> MakeControl(const ServiceOptions& options) {
+    if (!options.control && options.page == nullptr) return nullptr;
+    const auto knowsId = [this](const std::string& text) {
+      return sessions_.Find(text) != nullptr || sessions_.KnowsTicket(text) || sessions_.KnowsPublished(text);
+    };
+    return std::make_unique<Control>(Control::Parts{endpoint_, odds_, stats_, options.page, knowsId},
+                                     options.control);
+  }
+
   ServiceStats stats_;
   OddOrders odds_;
   SpoolDirectory spool_;  // Outlives all that own files in it.

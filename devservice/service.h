@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "devservice/control/page_handler.h"
 #include "devservice/values/console_message.h"
 #include "devservice/values/credentials.h"
 #include "devservice/values/odd_order.h"
@@ -67,6 +68,9 @@ struct ServiceOptions {
   std::chrono::milliseconds keepAliveTime{60000};
   // Whether there is a control interface, see ControlUrl. Who knows its address sees all requests.
   bool control = false;
+  // Answers all requests below "/page/"; borrowed, and has to outlive the running service. Null: there are no
+  // such pages. With them the service keeps its last requests, as it does for the control interface.
+  PageHandler* page = nullptr;
   // Odd answers for requests to come, as a test orders them.
   std::vector<OddOrder> odds;
   // How long odd answers that stall are silent.

@@ -3,16 +3,15 @@
 #include <algorithm>
 #include <iterator>
 
+#include "devservice/values/text.h"
+#include "devservice/values/text_scanner.h"
+
 namespace qv::devservice {
 namespace {
 
-constexpr char kMask[] = "***";
+constexpr std::string_view kMask = "***";
 constexpr std::size_t kIdDigits = 32;
 constexpr std::string_view kSecretElements[] = {"ConnectionString", "usid", "CreateUserSessionResult"};
-
-bool IsHexDigit(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
 
 // The local name of the tag at the start of the text, which begins after "<".
 std::string_view LocalNameOf(std::string_view tag) {
@@ -21,9 +20,16 @@ std::string_view LocalNameOf(std::string_view tag) {
   return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
-bool StartsSecret(std::string_view tag) {
-  const std::string_view name = LocalNameOf(tag);
-  return std::find(std::begin(kSecretElements), std::end(kSecretElements), name) != std::end(kSecretElements);
+bool IsSecret(std::string_view element) {
+  return std::find(std::begin(kSecretElements), std::end(kSecretElements), element) !=
+         std::end(kSecretElements);
+}
+
+// Where the end tag of the element is, or the end of the text.
+std::size_t FindEndTag(std::string_view text, std::size_t from, std::string_view element) {
+  for (std::size_t at = text.find("</", from); at != std::string_view::npos; at = text.find("</", at + 2))
+    if (LocalNameOf(text.substr(at + 2)) == element) return at;
+  return text.size();
 }
 
 // The end of the tag at `start`, after ">"; quoted texts may hold one.
@@ -50,20 +56,53 @@ std::string MaskElements(std::string_view text) {
     if (start == text.size()) break;
     at = start + 1;
     masked += '<';
-    if (!StartsSecret(text.substr(at))) continue;
+    const std::string_view element = LocalNameOf(text.substr(at));
+    if (!IsSecret(element)) continue;
     const std::size_t end = EndOfTag(text, at);
     masked += text.substr(at, end - at);
     at = end;
     if (text.substr(0, end).substr(end - 2) == "/>") continue;
     masked += kMask;
-    // Any end tag of this name: the content is nothing but text in the requests of clients.
-    const std::size_t close = text.find("</", at);
-    at = close == std::string_view::npos ? text.size() : close;
+    at = FindEndTag(text, at, element);
   }
   return masked;
 }
 
-std::string MaskIds(std::string_view text) {
+// The number that two hexadecimal digits at the start write, or -1.
+int ByteOf(std::string_view digits) {
+  if (digits.size() < 2 || !IsHexDigit(digits[0]) || !IsHexDigit(digits[1])) return -1;
+  return std::stoi(std::string(digits.substr(0, 2)), nullptr, 16);
+}
+
+// Of two bytes for each character.
+std::u16string Units(std::string_view bytes, bool isBigEndian) {
+  std::u16string units;
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+    const auto first = static_cast<unsigned char>(bytes[at]);
+    const auto second = static_cast<unsigned char>(bytes[at + 1]);
+    units += static_cast<char16_t>(isBigEndian ? first << 8 | second : second << 8 | first);
+  }
+  return units;
+}
+
+// UTF-16 with a byte order mark, or that begins with "<".
+std::string Decoded(const std::string& body) {
+  using namespace std::string_view_literals;
+  const bool isLittle = StartsWith(body, "\xFF\xFE"sv) || StartsWith(body, "<\0"sv);
+  const bool isBig = StartsWith(body, "\xFE\xFF"sv) || StartsWith(body, "\0<"sv);
+  if (!isLittle && !isBig) return body;
+  std::u16string units = Units(body, isBig);
+  if (!units.empty() && units.front() == u'\xFEFF') units.erase(0, 1);
+  return Utf16ToUtf8(units);
+}
+
+}  // namespace
+
+bool IsHexDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+std::string MaskIds(std::string_view text, const std::function<bool(const std::string&)>& isSecret) {
   std::string masked;
   for (std::size_t at = 0; at < text.size();) {
     std::size_t end = at;
@@ -72,19 +111,31 @@ std::string MaskIds(std::string_view text) {
       masked += text[at++];
       continue;
     }
-    if (end - at == kIdDigits)
-      masked += kMask;
-    else
-      masked += text.substr(at, end - at);
+    const std::string_view run = text.substr(at, end - at);
+    masked += run.size() == kIdDigits && isSecret(std::string(run)) ? kMask : run;
     at = end;
   }
   return masked;
 }
 
-}  // namespace
+std::string MaskTarget(std::string_view target) {
+  std::string plain;
+  for (std::size_t at = 0; at < target.size(); ++at) {
+    const int code = target[at] == '%' ? ByteOf(target.substr(at + 1)) : -1;
+    const bool isEscape = code >= 0 && IsHexDigit(static_cast<char>(code));
+    plain += isEscape ? static_cast<char>(code) : target[at];
+    if (isEscape) at += 2;
+  }
+  return MaskSecrets(plain);
+}
+
+std::string ReadableText(const std::string& body) {
+  std::string text = Decoded(body);
+  return text.find('\0') == std::string::npos ? text : "(no text)";
+}
 
 std::string MaskSecrets(std::string_view text) {
-  return MaskIds(MaskElements(text));
+  return MaskIds(MaskElements(text), [](const std::string&) { return true; });
 }
 
 }  // namespace qv::devservice

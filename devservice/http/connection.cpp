@@ -69,9 +69,10 @@ void Connection::DrainRest() const {
 }
 
 // Ends early when the client closes or the server stops, which shuts the socket down.
-void Connection::HoldStill(std::chrono::milliseconds time) {
-  WaitFor(socket_, POLLRDHUP, time);
+bool Connection::HoldStill(std::chrono::milliseconds time) {
+  const bool ended = WaitFor(socket_, POLLRDHUP, time);
   sending_.reset();
+  return !ended;
 }
 
 bool Connection::AwaitBytes() {

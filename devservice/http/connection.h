@@ -60,9 +60,9 @@ class Connection : public httplib::Stream {
   void DrainRest() const;
 
   // For the delivery of an answer: sends at once, false (and the connection closes) when that fails; waits
-  // until the time is over, the client closes, or the server stops.
+  // until the time is over, false when the client closes, or the server stops, before.
   bool SendNow(std::string_view bytes);
-  void HoldStill(std::chrono::milliseconds time);
+  bool HoldStill(std::chrono::milliseconds time);
 
   bool is_readable() const override;
   bool is_writable() const override;

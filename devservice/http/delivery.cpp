@@ -15,6 +15,7 @@ constexpr std::size_t kChunkBytes = 64;
 constexpr std::size_t kPieceBytes = 65536;
 constexpr std::size_t kDrops = 50;  // of a dripping answer
 constexpr std::chrono::milliseconds kDropPause{20};
+constexpr int kNoContent = 204;  // Has no body, and no length.
 constexpr std::chrono::milliseconds kStreamPause{100};
 constexpr int kPausesPerBeat = 50;
 constexpr char kSurplus[] = "................";
@@ -26,8 +27,10 @@ struct Reason {
 
 constexpr Reason kReasons[] = {
     {200, "OK"},
+    {204, "No Content"},
     {302, "Found"},
     {400, "Bad Request"},
+    {401, "Unauthorized"},
     {403, "Forbidden"},
     {404, "Not Found"},
     {405, "Method Not Allowed"},
@@ -89,9 +92,9 @@ class BodySource {
   int descriptor_ = -1;
 };
 
-std::string FramingOf(Delivery delivery, std::uint64_t size) {
-  if (delivery == Delivery::kCloseDelimited) return "";
-  if (delivery == Delivery::kChunked) return "Transfer-Encoding: chunked\r\n";
+std::string FramingOf(const HttpAnswer& answer, std::uint64_t size) {
+  if (answer.status == kNoContent || answer.delivery == Delivery::kCloseDelimited) return "";
+  if (answer.delivery == Delivery::kChunked) return "Transfer-Encoding: chunked\r\n";
   return "Content-Length: " + std::to_string(size) + "\r\n";
 }
 
@@ -129,23 +132,20 @@ bool SendInDrops(Connection& connection, std::string_view bytes) {
 }
 
 // Sends events (https://html.spec.whatwg.org/#server-sent-events) until the connection ends. A comment now
-// and then finds out whether the client is still there. Always false: the connection is closed.
+// and then finds out whether a client that did not close its connection is still there. Always false: nothing
+// may follow.
 bool SendStream(Connection& connection, const std::function<std::string()>& next) {
   for (int pauses = 0;;) {
     const std::string piece = next();
-    if (piece.empty() && pauses < kPausesPerBeat) {
-      connection.HoldStill(kStreamPause);
-      ++pauses;
-      continue;
-    }
-    pauses = 0;
-    if (!connection.SendNow(piece.empty() ? ":\n\n" : piece)) return false;
+    const bool beats = piece.empty() && ++pauses % kPausesPerBeat == 0;
+    if (!connection.SendNow(beats ? ":\n\n" : piece)) return false;
+    if (!connection.HoldStill(piece.empty() ? kStreamPause : std::chrono::milliseconds(0))) return false;
   }
 }
 
 // Sends head and body; false when it could not send all of both.
 bool SendAnswer(Connection& connection, const HttpAnswer& answer, const BodySource& source) {
-  const std::string framing = FramingOf(answer.delivery, source.Size());
+  const std::string framing = FramingOf(answer, source.Size());
   const std::string head = MakeHead(answer, connection.Closes(), framing);
   if (answer.headOnly) return connection.SendNow(head);
   if (answer.delivery == Delivery::kChunked) return connection.SendNow(head + Chunks(answer.body));

@@ -27,6 +27,8 @@ struct HttpRequest {
   std::string origin;          // Header Origin, joined likewise.
   std::string forwardedProto;  // Header X-Forwarded-Proto.
   std::string usid;            // Header usid: the session that a transfer belongs to.
+  std::string cookie;          // Header Cookie.
+  std::string fetchSite;       // Header Sec-Fetch-Site: whose page a browser sends this for.
   std::string ticket;          // `ticket` of the query, percent-decoded.
   bool asksForWsdl = false;    // "?wsdl", in any case of letters.
   // The number in Content-Length; nothing without the header, or if it is not a number.

@@ -90,6 +90,9 @@ class HttpServer::Implementation : public httplib::Server {
     });
     Post("/", [this](const httplib::Request& request, httplib::Response& response,
                      const httplib::ContentReader& reader) { ServePost(request, response, reader); });
+    // Some versions of the library wait for a body that nobody announced, unless the handler reads it.
+    Delete("/", [this](const httplib::Request& request, httplib::Response& response,
+                       const httplib::ContentReader&) { ServeDelete(request, response); });
     Get("/", [this](const httplib::Request& request, httplib::Response& response) {
       Serve(MakeRequest(request), response);
     });
@@ -172,6 +175,13 @@ class HttpServer::Implementation : public httplib::Server {
     Serve(whole, response);
   }
 
+  void ServeDelete(const httplib::Request& request, httplib::Response& response) {
+    const HttpRequest whole = MakeRequest(request);
+    if (whole.bodyLength.value_or(0) > 0 || request.has_header("Transfer-Encoding"))
+      return RefuseWith(PlainAnswer(400, "A request with DELETE has no body.\n"));
+    Serve(whole, response);
+  }
+
   // Reads without the library, which would parse some kinds of bodies.
   void ServeStream(std::uint64_t length, BodySink& sink) {
     currentConnection->AllowBody(length);
@@ -203,8 +213,8 @@ class HttpServer::Implementation : public httplib::Server {
     ++stats_.requests;
     HttpAnswer answer = handler_.Handle(request);
     answer.headOnly = request.method == "HEAD";
-    if (answer.file || !answer.headers.empty() || answer.delivery != Delivery::kPlain || answer.delayed ||
-        answer.silence.count() > 0)
+    if (answer.file || answer.stream || !answer.headers.empty() || answer.delivery != Delivery::kPlain ||
+        answer.delayed || answer.silence.count() > 0)
       return currentConnection->TakeOver(std::move(answer));
     response.status = answer.status;
     response.set_content(answer.body, answer.contentType);

@@ -62,6 +62,8 @@ HttpRequest MakeRequestHead(const httplib::Request& request, const std::string& 
   head.origin = JoinedValues(request, "Origin");
   head.forwardedProto = request.get_header_value("X-Forwarded-Proto");
   head.usid = request.get_header_value("usid");
+  head.cookie = JoinedValues(request, "Cookie");
+  head.fetchSite = JoinedValues(request, "Sec-Fetch-Site");
   head.ticket = request.get_param_value("ticket");
   head.asksForWsdl = HasParameter(request, "wsdl");
   head.bodyLength = BodyLength(request);

@@ -13,6 +13,7 @@ namespace qv::devservice {
 struct ConsoleMessage {
   std::string level;
   std::string text;
+  std::string session{};  // the id of the script's session, for the program around the service; a secret
 };
 
 using ConsoleSink = std::function<void(const ConsoleMessage&)>;

@@ -45,6 +45,7 @@ struct ScriptJob {
   std::string code;
   std::vector<Parameter> parameters;
   FileJob files{};
+  std::string session{};  // The id of its session, for console messages; the worker does not get it.
 };
 
 // A file that a script published. With a ticket it is that upload; those without are the files 1, 2, ... that

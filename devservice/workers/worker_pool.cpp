@@ -42,7 +42,7 @@ ScriptResult WorkerPool::Run(const ScriptJob& job) {
   Worker worker = Acquire();
   ++stats_.scriptsRun;
   const ExchangeLimits limits{options_.timeLimit, options_.memoryLimit, &stopping_,
-                              [this](const ConsoleMessage& message) { PassOn(message); }};
+                              [&](const ConsoleMessage& message) { PassOn(message, job.session); }};
   nlohmann::json answer;
   ExchangeEnd end = ExchangeEnd::kCrashed;
   try {
@@ -55,7 +55,8 @@ ScriptResult WorkerPool::Run(const ScriptJob& job) {
   return Conclude(end, answer);
 }
 
-void WorkerPool::PassOn(const ConsoleMessage& message) {
+void WorkerPool::PassOn(ConsoleMessage message, const std::string& session) {
+  message.session = session;
   const std::lock_guard<std::mutex> lock(consoleMutex_);
   if (options_.console) options_.console(message);
 }

@@ -51,7 +51,7 @@ class WorkerPool {
   StartedWorker TakeFirst();
   void GiveBack(Worker worker);
   void FreeSlot();
-  void PassOn(const ConsoleMessage& message);
+  void PassOn(ConsoleMessage message, const std::string& session);
   ScriptResult Conclude(ExchangeEnd end, const nlohmann::json& answer);
   void ServeStartRequests();
 
