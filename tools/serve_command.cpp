@@ -3,11 +3,13 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 
 #include "tools/input/input_text.h"
+#include "tools/page/page.h"
 #include "tools/report/json_text.h"
 #include "tools/report/reporter.h"
 #include "tools/report/standard_output.h"
@@ -90,39 +92,63 @@ void NoteHowToBorrow(const LentHome& lent, const Reporter& reporter) {
 }
 
 // `home` may be empty, or without the upload scripts.
-std::string JsonAddress(const devservice::Service& service, const std::string& home) {
+std::string JsonAddress(const devservice::Service& service, const std::string& home,
+                        const std::string& page) {
   nlohmann::ordered_json line;
   line["url"] = service.Url();
   line["home"] = nullptr;
   if (!home.empty() && HasUploadScripts(home)) line["home"] = home;
   if (!service.ControlUrl().empty()) line["control"] = service.ControlUrl();
+  if (!page.empty()) line["page"] = page;
   return JsonText(line);
+}
+
+// The address of the page; empty without one.
+std::string BeginPage(Page* page, const devservice::Service& service, bool hasUsers, const std::string& home,
+                      const std::optional<LentHome>& lent) {
+  if (page == nullptr) return {};
+  PagePlace place;
+  place.url = service.Url();
+  place.needsPassword = hasUsers;
+  if (!home.empty() && HasUploadScripts(home)) place.home = home;
+  if (lent) place.registry = lent->Registry();
+  return page->Begin(place);
 }
 
 }  // namespace
 
 void ServeCommand(const ServeOptions& options, std::ostream& out, std::ostream& err) {
   const Reporter reporter(err, FormOf(options.json));
-  std::optional<LentHome> lent;  // before the service and its threads
   std::optional<PrivateHome> own;
+  std::optional<LentHome> lent;  // before the service and its threads
+  const bool choosesHome = !options.home.empty() || options.installHome;
+  if ((options.control || options.page) && !choosesHome) own.emplace();
   if (!options.home.empty() && !options.installHome) lent.emplace(CheckedHome(options.home));
-  if (options.control && options.home.empty() && !options.installHome) own.emplace();
+  if (options.page && own) lent.emplace(own->Path());
+  std::unique_ptr<Page> page;  // outlives the service
+  if (options.page) page = std::make_unique<Page>();
   devservice::ServiceOptions serviceOptions = ToServiceOptions(options);
+  const bool hasUsers = !serviceOptions.users.empty();
+  serviceOptions.page = page.get();
   serviceOptions.console = WriteConsole(options.json, err);
+  if (page) serviceOptions.console = Both(page->Console(), serviceOptions.console);
   devservice::Service service(std::move(serviceOptions));
   StartService(service);
   if (options.installHome && !options.home.empty()) InstallHome(options.home, reporter);
   if (options.installHome && options.home.empty()) CompleteHome(reporter);
   if (lent) NoteHowToBorrow(*lent, reporter);
   const std::string home = own ? own->Path() : HomeDirectory();
-  if (options.home.empty() && !options.installHome) NoteWhatWorks(home, reporter);
+  if (!choosesHome && !lent) NoteWhatWorks(home, reporter);
   if (!IsLoopback(options.host)) reporter.Warn("others can reach this service and run code on this machine");
-  out << (options.json ? JsonAddress(service, home) : service.Url()) << std::endl;
+  const std::string pageUrl = BeginPage(page.get(), service, hasUsers, home, lent);
+  out << (options.json ? JsonAddress(service, home, pageUrl) : service.Url()) << std::endl;
+  if (!options.json && page) out << pageUrl << std::endl;
   if (!out) throw FailedOutput(out, "cannot write the address to standard output");
   if (options.untilEof)
     WaitForInterruptOrEof(STDIN_FILENO);
   else
     WaitForInterrupt();
+  if (page) page->Stop();
   service.Stop();
 }
 

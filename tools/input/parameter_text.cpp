@@ -97,20 +97,27 @@ std::vector<std::string> ParameterTypes() {
   return {std::begin(kTypes), std::end(kTypes)};
 }
 
-ScriptParameter ParseParameter(const std::string& text) {
+ParameterParts SplitParameter(const std::string& text) {
   if (!utf8::is_valid(text.begin(), text.end())) Refuse("a parameter is not valid UTF-8");
   const std::size_t equals = text.find('=');
   const std::size_t colon = equals == std::string::npos ? equals : text.find(':', equals + 1);
   if (colon == std::string::npos || equals == 0)
     Refuse("parameter '" + text + "' is not of the form name=type:value, such as " + Example(text));
-  const std::string name = text.substr(0, equals);
+  return {text.substr(0, equals), text.substr(equals + 1, colon - equals - 1), text.substr(colon + 1)};
+}
+
+ScriptParameter ParseParameter(const std::string& text) {
+  return MakeParameter(SplitParameter(text));
+}
+
+ScriptParameter MakeParameter(const ParameterParts& parts) {
+  if (parts.name.empty()) Refuse("a parameter has no name");
   try {
-    Argument argument =
-        MakeArgument(name, text.substr(equals + 1, colon - equals - 1), text.substr(colon + 1));
+    Argument argument = MakeArgument(parts.name, parts.type, parts.value);
     std::vector<std::string> notes = NotesOn(argument);
     return {std::move(argument), std::move(notes)};
   } catch (const Failure& failure) {
-    Refuse("parameter '" + name + "': " + failure.Message());
+    Refuse("parameter '" + parts.name + "': " + failure.Message());
   }
 }
 

@@ -76,6 +76,7 @@ struct RunOptions : ScriptOptions {
       saveDirectory;   // the answer is the URL of a file to download into this directory; empty: print it
   bool force = false;  // with a directory: as in DownloadOptions
   bool watch = false;  // run again after each save of `file`
+  bool page = false;   // with `local`: put the script on a page in place of running it
 };
 
 struct MapOptions : SessionOptions {
@@ -118,6 +119,7 @@ struct ServeOptions {
   std::string home;               // home directory for clients on this machine, while the service runs
   bool installHome = false;       // permanently: in the registry
   bool json = false;              // the address, messages and failures as JSON
+  bool page = false;              // with a page for people
   bool control = false;           // a control interface for tests; only with `json`, which shows its address
   std::vector<std::string> odds;  // odd answers for requests to come, as typed
   bool untilEof = false;          // stop also at the end of standard input

@@ -61,6 +61,10 @@ void RunArguments::DefineScript() {
   code_ =
       command_->add_option("-e,--eval", run_.code, "The script itself, in place of FILE")->type_name("CODE");
   AddLanguageSetting(*command_, run_);
+  command_->add_flag(
+      "--page", run_.page,
+      "With --local: put the script on a page in place of running it, and print the page's address; "
+      "ends with Ctrl-C");
 }
 
 void RunArguments::DefineDocument() {
@@ -91,6 +95,7 @@ const char* RunArguments::Check() {
   if (wrong == nullptr) wrong = WrongWithServer();
   if (wrong == nullptr) wrong = WrongWithSave();
   if (wrong == nullptr) wrong = WrongWithWatch();
+  if (wrong == nullptr) wrong = WrongWithPage();
   if (wrong == nullptr) wrong = session_->Check();
   if (run_.local) run_.usid.clear();  // that of the environment belongs to a server
   return wrong;
@@ -123,6 +128,15 @@ const char* RunArguments::WrongWithServer() {
 const char* RunArguments::WrongWithWatch() const {
   const bool hasName = !run_.file.empty() && run_.file != "-";
   return run_.watch && !hasName ? "--watch needs a script with a name (FILE)" : nullptr;
+}
+
+const char* RunArguments::WrongWithPage() const {
+  if (!run_.page) return nullptr;
+  if (!run_.local) return "--page needs --local; for other services there is serve --page";
+  const bool tapes = !run_.recordFile.empty() || !run_.replayFile.empty();
+  if (run_.watch || save_->count() > 0 || tapes || !run_.traceFile.empty())
+    return "--page cannot be combined with --watch, --save, --trace, --record and --replay";
+  return nullptr;
 }
 
 const char* RunArguments::WrongWithSave() const {

@@ -31,6 +31,7 @@ class RunArguments : public CommandArguments {
   const char* WrongWithServer();
   const char* WrongWithSave() const;
   const char* WrongWithWatch() const;
+  const char* WrongWithPage() const;
 
   RunOptions run_;
   OutputArgument output_;

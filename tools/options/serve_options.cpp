@@ -54,6 +54,10 @@ ServeArguments::ServeArguments(CLI::App& app)
       "Permanently: put the upload scripts into --home DIR and make it the home directory of your registry; "
       "without --home, complete the one that the registry names");
   command_->add_flag("--json", serve_.json, "Print the address as a line of JSON, and so all messages");
+  command_->add_flag(
+      "--page", serve_.page,
+      "Add a page on which you run scripts and see the requests, and print its address: it lets one "
+      "browser in; without --home the service makes a home directory and removes it at its end");
   command_->add_flag("--control", serve_.control,
                      "For tests: add a control interface, whose address is in the line of --json; without "
                      "--home the service makes a home directory and removes it at its end");
@@ -73,6 +77,8 @@ const char* ServeArguments::Check() const {
     if (!IsHostName(name)) return "--name must be a host name, without http:// and without a port";
   if (home_->count() > 0 && serve_.home.empty()) return "--home must name a directory";
   if (serve_.control && !serve_.json) return "--control needs --json, which prints the secret address";
+  if (serve_.page && serve_.host.find(':') != std::string::npos)
+    return "--page needs a host with a name or an IPv4 address";
   const double seconds = serve_.scriptTimeoutSeconds;
   if (std::isfinite(seconds) && seconds >= 0.001 && seconds <= kLongestScript) return nullptr;
   return "--script-timeout must be between 0.001 and 86400 seconds";

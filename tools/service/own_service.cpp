@@ -13,7 +13,7 @@ constexpr char kTapedUser[] = "local";
 }  // namespace
 
 OwnService::OwnService(devservice::StartedWorker worker, bool withHome, const ScriptOptions& options,
-                       std::ostream& err) {
+                       std::ostream& err, const OwnPage* page) {
   if (withHome) home_.emplace();
   const bool isPlayed = !options.replayFile.empty();
   if (!isPlayed) user_ = RandomUser();
@@ -22,6 +22,10 @@ OwnService::OwnService(devservice::StartedWorker worker, bool withHome, const Sc
   devservice::ServiceOptions serviceOptions = CommonServiceOptions();
   serviceOptions.users = {user_};
   serviceOptions.console = WriteConsole(options.json, err);
+  if (page != nullptr) {
+    serviceOptions.page = &page->handler;
+    serviceOptions.console = Both(page->console, serviceOptions.console);
+  }
   service_.emplace(serviceOptions);
   StartService(*service_, std::move(worker));
 }

@@ -11,14 +11,20 @@
 
 namespace qv::cli {
 
+// The pages of the service, and who also gets the console of scripts.
+struct OwnPage {
+  devservice::PageHandler& handler;
+  devservice::ConsoleSink console;
+};
+
 // Everybody on this machine can connect to the service, so only this program knows its user.
 class OwnService {
  public:
   // Starts it, with a worker unless that is none; with --replay a tape is in its place, and nothing starts.
-  // Makes a home directory for uploads if that is wanted. Prints the console of scripts on `err`. Throws
-  // Failure.
-  OwnService(devservice::StartedWorker worker, bool withHome, const ScriptOptions& options,
-             std::ostream& err);
+  // Makes a home directory for uploads if that is wanted. Prints the console of scripts on `err`. `page` may
+  // be null. Throws Failure.
+  OwnService(devservice::StartedWorker worker, bool withHome, const ScriptOptions& options, std::ostream& err,
+             const OwnPage* page = nullptr);
 
   std::string Url() const;
   // Has the same name on all tapes.

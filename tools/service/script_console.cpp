@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 #include <ostream>
+#include <utility>
 
 #include "tools/report/json_text.h"
 #include "tools/report/unsafe_characters.h"
@@ -37,6 +38,13 @@ std::string JsonLine(const devservice::ConsoleMessage& message) {
 devservice::ConsoleSink WriteConsole(bool asJson, std::ostream& err) {
   return [asJson, &err](const devservice::ConsoleMessage& message) {
     err << (asJson ? JsonLine(message) : TextLines(message)) << std::flush;
+  };
+}
+
+devservice::ConsoleSink Both(devservice::ConsoleSink first, devservice::ConsoleSink second) {
+  return [first = std::move(first), second = std::move(second)](const devservice::ConsoleMessage& message) {
+    first(message);
+    second(message);
   };
 }
 

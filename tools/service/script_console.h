@@ -11,4 +11,7 @@ namespace qv::cli {
 // unsafe characters escaped; as JSON {"console": {"level": "log", "text": ...}}.
 devservice::ConsoleSink WriteConsole(bool asJson, std::ostream& err);
 
+// Passes each message to the first, then to the second.
+devservice::ConsoleSink Both(devservice::ConsoleSink first, devservice::ConsoleSink second);
+
 }  // namespace qv::cli

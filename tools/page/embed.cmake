@@ -1,0 +1,16 @@
+# Writes a C++ file with the files of a folder, each as one raw literal:
+#   cmake -D FOLDER=... -D OUTPUT=... -P embed.cmake
+file(GLOB names RELATIVE "${FOLDER}" "${FOLDER}/*")
+list(SORT names)
+set(text "// Written by tools/page/embed.cmake.\n#include \"tools/page/static_files.h\"\n\nnamespace qv::cli {\n\n")
+string(APPEND text "const PageFile kPageFiles[] = {\n")
+foreach(name IN LISTS names)
+  file(READ "${FOLDER}/${name}" content)
+  string(FIND "${content}" ")page_file\"" end)
+  if(NOT end EQUAL -1)
+    message(FATAL_ERROR "${name} cannot be a raw literal")
+  endif()
+  string(APPEND text "    {\"${name}\", R\"page_file(${content})page_file\"},\n")
+endforeach()
+string(APPEND text "    {},\n};\n\n}  // namespace qv::cli\n")
+file(WRITE "${OUTPUT}" "${text}")
