@@ -10,7 +10,6 @@ namespace qv::devservice {
 namespace {
 
 constexpr std::string_view kMask = "***";
-constexpr std::size_t kIdDigits = 32;
 constexpr std::string_view kSecretElements[] = {"ConnectionString", "usid", "CreateUserSessionResult"};
 
 // The local name of the tag at the start of the text, which begins after "<".

@@ -1,6 +1,7 @@
 // Masks the secrets of a request, for those who only watch.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -23,6 +24,7 @@ std::string MaskIds(std::string_view text, const std::function<bool(const std::s
 // character: then it is no text, and nothing can be masked in it. Pure.
 std::string ReadableText(const std::string& body);
 
+inline constexpr std::size_t kIdDigits = 32;
 bool IsHexDigit(char c);
 
 }  // namespace qv::devservice

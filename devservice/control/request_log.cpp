@@ -54,12 +54,12 @@ std::string Beginning(std::string text, std::size_t most) {
 
 }  // namespace
 
-// An id that is cut would not be known as one any more.
+// An id that is cut would not be known as one any more, so its beginning is left out.
 RequestLog::Content RequestLog::Kept(const std::string& text, std::uint64_t bytes) {
   if (text.size() <= kMostBodyBytes) return {text, bytes};
-  std::string kept = text.substr(0, kMostBodyBytes);
-  while (!kept.empty() && IsHexDigit(kept.back())) kept.pop_back();
-  return {kept, bytes};
+  std::size_t end = kMostBodyBytes;
+  while (kMostBodyBytes - end < kIdDigits && IsHexDigit(text[end - 1])) --end;
+  return {text.substr(0, kMostBodyBytes - end < kIdDigits ? end : kMostBodyBytes), bytes};
 }
 
 std::uint64_t RequestLog::Add(const HttpRequest& request, const std::string& action) {

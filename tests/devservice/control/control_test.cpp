@@ -21,6 +21,15 @@ class ControlTest : public TransferTest {
   }
   RawAnswer Page(const std::string& name) { return Get(Path() + name); }
   json Requests() { return json::parse(Page("/requests").body).at("requests"); }
+  // What was sent, without the times and answers.
+  json Sent() {
+    json sent = json::array();
+    for (const json& request : Requests()) {
+      sent.emplace_back();
+      for (const char* key : {"method", "target", "action", "body"}) sent.back()[key] = request.at(key);
+    }
+    return sent;
+  }
   RawAnswer PostOrder(const std::string& order, const std::string& page = "/faults") {
     return Ask(Request("POST " + Path() + page,
                        "Host: localhost\r\nContent-Length: " + std::to_string(order.size()) + "\r\n") +
@@ -93,7 +102,7 @@ TEST_F(ControlTest, RequestsAreKeptInTheirOrder) {
       {{"method", "POST"}, {"target", service}, {"action", "CloseUserSession"}, {"body", close}},
       {{"method", "GET"}, {"target", "/stats?a=%41"}, {"action", ""}, {"body", ""}},
       {{"method", "POST"}, {"target", service}, {"action", ""}, {"body", "\xEF\xBF\xBD"}}};
-  EXPECT_EQ(Requests(), expected);
+  EXPECT_EQ(Sent(), expected);
 }
 
 TEST_F(ControlTest, ActionInQuotesIsKnown) {
@@ -106,7 +115,7 @@ TEST_F(ControlTest, ActionInQuotesIsKnown) {
 TEST_F(ControlTest, UploadIsKeptWithoutItsBytes) {
   const std::string url = NewUploadUrl();
   EXPECT_EQ(StatusOf(Upload(url, "content")), "200");
-  const json upload = Requests().back();
+  const json upload = Sent().back();
   EXPECT_EQ(upload, (json{{"method", "POST"}, {"target", PathIn(url)}, {"action", ""}, {"body", ""}}));
 }
 
@@ -223,6 +232,68 @@ TEST_F(ControlTest, EventsShowRequestsAsTheyComeWithoutSecrets) {
   StopAtOnce();
 }
 
+TEST_F(ControlTest, RequestsHaveTheirAnswers) {
+  Execute("'seen'");
+  Order("silence", 1);
+  Get("/nothing");
+  const json requests = Requests();
+  ASSERT_EQ(requests.size(), 3U);
+  EXPECT_EQ(requests[1]["number"], 2);
+  EXPECT_EQ(requests[1]["status"], 200);
+  EXPECT_GE(requests[1]["milliseconds"], 0.0);
+  EXPECT_EQ(requests[1]["time"].get<std::string>().size(), 24U);
+  EXPECT_TRUE(Contains(requests[0]["answer"], Session()));
+  EXPECT_TRUE(Contains(requests[1]["answer"], ">seen<"));
+  EXPECT_EQ(requests[2]["status"], 404);
+}
+
+TEST_F(ControlTest, RequestWithoutAnAnswerHasTheStatus0) {
+  Session();
+  EXPECT_EQ(StatusOf(PostOrder(R"({"names":"refuse","action":"Execute"})", "/odd")), "200");
+  Execute("1");
+  EXPECT_EQ(Requests()[1]["status"], 0);
+  EXPECT_EQ(Requests()[1]["answer"], "");
+}
+
+TEST_F(ControlTest, UploadsHaveTheirAnswers) {
+  const std::string url = NewUploadUrl();
+  EXPECT_EQ(StatusOf(Upload(url, "content")), "200");
+  EXPECT_EQ(StatusOf(Upload(url + "0", "content")), "404");
+  const json requests = Requests();
+  EXPECT_EQ(requests[2]["status"], 200);
+  EXPECT_EQ(requests[3]["status"], 404);
+}
+
+TEST_F(ControlTest, EventsComeBeforeTheirAnswers) {
+  const std::string envelope = ExecuteEnvelope(Session(), "for (;;);", NilParameters());
+  const RawClient running(Port(), PostRequest("", "Execute", envelope));
+  while (Stats()["scriptsRun"] == 0) std::this_thread::yield();
+  RawClient watcher(Port(), Request("GET " + Path() + "/events"));
+  const std::string events = watcher.Receive(std::chrono::milliseconds(500)).body;
+  EXPECT_TRUE(Contains(events, "id: 2\n"));
+  EXPECT_FALSE(Contains(events.substr(events.find("id: 2\n"), events.find("id: 3\n")), "\"status\""));
+  StopAtOnce();
+}
+
+TEST_F(ControlTest, EventsEndWithTheServiceAndWithTheirClient) {
+  std::vector<std::unique_ptr<RawClient>> watchers;
+  for (int i = 0; i < 16; ++i) {
+    watchers.push_back(std::make_unique<RawClient>(Port(), Request("GET " + Path() + "/events")));
+    EXPECT_EQ(StatusOf(watchers.back()->Receive(std::chrono::milliseconds(100))), "200");
+  }
+  EXPECT_EQ(Page("/events").body, "16 clients watch the events already.\n");
+  watchers.pop_back();
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  std::string status;
+  do {
+    RawClient watcher(Port(), Request("GET " + Path() + "/events"));
+    status = StatusOf(watcher.Receive(std::chrono::milliseconds(100)));
+  } while (status != "200" && std::chrono::steady_clock::now() < end);
+  EXPECT_EQ(status, "200");
+  EXPECT_EQ(StatusOf(Ask(Request("HEAD " + Path() + "/events"))), "405");
+  StopAtOnce();
+}
+
 TEST_F(ControlTest, HostileOrdersAreRefusedWithAReason) {
   ExpectRefused("", "The order is not a JSON object.");
   ExpectRefused(std::string(1000000, '['), "The order is not a JSON object.");
@@ -243,7 +314,7 @@ TEST(RequestLog, ForgetsTheOldest) {
     request.target = std::to_string(i);
     log.Add(request, "");
   }
-  json requests = json::parse(log.Json())["requests"];
+  json requests = json::parse(log.Json(false))["requests"];
   EXPECT_EQ(requests.size(), RequestLog::kMostRequests);
   EXPECT_EQ(requests.front()["target"], "1");
   EXPECT_EQ(requests.back()["target"], std::to_string(RequestLog::kMostRequests));
@@ -254,9 +325,45 @@ TEST(RequestLog, KeepsALimitedNumberOfBytes) {
   HttpRequest request;
   request.body.assign(RequestLog::kMostBodyBytes + 1, 'a');
   for (int i = 0; i < 65; ++i) log.Add(request, "");
-  const json requests = json::parse(log.Json())["requests"];
+  const json requests = json::parse(log.Json(false))["requests"];
   EXPECT_EQ(requests.size(), RequestLog::kMostBytes / RequestLog::kMostBodyBytes);
   EXPECT_EQ(requests.front()["body"].get<std::string>().size(), RequestLog::kMostBodyBytes);
+}
+
+TEST(RequestLog, KeepsNoPartOfAnId) {
+  RequestLog log;
+  const std::string id(32, 'a');
+  HttpRequest request;
+  request.body = std::string(RequestLog::kMostBodyBytes - 31, ' ') + id;
+  log.Add(request, "");
+  request.body = std::string(RequestLog::kMostBodyBytes - 32, ' ') + id + " ";
+  log.Add(request, "");
+  const json requests = json::parse(log.Json(true))["requests"];
+  EXPECT_EQ(requests[0]["body"].get<std::string>().find('a'), std::string::npos);
+  const std::string whole = requests[1]["body"];
+  EXPECT_EQ(whole.substr(whole.size() - 4), " ***");
+}
+
+TEST(RequestLog, EventsComeInPieces) {
+  RequestLog log;
+  HttpRequest request;
+  request.body.assign(1000000, ' ');
+  for (int i = 0; i < 60; ++i) log.Add(request, "");
+  std::uint64_t last = 0;
+  int pieces = 0;
+  std::string all;
+  for (std::string piece; !(piece = log.EventsAfter(last)).empty(); ++pieces) {
+    EXPECT_LT(piece.size(), 1200000U);
+    all += piece;
+  }
+  EXPECT_GT(pieces, 2);
+  EXPECT_EQ(last, 60U);
+  EXPECT_TRUE(Contains(all, "id: 60\n"));
+  EXPECT_TRUE(Contains(all, "\"bodyBytes\":1000000"));
+  log.AddAnswer(60, PlainAnswer(200, "answer"));
+  EXPECT_TRUE(Contains(log.EventsAfter(last), "\"answerBytes\":6"));
+  log.AddAnswer(61, PlainAnswer(200, "of no request"));
+  EXPECT_EQ(log.EventsAfter(last), "");
 }
 
 }  // namespace

@@ -12,6 +12,7 @@ class Console : public ServiceTest {
       options.scriptTimeLimit = std::chrono::seconds(2);
       options.console = [this](const ConsoleMessage& message) {
         said_ += message.level + "|" + message.text + "\n";
+        saidIn_ = message.session;
         ++count_;
       };
     });
@@ -26,6 +27,7 @@ class Console : public ServiceTest {
   }
 
   std::string said_;
+  std::string saidIn_;
   int count_ = 0;
 };
 
@@ -49,6 +51,11 @@ TEST_F(Console, MessagesAreJoinedTexts) {
       {"console.log('before'); while (true);", "log|before\n"},
   };
   for (const ScriptRow& row : rows) EXPECT_EQ(SaidBy(row.script), row.outcome) << row.script;
+}
+
+TEST_F(Console, MessagesHaveTheirSession) {
+  Execute("console.log('a')");
+  EXPECT_EQ(saidIn_, Session());
 }
 
 TEST_F(Console, ScriptGoesOnAndAnswers) {
