@@ -103,6 +103,7 @@ bool IsHexDigit(char c) {
 
 std::string MaskIds(std::string_view text, const std::function<bool(const std::string&)>& isSecret) {
   std::string masked;
+  masked.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
     std::size_t end = at;
     while (end < text.size() && IsHexDigit(text[end])) ++end;

@@ -169,6 +169,7 @@ Exit codes: 0 a request, or an answer that clients read; 7 an answer that they d
 
 inline constexpr char kServeExamples[] =
     R"(  scriptwells serve --port 8080 --users-file users.txt
+  scriptwells serve --page
   scriptwells serve --home ~/scripts-home
   scriptwells serve --home ~/.local/share/quorvane --install-home)";
 
@@ -202,6 +203,8 @@ clients on this machine that run with QV_REGISTRY=DIR/serve.reg can upload files
 removes it. Only --install-home changes settings.
 --json prints {"url":...,"home":...}, where home is the directory with the upload scripts, or null. --control
 adds "control", an address of pages that show requests, with their passwords, and order faults.
+--page prints a second address, in JSON as "page": a page on which you run scripts and see the requests, without their
+passwords. The first browser that opens it is let in. run --local --page puts a script on such a page.
 --odd makes requests fail or look strange: its names, several with '+', are listed at the address of the service
 (GET /). Without n and p all requests get it; p is a chance, and seed repeats the same decisions. action
 names the requests: CreateUserSession, CloseUserSession or Execute.

@@ -44,12 +44,18 @@ bool IsJson(const std::string& contentType) {
   return contentType.substr(0, contentType.find(';')) == "application/json";
 }
 
-// A number at the end of a path, such as "sessions/3".
 std::optional<int> NumberIn(std::string_view text) {
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return number;
+}
+
+// Of the path "sessions/3" for the name "sessions/"; 0 for a path that is the name. Nothing for any other
+// path.
+std::optional<int> NumberFor(std::string_view name, std::string_view path) {
+  if (EndsWith(name, "/") && StartsWith(path, name)) return NumberIn(path.substr(name.size()));
+  return path == name ? std::optional<int>(0) : std::nullopt;
 }
 
 std::string PercentDecoded(std::string_view text) {
@@ -213,12 +219,7 @@ HttpAnswer Page::Dispatch(const HttpRequest& request, devservice::ServiceView& s
   const std::string_view path = PathIn(request).substr(kInterface.size());
   bool isKnown = false;
   for (const Route& route : kRoutes) {
-    const std::string_view name = route.name;
-    std::optional<int> number = 0;
-    if (EndsWith(name, "/"))
-      number = StartsWith(path, name) ? NumberIn(path.substr(name.size())) : std::nullopt;
-    else if (path != name)
-      number = std::nullopt;
+    const std::optional<int> number = NumberFor(route.name, path);
     if (!number) continue;
     isKnown = true;
     if (request.method == route.method)
@@ -290,7 +291,9 @@ HttpAnswer Page::Copy(const Call& call) {
   place.server = place_.url;
   place.isOwnService = place_.ownUser.has_value();
   place.needsPassword = place_.needsPassword || place.isOwnService;
-  place.user = place.isOwnService ? "USER" : sessions_.UserOf(request.session).value_or("page");
+  place.user = place.isOwnService
+                   ? "USER"
+                   : sessions_.UserOf(request.session).value_or(place_.needsPassword ? "USER" : "page");
   place.registry = place_.registry;
   place.home = place_.home;
   for (const SharedFile& file : files_.All()) place.fileNames[file.id] = file.name;

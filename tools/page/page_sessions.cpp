@@ -48,6 +48,10 @@ double MillisecondsSince(steady_clock::time_point begin) {
   throw PageError(503, "The service is stopping.");
 }
 
+[[noreturn]] void RefuseMoreSessions() {
+  throw PageError(400, "20 sessions are open already; close one.");
+}
+
 scriptwells::Error ErrorOf(const Failure& failure) {
   return {scriptwells::Phase::kConversion, failure.Message()};
 }
@@ -153,7 +157,7 @@ std::string PageSessions::Open(const std::string& user, const std::string& passw
   const Slot slot(*this);
   {
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (sessions_.size() >= kMostSessions) throw PageError(400, "20 sessions are open already; close one.");
+    if (sessions_.size() >= kMostSessions) RefuseMoreSessions();
   }
   const auto opened = std::make_shared<Opened>();
   const bool isOwn = place_.ownUser && user == "page";
@@ -169,6 +173,7 @@ std::string PageSessions::Open(const std::string& user, const std::string& passw
   }
   ::explicit_bzero(credentials.password.data(), credentials.password.size());
   const std::lock_guard<std::mutex> lock(mutex_);
+  if (sessions_.size() >= kMostSessions) RefuseMoreSessions();  // others came meanwhile
   opened->id = ++last_;
   sessions_[opened->id] = opened;
   return opened->Json();
