@@ -1,3 +1,4 @@
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <utility>
 
@@ -9,8 +10,6 @@
 #include "tools/run_command.h"
 #include "tools/service/own_service.h"
 #include "tools/system/interrupt.h"
-
-#include <nlohmann/json.hpp>
 
 namespace qv::cli {
 

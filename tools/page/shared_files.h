@@ -61,7 +61,7 @@ class SharedFiles {
 // its name a stopgap, until it was fetched.
 std::string FileJson(const SharedFile& file);
 
-// The last part of a path, without characters that cannot stand in the name of a file here or in a header.
+// The last part of a path, without characters that the name of a file here, or a header, cannot have.
 // Never empty.
 std::string PlainFileName(const std::string& path);
 

@@ -30,6 +30,13 @@ class ControlTest : public TransferTest {
     }
     return sent;
   }
+  // The status of a new watcher of events.
+  static std::string StatusOfWatcher(RawClient& watcher) {
+    RawAnswer answer;
+    for (int i = 0; i < 50 && answer.head.empty() && !answer.closed; ++i)
+      answer = watcher.Receive(std::chrono::milliseconds(100));
+    return StatusOf(answer);
+  }
   RawAnswer PostOrder(const std::string& order, const std::string& page = "/faults") {
     return Ask(Request("POST " + Path() + page,
                        "Host: localhost\r\nContent-Length: " + std::to_string(order.size()) + "\r\n") +
@@ -269,7 +276,7 @@ TEST_F(ControlTest, EventsComeBeforeTheirAnswers) {
   const RawClient running(Port(), PostRequest("", "Execute", envelope));
   while (Stats()["scriptsRun"] == 0) std::this_thread::yield();
   RawClient watcher(Port(), Request("GET " + Path() + "/events"));
-  const std::string events = watcher.Receive(std::chrono::milliseconds(500)).body;
+  const std::string events = watcher.Receive(std::chrono::seconds(2)).body;
   EXPECT_TRUE(Contains(events, "id: 2\n"));
   EXPECT_FALSE(Contains(events.substr(events.find("id: 2\n"), events.find("id: 3\n")), "\"status\""));
   StopAtOnce();
@@ -279,7 +286,7 @@ TEST_F(ControlTest, EventsEndWithTheServiceAndWithTheirClient) {
   std::vector<std::unique_ptr<RawClient>> watchers;
   for (int i = 0; i < 16; ++i) {
     watchers.push_back(std::make_unique<RawClient>(Port(), Request("GET " + Path() + "/events")));
-    EXPECT_EQ(StatusOf(watchers.back()->Receive(std::chrono::milliseconds(100))), "200");
+    EXPECT_EQ(StatusOfWatcher(*watchers.back()), "200");
   }
   EXPECT_EQ(Page("/events").body, "16 clients watch the events already.\n");
   watchers.pop_back();
@@ -287,7 +294,7 @@ TEST_F(ControlTest, EventsEndWithTheServiceAndWithTheirClient) {
   std::string status;
   do {
     RawClient watcher(Port(), Request("GET " + Path() + "/events"));
-    status = StatusOf(watcher.Receive(std::chrono::milliseconds(100)));
+    status = StatusOfWatcher(watcher);
   } while (status != "200" && std::chrono::steady_clock::now() < end);
   EXPECT_EQ(status, "200");
   EXPECT_EQ(StatusOf(Ask(Request("HEAD " + Path() + "/events"))), "405");

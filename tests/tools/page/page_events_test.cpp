@@ -19,6 +19,13 @@ class PageEvents : public PageTest {
     return std::make_unique<RawClient>(service_->Port(),
                                        Bytes("GET", "api/events", "", "Cookie: " + cookie_ + "\r\n"));
   }
+  // Waits for the head of the answer.
+  static std::string Status(RawClient& client) {
+    RawAnswer answer;
+    for (int i = 0; i < 50 && answer.head.empty() && !answer.closed; ++i)
+      answer = client.Receive(milliseconds(200));
+    return StatusOf(answer);
+  }
   static int Count(const std::string& text, const std::string& part) {
     int count = 0;
     for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
@@ -29,7 +36,7 @@ class PageEvents : public PageTest {
 TEST_F(PageEvents, ComeWithTheirAnswers) {
   const auto watcher = Watch();
   Run("'seen'");
-  const RawAnswer events = watcher->Receive(milliseconds(1500));
+  const RawAnswer events = watcher->Receive(milliseconds(3000));
   EXPECT_EQ(HeaderOf(events.head, "Content-Type"), "text/event-stream");
   EXPECT_EQ(HeaderOf(events.head, "X-Content-Type-Options"), "nosniff");
   EXPECT_NE(events.body.find("id: 2\nevent: request\ndata: {\"number\":2,"), std::string::npos)
@@ -51,7 +58,7 @@ TEST_F(PageEvents, WatchersAreLimited) {
   std::vector<std::unique_ptr<RawClient>> watchers;
   for (int i = 0; i < 16; ++i) {
     watchers.push_back(Watch());
-    EXPECT_EQ(StatusOf(watchers.back()->Receive(milliseconds(200))), "200");
+    EXPECT_EQ(Status(*watchers.back()), "200");
   }
   const PageAnswer refused = Ask("GET", "api/events");
   EXPECT_EQ(refused.status, 503);
@@ -60,14 +67,14 @@ TEST_F(PageEvents, WatchersAreLimited) {
   // Those that are gone are noticed soon.
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   std::string status;
-  do status = StatusOf(Watch()->Receive(milliseconds(200)));
+  do status = Status(*Watch());
   while (status != "200" && std::chrono::steady_clock::now() < end);
   EXPECT_EQ(status, "200");
 }
 
 TEST_F(PageEvents, LongTextsAreCut) {
   Run("'x'.repeat(100000)");
-  const RawAnswer events = Watch()->Receive(milliseconds(500));
+  const RawAnswer events = Watch()->Receive(milliseconds(3000));
   const std::size_t at = events.body.find("id: 2\n");
   ASSERT_NE(at, std::string::npos);
   const std::size_t data = events.body.find("data: ", at) + 6;
@@ -79,7 +86,7 @@ TEST_F(PageEvents, LongTextsAreCut) {
 TEST_F(PageEvents, AreOfEveryRequestOfTheService) {
   OpenSession();
   for (int i = 0; i < 200; ++i) Run(std::to_string(i));
-  const RawAnswer events = Watch()->Receive(milliseconds(1000));
+  const RawAnswer events = Watch()->Receive(milliseconds(4000));
   EXPECT_EQ(Count(events.body, "\nevent: request\n"), 201);
 }
 
