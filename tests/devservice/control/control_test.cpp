@@ -300,7 +300,8 @@ TEST_F(ControlTest, EventsEndWithTheServiceAndWithTheirClient) {
     status = StatusOfWatcher(watcher);
   } while (status != "200" && std::chrono::steady_clock::now() < end);
   EXPECT_EQ(status, "200");
-  EXPECT_EQ(StatusOf(Ask(Request("HEAD " + Path() + "/events"))), "405");
+  EXPECT_EQ(StatusOf(Ask(Request("HEAD " + Path() + "/events", "Host: localhost\r\nConnection: close\r\n"))),
+            "405");
   StopAtOnce();
 }
 
