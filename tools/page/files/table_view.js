@@ -3,9 +3,10 @@
 import {announce, make} from './dom.js';
 import {countText, plural} from './format.js';
 import {cellText, isNumeric, orderOf, widthsOf} from './table_model.js';
+import {TableRows} from './table_rows.js';
 
 const ROW_HEIGHT = 28;
-const SPARE_ROWS = 6;
+const SPARE_ROWS = 4;
 const TALLEST = 15_000_000; // browsers limit the height of an element
 const MOST_COLUMNS = 200;
 const NEXT_DIRECTION = {none: 'ascending', ascending: 'descending', descending: 'none'};
@@ -20,7 +21,7 @@ class Table {
     this.order = orderOf(this.table, 0, 'none');
     this.sorted = {column: -1, direction: 'none'};
     this.active = {row: 0, column: 0}; // row -1 is the header
-    this.shown = new Map();
+    this.rows = new TableRows(this.table.columns);
     this.element = this.create();
     new ResizeObserver(() => this.render()).observe(this.grid);
   }
@@ -33,7 +34,7 @@ class Table {
       make('div', {role: 'columnheader', 'aria-colindex': 1, class: 'row-number', text: '#'}),
       ...columns.map((column, index) => this.headCell(column, index)),
     );
-    this.body = make('div', {role: 'rowgroup', class: 'table-body'});
+    this.body = make('div', {role: 'rowgroup', class: 'table-body'}, this.rows.element);
     this.grid = make(
       'div',
       {
@@ -74,17 +75,12 @@ class Table {
         role: 'columnheader',
         'aria-colindex': index + 2,
         'aria-sort': 'none',
-        id: this.cellId(-1, index),
         class: isNumeric(column.type) ? 'number' : '',
         title: `${column.name}, ${column.type}: sort`,
         'data-column': index,
       },
       make('span', {class: 'column-name', text: column.name}),
     );
-  }
-
-  cellId(row, column) {
-    return `${this.id}-${row}-${column}`;
   }
 
   later() {
@@ -105,54 +101,29 @@ class Table {
     };
   }
 
-  render() {
+  render(mustFill = false) {
     const {first, count} = this.sight();
     const from = Math.max(0, first - SPARE_ROWS);
     const to = Math.min(this.order.length, first + count + SPARE_ROWS);
-    for (const [row, element] of this.shown)
-      if (row < from || row >= to) {
-        element.remove();
-        this.shown.delete(row);
-      }
     // A table that is too tall moves its rows with the scroll bar.
     const shift = this.scale > 1 ? this.grid.scrollTop - first * ROW_HEIGHT : 0;
-    for (let row = from; row < to; ++row) {
-      if (!this.shown.has(row)) this.addRow(row);
-      this.shown.get(row).style.transform = `translateY(${row * ROW_HEIGHT + shift}px)`;
-    }
+    if (mustFill || shift !== 0 || from !== this.rows.from || to !== this.rows.to)
+      this.rows.show(this.table, this.order, from, to, from * ROW_HEIGHT + shift);
     this.markActive();
   }
 
-  addRow(row) {
-    const source = this.order[row];
-    const cells = this.table.rows[source];
-    const element = make(
-      'div',
-      {role: 'row', 'aria-rowindex': row + 2, class: row % 2 ? 'table-row odd' : 'table-row'},
-      make('div', {role: 'rowheader', 'aria-colindex': 1, class: 'row-number', text: countText(source + 1)}),
-      ...this.table.columns.map((column, index) =>
-        make('div', {
-          role: 'gridcell',
-          'aria-colindex': index + 2,
-          id: this.cellId(row, index),
-          class: isNumeric(column.type) ? 'number' : '',
-          text: cellText(cells[index]),
-          'data-row': row,
-          'data-column': index,
-        }),
-      ),
-    );
-    this.shown.set(row, element);
-    this.body.append(element);
-  }
-
+  // The active cell has an id of its own, which screen readers follow.
   markActive() {
-    this.grid.querySelector('.active')?.classList.remove('active');
     const {row, column} = this.active;
-    const cell = document.getElementById(this.cellId(row, column));
-    if (cell) this.grid.setAttribute('aria-activedescendant', cell.id);
-    else this.grid.removeAttribute('aria-activedescendant');
-    if (document.activeElement === this.grid) cell?.classList.add('active');
+    const cell = row < 0 ? this.head.children[column + 1] : this.rows.cell(row, column);
+    this.marked?.removeAttribute('id');
+    this.marked?.classList.remove('active');
+    this.marked = cell;
+    if (cell) {
+      cell.id = `${this.id}-${row}-${column}`;
+      this.grid.setAttribute('aria-activedescendant', cell.id);
+      cell.classList.toggle('active', document.activeElement === this.grid);
+    } else this.grid.removeAttribute('aria-activedescendant');
     this.detail.textContent = this.detailText();
   }
 
@@ -169,7 +140,7 @@ class Table {
     const cell = event.target.closest('[data-column]');
     if (!cell) return;
     const column = Number(cell.dataset.column);
-    this.active = {row: cell.dataset.row === undefined ? -1 : Number(cell.dataset.row), column};
+    this.active = {row: this.head.contains(cell) ? -1 : this.rows.rowOf(cell), column};
     if (this.active.row < 0) this.sort(column);
     else this.markActive();
   }
@@ -223,9 +194,7 @@ class Table {
     this.order = orderOf(this.table, column, direction);
     for (const head of this.head.querySelectorAll('[data-column]'))
       head.setAttribute('aria-sort', Number(head.dataset.column) === column ? direction : 'none');
-    this.shown.forEach((element) => element.remove());
-    this.shown.clear();
-    this.render();
+    this.render(true);
     announce(
       direction === 'none'
         ? 'The rows are in their own order.'
