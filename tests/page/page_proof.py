@@ -151,6 +151,7 @@ class Accessibility(PageTest):
         self.wait(lambda: self.all("#copy-dialog[open] pre"), "the texts")
         self.check("copy as")
         self.click_button("Close", "#copy-dialog")
+        self.assertIn("Script fault 5", self.run_script("1"))  # the ordered one
         self.set_script("for (;;);")
         self.click("#run")
         self.wait(lambda: "running" in self.text("#value"), "a running script")

@@ -4,6 +4,7 @@ used. ctest sets PROGRAM."""
 import unittest
 
 from browser import PageTest
+from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 
 PASSWORD = "a-password"
@@ -68,7 +69,7 @@ class ServiceTest(PageTest):
         self.assertEqual(self.run_script("1"), "1")
 
     def test_files_are_uploaded_listed_downloaded_and_removed(self):
-        name = "umlaut <b>ä</b> & co.bin"
+        name = "umlaut <b>ä & co.bin"
         content = bytes(range(256)) * 3
         (self.folder / name).write_bytes(content)
         self.click("#tab-files")
@@ -228,7 +229,11 @@ class UseTest(PageTest):
 
     def test_400_pixels_are_enough(self):
         self.add_parameter("name", "string", "text")
-        self.add_parameter("doc", "file")
+        file = self.folder / ("long-" * 20 + ".txt")
+        file.write_text("x")
+        row = self.add_parameter("doc", "file")
+        row.find_element(By.CSS_SELECTOR, "input[type=file]").send_keys(str(file))
+        self.wait(lambda: file.name in self.texts(".parameter-value option"), "the upload")
         self.run_script("throw new Error('x'.repeat(500))")
         self.click("#requests .request")
         self.size(400, 800)

@@ -6,10 +6,24 @@ import {createTable} from './table_view.js';
 import {tabs} from './tabs.js';
 import {valueElement} from './value_view.js';
 
-const PHASES = {server: 'Script fault', cancelled: 'Stopped'};
+// Where a call failed, as the library names it.
+const PHASES = {
+  script: 'Script fault',
+  cancelled: 'Stopped',
+  address: 'The address is wrong',
+  connect: 'No connection',
+  TLS: 'No secure connection',
+  send: 'The request could not be sent',
+  wait: 'No answer in time',
+  receive: 'The answer broke off',
+  answer: 'The answer cannot be read',
+  session: 'The session was rejected',
+  'local file': 'A file cannot be read',
+  conversion: 'A value cannot be sent',
+};
 
 function errorElement(error, goTo) {
-  const phase = PHASES[error.phase] ?? (error.phase ? `Failed: ${error.phase}` : 'Failed');
+  const phase = PHASES[error.phase] ?? 'Failed';
   const box = make(
     'div',
     {class: 'failure'},

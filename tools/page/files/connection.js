@@ -12,11 +12,26 @@ let timer = null;
 let pause = FIRST_PAUSE;
 let handlers = {};
 
-// handlers: state(answer), request(one).
-export function connect(its) {
-  handlers = its;
+function takeToken() {
   token = location.hash.slice(1);
   if (token) history.replaceState(null, '', location.pathname);
+}
+
+// The address of another start of the service is opened in this window.
+function enterAgain() {
+  takeToken();
+  if (!token) return;
+  stop();
+  handlers.reset();
+  set('connection', 'connecting');
+  tryNow();
+}
+
+// handlers: state(answer), request(one), reset() for another service.
+export function connect(its) {
+  handlers = its;
+  takeToken();
+  addEventListener('hashchange', enterAgain);
   watch('connection', (state) => {
     if (state === 'lost') tryLater();
     if (state === 'unknown') stop();

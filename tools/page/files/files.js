@@ -13,7 +13,7 @@ export async function refreshFiles() {
 
 function row(file, fail) {
   const address = `api/files/${Number(file.id)}`;
-  const facts = [file.size === undefined ? '' : sizeText(file.size), ORIGINS[file.from]]
+  const facts = [file.size === null ? '' : sizeText(file.size), ORIGINS[file.from]]
     .filter(Boolean)
     .join(', ');
   const remove = async () => {

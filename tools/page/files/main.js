@@ -94,8 +94,11 @@ function showState(state) {
 
 connect({
   state: showState,
+  reset: requests.reset,
   request(one) {
     requests.add(one);
+    // A download may have found out the name of a file.
+    if (one.status === 200 && one.target.includes('/files/')) refreshFiles().catch(() => {});
     counters.refresh();
   },
 });

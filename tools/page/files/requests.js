@@ -89,7 +89,15 @@ export function createRequests(panel) {
   let newest = 0;
   const list = make('ol', {class: 'requests', reversed: true});
   const count = make('span', {class: 'soft', role: 'status'});
-  const bar = make('div', {class: 'bar'}, count, button('Clear list', clear));
+  const bar = make(
+    'div',
+    {class: 'bar'},
+    count,
+    button('Clear list', () => {
+      clear();
+      panel.focus();
+    }),
+  );
   const empty = emptyState('Requests appear here as the service gets them. Run a script to see one.');
 
   function update() {
@@ -103,7 +111,6 @@ export function createRequests(panel) {
     entries.clear();
     list.replaceChildren();
     update();
-    panel.focus();
   }
 
   function add(request) {
@@ -125,7 +132,13 @@ export function createRequests(panel) {
     update();
   }
 
+  // Another service counts from 1 again.
+  function reset() {
+    newest = 0;
+    clear();
+  }
+
   panel.append(bar, empty, list);
   update();
-  return {add};
+  return {add, reset};
 }
