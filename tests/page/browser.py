@@ -39,7 +39,8 @@ class Service:
         self.environment = {"PATH": os.environ["PATH"], "HOME": folder, "TMPDIR": folder, "LC_ALL": "C.UTF-8",
                             "QV_REGISTRY": "/dev/null"}
         self.environment.update({name: text for name, text in os.environ.items() if name.endswith("SAN_OPTIONS")})
-        command = [PROGRAM, "serve", "--json", "--page", "--control", "--until-eof", *options]
+        command = [PROGRAM, "serve", "--json", "--page", "--control", "--until-eof", "--script-timeout", "60",
+                   *options]
         self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         stderr=subprocess.DEVNULL, text=True, env=self.environment)
         line = json.loads(self.process.stdout.readline())

@@ -22,7 +22,7 @@ SCROLL = """
   function step() {
     for (const row of document.querySelectorAll('.table-body [role=row]')) window.seen[row.ariaRowIndex - 2] = 1;
     const before = grid.scrollTop;
-    grid.scrollTop += grid.clientHeight - 60;
+    grid.scrollTop += grid.clientHeight - 40;
     const isAtEnd = grid.scrollTop === before;
     if (isAtEnd || --left === 0) later(() => done([window.seen.reduce((sum, one) => sum + one, 0), isAtEnd]));
     else later(step);
@@ -156,6 +156,7 @@ class Accessibility(PageTest):
         self.click("#run")
         self.wait(lambda: "running" in self.text("#value"), "a running script")
         self.check("a running script")
+        self.click("#stop")
         self.finish_run()
         self.expected_errors = ["ERR_"]
         self.service.stop()

@@ -49,7 +49,9 @@ function content(texts, close) {
   return [
     make('div', {class: 'pane-head'}, make('h2', {id: 'copy-title', text: 'Copy as'}), list),
     ...panels,
-    make('p', {class: 'hint', text: 'PASSWORD is a placeholder. Put your own in its place.'}),
+    names.some((name) => texts[name].includes('PASSWORD'))
+      ? make('p', {class: 'hint', text: 'PASSWORD is a placeholder. Put your own in its place.'})
+      : '',
     make('div', {class: 'actions'}, copyButton, button('Close', close)),
   ];
 }

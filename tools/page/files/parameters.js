@@ -16,7 +16,8 @@ const EXAMPLES = {
   duration: 'P1DT2H',
 };
 
-// Returns {values(), fill(list), add(one)}. `uploadFile(file)` returns the uploaded one.
+// Returns {values(), fill(list), add()}; `values` throws if a file is missing. `uploadFile(file)` returns the
+// uploaded one.
 export function createParameters(parent, uploadFile) {
   const rows = [];
 
@@ -121,5 +122,9 @@ function fileControl(uploadFile) {
     chooser,
     button('Upload…', () => chooser.click()),
   );
-  return {element, extra, end, value: () => (element.value ? {file: Number(element.value)} : {value: ''})};
+  const value = () => {
+    if (!element.value) throw new Error('Choose a file for each parameter of the type file.');
+    return {file: Number(element.value)};
+  };
+  return {element, extra, end, value};
 }

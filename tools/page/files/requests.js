@@ -4,6 +4,7 @@ import {envelopeElement} from './envelope.js';
 import {durationText, plural, sizeText, timeText} from './format.js';
 
 const MOST = 200;
+const MOST_BYTES = 65536; // of a message that the service sends
 const FAULT = /<(?:[\w.-]+:)?Fault[\s>]/;
 
 function outcomeOf(request) {
@@ -14,26 +15,20 @@ function outcomeOf(request) {
   return {text: isFault ? `${request.status} fault` : String(request.status), kind: isBad ? 'bad' : 'good'};
 }
 
-function messageElement(title, text, bytes) {
-  const cut = bytes !== undefined && bytes > text.length ? `, of ${sizeText(bytes)} only the start` : '';
-  return make(
-    'div',
-    {class: 'message'},
-    make('h3', {text: title + (text === '' ? '' : cut)}),
-    text === ''
-      ? make('p', {class: 'empty', text: 'without content'})
-      : withName(envelopeElement(text), title),
-  );
-}
-
-function withName(block, title) {
-  block.setAttribute('role', 'region');
-  block.setAttribute('aria-label', `Content of the ${title.toLowerCase()}`);
-  return block;
+// Long messages come without their end.
+function messageElement(title, text, bytes, isRaw) {
+  const size =
+    bytes > MOST_BYTES ? `the first ${sizeText(MOST_BYTES)} of ${sizeText(bytes)}` : sizeText(bytes);
+  const content =
+    text === '' ? make('p', {class: 'empty', text: 'without content'}) : envelopeElement(text, isRaw);
+  content.setAttribute('role', 'region');
+  content.setAttribute('aria-label', `Content of the ${title.toLowerCase()}`);
+  return make('div', {class: 'message'}, make('h3', {text: `${title}, ${size}`}), content);
 }
 
 class Entry {
-  constructor(request) {
+  constructor(request, isRaw) {
+    this.isRaw = isRaw;
     this.id = `request-${request.number}`;
     this.head = make('button', {
       type: 'button',
@@ -65,13 +60,13 @@ class Entry {
   }
 
   fill() {
-    const {method, target, body = '', bodyBytes, answer, answerBytes} = this.request;
+    const {method, target, body, bodyBytes, answer, answerBytes} = this.request;
     this.body.replaceChildren(
       make('p', {class: 'request-line', text: `${method} ${target}`}),
-      messageElement('Request', body, bodyBytes),
+      messageElement('Request', body, bodyBytes, this.isRaw()),
       answer === undefined
         ? emptyState('There is no answer yet.')
-        : messageElement('Answer', answer, answerBytes),
+        : messageElement('Answer', answer, answerBytes, this.isRaw()),
     );
   }
 
@@ -89,14 +84,17 @@ export function createRequests(panel) {
   let newest = 0;
   const list = make('ol', {class: 'requests', reversed: true});
   const count = make('span', {class: 'soft', role: 'status'});
+  const raw = make('input', {type: 'checkbox', id: 'raw', on: {change: showAgain}});
+  const clearButton = button('Clear list', () => {
+    clear();
+    panel.focus();
+  });
   const bar = make(
     'div',
     {class: 'bar'},
     count,
-    button('Clear list', () => {
-      clear();
-      panel.focus();
-    }),
+    make('label', {class: 'choice'}, raw, 'As sent'),
+    clearButton,
   );
   const empty = emptyState('Requests appear here as the service gets them. Run a script to see one.');
 
@@ -105,6 +103,10 @@ export function createRequests(panel) {
     bar.hidden = entries.size === 0;
     list.hidden = entries.size === 0;
     empty.hidden = entries.size !== 0;
+  }
+
+  function showAgain() {
+    for (const entry of entries.values()) entry.show(entry.request);
   }
 
   function clear() {
@@ -121,7 +123,7 @@ export function createRequests(panel) {
     }
     if (request.number <= newest) return; // it was cleared, or is too old
     newest = request.number;
-    const entry = new Entry(request);
+    const entry = new Entry(request, () => raw.checked);
     entries.set(request.number, entry);
     list.prepend(entry.element);
     while (entries.size > MOST) {

@@ -2,7 +2,7 @@
 // changes. `watch` returns a function that ends it.
 
 const values = {
-  connection: 'connecting', // or live, lost, quiet (without events), unknown (the service does not know the page)
+  connection: 'connecting', // or live, lost, quiet (no events), unknown (the service does not know the page)
   sessions: [],
   session: null, // the id of the chosen one
   files: [],

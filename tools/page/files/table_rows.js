@@ -1,8 +1,12 @@
-// The rows of a table that are in sight. The same elements are filled again while the table scrolls, so that the
-// browser's memory stays the same however far one scrolls.
+// The rows of a table that are in sight. The same elements are filled again while the table scrolls, so that
+// the browser's memory stays the same however far one scrolls.
 import {make} from './dom.js';
 import {countText} from './format.js';
 import {cellText, isNumeric} from './table_model.js';
+
+// The browser keeps its own copy of a text that it showed for as long as the text lives, which is as long as
+// the table. A copy of the text lives only while it is shown.
+const copyOf = (text) => ` ${text}`.slice(1);
 
 export class TableRows {
   constructor(columns) {
@@ -47,7 +51,7 @@ export class TableRows {
       number.firstChild.data = countText(order[row] + 1);
       const source = table.rows[order[row]];
       cells.forEach((cell, column) => {
-        cell.firstChild.data = cellText(source[column]);
+        cell.firstChild.data = copyOf(cellText(source[column]));
       });
     });
     this.element.style.transform = `translateY(${top}px)`;

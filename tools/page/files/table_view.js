@@ -1,5 +1,5 @@
-// A table of any length: only the rows in sight are elements. The grid has the focus and names its active cell
-// to screen readers, so all keys work however many rows there are.
+// A table of any length: only the rows in sight are elements. The grid has the focus and names its active
+// cell to screen readers, so all keys work however many rows there are.
 import {announce, make} from './dom.js';
 import {countText, plural} from './format.js';
 import {cellText, isNumeric, orderOf, widthsOf} from './table_model.js';
