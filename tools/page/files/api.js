@@ -1,4 +1,4 @@
-// Calls of the service's interface. The cookie, which scripts cannot read, goes along by itself.
+// Calls of the service's interface. The browser adds the cookie, which scripts cannot read.
 import {set} from './store.js';
 
 // A call that failed. The status is 0 if there was no answer.

@@ -112,7 +112,7 @@ class Table {
     this.markActive();
   }
 
-  // The active cell has an id of its own, which screen readers follow.
+  // Screen readers follow the id of the active cell.
   markActive() {
     const {row, column} = this.active;
     const cell = row < 0 ? this.head.children[column + 1] : this.rows.cell(row, column);

@@ -1,4 +1,4 @@
-// One value of an answer that is no table.
+// One value of an answer, but not a table.
 import {make} from './dom.js';
 
 const isWebAddress = (text) => /^https?:\/\/[^\s]+$/i.test(text);
