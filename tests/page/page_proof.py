@@ -48,9 +48,10 @@ def descendants(parent):
 
 def is_renderer(process):
     try:
-        return b"--type=renderer" in pathlib.Path(f"/proc/{process}/cmdline").read_bytes()
+        command = pathlib.Path(f"/proc/{process}/cmdline").read_bytes()
     except OSError:
         return False
+    return b"--type=renderer" in command and b"--top-chrome-webui" not in command
 
 
 def resident_mb(process, field="VmRSS"):
