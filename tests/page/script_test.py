@@ -47,6 +47,18 @@ class ScriptTest(PageTest):
         self.wait(lambda: "notes.txt" in self.texts(".parameter-value option"), "the upload")
         self.assertEqual(self.run_script("parameters.doc.text()"), "to be sent")
 
+    def test_a_parameter_without_its_file_is_reported(self):
+        self.add_parameter("doc", "file")
+        row = self.one(".parameter")
+        self.js("document.querySelector('.parameter-value select').replaceChildren()")
+        self.assertIn("Choose a file", self.run_script("1"))
+        row.find_element(By.CSS_SELECTOR, "[aria-label='Remove parameter']").click()
+        self.assertEqual(self.run_script("1"), "1")
+
+    def test_what_gets_lost_on_the_way_is_said(self):
+        self.run_script("typed.byte(5)")
+        self.assertEqual(len(self.all("#value .notes li")), 1)
+
     def test_values_of_every_kind(self):
         for script, shown in (("true", "true"), ("1.5", "1.5"), ("'a\\n b'", "a\n b"), ("''", "The text is empty."),
                               ("typed.date('2024-03-05')", "2024-03-05")):

@@ -26,6 +26,9 @@ class ServiceTest(PageTest):
         self.assertIn("from another client", self.texts("#requests .envelope")[0])
         self.assertIn("ExecuteResult", self.texts("#requests .envelope")[1])
         self.assertRegex(self.texts("#requests .envelope")[1], r"\n    <[\w:]*ExecuteResponse")
+        self.assertIn("<Code>'from another client'</Code>", self.texts("#requests .xml-inner"))
+        self.click("#raw")
+        self.assertIn("&lt;Code&gt;&amp;apos;from another client&amp;apos;&lt;/Code&gt;", self.texts("#requests .envelope")[0])
         self.all("#requests .request")[1].click()
         self.assertEqual(self.all("#requests .envelope"), [])
 
@@ -75,7 +78,7 @@ class ServiceTest(PageTest):
         self.click("#tab-files")
         self.one("#upload").send_keys(str(self.folder / name))
         self.wait(lambda: name in self.texts("#files b"), "the upload")
-        self.assertIn("768 bytes, uploaded", self.text("#files .row"))
+        self.assertIn(f"{name}768 bytes, uploaded", "".join(self.texts("#files .row-main")))
         self.click(f"#files [aria-label='Download {name}']")
         self.wait(lambda: self.downloads(content), "the download")
         self.click(f"#files [aria-label='Remove {name}']")
