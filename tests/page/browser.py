@@ -88,6 +88,7 @@ class PageTest(unittest.TestCase):
     def setUp(self):
         self.expected_errors = []
         self.size(1600, 900)
+        self.colours("light")
         self.open(self.service.url + "/page/")
         self.addCleanup(self.check_console)
 
@@ -105,6 +106,10 @@ class PageTest(unittest.TestCase):
     def size(self, width, height):
         metrics = {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False}
         self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", metrics)
+
+    def colours(self, scheme):
+        features = [{"name": "prefers-color-scheme", "value": scheme}]
+        self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": features})
 
     # Elements are found by CSS.
     @classmethod

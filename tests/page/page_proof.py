@@ -98,8 +98,7 @@ class Accessibility(PageTest):
     def violations(self):
         """What axe finds, in both colour schemes and at two widths."""
         for scheme in ("light", "dark"):
-            self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia",
-                                        {"features": [{"name": "prefers-color-scheme", "value": scheme}]})
+            self.colours(scheme)
             for width in (1600, 400):
                 self.size(width, 900)
                 result = self.driver.execute_async_script(

@@ -167,6 +167,10 @@ class TableTest(PageTest):
 
 
 class ChartTest(PageTest):
+    def setUp(self):
+        super().setUp()
+        self.expected_errors.append("willReadFrequently")  # these tests read the canvas
+
     def painted(self):
         """The number of pixels of the chart that are not empty."""
         return self.js("""
@@ -197,6 +201,26 @@ class ChartTest(PageTest):
         self.assertEqual(self.texts("#chart-x option"), ["Row number", "id", "share"])
         self.run_script(ROWS % (20, 20))
         self.wait_for_chart("Scatter: id, share by share")
+
+    def test_a_chart_follows_colours_and_width(self):
+        self.run_script(ROWS % (30, 30))
+        self.click("#tab-chart")
+        self.wait_for_chart("Bars: id by city")
+        colour = """
+          const canvas = document.querySelector('#chart canvas');
+          const {data} = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height);
+          const count = new Map();
+          for (let at = 0; at < data.length; at += 4)
+            if (data[at + 3] === 255) count.set(data.slice(at, at + 3).join(), 1 + (count.get(data.slice(at, at + 3).join()) ?? 0));
+          return [...count].sort((a, b) => b[1] - a[1])[0][0];"""
+        light = self.js(colour)
+        self.colours("dark")
+        self.wait(lambda: self.painted() > 1000 and self.js(colour) != light, "other colours")
+        self.size(400, 900)
+        self.wait(lambda: self.painted() > 1000 and self.js("return document.querySelector('#chart canvas').clientWidth") < 400,
+                  "a narrow chart")
+        self.colours("light")
+        self.wait(lambda: self.painted() > 1000 and self.js(colour) == light, "the first colours")
 
     def test_a_long_table_says_what_is_left_out(self):
         self.run_script(ROWS % (3000, 3000))
