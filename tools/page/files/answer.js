@@ -2,6 +2,7 @@
 import {button, emptyState, find, make} from './dom.js';
 import {createChart} from './chart_view.js';
 import {countText, durationText, plural} from './format.js';
+import {PackedRows} from './packed_rows.js';
 import {createTable} from './table_view.js';
 import {tabs} from './tabs.js';
 import {valueElement} from './value_view.js';
@@ -60,15 +61,16 @@ export function createAnswer() {
   }
 
   function showValue(value) {
-    const isTable = Array.isArray(value.columns);
-    chart.set(isTable ? value : null);
-    if (!isTable) {
+    if (!Array.isArray(value.columns)) {
+      chart.set(null);
       panel.replaceChildren(valueElement(value));
       return value.type;
     }
+    const table = {columns: value.columns, rows: new PackedRows(value.rows)};
+    chart.set(table);
     panel.classList.add('holds-table');
-    panel.replaceChildren(createTable(value));
-    return `table, ${plural(value.rows.length, 'row')}`;
+    panel.replaceChildren(createTable(table));
+    return `table, ${plural(table.rows.length, 'row')}`;
   }
 
   function show(result, goTo) {

@@ -19,7 +19,7 @@ export function cellNumber(cell) {
 }
 
 function byNumber(rows, column, sign) {
-  const keys = Float64Array.from(rows, (row) => cellNumber(row[column]));
+  const keys = Float64Array.from({length: rows.length}, (_, row) => cellNumber(rows.at(row)[column]));
   return (a, b) => {
     const isLastA = Number.isNaN(keys[a]);
     const isLastB = Number.isNaN(keys[b]);
@@ -29,7 +29,7 @@ function byNumber(rows, column, sign) {
 }
 
 function byText(rows, column, sign) {
-  const keys = rows.map((row) => cellText(row[column]));
+  const keys = Array.from({length: rows.length}, (_, row) => cellText(rows.at(row)[column]));
   return (a, b) => {
     if (keys[a] === '' || keys[b] === '') return (keys[a] === '') - (keys[b] === '') || a - b;
     return sign * collator.compare(keys[a], keys[b]) || a - b;
@@ -39,7 +39,7 @@ function byText(rows, column, sign) {
 // The indices of the rows. The direction is "ascending", "descending" or "none"; cells without a value
 // come last.
 export function orderOf(table, column, direction) {
-  const order = Uint32Array.from(table.rows, (_, index) => index);
+  const order = Uint32Array.from({length: table.rows.length}, (_, index) => index);
   if (direction === 'none') return order;
   const compare = isNumeric(table.columns[column].type) ? byNumber : byText;
   return order.sort(compare(table.rows, column, direction === 'ascending' ? 1 : -1));
@@ -52,6 +52,6 @@ export function widthsOf(table) {
   const widths = table.columns.map((column) => column.name.length + 2);
   for (let row = 0; row < table.rows.length; row += step)
     for (let column = 0; column < widths.length; ++column)
-      widths[column] = Math.max(widths[column], cellText(table.rows[row][column]).length);
+      widths[column] = Math.max(widths[column], cellText(table.rows.at(row)[column]).length);
   return widths.map((width) => Math.min(Math.max(width, 4), 40) + 2);
 }

@@ -4,10 +4,6 @@ import {make} from './dom.js';
 import {countText} from './format.js';
 import {cellText, isNumeric} from './table_model.js';
 
-// The browser keeps its own copy of a text that it showed for as long as the text lives, which is as long as
-// the table. A copy of the text lives only while it is shown.
-const copyOf = (text) => ` ${text}`.slice(1);
-
 export class TableRows {
   constructor(columns) {
     this.columns = columns;
@@ -49,9 +45,9 @@ export class TableRows {
       if (row >= to) return;
       element.setAttribute('aria-rowindex', row + 2);
       number.firstChild.data = countText(order[row] + 1);
-      const source = table.rows[order[row]];
+      const source = table.rows.at(order[row]);
       cells.forEach((cell, column) => {
-        cell.firstChild.data = copyOf(cellText(source[column]));
+        cell.firstChild.data = cellText(source[column]);
       });
     });
     this.element.style.transform = `translateY(${top}px)`;

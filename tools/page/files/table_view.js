@@ -132,7 +132,7 @@ class Table {
     const more = this.hidden ? ` ${plural(this.hidden, 'more column')} not shown.` : '';
     if (row < 0 || row >= this.order.length || !this.table.columns.length) return more.trim();
     const source = this.order[row];
-    const text = cellText(this.table.rows[source][column]);
+    const text = cellText(this.table.rows.at(source)[column]);
     return `Row ${countText(source + 1)}, ${this.table.columns[column].name}: ${text || 'empty'}.${more}`;
   }
 
