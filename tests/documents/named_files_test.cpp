@@ -26,6 +26,7 @@ const std::set<std::string> kElsewhere = {
     "serve.reg",
     "registry.reg",
     "libqvscriptwells.so.1",
+    "libjs-chart.js",
     "VERSION.md",
     "build/docs/html/index.html",
 };

@@ -114,7 +114,8 @@ class Bash(ShellTest):
         self.assertEqual(self.offers("scriptwells registry --json s"), ["set"])
         self.assertLessEqual({"--parameter", "--password-file", "--password-stdin", "--proxy"},
                              set(self.offers("scriptwells run --p")))
-        self.assertEqual(self.offers("scriptwells run --pa"), ["--parameter", "--password-command", "--password-file", "--password-stdin"])
+        self.assertEqual(self.offers("scriptwells run --pa"), ["--page", "--parameter", "--password-command", "--password-file",
+                                                               "--password-stdin"])
         self.assertEqual(self.offers("scriptwells registry get -"), ["--help", "--json", "-h"])
         self.assertEqual(self.offers("scriptwells nonsense "), [])
         self.assertEqual(self.offers("scriptwells run -- --"), [])

@@ -89,7 +89,6 @@ TEST_F(Help, MistypedWordGetsASuggestion) {
             "--help");
   ExpectGuesses({{"frobnicate", "frobnicate|scriptwells --help"},
                  {"run --local -e 1 --zzz", "--zzz|scriptwells run --help"},
-                 {"run --local -e 1 --parm", "--parm|scriptwells run --help"},
                  {"--json registry list", "--json|scriptwells registry list --help"},
                  {"run --local a.js b.js", "b.js|scriptwells run --help"},
                  {"script-worker", "script-worker|scriptwells --help"}});
