@@ -62,6 +62,7 @@ void Loop(const std::string& server, std::atomic<int>& next, int rows) {
 void Loops(const std::string& server, int rows, int sessions) {
   std::atomic<int> next{0};
   std::vector<std::thread> threads;
+  threads.reserve(static_cast<std::size_t>(sessions));
   for (int i = 0; i < sessions; ++i) threads.emplace_back([&] { Loop(server, next, rows); });
   for (std::thread& thread : threads) thread.join();
 }
@@ -108,7 +109,7 @@ double Median(std::vector<double> values) {
 }
 
 int Number(int count, char** words, int index, int usual) {
-  return count > index ? std::max(1, std::atoi(words[index])) : usual;
+  return count > index ? std::max(1, static_cast<int>(std::strtol(words[index], nullptr, 10))) : usual;
 }
 
 bool KeepsRate(const scriptwells::DevelopmentService& service, const std::filesystem::path& folder, int rows,
@@ -161,7 +162,7 @@ int main(int count, char** words) {
     result =
         Run(folder, Number(count, words, 1, 10'000), Number(count, words, 2, 8), Number(count, words, 3, 5));
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "qv_bench_map: %s\n", error.what());
+    static_cast<void>(std::fprintf(stderr, "qv_bench_map: %s\n", error.what()));
   }
   std::error_code ignored;
   std::filesystem::remove_all(folder, ignored);

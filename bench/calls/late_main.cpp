@@ -58,7 +58,7 @@ class Late : public Peer {
 
  private:
   Variant Parameters() const {
-    const Variant list = CallByName(client_.get(), u"Parameters", {});
+    Variant list = CallByName(client_.get(), u"Parameters", {});
     const auto add = [&list](const char16_t* key, const Variant& value) {
       CallByName(DispatchOf(list), u"Add", {value, Variant::FromString(key)});
     };

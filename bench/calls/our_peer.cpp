@@ -128,6 +128,7 @@ constexpr int kCallsOfThread = 200;
 
 class OnThreads : public Peer {
  public:
+  // NOLINTNEXTLINE(bugprone-throw-keyword-missing): the vector of exceptions is a member
   OnThreads(const Task& task, int threads) : task_(task), failures_(static_cast<std::size_t>(threads)) {}
 
   std::size_t Call() override {

@@ -94,9 +94,10 @@ std::vector<Lines> PartsOf(const std::string& block) {
 
 bool IsIn(const std::string& block, const std::string& file) {
   const Lines whole = LinesOf(file);
-  for (const Lines& part : PartsOf(block))
-    if (!part.empty() && EndOf(part, whole, 0) == std::string::npos) return false;
-  return true;
+  const std::vector<Lines> parts = PartsOf(block);
+  return std::all_of(parts.begin(), parts.end(), [&whole](const Lines& part) {
+    return part.empty() || EndOf(part, whole, 0) != std::string::npos;
+  });
 }
 
 // The blocks in this order, with anything between them.

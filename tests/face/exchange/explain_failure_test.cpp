@@ -103,7 +103,11 @@ TEST_F(ExplainFailure, RemediesOfCertificates) {
 
 TEST_F(ExplainFailure, StrangeAnswersRaiseADoubt) {
   const std::string invalid = "Error answer: The respone that arrived is not valid (HTTP status ";
+  const std::string unknown = "Error answer: Unknown Http problem. (HTTP status ";
   const std::string question = "; is http://srv:8080 a Scriptwells server?)";
+  const auto doubted = [&question](const std::string& start, const std::string& status) {
+    return start + status + question;
+  };
   const std::pair<int, const char*> rows[] = {{200, ""},
                                               {404, ""},
                                               {302, ", and redirects are not followed"},
@@ -113,10 +117,9 @@ TEST_F(ExplainFailure, StrangeAnswersRaiseADoubt) {
     Answered(status);
     const std::string shown = std::to_string(status) + remark;
     for (const Purpose purpose : {Purpose::kOpenSession, Purpose::kExecute})
-      EXPECT_EQ(Shown(u"The respone that arrived is not valid", purpose), invalid + shown + question);
+      EXPECT_EQ(Shown(u"The respone that arrived is not valid", purpose), doubted(invalid, shown));
     if (status != 200) {
-      EXPECT_EQ(Shown(u"Unknown Http problem."), "Error answer: Unknown Http problem. (HTTP status " + shown +
-                                                     ", no usable Content-Length" + question);
+      EXPECT_EQ(Shown(u"Unknown Http problem."), doubted(unknown, shown + ", no usable Content-Length"));
     }
   }
   Answered(200, kForeign);

@@ -46,8 +46,10 @@ TEST(TapeFile, FindsTheLastSessionBehindLongEntries) {
 TEST(TapeFile, EntriesOfSeveralSessionsStayWhole) {
   const qv::TemporaryDirectory directory;
   const std::string path = directory.Path("a.tape");
+  constexpr int kThreads = 8;
   std::vector<std::thread> threads;
-  for (int i = 0; i < 8; ++i)
+  threads.reserve(kThreads);
+  for (int i = 0; i < kThreads; ++i)
     threads.emplace_back([&path] {
       TapeFile file(path);
       TapeEntry entry;

@@ -49,6 +49,7 @@ TEST(TapeText, IsReadable) {
       {"a \n", ">> a\\x20\n"},
       {"C:\\x", ">> C:\\\\x\\\n"},
       {"a\tb\x1b[2J", ">> a\\tb\\x1b[2J\\\n"},
+      // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
       {"Gr\xC3\xBC\xC3\x9F\x65 \xF0\x9F\x98\x80\xE2\x80\xAE",
        ">> Gr\xC3\xBC\xC3\x9F\x65 \xF0\x9F\x98\x80\\xe2\\x80\\xae\\\n"},
       {"Gr\xFC\xDF\x65, and more", ">> Gr\\xfc\\xdfe, and more\\\n"},
@@ -73,7 +74,7 @@ TEST(TapeText, HasMasksWithTheirLengths) {
 }
 
 TEST(TapeText, AnyBytesComeBack) {
-  std::mt19937 random(7);
+  std::mt19937 random(7);  // NOLINT(cert-msc32-c,cert-msc51-cpp): repeatable
   const std::string alphabet("<>session:1{}\\\r\n\t \x00\x1b\xC3\xA9\xFF=a", 25);
   for (int i = 0; i < 3000; ++i) {
     std::string bytes;

@@ -19,7 +19,9 @@ TEST(UnsafeCharacters, AreEscapedForATerminal) {
       {"a\xC2\x80\xC2\x9B\xC2\x9Fz", R"(a\xc2\x80\xc2\x9b\xc2\x9fz)"},
       {std::string("a\0b", 3), "a\\x00b"},
       {"\xC2\x85", "\\xc2\\x85"},
+      // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
       {"a\xE2\x80\xAE.b", "a\\u202e.b"},
+      // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
       {"\xE2\x80\xA8\xE2\x80\xA9\xE2\x81\xA6\xEF\xBB\xBF\xD8\x9C", R"(\u2028\u2029\u2066\ufeff\u061c)"},
       {"a\x9B.2J\xFFz\xC3", R"(a\x9b.2J\xffz\xc3)"},
       {"\xE2\x80", "\\xe2\\x80"},
@@ -33,15 +35,18 @@ TEST(UnsafeCharacters, AreEscapedForATerminal) {
 }
 
 TEST(UnsafeCharacters, AreEscapedInOneLineAndInJson) {
+  // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
   EXPECT_EQ(OneLine("a\nb\x1b[31mc\x7f.d\xC2\x9B.e\xE2\x80\xAE\tf\r\n"),
             "a b\\x1b[31mc\\x7f.d\\xc2\\x9b.e\\u202e f");
   EXPECT_EQ(OneLine("\xC3\xA9\xE2\x98\x83"), "\xC3\xA9\xE2\x98\x83");
+  // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
   EXPECT_EQ(EscapeForJson("{\"a\":\"\\u001b\x7f\xC2\x80\xC2\x9F\xE2\x80\xA8\xE2\x80\xAE\xC2\xA0\"}"),
             "{\"a\":\"\\u001b\\u007f\\u0080\\u009f\\u2028\\u202e\xC2\xA0\"}");
   EXPECT_EQ(EscapeForJson("\"caf\xC3\xA9 \xF0\x9F\x98\x80\""), "\"caf\xC3\xA9 \xF0\x9F\x98\x80\"");
 }
 
 TEST(UnsafeCharacters, AreFoundInTexts) {
+  // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
   for (const char* text : {"\x1b", "a\n", "\t", "a\x7f", "\xC2\x9B", "a\xE2\x80\xAE", "\xE2\x80\xA8z"})
     EXPECT_TRUE(HoldsUnsafeCharacters(text)) << text;
   EXPECT_TRUE(HoldsUnsafeCharacters(std::string("a\0", 2)));

@@ -25,7 +25,7 @@ bool Fits(const Value& value) {
 template <class T>
 void ExpectRange() {
   using Limits = std::numeric_limits<T>;
-  const auto least = static_cast<std::int64_t>(Limits::min());
+  const std::int64_t least{Limits::min()};
   EXPECT_EQ(Value(least).As<T>(), Limits::min());
   EXPECT_EQ(Value(Limits::max()).template As<T>(), Limits::max());
   if constexpr (sizeof(T) < 8) {

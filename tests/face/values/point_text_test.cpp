@@ -15,11 +15,15 @@ constexpr char kNoDay[] = "names no day of the calendar of the years 1 to 9999";
 constexpr char kNoTime[] = "names no time of day (00:00 to 23:59:59.999)";
 constexpr char kOffset[] = "has an offset, but values travel without zone; write the time alone";
 
+std::string Quoted(const std::string& text) {
+  return "'" + text + "' ";
+}
+
 // Each of the texts is rejected with this reason.
 template <class T>
 void ExpectRefusals(const std::string& texts, const std::string& reason) {
   for (const std::string& text : Each(texts))
-    EXPECT_EQ(RefusalOf([&] { T::Parse(text); }), "'" + text + "' " + reason);
+    EXPECT_EQ(RefusalOf([&text] { T::Parse(text); }), Quoted(text) + reason);
 }
 
 // Each of the texts is read, and printed as it was.

@@ -61,11 +61,12 @@ TEST_F(Trace, HasEveryExchangeInOrder) {
 }
 
 TEST_F(Trace, SecretsAreMaskedUnlessAskedFor) {
+  const std::string expected = kPassword + " " + kId + "\n";
   for (const bool shown : {false, true}) {
     Answer(
         {OpenedAs(kId), ScriptAnswered("xsd:string", InXml(kPassword) + " " + InXml(kId)), SessionClosed()});
     const Outcome outcome = Traced(shown ? "run -e 1 --trace-secrets" : "run -e 1").Run();
-    EXPECT_EQ(outcome.out, kPassword + " " + kId + "\n");
+    EXPECT_EQ(outcome.out, expected);
     EXPECT_EQ(outcome.err, "");
     const std::string trace = folder_.Read("trace");
     EXPECT_EQ(Holds(trace, "canary"), shown) << trace;
@@ -122,6 +123,7 @@ TEST(TraceText, IsEscapedForTerminals) {
   scriptwells::Exchange exchange;
   exchange.server = "http://h:1";
   exchange.answerHead = "HTTP/1.1 200 \x1b[2J\r\n\r\n";
+  // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
   exchange.answerBody =
       "a\r\n\xE2\x80\xAE"
       "b\xFF";
