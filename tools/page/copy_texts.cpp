@@ -235,14 +235,14 @@ std::string TicketVariable(std::size_t number) {
 std::string ExecuteWord(const PageScript& script) {
   std::string word = ScriptElement(script.language, script.code);
   if (script.parameters.empty()) return ShellWord(word);
-  word += "<parameters xmlns:enc=\"http://schemas.xmlsoap.org/soap/encoding/\" xmlns:sof=\"" + Spaces().sof +
+  word += R"(<parameters xmlns:enc="http://schemas.xmlsoap.org/soap/encoding/" xmlns:sof=")" + Spaces().sof +
           "\" enc:arrayType=\"sof:Parameter[" + std::to_string(script.parameters.size()) + "]\">";
   std::string shell;
   std::size_t tickets = 0;
   for (const PageParameter& parameter : script.parameters) {
-    word += "<Parameter><Name xsi:type=\"xsd:string\">" + EscapeXml(parameter.name) + "</Name>";
+    word += R"(<Parameter><Name xsi:type="xsd:string">)" + EscapeXml(parameter.name) + "</Name>";
     if (parameter.type == kFileType) {
-      word += "<Value xsi:type=\"FileTicket\"><Id xsi:type=\"string\">";
+      word += R"(<Value xsi:type="FileTicket"><Id xsi:type="string">)";
       shell += ShellWord(word) + "\"$" + TicketVariable(++tickets) + "\"";
       word = "</Id></Value>";
     } else {

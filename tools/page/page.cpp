@@ -229,6 +229,7 @@ HttpAnswer Page::Dispatch(const HttpRequest& request, devservice::ServiceView& s
   throw PageError(404, "The page has no such part.");
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): one of the routes
 HttpAnswer Page::FromControl(const Call& call) {
   return WithJsonError(call.service.AskControl(call.name, call.request));
 }

@@ -35,7 +35,7 @@ std::string TimeText() {
   std::tm utc = {};
   ::gmtime_r(&now, &utc);
   char text[32] = {};
-  std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
+  static_cast<void>(std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc));
   return text;
 }
 
@@ -292,12 +292,12 @@ void PageSessions::Cancel(const std::string& run) {
 }
 
 SharedFile PageSessions::Fetch(int id) {
-  const SharedFile file = files_.Get(id);
+  SharedFile file = files_.Get(id);
   if (file.content) return file;
   const Slot slot(*this);
   const std::shared_ptr<Opened> opened = Find(file.session);
   const std::lock_guard<std::mutex> lock(opened->running);
-  const SharedFile again = files_.Get(id);
+  SharedFile again = files_.Get(id);
   if (again.content) return again;
   try {
     return files_.SetContent(id, opened->session->Download(file.url, files_.NewDirectory()).native());

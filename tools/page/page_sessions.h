@@ -56,7 +56,7 @@ class PageSessions {
   CallOutcome Run(const CallRequest& request);
   void Cancel(const std::string& run);
   // Fetches a script's file, unless it is there already.
-  SharedFile Fetch(int file);
+  SharedFile Fetch(int id);
 
  private:
   struct Opened;
