@@ -37,7 +37,7 @@ std::size_t EndOfTag(std::string_view text, std::size_t start) {
   for (std::size_t at = start; at < text.size(); ++at) {
     const char c = text[at];
     if (quote != 0)
-      quote = c == quote ? 0 : quote;
+      quote = c == quote ? '\0' : quote;
     else if (c == '"' || c == '\'')
       quote = c;
     else if (c == '>')

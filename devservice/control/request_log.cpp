@@ -30,7 +30,7 @@ std::string TimeText(std::chrono::system_clock::time_point point) {
   char text[64] = {};
   const std::size_t length = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc);
   const int rest = static_cast<int>(milliseconds.time_since_epoch().count() % 1000);
-  std::snprintf(text + length, sizeof text - length, ".%03dZ", rest);
+  static_cast<void>(std::snprintf(text + length, sizeof text - length, ".%03dZ", rest));
   return text;
 }
 
