@@ -26,8 +26,10 @@ struct Header {
 
 constexpr std::uint32_t kAllUnits = std::numeric_limits<std::uint32_t>::max();
 constexpr std::size_t kLargePage = std::size_t{2} << 20;
+constexpr std::size_t kLargestReused = std::size_t{32} << 20;
 constexpr std::size_t kLargeBlock = std::size_t{4} << 20;
-constexpr std::size_t kMaxUnits = (std::numeric_limits<std::size_t>::max() - sizeof(Header)) / 2 - 1;
+constexpr std::size_t kMaxUnits =
+    (std::numeric_limits<std::size_t>::max() - sizeof(Header) - kLargePage) / 2 - 1;
 
 Header* HeaderOf(const char16_t* text) noexcept {
   return reinterpret_cast<Header*>(const_cast<char16_t*>(text)) - 1;
@@ -56,6 +58,15 @@ void AskForLargePages(void* memory, std::size_t bytes) noexcept {
   const auto begin = (reinterpret_cast<std::uintptr_t>(memory) + kLargePage - 1) / kLargePage * kLargePage;
   const auto end = (reinterpret_cast<std::uintptr_t>(memory) + bytes) / kLargePage * kLargePage;
   madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);  // a failure changes nothing
+}
+
+// The C library gets the largest blocks from the system each time, so they consist of large pages only.
+void* AllocateBlock(std::size_t bytes) noexcept {
+  const bool isReused = bytes <= kLargestReused;
+  if (!isReused) bytes = (bytes + kLargePage - 1) / kLargePage * kLargePage;
+  void* const memory = isReused ? std::malloc(bytes) : std::aligned_alloc(kLargePage, bytes);
+  if (memory != nullptr && bytes >= kLargeBlock) AskForLargePages(memory, bytes);
+  return memory;
 }
 
 // Null for lack of memory; the old block is then still valid. Does not clear the old memory.
@@ -88,9 +99,8 @@ BStr ReallocateWithoutFront(BStr text, std::size_t capacity, std::size_t secretU
 }  // namespace
 
 BStr NewStringBlock(std::size_t capacity) {
-  void* memory = capacity <= kMaxUnits ? std::malloc(BlockBytes(capacity)) : nullptr;
+  void* memory = capacity <= kMaxUnits ? AllocateBlock(BlockBytes(capacity)) : nullptr;
   if (memory == nullptr) _com_raise_error(E_OUTOFMEMORY);
-  if (BlockBytes(capacity) >= kLargeBlock) AskForLargePages(memory, BlockBytes(capacity));
   BStr text = UnitsOf(new (memory) Header{{1}, {0}, 0});
   text[0] = 0;
   return text;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <limits>
 #include <set>
 #include <string>
 #include <string_view>
@@ -70,8 +71,25 @@ TEST(StringBlock, ResizingKeepsUnitsAndLength) {
   shrunk.Expect(u"abc");
 }
 
+// 32 MB and more come with large pages, whose size is added to that of the block.
+TEST(StringBlock, LongTextsKeepTheirUnits) {
+  const std::u16string units(17'000'000, u'x');
+  Block block(units);
+  block.Expect(units);
+  block.Resize(34'000'000);
+  block.Expect(units);
+}
+
+TEST(StringBlock, NoSizeIsTakenForASmallerOne) {
+  constexpr std::size_t kHalf = std::numeric_limits<std::size_t>::max() / 2;
+  for (const std::size_t capacity :
+       {kHalf - 1'048'589, kHalf - 1'048'588, kHalf - 1, kHalf, kHalf + 1, 2 * kHalf + 1})
+    EXPECT_EQ(Thrown([capacity] { NewStringBlock(capacity); }), kOutOfMemory) << capacity;
+}
+
 TEST(StringBlock, TrimmingKeepsUnitsAndLength) {
-  for (const std::size_t capacity : {std::size_t{3}, std::size_t{100}, std::size_t{5'000'000}}) {
+  for (const std::size_t capacity :
+       {std::size_t{3}, std::size_t{100}, std::size_t{5'000'000}, std::size_t{20'000'000}}) {
     Block block(capacity, u"abc");
     block.text = TrimStringBlock(block.text, capacity);
     block.Expect(u"abc");

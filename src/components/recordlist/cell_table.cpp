@@ -3,8 +3,8 @@
 namespace qv {
 namespace {
 
-// A chunk of 64 kB: the C library joins the freed texts of a chunk when it frees one of this size, while they
-// are still in the processor's cache.
+// A full chunk has 64 to 128 kB: the C library joins the freed texts of a chunk when it frees one of at least
+// 64 kB, while they are still in the processor's cache.
 constexpr std::size_t kCellsOfChunk = 4096;
 
 // How many bits a number has without zeros at its front.
@@ -17,7 +17,7 @@ unsigned Width(std::size_t number) noexcept {
 }  // namespace
 
 CellTable::ChunkPlan::ChunkPlan(std::size_t columnCount) noexcept : columns(columnCount) {
-  while (columns << (shift + 1) <= kCellsOfChunk && columns != 0) ++shift;
+  while (columns << shift < kCellsOfChunk && columns != 0) ++shift;
 }
 
 std::size_t CellTable::ChunkPlan::ChunkOf(std::size_t row) const noexcept {

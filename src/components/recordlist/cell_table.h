@@ -1,5 +1,5 @@
-// The values of a record list, row by row, in chunks of about 64 kB: a cell needs little more memory than its
-// Variant, and a table has few blocks to free. Each row has a lock.
+// The values of a record list, row by row, in chunks of 64 kB or more: a cell needs little more memory than
+// its Variant, and a table has few blocks to free. Each row has a lock.
 //
 // Failure: AddRow and AddColumn throw std::bad_alloc or std::length_error, and then change nothing.
 #pragma once
