@@ -91,7 +91,9 @@ CalledRow RowCaller::Call(const std::string& script, const scriptwells::Argument
   refusedUploads_.clear();
   try {
     const Value answer = session_->Run(script, arguments);
-    CalledRow called{{Fate::kDone, AnswerText(shared_.format, answer)}, LossesOfAny(answer)};
+    CalledRow called;
+    called.outcome = {Fate::kDone, AnswerText(shared_.format, answer)};
+    called.remarks = LossesOfAny(answer);
     called.remarks.insert(called.remarks.end(), refusedUploads_.begin(), refusedUploads_.end());
     return called;
   } catch (const scriptwells::Error& error) {
