@@ -65,7 +65,7 @@ void Compare(const scriptwells::DevelopmentService& service, const Script& scrip
 }
 
 int Number(int count, char** words, int index, int usual) {
-  return count > index ? std::max(1, std::atoi(words[index])) : usual;
+  return count > index ? std::max(1, std::stoi(words[index])) : usual;
 }
 
 void Run(const std::filesystem::path& folder, int calls, int repetitions) {
@@ -84,7 +84,7 @@ int main(int count, char** words) {
     if (::mkdtemp(folder.data()) == nullptr) throw std::runtime_error("no temporary directory");
     Run(folder, Number(count, words, 1, 300), Number(count, words, 2, 7));
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "qv_bench_record: %s\n", error.what());
+    static_cast<void>(std::fprintf(stderr, "qv_bench_record: %s\n", error.what()));
     result = 1;
   }
   std::error_code ignored;

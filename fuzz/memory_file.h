@@ -20,7 +20,7 @@ class MemoryFile {
   std::string Path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
 
   // In place of what it had.
-  void Write(std::string_view bytes) {
+  void Write(std::string_view bytes) const {
     if (::ftruncate(descriptor_, 0) != 0) std::abort();
     if (::pwrite(descriptor_, bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
       std::abort();

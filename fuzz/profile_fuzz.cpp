@@ -15,7 +15,7 @@ using qv::cli::Failure;
 using qv::cli::ProfileFile;
 
 constexpr char kFile[] = "config.toml";
-constexpr char kValue[] = "http://a \"b\" \\ 'c' # d";
+constexpr char kValue[] = R"(http://a "b" \ 'c' # d)";
 
 void Require(bool holds) {
   if (!holds) std::abort();

@@ -191,6 +191,7 @@ void Typist::RunShell(const std::string& script) {
   if (!tapes_.replay.empty()) words.insert(words.end(), {"unshare", "--map-root-user", "--net"});
   words.insert(words.end(), {"bash", path});
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   shell_ = ::fork();

@@ -73,7 +73,8 @@ TEST(StringBlock, ResizingKeepsUnitsAndLength) {
 
 // 32 MB and more come with large pages, whose size is added to that of the block.
 TEST(StringBlock, LongTextsKeepTheirUnits) {
-  const std::u16string units(17'000'000, u'x');
+  std::u16string units;
+  units.resize(17'000'000, u'x');
   Block block(units);
   block.Expect(units);
   block.Resize(34'000'000);

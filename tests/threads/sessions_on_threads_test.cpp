@@ -92,6 +92,7 @@ TEST_F(SessionsOnThreads, QueueTheirCallsOnOnePool) {
   std::vector<std::future<Value>> futures;
   {
     std::vector<std::unique_ptr<Session>> sessions;
+    sessions.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i)
       sessions.push_back(std::make_unique<Session>(service_.Url(), Credentials{"joe"}, options));
     for (int i = 0; i < 10 * kThreads; ++i)

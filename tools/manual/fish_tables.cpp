@@ -69,8 +69,9 @@ std::string Lines(const CommandText& command) {
     lines += Line("__scriptwells_at " + path, Names(*option) + Offer(*option), option->description);
   int number = 0;
   for (const OptionText* argument : ArgumentsOf(command)) {
-    const std::string place = std::to_string(++number) + (argument->repeated ? "+" : "");
-    lines += Line("__scriptwells_argument " + path + " " + place, Offer(*argument), argument->description);
+    std::string condition = "__scriptwells_argument " + path;
+    condition.append(" ").append(std::to_string(++number)).append(argument->repeated ? "+" : "");
+    lines += Line(condition, Offer(*argument), argument->description);
   }
   for (const CommandText& below : command.commands)
     lines += Line("__scriptwells_argument " + path + " 1", " -a " + below.Name(), below.description);

@@ -68,8 +68,11 @@ std::vector<std::string> OptionSpecs(const OptionText& option) {
   const std::string end =
       "[" + Escaped(ShortDescription(option.description), "\\[]") + "]" + ValueSpec(option);
   std::vector<std::string> specs;
-  for (const std::string& name : option.names)
-    specs.push_back(Quoted(start + NameSpec(name, option.kind != ValueKind::kNone) + end));
+  for (const std::string& name : option.names) {
+    std::string spec = start;
+    spec.append(NameSpec(name, option.kind != ValueKind::kNone)).append(end);
+    specs.push_back(Quoted(spec));
+  }
   return specs;
 }
 

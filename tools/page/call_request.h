@@ -31,7 +31,7 @@ struct CallRequest {
 // Parses {"session": 1, "run": "r1", "code": "...", "language": "JavaScript", "parameters": [{"name": "a",
 // "type": "int", "value": "2"}, {"name": "f", "type": "file", "file": 3}]}; only the code is required. Throws
 // PageError.
-CallRequest ParseCallRequest(std::string_view json);
+CallRequest ParseCallRequest(std::string_view text);
 
 // {"code": ..., "language": ..., "parameters": [...]}
 std::string ScriptJson(const PageScript& script);

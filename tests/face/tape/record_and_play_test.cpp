@@ -21,7 +21,7 @@ bool Holds(const std::string& text, const std::string& part) {
 std::vector<Value> AnswersOf(Session& session) {
   std::vector<Value> answers;
   for (const char* script : {"true", "typed.byte(5)", "typed.short(-5)", "42", "typed.long(5)", "1.5",
-                             "'a <b> & \\u00e9 \\u{1F600}\\r\\n\\\\'", "''", "typed.date('2024-03-05')",
+                             R"('a <b> & \u00e9 \u{1F600}\r\n\\')", "''", "typed.date('2024-03-05')",
                              "typed.time('10:15:30')", "typed.datetime('2024-03-05T10:15:30')",
                              "typed.duration('P1DT2H')", "typed.url('http://a/', 'caption')",
                              "[{city: 'Rome', people: 2748109}, {city: 'Bern', people: 134591}]"})

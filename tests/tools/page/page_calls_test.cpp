@@ -21,7 +21,7 @@ class PageCalls : public PageTest {
   static Json FileParameter(const std::string& name, int file) {
     return {{"name", name}, {"type", "file"}, {"file", file}};
   }
-  void ExpectRefused(const PageAnswer& answer, int status, const std::string& message) {
+  static void ExpectRefused(const PageAnswer& answer, int status, const std::string& message) {
     EXPECT_EQ(answer.status, status);
     EXPECT_EQ(answer.Message(), message);
   }
@@ -241,7 +241,7 @@ TEST_F(PageCalls, HostileBodiesAreRefused) {
   for (const std::string& body :
        {std::string(), std::string("[]"), std::string("{\"code\":5}"), std::string("{\"session\":-1}"),
         std::string("{\"session\":1e99}"), std::string("{\"parameters\":{}}"),
-        std::string("{\"parameters\":[1]}"), "{\"run\":\"" + std::string(101, 'r') + "\"}",
+        std::string("{\"parameters\":[1]}"), R"({"run":")" + std::string(101, 'r') + "\"}",
         std::string(1000000, '['), std::string("{\"code\":\"\xff\"}")}) {
     const PageAnswer answer = Ask("POST", "api/run", body);
     EXPECT_EQ(answer.status, 400) << body.substr(0, 100);
@@ -255,6 +255,7 @@ TEST_F(PageCalls, CallsAtOneTimeAreLimited) {
   const std::string headers =
       "Cookie: " + cookie_ + "\r\nOrigin: http://" + Host() + "\r\nContent-Type: application/json\r\n";
   std::vector<std::unique_ptr<devservice::testing::RawClient>> clients;
+  clients.reserve(PageSessions::kMostCalls);
   for (int i = 0; i < PageSessions::kMostCalls; ++i)
     clients.push_back(std::make_unique<devservice::testing::RawClient>(
         service_->Port(), Bytes("POST", "api/run", R"({"session":1,"code":"for (;;);"})", headers)));

@@ -17,8 +17,8 @@
 #define SW2(before, name) before##sw__##name
 #endif
 
-int SW(CreateUserSession)(struct soap*, std::string, std::string& id) {
-  id = "gsoap-1";
+int SW(CreateUserSession)(struct soap*, std::string, std::string& CreateUserSessionResult) {
+  CreateUserSessionResult = "gsoap-1";
   return SOAP_OK;
 }
 
@@ -107,7 +107,7 @@ int main() {
   socklen_t size = sizeof address;
   getsockname(soap->master, reinterpret_cast<sockaddr*>(&address), &size);
   std::printf("%d\n", ntohs(address.sin_port));
-  std::fflush(stdout);
+  static_cast<void>(std::fflush(stdout));
   while (soap_valid_socket(soap_accept(soap))) {
     soap_serve(soap);
     soap_destroy(soap);

@@ -69,10 +69,10 @@ TEST(Profiles, WrongTextsAreRejectedWithTheirLine) {
       {"[profile.work.user]", "F: line 2: user is not a text in quotes"},
       {"timeout = true", "F: line 2: timeout is not a text in quotes"},
       {"user = \"\"", "F: line 2: user is empty"},
-      {"user = \"a\\nb\"", "F: line 2: user contains a control character"},
+      {R"(user = "a\nb")", "F: line 2: user contains a control character"},
       {"ca-file = \"ca.pem\"", "F: line 2: ca-file is not an absolute path, nor one below ~/"},
       {"[server]", "F: line 2: server belongs into a profile, below a line [profile.NAME]"},
-      {"[\"profile\".\"a b\"]",
+      {R"(["profile"."a b"])",
        "F: line 2: the name of a profile has letters, digits, '-' and '_' only, at most 64, and no '-' "
        "first"},
       {"password-file = \"/f\"\npassword-command = \"c\"",
@@ -89,7 +89,7 @@ TEST(Profiles, OtherLettersAreInQuotesAndCommentsOnly) {
   EXPECT_EQ(Refusal("er\xCE\x89 = 1"), "F: line 1, column 3" + reason);
   EXPECT_EQ(Refusal("# \xC3\xBC\ndefault = 'a' \xC3\xBC"), "F: line 2, column 15" + reason);
   EXPECT_EQ(Refusal("default = \"\"\"\xC3\xBC\n\"\"\"\"\n\xC2\xA0"), "F: line 3, column 1" + reason);
-  for (const char* quotes : {"'", "\"", "'''", "\"\"\""}) {
+  for (const char* quotes : {"'", "\"", "'''", R"(""")"}) {
     const std::string text = std::string(quotes) + "\xC3\xBC" + quotes;
     const ProfileFile file = ParseProfiles("F", "[profile.a]  # \xC3\xBC\nuser = " + text + " # \xC3\xBC'\n");
     EXPECT_EQ(file.Find("a")->Find("user")->text, "\xC3\xBC") << text;
@@ -114,7 +114,7 @@ TEST(Profiles, PasswordIsRejectedAndNotRepeated) {
   for (const char* line :
        {"password = canary77", "password = 77canary", "password = \"canary77", "password = 'canary77",
         "password = 777777777777777777777777777777", "password = 0x77777777777777777777",
-        "password = canary77 x", "password = \"\\qcanary77\"", "password = true77", "password: canary77"}) {
+        "password = canary77 x", R"(password = "\qcanary77")", "password = true77", "password: canary77"}) {
     const std::string message = RefusedLine(line);
     EXPECT_TRUE(Holds(message, "F: line ")) << message;
     EXPECT_FALSE(Holds(message, "77")) << message;

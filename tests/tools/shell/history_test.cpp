@@ -30,7 +30,7 @@ TEST(HistoryText, SecretsAreNotKeptInAnyForm) {
 TEST(HistoryText, WhatStandsWhereASecretDoesIsNotKept) {
   for (const char* entry :
        {"get('http://a/files/7?ticket=4711')", "'http%3A%2F%2Fa%2F7%3Fticket%3D4711'",
-        "s = {\"usid\": \"4711\"}", "'DbReplicationId=;Username=joe;Password=4711;'",
+        R"(s = {"usid": "4711"})", "'DbReplicationId=;Username=joe;Password=4711;'",
         "'<soap:usid>4711</soap:usid>'", "USID = '4711'", ":param password=string:4711", "a\n'usid: 4711'"})
     EXPECT_FALSE(MayBeKept(entry, {})) << entry;
   for (const char* entry : {"parameters.ticket", "'Password=;'", "ticket(5)", "usids.length",

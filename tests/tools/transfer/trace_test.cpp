@@ -124,9 +124,7 @@ TEST(TraceText, IsEscapedForTerminals) {
   exchange.server = "http://h:1";
   exchange.answerHead = "HTTP/1.1 200 \x1b[2J\r\n\r\n";
   // NOLINTNEXTLINE(misc-misleading-bidirectional): characters that mislead are what is tested
-  exchange.answerBody =
-      "a\r\n\xE2\x80\xAE"
-      "b\xFF";
+  exchange.answerBody = std::string("a\r\n\xE2\x80\xAE") + "b\xFF";
   exchange.file = "/tmp/a\x1b";
   const std::string text = TraceText(exchange);
   EXPECT_TRUE(Holds(text,
