@@ -1,5 +1,5 @@
 // Preloaded into a program of the documents: its sessions record the tape SCRIPTWELLS_RECORD, or play
-// SCRIPTWELLS_REPLAY, as those of the command line do.
+// SCRIPTWELLS_REPLAY, as those of the command line do. A tape that the program names itself stays.
 #include <dlfcn.h>
 
 #include <cstdlib>
@@ -30,8 +30,8 @@ std::string Variable(const char* name) {
 }
 
 Options WithTapes(Options options) {
-  options.record = Variable("SCRIPTWELLS_RECORD");
-  options.replay = Variable("SCRIPTWELLS_REPLAY");
+  if (options.record.empty()) options.record = Variable("SCRIPTWELLS_RECORD");
+  if (options.replay.empty()) options.replay = Variable("SCRIPTWELLS_REPLAY");
   return options;
 }
 

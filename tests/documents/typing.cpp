@@ -13,9 +13,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <sstream>
 #include <system_error>
 #include <utility>
+
+#include "devservice/files/upload_scripts.h"
 
 namespace qv::documents {
 
@@ -25,6 +28,8 @@ namespace fs = std::filesystem;
 
 constexpr char kHome[] = "/home/joe";
 constexpr const char* kPorts[] = {"8080", "8081"};
+// What --local has for an address when a tape is in place of its service.
+constexpr char kNoService[] = "http://localhost:80";
 constexpr char kSeconds[] = "100";  // for a whole document
 
 // Keeps a free port of the system bound.
@@ -146,7 +151,17 @@ std::string Typist::ForDocument(const std::string& text) const {
   std::string shown = Replaced(text, home_, kHome);
   auto port = ports_.begin();
   for (const char* written : kPorts) shown = Replaced(shown, *port++, written);
-  return shown;
+  return tapes_.replay.empty() ? shown : Replaced(shown, kNoService, "http://127.0.0.1:8080");
+}
+
+// What a service that does not run would leave for its clients: `scriptwells serve --home DIR`.
+void Typist::MakeLentHome(const std::string& command) const {
+  std::smatch option;
+  if (!std::regex_search(command, option, std::regex(" --home ([a-z]+)"))) return;
+  const std::string home = home_ + "/scriptwells/" + option[1].str();
+  devservice::InstallUploadScripts(home);
+  std::ofstream(home + "/serve.reg") << "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Quorvane\\Quorvane\\HomeDir]\n@=\""
+                                     << home << "\"\n";
 }
 
 // Each command writes its output to its own file. A command in the background counts as started when it has
@@ -157,7 +172,10 @@ std::string Typist::Script(const std::vector<Command>& commands) const {
   for (std::size_t i = 0; i < commands.size(); ++i) {
     const std::string out = root_.Path("out/" + std::to_string(i));
     const std::string text = ForShell(commands[i].text);
-    if (IsInBackground(text) && !tapes_.replay.empty()) continue;
+    if (IsInBackground(text) && !tapes_.replay.empty()) {
+      MakeLentHome(text);
+      continue;
+    }
     if (!IsInBackground(text)) {
       script << "{ " << text << "\n} >" << out << " 2>&1\necho $? >" << out << ".exit\n";
       continue;

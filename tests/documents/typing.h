@@ -31,7 +31,9 @@ std::string Quoted(const std::string& text);
 // none.
 struct UsedTapes {
   std::string record{};
-  std::string replay{};  // there is no network then, and commands in the background are not run
+  // There is no network then. Commands in the background are not run; the home directory that
+  // `scriptwells serve --home` makes for clients is there.
+  std::string replay{};
 };
 
 // The tape of a document or program, such as "tools/README.md". With the variable QV_RECORD_TAPES set, the
@@ -54,6 +56,7 @@ class Typist {
 
  private:
   void MakeCheckout() const;
+  void MakeLentHome(const std::string& command) const;
   std::string Script(const std::vector<Command>& commands) const;
   void RunShell(const std::string& script);
   Typed Result(std::size_t index) const;
