@@ -2,31 +2,34 @@
 
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 
+import late_host
 import pytest
 
 import scriptwells
 
 EXAMPLES = pathlib.Path(__file__).parents[1] / "examples"
+RUNNER = pathlib.Path(__file__).with_name("taped_example.py")
+TAPES = pathlib.Path(__file__).with_name("tapes")
 WITHOUT_NETWORK = ["unshare", "--map-root-user", "--net"]
+URL = "http://127.0.0.1:8080"
 
-# A program whose sessions have one more option: python -c RUN OPTION TAPE PROGRAM ARGUMENT...
-RUN = """
-import functools, runpy, sys
-import scriptwells
-option, tape, *sys.argv = sys.argv[1:]
-scriptwells.connect = functools.partial(scriptwells.connect, **{option: tape})
-runpy.run_path(sys.argv[0], run_name="__main__")
-"""
+# With QV_RECORD_TAPES=1 their tapes are recorded again.
+RECORDS = "QV_RECORD_TAPES" in os.environ
+examples = pytest.mark.parametrize("name", sorted(path.name for path in EXAMPLES.glob("*.py")))
 
 
-def run_example(folder, option, name, url, home, *before):
+def run_example(folder, mode, tape, name, url, home, *before):
+    """In a folder for this test, with the upload scripts and the class library named by the registry."""
+    (folder / "report.pdf").write_text("pages")
+    registry = late_host.write_registry(folder / "host.reg", home, late_host.TAPED_LIBRARY)
     shown = subprocess.run(
-        [*before, sys.executable, "-c", RUN, option, folder / "a.tape", EXAMPLES / name, url],
+        [*before, sys.executable, RUNNER, mode, tape, url, EXAMPLES / name, url],
         cwd=folder,
-        env={**os.environ, "HOME_DIRECTORY": home},
+        env={**os.environ, "HOME_DIRECTORY": str(home), "QV_REGISTRY": str(registry)},
         capture_output=True,
         text=True,
     )
@@ -34,13 +37,26 @@ def run_example(folder, option, name, url, home, *before):
     assert shown.stdout == (EXAMPLES / name).with_suffix(".out").read_text()
 
 
-@pytest.mark.parametrize("name", ["first_call.py", "many_calls.py"])
-def test_examples_without_a_network(tmp_path, name):
-    (tmp_path / "report.pdf").write_text("pages")
+@pytest.fixture(scope="module")
+def upload_scripts(tmp_path_factory):
+    """What a service leaves for its clients."""
+    home = tmp_path_factory.mktemp("home")
+    with scriptwells.serve() as service:
+        shutil.copytree(service.home_directory, home, dirs_exist_ok=True)
+    return home
+
+
+@examples
+def test_examples_with_a_service(tmp_path, name):
+    tape = (TAPES if RECORDS else tmp_path) / f"{name}.tape"
+    tape.unlink(missing_ok=True)
     with scriptwells.serve() as service:  # its directory has the upload scripts
-        home = str(service.home_directory)
-        run_example(tmp_path, "record", name, service.url, home)
-        run_example(tmp_path, "replay", name, service.url, home, *WITHOUT_NETWORK)
+        run_example(tmp_path, "record", tape, name, service.url, service.home_directory)
+
+
+@examples
+def test_examples_without_a_network(tmp_path, name, upload_scripts):
+    run_example(tmp_path, "replay", TAPES / f"{name}.tape", name, URL, upload_scripts, *WITHOUT_NETWORK)
 
 
 def test_other_requests_are_refused(tmp_path):
