@@ -14,7 +14,7 @@ CheckArguments::CheckArguments(CLI::App& app)
   SetHelp(*command_, kCheckExamples, kCheckNotes);
   command_->add_option("URL", address_, "The server, as --server")->type_name("");
   DefineScripts();
-  session_.emplace(*command_, check_, SessionKind::kOpened);
+  session_.emplace(*command_, check_, SessionKind::kChecked);
 }
 
 void CheckArguments::DefineScripts() {
@@ -37,7 +37,6 @@ const char* CheckArguments::Check() {
     check_.server = address_;
   else if (!session_->TakeServer())
     return "no server given (URL or --server URL)";
-  if (!check_.traceFile.empty()) return "check shows what it finds itself; --trace is an option of run";
   return session_->Check();
 }
 

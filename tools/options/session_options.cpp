@@ -20,10 +20,10 @@ SessionArguments::SessionArguments(CLI::App& command, SessionOptions& options, S
   AddProfile(command_);
   AddServerSettings(command_, options_);
   if (kind != SessionKind::kAdopted) DefineCredentials();
-  if (kind != SessionKind::kOpened) DefineUsid();
+  if (kind == SessionKind::kAdopted || kind == SessionKind::kEither) DefineUsid();
   AddTlsSettings(command_, options_);
   AddTimeSettings(command_, options_);
-  DefineTrace();
+  if (kind != SessionKind::kChecked) DefineTrace();
   DefineTapes();
   command_.add_flag("--json", options_.json,
                     "The result, or what failed, and every note, as one line of JSON each");

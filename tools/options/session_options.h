@@ -16,6 +16,7 @@ namespace qv::cli {
 enum class SessionKind {
   kEither,   // opens one, unless --usid names one
   kOpened,   // always opens one
+  kChecked,  // the same, and shows what passes by itself
   kAdopted,  // always uses that of --usid
 };
 

@@ -187,6 +187,8 @@ TEST(CheckWithoutServer, SaysHowFarItGot) {
   EXPECT_EQ(ResultOf(Json::parse(unknown.out), "name"), "failed");
   RunTool("check --user joe")
       .Fails(2, "no server given (URL or --server URL); try 'scriptwells check --help'");
+  EXPECT_EQ(RunTool("check http://127.0.0.1:1 --trace -").exit, 2);
+  EXPECT_EQ(RunTool("check --help").out.find("--trace"), std::string::npos);
 }
 
 TEST(CheckWithoutServer, CertificateIsShownAndJudged) {
