@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fixtures/secret_forms.h"
 #include "qvscriptwells/wide_string.h"
 
 namespace scriptwells {
@@ -77,6 +78,14 @@ TEST(Masking, EscapesAreSeenThrough) {
       // Latin-1 for one character of it
       "p<w>&\"'%+/ \\\xE9\xF0\x9F\x98\x80!"};
   for (const char* form : forms) EXPECT_EQ(Masked(std::string("[") + form + "]"), "[***]") << form;
+}
+
+TEST(Masking, NoFormStays) {
+  for (const qv::test::SecretForm& form : qv::test::FormsOf(kSecret)) {
+    const std::string masked = Masked("[" + form.text + "]");
+    EXPECT_EQ(masked.find(form.text), std::string::npos) << form.name;
+    EXPECT_NE(masked.find("***"), std::string::npos) << form.name;
+  }
 }
 
 TEST(Masking, OtherTextWithEscapesStays) {

@@ -4,82 +4,23 @@
 #include "face/tape/tape.h"
 #include "face/tape/tape_report.h"
 #include "fixtures/raw_server.h"
+#include "fixtures/secret_forms.h"
 #include "fixtures/temporary_directory.h"
-#include "qvscriptwells/wide_string.h"
 #include "scriptwells/scriptwells.h"
 
 namespace scriptwells {
 namespace {
 
+using qv::test::AllFormsOf;
+using qv::test::FormsOf;
+using qv::test::InXml;
 using qv::test::RawAnswerText;
 using qv::test::RawScript;
+using qv::test::SecretForm;
 
 const std::string kPassword = "s3<&\">' %+/\\\xC3\xA9t\xC3\xA9 canary";
 const std::string kId = "id<&/+%\"canary";
 const std::string kTicket = "Tick<et>&+/canary";
-
-// Each character for which `isOdd` through `escape`.
-template <class IsOdd, class Escape>
-std::string Escaped(const std::string& text, IsOdd isOdd, Escape escape) {
-  std::string escaped;
-  for (const char c : text) escaped += isOdd(c) ? escape(static_cast<unsigned char>(c)) : std::string(1, c);
-  return escaped;
-}
-
-std::string Format(const char* format, unsigned value) {
-  char text[16];
-  static_cast<void>(std::snprintf(text, sizeof text, format, value));
-  return text;
-}
-
-std::string InXml(const std::string& text) {
-  return Escaped(
-      text, [](char c) { return std::string("<>&\"'").find(c) != std::string::npos; },
-      [](unsigned char c) { return Format("&#%u;", c); });
-}
-
-std::string InUrl(const std::string& text) {
-  return Escaped(
-      text, [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; },
-      [](unsigned char c) { return Format("%%%02X", c); });
-}
-
-std::string InJson(const std::string& text) {
-  return Escaped(
-      text, [](char c) { return c == '"' || c == '\\' || c == '<' || c == '&'; },
-      [](unsigned char c) { return Format("\\u%04x", c); });
-}
-
-std::string InUtf16(const std::string& text, bool isBig) {
-  std::string bytes;
-  const qv::WideString units = qv::FromUtf8(text);
-  for (const char16_t unit : units.view()) {
-    const char high = static_cast<char>(unit >> 8);
-    const char low = static_cast<char>(unit & 0xFF);
-    bytes += isBig ? std::string{high, low} : std::string{low, high};
-  }
-  return bytes;
-}
-
-// The digits that these bytes alone decide, wherever they begin in a group.
-std::string InBase64(const std::string& bytes, std::size_t before) {
-  constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  unsigned group = 0;
-  int bits = 0;
-  for (const char c : std::string(before, 'x') + bytes) {
-    group = group << 8 | static_cast<unsigned char>(c);
-    for (bits += 8; bits >= 6; bits -= 6) text += kDigits[(group >> (bits - 6)) & 0x3F];
-  }
-  return text.substr(before == 0 ? 0 : before + 1);
-}
-
-std::vector<std::string> FormsOf(const std::string& secret) {
-  std::vector<std::string> forms{secret,         InXml(secret),          InXml(InXml(secret)), InUrl(secret),
-                                 InJson(secret), InUtf16(secret, false), InUtf16(secret, true)};
-  for (std::size_t before = 0; before < 3; ++before) forms.push_back(InBase64(secret, before));
-  return forms;
-}
 
 std::string Envelope(const std::string& body) {
   return RawAnswerText("<soap:Envelope><soap:Body>" + body + "</soap:Body></soap:Envelope>");
@@ -106,8 +47,7 @@ TEST(TapeCanary, NoSecretIsOnATape) {
                "<Scriptwell Language=\"JavaScript\"><Code>where()</Code></Scriptwell>");
   const std::string sent = folder.Write("a.txt", "content");
   std::string echo;
-  for (const std::string& secret : {kPassword, kId, kTicket})
-    for (const std::string& form : FormsOf(secret)) echo += "[" + form + "]";
+  for (const std::string& secret : {kPassword, kId, kTicket}) echo += AllFormsOf(secret);
   qv::test::RawServer server;
   RawScript script;
   const std::string head = "X-Echo: " + kId + "\r\nContent-Disposition: attachment; filename=out.txt\r\n";
@@ -133,9 +73,9 @@ TEST(TapeCanary, NoSecretIsOnATape) {
   const std::string all = AllOf(tape);
   EXPECT_EQ(all.find("canary"), std::string::npos) << tape;
   for (const std::string& secret : {kPassword, kId, kTicket})
-    for (const std::string& form : FormsOf(secret)) {
-      EXPECT_NE((echo + server.AllReceived()).find(form), std::string::npos) << form;
-      EXPECT_EQ(all.find(form), std::string::npos) << form << "\n" << tape;
+    for (const SecretForm& form : FormsOf(secret)) {
+      EXPECT_NE((echo + server.AllReceived()).find(form.text), std::string::npos) << form.name;
+      EXPECT_EQ(all.find(form.text), std::string::npos) << form.name << "\n" << tape;
     }
   // Everything else stays.
   for (const char* part :

@@ -3,6 +3,7 @@
 
 #include <regex>
 
+#include "fixtures/secret_forms.h"
 #include "tests/tools/transfer_server.h"
 #include "tools/transfer/trace_file.h"
 
@@ -10,16 +11,12 @@ namespace qv::cli {
 namespace {
 
 using namespace testing;
+using test::InXml;
 
 // A password and a session id with characters that XML, URLs, JSON and base64 write in other ways.
-const std::string kPassword = "s3<&\">' %+/\xC3\xA9t\xC3\xA9 canary";
+const std::string kPassword = "s3<&\">' %+/\\\xC3\xA9t\xC3\xA9 canary";
 const std::string kId = "id<&/+%canary";
-
-std::string InXml(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) escaped += c == '<' ? "&lt;" : c == '&' ? "&amp;" : std::string(1, c);
-  return escaped;
-}
+const std::string kTicket = "Tick<et>&+/canary";
 
 std::string OpenedAs(const std::string& id) {
   return test::RawAnswerText(
@@ -27,11 +24,32 @@ std::string OpenedAs(const std::string& id) {
       "</CreateUserSessionResult></CreateUserSessionResponse></soap:Body></soap:Envelope>");
 }
 
+// The bytes that a trace shows as "\x00".
+std::string Unescaped(const std::string& trace) {
+  std::string bytes;
+  for (std::size_t at = 0; at < trace.size(); ++at) {
+    const bool isByte = trace.compare(at, 2, "\\x") == 0 && at + 4 <= trace.size();
+    bytes += isByte ? static_cast<char>(std::stoi(trace.substr(at + 2, 2), nullptr, 16)) : trace[at];
+    if (isByte) at += 3;
+  }
+  return bytes;
+}
+
 class Trace : public TransferServer {
  protected:
+  // A home whose upload script is there.
+  void SetUp() override {
+    folder_.Write("home/ClientScripts/UploadScript.xml",
+                  "<Scriptwell Language=\"JavaScript\"><Code>where()</Code></Scriptwell>");
+    folder_.Write("registry.reg", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Quorvane\\Quorvane\\HomeDir]\n@=\"" +
+                                      folder_.Path("home") + "\"\n");
+  }
+
   // A password of one letter would be masked everywhere.
   Tool Traced(const std::string& line) const {
-    return Joe(line + " --trace " + file_).Set("SCRIPTWELLS_PASSWORD", kPassword);
+    return Joe(line + " --trace " + file_)
+        .Set("SCRIPTWELLS_PASSWORD", kPassword)
+        .Set("QV_REGISTRY", folder_.Path("registry.reg"));
   }
 
   std::string file_ = folder_.Path("trace");
@@ -74,17 +92,32 @@ TEST_F(Trace, SecretsAreMaskedUnlessAskedFor) {
   }
 }
 
+// An answer that no client reads holds each of them in each form.
+TEST_F(Trace, NoFormOfASecretIsInIt) {
+  const Words secrets{kPassword, kId, kTicket};
+  std::string echo;
+  for (const std::string& secret : secrets) echo += test::AllFormsOf(secret);
+  const std::string sent = folder_.Write("a.txt", "content");
+  for (const bool shown : {false, true}) {
+    Answer({OpenedAs(kId), ScriptAnswered("xsd:string", Origin() + "/up?ticket=" + InXml(kTicket)),
+            StatusAnswer("200 OK"), test::RawAnswerText(echo), SessionClosed()});
+    const Outcome outcome = Traced("run -e 1 -p doc=file:" + sent + (shown ? " --trace-secrets" : "")).Run();
+    EXPECT_NE(outcome.exit, 0);
+    EXPECT_FALSE(Holds(outcome.out + outcome.err, "canary")) << outcome.err;
+    const std::string trace = folder_.Read("trace");
+    const std::string all = trace + Unescaped(trace);
+    EXPECT_EQ(Holds(all, "canary"), shown) << trace;
+    for (const std::string& secret : secrets)
+      for (const test::SecretForm& form : test::FormsOf(secret))
+        EXPECT_EQ(Holds(all, form.text), shown) << form.name << "\n" << trace;
+  }
+}
+
 TEST_F(Trace, TicketsAndFilesAreNotInIt) {
-  folder_.Write("home/ClientScripts/UploadScript.xml",
-                "<Scriptwell Language=\"JavaScript\"><Code>where()</Code></Scriptwell>");
-  folder_.Write("registry.reg", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Quorvane\\Quorvane\\HomeDir]\n@=\"" +
-                                    folder_.Path("home") + "\"\n");
   const std::string sent = folder_.Write("a.txt", "private content");
   AnswerCalls({ScriptAnswered("xsd:string", Origin() + "/up?ticket=canary7"), StatusAnswer("200 OK"),
                ScriptAnswered("xsd:string", Url()), FileAnswer("out.txt", "private answer")});
-  Traced("run -e 1 -p doc=file:" + sent + " --save " + folder_.Path())
-      .Set("QV_REGISTRY", folder_.Path("registry.reg"))
-      .Succeeds(folder_.Path("out.txt\n"));
+  Traced("run -e 1 -p doc=file:" + sent + " --save " + folder_.Path()).Succeeds(folder_.Path("out.txt\n"));
   const std::string trace = folder_.Read("trace");
   for (const char* part : {" upload address 200, ", " upload 200, ", " download 200, "})
     EXPECT_TRUE(Holds(trace, part)) << part << "\n" << trace;
