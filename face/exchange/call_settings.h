@@ -25,10 +25,12 @@ struct CallSettings {
   ProgressListener progress;
   std::optional<CancelToken> cancel;  // none while closing
   std::vector<std::string> secrets;   // password, session id: masked
-  std::size_t files = 0;              // arguments that are uploaded
-  CallTape* tape = nullptr;           // of the session; null for none
-  bool keepAnswer = false;            // AnswerText is needed
-  bool hasUser = true;                // for Remedy::kCredentials
+  // Tickets of the session's calls, masked too; a call adds its own. Null: each call knows only its own.
+  std::vector<std::string>* tickets = nullptr;
+  std::size_t files = 0;     // arguments that are uploaded
+  CallTape* tape = nullptr;  // of the session; null for none
+  bool keepAnswer = false;   // AnswerText is needed
+  bool hasUser = true;       // for Remedy::kCredentials
 };
 
 }  // namespace scriptwells

@@ -16,6 +16,11 @@ namespace {
 // Enough to see what kind of answer it is.
 constexpr std::size_t kBodyStart = std::size_t{64} * 1024;
 
+// Of a session. Each one that is looked for in all later exchanges costs time.
+constexpr std::size_t kMostTickets = 16;
+// A shorter one would be found everywhere in the exchanges of other calls.
+constexpr std::size_t kShortestTicket = 4;
+
 std::string ValueOf(const qv::ResponseHead& head, std::string_view name) {
   std::string_view value;
   return head.Find(name, &value) ? HeaderText(value) : std::string();
@@ -190,21 +195,38 @@ void CallTap::NoteRefusedUpload() {
                      std::to_string(record_.status);
 }
 
+Masking& CallTap::Mask() {
+  if (secrets_) return *secrets_;
+  secrets_.emplace();
+  for (const std::string& secret : settings_.secrets) secrets_->Add(secret);
+  if (settings_.tickets != nullptr)
+    for (const std::string& ticket : *settings_.tickets) secrets_->Add(ticket);
+  return *secrets_;
+}
+
+// Of those of the session the oldest is forgotten.
+void CallTap::LearnTicket(const std::string& ticket) {
+  if (!settings_.showSecrets) Mask().Add(ticket);
+  std::vector<std::string>* const known = settings_.tickets;
+  if (known == nullptr || ticket.size() < kShortestTicket ||
+      std::find(known->begin(), known->end(), ticket) != known->end())
+    return;
+  if (known->size() == kMostTickets) known->erase(known->begin());
+  known->push_back(ticket);
+}
+
 void CallTap::LearnSecrets() {
-  if (!secrets_) {
-    secrets_.emplace();
-    for (const std::string& secret : settings_.secrets) secrets_->Add(secret);
-  }
-  PlacedSecrets learned;
-  if (record_.purpose == Purpose::kOpenSession) learned = SessionIdsIn(record_.BodyText());
-  if (record_.purpose == Purpose::kUploadAddress) learned = TicketsIn(record_.BodyText());
-  if (record_.purpose == Purpose::kUpload) learned = TicketsInHead(shown_->RequestHead());
-  for (const PlacedSecret& secret : learned) secrets_->Add(secret.value);
+  PlacedSecrets tickets;
+  if (record_.purpose == Purpose::kUploadAddress) tickets = TicketsIn(record_.BodyText());
+  if (record_.purpose == Purpose::kUpload) tickets = TicketsInHead(shown_->RequestHead());
+  for (const PlacedSecret& ticket : tickets) LearnTicket(ticket.value);
+  if (settings_.showSecrets || record_.purpose != Purpose::kOpenSession) return;
+  for (const PlacedSecret& id : SessionIdsIn(record_.BodyText())) Mask().Add(id.value);
 }
 
 void CallTap::TellListener() {
-  if (!settings_.showSecrets) LearnSecrets();
-  const Exchange exchange = shown_->Ended(record_, settings_.showSecrets ? nullptr : &*secrets_);
+  LearnSecrets();
+  const Exchange exchange = shown_->Ended(record_, settings_.showSecrets ? nullptr : &Mask());
   shown_.reset();
   CallHost([&] { settings_.listener(exchange); });
 }

@@ -65,6 +65,8 @@ class CallTap final : public qv::WireTap, public qv::IHttpProgress {
   void ShowBoth(const Show& show);
   void TellTape();
   void LearnSecrets();
+  void LearnTicket(const std::string& ticket);
+  Masking& Mask();
   void TellListener();
   template <class Call>
   void CallHost(const Call& call) noexcept;

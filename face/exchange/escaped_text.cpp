@@ -26,8 +26,8 @@ struct JsonRow {
   char32_t letter;
   char32_t value;
 };
-constexpr JsonRow kJson[] = {{U'"', U'"'},  {U'\\', U'\\'}, {U'/', U'/'},  {U'b', U'\b'},
-                             {U'f', U'\f'}, {U'n', U'\n'},  {U'r', U'\r'}, {U't', U'\t'}};
+constexpr JsonRow kJson[] = {{U'"', U'"'},  {U'\\', U'\\'}, {U'/', U'/'},  {U'b', U'\b'},  {U'f', U'\f'},
+                             {U'n', U'\n'}, {U'r', U'\r'},  {U't', U'\t'}, {U'\'', U'\''}, {U'`', U'`'}};
 
 std::optional<char32_t> NumberOf(std::string_view digits, int base) {
   unsigned value = 0;
@@ -155,8 +155,8 @@ Character EscapedText::ReadPercent(Character first, std::size_t level) const {
 
 Character EscapedText::ReadJson(Character first, std::size_t level) const {
   const Character letter = Read(first.end, level);
-  if (letter.value == U'u') {
-    const Character unit = ReadHex(letter.end, 4, level);
+  if (letter.value == U'u' || letter.value == U'x') {
+    const Character unit = ReadHex(letter.end, letter.value == U'u' ? 4 : 2, level);
     return unit.value == kEnd ? first : unit;
   }
   for (const JsonRow& row : kJson)

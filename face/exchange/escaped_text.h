@@ -8,7 +8,7 @@
 
 namespace scriptwells {
 
-// "&lt;" and "&#60;"; "%3C"; "\u003c" and "\"".
+// "&lt;" and "&#60;"; "%3C"; "\u003c" and "\"", and what scripts have beyond JSON: "\x3c" and "\'".
 enum class Escape { kXml, kPercent, kJson };
 // Of the bytes below all escapes. Bytes that are not UTF-8 count as Latin-1.
 enum class Coding { kUtf8, kUtf16Little, kUtf16Big };

@@ -8,8 +8,8 @@
 
 namespace scriptwells {
 
-// Finds each secret as it is and escaped for XML, URLs and JSON, also twice (an URL in XML); in UTF-8,
-// Latin-1 and UTF-16; and, from 4 bytes on, within a text in base64.
+// Finds each secret as it is and escaped for XML, URLs, JSON and scripts, also twice (an URL in XML); in
+// UTF-8, Latin-1 and UTF-16; and, from 4 bytes on, within a text in base64.
 class Masking {
  public:
   struct Found {

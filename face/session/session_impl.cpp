@@ -9,6 +9,7 @@
 #include "face/session/local_path.h"
 #include "face/session/parameter_list.h"
 #include "face/session/process_hold.h"
+#include "face/session/session_secrets.h"
 #include "face/table/strict_answer.h"
 #include "face/table/table_access.h"
 #include "face/tape/session_tape.h"
@@ -85,6 +86,7 @@ Session::Impl::Impl(const std::string& server, const Credentials& credentials, O
       client_(Held(server_), settings_.proxy, credentials, id),
       queue_(options_.executor) {
   settings_.hasUser = !credentials.user.empty();
+  settings_.tickets = &tickets_;
   if (!credentials.password.empty()) settings_.secrets.push_back(credentials.password);
   if (options_.cancelQueued)
     settings_.progress = [listener = std::move(settings_.progress),
@@ -106,6 +108,7 @@ Session::Impl::~Impl() {
   queue_.WaitUntilIdle();
   if (state_ == State::kOpen && !isUnreachable_) CloseSilently();
   WipeAll(settings_.secrets);
+  WipeAll(tickets_);
   Wipe(id_);
 }
 
@@ -265,6 +268,12 @@ std::string Session::Impl::Release() {
   return id_;
 }
 
+std::vector<std::string> Session::Impl::Secrets() const {
+  std::vector<std::string> secrets = settings_.secrets;
+  secrets.insert(secrets.end(), tickets_.begin(), tickets_.end());
+  return secrets;
+}
+
 std::future<Value> Session::Impl::Post(std::string script, Arguments arguments, RunOptions options) {
   if (!queue_.HasExecutor())
     throw std::logic_error(
@@ -286,6 +295,14 @@ Session SessionAccess::Adopt(const std::string& server, std::unique_ptr<CallTape
                              const Options& options) {
   constexpr char kId[] = "saved";
   return Session(std::make_unique<Session::Impl>(server, Credentials(), options, kId, std::move(tape)));
+}
+
+std::vector<std::string> SessionAccess::Secrets(const Session& session) {
+  return session.impl_->Secrets();
+}
+
+std::vector<std::string> SecretsOf(const Session& session) {
+  return SessionAccess::Secrets(session);
 }
 
 }  // namespace scriptwells

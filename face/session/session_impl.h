@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "face/exchange/call_settings.h"
 #include "face/exchange/call_tape.h"
@@ -37,6 +38,7 @@ class __attribute__((visibility("hidden"))) Session::Impl {
 
   const std::string& Id() const noexcept { return id_; }
   const std::string& Server() const noexcept { return server_; }
+  std::vector<std::string> Secrets() const;
 
  private:
   class PostedRun;
@@ -61,6 +63,7 @@ class __attribute__((visibility("hidden"))) Session::Impl {
 
   std::string server_;
   Options options_;
+  std::vector<std::string> tickets_;  // of uploads, for the settings
   CallSettings settings_;
   std::unique_ptr<CallTape> tape_;  // null for none
   std::string id_;
@@ -71,11 +74,12 @@ class __attribute__((visibility("hidden"))) Session::Impl {
   CallQueue queue_;
 };
 
-// Sessions with a tape without a file.
+// For the library itself: sessions with a tape without a file, and what they know.
 class SessionAccess {
  public:
   static Session Open(const std::string& server, std::unique_ptr<CallTape> tape, const Options& options);
   static Session Adopt(const std::string& server, std::unique_ptr<CallTape> tape, const Options& options);
+  static std::vector<std::string> Secrets(const Session& session);
 };
 
 }  // namespace scriptwells

@@ -53,7 +53,8 @@ enum class Purpose { kOpenSession, kCloseSession, kExecute, kUploadAddress, kUpl
 SCRIPTWELLS_API const char* ToString(Purpose purpose) noexcept;
 
 // One HTTP exchange, as far as it got. Heads and bodies are the bytes of the connection, but for secrets: each
-// password, session id and upload ticket is "***" wherever it occurs, also escaped. Bodies of files are left out.
+// password, session id and upload ticket (of earlier calls the last 16) is "***" wherever it occurs, also escaped.
+// Bodies of files are left out.
 struct Exchange {
   Purpose purpose = Purpose::kExecute;
   std::string server{};       // "http://host:port"

@@ -178,5 +178,24 @@ TEST_F(Listener, CanaryNoSecretIsTold) {
   EXPECT_NE(AllTexts().find("session-1"), std::string::npos);
 }
 
+// Another call of the session may answer with it.
+TEST_F(Listener, TicketsOfEarlierCallsAreMasked) {
+  std::vector<std::string> tickets;
+  settings_.tickets = &tickets;
+  MakeHome();
+  const std::string file = folder_.Write("a.txt", "x");
+  for (int i = 10; i < 28; ++i) {
+    Answer({ScriptAnswer(server_.Url() + "/up?ticket=T-" + std::to_string(i)), StatusAnswer("200 OK"),
+            ScriptAnswer("done")});
+    EXPECT_EQ(Run({file}).shown, "ok");
+    qv::CloseKeptConnections();
+  }
+  EXPECT_EQ(tickets.size(), 16U);
+  exchanges_.clear();
+  Answer({ScriptAnswer("T-11 T-12 T-27")});
+  EXPECT_EQ(Run().shown, "ok");
+  EXPECT_NE(AllTexts().find("T-11 *** ***"), std::string::npos) << AllTexts();
+}
+
 }  // namespace
 }  // namespace scriptwells::test

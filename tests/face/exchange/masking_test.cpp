@@ -69,6 +69,8 @@ TEST(Masking, EscapesAreSeenThrough) {
       // JSON
       R"(p<w>&\"'%+\/ \\\u00e9\ud83d\ude00!)",
       "p\\u003Cw\\u003e\\u0026\\u0022\\u0027%+/\\u0020\\u005c\\u00E9\xF0\x9F\x98\x80!",
+      // scripts
+      "p\\x3Cw\\x3e&\\\"\\'%+/ \\\\\xC3\xA9\xF0\x9F\x98\x80!",
       // twice: XML in XML, a URL in XML, XML in a URL, JSON in XML, XML in JSON
       "p&amp;lt;w&amp;gt;&amp;amp;&amp;quot;&amp;apos;%+/ \\&amp;#233;&amp;#55357;&amp;#56832;!",
       "p%3Cw%3E%26%22&#37;27%25%2B/%20%5C%C3%A9%F0%9F%98%80!",
