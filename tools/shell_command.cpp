@@ -8,12 +8,11 @@
 #include "tools/calling_commands.h"
 #include "tools/command_frame.h"
 #include "tools/commands.h"
-#include "tools/prompt/history_file.h"
+#include "tools/prompt/kept_history.h"
 #include "tools/prompt/line_editor.h"
 #include "tools/prompt/piped_lines.h"
 #include "tools/report/unsafe_characters.h"
 #include "tools/shell/excerpt.h"
-#include "tools/shell/history_text.h"
 #include "tools/shell/shell_input.h"
 #include "tools/shell_run.h"
 #include "tools/system/interrupt.h"
@@ -53,13 +52,14 @@ class Shell {
   }
 
   // Until the end of the input, ":quit", or a signal other than SIGINT.
-  void RunTyped(const std::vector<std::string>& secrets) {
+  void RunTyped(const ScriptSession& session) {
     StayAfterInterrupts();
-    const HistoryFile file(options_.history ? UsualHistoryFile() : "");
+    KeptHistory history(HistoryFile(options_.history ? UsualHistoryFile() : ""));
+    history.Learn(session.Secrets());
     LineEditor editor({"scriptwells> ", "        ...> "}, [this](const std::string& line, bool isOpen) {
       return Complete(line, isOpen, run_.Names());
     });
-    for (const std::string& entry : file.Load()) editor.Remember(entry);
+    for (const std::string& entry : history.Load()) editor.Remember(entry);
     for (bool goesOn = true; goesOn;) {
       const ShellLine line = editor.Next(input_.IsOpen());
       if (line.kind == ShellLine::Kind::kEnd) return;
@@ -68,7 +68,7 @@ class Shell {
         goesOn = ForgetInterrupt();
         continue;
       }
-      goesOn = RunTypedLine(line.text, secrets, editor, file);
+      goesOn = RunTypedLine(line.text, session, editor, history);
     }
   }
 
@@ -83,20 +83,30 @@ class Shell {
   }
 
   // A line is remembered before it runs, so that a script that never ends can be changed.
-  bool RunTypedLine(const std::string& line, const std::vector<std::string>& secrets, LineEditor& editor,
-                    const HistoryFile& file) {
+  bool RunTypedLine(const std::string& line, const ScriptSession& session, LineEditor& editor,
+                    KeptHistory& history) {
+    bool goesOn = true;
     try {
       const ShellInput::Found found = input_.Add(line);
       const bool isWhole = found == ShellInput::Found::kCommand || found == ShellInput::Found::kScript;
       if (isWhole) editor.Remember(input_.Typed());
-      if (isWhole && MayBeKept(input_.Typed(), secrets)) file.Add(input_.Typed());
-      return Run(found);
+      if (isWhole) history.Add(input_.Typed());
+      goesOn = Run(found);
     } catch (const Failure& failure) {
+      Learn(session, history);
       if (failure.IsSilent()) throw;
       Show(failure);
       out_.clear();  // an interrupted write
       return ForgetInterrupt();
     }
+    Learn(session, history);
+    return goesOn;
+  }
+
+  // The secrets that came with the call.
+  void Learn(const ScriptSession& session, KeptHistory& history) {
+    history.Learn(session.Secrets());
+    history.Learn(run_.TakeTickets());
   }
 
   void Show(const Failure& failure) const {
@@ -111,11 +121,6 @@ class Shell {
   Reporter reporter_;
   ShellInput input_;
 };
-
-// The session's id is the server's.
-std::vector<std::string> SecretsOf(const SessionSettings& settings, const ScriptSession& session) {
-  return {settings.credentials.password, settings.usid.empty() ? session.Id() : settings.usid};
-}
 
 void Greet(const SessionSettings& settings, std::ostream& err) {
   err << "scriptwells " SCRIPTWELLS_VERSION ", session on " << OneLine(settings.server)
@@ -146,7 +151,7 @@ void RunShell(const ShellOptions& options, const SessionSettings& settings, std:
     Shell shell(options, run, out, err);
     if (!IsTyped()) return shell.RunPiped();
     if (!options.json) Greet(settings, err);
-    shell.RunTyped(SecretsOf(settings, session));
+    shell.RunTyped(session);
   });
 }
 

@@ -15,6 +15,7 @@
 #include "tools/report/standard_output.h"
 #include "tools/service/home_directory.h"
 #include "tools/shell/file_names.h"
+#include "tools/shell/history_text.h"
 #include "tools/system/local_files.h"
 #include "tools/transfer/saved_file.h"
 
@@ -160,6 +161,9 @@ void ShellRun::Answer(const Call& call) {
     report();
     throw;
   }
+  if (answer_->Is<std::string>())
+    for (std::string& ticket : TicketsInAddresses(answer_->As<std::string>()))
+      tickets_.push_back(std::move(ticket));
   if (answer_->type() == scriptwells::Type::kTable) {
     columns_.clear();
     for (const scriptwells::Column& column : answer_->AsTable().Columns()) columns_.push_back(column.name);

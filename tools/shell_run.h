@@ -5,6 +5,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/input/parameter_text.h"
@@ -32,6 +33,8 @@ class ShellRun {
 
   const std::string& Language() const noexcept { return language_; }
   CompletionNames Names() const;
+  // In addresses that scripts have answered since the last time.
+  std::vector<std::string> TakeTickets() { return std::exchange(tickets_, {}); }
   // The script of the last RunScript, to show the place of its fault; empty after commands.
   const std::string& LastScript() const noexcept { return lastScript_; }
 
@@ -75,6 +78,7 @@ class ShellRun {
   std::vector<Parameter> parameters_;
   std::vector<std::string> columns_;  // of the last table
   std::optional<scriptwells::Value> answer_;
+  std::vector<std::string> tickets_;
   std::string lastScript_;
   int calls_ = 0;
   std::chrono::steady_clock::time_point begin_;

@@ -5,6 +5,7 @@
 #include <unistd.h>
 #include <utf8.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -76,6 +77,14 @@ void HistoryFile::Add(const std::string& entry) const {
   const bool isNew = fs::create_directories(folder, ignored);
   if (isNew) fs::permissions(folder, fs::perms::owner_all, ignored);
   Append(OpenedForOwner(path_, O_APPEND), HistoryLine(entry) + "\n");
+}
+
+void HistoryFile::Remove(const std::function<bool(const std::string&)>& isUnwanted) const {
+  std::vector<std::string> entries = Load();
+  const auto wanted = std::remove_if(entries.begin(), entries.end(), isUnwanted);
+  if (wanted == entries.end()) return;
+  entries.erase(wanted, entries.end());
+  Replace(entries);
 }
 
 void HistoryFile::Replace(const std::vector<std::string>& entries) const {

@@ -1,6 +1,7 @@
 // The file that keeps the shell's history.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,8 @@ class HistoryFile {
   std::vector<std::string> Load() const;
   // Several shells may add to one file.
   void Add(const std::string& entry) const;
+  // Removes the entries for which `isUnwanted`.
+  void Remove(const std::function<bool(const std::string&)>& isUnwanted) const;
 
  private:
   void Replace(const std::vector<std::string>& entries) const;

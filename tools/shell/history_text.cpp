@@ -1,65 +1,14 @@
 #include "tools/shell/history_text.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <string_view>
 
 namespace qv::cli {
 
 namespace {
 
 constexpr std::size_t kLongestEntry = 65536;
-
-std::string InUrl(const std::string& text) {
-  constexpr char kHex[] = "0123456789ABCDEF";
-  std::string escaped;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool isPlain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-                         c == '-' || c == '_' || c == '.' || c == '~';
-    if (isPlain)
-      escaped += c;
-    else
-      escaped += {'%', kHex[byte >> 4], kHex[byte & 15]};
-  }
-  return escaped;
-}
-
-std::string InXml(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) {
-    if (c == '&')
-      escaped += "&amp;";
-    else if (c == '<')
-      escaped += "&lt;";
-    else if (c == '>')
-      escaped += "&gt;";
-    else if (c == '"')
-      escaped += "&quot;";
-    else
-      escaped += c;
-  }
-  return escaped;
-}
-
-// Also as scripts write it.
-std::string InQuotes(const std::string& text, char quote) {
-  std::string escaped;
-  for (const char c : text) escaped += c == quote || c == '\\' ? std::string("\\") + c : std::string(1, c);
-  return escaped;
-}
-
-// Without the last character, which depends on what follows.
-std::string InBase64(const std::string& text) {
-  constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string encoded;
-  std::uint32_t bits = 0;
-  int count = 0;
-  for (const char c : text) {
-    bits = (bits << 8) | static_cast<unsigned char>(c);
-    for (count += 8; count >= 6; count -= 6) encoded += kDigits[(bits >> (count - 6)) & 63];
-  }
-  return encoded;
-}
+constexpr std::size_t kShortestTicket = 4;  // a shorter one is found everywhere
 
 char Lowered(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -90,14 +39,6 @@ bool HoldsNamedSecret(const std::string& entry) {
   return false;
 }
 
-bool Holds(const std::string& entry, const std::string& secret) {
-  const std::string forms[] = {
-      secret, InUrl(secret), InXml(secret), InQuotes(secret, '"'), InQuotes(secret, '\''), InBase64(secret)};
-  return std::any_of(std::begin(forms), std::end(forms), [&](const std::string& form) {
-    return !form.empty() && entry.find(form) != std::string::npos;
-  });
-}
-
 }  // namespace
 
 std::string HistoryLine(const std::string& entry) {
@@ -121,11 +62,26 @@ std::string EntryOf(const std::string& line) {
   return entry;
 }
 
-bool MayBeKept(const std::string& entry, const std::vector<std::string>& secrets) {
+bool MayBeKept(const std::string& entry, const scriptwells::Masking& secrets) {
   if (entry.empty() || entry.front() == ' ' || entry.size() > kLongestEntry) return false;
-  if (HoldsNamedSecret(entry)) return false;
-  return std::none_of(secrets.begin(), secrets.end(),
-                      [&](const std::string& secret) { return Holds(entry, secret); });
+  return !HoldsNamedSecret(entry) && secrets.FindIn(entry).empty();
+}
+
+std::vector<std::string> TicketsInAddresses(const std::string& text) {
+  constexpr std::string_view kName = "ticket=";
+  std::vector<std::string> tickets;
+  for (std::size_t at = text.find("://"); at != std::string::npos; at = text.find("://", at)) {
+    const std::size_t end = std::min(text.find_first_of(" \t\r\n\"'<>", at), text.size());
+    const std::string address = text.substr(at, end - at);
+    at = end;
+    for (std::size_t name = address.find(kName); name != std::string::npos;
+         name = address.find(kName, name + 1)) {
+      const std::size_t value = name + kName.size();
+      const std::string ticket = address.substr(value, address.find_first_of("&#", value) - value);
+      if (ticket.size() >= kShortestTicket) tickets.push_back(ticket);
+    }
+  }
+  return tickets;
 }
 
 }  // namespace qv::cli

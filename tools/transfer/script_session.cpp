@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "face/session/session_secrets.h"
 #include "tools/system/interrupt.h"
 #include "tools/transfer/failed_call.h"
 #include "tools/transfer/refused_upload.h"
@@ -115,6 +116,10 @@ void ScriptSession::LeaveOpen() {
 void ScriptSession::TraceInto(const std::string& file) {
   trace_.reset();
   if (!file.empty()) trace_.emplace(file);
+}
+
+std::vector<std::string> ScriptSession::Secrets() const {
+  return SecretsOf(*session_);
 }
 
 std::vector<std::string> ScriptSession::TakeWarnings() {

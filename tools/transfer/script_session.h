@@ -34,6 +34,8 @@ class ScriptSession {
   // The session stays open: the destructor does not close it.
   void LeaveOpen();
 
+  // What no file may hold: the password, the session's id, the last tickets of uploads.
+  std::vector<std::string> Secrets() const;
   // The id of the session that Open opened.
   std::string Id() const { return session_->Id(); }
   // What calls went on without since the last time: an upload that the server refused, a trace that could not

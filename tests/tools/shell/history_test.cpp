@@ -4,8 +4,9 @@
 #include <unistd.h>
 
 #include "fixtures/environment.h"
+#include "fixtures/secret_forms.h"
 #include "fixtures/temporary_directory.h"
-#include "tools/prompt/history_file.h"
+#include "tools/prompt/kept_history.h"
 #include "tools/shell/history_text.h"
 
 namespace qv::cli {
@@ -17,13 +18,26 @@ TEST(HistoryText, EntryIsOneLine) {
   EXPECT_EQ(HistoryLine("a\n'\\n'"), "a\\n'\\\\n'");
 }
 
+scriptwells::Masking Secrets(const std::vector<std::string>& secrets) {
+  scriptwells::Masking masking;
+  for (const std::string& secret : secrets) masking.Add(secret);
+  return masking;
+}
+
 TEST(HistoryText, SecretsAreNotKeptInAnyForm) {
-  const std::vector<std::string> secrets = {"pa ss<\"'\\1", "id&/+canary", ""};
-  for (const char* entry : {"f('pa ss<\"'\\1')", R"(login("pa ss<\"'\\1"))", R"(login('pa ss<"\'\\1'))",
-                            R"(x = "pa ss&lt;&quot;'\1")", "'pa%20ss%3C%22%27%5C1'", "a\nid&/+canary",
-                            "'id%26%2F%2Bcanary'", "'aWQmLytjYW5hcnk='"})
+  const std::vector<std::string> canaries = {"pa ss<\"'\\1", "id&/+canary",
+                                             "s3<&\">' %+/\\\xC3\xA9t\xC3\xA9"};
+  const scriptwells::Masking secrets = Secrets(canaries);
+  for (const std::string& canary : canaries)
+    for (const test::SecretForm& form : test::FormsOf(canary))
+      EXPECT_FALSE(MayBeKept("x = \"" + form.text + "\"", secrets)) << form.name;
+  for (const char* entry :
+       {"f('pa ss<\"'\\1')", R"(login("pa ss<\"'\\1"))", R"(login('pa ss<"\'\\1'))",
+        R"(login(`pa ss<"'\x5c1`))", R"(x = "pa ss&lt;&quot;'\1")", "'pa%20ss%3C%22%27%5C1'",
+        "a\nid&/+canary", "'id%26%2F%2Bcanary'", "'aWQmLytjYW5hcnk='"})
     EXPECT_FALSE(MayBeKept(entry, secrets)) << entry;
   EXPECT_TRUE(MayBeKept("pa ss", secrets));
+  EXPECT_TRUE(MayBeKept("1", Secrets({""})));
   EXPECT_TRUE(MayBeKept("1", {}));
 }
 
@@ -36,6 +50,16 @@ TEST(HistoryText, WhatStandsWhereASecretDoesIsNotKept) {
   for (const char* entry : {"parameters.ticket", "'Password=;'", "ticket(5)", "usids.length",
                             "'<usid></usid>'", "'the ticket'", "x.ticket="})
     EXPECT_TRUE(MayBeKept(entry, {})) << entry;
+}
+
+TEST(HistoryText, TicketsOfAddresses) {
+  using Tickets = std::vector<std::string>;
+  EXPECT_EQ(TicketsInAddresses("http://a/up?ticket=4711"), (Tickets{"4711"}));
+  EXPECT_EQ(TicketsInAddresses("see <https://a/?a=1&ticket=abcd&b=2#c>, 'x://y?ticket=efgh'\nz"),
+            (Tickets{"abcd", "efgh"}));
+  for (const char* text :
+       {"", "ticket=4711", "http://a/up?ticket=471", "http://a/ ticket=4711", "://ticket="})
+    EXPECT_EQ(TicketsInAddresses(text), Tickets()) << text;
 }
 
 TEST(HistoryText, BlankAndLengthMatter) {
@@ -80,6 +104,27 @@ TEST_F(HistoryFileTest, StaysShort) {
   EXPECT_EQ(folder_.Read("state/scriptwells/history").substr(0, 10), "1001\n1002\n");
   EXPECT_EQ(Mode("state/scriptwells/history"), 0600U);
   EXPECT_EQ(folder_.CountFiles(), 1);
+}
+
+// What was typed before anybody knew that it holds a secret.
+TEST_F(HistoryFileTest, EntriesWithNewSecretsLeaveIt) {
+  file_.Add("older = 'id&/+canary'");
+  file_.Add("b");
+  KeptHistory history(file_);
+  history.Learn({"id&/+canary", "b", ""});
+  history.Add("x = 'T-4711'");
+  history.Add("x = 'id&amp;/+canary'");
+  history.Add("y");
+  EXPECT_EQ(history.Load(), (std::vector<std::string>{"b", "x = 'T-4711'", "y"}));
+  history.Learn({"id&/+canary", "b", "T-4711"});
+  EXPECT_EQ(folder_.Read("state/scriptwells/history"), "b\ny\n");
+  EXPECT_EQ(Mode("state/scriptwells/history"), 0600U);
+  history.Add("'VC00NzEx'");
+  EXPECT_EQ(folder_.Read("state/scriptwells/history"), "b\ny\n");
+  // What nobody asks to remove stays as it is, byte for byte.
+  folder_.Write("state/scriptwells/history", "\xFF\ny\n");
+  history.Learn({"T-4712"});
+  EXPECT_EQ(folder_.Read("state/scriptwells/history"), "\xFF\ny\n");
 }
 
 TEST_F(HistoryFileTest, LinkIsNotFollowed) {

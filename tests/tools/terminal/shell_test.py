@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """`scriptwells shell` on a terminal: editing, history, completion, Ctrl-C. ctest runs this with its variables."""
+import base64
 import json
 import os
 import pathlib
@@ -151,6 +152,37 @@ class ShellTest(TerminalTest):
         self.answer(terminal, "'<usid>another</usid>'.length", "20")
         self.end(terminal)
         self.assertEqual(self.history.read_text(), "'first'\n'second'\n:session\n")
+
+    def test_history_has_no_tickets(self):
+        (self.folder / "a.txt").write_text("content")
+        terminal = self.local()
+        terminal.sendline(":upload doc=a.txt")
+        terminal.expect(PROMPT)
+        for script in "parameters.doc.ticket", "uploadUrl()":
+            terminal.sendline(script)
+            terminal.expect(r"\n(?:http\S+ticket=)?([0-9a-f]{32})\r\n")
+            ticket = terminal.match[1]
+            terminal.expect(PROMPT)
+            for form in (ticket, "\\x" + format(ord(ticket[0]), "x") + ticket[1:], "%" + format(ord(ticket[0]), "x") + ticket[1:],
+                         base64.b64encode(b"?" + ticket.encode()).decode(), f"ticket={ticket}"):
+                self.answer(terminal, f"'{form}' + '.'", r"\S+\.")
+        self.answer(terminal, f"'{ticket[:-1]}'.length", "31")
+        self.end(terminal)
+        self.assertEqual(self.history.read_text().splitlines(),
+                         [":upload doc=a.txt", "parameters.doc.ticket", "uploadUrl()", f"'{ticket[:-1]}'.length"])
+
+    def test_history_forgets_what_turns_out_to_be_a_secret(self):
+        url = self.serve()
+        usid = subprocess.run([PROGRAM, "session", "open", "--server", url, "--user", "joe"], capture_output=True,
+                              text=True, check=True,
+                              env={**self.environment, "SCRIPTWELLS_PASSWORD": ""}).stdout.strip()
+        terminal = self.local()
+        self.answer(terminal, f"'{usid}'.length", str(len(usid)))
+        self.answer(terminal, "'kept'", "kept")
+        self.end(terminal)
+        self.assertIn(usid, self.history.read_text())
+        self.end(self.shell("--server", url, SCRIPTWELLS_USID=usid))
+        self.assertEqual(self.history.read_text(), "'kept'\n")
 
     def test_password_is_asked_for(self):
         url = self.serve("--users-file", self.users())
