@@ -10,6 +10,7 @@
 #include "tools/input/parameter_text.h"
 #include "tools/page/copy_texts.h"
 #include "tools/page/page_error.h"
+#include "tools/page/query_value.h"
 #include "tools/page/static_files.h"
 #include "tools/report/failure.h"
 #include "tools/report/json_text.h"
@@ -56,29 +57,6 @@ std::optional<int> NumberIn(std::string_view text) {
 std::optional<int> NumberFor(std::string_view name, std::string_view path) {
   if (EndsWith(name, "/") && StartsWith(path, name)) return NumberIn(path.substr(name.size()));
   return path == name ? std::optional<int>(0) : std::nullopt;
-}
-
-std::string PercentDecoded(std::string_view text) {
-  std::string decoded;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    unsigned code = 0;
-    const bool hasDigits = text[at] == '%' && at + 2 < text.size();
-    const bool isCode =
-        hasDigits && std::from_chars(&text[at + 1], &text[at + 1] + 2, code, 16).ptr == &text[at + 1] + 2;
-    if (isCode) at += 2;
-    decoded += isCode ? static_cast<char>(code) : text[at] == '+' ? ' ' : text[at];
-  }
-  return decoded;
-}
-
-// A value of the query of "/page/api/files?name=a.txt".
-std::string QueryValue(const std::string& target, std::string_view name) {
-  for (std::size_t at = target.find('?'); at != std::string::npos; at = target.find('&', at + 1)) {
-    const std::string_view pair = std::string_view(target).substr(at + 1, target.find('&', at + 1) - at - 1);
-    if (pair.substr(0, name.size()) == name && pair.substr(name.size(), 1) == "=")
-      return PercentDecoded(pair.substr(name.size() + 1));
-  }
-  return {};
 }
 
 std::string PortOf(const std::string& url) {

@@ -176,11 +176,14 @@ std::string FileJson(const SharedFile& file) {
 }
 
 std::string PlainFileName(const std::string& path) {
-  const std::string name = path.substr(path.find_last_of("/\\") + 1);
+  const std::string name = utf8::replace_invalid(path.substr(path.find_last_of("/\\") + 1));
   std::string plain;
-  for (const char c : utf8::replace_invalid(name)) {
-    const auto byte = static_cast<unsigned char>(c);
-    plain += byte < 0x20 || byte == 0x7F ? '_' : c;
+  for (std::size_t at = 0; at < name.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(name[at]);
+    // From U+0080 to U+009F they have two bytes.
+    const bool isLong = byte == 0xC2 && static_cast<unsigned char>(name[at + 1]) < 0xA0;
+    plain += byte < 0x20 || byte == 0x7F || isLong ? '_' : name[at];
+    if (isLong) ++at;
   }
   std::size_t most = std::min(plain.size(), kLongestName);
   while (most < plain.size() && (static_cast<unsigned char>(plain[most]) & 0xC0) == 0x80) --most;

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "tests/tools/page/page_fixture.h"
+#include "tools/page/query_value.h"
 
 namespace qv::cli {
 namespace {
@@ -186,6 +187,20 @@ TEST_F(PageCalls, FilesAreSentAndUsed) {
                  {{"session", 1}, {"code", "1"}, {"parameters", Json::array({FileParameter("f", file)})}})
                 .status,
             404);
+}
+
+TEST(PageFiles, NamesAreTakenFromTheQuery) {
+  for (const auto& [query, name] :
+       {std::pair<const char*, const char*>("name=a.txt", "a.txt"),
+        {"size=1&namex=b&name=r%C3%A9sum%c3%a9+2.txt&name=c", "r\xC3\xA9sum\xC3\xA9 2.txt"},
+        {"name=%2Fetc%5C..%2Fpasswd", "passwd"},
+        {"name=a%0d%0ab%7F%C2%96%C2%A0", "a__b__\xC2\xA0"},
+        {"name=%ff%C2", "\xEF\xBF\xBD\xEF\xBF\xBD"},
+        {"name=%zz%4", "%zz%4"},
+        {"name=..", "file"},
+        {"name", "file"},
+        {"", "file"}})
+    EXPECT_EQ(PlainFileName(QueryValue(std::string("/page/api/files?") + query, "name")), name) << query;
 }
 
 TEST_F(PageCalls, FilesOfScriptsAreFetched) {
