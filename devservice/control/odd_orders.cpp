@@ -18,14 +18,22 @@ constexpr std::uint32_t kMostRequests = 1000000000;
   throw std::invalid_argument(reason);
 }
 
+// Not a copy: that takes stack for each level, and a body may have millions.
+const json& ValueIn(const json& order, const char* key, const json& usual) {
+  const auto found = order.find(key);
+  return found == order.end() ? usual : *found;
+}
+
 std::string TextIn(const json& order, const char* key) {
-  const json value = order.value(key, json(""));
+  const json none("");
+  const json& value = ValueIn(order, key, none);
   if (!value.is_string()) Refuse(std::string("The ") + key + " of the order is not a text.");
   return value.get<std::string>();
 }
 
 std::uint32_t NumberIn(const json& order, const char* key, std::uint32_t usual, std::uint32_t most) {
-  const json value = order.value(key, json(usual));
+  const json otherwise(usual);
+  const json& value = ValueIn(order, key, otherwise);
   if (!value.is_number_integer() || value < 0 || value > most)
     Refuse(std::string("The number of ") + key + " is not a whole number from 0 to " + std::to_string(most) +
            ".");
@@ -33,7 +41,8 @@ std::uint32_t NumberIn(const json& order, const char* key, std::uint32_t usual, 
 }
 
 double ChanceIn(const json& order) {
-  const json value = order.value("chance", json(1));
+  const json always(1);
+  const json& value = ValueIn(order, "chance", always);
   if (!value.is_number()) Refuse("The chance of the order is not a number.");
   return value.get<double>();
 }

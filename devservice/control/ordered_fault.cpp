@@ -45,7 +45,10 @@ const KindRow& KindIn(const json& order) {
 }
 
 int NumberIn(const json& order, const KindRow& kind) {
-  const json value = order.value("number", json(0));
+  const json none(0);
+  const auto found = order.find("number");
+  // Not a copy: that takes stack for each level, and a body may have millions.
+  const json& value = found == order.end() ? none : *found;
   if (!value.is_number_integer() || value < kind.least || value > kind.most)
     Refuse(std::string("The number of the kind ") + kind.name + " is not a whole number from " +
            std::to_string(kind.least) + " to " + std::to_string(kind.most) + ".");

@@ -55,10 +55,12 @@ CallRequest ParseCallRequest(std::string_view text) {
   if (request.run.size() > kLongestRunName) Refuse("The name of the run is too long.");
   request.script.code = TextAt(object, "code");
   request.script.language = TextAt(object, "language", "JavaScript");
-  const Json parameters = object.value("parameters", Json::array());
-  if (!parameters.is_array()) Refuse("\"parameters\" is not an array.");
-  if (parameters.size() > kMostParameters) Refuse("There are more than 32767 parameters.");
-  for (const Json& parameter : parameters) request.script.parameters.push_back(ParameterIn(parameter));
+  // Not a copy: that takes stack for each level, and a body may have millions.
+  const auto parameters = object.find("parameters");
+  if (parameters == object.end()) return request;
+  if (!parameters->is_array()) Refuse("\"parameters\" is not an array.");
+  if (parameters->size() > kMostParameters) Refuse("There are more than 32767 parameters.");
+  for (const Json& parameter : *parameters) request.script.parameters.push_back(ParameterIn(parameter));
   return request;
 }
 

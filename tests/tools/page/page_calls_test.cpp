@@ -265,6 +265,21 @@ TEST_F(PageCalls, HostileBodiesAreRefused) {
   EXPECT_EQ(Ask("POST", "api/copy", "{\"code\":\"a\\u0000\"}").status, 400);
 }
 
+// What stands where a text or a number should may be as deep as a body is long.
+TEST_F(PageCalls, DeepBodiesAreRefused) {
+  OpenSession();
+  const std::string deep = std::string(200000, '[') + std::string(200000, ']');
+  for (const auto& [path, start] : {std::pair<const char*, const char*>("run", "{\"parameters\":"),
+                                    {"copy", "{\"parameters\":"},
+                                    {"copy", "{\"code\":"},
+                                    {"sessions", "{\"user\":"},
+                                    {"odd", "{\"names\":"},
+                                    {"odd", "{\"names\":\"cut\",\"requests\":"},
+                                    {"odd", "{\"names\":\"cut\",\"chance\":"},
+                                    {"faults", "{\"kind\":\"fault\",\"number\":"}})
+    EXPECT_EQ(Ask("POST", std::string("api/") + path, start + deep + "}").status, 400) << path << start;
+}
+
 TEST_F(PageCalls, CallsAtOneTimeAreLimited) {
   OpenSession();
   const std::string headers =
