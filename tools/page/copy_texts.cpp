@@ -1,6 +1,7 @@
 #include "tools/page/copy_texts.h"
 
 #include <cstdio>
+#include <set>
 #include <sstream>
 
 #include "devservice/soap/namespaces.h"
@@ -80,6 +81,25 @@ Value ValueOf(const PageParameter& parameter) {
     return scriptwells::Parse(parameter.type, parameter.value);
   } catch (const scriptwells::ConversionError& error) {
     throw PageError(400, "parameter '" + parameter.name + "': " + error.message());
+  }
+}
+
+// It would end an argument of a command, and a literal of C++.
+void CheckNull(const std::string& text, const std::string& what) {
+  if (text.find('\0') != std::string::npos) throw PageError(400, what + " holds a null character");
+}
+
+// As a run refuses them.
+void CheckParameters(const std::vector<PageParameter>& parameters) {
+  std::set<std::string> names;
+  for (const PageParameter& parameter : parameters) {
+    const std::string what = "parameter '" + parameter.name + "'";
+    if (parameter.name.empty()) throw PageError(400, "a parameter has no name");
+    CheckNull(parameter.name, "the name of a parameter");
+    if (!names.insert(parameter.name).second) throw PageError(400, what + " is given twice");
+    if (parameter.type == kFileType) continue;
+    CheckNull(parameter.value, what);
+    static_cast<void>(ValueOf(parameter));
   }
 }
 
@@ -304,9 +324,9 @@ std::string CurlScript(const PageScript& script, const CopyPlace& place) {
 }  // namespace
 
 CopyTexts MakeCopyTexts(const PageScript& script, const CopyPlace& place) {
-  if (script.code.find('\0') != std::string::npos) throw PageError(400, "the script holds a null character");
-  for (const PageParameter& parameter : script.parameters)
-    if (parameter.type != kFileType) static_cast<void>(ValueOf(parameter));
+  CheckNull(script.code, "the script");
+  CheckNull(script.language, "the language");
+  CheckParameters(script.parameters);
   return {CommandLine(script, place), CppProgram(script, place), PythonProgram(script, place),
           CurlScript(script, place)};
 }

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/report/json_text.h"
+#include "tools/report/unsafe_characters.h"
 
 namespace qv::cli {
 
@@ -13,7 +14,7 @@ devservice::HttpAnswer JsonAnswer(const std::string& json, int status) {
 }
 
 devservice::HttpAnswer ErrorAnswer(int status, const std::string& message) {
-  return JsonAnswer(JsonText({{"error", {{"message", message}}}}), status);
+  return JsonAnswer(JsonText({{"error", {{"message", OneLine(message)}}}}), status);
 }
 
 }  // namespace qv::cli

@@ -22,7 +22,7 @@ class PageError : public std::runtime_error {
 // `json` is one value.
 devservice::HttpAnswer JsonAnswer(const std::string& json, int status = 200);
 
-// {"error": {"message": ...}}
+// {"error": {"message": ...}}, in one line without unsafe characters: it may quote what a request holds.
 devservice::HttpAnswer ErrorAnswer(int status, const std::string& message);
 
 }  // namespace qv::cli

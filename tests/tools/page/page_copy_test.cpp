@@ -172,6 +172,27 @@ TEST_F(PageCopy, WrongParametersAreNamed) {
   EXPECT_EQ(missing.Message(), "parameter 'f': there is no such file");
 }
 
+// What no text can say, or what would not be the same call.
+TEST_F(PageCopy, CallsThatCannotBeCopiedAreRefused) {
+  const auto refusal = [this](const Json& parameters, const std::string& language = "JavaScript") {
+    const PageAnswer answer =
+        Post("api/copy", {{"code", "1"}, {"language", language}, {"parameters", parameters}});
+    EXPECT_EQ(answer.status, 400);
+    return answer.Message();
+  };
+  const auto parameter = [](const std::string& name, const std::string& value) -> Json {
+    return {{"name", name}, {"type", "string"}, {"value", value}};
+  };
+  const std::string null("a\0b", 3);
+  EXPECT_EQ(refusal(Json::array({parameter(null, "x")})), "the name of a parameter holds a null character");
+  EXPECT_EQ(refusal(Json::array({parameter("a", null)})), "parameter 'a' holds a null character");
+  EXPECT_EQ(refusal(Json::array(), null), "the language holds a null character");
+  EXPECT_EQ(refusal(Json::array({parameter("", "x")})), "a parameter has no name");
+  EXPECT_EQ(refusal(Json::array({parameter("a", "x"), parameter("a", "y")})), "parameter 'a' is given twice");
+  EXPECT_EQ(refusal({{{"name", "a\n\x1b"}, {"type", "int"}, {"value", "x"}}}),
+            "parameter 'a \\x1b': 'x' is not a whole number");
+}
+
 // Only the program itself knows the user of such a service.
 TEST(CopyTexts, OwnServiceIsStartedAgain) {
   CopyPlace place;
