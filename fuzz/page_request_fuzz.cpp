@@ -81,18 +81,17 @@ std::vector<std::string> ShellWords(const std::string& line) {
   std::vector<std::string> words(1);
   bool isQuoted = false;
   for (std::size_t at = 0; at < line.size(); ++at) {
-    if (line[at] == '\'')
+    const bool isEscaped = !isQuoted && line[at] == '\\';
+    const char c = isEscaped ? line.at(++at) : line[at];
+    if (isEscaped && c == '\n') continue;
+    if (c == '\'' && !isEscaped)
       isQuoted = !isQuoted;
-    else if (isQuoted)
-      words.back() += line[at];
-    else if (line[at] == '\\' && line.at(++at) != '\n')
-      words.back() += line[at];
-    else if (line[at] == ' ')
+    else if (c == ' ' && !isQuoted && !isEscaped)
       words.emplace_back();
-    else if (line[at] == '\n')
-      Require(at + 1 == line.size() || line[at - 1] == '\\');
+    else if (c == '\n' && !isQuoted)
+      Require(at + 1 == line.size());
     else
-      words.back() += line[at];
+      words.back() += c;
   }
   Require(!isQuoted);
   return words;

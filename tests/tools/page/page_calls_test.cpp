@@ -274,9 +274,9 @@ TEST_F(PageCalls, DeepBodiesAreRefused) {
                                     {"copy", "{\"code\":"},
                                     {"sessions", "{\"user\":"},
                                     {"odd", "{\"names\":"},
-                                    {"odd", "{\"names\":\"cut\",\"requests\":"},
-                                    {"odd", "{\"names\":\"cut\",\"chance\":"},
-                                    {"faults", "{\"kind\":\"fault\",\"number\":"}})
+                                    {"odd", R"({"names":"cut","requests":)"},
+                                    {"odd", R"({"names":"cut","chance":)"},
+                                    {"faults", R"({"kind":"fault","number":)"}})
     EXPECT_EQ(Ask("POST", std::string("api/") + path, start + deep + "}").status, 400) << path << start;
 }
 
