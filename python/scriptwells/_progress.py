@@ -20,7 +20,11 @@ def in_notebook() -> bool:
 
 def _tqdm() -> Any:
     try:
-        return importlib.import_module("tqdm.notebook" if in_notebook() else "tqdm").tqdm
+        if in_notebook():
+            notebook = importlib.import_module("tqdm.notebook")
+            if notebook.IProgress is not None:  # without ipywidgets its bar raises an error
+                return notebook.tqdm
+        return importlib.import_module("tqdm").tqdm
     except ImportError:
         return None
 

@@ -1,6 +1,7 @@
 """Progress: functions that are called, and the bar."""
 
 import builtins
+import importlib
 import io
 import sys
 import time
@@ -115,11 +116,24 @@ def test_no_bar_without_a_terminal(session, use_terminal):
     assert output.getvalue() == ""
 
 
-def test_bar_in_a_notebook(session, use_terminal, no_tqdm, monkeypatch):
+@pytest.fixture
+def notebook(monkeypatch):
     shell = type("ZMQInteractiveShell", (), {})()
     ipython = type(builtins)("IPython")
     ipython.get_ipython = lambda: shell
     monkeypatch.setitem(sys.modules, "IPython", ipython)
+
+
+def test_bar_in_a_notebook(session, use_terminal, no_tqdm, notebook):
+    output = use_terminal(io.StringIO())
+    session.with_options(progress=True).run(LONG)
+    assert "receiving script: 100%" in output.getvalue()
+
+
+def test_bar_in_a_notebook_without_widgets(session, use_terminal, notebook, monkeypatch):
+    """tqdm is there, and what its bars for notebooks are made of is not."""
+    pytest.importorskip("tqdm")
+    monkeypatch.setattr(importlib.import_module("tqdm.notebook"), "IProgress", None)
     output = use_terminal(io.StringIO())
     session.with_options(progress=True).run(LONG)
     assert "receiving script: 100%" in output.getvalue()
