@@ -51,6 +51,8 @@ class Table(Sequence[_core.Row]):
     def __getitem__(self, index: int | slice) -> _core.Row | list[_core.Row]:
         if isinstance(index, slice):
             return [self._cells.row(i) for i in range(*index.indices(len(self)))]
+        if not hasattr(index, "__index__"):
+            raise TypeError(f"a row is found by its position, not by a {type(index).__name__}; see column()")
         return self._cells.row(index)
 
     def __iter__(self) -> Iterator[_core.Row]:

@@ -136,6 +136,11 @@ void DefineRow(py::module_& module) {
            [](const RowView& row, const std::string& column) {
              return CellOf(row.table, row.index, ColumnNamed(row.table, column));
            })
+      .def("__getitem__",
+           [](const RowView&, const py::object& column) -> py::object {
+             throw py::type_error("a column is found by its name or position, not by a " +
+                                  std::string(py::str(py::type::handle_of(column).attr("__name__"))));
+           })
       .def("__getattr__", &Attribute)
       .def("__len__", [](const RowView& row) { return row.table.Columns().size(); })
       .def("__iter__", [](const RowView& row) { return py::iter(ValuesOf(row)); })

@@ -29,6 +29,8 @@ def test_is_a_sequence(table):
     for index in (2, -3):
         with pytest.raises(IndexError, match=f"there is no row {index}; there are 2"):
             table[index]
+    with pytest.raises(TypeError, match=r"a row is found by its position, not by a str; see column\(\)"):
+        table["city"]
 
 
 def test_columns(table):
@@ -60,6 +62,8 @@ def test_rows(table):
         print(row["none"])
     with pytest.raises(IndexError, match="there is no column 6"):
         print(row[6])
+    with pytest.raises(TypeError, match="a column is found by its name or position, not by a slice"):
+        print(row[1:2])
     with pytest.raises(TypeError):
         hash(row)
 
