@@ -12,18 +12,7 @@
 `Dispatch` is for programs that call the objects below this by name.
 """
 
-from ._core import (
-    CancelToken,
-    Row,
-    Typed,
-    byte,
-    double,
-    float_,
-    int_,
-    long,
-    losses_on_the_wire,
-    short,
-)
+from ._core import CancelToken, Row, Typed
 from ._core import version as __version__
 from ._dispatch import HostServices
 from ._errors import (
@@ -37,6 +26,7 @@ from ._errors import (
     TimeoutError,
 )
 from ._late import Dispatch, DispatchObject, Member
+from ._makers import byte, double, float_, int_, long, losses_on_the_wire, short
 from ._service import Service, serve
 from ._session import Session, connect
 from ._table import Column, Table

@@ -3,6 +3,7 @@
 #include <pybind11/stl.h>
 
 #include <string>
+#include <vector>
 
 #include "from_value.h"
 #include "python_types.h"
@@ -17,24 +18,35 @@ namespace py = pybind11;
 struct WholeMaker {
   const char* name;
   Value (*make)(std::int64_t value);
-  const char* doc;
 };
 constexpr WholeMaker kWholeMakers[] = {
-    {"byte", &Byte, "A whole number of 8 bits."},
-    {"short", &Short, "A whole number of 16 bits."},
-    {"int_", &Int, "A whole number of 32 bits."},
-    {"long", &Long, "A whole number of 64 bits."},
+    {"byte", &Byte},
+    {"short", &Short},
+    {"int_", &Int},
+    {"long", &Long},
 };
 
 struct RealMaker {
   const char* name;
   Value (*make)(double value);
-  const char* doc;
 };
 constexpr RealMaker kRealMakers[] = {
-    {"float_", &Float, "A floating-point number of 32 bits."},
-    {"double", &Double, "A floating-point number of 64 bits."},
+    {"float_", &Float},
+    {"double", &Double},
 };
+
+double ToReal(py::handle object) {
+  const double value = PyFloat_AsDouble(object.ptr());
+  if (value == -1 && PyErr_Occurred() != nullptr) throw py::error_already_set();
+  return value;
+}
+
+std::vector<std::string> Losses(py::handle object) {
+  const char* loss = nullptr;
+  std::vector<std::string> losses = LossesOnTheWire(ToValue(object, loss));
+  if (loss != nullptr) losses.insert(losses.begin(), loss);
+  return losses;
+}
 
 // "scriptwells.byte(5)"
 std::string Shown(const Typed& typed) {
@@ -55,16 +67,10 @@ void DefineMakers(py::module_& module) {
       .def("__eq__", [](const Typed& a, const Typed& b) { return a.value == b.value; })
       .attr("__hash__") = py::none();
   for (const WholeMaker& maker : kWholeMakers)
-    module.def(
-        maker.name, [make = maker.make](std::int64_t value) { return Typed{make(value)}; }, py::arg("value"),
-        py::pos_only(), maker.doc);
+    module.def(maker.name, [make = maker.make](py::handle value) { return Typed{make(ToWhole(value))}; });
   for (const RealMaker& maker : kRealMakers)
-    module.def(
-        maker.name, [make = maker.make](double value) { return Typed{make(value)}; }, py::arg("value"),
-        py::pos_only(), maker.doc);
-  module.def(
-      "losses_on_the_wire", [](const py::object& value) { return LossesOnTheWire(ToValue(value, false)); },
-      py::arg("value"), py::pos_only(), "What sending a value would change, one sentence each. Often none.");
+    module.def(maker.name, [make = maker.make](py::handle value) { return Typed{make(ToReal(value))}; });
+  module.def("losses_on_the_wire", &Losses);
   module.def("parse_duration", [](const std::string& text) { return FromDuration(Duration::Parse(text)); });
   module.def("duration_text", [](py::handle duration) { return ToDuration(duration).ToString(); });
 }

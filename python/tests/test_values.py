@@ -142,6 +142,10 @@ def test_strict_refuses_what_would_be_lost(shared):
         (MOMENT.replace(microsecond=1), "microseconds"),
         (datetime.time(1, 2, 3, 1), "microseconds"),
         (0.1234567, "6 significant digits"),
+        (pandas.Timestamp("2024-03-05T01:02:03.000000001"), "nanoseconds"),
+        (pandas.Timedelta(1, "ns"), "nanoseconds"),
+        (numpy.datetime64("2024-03-05T01:02:03.000000001"), "nanoseconds"),
+        (numpy.timedelta64(1, "ns"), "nanoseconds"),
     ]:
         shared.run("1", v=value)
         with pytest.raises(scriptwells.ConversionError, match=reason):
@@ -149,7 +153,10 @@ def test_strict_refuses_what_would_be_lost(shared):
 
 
 def test_losses():
-    assert scriptwells.losses_on_the_wire(1) == []
+    for value in (1, MOMENT, numpy.datetime64("NaT"), pandas.Timedelta(1, "us"), numpy.timedelta64(1, "us")):
+        assert scriptwells.losses_on_the_wire(value) == []
+    assert scriptwells.losses_on_the_wire(MOMENT.replace(microsecond=1)) == ["travels without its microseconds"]
+    assert scriptwells.losses_on_the_wire(pandas.Timedelta(1, "ns")) == ["travels without its nanoseconds"]
     assert scriptwells.losses_on_the_wire(0.1234567) == ["travels with 6 significant digits"]
 
 
@@ -160,8 +167,14 @@ def test_makers():
     assert typed == scriptwells.byte(5) != scriptwells.short(5)
     with pytest.raises(scriptwells.ConversionError):
         scriptwells.byte(128)
-    with pytest.raises(TypeError):
+    with pytest.raises(OverflowError, match="an int beyond 64 bits cannot be sent"):
+        scriptwells.long(2**63)
+    with pytest.raises(OverflowError):
+        scriptwells.double(2**2000)
+    with pytest.raises(TypeError, match="'float' object cannot be interpreted as an integer"):
         scriptwells.byte(1.5)
+    with pytest.raises(TypeError, match="must be real number, not str"):
+        scriptwells.double("1.5")
 
 
 def test_durations():
