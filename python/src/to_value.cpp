@@ -114,14 +114,27 @@ py::object PointItem(py::handle object, const char* unit, const char*& loss) {
   return item;
 }
 
-// A scalar of NumPy as Python's own type; null for anything else. NumPy is not imported.
+// Months and years have no fixed length, and Python has no type for them: they are a Duration.
+py::object SpanItem(py::handle object, const char*& loss) {
+  const std::string type = py::str(object.attr("dtype"));  // "timedelta64[M]", "timedelta64[3M]"
+  const char unit = type[type.size() - 2];
+  if (type.back() != ']' || (unit != 'M' && unit != 'Y')) return PointItem(object, "timedelta64[us]", loss);
+  const py::object item = object.attr("astype")(std::string("timedelta64[") + unit + "]").attr("item")();
+  if (item.is_none()) return item;
+  const py::bool_ isNegative(item < py::int_(0));
+  const char* const field = unit == 'M' ? "months" : "years";
+  return PythonTypes::Get().duration(py::arg("negative") = isNegative,
+                                     py::arg(field) = item.attr("__abs__")());
+}
+
+// A scalar of NumPy as Python's own type or the package's; null for anything else. NumPy is not imported.
 py::object NumpyItem(py::handle object, const char*& loss) {
   if (!py::hasattr(object, "dtype") || !py::hasattr(object, "item") || py::hasattr(object, "__len__"))
     return {};
   const std::string kind = py::str(object.attr("dtype").attr("kind"));
   // Their items are counts of their unit, unless it is one of Python's.
   if (kind == "M") return PointItem(object, "datetime64[us]", loss);
-  if (kind == "m") return PointItem(object, "timedelta64[us]", loss);
+  if (kind == "m") return SpanItem(object, loss);
   if (kind == "f") return py::float_(py::reinterpret_borrow<py::object>(object));
   return kind == "b" || kind == "i" || kind == "u" ? object.attr("item")() : py::object();
 }
