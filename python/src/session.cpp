@@ -102,10 +102,12 @@ py::str SessionHandle::Server() const {
 
 void DefineSession(py::module_& module) {
   py::class_<CancelToken>(module, "CancelToken",
+                          "CancelToken()\n--\n\n"
                           "Cancels running calls, from any thread: Session.with_options(cancel=token).")
-      .def(py::init<>())
-      .def("cancel", &CancelToken::Cancel, "Cancels the calls that use the token, and later ones.")
-      .def("reset", &CancelToken::Reset, "Later calls work again.")
+      .def(py::init<>(), "__init__(self, /)\n--\n\n")
+      .def("cancel", &CancelToken::Cancel,
+           "cancel(self, /)\n--\n\nCancels the calls that use the token, and later ones.")
+      .def("reset", &CancelToken::Reset, "reset(self, /)\n--\n\nLater calls work again.")
       .def_property_readonly("cancelled", &CancelToken::IsCancelled, "Whether cancel() was called.");
   py::class_<CallOptions>(module, "CallOptions").def(py::init(&ToCallOptions));
   py::class_<SessionHandle>(module, "Session")

@@ -154,10 +154,11 @@ void DefineRow(py::module_& module) {
              return names;
            })
       .def(
-          "keys", [](const RowView& row) { return Names(row.table); }, "The names of the columns.")
+          "keys", [](const RowView& row) { return Names(row.table); },
+          "keys(self, /)\n--\n\nThe names of the columns.")
       .def(
           "to_dict", [](const RowView& row) { return DictOf(row.table, row.index, Names(row.table)); },
-          "Names and values; of several columns with one name the first.")
+          "to_dict(self, /)\n--\n\nNames and values; of several columns with one name the first.")
       .attr("__hash__") = py::none();
   py::class_<RowIterator>(module, "RowIterator")
       .def("__iter__", [](const py::object& self) { return self; })

@@ -38,7 +38,21 @@ def test_help():
     assert text.startswith("Python Library Documentation: package scriptwells\n\nNAME\n    scriptwells - Runs scripts")
     assert "class ScriptError(Error)" in text
     assert re.search(r"run\(self, code: .*/, \*\*named", text)
-    assert "_core.Typed" not in text  # nothing that only the package itself uses
+    assert "PyCapsule" not in text  # functions look as Python's own
+    assert "class Typed(" in text and "scriptwells._core.Typed" not in text
+
+
+def test_everything_has_a_signature():
+    """What a reader of help() and an editor show; scriptwells alone makes rows and typed values."""
+    for name in scriptwells.__all__:
+        member = getattr(scriptwells, name)
+        if not callable(member) or name in ("Row", "Typed"):
+            continue
+        assert "*args" not in str(inspect.signature(member)), name
+        if inspect.isclass(member) and member.__module__ == "scriptwells":
+            for method in public(member):
+                assert inspect.signature(getattr(member, method)), f"{name}.{method}"
+    assert str(inspect.signature(scriptwells.byte)) == "(value: 'int', /) -> '_core.Typed'"
 
 
 def test_keywords_of_run_are_parameters_only():

@@ -33,6 +33,7 @@ qv::Variant HostServices::ToVariant() const {
 void DefineHostServices(py::module_& module) {
   py::class_<HostServices>(
       module, "HostServices",
+      "HostServices(user='', *, database_id='', replica_id='', session_id='')\n--\n\n"
       "What a host tells the client of its user, for `client.Init(HostServices(\"joe\"))`.\n\n"
       "session_id: of a session that is open already, which the client takes over.")
       .def(
@@ -41,7 +42,8 @@ void DefineHostServices(py::module_& module) {
             return new HostServices({OrNull(user), OrNull(databaseId), OrNull(replicaId), OrNull(sessionId)});
           }),
           py::arg("user") = "", py::kw_only(), py::arg("database_id") = "", py::arg("replica_id") = "",
-          py::arg("session_id") = "")
+          py::arg("session_id") = "",
+          "__init__(self, user='', *, database_id='', replica_id='', session_id='')\n--\n\n")
       .def_property_readonly(
           "session_id",
           [](const HostServices& services) -> py::object {
