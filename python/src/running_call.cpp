@@ -1,5 +1,7 @@
 #include "running_call.h"
 
+#include <stdexcept>
+
 #include "python_types.h"
 #include "scriptwells/error.h"
 
@@ -27,13 +29,17 @@ bool IsMainThread() {
 
 Watch WatchOf(const py::tuple& watch) {
   if (watch.size() != 3) throw py::value_error("a watch has three parts");
-  return {watch[0], watch[1], watch[2].cast<const CancelToken*>()};
+  return {watch[0], watch[1], watch[2].cast<const CancelToken*>(), nullptr};
 }
 
 RunningCall::RunningCall(const Watch& watch)
     : watch_(watch),
       outer_(current),
       nextLook_(IsMainThread() ? Clock::now() + kBetweenLooks : Clock::time_point::max()) {
+  // It would wait for the end of that call, and so for itself.
+  for (const RunningCall* call = outer_; call != nullptr; call = call->outer_)
+    if (watch.session != nullptr && call->watch_.session == watch.session)
+      throw std::runtime_error("a function that a call of a session calls cannot use that session");
   current = this;
 }
 

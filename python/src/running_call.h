@@ -19,6 +19,7 @@ struct Watch {
   pybind11::handle progress;  // null or None for none
   pybind11::handle listener;
   const CancelToken* stop = nullptr;  // cancels the call
+  const void* session = nullptr;      // whose call it is; null for none
 };
 
 // Of a tuple (progress, listener, CancelToken or None), which must live as long.
@@ -26,6 +27,7 @@ Watch WatchOf(const pybind11::tuple& watch);
 
 class RunningCall {
  public:
+  // Raises RuntimeError if a call of the same session runs on this thread, as in a function that it calls.
   explicit RunningCall(const Watch& watch);
   ~RunningCall();
   RunningCall(const RunningCall&) = delete;

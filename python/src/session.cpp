@@ -48,12 +48,18 @@ SessionHandle::~SessionHandle() {
   session_.reset();
 }
 
+Watch SessionHandle::OwnWatch(const py::tuple& watch) const {
+  Watch own = WatchOf(watch);
+  own.session = this;
+  return own;
+}
+
 py::object SessionHandle::Run(py::handle code, py::handle parameters, const py::dict& named,
                               const CallOptions& options, const py::tuple& watch) {
   const std::string_view script = TextOf(code, "script");
   const Arguments arguments = ToArguments(parameters, named, IsStrict(options));
   return FromValue(
-      WithoutLock(WatchOf(watch), [&] { return session_->Run(script, arguments, options.run); }));
+      WithoutLock(OwnWatch(watch), [&] { return session_->Run(script, arguments, options.run); }));
 }
 
 py::object SessionHandle::RunDocument(py::handle path, py::handle parameters, const py::dict& named,
@@ -61,7 +67,7 @@ py::object SessionHandle::RunDocument(py::handle path, py::handle parameters, co
   const std::filesystem::path document = PathOf(path);
   const Arguments arguments = ToArguments(parameters, named, IsStrict(options));
   return FromValue(
-      WithoutLock(WatchOf(watch), [&] { return session_->RunDocument(document, arguments, options.run); }));
+      WithoutLock(OwnWatch(watch), [&] { return session_->RunDocument(document, arguments, options.run); }));
 }
 
 py::object SessionHandle::Download(py::handle url, py::handle directory, const CallOptions& options,
@@ -69,18 +75,18 @@ py::object SessionHandle::Download(py::handle url, py::handle directory, const C
   const std::string source(TextOf(url, "url"));
   const std::filesystem::path target = PathOf(directory);
   const std::string path =
-      WithoutLock(WatchOf(watch), [&] { return session_->Download(source, target, options.run).string(); });
+      WithoutLock(OwnWatch(watch), [&] { return session_->Download(source, target, options.run).string(); });
   return py::reinterpret_steal<py::object>(
       PyUnicode_DecodeFSDefaultAndSize(path.data(), static_cast<py::ssize_t>(path.size())));
 }
 
 void SessionHandle::Close(py::handle timeout, const py::tuple& watch) {
   const auto within = timeout.is_none() ? std::chrono::milliseconds() : ToSpan(timeout);
-  WithoutLock(WatchOf(watch), [&] { session_->Close(within); });
+  WithoutLock(OwnWatch(watch), [&] { session_->Close(within); });
 }
 
 void SessionHandle::CloseQuietly(const py::tuple& watch) {
-  WithoutLock(WatchOf(watch), [this] {
+  WithoutLock(OwnWatch(watch), [this] {
     try {
       isAdopted_ ? static_cast<void>(session_->Release()) : session_->Close(closeTimeout_);
     } catch (const Error&) {  // nothing of the caller's work depends on it
@@ -89,7 +95,7 @@ void SessionHandle::CloseQuietly(const py::tuple& watch) {
 }
 
 py::str SessionHandle::Release() {
-  return Text(WithoutLock([this] { return session_->Release(); }));
+  return Text(WithoutLock(Watch{{}, {}, nullptr, this}, [this] { return session_->Release(); }));
 }
 
 py::str SessionHandle::Id() const {

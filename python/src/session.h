@@ -7,6 +7,7 @@
 #include <string>
 
 #include "options.h"
+#include "running_call.h"
 #include "scriptwells/session.h"
 
 namespace scriptwells::python {
@@ -36,6 +37,7 @@ class SessionHandle {
   pybind11::str Server() const;
 
  private:
+  Watch OwnWatch(const pybind11::tuple& watch) const;
   bool IsStrict(const CallOptions& options) const { return options.strict.value_or(strict_); }
 
   const bool isAdopted_;

@@ -73,6 +73,14 @@ def test_a_function_may_use_other_sessions(scriptwells_service, session):
     assert answers and set(answers) == {42}
 
 
+def test_a_function_cannot_use_its_own_session(session):
+    with pytest.raises(RuntimeError, match="cannot use that session"):
+        session.with_options(progress=lambda progress: session.run("1")).run("1")
+    with pytest.raises(RuntimeError, match="cannot use that session"):
+        session.with_options(progress=lambda progress: session.close()).run("1")
+    assert session.run("1") == 1
+
+
 def test_it_is_called_while_waiting(session):
     times = []
     with pytest.raises(scriptwells.TimeoutError):
