@@ -119,7 +119,7 @@ py::object SpanItem(py::handle object, const char*& loss) {
   const std::string type = py::str(object.attr("dtype"));  // "timedelta64[M]", "timedelta64[3M]"
   const char unit = type[type.size() - 2];
   if (type.back() != ']' || (unit != 'M' && unit != 'Y')) return PointItem(object, "timedelta64[us]", loss);
-  const py::object item = object.attr("astype")(std::string("timedelta64[") + unit + "]").attr("item")();
+  py::object item = object.attr("astype")(std::string("timedelta64[") + unit + "]").attr("item")();
   if (item.is_none()) return item;
   const py::bool_ isNegative(item < py::int_(0));
   const char* const field = unit == 'M' ? "months" : "years";

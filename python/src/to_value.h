@@ -19,7 +19,7 @@ struct Typed {
 // has of the object, such as its microseconds, as a phrase; else it stays.
 Value ToValue(pybind11::handle object, const char*& loss);
 
-// Raises OverflowError beyond 64 bits, and TypeError for what is no whole number.
+// Raises OverflowError beyond 64 bits, and TypeError for anything but a whole number.
 std::int64_t ToWhole(pybind11::handle object);
 
 // `parameters` is a mapping or None. A path becomes a file. Errors name the argument.
